@@ -1,0 +1,53 @@
+# Compile settings and the helpers that declare a folder's target.
+
+add_library(sysadmin_options INTERFACE)
+target_compile_options(sysadmin_options INTERFACE -Wall -Wextra -Wpedantic -Werror -Wshadow=local -Wnon-virtual-dtor
+                                                  -Winvalid-pch -fpch-preprocess)
+target_compile_definitions(
+  sysadmin_options INTERFACE QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_USE_QSTRINGBUILDER
+                             SYSADMIN_VERSION="${PROJECT_VERSION}" SYSADMIN_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+target_include_directories(sysadmin_options INTERFACE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/tests)
+if(SYSADMIN_SANITIZE)
+  target_compile_options(sysadmin_options INTERFACE -fsanitize=address,undefined -fno-omit-frame-pointer
+                                                    -fno-sanitize-recover=undefined)
+  target_link_options(sysadmin_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+# One precompiled header for code without widgets, one for code with them: all their users share the flags.
+file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/pch.cpp CONTENT "")
+add_library(sysadmin_pch_plain OBJECT ${CMAKE_BINARY_DIR}/pch.cpp)
+target_link_libraries(sysadmin_pch_plain PUBLIC sysadmin_options Qt6::Core Qt6::Network Qt6::Sql)
+target_precompile_headers(sysadmin_pch_plain PRIVATE <QtCore> <functional> <memory> <optional> <vector>)
+add_library(sysadmin_pch_widgets OBJECT ${CMAKE_BINARY_DIR}/pch.cpp)
+target_link_libraries(sysadmin_pch_widgets PUBLIC sysadmin_options Qt6::Widgets Qt6::Network Qt6::Sql Qt6::Svg)
+target_precompile_headers(sysadmin_pch_widgets PRIVATE <QtCore> <QtWidgets> <functional> <memory> <optional> <vector>)
+
+# sysadmin_library(NAME [WIDGETS] [LINK target...]): the library of src/NAME, a '/' in NAME a '_' in its target's.
+# LINK names the folders below it; that is what keeps includes pointing downwards.
+function(sysadmin_library folder)
+  cmake_parse_arguments(arg "WIDGETS" "" "LINK" ${ARGN})
+  string(REPLACE "/" "_" name ${folder})
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp
+       ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.h ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.qrc)
+  add_library(sysadmin_${name} STATIC ${sources})
+  if(arg_WIDGETS)
+    set(pch sysadmin_pch_widgets)
+  else()
+    set(pch sysadmin_pch_plain)
+  endif()
+  target_precompile_headers(sysadmin_${name} REUSE_FROM ${pch})
+  get_target_property(libs ${pch} LINK_LIBRARIES)
+  target_link_libraries(sysadmin_${name} PUBLIC ${libs} ${arg_LINK})
+endfunction()
+
+# sysadmin_test(NAME LINK target...): the test program of tests/NAME, each of its cases a ctest case.
+function(sysadmin_test name)
+  cmake_parse_arguments(arg "" "" "LINK" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp
+       ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.h)
+  add_executable(test_${name} ${sources})
+  target_precompile_headers(test_${name} PRIVATE <QtCore> <QtWidgets> <gtest/gtest.h>)
+  target_link_libraries(test_${name} PRIVATE sysadmin_test_support Qt6::Widgets Qt6::Test GTest::gtest ${arg_LINK})
+  gtest_discover_tests(test_${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+                       PROPERTIES TIMEOUT 300 ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
+endfunction()

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "core/Prefs.h"
+#include "core/ScreenCatalogue.h"
+#include "core/data/Clusters.h"
+#include "core/data/Communication.h"
+#include "core/data/Notices.h"
+#include "core/data/PickLists.h"
+#include "core/data/SecurityProfile.h"
+
+namespace sysadmin {
+
+class MainWindow;
+class Prompter;
+
+/// Everything that lives for the whole run, handed to each screen by reference.
+class Application {
+public:
+    Application(Communication& communication, Prompter& prompter);
+
+    Communication& comm;
+    RequestChannel& channel;
+    Prompter& prompter;
+    ScreenCatalogue catalogue;
+    SecurityProfile profile;
+    Prefs prefs;
+    ClusterCollection clusters;
+    PickLists pickLists;
+    Notices notices;
+    MainWindow* mainWindow = nullptr; ///< null until start-up has made it, and in tests of a single screen
+
+    QString OperatorId() const { return comm.GetSession().OperatorId(); }
+
+    /// Tells the operator that a request failed: a message box, or the error dialog for a serious status.
+    /// `operation` is what was being done ("Save Acquisitions Vendor Types"), `screenName` the screen's subject,
+    /// `prefix` stands directly in front of the message.
+    void ReportRequestFailure(qint16 status, const QString& operation, const QString& screenName,
+                              const QString& prefix = {});
+};
+
+} // namespace sysadmin

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "core/data/RequestChannel.h"
+#include "core/data/Session.h"
+
+class QWidget;
+
+namespace sysadmin {
+
+/// What the program needs of the communication library besides the request channel.
+class Communication {
+public:
+    virtual ~Communication() = default;
+    virtual Session& GetSession() = 0;
+    virtual RequestChannel& GetChannel() = 0;
+
+    /// True ends start-up at once and silently.
+    virtual bool PreCheck() = 0;
+    /// Shows the sign-on dialog until the operator is accepted or gives up.
+    virtual void ShowSignOn() = 0;
+    virtual void CloseSignOn() = 0;
+    /// Runs after sign-on, before the rights are loaded; true when the program may go on.
+    virtual bool PostSignOn() = 0;
+
+    virtual void ShowLoginInformation(QWidget* parent) = 0;
+    virtual void ChangePassword(QWidget* parent) = 0;
+    /// Seals a plain password for the server; the only form in which one is ever put into a request.
+    virtual QString EncodePassword(const QString& plain) const = 0;
+};
+
+} // namespace sysadmin

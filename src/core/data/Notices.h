@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+namespace sysadmin {
+
+/// Tells open screens that somebody changed data they may show.
+class Notices : public QObject {
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+signals:
+    /// A record of the subject ("PatGp", "Loc", ...: the request names' own word) was saved or deleted.
+    void SubjectChanged(const QString& subject);
+    /// Another circulation cluster became the current one, or its name changed.
+    void CurrentClusterChanged();
+};
+
+} // namespace sysadmin

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace sysadmin::wire {
+
+/// The server's end of one connection: takes encoded requests one at a time and answers each before the next.
+/// A socket or the client's in-process transport stands on the other side.
+class Endpoint {
+public:
+    virtual ~Endpoint() = default;
+    /// The encoded reply to one encoded request; none when the peer broke the protocol and must be cut off.
+    virtual std::optional<QByteArray> Handle(const QByteArray& message) = 0;
+    /// The size in bytes up to which the next message is accepted.
+    virtual qint64 MessageLimit() const = 0;
+};
+
+/// Makes the end of a new connection from a peer's address (text; "local" inside the process).
+using EndpointFactory = std::function<std::unique_ptr<Endpoint>(const QString& peer)>;
+
+} // namespace sysadmin::wire

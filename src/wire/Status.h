@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QtGlobal>
+
+/// The statuses that both ends name. The texts for them are the client's (core/data/StatusTable.h).
+namespace sysadmin::wire::status {
+
+inline constexpr qint16 Ok = 0;
+inline constexpr qint16 CommunicationsFailure = 1;
+inline constexpr qint16 TableError = 2;
+inline constexpr qint16 ColumnError = 3;
+inline constexpr qint16 DuplicateRecord = 4;
+inline constexpr qint16 NotFound = 5;
+inline constexpr qint16 UnknownRequest = 6;
+inline constexpr qint16 DuplicateName = 7;
+inline constexpr qint16 DuplicateCode = 8;
+inline constexpr qint16 DuplicateId = 9;
+inline constexpr qint16 InvalidSignOn = 11;
+inline constexpr qint16 NotAuthorised = 12;
+inline constexpr qint16 InUse = 13;
+inline constexpr qint16 ReservedCode = 16;
+inline constexpr qint16 Continues = 55;
+inline constexpr qint16 NoClusterLocation = 98;
+inline constexpr qint16 RepeatedPassword = 107;
+inline constexpr qint16 MinimumPasswordAge = 108;
+
+} // namespace sysadmin::wire::status
