@@ -1,0 +1,368 @@
+#include "framework/FieldEditor.h"
+
+#include "framework/ListEditors.h"
+#include "framework/forms/ValueFields.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDateEdit>
+#include <QHBoxLayout>
+#include <QIntValidator>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QRadioButton>
+#include <QSignalBlocker>
+#include <QTimeEdit>
+
+namespace sysadmin {
+
+void FieldEditor::Refresh() {
+    ShowValue();
+    Lock(m_field.IsUsable(), m_readOnly || m_field.Spec().displayOnly);
+}
+
+void FieldEditor::SetReadOnly(bool readOnly) {
+    m_readOnly = readOnly;
+    Refresh();
+}
+
+void FieldEditor::Lock(bool usable, bool readOnly) {
+    m_widget->setEnabled(usable && !readOnly);
+}
+
+namespace {
+
+/// About so many characters wide, within what looks right in a form.
+int WidthForLength(const QWidget& widget, int characters) {
+    return widget.fontMetrics().averageCharWidth() * (qBound(4, characters, 40) + 3);
+}
+
+/// A line edit that names the value's text: text, numbers, money, passwords.
+class LineEditor : public FieldEditor {
+public:
+    LineEditor(ValueField& field, QWidget* parent)
+        : FieldEditor(field)
+        , m_value(field) {
+        m_edit = new QLineEdit(parent);
+        m_widget = m_edit;
+        m_focusWidgets = {m_edit};
+        const int maxLength = field.Spec().maxLength;
+        if (maxLength > 0)
+            m_edit->setMaxLength(maxLength);
+        switch (field.GetKind()) {
+        case Field::Kind::Number: {
+            const auto& number = static_cast<NumberField&>(field);
+            m_edit->setValidator(new QIntValidator(qMin(0, number.Least()), number.Most(), m_edit));
+            m_edit->setAlignment(Qt::AlignRight);
+            m_edit->setFixedWidth(WidthForLength(*m_edit, int(QString::number(number.Most()).size()) + 1));
+            break;
+        }
+        case Field::Kind::Money:
+            m_edit->setAlignment(Qt::AlignRight);
+            m_edit->setFixedWidth(WidthForLength(*m_edit, 12));
+            connect(m_edit, &QLineEdit::editingFinished, this, [this] {
+                if (!m_edit->isReadOnly())
+                    m_value.SetDraft(static_cast<MoneyField&>(m_value).Normalised(m_edit->text()));
+            });
+            break;
+        case Field::Kind::Password:
+            m_edit->setEchoMode(QLineEdit::Password);
+            break;
+        default:
+            m_edit->setMinimumWidth(WidthForLength(*m_edit, maxLength > 0 ? qMin(maxLength, 30) : 30));
+            if (maxLength > 0 && maxLength <= 20)
+                m_edit->setMaximumWidth(WidthForLength(*m_edit, maxLength) + 12);
+        }
+        connect(m_edit, &QLineEdit::textEdited, this,
+                [this](const QString& text) { m_value.SetDraft(text); });
+        connect(m_edit, &QLineEdit::editingFinished, this, [this] {
+            if (!m_edit->isReadOnly())
+                m_value.NotifyLeft();
+        });
+    }
+
+protected:
+    void ShowValue() override {
+        if (m_edit->text() != m_value.Draft())
+            m_edit->setText(m_value.Draft());
+    }
+    void Lock(bool usable, bool readOnly) override {
+        m_edit->setEnabled(usable);
+        m_edit->setReadOnly(readOnly);
+    }
+
+private:
+    ValueField& m_value;
+    QLineEdit* m_edit;
+};
+
+class MultiLineEditor : public FieldEditor {
+public:
+    MultiLineEditor(ValueField& field, QWidget* parent)
+        : FieldEditor(field)
+        , m_value(field) {
+        m_edit = new QPlainTextEdit(parent);
+        m_edit->setTabChangesFocus(true);
+        m_widget = m_edit;
+        m_focusWidgets = {m_edit};
+        connect(m_edit, &QPlainTextEdit::textChanged, this,
+                [this] { m_value.SetDraft(m_edit->toPlainText()); });
+    }
+
+protected:
+    void ShowValue() override {
+        if (m_edit->toPlainText() == m_value.Draft())
+            return;
+        const QSignalBlocker quiet(m_edit);
+        m_edit->setPlainText(m_value.Draft());
+    }
+    void Lock(bool usable, bool readOnly) override {
+        m_edit->setEnabled(usable);
+        m_edit->setReadOnly(readOnly);
+    }
+
+private:
+    ValueField& m_value;
+    QPlainTextEdit* m_edit;
+};
+
+class FlagEditor : public FieldEditor {
+public:
+    FlagEditor(FlagField& field, QWidget* parent)
+        : FieldEditor(field)
+        , m_flag(field) {
+        m_box = new QCheckBox(field.Spec().caption, parent);
+        m_widget = m_box;
+        m_focusWidgets = {m_box};
+        connect(m_box, &QCheckBox::clicked, this, [this](bool checked) { m_flag.SetOn(checked); });
+    }
+
+protected:
+    void ShowValue() override { m_box->setChecked(m_flag.IsOn()); }
+
+private:
+    FlagField& m_flag;
+    QCheckBox* m_box;
+};
+
+class ChoiceEditor : public FieldEditor {
+public:
+    ChoiceEditor(ChoiceField& field, QWidget* parent)
+        : FieldEditor(field)
+        , m_choice(field) {
+        m_box = new QComboBox(parent);
+        m_box->setMaxVisibleItems(20);
+        m_box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+        m_box->setMinimumContentsLength(24);
+        m_widget = m_box;
+        m_focusWidgets = {m_box};
+        connect(m_box, &QComboBox::activated, this,
+                [this](int index) { m_choice.SetDraft(m_box->itemData(index).toString()); });
+    }
+
+protected:
+    void ShowValue() override {
+        if (m_shown != m_choice.Items() || m_box->count() != m_choice.Items().size()) {
+            m_shown = m_choice.Items();
+            m_box->clear();
+            for (const PickItem& item : m_shown)
+                m_box->addItem(item.text, item.id);
+        }
+        // An id that the list lacks stands there as it is: it must survive, and the operator must see it.
+        m_box->setPlaceholderText(m_choice.Draft());
+        m_box->setCurrentIndex(m_box->findData(m_choice.Draft()));
+    }
+
+private:
+    ChoiceField& m_choice;
+    QComboBox* m_box;
+    QList<PickItem> m_shown;
+};
+
+class LetterEditor : public FieldEditor {
+public:
+    LetterEditor(LetterField& field, QWidget* parent)
+        : FieldEditor(field)
+        , m_letter(field) {
+        m_widget = new QWidget(parent);
+        auto* line = new QHBoxLayout(m_widget);
+        line->setContentsMargins({});
+        for (const PickItem& option : field.Options()) {
+            auto* button = new QRadioButton(option.text, m_widget);
+            button->setObjectName(field.Name() + option.id);
+            button->setProperty("letter", option.id);
+            line->addWidget(button);
+            m_focusWidgets.append(button);
+            connect(button, &QRadioButton::clicked, this, [this, id = option.id] { m_letter.SetDraft(id); });
+        }
+        line->addStretch();
+    }
+
+protected:
+    void ShowValue() override {
+        for (QWidget* widget : m_focusWidgets) {
+            auto* button = static_cast<QRadioButton*>(widget);
+            const bool on = button->property("letter") == m_letter.Draft();
+            if (button->isChecked() == on)
+                continue;
+            // Only a button outside an exclusive group can be unchecked, which a blank value needs.
+            button->setAutoExclusive(false);
+            button->setChecked(on);
+            button->setAutoExclusive(true);
+        }
+    }
+
+private:
+    LetterField& m_letter;
+};
+
+class DateEditor : public FieldEditor {
+public:
+    DateEditor(DateField& field, QWidget* parent)
+        : FieldEditor(field)
+        , m_date(field) {
+        m_edit = new QDateEdit(parent);
+        m_edit->setCalendarPopup(true);
+        m_edit->setDisplayFormat(
+            QLocale().dateFormat(QLocale::ShortFormat).replace("yyyy", "yy").replace("yy", "yyyy"));
+        m_edit->setSpecialValueText(" "); // stands for "no date", shown at the lowest date
+        m_widget = m_edit;
+        m_focusWidgets = {m_edit};
+        connect(m_edit, &QDateEdit::dateChanged, this,
+                [this](QDate date) { m_date.SetDate(date == m_edit->minimumDate() ? QDate() : date); });
+        connect(m_edit, &QDateEdit::editingFinished, this, [this] { m_date.NotifyLeft(); });
+    }
+
+protected:
+    void ShowValue() override {
+        const QSignalBlocker quiet(m_edit);
+        const QDate date = m_date.Date();
+        m_edit->setDate(date.isValid() ? date : m_edit->minimumDate());
+    }
+    void Lock(bool usable, bool readOnly) override {
+        m_edit->setEnabled(usable);
+        m_edit->setReadOnly(readOnly);
+    }
+
+private:
+    DateField& m_date;
+    QDateEdit* m_edit;
+};
+
+class TimeEditor : public FieldEditor {
+public:
+    TimeEditor(TimeField& field, QWidget* parent)
+        : FieldEditor(field)
+        , m_time(field) {
+        m_edit = new QTimeEdit(parent);
+        m_widget = m_edit;
+        m_focusWidgets = {m_edit};
+        connect(m_edit, &QTimeEdit::timeChanged, this, [this](QTime time) { m_time.SetTime(time); });
+    }
+
+protected:
+    void ShowValue() override {
+        const QSignalBlocker quiet(m_edit);
+        m_edit->setTime(m_time.Time().isValid() ? m_time.Time() : QTime(0, 0));
+    }
+
+private:
+    TimeField& m_time;
+    QTimeEdit* m_edit;
+};
+
+class IntervalEditor : public FieldEditor {
+public:
+    IntervalEditor(IntervalField& field, QWidget* parent)
+        : FieldEditor(field)
+        , m_interval(field) {
+        m_widget = new QWidget(parent);
+        auto* line = new QHBoxLayout(m_widget);
+        line->setContentsMargins({});
+        m_number = new QLineEdit(m_widget);
+        m_number->setValidator(new QIntValidator(0, field.Most(), m_number));
+        m_number->setAlignment(Qt::AlignRight);
+        m_number->setFixedWidth(WidthForLength(*m_number, int(QString::number(field.Most()).size()) + 1));
+        m_unit = new QComboBox(m_widget);
+        m_unit->setObjectName(field.UnitName());
+        m_unit->setAccessibleName(QObject::tr("Unit"));
+        for (const PickItem& unit : field.Units())
+            m_unit->addItem(unit.text, unit.id);
+        line->addWidget(m_number);
+        line->addWidget(m_unit);
+        line->addStretch();
+        m_focusWidgets = {m_number, m_unit};
+        const auto take = [this] { m_interval.SetParts(m_number->text(), m_unit->currentData().toString()); };
+        connect(m_number, &QLineEdit::textEdited, this, take);
+        connect(m_unit, &QComboBox::activated, this, take);
+        connect(m_number, &QLineEdit::editingFinished, this, [this] {
+            if (!m_number->isReadOnly())
+                m_interval.NotifyLeft();
+        });
+    }
+
+protected:
+    void ShowValue() override {
+        if (m_number->text() != m_interval.Number())
+            m_number->setText(m_interval.Number());
+        // Without a number there is nothing in the draft that keeps the unit: the list keeps what was chosen.
+        if (!m_interval.Draft().isEmpty())
+            m_unit->setCurrentIndex(m_unit->findData(m_interval.Unit()));
+    }
+    void Lock(bool usable, bool readOnly) override {
+        m_number->setEnabled(usable);
+        m_number->setReadOnly(readOnly);
+        m_unit->setEnabled(usable && !readOnly);
+    }
+
+private:
+    IntervalField& m_interval;
+    QLineEdit* m_number;
+    QComboBox* m_unit;
+};
+
+std::unique_ptr<FieldEditor> MakeEditorOfKind(Field& field, QWidget* parent) {
+    switch (field.GetKind()) {
+    case Field::Kind::Text:
+    case Field::Kind::Password:
+    case Field::Kind::Number:
+    case Field::Kind::Money:
+        return std::make_unique<LineEditor>(static_cast<ValueField&>(field), parent);
+    case Field::Kind::MultiLine:
+        return std::make_unique<MultiLineEditor>(static_cast<ValueField&>(field), parent);
+    case Field::Kind::Flag:
+        return std::make_unique<FlagEditor>(static_cast<FlagField&>(field), parent);
+    case Field::Kind::Choice:
+        return std::make_unique<ChoiceEditor>(static_cast<ChoiceField&>(field), parent);
+    case Field::Kind::Letter:
+        return std::make_unique<LetterEditor>(static_cast<LetterField&>(field), parent);
+    case Field::Kind::Date:
+        return std::make_unique<DateEditor>(static_cast<DateField&>(field), parent);
+    case Field::Kind::Time:
+        return std::make_unique<TimeEditor>(static_cast<TimeField&>(field), parent);
+    case Field::Kind::Interval:
+        return std::make_unique<IntervalEditor>(static_cast<IntervalField&>(field), parent);
+    case Field::Kind::Rows:
+    case Field::Kind::Picked:
+    case Field::Kind::Checked:
+        break;
+    }
+    return MakeListEditor(field, parent);
+}
+
+} // namespace
+
+std::unique_ptr<FieldEditor> MakeFieldEditor(Field& field, QWidget* parent) {
+    std::unique_ptr<FieldEditor> editor = MakeEditorOfKind(field, parent);
+    // A field of several controls names the first of them; option buttons carry names of their own.
+    const bool named = field.GetKind() == Field::Kind::Interval;
+    (named ? editor->FocusWidgets().first() : editor->Widget())->setObjectName(field.Name());
+    editor->Widget()->setToolTip(field.Spec().toolTip);
+    for (QWidget* widget : editor->FocusWidgets())
+        if (widget->accessibleName().isEmpty())
+            widget->setAccessibleName(field.Spec().accessible);
+    editor->Refresh();
+    return editor;
+}
+
+} // namespace sysadmin

@@ -1,0 +1,201 @@
+#include "framework/FormView.h"
+
+#include "framework/Captions.h"
+
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QTabWidget>
+
+namespace sysadmin {
+
+namespace {
+
+/// Fields that are better the more room they get.
+bool WantsHeight(const Field& field) {
+    switch (field.GetKind()) {
+    case Field::Kind::MultiLine:
+    case Field::Kind::Rows:
+    case Field::Kind::Picked:
+    case Field::Kind::Checked:
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// Two cells hold a field: its label and its control.
+constexpr int CellsOfField = 2;
+
+} // namespace
+
+FormView::FormView(Form& form, const Layout& layout, QWidget* parent, const SlotMaker& makeSlot)
+    : QWidget(parent)
+    , m_form(form)
+    , m_makeSlot(makeSlot) {
+    DrawColumn(layout.kind == Layout::Kind::Column ? layout.children : QList<Layout>{layout}, this);
+    for (qsizetype i = 1; i < m_tabOrder.size(); ++i)
+        setTabOrder(m_tabOrder[i - 1], m_tabOrder[i]);
+    connect(&form, &Form::Changed, this, &FormView::RefreshField);
+}
+
+void FormView::SetReadOnly(bool readOnly) {
+    m_readOnly = readOnly;
+    for (const auto& [field, editor] : m_editors)
+        editor->SetReadOnly(readOnly);
+}
+
+void FormView::FocusFirst() {
+    for (QTabWidget* tabs : findChildren<QTabWidget*>())
+        tabs->setCurrentIndex(0);
+    for (QWidget* widget : m_tabOrder)
+        if (widget->isEnabledTo(this) && widget->focusPolicy() != Qt::NoFocus) {
+            widget->setFocus(Qt::TabFocusReason);
+            return;
+        }
+}
+
+void FormView::FocusField(const Field& field) {
+    FieldEditor* editor = EditorOf(field);
+    if (!editor)
+        return;
+    for (QWidget* widget = editor->Widget(); widget && widget != this; widget = widget->parentWidget()) {
+        QWidget* stack = widget->parentWidget();
+        if (auto* tabs = stack ? qobject_cast<QTabWidget*>(stack->parentWidget()) : nullptr)
+            if (tabs->indexOf(widget) >= 0)
+                tabs->setCurrentWidget(widget);
+    }
+    if (!editor->FocusWidgets().isEmpty())
+        editor->FocusWidgets().first()->setFocus(Qt::TabFocusReason);
+}
+
+FieldEditor* FormView::EditorOf(const Field& field) const {
+    const auto found = m_editors.find(&field);
+    return found == m_editors.end() ? nullptr : found->second.get();
+}
+
+void FormView::DrawColumn(const QList<Layout>& children, QWidget* parent) {
+    auto* grid = new QGridLayout(parent);
+    if (parent == this)
+        grid->setContentsMargins({});
+    int row = 0;
+    bool stretches = false;
+    for (const Layout& child : children) {
+        const bool tall = child.kind == Layout::Kind::Tabs || (child.field && WantsHeight(*child.field));
+        if (child.kind == Layout::Kind::Row) {
+            int column = 0;
+            for (const Layout& cell : child.children)
+                column = DrawChild(cell, parent, *grid, row, column, true);
+        } else {
+            DrawChild(child, parent, *grid, row, 0, false);
+        }
+        if (tall) {
+            grid->setRowStretch(row, 1);
+            stretches = true;
+        }
+        ++row;
+    }
+    if (!stretches)
+        grid->setRowStretch(row, 1);
+    grid->setColumnStretch(qMax(1, grid->columnCount() - 1), 1);
+}
+
+int FormView::DrawChild(const Layout& child, QWidget* parent, QGridLayout& grid, int row, int column,
+                        bool inRow) {
+    if (child.kind == Layout::Kind::Field)
+        return DrawField(*child.field, parent, grid, row, column, inRow);
+
+    QWidget* widget = nullptr;
+    switch (child.kind) {
+    case Layout::Kind::Frame: {
+        auto* frame = new QGroupBox(child.text, parent);
+        frame->setObjectName(child.name);
+        DrawColumn(child.children, frame);
+        widget = frame;
+        break;
+    }
+    case Layout::Kind::Tabs:
+        widget = DrawTabs(child, parent);
+        break;
+    case Layout::Kind::Note: {
+        auto* note = new QLabel(child.text, parent);
+        note->setWordWrap(true);
+        widget = note;
+        break;
+    }
+    case Layout::Kind::Slot:
+        widget = m_makeSlot(child.name);
+        widget->setParent(parent);
+        if (widget->focusPolicy() != Qt::NoFocus)
+            m_tabOrder.append(widget);
+        break;
+    default: // a column or row inside another one
+        widget = new QWidget(parent);
+        DrawColumn(child.kind == Layout::Kind::Row ? QList<Layout>{child} : child.children, widget);
+        widget->layout()->setContentsMargins({});
+    }
+    const int span = inRow ? CellsOfField : -1;
+    grid.addWidget(widget, row, column, 1, span,
+                   child.kind == Layout::Kind::Slot ? Qt::AlignLeft : Qt::Alignment());
+    return column + CellsOfField;
+}
+
+int FormView::DrawField(Field& field, QWidget* parent, QGridLayout& grid, int row, int column, bool inRow) {
+    const bool labelled = field.GetKind() != Field::Kind::Flag && field.GetKind() != Field::Kind::Picked &&
+                          !field.Spec().caption.isEmpty();
+    std::unique_ptr<FieldEditor> editor = MakeFieldEditor(field, parent);
+    QWidget* widget = editor->Widget();
+    if (labelled) {
+        auto* label = new QLabel(field.Spec().caption, parent);
+        label->setObjectName("lbl" + field.Name().mid(3));
+        SetDeclaredCaption(*label, field.Spec().caption);
+        label->setBuddy(editor->FocusWidgets().isEmpty() ? widget : editor->FocusWidgets().first());
+        grid.addWidget(label, row, column, WantsHeight(field) ? Qt::AlignTop : Qt::AlignVCenter);
+        m_labels[&field] = label;
+    } else if (field.GetKind() == Field::Kind::Flag) {
+        SetDeclaredCaption(*widget, field.Spec().caption);
+    }
+
+    QWidget* placed = widget;
+    if (!field.Spec().unit.isEmpty()) {
+        placed = new QWidget(parent);
+        auto* line = new QHBoxLayout(placed);
+        line->setContentsMargins({});
+        line->addWidget(widget);
+        line->addWidget(new QLabel(field.Spec().unit, placed));
+        line->addStretch();
+    }
+    const int first = labelled ? column + 1 : column;
+    const int span = !inRow ? -1 : labelled ? 1 : CellsOfField;
+    const bool narrow = widget->maximumWidth() < QWIDGETSIZE_MAX || qobject_cast<QAbstractButton*>(widget);
+    grid.addWidget(placed, row, first, 1, span, narrow && placed == widget ? Qt::AlignLeft : Qt::Alignment());
+    m_tabOrder.append(editor->FocusWidgets());
+    m_editors[&field] = std::move(editor);
+    return column + CellsOfField;
+}
+
+QWidget* FormView::DrawTabs(const Layout& layout, QWidget* parent) {
+    auto* tabs = new QTabWidget(parent);
+    tabs->setObjectName(layout.name);
+    m_tabOrder.append(tabs);
+    for (const Layout& page : layout.children) {
+        auto* widget = new QWidget(tabs);
+        DrawColumn(page.children, widget);
+        SetDeclaredCaption(*widget, page.text);
+        tabs->addTab(widget, page.text);
+    }
+    return tabs;
+}
+
+void FormView::RefreshField(Field* changed) {
+    // A flag may rule over other fields' usability, so all are looked at; only what differs is touched.
+    for (const auto& [field, editor] : m_editors) {
+        if (field == changed ||
+            (changed->GetKind() == Field::Kind::Flag && field->IsUsable() != editor->Widget()->isEnabled()))
+            editor->Refresh();
+        if (const auto label = m_labels.find(field); label != m_labels.end())
+            label->second->setEnabled(field->IsUsable());
+    }
+}
+
+} // namespace sysadmin

@@ -1,0 +1,244 @@
+#include "framework/GridModel.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace sysadmin {
+
+GridModel::GridModel(const QList<GridColumn>& columns, QObject* parent)
+    : QAbstractTableModel(parent), m_columns(columns) {
+    m_matcher.setCaseSensitivity(Qt::CaseInsensitive);
+}
+
+void GridModel::SetRows(const QList<GridRow>& rows) {
+    beginResetModel();
+    m_rows = rows;
+    m_places.clear();
+    m_sorted.clear();
+    m_order.Build(m_rows);
+    Arrange();
+    endResetModel();
+}
+
+void GridModel::PutRow(const GridRow& row, const QString& formerKey) {
+    int place = formerKey.isEmpty() ? -1 : PlaceOf(formerKey);
+    if (place < 0)
+        place = PlaceOf(row.key);
+    m_sorted.clear();
+    if (place < 0)
+        AppendRow(row);
+    else
+        RewriteRow(place, row);
+}
+
+bool GridModel::RemoveRow(const QString& key) {
+    const int place = PlaceOf(key);
+    if (place < 0)
+        return false;
+    const int displayRow = ShownPlace(place);
+    if (displayRow >= 0)
+        Hide(displayRow);
+    m_rows.removeAt(place);
+    m_order.Remove(place);
+    for (int& shown : m_shown)
+        shown -= shown > place;
+    m_sorted.clear();
+    m_places.clear();
+    return true;
+}
+
+void GridModel::SetFilter(const QString& text) {
+    if (text == m_filter)
+        return;
+    beginResetModel();
+    m_filter = text;
+    m_matcher.setPattern(text);
+    Arrange();
+    endResetModel();
+}
+
+const GridRow* GridModel::FindRow(const QString& key) const {
+    const int place = PlaceOf(key);
+    return place < 0 ? nullptr : &m_rows[place];
+}
+
+int GridModel::DisplayRow(const QString& key) const {
+    const int place = PlaceOf(key);
+    return place < 0 ? -1 : ShownPlace(place);
+}
+
+QString GridModel::CellText(int displayRow, int column) const {
+    const QString cell = RowAt(displayRow).cells.value(column);
+    if (!m_columns[column].yesNo)
+        return cell;
+    return cell == "Y" ? QString(QChar(0x2713)) : QString();
+}
+
+QStringList GridModel::ShownKeys() const {
+    QStringList keys;
+    keys.reserve(qsizetype(m_shown.size()));
+    for (int place : m_shown)
+        keys.append(m_rows[place].key);
+    return keys;
+}
+
+int GridModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : int(m_shown.size());
+}
+
+int GridModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : int(m_columns.size());
+}
+
+QVariant GridModel::data(const QModelIndex& index, int role) const {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+        return {};
+    const bool yesNo = m_columns[index.column()].yesNo;
+    switch (role) {
+    case Qt::DisplayRole:
+        return CellText(index.row(), index.column());
+    case Qt::AccessibleTextRole:
+        if (yesNo)
+            return RowAt(index.row()).cells.value(index.column()) == "Y" ? tr("Yes") : tr("No");
+        return CellText(index.row(), index.column());
+    case Qt::TextAlignmentRole:
+        return QVariant::fromValue<Qt::Alignment>((yesNo ? Qt::AlignHCenter : Qt::AlignLeft) | Qt::AlignVCenter);
+    default:
+        return {};
+    }
+}
+
+QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation == Qt::Horizontal && role == Qt::DisplayRole && section >= 0 && section < m_columns.size())
+        return m_columns[section].caption;
+    return {};
+}
+
+void GridModel::sort(int column, Qt::SortOrder order) {
+    m_order.Set(column < m_columns.size() ? column : -1, order);
+    m_order.Build(m_rows);
+    Rearrange();
+}
+
+bool GridModel::Passes(const GridRow& row) const {
+    if (m_filter.isEmpty())
+        return true;
+    const qsizetype count = std::min(m_columns.size(), row.cells.size());
+    for (qsizetype i = 0; i < count; ++i)
+        if (!m_columns[i].hidden && !m_columns[i].yesNo && m_matcher.indexIn(row.cells[i]) >= 0)
+            return true;
+    return false;
+}
+
+void GridModel::Arrange() {
+    if (m_sorted.size() != size_t(m_rows.size())) {
+        m_sorted.resize(m_rows.size());
+        std::iota(m_sorted.begin(), m_sorted.end(), 0);
+        if (m_order.Column() >= 0)
+            std::sort(m_sorted.begin(), m_sorted.end(), [this](int a, int b) { return m_order.Before(a, b); });
+    }
+    m_shown.clear();
+    std::copy_if(m_sorted.begin(), m_sorted.end(), std::back_inserter(m_shown),
+                 [this](int place) { return Passes(m_rows[place]); });
+}
+
+// The shown rows in the sort order as it is now. Selection and current row go along with their rows.
+void GridModel::Rearrange() {
+    emit layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
+    const std::vector<int> before = m_shown;
+    m_sorted.clear();
+    std::sort(m_shown.begin(), m_shown.end(), [this](int a, int b) { return m_order.Before(a, b); });
+    const QModelIndexList kept = persistentIndexList();
+    if (!kept.isEmpty()) {
+        std::vector<int> displayRows(m_rows.size(), -1);
+        for (size_t i = 0; i < m_shown.size(); ++i)
+            displayRows[m_shown[i]] = int(i);
+        QModelIndexList moved;
+        for (const QModelIndex& old : kept)
+            moved.append(index(displayRows[before[old.row()]], old.column()));
+        changePersistentIndexList(kept, moved);
+    }
+    emit layoutChanged({}, QAbstractItemModel::VerticalSortHint);
+}
+
+int GridModel::PlaceOf(const QString& key) const {
+    if (m_places.isEmpty() && !m_rows.isEmpty()) {
+        m_places.reserve(m_rows.size());
+        for (int i = int(m_rows.size()); i-- > 0;) // from the end: of equal keys the first row counts
+            m_places.insert(m_rows[i].key, i);
+    }
+    return m_places.value(key, -1);
+}
+
+int GridModel::ShownPlace(int place) const {
+    const auto shown = std::find(m_shown.begin(), m_shown.end(), place);
+    return shown == m_shown.end() ? -1 : int(shown - m_shown.begin());
+}
+
+void GridModel::AppendRow(const GridRow& row) {
+    const int place = int(m_rows.size());
+    m_rows.append(row);
+    m_places.insert(row.key, place);
+    if (!m_order.Update(m_rows, place))
+        Rearrange();
+    if (Passes(row))
+        Show(place);
+}
+
+void GridModel::RewriteRow(int place, const GridRow& row) {
+    if (m_rows[place].key != row.key)
+        m_places.clear();
+    m_rows[place] = row;
+    const bool sameOrder = m_order.Update(m_rows, place);
+    if (!sameOrder)
+        Rearrange();
+    const int displayRow = ShownPlace(place);
+    if (displayRow < 0) {
+        if (Passes(row))
+            Show(place);
+        return;
+    }
+    if (!Passes(row)) {
+        Hide(displayRow);
+        return;
+    }
+    emit dataChanged(index(displayRow, 0), index(displayRow, columnCount() - 1));
+    if (sameOrder)
+        Settle(displayRow);
+}
+
+void GridModel::Show(int place) {
+    const auto before = [this](int a, int b) { return m_order.Before(a, b); };
+    const auto target = std::lower_bound(m_shown.begin(), m_shown.end(), place, before);
+    const int displayRow = int(target - m_shown.begin());
+    beginInsertRows({}, displayRow, displayRow);
+    m_shown.insert(target, place);
+    endInsertRows();
+}
+
+void GridModel::Hide(int displayRow) {
+    beginRemoveRows({}, displayRow, displayRow);
+    m_shown.erase(m_shown.begin() + displayRow);
+    endRemoveRows();
+}
+
+// Moves a rewritten row to where it belongs among the others, which are in order.
+void GridModel::Settle(int displayRow) {
+    const auto before = [this](int a, int b) { return m_order.Before(a, b); };
+    const auto row = m_shown.begin() + displayRow;
+    const auto later = std::lower_bound(row + 1, m_shown.end(), *row, before);
+    if (later != row + 1) {
+        beginMoveRows({}, displayRow, displayRow, {}, int(later - m_shown.begin()));
+        std::rotate(row, row + 1, later);
+        endMoveRows();
+        return;
+    }
+    const auto earlier = std::lower_bound(m_shown.begin(), row, *row, before);
+    if (earlier != row) {
+        beginMoveRows({}, displayRow, displayRow, {}, int(earlier - m_shown.begin()));
+        std::rotate(earlier, row, row + 1);
+        endMoveRows();
+    }
+}
+
+} // namespace sysadmin

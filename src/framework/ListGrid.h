@@ -1,0 +1,100 @@
+#pragma once
+
+#include "framework/GridModel.h"
+
+#include <QElapsedTimer>
+#include <QPointer>
+#include <QTableView>
+
+class QLineEdit;
+
+namespace sysadmin {
+
+class Prompter;
+
+/// The list grid of every screen: a table of records with sorting by a click on a column, typing to find, a
+/// filter box, copying and CSV export. A row is known by its key, never by its place.
+class ListGrid : public QTableView {
+    Q_OBJECT
+
+public:
+    explicit ListGrid(const QString& name, const QList<GridColumn>& columns, QWidget* parent = nullptr);
+    ~ListGrid() override;
+
+    GridModel& Model() { return m_model; }
+    const GridModel& Model() const { return m_model; }
+    /// The box that filters the rows while the operator types; the screen places it above the grid. A grid
+    /// whose box is not placed has no filter.
+    QLineEdit* FilterBox() const { return m_filterBox; }
+    /// Puts the focus into the filter box, if it is placed.
+    void FocusFilter();
+    /// With a prompter the context menu offers the CSV export.
+    void SetPrompter(Prompter& prompter) { m_prompter = &prompter; }
+    /// Lets the operator select several rows.
+    void SetMultiSelect(bool multiSelect);
+    /// Lists whose order means something are not sortable.
+    void SetSortable(bool sortable);
+
+    /// Replaces all rows, keeps the sort order, clears the filter, and selects the first row if there is one.
+    void SetRows(const QList<GridRow>& rows);
+    /// Replaces all rows under the eyes of the operator: sort order, filter, selection and scroll position
+    /// stay, as far as the rows are still there.
+    void ReplaceRows(const QList<GridRow>& rows);
+    /// Adds the row or, when one has its key, rewrites it; then selects it and scrolls to it. A filter that
+    /// would hide the row is cleared. `formerKey` is the row's key until now, where saving changed it.
+    void PutRow(const GridRow& row, const QString& formerKey = {});
+    /// Removes the row and selects its neighbour.
+    void RemoveRow(const QString& key);
+    /// The selected row's key; empty while none is selected.
+    QString SelectedKey() const;
+    /// The keys of all selected rows, in display order (grids that allow selecting several).
+    QStringList SelectedKeys() const;
+    /// The selected row, or null.
+    const GridRow* SelectedRow() const;
+    /// Selects the row and scrolls to it; false when it is not shown.
+    bool SelectKey(const QString& key);
+    /// Selects all of these rows that are shown (grids that allow selecting several).
+    void SelectKeys(const QStringList& keys);
+
+    /// The selected rows as tab-separated lines, visible columns only, to the clipboard.
+    void CopySelection() const;
+    /// Asks for a file and writes the shown rows to it; a failure is told in a box.
+    void ExportCsv();
+
+    void keyboardSearch(const QString& typed) override;
+
+signals:
+    void SelectionMoved();
+    /// The row was double-clicked, or Enter or F2 was pressed on it.
+    void RowActivated(const QString& key);
+    void InsertPressed();
+    void DeletePressed();
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void SetUpColumns();
+    void SetUpFilter();
+    void FitRowHeight();
+    void ApplyFilter(const QString& text);
+    void SelectRow(int displayRow);
+    void KeepSelection(const QStringList& keys);
+    QList<int> SelectedPlaces() const;
+    QList<int> VisibleColumns() const;
+    QStringList Captions() const;
+    QStringList VisibleCells(int displayRow) const;
+
+    GridModel m_model;
+    QPointer<QLineEdit> m_filterBox;
+    Prompter* m_prompter = nullptr;
+    QString m_searched;
+    QElapsedTimer m_sinceTyping;
+    bool m_quiet = false; // selection changes of the grid's own making are told once, at the end
+};
+
+} // namespace sysadmin

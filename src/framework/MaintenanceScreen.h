@@ -1,0 +1,171 @@
+#pragma once
+
+#include "framework/FormScreen.h"
+#include "framework/FormView.h"
+#include "framework/ListGrid.h"
+
+#include <QHash>
+
+#include <deque>
+
+class QGroupBox;
+class QHBoxLayout;
+class QStackedLayout;
+class QTabWidget;
+class QVBoxLayout;
+
+namespace sysadmin {
+
+/// A message that a screen has of its own for a status.
+struct OwnWords {
+    QString text;
+    QString title;
+};
+
+/// What is said once about a table that a maintenance screen maintains; the screen's behaviour comes from it.
+struct TableSpec {
+    QString subject{};   ///< noun of the questions and reports ("Vendor Type")
+    QString frameNoun{}; ///< noun of the edit frame's caption; empty: the subject
+    QString notice{};    ///< subject word announced to other screens ("VenTp")
+    QString gridName = "vsf";
+    QString tabCaption{}; ///< only where a screen has several tables
+
+    QList<GridColumn> columns{};
+    QStringList cellTags{};        ///< the tag of each column, in column order
+    QString recordTag{};           ///< the tag that begins a record of the list reply
+    QString keyTag{};              ///< the tag of the row's key; empty: the record tag
+    bool continuing = false;       ///< status 55 is success and its records are read
+    bool boxOnLoadFailure = false; ///< "Unable to load ..." instead of a report
+
+    QString listRequest{};
+    QString getRequest{}; ///< empty: the row holds the whole record
+    QString addRequest{};
+    QString updateRequest{};
+    QString deleteRequest{};    ///< empty: records cannot be deleted
+    QString getKeyTag{};        ///< tag of the key in get and delete requests; empty: the key tag
+    QString availableRequest{}; ///< asked before a new record is entered; empty: none
+
+    QString loadCaption{};
+    QString editCaption{};
+    QString saveCaption{};
+    QString deleteCaption{};
+    QString
+        matchTag{}; ///< tag by which the record just added is found in the reply; empty: the reply's first
+    QHash<qint16, OwnWords> deleteWords{};
+    QStringList pickLists{}; ///< shared pick-lists that hold the records
+    QString pickTag{};       ///< the tag whose field is a pick-list entry's text
+};
+
+/// The standard maintenance screen: a list of records and an edit area, one state machine for all of them.
+///
+/// A screen states its tables (nearly always one), each with form, layout and the order of its fields in
+/// requests, and overrides the few points at which it differs.
+class MaintenanceScreen : public FormScreen {
+    Q_OBJECT
+
+public:
+    enum class State { List, EditingNew, Editing, Viewing };
+
+    void LoadScreen() override;
+    bool MayClose() override;
+    State GetState() const { return m_state; }
+    bool IsReadOnly() const { return m_readOnly; }
+
+protected:
+    struct Table {
+        TableSpec spec;
+        Form* form = nullptr;
+        QList<PutStep> puts;
+        ListGrid* grid = nullptr;
+        FormView* view = nullptr;
+        QWidget* listPage = nullptr;
+    };
+
+    MaintenanceScreen(Application& application, const QString& formName, const QString& caption, Area area,
+                      QWidget* parent);
+
+    /// Adds a table. Call it once per table in the constructor, then `Finish`.
+    void AddTable(const TableSpec& spec, Form& form, const Layout& layout, const QList<PutStep>& puts,
+                  const FormView::SlotMaker& makeSlot = {});
+    /// Ends the building: tab order, mnemonics, read-only mode.
+    void Finish();
+    /// Replaces the rights that come from the screen's area. Call it before `LoadScreen` of this class runs.
+    void SetRights(bool mayCreate, bool mayEdit, bool mayDelete);
+    /// Puts a further button behind Delete on the list side, or behind Cancel in the edit area.
+    void AddListButton(QPushButton* button);
+    void AddEditButton(QPushButton* button);
+
+    // The points at which a screen may differ.
+
+    /// Whatever has to be there before the list is loaded (pick-lists, rights).
+    virtual void BeforeLoad() {}
+    /// Fills the table's grid from the server.
+    virtual void LoadList(Table& table);
+    /// The row of the list reply's record under the cursor.
+    virtual GridRow ReadRow(const Table& table);
+    /// Fills the form from the row; false when that failed (and was reported).
+    virtual bool FillForm(Table& table, const GridRow& row);
+    /// Reads a get request's reply into the form.
+    virtual void ReadRecord(Table& table);
+    /// Reads the reply of the request for what is available to a new record.
+    virtual void ReadAvailable(Table&) {}
+    /// The screen's own checks; false (after its message) keeps the edit open.
+    virtual bool CheckBeforeSave(Table& table);
+    virtual void PutRecord(Table& table, const SaveContext& context);
+    /// Reports a save's failure.
+    virtual void ReportSaveFailure(Table& table, qint16 status);
+    /// After a successful save, with the row now in the list.
+    virtual void AfterSave(Table&, const GridRow&, bool /*wasNew*/) {}
+    /// What the delete question calls the row.
+    virtual QString DeleteItemText(const Table& table, const GridRow& row) const;
+    /// Asks whether the row may be deleted.
+    virtual bool ConfirmRowDelete(Table& table, const GridRow& row);
+    virtual void AfterDelete(Table&, const GridRow&) {}
+    /// Whether this row may be deleted at all; the button follows it.
+    virtual bool MayDeleteRow(const GridRow&) const { return true; }
+    virtual QString EditCaption(const Table& table, State state) const;
+    /// The state or the selection changed: buttons of the screen's own follow here.
+    virtual void RefreshOwnControls() {}
+
+    Table& Current() { return m_tables[m_current]; }
+    const Table& Current() const { return m_tables[m_current]; }
+    std::deque<Table>& Tables() { return m_tables; }
+    const SaveContext& Saving() const { return m_context; }
+    /// Saves the open edit; true when the server took it. `stay` keeps the edit open on the saved record.
+    bool Save(bool stay = false);
+    void StartNew();
+    void StartEdit();
+    void EndEdit();
+    void RefreshButtons();
+
+private:
+    void DeleteSelected();
+    void SetState(State state);
+    QString KeyAfterAdd(const Table& table) const;
+    GridRow RowFromForm(const Table& table, const QString& key) const;
+    void ShowTable(int index);
+
+    bool m_readOnly = false;
+    bool m_mayCreate = false;
+    bool m_mayEdit = false;
+    bool m_mayDelete = false;
+    State m_state = State::List;
+    SaveContext m_context;
+    std::deque<Table> m_tables; // a deque: rows, views and handlers refer to its elements
+    int m_current = 0;
+
+    QWidget* m_listSide = nullptr;
+    QVBoxLayout* m_listLayout = nullptr;
+    QHBoxLayout* m_listButtons = nullptr;
+    QHBoxLayout* m_editButtons = nullptr;
+    QTabWidget* m_tabs = nullptr; // only with several tables
+    QGroupBox* m_fraEdit = nullptr;
+    QStackedLayout* m_views = nullptr;
+    QPushButton* m_cmdNew = nullptr;
+    QPushButton* m_cmdEdit = nullptr;
+    QPushButton* m_cmdDelete = nullptr;
+    QPushButton* m_cmdSave = nullptr;
+    QPushButton* m_cmdCancel = nullptr;
+};
+
+} // namespace sysadmin

@@ -1,0 +1,128 @@
+#include "framework/SingleRecordScreen.h"
+
+#include "core/Application.h"
+#include "framework/Captions.h"
+#include "framework/Utility.h"
+#include "wire/Status.h"
+
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace sysadmin {
+
+namespace status = wire::status;
+
+SingleRecordScreen::SingleRecordScreen(Application& application, const QString& formName,
+                                       const QString& caption, Area area, QWidget* parent)
+    : FormScreen(application, formName, caption, parent)
+    , m_readOnly(!application.profile.MayEdit(area)) {}
+
+void SingleRecordScreen::Build(const RecordSpec& spec, Form& form, const Layout& layout,
+                               const QList<PutStep>& puts, const FormView::SlotMaker& makeSlot) {
+    m_spec = spec;
+    m_form = &form;
+    m_puts = puts;
+    PrepareForm(form);
+
+    auto* whole = new QVBoxLayout(this);
+    m_fraEdit = new QGroupBox(this);
+    m_fraEdit->setObjectName("fraEdit");
+    if (!spec.frameNoun.isEmpty())
+        m_fraEdit->setTitle((m_readOnly ? tr("View ") : tr("Edit ")) + spec.frameNoun + ":");
+    auto* frame = new QVBoxLayout(m_fraEdit);
+    m_view = new FormView(form, layout, m_fraEdit, makeSlot);
+    frame->addWidget(m_view);
+    whole->addWidget(m_fraEdit, 1);
+
+    m_buttons = new QHBoxLayout;
+    m_buttons->addStretch();
+    m_cmdSave = MakeButton("cmdSave", tr("&Save"));
+    m_cmdCancel = MakeButton("cmdCancel", m_readOnly ? tr("&Close") : tr("&Cancel"));
+    for (QPushButton* button : {m_cmdSave, m_cmdCancel})
+        m_buttons->addWidget(button);
+    whole->addLayout(m_buttons);
+
+    connect(m_cmdSave, &QPushButton::clicked, this, &SingleRecordScreen::Save);
+    connect(m_cmdCancel, &QPushButton::clicked, this, &SingleRecordScreen::Cancel);
+    connect(&form, &Form::Changed, this, &SingleRecordScreen::RefreshButtons);
+    BindKey(QKeySequence::Save, m_cmdSave);
+    BindKey(Qt::Key_Escape, m_cmdCancel);
+    m_cmdSave->setVisible(!m_readOnly);
+    FinishBuilding();
+}
+
+void SingleRecordScreen::AddButton(QPushButton* button) {
+    m_buttons->insertWidget(m_buttons->indexOf(m_cmdSave), button);
+}
+
+void SingleRecordScreen::LoadScreen() {
+    m_form->Clear();
+    BeforeLoad();
+    PutKey();
+    const qint16 result = App().channel.SendRequest(m_spec.getRequest);
+    m_loaded = result == status::Ok;
+    if (m_loaded) {
+        m_exists = m_spec.existsTag.isEmpty() || !App().channel.GetField(m_spec.existsTag).isEmpty();
+        if (m_exists)
+            ReadRecord();
+    } else if (!m_spec.addRequest.isEmpty() && result == status::NotFound) {
+        m_loaded = true; // nothing is stored yet: the first save adds it
+        m_exists = false;
+    } else if (!m_spec.loadFailure.isEmpty()) {
+        Tell(m_spec.loadFailure);
+    } else {
+        App().ReportRequestFailure(result, m_spec.loadCaption, m_spec.subject);
+    }
+    // A record that could not be read must not be overwritten by what stands in empty fields.
+    m_view->SetReadOnly(m_readOnly || !m_loaded);
+    RefreshButtons();
+}
+
+void SingleRecordScreen::ReadRecord() {
+    m_form->Load(App().channel);
+}
+
+bool SingleRecordScreen::CheckBeforeSave() {
+    return CheckForm(*m_form, *m_view);
+}
+
+void SingleRecordScreen::Save() {
+    if (!CheckBeforeSave())
+        return;
+    const bool adds = !m_exists && !m_spec.addRequest.isEmpty();
+    for (const PutStep& put : m_puts)
+        put(App().channel, {.isNew = adds, .originalKey = {}});
+    const qint16 result = App().channel.SendRequest(adds ? m_spec.addRequest : m_spec.updateRequest);
+    if (result != status::Ok) {
+        if (!m_spec.saveFailure.isEmpty())
+            Tell(m_spec.saveFailure);
+        else
+            App().ReportRequestFailure(result, m_spec.saveCaption, m_spec.subject);
+        return;
+    }
+    m_exists = true;
+    m_form->Accept();
+    AfterSave();
+    Announce(m_spec.notice);
+    RefreshButtons();
+}
+
+void SingleRecordScreen::Cancel() {
+    m_form->Revert();
+    CloseScreen();
+}
+
+void SingleRecordScreen::RefreshButtons() {
+    m_cmdSave->setEnabled(m_loaded && m_form->IsComplete());
+}
+
+bool SingleRecordScreen::MayClose() {
+    if (!m_form->IsChanged())
+        return true;
+    WarnEditInProgress(App(), this);
+    return false;
+}
+
+} // namespace sysadmin

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "framework/FormScreen.h"
+#include "framework/FormView.h"
+
+class QGroupBox;
+class QHBoxLayout;
+
+namespace sysadmin {
+
+/// What is said once about a screen that keeps one record.
+struct RecordSpec {
+    QString subject{};   ///< screen name in reports
+    QString notice{};    ///< subject word announced to other screens
+    QString frameNoun{}; ///< of the frame's caption ("System Miscellaneous"); empty: the frame has none
+    QString getRequest{};
+    QString addRequest{}; ///< sent instead of the update while no record exists; empty: one always does
+    QString updateRequest{};
+    QString existsTag{}; ///< filled in the reply when a record exists; only with an add request
+    QString loadCaption{};
+    QString saveCaption{};
+    QString loadFailure{}; ///< own message for a failed load, shown instead of a report
+    QString saveFailure{}; ///< own message for a failed save, shown instead of a report
+};
+
+/// A settings screen that loads one record when it opens and writes it back.
+class SingleRecordScreen : public FormScreen {
+    Q_OBJECT
+
+public:
+    void LoadScreen() override;
+    bool MayClose() override;
+    bool IsReadOnly() const { return m_readOnly; }
+
+protected:
+    SingleRecordScreen(Application& application, const QString& formName, const QString& caption, Area area,
+                       QWidget* parent);
+
+    /// Draws the record. Call it once, in the constructor.
+    void Build(const RecordSpec& spec, Form& form, const Layout& layout, const QList<PutStep>& puts,
+               const FormView::SlotMaker& makeSlot = {});
+    /// Puts a further button in front of Save.
+    void AddButton(QPushButton* button);
+
+    /// Whatever has to be there before the record is loaded.
+    virtual void BeforeLoad() {}
+    /// Puts what the get request needs.
+    virtual void PutKey() {}
+    virtual void ReadRecord();
+    /// The screen's own checks; false (after its message) keeps the screen as it is.
+    virtual bool CheckBeforeSave();
+    virtual void AfterSave() {}
+
+    FormView& View() { return *m_view; }
+    QPushButton* SaveButton() const { return m_cmdSave; }
+
+private:
+    void Save();
+    void Cancel();
+    void RefreshButtons();
+
+    RecordSpec m_spec;
+    Form* m_form = nullptr;
+    QList<PutStep> m_puts;
+    FormView* m_view = nullptr;
+    QGroupBox* m_fraEdit = nullptr;
+    QHBoxLayout* m_buttons = nullptr;
+    QPushButton* m_cmdSave = nullptr;
+    QPushButton* m_cmdCancel = nullptr;
+    bool m_readOnly = false;
+    bool m_loaded = false;
+    bool m_exists = false;
+};
+
+} // namespace sysadmin

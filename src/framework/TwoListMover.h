@@ -1,0 +1,70 @@
+#pragma once
+
+#include "framework/forms/GridRow.h"
+
+#include <QWidget>
+
+#include <functional>
+
+class QPushButton;
+
+namespace sysadmin {
+
+class ListGrid;
+class PickedLists;
+class Prompter;
+struct PickedNames;
+
+/// The available and the selected list side by side, with four buttons that move rows between them. It shows
+/// lists that someone else owns, and asks the owner to carry out each move.
+class TwoListMover : public QWidget {
+    Q_OBJECT
+
+public:
+    using Move = std::function<void(PickedLists&)>;
+    /// Carries out a move on the lists that the mover shows.
+    using Owner = std::function<void(const Move&)>;
+
+    /// The grids' first column is captioned as `names` say and takes the rows' first cell; `more` describes
+    /// further columns. `lists` must live as long as the mover.
+    TwoListMover(const PickedNames& names, const PickedLists& lists, Owner owner, QWidget* parent = nullptr,
+                 const QList<GridColumn>& more = {});
+
+    ListGrid& AvailableGrid() const { return *m_available; }
+    ListGrid& SelectedGrid() const { return *m_selected; }
+    /// In tab order: filter and grid of the available list, the four buttons, filter and grid of the selected
+    /// one.
+    QList<QWidget*> FocusWidgets() const;
+    /// Shows the lists as they are now; what is selected in each stays so where it is still there.
+    void Refresh();
+    /// Display only: the lists can be looked through, nothing moves.
+    void SetReadOnly(bool readOnly);
+    void SetPrompter(Prompter& prompter);
+
+signals:
+    /// The operator moved rows.
+    void Changed();
+
+private:
+    ListGrid* MakeGrid(const QString& name, const QString& caption, const QList<GridColumn>& more);
+    QPushButton* MakeButton(const QString& name, const QString& text, const QString& toolTip,
+                            void (TwoListMover::*slot)());
+    void Select();
+    void SelectAll();
+    void Discard();
+    void DiscardAll();
+    void Shift(ListGrid& from, ListGrid& to, const QStringList& keys, bool toSelected);
+    void RefreshButtons();
+
+    const PickedLists& m_lists;
+    Owner m_owner;
+    ListGrid* m_available = nullptr;
+    ListGrid* m_selected = nullptr;
+    QPushButton* m_select = nullptr;
+    QPushButton* m_selectAll = nullptr;
+    QPushButton* m_discard = nullptr;
+    QPushButton* m_discardAll = nullptr;
+    bool m_readOnly = false;
+};
+
+} // namespace sysadmin

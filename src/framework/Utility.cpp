@@ -1,0 +1,51 @@
+#include "framework/Utility.h"
+
+#include "core/Application.h"
+#include "core/Prompter.h"
+
+#include <QCoreApplication>
+#include <QWidget>
+
+namespace sysadmin {
+
+namespace {
+
+QString Tr(const char* text) {
+    return QCoreApplication::translate("Utility", text);
+}
+
+} // namespace
+
+bool ConfirmDelete(Application& application, QWidget* parent, const QString& subject,
+                   const QString& itemText) {
+    return application.prompter.ShowBox(parent, {.text = Tr("You will delete ") + subject + ":\r\n\"" +
+                                                         itemText + "\"\r\n\r\n" + Tr("Are you sure?"),
+                                                 .icon = Box::Icon::Question,
+                                                 .buttons = Box::Buttons::YesNo,
+                                                 .title = Tr("Delete ") + subject});
+}
+
+bool ConfirmDeleteEx(Application& application, QWidget* parent, const QString& subject,
+                     const QStringList& values) {
+    return ConfirmDelete(application, parent, subject, values.join(' '));
+}
+
+void WarnEditInProgress(Application& application, QWidget* parent) {
+    application.prompter.ShowBox(
+        parent,
+        {.text = Tr("There is data currently being edited!\r\nPlease save or cancel the open work area.")});
+}
+
+void ReportUnableToLoad(Application& application, QWidget* parent, const QString& caption) {
+    application.prompter.ShowBox(parent, {.text = Tr("Unable to load ") + caption + "."});
+}
+
+void SetEditMode(bool editing, const QList<QWidget*>& listSide, const QList<QWidget*>& editSide) {
+    // The side that takes over is enabled first: the focus never falls on something outside the screen.
+    for (QWidget* widget : editing ? editSide : listSide)
+        widget->setEnabled(true);
+    for (QWidget* widget : editing ? listSide : editSide)
+        widget->setEnabled(false);
+}
+
+} // namespace sysadmin

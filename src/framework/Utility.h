@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+class QWidget;
+
+namespace sysadmin {
+
+class Application;
+
+/// Asks whether the item may be deleted; true only for Yes.
+bool ConfirmDelete(Application& application, QWidget* parent, const QString& subject,
+                   const QString& itemText);
+/// The same for an item that is named by more than one value.
+bool ConfirmDeleteEx(Application& application, QWidget* parent, const QString& subject,
+                     const QStringList& values);
+/// Says that an edit is open and must be saved or cancelled first.
+void WarnEditInProgress(Application& application, QWidget* parent);
+/// Says that a list could not be loaded: "Unable to load " + caption + ".".
+void ReportUnableToLoad(Application& application, QWidget* parent, const QString& caption);
+/// Turns the list side off and the edit side on, or the other way round.
+void SetEditMode(bool editing, const QList<QWidget*>& listSide, const QList<QWidget*>& editSide);
+
+} // namespace sysadmin

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+namespace sysadmin {
+
+/// A column of a list.
+struct GridColumn {
+    QString caption;
+    int width = 0; ///< pixels at 100 %; 0 takes what is left
+    bool hidden = false;
+    bool yesNo = false; ///< cells are Y or N, shown as a check mark or nothing
+    bool operator==(const GridColumn&) const = default;
+};
+
+/// A record in a list: what the server knows it by, its cells in column order, and for attached things the
+/// row state ("A" loaded as available, "S" loaded as selected, or a digit that travels with the row).
+struct GridRow {
+    QString key;
+    QStringList cells;
+    QChar state;
+    bool operator==(const GridRow&) const = default;
+};
+
+} // namespace sysadmin

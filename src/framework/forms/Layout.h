@@ -1,0 +1,58 @@
+#pragma once
+
+#include "framework/forms/Field.h"
+
+namespace sysadmin {
+
+/// Where the fields of a form stand: a short description that the form view draws.
+struct Layout {
+    enum class Kind {
+        Field,  ///< one field with its label
+        Column, ///< its children below each other, labels and controls aligned
+        Row,    ///< its children side by side, aligned with the other rows of the column
+        Frame,  ///< a titled frame around a column
+        Tabs,   ///< a tab widget; its children are pages
+        Page,   ///< one tab: a column
+        Note,   ///< explaining text
+        Slot,   ///< a widget that the screen makes itself, by name
+    };
+
+    Layout(Field& one)
+        : kind(Kind::Field)
+        , field(&one) {} // NOLINT: a field stands for itself in a layout
+    Layout(Kind theKind, const QString& theName, const QString& theText, const QList<Layout>& theChildren)
+        : kind(theKind)
+        , name(theName)
+        , text(theText)
+        , children(theChildren) {}
+
+    Kind kind;
+    QString name; ///< object name of a frame, tab widget or page, and a slot's name
+    QString text; ///< a frame's or page's caption, a note's text
+    Field* field = nullptr;
+    QList<Layout> children;
+};
+
+inline Layout Column(const QList<Layout>& children) {
+    return {Layout::Kind::Column, {}, {}, children};
+}
+inline Layout Row(const QList<Layout>& children) {
+    return {Layout::Kind::Row, {}, {}, children};
+}
+inline Layout Frame(const QString& name, const QString& caption, const QList<Layout>& children) {
+    return {Layout::Kind::Frame, name, caption, children};
+}
+inline Layout Tabs(const QString& name, const QList<Layout>& pages) {
+    return {Layout::Kind::Tabs, name, {}, pages};
+}
+inline Layout Page(const QString& caption, const QList<Layout>& children) {
+    return {Layout::Kind::Page, {}, caption, children};
+}
+inline Layout Note(const QString& text) {
+    return {Layout::Kind::Note, {}, text, {}};
+}
+inline Layout Slot(const QString& name) {
+    return {Layout::Kind::Slot, name, {}, {}};
+}
+
+} // namespace sysadmin

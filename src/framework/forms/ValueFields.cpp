@@ -1,0 +1,155 @@
+#include "framework/forms/ValueFields.h"
+
+#include "core/data/RequestChannel.h"
+
+#include <QLocale>
+
+namespace sysadmin {
+
+void ValueField::SetDraft(const QString& value) {
+    if (m_draft == value)
+        return;
+    m_draft = value;
+    NotifyChange();
+}
+
+void ValueField::SetStored(const QString& value) {
+    m_stored = value;
+    m_draft = value;
+    NotifyChange();
+}
+
+void ValueField::Load(RequestChannel& channel) {
+    if (!Tag().isEmpty())
+        SetStored(FromWire(channel.GetField(Tag())));
+}
+
+void ValueField::Put(RequestChannel& channel) const {
+    channel.PutField(Tag(), ToWire());
+}
+
+QString ValueField::Problem() const {
+    if (const QString problem = Field::Problem(); !problem.isEmpty())
+        return problem;
+    if (Spec().maxLength > 0 && m_draft.size() > Spec().maxLength)
+        return Form::tr("\"%1\" takes %2 characters at the most.").arg(PlainCaption()).arg(Spec().maxLength);
+    return {};
+}
+
+QString MultiLineField::FromWire(const QString& value) const {
+    return QString(value).replace("\r\n", "\n");
+}
+
+QString MultiLineField::ToWire() const {
+    return QString(Draft()).replace("\n", "\r\n");
+}
+
+void ChoiceField::SetItems(const QList<PickItem>& items) {
+    if (m_items == items)
+        return;
+    m_items = items;
+    NotifyChange();
+}
+
+QString ChoiceField::DisplayText() const {
+    for (const PickItem& item : m_items)
+        if (item.id == Draft())
+            return item.text;
+    return Draft();
+}
+
+QString NumberField::Problem() const {
+    if (const QString problem = Field::Problem(); !problem.isEmpty() || IsBlank())
+        return problem;
+    bool isNumber = false;
+    const int value = Draft().toInt(&isNumber);
+    if (!isNumber || value < m_least || value > m_most)
+        return Form::tr("\"%1\" must be a whole number from %2 to %3.")
+            .arg(PlainCaption())
+            .arg(m_least)
+            .arg(m_most);
+    return {};
+}
+
+void MoneyField::SetDecimals(int decimals) {
+    if (m_decimals == decimals)
+        return;
+    m_decimals = decimals;
+    NotifyChange();
+}
+
+QString MoneyField::Normalised(const QString& typed) const {
+    const QString plain = QString(typed).remove(',').trimmed();
+    bool isAmount = false;
+    const double amount = plain.toDouble(&isAmount);
+    return isAmount ? QString::number(amount, 'f', m_decimals) : plain;
+}
+
+QString MoneyField::FromWire(const QString& value) const {
+    return value.trimmed().isEmpty() ? QString() : QString(value).remove(',').trimmed();
+}
+
+QString MoneyField::ToWire() const {
+    return IsBlank() ? " " : QString(Draft()).remove(',');
+}
+
+QString MoneyField::Problem() const {
+    if (const QString problem = Field::Problem(); !problem.isEmpty() || IsBlank())
+        return problem;
+    bool isAmount = false;
+    const double amount = QString(Draft()).remove(',').toDouble(&isAmount);
+    if (!isAmount || amount < 0)
+        return Form::tr("\"%1\" must be an amount of money.").arg(PlainCaption());
+    return {};
+}
+
+QString DateField::DisplayText() const {
+    const QDate date = Date();
+    return date.isValid() ? QLocale().toString(date, QLocale::ShortFormat) : Draft();
+}
+
+QString DateField::FromWire(const QString& value) const {
+    return !m_suffix.isEmpty() && value.endsWith(m_suffix) ? value.chopped(m_suffix.size()) : value;
+}
+
+QString DateField::Problem() const {
+    if (const QString problem = Field::Problem(); !problem.isEmpty() || IsBlank())
+        return problem;
+    return Date().isValid() ? QString() : Form::tr("\"%1\" must be a date.").arg(PlainCaption());
+}
+
+QString TimeField::Problem() const {
+    if (const QString problem = Field::Problem(); !problem.isEmpty() || IsBlank())
+        return problem;
+    return Time().isValid() ? QString() : Form::tr("\"%1\" must be a time of day.").arg(PlainCaption());
+}
+
+QString IntervalField::Number() const {
+    return m_place == LetterPlace::Before ? Draft().mid(1)
+                                          : Draft().chopped(qMin(qsizetype(1), Draft().size()));
+}
+
+QString IntervalField::Unit() const {
+    if (Draft().isEmpty())
+        return m_units.isEmpty() ? QString() : m_units.first().id;
+    return m_place == LetterPlace::Before ? Draft().left(1) : Draft().right(1);
+}
+
+void IntervalField::SetParts(const QString& number, const QString& unit) {
+    SetDraft(m_place == LetterPlace::Before ? QString(unit + number.trimmed())
+                                            : QString(number.trimmed() + unit));
+}
+
+QString IntervalField::Problem() const {
+    if (Spec().required && IsBlank())
+        return Field::Problem();
+    if (IsBlank())
+        return {};
+    bool isNumber = false;
+    const int value = Number().toInt(&isNumber);
+    if (!isNumber || value < 0 || value > m_most)
+        return Form::tr("\"%1\" must be a whole number from 0 to %2.").arg(PlainCaption()).arg(m_most);
+    return {};
+}
+
+} // namespace sysadmin

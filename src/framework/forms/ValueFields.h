@@ -1,0 +1,229 @@
+#pragma once
+
+#include "core/data/PickLists.h"
+#include "framework/forms/Field.h"
+
+#include <QDate>
+#include <QTime>
+
+namespace sysadmin {
+
+/// A field of one value. Stored and draft are kept as the text that travels.
+class ValueField : public Field {
+public:
+    using Field::Field;
+
+    const QString& Stored() const { return m_stored; }
+    const QString& Draft() const { return m_draft; }
+    /// What the operator or a rule made of it.
+    void SetDraft(const QString& value);
+    /// What the server has; the draft becomes the same.
+    void SetStored(const QString& value);
+    /// The draft as an operator reads it in a list.
+    virtual QString DisplayText() const { return m_draft; }
+
+    void Load(RequestChannel& channel) override;
+    void Put(RequestChannel& channel) const override;
+    void Clear() override { SetStored(Spec().initial); }
+    bool IsChanged() const override { return m_draft != m_stored; }
+    bool IsBlank() const override { return m_draft.trimmed().isEmpty(); }
+    void Accept() override { m_stored = m_draft; }
+    void Revert() override { SetDraft(m_stored); }
+    QString Problem() const override;
+
+protected:
+    /// Turns a reply's text into the kept one, and back.
+    virtual QString FromWire(const QString& value) const { return value; }
+    virtual QString ToWire() const { return m_draft; }
+
+private:
+    QString m_stored;
+    QString m_draft;
+};
+
+/// A line of text. Blanks around it do not travel when `trim` is set.
+class TextField : public ValueField {
+public:
+    TextField(Form& form, const FieldSpec& spec, bool trim = false)
+        : ValueField(form, Kind::Text, spec)
+        , m_trim(trim) {}
+
+protected:
+    TextField(Form& form, Kind kind, const FieldSpec& spec)
+        : ValueField(form, kind, spec) {}
+    QString ToWire() const override { return m_trim ? Draft().trimmed() : Draft(); }
+
+private:
+    bool m_trim = false;
+};
+
+/// Text of several lines; a line break travels as CR LF.
+class MultiLineField : public TextField {
+public:
+    MultiLineField(Form& form, const FieldSpec& spec)
+        : TextField(form, Kind::MultiLine, spec) {}
+
+protected:
+    QString FromWire(const QString& value) const override;
+    QString ToWire() const override;
+};
+
+/// A password being typed. Never loaded and never put by itself: only its sealed form travels.
+class PasswordField : public ValueField {
+public:
+    PasswordField(Form& form, const FieldSpec& spec)
+        : ValueField(form, Kind::Password, spec) {}
+    void Load(RequestChannel&) override { Clear(); }
+    void Put(RequestChannel&) const override {}
+};
+
+/// A Y/N switch. Whatever else the server sends is shown unchecked and kept until the operator changes it.
+class FlagField : public ValueField {
+public:
+    FlagField(Form& form, const FieldSpec& spec)
+        : ValueField(form, Kind::Flag, spec) {}
+    bool IsOn() const { return Draft() == u"Y"; }
+    void SetOn(bool on) { SetDraft(on ? "Y" : "N"); }
+    void Clear() override { SetStored(Spec().initial.isEmpty() ? "N" : Spec().initial); }
+    bool IsBlank() const override { return false; }
+
+protected:
+    QString ToWire() const override { return IsOn() ? "Y" : "N"; }
+};
+
+/// One of a list of entries, known by its id. An id that the list lacks survives load and save.
+class ChoiceField : public ValueField {
+public:
+    ChoiceField(Form& form, const FieldSpec& spec, const QList<PickItem>& items = {})
+        : ValueField(form, Kind::Choice, spec)
+        , m_items(items) {}
+    const QList<PickItem>& Items() const { return m_items; }
+    void SetItems(const QList<PickItem>& items);
+    QString DisplayText() const override;
+
+private:
+    QList<PickItem> m_items;
+};
+
+/// One of a few options that stand side by side, known by the letter (or digit) that travels. An option's
+/// `id` is the letter, its `text` the caption; the option button's name is the field's with the letter
+/// appended.
+class LetterField : public ValueField {
+public:
+    LetterField(Form& form, const FieldSpec& spec, const QList<PickItem>& options)
+        : ValueField(form, Kind::Letter, spec)
+        , m_options(options) {}
+    const QList<PickItem>& Options() const { return m_options; }
+
+private:
+    QList<PickItem> m_options;
+};
+
+/// A whole number in a range.
+class NumberField : public ValueField {
+public:
+    NumberField(Form& form, const FieldSpec& spec, int least = 0, int most = 999999)
+        : ValueField(form, Kind::Number, spec)
+        , m_least(least)
+        , m_most(most) {}
+    int Least() const { return m_least; }
+    int Most() const { return m_most; }
+    int Value() const { return Draft().toInt(); }
+    void SetValue(int value) { SetDraft(QString::number(value)); }
+    QString Problem() const override;
+
+private:
+    int m_least;
+    int m_most;
+};
+
+/// An amount of money: kept with a decimal point and without group marks, travels as one blank when empty.
+class MoneyField : public ValueField {
+public:
+    MoneyField(Form& form, const FieldSpec& spec)
+        : ValueField(form, Kind::Money, spec) {}
+    int Decimals() const { return m_decimals; }
+    void SetDecimals(int decimals);
+    /// The amount that an operator typed, with the base currency's number of decimals; the text itself when
+    /// it is no amount.
+    QString Normalised(const QString& typed) const;
+    QString Problem() const override;
+
+protected:
+    QString FromWire(const QString& value) const override;
+    QString ToWire() const override;
+
+private:
+    int m_decimals = 2;
+};
+
+/// A date, kept in the text form that travels (`format` as QDate takes it), which may be followed by a fixed
+/// text.
+class DateField : public ValueField {
+public:
+    DateField(Form& form, const FieldSpec& spec, const QString& format = "yyyy-MM-dd",
+              const QString& suffix = {})
+        : ValueField(form, Kind::Date, spec)
+        , m_format(format)
+        , m_suffix(suffix) {}
+    /// The draft as a date; invalid when it is blank.
+    QDate Date() const { return QDate::fromString(Draft(), m_format); }
+    void SetDate(QDate date) { SetDraft(date.isValid() ? date.toString(m_format) : QString()); }
+    QString DisplayText() const override;
+    QString Problem() const override;
+
+protected:
+    QString FromWire(const QString& value) const override;
+    QString ToWire() const override { return IsBlank() ? QString() : Draft() + m_suffix; }
+
+private:
+    QString m_format;
+    QString m_suffix;
+};
+
+/// A time of day, kept in the text form that travels.
+class TimeField : public ValueField {
+public:
+    TimeField(Form& form, const FieldSpec& spec, const QString& format = "HH:mm")
+        : ValueField(form, Kind::Time, spec)
+        , m_format(format) {}
+    QTime Time() const { return QTime::fromString(Draft(), m_format); }
+    void SetTime(QTime time) { SetDraft(time.isValid() ? time.toString(m_format) : QString()); }
+    QString Problem() const override;
+
+private:
+    QString m_format;
+};
+
+/// A number with a unit that travels as one text: the unit's letter before the number or behind it.
+class IntervalField : public ValueField {
+public:
+    enum class LetterPlace { Before, Behind };
+
+    /// `units`: id the letter, text the caption. `unitName`: the unit list's control name.
+    IntervalField(Form& form, const FieldSpec& spec, const QString& unitName, const QList<PickItem>& units,
+                  LetterPlace place, int most = 9999)
+        : ValueField(form, Kind::Interval, spec)
+        , m_unitName(unitName)
+        , m_units(units)
+        , m_place(place)
+        , m_most(most) {}
+    const QString& UnitName() const { return m_unitName; }
+    const QList<PickItem>& Units() const { return m_units; }
+    int Most() const { return m_most; }
+    /// The number as text (blank when there is none) and the unit's letter (the first unit's when there is
+    /// none).
+    QString Number() const;
+    QString Unit() const;
+    void SetParts(const QString& number, const QString& unit);
+    bool IsBlank() const override { return Number().trimmed().isEmpty(); }
+    QString Problem() const override;
+
+private:
+    QString m_unitName;
+    QList<PickItem> m_units;
+    LetterPlace m_place;
+    int m_most;
+};
+
+} // namespace sysadmin
