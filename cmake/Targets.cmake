@@ -40,11 +40,28 @@ function(sysadmin_library folder)
   target_link_libraries(sysadmin_${name} PUBLIC ${libs} ${arg_LINK})
 endfunction()
 
+# sysadmin_embed(TARGET PREFIX DIR GLOB): compiles the files of DIR into TARGET as the resources :/PREFIX/FILE. Code of
+# the target registers them with Q_INIT_RESOURCE(TARGET_PREFIX).
+function(sysadmin_embed target prefix dir pattern)
+  file(GLOB files CONFIGURE_DEPENDS ${dir}/${pattern})
+  set(entries "")
+  foreach(path ${files})
+    get_filename_component(name ${path} NAME)
+    string(APPEND entries "  <file alias=\"${name}\">${path}</file>\n")
+  endforeach()
+  set(qrc ${CMAKE_CURRENT_BINARY_DIR}/${target}_${prefix}.qrc)
+  file(CONFIGURE OUTPUT ${qrc} CONTENT "<RCC><qresource prefix=\"/${prefix}\">\n${entries}</qresource></RCC>\n" @ONLY)
+  target_sources(${target} PRIVATE ${qrc})
+endfunction()
+
 # sysadmin_test(NAME LINK target...): the test program of tests/NAME, each of its cases a ctest case.
 function(sysadmin_test name)
   cmake_parse_arguments(arg "" "" "LINK" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp
        ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.h)
+  if(NOT sources)
+    return()
+  endif()
   add_executable(test_${name} ${sources})
   target_precompile_headers(test_${name} PRIVATE <QtCore> <QtWidgets> <gtest/gtest.h>)
   target_link_libraries(test_${name} PRIVATE sysadmin_test_support Qt6::Widgets Qt6::Test GTest::gtest ${arg_LINK})

@@ -1,0 +1,9 @@
+#include "security/SecurityScreens.h"
+
+#include "core/ScreenCatalogue.h"
+
+namespace sysadmin {
+
+void AddSecurityScreens([[maybe_unused]] ScreenCatalogue& catalogue) {}
+
+} // namespace sysadmin

@@ -1,0 +1,150 @@
+#include "framework/forms/ListFields.h"
+#include "framework/forms/PutList.h"
+#include "support/ScriptedChannel.h"
+
+#include <gtest/gtest.h>
+
+namespace sysadmin {
+
+namespace {
+
+struct SampleForm : Form {
+    TextField txtCode{
+        *this, {.name = "txtCode", .tag = "Cd", .caption = "Code:", .maxLength = 5, .required = true}, true};
+    FlagField chkLimit{*this, {.name = "chkLimit", .tag = "L", .caption = "Limit:"}};
+    NumberField txtLimit{*this, {.name = "txtLimit", .tag = "LP", .caption = "Limit percentage:"}, 0, 100};
+    ChoiceField cboLibrary{
+        *this, {.name = "cboLibrary", .tag = "Lb", .caption = "Library:"}, {{"1", "Main"}, {"2", "Law"}}};
+    MoneyField txtFee{*this, {.name = "txtFee", .tag = "Fee", .caption = "Fee:"}};
+    DateField dtEnd{*this, {.name = "dtEnd", .tag = "EDt", .caption = "End:"}, "yyyy-MM-dd", " 23:59:59"};
+    IntervalField fpPeriod{*this,
+                           {.name = "fpPeriod", .tag = "LKD", .caption = "Period:"},
+                           "cboPeriod",
+                           {{"M", "Minutes"}, {"H", "Hours"}},
+                           IntervalField::LetterPlace::Before};
+    MultiLineField txtNote{*this, {.name = "txtNote", .tag = "N", .caption = "Note:"}};
+
+    SampleForm() { txtLimit.EnableBy(chkLimit); }
+
+    void LoadFrom(const wire::Fields& reply) {
+        ScriptedChannel channel;
+        channel.Answer("Get", 0, reply);
+        channel.SendRequest("Get");
+        Load(channel);
+    }
+    wire::Fields Put(const QList<PutStep>& steps, const SaveContext& context) {
+        ScriptedChannel channel;
+        for (const PutStep& step : steps)
+            step(channel, context);
+        channel.Answer("Save", 0);
+        channel.SendRequest("Save");
+        return channel.sent.last().fields;
+    }
+};
+
+const wire::Fields Record{{"Cd", "AB"},   {"L", "Y"},          {"LP", "90"},
+                          {"Lb", "77"},   {"Fee", "1,234.50"}, {"EDt", "2027-06-30 23:59:59"},
+                          {"LKD", "H24"}, {"N", "one\r\ntwo"}};
+
+TEST(FormTest, WhatWasLoadedIsPutUnchanged) {
+    SampleForm form;
+    form.LoadFrom(Record);
+    EXPECT_FALSE(form.IsChanged());
+    EXPECT_FALSE(form.FirstProblem());
+    QList<PutStep> all;
+    for (Field* field : form.Fields())
+        all.append(PutValue(*field));
+    wire::Fields expected = Record;
+    expected[4].value = "1234.50"; // group marks are the only thing that does not come back
+    EXPECT_EQ(form.Put(all, {}), expected);
+    EXPECT_EQ(form.dtEnd.Date(), QDate(2027, 6, 30));
+    EXPECT_EQ(form.fpPeriod.Number(), "24");
+    EXPECT_EQ(form.fpPeriod.Unit(), "H");
+    EXPECT_EQ(form.txtNote.Draft(), "one\ntwo");
+}
+
+TEST(FormTest, ChangeIsComputedFromTheValues) {
+    SampleForm form;
+    form.LoadFrom(Record);
+    form.txtCode.SetDraft("ab");
+    EXPECT_TRUE(form.txtCode.IsChanged()) << "letter case counts";
+    form.txtCode.SetDraft("AB");
+    EXPECT_FALSE(form.IsChanged());
+    form.fpPeriod.SetParts("24", "M");
+    EXPECT_EQ(form.fpPeriod.Draft(), "M24");
+    EXPECT_TRUE(form.IsChanged());
+    form.Revert();
+    EXPECT_FALSE(form.IsChanged());
+    form.txtCode.SetDraft("X");
+    form.Accept();
+    EXPECT_FALSE(form.IsChanged());
+    EXPECT_EQ(form.txtCode.Stored(), "X");
+}
+
+TEST(FormTest, DependentValueCountsOnlyWhileItsFlagIsOn) {
+    SampleForm form;
+    form.LoadFrom(Record);
+    const QList<PutStep> pair{PutWhenOn(form.chkLimit, form.txtLimit)};
+    EXPECT_EQ(form.Put(pair, {}), (wire::Fields{{"L", "Y"}, {"LP", "90"}}));
+    form.txtLimit.SetDraft("900");
+    ASSERT_TRUE(form.FirstProblem());
+    EXPECT_EQ(form.FirstProblem()->field, &form.txtLimit);
+    form.chkLimit.SetOn(false);
+    EXPECT_FALSE(form.txtLimit.IsUsable());
+    EXPECT_FALSE(form.FirstProblem());
+    EXPECT_EQ(form.Put(pair, {}), (wire::Fields{{"L", "N"}}));
+}
+
+TEST(FormTest, SaveContextDecidesWhatIsPut) {
+    SampleForm form;
+    form.LoadFrom(Record);
+    const QList<PutStep> steps{PutValue(form.txtCode), OnUpdate(PutOriginalKey("OCd")),
+                               OnUpdate(PutChanged("NCd", form.txtCode)), OnAdd(PutConstant("X", "1"))};
+    form.txtCode.SetDraft(" NEW ");
+    EXPECT_EQ(form.Put(steps, {.isNew = true, .originalKey = {}}), (wire::Fields{{"Cd", "NEW"}, {"X", "1"}}));
+    EXPECT_EQ(form.Put(steps, {.isNew = false, .originalKey = "AB"}),
+              (wire::Fields{{"Cd", "NEW"}, {"OCd", "AB"}, {"NCd", "Y"}}));
+}
+
+TEST(FormTest, BlankValuesAndProblems) {
+    SampleForm form;
+    form.Clear();
+    EXPECT_FALSE(form.IsComplete());
+    EXPECT_EQ(form.Put({PutValue(form.txtFee), PutValue(form.chkLimit), PutValue(form.dtEnd)}, {}),
+              (wire::Fields{{"Fee", " "}, {"L", "N"}, {"EDt", ""}}));
+    form.txtCode.SetDraft("TOOLONG");
+    EXPECT_EQ(form.FirstProblem()->text, "\"Code\" takes 5 characters at the most.");
+    form.txtCode.SetDraft("OK");
+    form.txtFee.SetDraft("ten");
+    EXPECT_EQ(form.FirstProblem()->field, &form.txtFee);
+    EXPECT_EQ(form.txtFee.Normalised("1,000"), "1000.00");
+    form.txtFee.SetDecimals(0);
+    EXPECT_EQ(form.txtFee.Normalised("1000"), "1000");
+}
+
+TEST(FormTest, OddServerValuesSurvive) {
+    SampleForm form;
+    form.LoadFrom({{"Cd", "AB"}, {"L", "?"}, {"Lb", "no such library"}});
+    EXPECT_FALSE(form.chkLimit.IsOn());
+    EXPECT_FALSE(form.IsChanged());
+    EXPECT_EQ(form.cboLibrary.Draft(), "no such library");
+    EXPECT_EQ(form.cboLibrary.DisplayText(), "no such library");
+}
+
+TEST(FormTest, OnlyMovedRowsAreSentRemovalsAndAdditionsApart) {
+    Form form;
+    PickedField locations(form, {.name = "movLocations"}, {});
+    locations.LoadLists({{"1", {"A"}, {}}, {"2", {"B"}, {}}}, {{"3", {"C"}, {}}, {"4", {"D"}, {}}});
+    locations.Move([](PickedLists& lists) { lists.MoveToSelected({"2", "1"}); });
+    locations.Move([](PickedLists& lists) { lists.MoveToAvailable({"4", "1"}); });
+    ScriptedChannel channel;
+    PutRemovals(locations.Lists(), "SI", "LS")(channel, {});
+    PutAdditions(locations.Lists(), "SI", "LS")(channel, {});
+    channel.Answer("Save", 0);
+    channel.SendRequest("Save");
+    EXPECT_EQ(channel.sent.last().fields, (wire::Fields{{"SI", "4"}, {"LS", "3"}, {"SI", "2"}, {"LS", "1"}}));
+}
+
+} // namespace
+
+} // namespace sysadmin
