@@ -32,6 +32,7 @@ public:
     /// Shows the page of the field and puts the focus into it.
     void FocusField(const Field& field);
     FieldEditor* EditorOf(const Field& field) const;
+    Form& GetForm() const { return m_form; }
 
 private:
     void DrawColumn(const QList<Layout>& children, QWidget* parent);

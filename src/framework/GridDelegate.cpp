@@ -10,7 +10,8 @@ namespace {
 
 QColor Blend(const QColor& under, const QColor& over, double share) {
     const auto mix = [share](int a, int b) { return int(a + (b - a) * share); };
-    return QColor(mix(under.red(), over.red()), mix(under.green(), over.green()), mix(under.blue(), over.blue()));
+    return QColor(mix(under.red(), over.red()), mix(under.green(), over.green()),
+                  mix(under.blue(), over.blue()));
 }
 
 } // namespace
@@ -21,7 +22,8 @@ bool GridDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const Q
         return QStyledItemDelegate::helpEvent(event, view, option, index);
     const bool isCutOff = sizeHint(option, index).width() > view->visualRect(index).width();
     // A record's text is no markup, whatever it looks like.
-    QToolTip::showText(event->globalPos(), isCutOff ? index.data().toString().toHtmlEscaped() : QString(), view);
+    QToolTip::showText(event->globalPos(), isCutOff ? index.data().toString().toHtmlEscaped() : QString(),
+                       view);
     return true;
 }
 

@@ -4,8 +4,8 @@
 
 namespace sysadmin {
 
-/// Draws the cells of a list grid: the selected row as one bar, visible in a grid that is disabled, too; a cell that
-/// is cut off shows its whole text as a tool tip.
+/// Draws the cells of a list grid: the selected row as one bar, visible in a grid that is disabled, too; a
+/// cell that is cut off shows its whole text as a tool tip.
 class GridDelegate : public QStyledItemDelegate {
     Q_OBJECT
 

@@ -6,7 +6,8 @@
 namespace sysadmin {
 
 GridModel::GridModel(const QList<GridColumn>& columns, QObject* parent)
-    : QAbstractTableModel(parent), m_columns(columns) {
+    : QAbstractTableModel(parent)
+    , m_columns(columns) {
     m_matcher.setCaseSensitivity(Qt::CaseInsensitive);
 }
 
@@ -102,14 +103,16 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
             return RowAt(index.row()).cells.value(index.column()) == "Y" ? tr("Yes") : tr("No");
         return CellText(index.row(), index.column());
     case Qt::TextAlignmentRole:
-        return QVariant::fromValue<Qt::Alignment>((yesNo ? Qt::AlignHCenter : Qt::AlignLeft) | Qt::AlignVCenter);
+        return QVariant::fromValue<Qt::Alignment>((yesNo ? Qt::AlignHCenter : Qt::AlignLeft) |
+                                                  Qt::AlignVCenter);
     default:
         return {};
     }
 }
 
 QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
-    if (orientation == Qt::Horizontal && role == Qt::DisplayRole && section >= 0 && section < m_columns.size())
+    if (orientation == Qt::Horizontal && role == Qt::DisplayRole && section >= 0 &&
+        section < m_columns.size())
         return m_columns[section].caption;
     return {};
 }
@@ -135,11 +138,13 @@ void GridModel::Arrange() {
         m_sorted.resize(m_rows.size());
         std::iota(m_sorted.begin(), m_sorted.end(), 0);
         if (m_order.Column() >= 0)
-            std::sort(m_sorted.begin(), m_sorted.end(), [this](int a, int b) { return m_order.Before(a, b); });
+            std::sort(m_sorted.begin(), m_sorted.end(),
+                      [this](int a, int b) { return m_order.Before(a, b); });
     }
+    // at(): the rows stay shared with whoever handed them over.
     m_shown.clear();
     std::copy_if(m_sorted.begin(), m_sorted.end(), std::back_inserter(m_shown),
-                 [this](int place) { return Passes(m_rows[place]); });
+                 [this](int place) { return Passes(m_rows.at(place)); });
 }
 
 // The shown rows in the sort order as it is now. Selection and current row go along with their rows.
@@ -148,6 +153,8 @@ void GridModel::Rearrange() {
     const std::vector<int> before = m_shown;
     m_sorted.clear();
     std::sort(m_shown.begin(), m_shown.end(), [this](int a, int b) { return m_order.Before(a, b); });
+    if (m_shown.size() == size_t(m_rows.size()))
+        m_sorted = m_shown;
     const QModelIndexList kept = persistentIndexList();
     if (!kept.isEmpty()) {
         std::vector<int> displayRows(m_rows.size(), -1);
@@ -186,7 +193,7 @@ void GridModel::AppendRow(const GridRow& row) {
 }
 
 void GridModel::RewriteRow(int place, const GridRow& row) {
-    if (m_rows[place].key != row.key)
+    if (m_rows.at(place).key != row.key)
         m_places.clear();
     m_rows[place] = row;
     const bool sameOrder = m_order.Update(m_rows, place);

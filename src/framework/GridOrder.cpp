@@ -38,7 +38,8 @@ bool IsBlank(const QString& cell) {
     return QStringView(cell).trimmed().isEmpty();
 }
 
-template <class Read> bool AllRead(const QList<GridRow>& rows, int column, Read read) {
+template <class Read>
+bool AllRead(const QList<GridRow>& rows, int column, Read read) {
     bool any = false;
     for (const GridRow& row : rows) {
         const QString cell = row.cells.value(column);
@@ -53,7 +54,8 @@ template <class Read> bool AllRead(const QList<GridRow>& rows, int column, Read 
 
 } // namespace
 
-GridOrder::GridOrder() : m_collator(ReadingLocale()) {
+GridOrder::GridOrder()
+    : m_collator(ReadingLocale()) {
     m_collator.setCaseSensitivity(Qt::CaseInsensitive);
     m_collator.setNumericMode(true);
 }

@@ -25,7 +25,7 @@ public:
     const GridModel& Model() const { return m_model; }
     /// The box that filters the rows while the operator types; the screen places it above the grid. A grid
     /// whose box is not placed has no filter.
-    QLineEdit* FilterBox() const { return m_filterBox; }
+    QLineEdit* FilterBox() const;
     /// Puts the focus into the filter box, if it is placed.
     void FocusFilter();
     /// With a prompter the context menu offers the CSV export.
@@ -74,6 +74,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
     void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 

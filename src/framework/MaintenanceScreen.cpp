@@ -87,6 +87,8 @@ void MaintenanceScreen::AddTable(const TableSpec& spec, Form& form, const Layout
     auto* page = new QVBoxLayout(table.listPage);
     page->setContentsMargins({});
     table.grid = new ListGrid(own.gridName, own.columns, table.listPage);
+    if (own.sorted)
+        table.grid->sortByColumn(0, Qt::AscendingOrder);
     page->addWidget(table.grid->FilterBox());
     page->addWidget(table.grid, 1);
     table.view = new FormView(form, layout, m_fraEdit, makeSlot);

@@ -31,10 +31,11 @@ struct TableSpec {
     QString tabCaption{}; ///< only where a screen has several tables
 
     QList<GridColumn> columns{};
-    QStringList cellTags{};        ///< the tag of each column, in column order
-    QString recordTag{};           ///< the tag that begins a record of the list reply
-    QString keyTag{};              ///< the tag of the row's key; empty: the record tag
-    bool continuing = false;       ///< status 55 is success and its records are read
+    QStringList cellTags{};  ///< the tag of each column, in column order
+    QString recordTag{};     ///< the tag that begins a record of the list reply
+    QString keyTag{};        ///< the tag of the row's key; empty: the record tag
+    bool continuing = false; ///< status 55 is success and its records are read
+    bool sorted = true; ///< by the first column, until the operator chooses another; else as the server sends
     bool boxOnLoadFailure = false; ///< "Unable to load ..." instead of a report
 
     QString listRequest{};

@@ -35,7 +35,7 @@ public:
     /// In tab order: filter and grid of the available list, the four buttons, filter and grid of the selected
     /// one.
     QList<QWidget*> FocusWidgets() const;
-    /// Shows the lists as they are now; what is selected in each stays so where it is still there.
+    /// Shows the lists as they are now. Lists that are still the same keep filter and selection.
     void Refresh();
     /// Display only: the lists can be looked through, nothing moves.
     void SetReadOnly(bool readOnly);
@@ -49,6 +49,7 @@ private:
     ListGrid* MakeGrid(const QString& name, const QString& caption, const QList<GridColumn>& more);
     QPushButton* MakeButton(const QString& name, const QString& text, const QString& toolTip,
                             void (TwoListMover::*slot)());
+    void Show(ListGrid& grid, const QList<GridRow>& rows);
     void Select();
     void SelectAll();
     void Discard();
@@ -65,6 +66,7 @@ private:
     QPushButton* m_discard = nullptr;
     QPushButton* m_discardAll = nullptr;
     bool m_readOnly = false;
+    bool m_isMoving = false;
 };
 
 } // namespace sysadmin

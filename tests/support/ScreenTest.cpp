@@ -21,11 +21,9 @@ ScreenTest::~ScreenTest() {
 
 void ScreenTest::SetRights(bool mayEdit) {
     wire::Fields rights;
-    for (const char* tag : {"ASPG", "CatPG", "CrcPG", "CrCnv", "Sec", "SysDf"}) {
-        rights.append({tag, mayEdit ? "Y" : "N"});
-        rights.append({QString(tag) + "V", "Y"});
-    }
-    rights.append({{"ChgPwd", mayEdit ? "Y" : "N"}, {"Dec", "2"}, {"PRB", "Y"}});
+    for (const char* tag : {"ASPG", "CatPG", "CrcPG", "CrCnv", "Sec", "SysDf"})
+        rights += {{tag, mayEdit ? "Y" : "N"}, {QString(tag) + "V", "Y"}};
+    rights += {{"ChgPwd", mayEdit ? "Y" : "N"}, {"Dec", "2"}, {"PRB", "Y"}};
     channel.Answer("SAInit", 0, rights);
     channel.Answer("CheckMasterProfile", 0, {{"EditPatGrp", mayEdit ? "Y" : "N"}, {"PatGrpV", "Y"}});
     application.profile.Load(channel, "TESTER");

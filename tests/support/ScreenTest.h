@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Application.h"
+#include "core/Screen.h"
 #include "support/FakeCommunication.h"
 #include "support/ScriptedChannel.h"
 #include "support/ScriptedPrompter.h"

@@ -1,0 +1,292 @@
+#include "framework/ListGrid.h"
+
+#include "framework/GridDelegate.h"
+
+#include <QEvent>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QPainter>
+#include <QScrollBar>
+
+#include <algorithm>
+
+namespace sysadmin {
+
+ListGrid::ListGrid(const QString& name, const QList<GridColumn>& columns, QWidget* parent)
+    : QTableView(parent)
+    , m_model(columns) {
+    setObjectName(name);
+    setModel(&m_model);
+    setItemDelegate(new GridDelegate(this));
+    setSelectionBehavior(SelectRows);
+    setSelectionMode(SingleSelection);
+    setEditTriggers(NoEditTriggers);
+    setTabKeyNavigation(false);
+    setAlternatingRowColors(true);
+    setShowGrid(false);
+    setWordWrap(false);
+    setCornerButtonEnabled(false);
+    setVerticalScrollMode(ScrollPerPixel);
+    setHorizontalScrollMode(ScrollPerPixel);
+    verticalHeader()->hide();
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    FitRowHeight();
+    // Without a column at first, so that the first click on any column sorts ascending.
+    horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+    SetSortable(true);
+    SetUpColumns();
+    SetUpFilter();
+    connect(this, &QTableView::doubleClicked, this,
+            [this](const QModelIndex& index) { emit RowActivated(m_model.RowAt(index.row()).key); });
+    connect(&m_model, &QAbstractItemModel::layoutChanged, this, [this] {
+        m_sinceTyping.invalidate();
+        scrollTo(currentIndex());
+    });
+}
+
+ListGrid::~ListGrid() {
+    // A box that was never placed has no parent that would delete it.
+    if (m_filterBox && !m_filterBox->parent())
+        delete m_filterBox;
+}
+
+void ListGrid::SetUpColumns() {
+    QHeaderView* header = horizontalHeader();
+    header->setHighlightSections(false);
+    header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    bool anyStretches = false;
+    for (int i = 0; i < m_model.columnCount(); ++i) {
+        const GridColumn& column = m_model.Columns()[i];
+        setColumnHidden(i, column.hidden);
+        if (column.hidden)
+            continue;
+        if (column.width == 0) {
+            header->setSectionResizeMode(i, QHeaderView::Stretch);
+            anyStretches = true;
+        } else {
+            header->resizeSection(i, std::max(column.width, header->sectionSizeHint(i)));
+        }
+    }
+    header->setStretchLastSection(!anyStretches);
+}
+
+void ListGrid::SetUpFilter() {
+    m_filterBox = new QLineEdit;
+    m_filterBox->setObjectName("txtFilter_" + objectName());
+    m_filterBox->setPlaceholderText(tr("Filter"));
+    m_filterBox->setAccessibleName(tr("Filter"));
+    m_filterBox->setClearButtonEnabled(true);
+    m_filterBox->setToolTip(tr("Shows only rows that contain this text (Ctrl+F)"));
+    m_filterBox->installEventFilter(this);
+    connect(m_filterBox, &QLineEdit::textChanged, this, &ListGrid::ApplyFilter);
+}
+
+// One height for all rows, known without asking any of them.
+void ListGrid::FitRowHeight() {
+    verticalHeader()->setMinimumSectionSize(fontMetrics().height());
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+}
+
+QLineEdit* ListGrid::FilterBox() const {
+    return m_filterBox;
+}
+
+void ListGrid::FocusFilter() {
+    if (!m_filterBox || !m_filterBox->isVisible())
+        return;
+    m_filterBox->setFocus(Qt::ShortcutFocusReason);
+    m_filterBox->selectAll();
+}
+
+void ListGrid::SetMultiSelect(bool multiSelect) {
+    setSelectionMode(multiSelect ? ExtendedSelection : SingleSelection);
+}
+
+void ListGrid::SetSortable(bool sortable) {
+    if (!sortable)
+        sortByColumn(-1, Qt::AscendingOrder);
+    setSortingEnabled(sortable);
+    horizontalHeader()->setSectionsClickable(sortable);
+}
+
+void ListGrid::SetRows(const QList<GridRow>& rows) {
+    m_quiet = true;
+    m_model.SetFilter({});
+    if (m_filterBox)
+        m_filterBox->clear();
+    m_model.SetRows(rows);
+    m_sinceTyping.invalidate();
+    scrollToTop();
+    SelectRow(0);
+    m_quiet = false;
+    emit SelectionMoved();
+}
+
+void ListGrid::ReplaceRows(const QList<GridRow>& rows) {
+    if (rows.isSharedWith(m_model.Rows()))
+        return;
+    m_quiet = true;
+    const QStringList keys = SelectedKeys();
+    const int scrolled = verticalScrollBar()->value();
+    m_model.SetRows(rows);
+    updateGeometries();
+    verticalScrollBar()->setValue(scrolled);
+    KeepSelection(keys);
+    m_quiet = false;
+    emit SelectionMoved();
+}
+
+void ListGrid::PutRow(const GridRow& row, const QString& formerKey) {
+    m_quiet = true;
+    m_model.PutRow(row, formerKey);
+    int displayRow = m_model.DisplayRow(row.key);
+    if (displayRow < 0 && m_filterBox) {
+        m_filterBox->clear();
+        displayRow = m_model.DisplayRow(row.key);
+    }
+    SelectRow(displayRow);
+    m_quiet = false;
+    emit SelectionMoved();
+}
+
+void ListGrid::RemoveRow(const QString& key) {
+    const int displayRow = m_model.DisplayRow(key);
+    const bool wasSelected = SelectedPlaces().contains(displayRow);
+    m_quiet = true;
+    m_model.RemoveRow(key);
+    if (wasSelected)
+        SelectRow(std::min(displayRow, m_model.rowCount() - 1));
+    m_quiet = false;
+    emit SelectionMoved();
+}
+
+QString ListGrid::SelectedKey() const {
+    const GridRow* row = SelectedRow();
+    return row ? row->key : QString();
+}
+
+QStringList ListGrid::SelectedKeys() const {
+    QStringList keys;
+    for (int displayRow : SelectedPlaces())
+        keys.append(m_model.RowAt(displayRow).key);
+    return keys;
+}
+
+const GridRow* ListGrid::SelectedRow() const {
+    const QModelIndex current = currentIndex();
+    if (current.isValid() && selectionModel()->isSelected(current))
+        return &m_model.RowAt(current.row());
+    const QList<int> places = SelectedPlaces();
+    return places.isEmpty() ? nullptr : &m_model.RowAt(places.first());
+}
+
+bool ListGrid::SelectKey(const QString& key) {
+    const int displayRow = m_model.DisplayRow(key);
+    if (displayRow < 0)
+        return false;
+    SelectRow(displayRow);
+    return true;
+}
+
+void ListGrid::SelectKeys(const QStringList& keys) {
+    const QSet<QString> wanted(keys.begin(), keys.end());
+    const int last = m_model.columnCount() - 1;
+    QItemSelection selection;
+    int first = -1;
+    for (int row = 0; row < m_model.rowCount() && !wanted.isEmpty(); ++row) {
+        if (!wanted.contains(m_model.RowAt(row).key))
+            continue;
+        if (first < 0)
+            first = row;
+        const int from = row;
+        while (row + 1 < m_model.rowCount() && wanted.contains(m_model.RowAt(row + 1).key))
+            ++row;
+        selection.append(QItemSelectionRange(m_model.index(from, 0), m_model.index(row, last)));
+    }
+    if (first < 0 || selectionMode() == SingleSelection) {
+        SelectRow(first);
+        return;
+    }
+    const bool wasQuiet = m_quiet;
+    m_quiet = true;
+    // Emptied first: the difference between two selections of many ranges takes long.
+    selectionModel()->clear();
+    selectionModel()->setCurrentIndex(m_model.index(first, VisibleColumns().value(0)),
+                                      QItemSelectionModel::NoUpdate);
+    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    scrollTo(currentIndex());
+    m_quiet = wasQuiet;
+    if (!m_quiet)
+        emit SelectionMoved();
+}
+
+void ListGrid::SelectRow(int displayRow) {
+    selectionModel()->setCurrentIndex(m_model.index(displayRow, VisibleColumns().value(0)),
+                                      QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    if (displayRow < 0)
+        selectionModel()->clear();
+    else
+        scrollTo(currentIndex());
+}
+
+// Selects what is still shown of these rows, or else the first row: Enter and the buttons then have their
+// record.
+void ListGrid::KeepSelection(const QStringList& keys) {
+    SelectKeys(keys);
+    if (SelectedPlaces().isEmpty() && m_model.rowCount() > 0)
+        SelectRow(0);
+}
+
+void ListGrid::ApplyFilter(const QString& text) {
+    const bool wasQuiet = m_quiet;
+    m_quiet = true;
+    const QStringList keys = SelectedKeys();
+    m_model.SetFilter(text);
+    KeepSelection(keys);
+    m_quiet = wasQuiet;
+    if (!m_quiet)
+        emit SelectionMoved();
+}
+
+// Taken from the ranges: asking row by row takes long when many are selected.
+QList<int> ListGrid::SelectedPlaces() const {
+    QList<int> places;
+    for (const QItemSelectionRange& range : selectionModel()->selection())
+        for (int row = range.top(); row <= range.bottom(); ++row)
+            places.append(row);
+    std::sort(places.begin(), places.end());
+    places.erase(std::unique(places.begin(), places.end()), places.end());
+    return places;
+}
+
+QList<int> ListGrid::VisibleColumns() const {
+    QList<int> columns;
+    for (int i = 0; i < m_model.columnCount(); ++i)
+        if (!m_model.Columns()[i].hidden)
+            columns.append(i);
+    return columns;
+}
+
+void ListGrid::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
+    QTableView::selectionChanged(selected, deselected);
+    if (!m_quiet)
+        emit SelectionMoved();
+}
+
+void ListGrid::changeEvent(QEvent* event) {
+    QTableView::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+        FitRowHeight();
+}
+
+void ListGrid::paintEvent(QPaintEvent* event) {
+    QTableView::paintEvent(event);
+    if (m_model.rowCount() > 0 || m_model.Rows().isEmpty())
+        return;
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.drawText(viewport()->rect(), Qt::AlignCenter | Qt::TextWordWrap,
+                     tr("No row contains this text."));
+}
+
+} // namespace sysadmin

@@ -1,0 +1,193 @@
+// The list grid's keyboard, clipboard and context menu.
+#include "framework/ListGrid.h"
+
+#include "core/Prompter.h"
+#include "framework/CsvExport.h"
+
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMenu>
+
+#include <algorithm>
+
+namespace sysadmin {
+
+namespace {
+
+// Longer than the style's interval, which is meant for jumping by single letters: here people type whole
+// codes.
+constexpr int TypingPauseMs = 1500;
+
+// A tab or line break inside a cell would break the pasted table.
+QString PlainCell(QString cell) {
+    for (QChar& c : cell)
+        if (c == u'\t' || c == u'\r' || c == u'\n')
+            c = u' ';
+    return cell;
+}
+
+QString FileNameFor(const QWidget& grid) {
+    QString name = grid.objectName();
+    for (const QWidget* widget = &grid; widget; widget = widget->parentWidget()) {
+        if (widget->windowTitle().isEmpty())
+            continue;
+        name = widget->windowTitle();
+        break;
+    }
+    for (QChar& c : name)
+        if (QString("/\\:*?\"<>|").contains(c))
+            c = u'_';
+    return name + ".csv";
+}
+
+} // namespace
+
+void ListGrid::keyPressEvent(QKeyEvent* event) {
+    const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    const bool isTyping =
+        !m_searched.isEmpty() && m_sinceTyping.isValid() && !m_sinceTyping.hasExpired(TypingPauseMs);
+    const QString key = SelectedKey();
+    if (event->matches(QKeySequence::Copy))
+        CopySelection();
+    else if (event->matches(QKeySequence::Find) && m_filterBox && m_filterBox->isVisible())
+        FocusFilter();
+    else if (plain &&
+             (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter ||
+              event->key() == Qt::Key_F2) &&
+             !key.isEmpty())
+        emit RowActivated(key);
+    else if (plain && event->key() == Qt::Key_Insert)
+        emit InsertPressed();
+    else if (plain && event->key() == Qt::Key_Delete && !key.isEmpty())
+        emit DeletePressed();
+    else if (plain && event->key() == Qt::Key_Home)
+        SelectRow(m_model.rowCount() > 0 ? 0 : -1);
+    else if (plain && event->key() == Qt::Key_End)
+        SelectRow(m_model.rowCount() - 1);
+    else if (plain && event->key() == Qt::Key_Space && isTyping)
+        keyboardSearch(" ");
+    else
+        QTableView::keyPressEvent(event);
+}
+
+void ListGrid::keyboardSearch(const QString& typed) {
+    const bool goesOn = m_sinceTyping.isValid() && !m_sinceTyping.hasExpired(TypingPauseMs);
+    m_searched = goesOn ? m_searched + typed : typed;
+    m_sinceTyping.start();
+    const int count = m_model.rowCount();
+    if (typed.isEmpty() || count == 0)
+        return;
+    // The same letter again and again goes through the rows that begin with it.
+    const bool repeats =
+        m_searched.size() > 1 && m_searched.count(m_searched[0], Qt::CaseInsensitive) == m_searched.size();
+    const int column = m_model.SortColumn() >= 0 ? m_model.SortColumn() : VisibleColumns().value(0);
+    const auto find = [&](const QString& text, int start) {
+        for (int i = 0; i < count; ++i) {
+            const int row = (start + i) % count;
+            if (m_model.CellText(row, column).startsWith(text, Qt::CaseInsensitive))
+                return row;
+        }
+        return -1;
+    };
+    const int current = std::max(currentIndex().row(), 0);
+    int found = find(m_searched, goesOn || m_searched.size() > 1 ? current : current + 1);
+    if (found < 0 && repeats)
+        found = find(m_searched.left(1), current + 1);
+    if (found >= 0)
+        SelectRow(found);
+}
+
+// In the filter box: down to the rows, and Esc empties the box before it means anything to the screen.
+bool ListGrid::eventFilter(QObject* watched, QEvent* event) {
+    const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+    if (watched != m_filterBox || !isKey)
+        return QTableView::eventFilter(watched, event);
+    auto& keyEvent = static_cast<QKeyEvent&>(*event);
+    const bool press = event->type() == QEvent::KeyPress;
+    switch (keyEvent.key()) {
+    case Qt::Key_Escape:
+        if (m_filterBox->text().isEmpty())
+            return false;
+        if (press)
+            m_filterBox->clear();
+        event->accept();
+        return true;
+    case Qt::Key_Down:
+    case Qt::Key_PageDown:
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (press)
+            setFocus(Qt::TabFocusReason);
+        event->accept();
+        return true;
+    default:
+        return false;
+    }
+}
+
+void ListGrid::contextMenuEvent(QContextMenuEvent* event) {
+    auto* menu = new QMenu(this);
+    menu->setObjectName("mnuGrid");
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    QAction* copy = menu->addAction(tr("&Copy"), this, &ListGrid::CopySelection);
+    copy->setShortcut(QKeySequence::Copy);
+    copy->setEnabled(!SelectedKey().isEmpty());
+    if (selectionMode() == ExtendedSelection) {
+        QAction* all = menu->addAction(tr("Select &All"), this, &ListGrid::selectAll);
+        all->setShortcut(QKeySequence::SelectAll);
+    }
+    if (m_prompter) {
+        menu->addSeparator();
+        QAction* exportCsv = menu->addAction(tr("&Export as CSV..."), this, &ListGrid::ExportCsv);
+        exportCsv->setEnabled(m_model.rowCount() > 0);
+    }
+    const bool byKeyboard = event->reason() == QContextMenuEvent::Keyboard && currentIndex().isValid();
+    menu->popup(byKeyboard ? viewport()->mapToGlobal(visualRect(currentIndex()).bottomLeft())
+                           : event->globalPos());
+}
+
+QStringList ListGrid::Captions() const {
+    QStringList captions;
+    for (int column : VisibleColumns())
+        captions.append(m_model.Columns()[column].caption);
+    return captions;
+}
+
+QStringList ListGrid::VisibleCells(int displayRow) const {
+    QStringList cells;
+    for (int column : VisibleColumns())
+        cells.append(m_model.RowAt(displayRow).cells.value(column));
+    return cells;
+}
+
+void ListGrid::CopySelection() const {
+    QStringList lines;
+    for (int displayRow : SelectedPlaces()) {
+        QStringList cells = VisibleCells(displayRow);
+        std::transform(cells.begin(), cells.end(), cells.begin(), PlainCell);
+        lines.append(cells.join('\t'));
+    }
+    if (!lines.isEmpty())
+        QGuiApplication::clipboard()->setText(lines.join('\n'));
+}
+
+void ListGrid::ExportCsv() {
+    if (!m_prompter)
+        return;
+    const QString fileName =
+        m_prompter->AskSaveFile(this, tr("Export as CSV"), FileNameFor(*this), tr("CSV files (*.csv)"));
+    if (fileName.isEmpty())
+        return;
+    QList<QStringList> records{Captions()};
+    for (int displayRow = 0; displayRow < m_model.rowCount(); ++displayRow)
+        records.append(VisibleCells(displayRow));
+    const QString problem = WriteCsv(fileName, records);
+    if (!problem.isEmpty())
+        m_prompter->ShowBox(this, {.text = tr("The file could not be written:") + "\r\n" + problem});
+}
+
+} // namespace sysadmin

@@ -1,0 +1,197 @@
+#include "framework/GridModel.h"
+
+#include <QAbstractItemModelTester>
+#include <QRandomGenerator>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace sysadmin {
+namespace {
+
+const QList<GridColumn> CodeNameHidden{
+    {.caption = "Codes", .width = 80}, {.caption = "Names"}, {.caption = "Id", .hidden = true}};
+
+QStringList Sorted(const QStringList& cells, Qt::SortOrder order = Qt::AscendingOrder) {
+    GridModel model({{.caption = "Only"}});
+    QList<GridRow> rows;
+    for (qsizetype i = 0; i < cells.size(); ++i)
+        rows.append({QString::number(i), {cells[i]}, {}});
+    model.SetRows(rows);
+    model.sort(0, order);
+    QStringList shown;
+    for (int i = 0; i < model.rowCount(); ++i)
+        shown.append(model.CellText(i, 0));
+    return shown;
+}
+
+struct SortCase {
+    const char* what;
+    QStringList given;
+    QStringList expected;
+};
+
+TEST(GridModelTest, SortsAsPeopleDo) {
+    const QLocale before;
+    QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+    const QList<SortCase> cases{
+        {"case does not count", {"beta", "Alpha", "alpha2", "Beta1"}, {"Alpha", "alpha2", "beta", "Beta1"}},
+        {"digits in text by value", {"Room 10", "Room 9", "room 1"}, {"room 1", "Room 9", "Room 10"}},
+        {"numbers by value", {"10", "-3", "9.5", "", "1,000"}, {"", "-3", "9.5", "10", "1,000"}},
+        {"one word makes it text", {"10", "x", "9"}, {"9", "10", "x"}},
+        {"nan is a word", {"nan", "2", "10"}, {"2", "10", "nan"}},
+        {"dates by day", {"12/1/25", "2/3/26", "11/30/25"}, {"11/30/25", "12/1/25", "2/3/26"}},
+        {"accents beside their letter",
+         {"zebra", "\u00e9tude", "Etta", "eta"},
+         {"eta", "Etta", "\u00e9tude", "zebra"}},
+        {"addresses by part", {"10.1.10.1", "10.1.9.1", "9.0.0.1"}, {"9.0.0.1", "10.1.9.1", "10.1.10.1"}},
+    };
+    for (const SortCase& one : cases)
+        EXPECT_EQ(Sorted(one.given), one.expected) << one.what;
+    QLocale::setDefault(before);
+}
+
+TEST(GridModelTest, EqualCellsKeepTheirOrderBothWays) {
+    GridModel model({{.caption = "Only"}});
+    model.SetRows({{"1", {"same"}, {}}, {"2", {"SAME"}, {}}, {"3", {"other"}, {}}, {"4", {"same"}, {}}});
+    model.sort(0, Qt::AscendingOrder);
+    EXPECT_EQ(model.ShownKeys(), QStringList({"3", "1", "2", "4"}));
+    model.sort(0, Qt::DescendingOrder);
+    EXPECT_EQ(model.ShownKeys(), QStringList({"1", "2", "4", "3"}));
+    model.sort(-1);
+    EXPECT_EQ(model.ShownKeys(), QStringList({"1", "2", "3", "4"}));
+}
+
+TEST(GridModelTest, FilterLooksAtVisibleCellsOnly) {
+    GridModel model(CodeNameHidden);
+    model.SetRows(
+        {{"1", {"AB", "Jobber", "zz"}, {}}, {"2", {"CD", "Publisher", "job"}, {}}, {"3", {"job2"}, {}}});
+    model.SetFilter("JOB");
+    EXPECT_EQ(model.ShownKeys(), QStringList({"1", "3"}));
+    EXPECT_EQ(model.DisplayRow("2"), -1);
+    ASSERT_TRUE(model.FindRow("2"));
+    model.sort(0, Qt::DescendingOrder);
+    EXPECT_EQ(model.ShownKeys(), QStringList({"3", "1"}));
+    model.SetFilter({});
+    EXPECT_EQ(model.ShownKeys(), QStringList({"3", "2", "1"}));
+}
+
+TEST(GridModelTest, PutRowFollowsOrderAndFilter) {
+    GridModel model(CodeNameHidden);
+    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
+    model.SetRows({{"1", {"b"}, {}}, {"2", {"d"}, {}}, {"3", {"f"}, {}}});
+    model.sort(0, Qt::AscendingOrder);
+    model.PutRow({"4", {"c"}, {}});
+    EXPECT_EQ(model.ShownKeys(), QStringList({"1", "4", "2", "3"}));
+    const QPersistentModelIndex watched(model.index(0, 0));
+    model.PutRow({"1", {"e"}, {}});
+    EXPECT_EQ(model.ShownKeys(), QStringList({"4", "2", "1", "3"}));
+    EXPECT_EQ(watched.row(), 2) << "a row that moves takes its selection along";
+    model.PutRow({"3", {"a"}, {}});
+    EXPECT_EQ(model.ShownKeys(), QStringList({"3", "4", "2", "1"}));
+
+    model.SetFilter("e");
+    EXPECT_EQ(model.ShownKeys(), QStringList({"1"}));
+    model.PutRow({"4", {"bee"}, {}});
+    model.PutRow({"1", {"x"}, {}});
+    EXPECT_EQ(model.ShownKeys(), QStringList({"4"}));
+}
+
+TEST(GridModelTest, PutRowWithANewKeyReplacesTheOldOne) {
+    GridModel model(CodeNameHidden);
+    model.SetRows({{"A", {"A", "first"}, {}}, {"B", {"B", "second"}, {}}});
+    model.PutRow({"C", {"C", "renamed"}, {}}, "A");
+    EXPECT_EQ(model.ShownKeys(), QStringList({"C", "B"}));
+    EXPECT_EQ(model.FindRow("A"), nullptr);
+    EXPECT_EQ(model.FindRow("C")->cells[1], "renamed");
+}
+
+TEST(GridModelTest, ANumberColumnThatGetsAWordIsSortedAnew) {
+    GridModel model({{.caption = "Only"}});
+    model.SetRows({{"1", {"-1"}, {}}, {"2", {"-2"}, {}}, {"3", {"7"}, {}}});
+    model.sort(0, Qt::AscendingOrder);
+    EXPECT_EQ(model.ShownKeys(), QStringList({"2", "1", "3"}));
+    model.PutRow({"3", {"none"}, {}});
+    EXPECT_EQ(model.ShownKeys(), QStringList({"1", "2", "3"}));
+}
+
+TEST(GridModelTest, YesNoCellsAreMarks) {
+    GridModel model({{.caption = "Default", .yesNo = true}});
+    model.SetRows({{"1", {"Y"}, {}}, {"2", {"N"}, {}}});
+    EXPECT_EQ(model.index(0, 0).data(), QString(QChar(0x2713)));
+    EXPECT_EQ(model.index(1, 0).data(), QString());
+    EXPECT_EQ(model.index(1, 0).data(Qt::AccessibleTextRole), "No");
+}
+
+// What the model should show, computed the slow and plain way.
+QStringList ExpectedKeys(const QList<GridRow>& rows, const QString& filter, int column, Qt::SortOrder order) {
+    QList<GridRow> shown;
+    for (const GridRow& row : rows)
+        if (row.cells[0].contains(filter, Qt::CaseInsensitive) ||
+            row.cells[1].contains(filter, Qt::CaseInsensitive))
+            shown.append(row);
+    if (column >= 0)
+        std::stable_sort(shown.begin(), shown.end(), [=](const GridRow& a, const GridRow& b) {
+            const int comparison = a.cells[column].compare(b.cells[column], Qt::CaseInsensitive);
+            return order == Qt::AscendingOrder ? comparison < 0 : comparison > 0;
+        });
+    QStringList keys;
+    for (const GridRow& row : shown)
+        keys.append(row.key);
+    return keys;
+}
+
+TEST(GridModelTest, StaysRightThroughRandomChanges) {
+    QRandomGenerator random(20240611);
+    GridModel model(CodeNameHidden);
+    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
+    QList<GridRow> rows;
+    QString filter;
+    int column = -1;
+    Qt::SortOrder order = Qt::AscendingOrder;
+    // Few different letters, so that equal cells and rows that come and go with the filter are common.
+    const auto word = [&]() -> QString {
+        return QString(QChar(u'a' + random.bounded(5))) + QChar(u'p' + random.bounded(3));
+    };
+    for (int step = 0; step < 3000; ++step) {
+        const QString key = QString::number(random.bounded(40));
+        switch (random.bounded(8)) {
+        case 0:
+            filter = random.bounded(2) ? QString() : word().left(1 + random.bounded(2));
+            model.SetFilter(filter);
+            break;
+        case 1:
+            column = random.bounded(3) - 1;
+            order = random.bounded(2) ? Qt::AscendingOrder : Qt::DescendingOrder;
+            model.sort(column, order);
+            break;
+        case 2:
+            if (random.bounded(20) == 0) {
+                rows = rows.mid(0, random.bounded(5));
+                model.SetRows(rows);
+            }
+            break;
+        case 3:
+        case 4: {
+            const auto removed = rows.removeIf([&](const GridRow& row) { return row.key == key; });
+            ASSERT_EQ(model.RemoveRow(key), removed > 0);
+            break;
+        }
+        default: {
+            const GridRow row{key, {word(), word(), "hidden"}, {}};
+            const auto old =
+                std::find_if(rows.begin(), rows.end(), [&](const GridRow& one) { return one.key == key; });
+            if (old == rows.end())
+                rows.append(row);
+            else
+                *old = row;
+            model.PutRow(row);
+        }
+        }
+        ASSERT_EQ(model.ShownKeys(), ExpectedKeys(rows, filter, column, order)) << "step " << step;
+    }
+}
+
+} // namespace
+} // namespace sysadmin

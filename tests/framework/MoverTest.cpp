@@ -1,0 +1,167 @@
+#include "framework/ListGrid.h"
+#include "framework/TwoListMover.h"
+#include "framework/forms/ListFields.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace sysadmin {
+namespace {
+
+QList<GridRow> Rows(const QStringList& keys) {
+    QList<GridRow> rows;
+    for (const QString& key : keys)
+        rows.append({key, {"name " + key}, {}});
+    return rows;
+}
+
+QStringList Keys(const QList<GridRow>& rows) {
+    QStringList keys;
+    for (const GridRow& row : rows)
+        keys.append(row.key);
+    return keys;
+}
+
+TEST(MoverListsTest, OnlyRowsThatEndElsewhereAreSent) {
+    PickedLists lists;
+    lists.Load(Rows({"a", "b", "c"}), Rows({"x", "y"}));
+    EXPECT_FALSE(lists.Changed());
+    lists.MoveToSelected({"c", "a", "gone", "c"});
+    EXPECT_EQ(Keys(lists.Selected()), QStringList({"x", "y", "c", "a"}));
+    EXPECT_EQ(Keys(lists.Available()), QStringList({"b"}));
+    lists.MoveToAvailable({"y"});
+    EXPECT_EQ(Keys(lists.Added()), QStringList({"c", "a"}));
+    EXPECT_EQ(Keys(lists.Removed()), QStringList({"y"}));
+
+    lists.MoveToAvailable({"a", "c"});
+    lists.MoveToSelected({"y"});
+    EXPECT_TRUE(lists.Added().isEmpty());
+    EXPECT_TRUE(lists.Removed().isEmpty());
+    EXPECT_FALSE(lists.Changed()) << "out and back is no change, whatever the order is now";
+}
+
+TEST(MoverListsTest, AcceptAndRevert) {
+    PickedLists lists;
+    lists.Load(Rows({"a", "b"}), Rows({"x"}));
+    lists.MoveAllToSelected();
+    EXPECT_EQ(Keys(lists.Selected()), QStringList({"x", "a", "b"}));
+    lists.Revert();
+    EXPECT_EQ(Keys(lists.Available()), QStringList({"a", "b"}));
+    EXPECT_FALSE(lists.Changed());
+    lists.MoveToSelected({"b"});
+    lists.Accept();
+    EXPECT_FALSE(lists.Changed());
+    lists.MoveAllToAvailable();
+    EXPECT_EQ(Keys(lists.Removed()), QStringList({"x", "b"})) << "what was saved is where rows belong now";
+    lists.Revert();
+    EXPECT_EQ(Keys(lists.Selected()), QStringList({"x", "b"}));
+}
+
+class MoverTest : public testing::Test {
+protected:
+    MoverTest() {
+        lists.Load(Rows({"a", "b", "c", "d"}), Rows({"x", "y"}));
+        mover = std::make_unique<TwoListMover>(names, lists,
+                                               [this](const TwoListMover::Move& move) { move(lists); });
+        mover->show();
+    }
+    void Click(const QString& name) {
+        auto* button = mover->findChild<QPushButton*>(name);
+        ASSERT_TRUE(button);
+        QTest::mouseClick(button, Qt::LeftButton);
+    }
+    bool IsEnabled(const QString& name) { return mover->findChild<QPushButton*>(name)->isEnabled(); }
+
+    PickedNames names{.availableGrid = "vsfAvailable",
+                      .availableCaption = "Available Locations",
+                      .selectedGrid = "vsfSelected",
+                      .selectedCaption = "Selected Locations"};
+    PickedLists lists;
+    std::unique_ptr<TwoListMover> mover;
+};
+
+TEST_F(MoverTest, ButtonsMoveWhatTheySay) {
+    QSignalSpy changed(mover.get(), &TwoListMover::Changed);
+    mover->AvailableGrid().SelectKeys({"b", "d"});
+    Click("cmdSelect");
+    EXPECT_EQ(Keys(lists.Selected()), QStringList({"x", "y", "b", "d"}));
+    EXPECT_EQ(mover->SelectedGrid().SelectedKeys(), QStringList({"b", "d"}))
+        << "arrived rows are highlighted";
+    EXPECT_EQ(mover->AvailableGrid().SelectedKey(), "c") << "the next row can be moved at once";
+    Click("cmdDiscard");
+    EXPECT_EQ(Keys(lists.Available()), QStringList({"a", "c", "b", "d"}));
+    Click("cmdSelectAll");
+    EXPECT_TRUE(lists.Available().isEmpty());
+    EXPECT_FALSE(IsEnabled("cmdSelect"));
+    EXPECT_FALSE(IsEnabled("cmdSelectAll"));
+    Click("cmdDiscardAll");
+    EXPECT_TRUE(lists.Selected().isEmpty());
+    EXPECT_EQ(mover->AvailableGrid().Model().rowCount(), 6);
+    EXPECT_FALSE(IsEnabled("cmdDiscardAll"));
+    EXPECT_EQ(changed.count(), 4);
+}
+
+TEST_F(MoverTest, AllMeansAllThatAreShown) {
+    mover->AvailableGrid().FilterBox()->setText("name c");
+    Click("cmdSelectAll");
+    EXPECT_EQ(Keys(lists.Added()), QStringList({"c"}));
+    EXPECT_EQ(mover->AvailableGrid().FilterBox()->text(), "name c") << "a move leaves the filter alone";
+    EXPECT_FALSE(IsEnabled("cmdSelectAll"));
+}
+
+TEST_F(MoverTest, EnterAndDoubleClickMove) {
+    mover->AvailableGrid().SelectKey("c");
+    QTest::keyClick(&mover->AvailableGrid(), Qt::Key_Return);
+    EXPECT_EQ(Keys(lists.Selected()), QStringList({"x", "y", "c"}));
+    ListGrid& selected = mover->SelectedGrid();
+    const QPoint second = selected.visualRect(selected.Model().index(1, 0)).center();
+    QTest::mouseClick(selected.viewport(), Qt::LeftButton, {}, second);
+    QTest::mouseDClick(selected.viewport(), Qt::LeftButton, {}, second);
+    EXPECT_EQ(Keys(lists.Selected()), QStringList({"x", "c"}));
+}
+
+TEST_F(MoverTest, ReadOnlyMovesNothing) {
+    mover->SetReadOnly(true);
+    for (const char* name : {"cmdSelect", "cmdSelectAll", "cmdDiscard", "cmdDiscardAll"})
+        EXPECT_FALSE(IsEnabled(name)) << name;
+    QTest::keyClick(&mover->AvailableGrid(), Qt::Key_Return);
+    EXPECT_FALSE(lists.Changed());
+    EXPECT_TRUE(mover->AvailableGrid().isEnabled()) << "the lists can still be looked through";
+}
+
+TEST_F(MoverTest, AnotherRecordsRowsAreShownWithoutTheOldFilter) {
+    mover->AvailableGrid().FilterBox()->setText("name c");
+    mover->Refresh();
+    EXPECT_EQ(mover->AvailableGrid().FilterBox()->text(), "name c") << "same rows, nothing happened";
+    lists.Load(Rows({"m", "n"}), {});
+    mover->Refresh();
+    EXPECT_EQ(mover->AvailableGrid().Model().ShownKeys(), QStringList({"m", "n"}));
+    EXPECT_EQ(mover->SelectedGrid().Model().rowCount(), 0);
+}
+
+TEST_F(MoverTest, ManyRowsMoveAtOnce) {
+    QStringList keys;
+    for (int i = 0; i < 20000; ++i)
+        keys.append("k" + QString::number(i));
+    lists.Load(Rows(keys), Rows({"x"}));
+    mover->Refresh();
+    mover->AvailableGrid().selectAll();
+    Click("cmdSelect");
+    EXPECT_EQ(Keys(lists.Added()), keys);
+    // Every other row: as many separate ranges as a selection can have.
+    QStringList half;
+    for (int i = 0; i < keys.size(); i += 2)
+        half.append(keys[i]);
+    mover->SelectedGrid().SelectKeys(half);
+    Click("cmdDiscard");
+    EXPECT_EQ(Keys(lists.Available()), half);
+    EXPECT_EQ(lists.Selected().size(), 10001);
+    EXPECT_EQ(mover->AvailableGrid().SelectedKeys().size(), 10000);
+}
+
+} // namespace
+} // namespace sysadmin

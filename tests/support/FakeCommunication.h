@@ -1,0 +1,44 @@
+#pragma once
+
+#include "core/data/Communication.h"
+
+namespace sysadmin {
+
+/// A session of tests: signed on as TESTER unless told otherwise.
+class FakeSession : public Session {
+public:
+    QString operatorId = "TESTER";
+    QString informationCaption = "Login &Information...";
+    QStringList commandLine;
+
+    void SetCommandLine(const QStringList& arguments) override { commandLine = arguments; }
+    QString InformationCaption() const override { return informationCaption; }
+    QString OperatorId() const override { return operatorId; }
+};
+
+/// The communication library of tests: records its calls, answers what it was told to, shows nothing.
+class FakeCommunication : public Communication {
+public:
+    explicit FakeCommunication(RequestChannel& theChannel)
+        : channel(theChannel) {}
+
+    RequestChannel& channel;
+    FakeSession session;
+    bool preCheckResult = false;  ///< true ends start-up
+    bool postSignOnResult = true; ///< false ends start-up
+    /// The names of the operations called, in order ("ShowSignOn", ...).
+    QStringList calls;
+
+    Session& GetSession() override { return session; }
+    RequestChannel& GetChannel() override { return channel; }
+    bool PreCheck() override;
+    void ShowSignOn() override;
+    void CloseSignOn() override;
+    bool PostSignOn() override;
+    void ShowLoginInformation(QWidget* parent) override;
+    void ChangePassword(QWidget* parent) override;
+    /// "sealed(" + plain + ")", so that a test sees what was sealed.
+    QString EncodePassword(const QString& plain) const override;
+};
+
+} // namespace sysadmin

@@ -1,0 +1,233 @@
+#include "wire/Codec.h"
+
+#include <QRandomGenerator>
+
+#include <gtest/gtest.h>
+
+namespace sysadmin::wire {
+namespace {
+
+using Result = FrameScanner::Result;
+
+const Request ARequest{7, "AddVenTp", {{"NCd", "X"}, {"NNm", "Bücher 書籍 😀"}, {"", ""}, {"NCd", "X"}}};
+const Reply AReply{7, -300, {{"Id", "1"}, {"Nm", "One\r\n"}, {"Id", "2"}, {"Nm", ""}}};
+
+QByteArray Text(const QByteArray& bytes) {
+    if (bytes.size() < 24)
+        return char(0x60 + bytes.size()) + bytes;
+    QByteArray header(1, char(0x7a));
+    for (int shift = 24; shift >= 0; shift -= 8)
+        header.append(char(bytes.size() >> shift));
+    return header + bytes;
+}
+
+// A request of one field, written by hand: [1, name, [tag, value]].
+QByteArray RequestOf(const QByteArray& name, const QByteArray& tag, const QByteArray& value) {
+    return "\x83\x01" + Text(name) + "\x82" + Text(tag) + Text(value);
+}
+
+// Whether the scanner sees one whole message and the decoder takes it; the two never differ on valid UTF-8.
+bool Accepted(const QByteArray& message, const Limits& limits = {}) {
+    FrameScanner scanner(limits);
+    const bool complete = scanner.Scan(message) == Result::Complete && scanner.Length() == message.size();
+    EXPECT_EQ(complete, DecodeRequest(message, limits).has_value()) << message.left(60).toHex().toStdString();
+    return complete;
+}
+
+// Scans with the bytes arriving in pieces of this size; the result after the last one.
+Result ScanInPieces(const QByteArray& bytes, qsizetype piece, qint64* length = nullptr) {
+    FrameScanner scanner;
+    Result result = Result::Incomplete;
+    for (qsizetype end = qMin(piece, bytes.size());; end = qMin(end + piece, bytes.size())) {
+        result = scanner.Scan(bytes.left(end));
+        if (result != Result::Incomplete || end == bytes.size())
+            break;
+    }
+    if (length)
+        *length = scanner.Length();
+    return result;
+}
+
+TEST(Codec, WritesTheDocumentedBytes) {
+    EXPECT_EQ(Encode(Request{300, "Get", {{"Id", "ä"}}}), QByteArray::fromHex("8319012c63476574826249646"
+                                                                              "2c3a4"));
+    EXPECT_EQ(Encode(Reply{1, 55, {}}), QByteArray::fromHex("8301183780"));
+    EXPECT_EQ(Encode(Reply{1, -1, {}}), QByteArray::fromHex("83012080"));
+}
+
+TEST(Codec, ReadsWhatItWrote) {
+    EXPECT_EQ(DecodeRequest(Encode(ARequest)), ARequest);
+    EXPECT_EQ(DecodeReply(Encode(AReply)), AReply);
+    const Request bare{std::numeric_limits<quint64>::max(), "", {}};
+    EXPECT_EQ(DecodeRequest(Encode(bare)), bare);
+    const Request big{1, "Put", {{"V", QString(300000, 'x') + QString::fromUtf8("\0", 1)}, {"W", "\u20ac"}}};
+    EXPECT_EQ(DecodeRequest(Encode(big)), big);
+    for (const int status : {0, 1, 23, 24, 255, 256, 32767, -1, -32768}) {
+        const Reply reply{1, qint16(status), {}};
+        EXPECT_EQ(DecodeReply(Encode(reply)), reply);
+    }
+}
+
+TEST(Codec, TagsThatShareASlotStayApart) {
+    Fields fields;
+    for (int i = 0; i < 3000; ++i)
+        fields.append({QString::number(i % 700), QString::number(i)});
+    EXPECT_EQ(DecodeReply(Encode(Reply{1, 0, fields}))->fields, fields);
+}
+
+TEST(Codec, RefusesWhatIsNotAMessageOfItsKind) {
+    const QByteArray refused[] = {
+        QByteArray::fromHex(""),
+        QByteArray::fromHex("8201614180"),   // the array one short
+        QByteArray::fromHex("840161418000"), // and one too long
+        QByteArray::fromHex("83016141810"),  // a tag without a value
+        QByteArray::fromHex("83016141816141"),
+        QByteArray::fromHex("8320614180"), // a number below zero
+        QByteArray::fromHex("836141614180"),
+        QByteArray::fromHex("8301414180"), // a byte string for a name
+        QByteArray::fromHex("83016141a0"), // a map for the fields
+        QByteArray::fromHex("8301614182614101"),
+        QByteArray::fromHex("830161418261414141"),
+        QByteArray::fromHex("9f01614180ff"), // lengths told at the end
+        QByteArray::fromHex("83017f6141ff80"),
+        QByteArray::fromHex("830161419fff"),
+        QByteArray::fromHex("83016141827f6141ff6141"),
+        QByteArray::fromHex("831c614180"),   // a header that means nothing
+        QByteArray::fromHex("c08301614180"), // a marked item
+        QByteArray::fromHex("830161418000"), // bytes after the message
+    };
+    for (const QByteArray& bytes : refused) {
+        EXPECT_FALSE(DecodeRequest(bytes)) << bytes.toHex().toStdString();
+        EXPECT_FALSE(DecodeReply(bytes)) << bytes.toHex().toStdString();
+    }
+    EXPECT_FALSE(DecodeReply(Encode(ARequest)));
+    EXPECT_FALSE(DecodeRequest(Encode(AReply)));
+    for (const char* status : {"198000", "398000", "1a00010000", "3bffffffffffffffff", "1bffffffffffffffff"})
+        EXPECT_FALSE(DecodeReply(QByteArray::fromHex("8301" + QByteArray(status) + "80"))) << status;
+}
+
+TEST(Codec, RefusesTextThatIsNotUtf8) {
+    for (const QByteArray& bad : {QByteArray("\xff"), QByteArray("a\xc3"), QByteArray("\xc0\x80"),
+                                  QByteArray("\xed\xa0\x80"), QByteArray("\xf5\x80\x80\x80")}) {
+        EXPECT_FALSE(DecodeRequest(RequestOf(bad, "T", "v")));
+        EXPECT_FALSE(DecodeRequest(RequestOf("N", bad, "v")));
+        EXPECT_FALSE(DecodeRequest(RequestOf("N", "T", bad)));
+    }
+}
+
+TEST(FrameScanner, EveryTruncationIsIncomplete) {
+    for (const QByteArray& message : {Encode(ARequest), Encode(AReply)})
+        for (qsizetype size = 0; size < message.size(); ++size) {
+            FrameScanner scanner;
+            EXPECT_EQ(int(scanner.Scan(message.left(size))), int(Result::Incomplete)) << size;
+            EXPECT_FALSE(DecodeRequest(message.left(size)));
+            EXPECT_FALSE(DecodeReply(message.left(size)));
+        }
+}
+
+TEST(FrameScanner, FindsMessagesThatArriveInPieces) {
+    const QByteArray first = Encode(ARequest);
+    const QByteArray second = Encode(Request{8, "LstVenTp", {{"V", QString(70000, 'v')}}});
+    QByteArray stream = first + second;
+    for (const qsizetype piece : {1, 2, 3, 7, 64}) {
+        qint64 length = 0;
+        EXPECT_EQ(int(ScanInPieces(stream, piece, &length)), int(Result::Complete));
+        EXPECT_EQ(length, first.size());
+    }
+    FrameScanner scanner;
+    ASSERT_EQ(int(scanner.Scan(stream)), int(Result::Complete));
+    stream.remove(0, scanner.Length());
+    scanner.Reset();
+    ASSERT_EQ(int(scanner.Scan(stream)), int(Result::Complete));
+    EXPECT_EQ(scanner.Length(), stream.size());
+}
+
+TEST(FrameScanner, KeepsEachLimitToTheByte) {
+    const Limits limits{.name = 64, .tag = 32, .value = 1000, .message = 1200, .fields = 3};
+    const auto text = [](qsizetype size) { return QByteArray(size, 'x'); };
+    EXPECT_TRUE(Accepted(RequestOf(text(64), text(32), text(1000)), limits));
+    EXPECT_FALSE(Accepted(RequestOf(text(65), text(32), text(1000)), limits));
+    EXPECT_FALSE(Accepted(RequestOf(text(64), text(33), text(1000)), limits));
+    EXPECT_FALSE(Accepted(RequestOf(text(64), text(32), text(1001)), limits));
+
+    const auto fields = [](int count) { return Encode(Request{1, "N", Fields(count, Field{"T", "v"})}); };
+    EXPECT_TRUE(Accepted(fields(3), limits));
+    EXPECT_FALSE(Accepted(fields(4), limits));
+
+    Limits exact = limits;
+    const QByteArray message = fields(3);
+    for (const qint64 limit : {message.size() - 1, message.size(), message.size() + 1}) {
+        exact.message = limit;
+        EXPECT_EQ(Accepted(message, exact), limit >= message.size()) << limit;
+    }
+    // A value of many bytes, but fewer characters: what counts is the encoded form.
+    EXPECT_FALSE(Accepted(Encode(Request{1, "N", {{"T", QString(501, QChar(0xe4))}}}), limits));
+}
+
+TEST(FrameScanner, TellsFromTheHeaderAloneThatALimitIsBroken) {
+    const char* headers[] = {
+        "83017841",                   // a name of 65 bytes
+        "830161419b0000000100000000", // four thousand million fields
+        "83016141827821",             // a tag of 33 bytes
+        "830161418261417a00100001",   // a value of a mebibyte and one byte
+        "830161418261417bffffffffffffffff",
+        "83017bffffffffffffffff",
+    };
+    for (const char* header : headers) {
+        const QByteArray bytes = QByteArray::fromHex(header);
+        EXPECT_EQ(int(ScanInPieces(bytes, bytes.size())), int(Result::Broken)) << header;
+        EXPECT_EQ(int(ScanInPieces(bytes, 1)), int(Result::Broken)) << header;
+    }
+    // Before sign-on a message that would be welcome later is refused as soon as it is sure to be too long.
+    FrameScanner scanner(Limits::BeforeSignOn());
+    EXPECT_EQ(int(scanner.Scan(QByteArray::fromHex("830161418261417a00010000"))), int(Result::Broken));
+}
+
+// Damaged messages and random bytes: the scanner must not depend on how the bytes arrive, must agree with the
+// decoder, and what the decoder takes must be what it means.
+TEST(CodecFuzz, DamagedMessagesAreRefusedOrMeanWhatTheySay) {
+    QRandomGenerator random(20240117);
+    const QByteArray originals[] = {
+        Encode(ARequest), Encode(AReply), Encode(Request{1, "SAInit", {}}),
+        Encode(Request{65536, QString(64, 'n'), {{QString(32, 't'), QString(400, 'v')}}})};
+    int taken = 0;
+    for (int round = 0; round < 60000; ++round) {
+        QByteArray bytes = originals[random.bounded(4)];
+        if (random.bounded(10) == 0) {
+            bytes.resize(random.bounded(60));
+            for (char& byte : bytes)
+                byte = char(random.bounded(256));
+        }
+        for (int changes = random.bounded(4); changes > 0 && !bytes.isEmpty(); --changes) {
+            const int place = int(random.bounded(bytes.size()));
+            switch (random.bounded(4)) {
+            case 0:
+                bytes[place] = char(random.bounded(256));
+                break;
+            case 1:
+                bytes[place] = char(bytes[place] ^ (1 << random.bounded(8)));
+                break;
+            case 2:
+                bytes.remove(place, 1 + random.bounded(4));
+                break;
+            default:
+                bytes.insert(place, char(random.bounded(256)));
+            }
+        }
+        qint64 length = 0;
+        const Result whole = ScanInPieces(bytes, qMax<qsizetype>(1, bytes.size()), &length);
+        ASSERT_EQ(int(whole), int(ScanInPieces(bytes, 1 + random.bounded(5)))) << bytes.toHex().toStdString();
+        const std::optional<Request> request = DecodeRequest(bytes);
+        const std::optional<Reply> reply = DecodeReply(bytes);
+        if (request || reply) {
+            ++taken;
+            ASSERT_TRUE(whole == Result::Complete && length == bytes.size());
+        }
+        ASSERT_TRUE(!request || DecodeRequest(Encode(*request)) == request);
+        ASSERT_TRUE(!reply || DecodeReply(Encode(*reply)) == reply);
+    }
+    EXPECT_GT(taken, 5000);
+}
+
+} // namespace
+} // namespace sysadmin::wire
