@@ -4,7 +4,7 @@ add_library(sysadmin_options INTERFACE)
 target_compile_options(sysadmin_options INTERFACE -Wall -Wextra -Wpedantic -Werror -Wshadow=local -Wnon-virtual-dtor
                                                   -Winvalid-pch -fpch-preprocess)
 target_compile_definitions(
-  sysadmin_options INTERFACE QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_USE_QSTRINGBUILDER
+  sysadmin_options INTERFACE QT_NO_CAST_TO_ASCII QT_NO_FOREACH
                              SYSADMIN_VERSION="${PROJECT_VERSION}" SYSADMIN_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
 target_include_directories(sysadmin_options INTERFACE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/tests)
 if(SYSADMIN_SANITIZE)
@@ -63,8 +63,8 @@ function(sysadmin_test name)
     return()
   endif()
   add_executable(test_${name} ${sources})
-  target_precompile_headers(test_${name} PRIVATE <QtCore> <QtWidgets> <gtest/gtest.h>)
-  target_link_libraries(test_${name} PRIVATE sysadmin_test_support Qt6::Widgets Qt6::Test GTest::gtest ${arg_LINK})
+  target_precompile_headers(test_${name} REUSE_FROM sysadmin_test_support)
+  target_link_libraries(test_${name} PRIVATE sysadmin_test_support ${arg_LINK})
   gtest_discover_tests(test_${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
                        PROPERTIES TIMEOUT 300 ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
 endfunction()

@@ -32,8 +32,8 @@ public:
     QString OperatorId() const { return comm.GetSession().OperatorId(); }
 
     /// Tells the operator that a request failed: a message box, or the error dialog for a serious status.
-    /// `operation` is what was being done ("Save Acquisitions Vendor Types"), `screenName` the screen's subject,
-    /// `prefix` stands directly in front of the message.
+    /// `operation` is what was being done ("Save Acquisitions Vendor Types"), `screenName` the screen's
+    /// subject, `prefix` stands directly in front of the message.
     void ReportRequestFailure(qint16 status, const QString& operation, const QString& screenName,
                               const QString& prefix = {});
 };

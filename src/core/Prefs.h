@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QVariant>
 
 namespace sysadmin {
 
@@ -15,6 +16,12 @@ public:
 
     bool WarnOnClose() const { return m_warnOnClose; }
     void SetWarnOnClose(bool warn) { m_warnOnClose = warn; }
+
+    /// How the operator left something on the screen (the width of a bar, ...), or `otherwise` when nothing
+    /// is kept.
+    QVariant Remembered(const QString& name, const QVariant& otherwise = {}) const;
+    /// Keeps it at once. Nothing is kept before `LoadPreferences` has told whose it is.
+    void Remember(const QString& name, const QVariant& value) const;
 
 private:
     QString m_section;

@@ -13,7 +13,8 @@ class Screen : public QWidget {
 public:
     /// `formName` is the screen's given name (`frmAcquisitions_VendorTypes`) and becomes its object name;
     /// `caption` its window title.
-    Screen(Application& application, const QString& formName, const QString& caption, QWidget* parent = nullptr);
+    Screen(Application& application, const QString& formName, const QString& caption,
+           QWidget* parent = nullptr);
 
     Application& App() const { return m_application; }
     /// Fills the screen from the server. Called once, after construction and before it is shown.

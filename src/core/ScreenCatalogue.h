@@ -21,11 +21,11 @@ struct ScreenMaker {
 
 /// A row of the navigation table.
 struct ScreenEntry {
-    QString groupKey;     ///< "Acquisitions", "CallSlips", ...
-    QString caption;      ///< as in the table: "&&" is one ampersand
-    QString key;          ///< "Acquisitions_VendorTypes"
-    QString icon;         ///< name of its picture below :/icons
-    ScreenMaker screen;   ///< `make` is empty while nobody contributed it
+    QString groupKey;   ///< "Acquisitions", "CallSlips", ...
+    QString caption;    ///< as in the table: "&&" is one ampersand
+    QString key;        ///< "Acquisitions_VendorTypes"
+    QString icon;       ///< name of its picture below :/icons
+    ScreenMaker screen; ///< `make` is empty while nobody contributed it
 };
 
 struct ScreenGroup {
@@ -33,8 +33,9 @@ struct ScreenGroup {
     QString caption;
 };
 
-/// The navigation table: all groups and items in order. The navigation bar, the "Func&tions" menu, the dispatcher,
-/// the help map and the describe output come from it. Items whose screen nobody contributed are not shown.
+/// The navigation table: all groups and items in order. The navigation bar, the "Func&tions" menu, the
+/// dispatcher, the help map and the describe output come from it. Items whose screen nobody contributed are
+/// not shown.
 class ScreenCatalogue {
 public:
     /// Holds the whole table, without screens.
@@ -42,8 +43,10 @@ public:
 
     /// Gives the item of this key its screen. A key that the table lacks is a programming error.
     void Contribute(const QString& key, ScreenMaker maker);
-    template <class ScreenClass> void Contribute(const QString& key, int helpContext, bool needsCluster = false) {
-        Contribute(key, ScreenMaker{helpContext, needsCluster, [](Application& application, QWidget* parent) -> Screen* {
+    template <class ScreenClass>
+    void Contribute(const QString& key, int helpContext, bool needsCluster = false) {
+        Contribute(key, ScreenMaker{helpContext, needsCluster,
+                                    [](Application& application, QWidget* parent) -> Screen* {
                                         return new ScreenClass(application, parent);
                                     }});
     }

@@ -1,0 +1,45 @@
+#include "app/Client.h"
+
+#include "acquisitions/AcquisitionsScreens.h"
+#include "circulation/CirculationScreens.h"
+#include "core/MainWindow.h"
+#include "core/StartUp.h"
+#include "requests/RequestsScreens.h"
+#include "search/SearchScreens.h"
+#include "security/SecurityScreens.h"
+#include "server/Embedded.h"
+#include "system/SystemScreens.h"
+
+namespace sysadmin {
+
+void AddAllScreens(ScreenCatalogue& catalogue) {
+    AddAcquisitionsScreens(catalogue);
+    AddCirculationScreens(catalogue);
+    AddRequestsScreens(catalogue);
+    AddSearchScreens(catalogue);
+    AddSecurityScreens(catalogue);
+    AddSystemScreens(catalogue);
+}
+
+Client::Client(Prompter& prompter, const CommandLine& line, EndpointMaker makeEndpoints)
+    : m_comm(prompter, line, makeEndpoints ? std::move(makeEndpoints) : server::MakeEmbeddedEndpoint)
+    , m_application(m_comm, prompter) {
+    AddAllScreens(m_application.catalogue);
+    m_comm.SetWaitObserver([this](const QString&, bool waiting) {
+        if (m_window)
+            m_window->ShowWaiting(waiting ? MainWindow::tr("Waiting for the server ...") : QString());
+    });
+}
+
+Client::~Client() = default;
+
+bool Client::Start(const QStringList& arguments) {
+    m_window = StartUp(m_application, arguments);
+    return m_window != nullptr;
+}
+
+void Client::CloseWindow() {
+    m_window.reset();
+}
+
+} // namespace sysadmin

@@ -1,0 +1,150 @@
+#include "app/DescribeRun.h"
+
+#include "app/Client.h"
+#include "comm/CommandLine.h"
+#include "core/Describe.h"
+#include "core/MainWindow.h"
+#include "core/Prompter.h"
+#include "core/Screen.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QDir>
+#include <QMdiSubWindow>
+#include <QPushButton>
+#include <QTemporaryDir>
+
+namespace sysadmin {
+
+namespace {
+
+/// Dialogs in which there is nothing to enter.
+bool OnlyShows(const QString& dialog) {
+    return QStringList{"frmLoginInformation", "frmAbout", "frmError", "frmSecurity_OperatorLockoutStatus"}
+        .contains(dialog);
+}
+
+/// Describes every dialog that comes instead of waiting for an operator, and answers the safe way.
+class DescribingPrompter : public Prompter {
+public:
+    explicit DescribingPrompter(const QString& folder)
+        : m_folder(folder) {}
+
+    QString problem;
+
+    /// Writes the window once; the first state of a name that comes is the one that is kept.
+    void Describe(QWidget& window, const QString& state, int helpContext) {
+        const QString name = window.objectName() + "." + state;
+        if (m_described.contains(name))
+            return;
+        m_described.insert(name);
+        QApplication::processEvents();
+        const QString failure = WriteDescription(window, m_folder, state, helpContext);
+        if (!failure.isEmpty())
+            problem = failure;
+    }
+
+    bool ShowBox(QWidget*, const Box&) override { return false; }
+    bool RunDialog(QDialog& dialog) override {
+        dialog.show();
+        Describe(dialog, OnlyShows(dialog.objectName()) ? "view" : "edit",
+                 dialog.property("helpContext").toInt());
+        dialog.hide();
+        return false;
+    }
+    QString AskSaveFile(QWidget*, const QString&, const QString&, const QString&) override { return {}; }
+
+private:
+    QString m_folder;
+    QSet<QString> m_described;
+};
+
+QAbstractButton* ButtonOf(QWidget& screen, const QString& name) {
+    auto* button = screen.findChild<QAbstractButton*>(name);
+    return button && !button->isHidden() && button->isEnabled() ? button : nullptr;
+}
+
+/// Presses the buttons that open dialogs from here.
+void OpenDialogs(QWidget& screen) {
+    for (QPushButton* button : screen.findChildren<QPushButton*>())
+        if (button->isEnabled() && !button->isHidden() &&
+            (button->text().endsWith("...") || button->objectName().startsWith("cmdAdd") ||
+             button->objectName() == u"cmdAddress"))
+            button->click();
+}
+
+void DescribeScreen(Screen& screen, DescribingPrompter& prompter, int helpContext, bool mayEdit) {
+    if (!screen.findChild<QAbstractButton*>("cmdEdit")) {
+        prompter.Describe(screen, mayEdit ? "edit" : "view", helpContext);
+        if (mayEdit)
+            OpenDialogs(screen);
+        return;
+    }
+    if (mayEdit) {
+        prompter.Describe(screen, "list", helpContext);
+        OpenDialogs(screen);
+        if (QAbstractButton* button = ButtonOf(screen, "cmdNew")) {
+            button->click();
+            prompter.Describe(screen, "new", helpContext);
+            if (QAbstractButton* cancel = ButtonOf(screen, "cmdCancel"))
+                cancel->click();
+        }
+    }
+    if (QAbstractButton* button = ButtonOf(screen, "cmdEdit")) {
+        button->click();
+        prompter.Describe(screen, mayEdit ? "edit" : "view", helpContext);
+        if (mayEdit)
+            OpenDialogs(screen);
+        if (QAbstractButton* cancel = ButtonOf(screen, "cmdCancel"))
+            cancel->click();
+    }
+}
+
+QString DescribeAs(const CommandLine& line, DescribingPrompter& prompter, const QString& operatorId,
+                   const QString& password, bool mayEdit) {
+    Client client(prompter, line);
+    if (mayEdit)
+        client.Comm().ShowSignOn();
+    if (const QString problem = client.Comm().SignOnDirectly(operatorId, password); !problem.isEmpty())
+        return problem;
+    if (!client.Start({}))
+        return "the main window did not open for " + operatorId;
+    MainWindow& window = *client.Window();
+    window.resize(1280, 800);
+    for (const ScreenEntry& entry : client.App().catalogue.Entries()) {
+        if (!entry.screen.make)
+            continue;
+        window.OpenScreen(entry.key);
+        if (Screen* screen = window.FindScreen(entry.key))
+            DescribeScreen(*screen, prompter, entry.screen.helpContext, mayEdit);
+    }
+    if (mayEdit) {
+        prompter.Describe(window, "list", 0);
+        for (const char* name :
+             {"mnuFileLogin", "mnuFileChangePassword", "mnuFilePreferences", "mnuHelpAbout"})
+            if (auto* action = window.findChild<QAction*>(name))
+                action->trigger();
+        client.App().ReportRequestFailure(1, "Load Acquisitions Vendor Types", "Vendor Type");
+    }
+    window.Abort = true;
+    client.CloseWindow();
+    return prompter.problem;
+}
+
+} // namespace
+
+QString RunDescribe(const CommandLine& given) {
+    CommandLine line = given;
+    QTemporaryDir library;
+    if (line.library.isEmpty() && !line.server)
+        line.library = library.path();
+    if (!QDir().mkpath(line.describeDir))
+        return "cannot write to " + line.describeDir + "; name a folder that can be written: --describe DIR";
+    DescribingPrompter prompter(line.describeDir);
+    if (const QString problem = DescribeAs(line, prompter, "SYSADMIN", "sample-admin-1", true);
+        !problem.isEmpty())
+        return problem;
+    return DescribeAs(line, prompter, "VIEWER", "sample-viewer-1", false);
+}
+
+} // namespace sysadmin

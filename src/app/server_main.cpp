@@ -1,0 +1,81 @@
+#include "server/Listener.h"
+#include "server/ServerConnection.h"
+#include "server/ServerOptions.h"
+#include "server/store/Database.h"
+
+#include <QCoreApplication>
+#include <QStandardPaths>
+
+#include <cstdio>
+
+using namespace sysadmin;
+using namespace sysadmin::server;
+
+namespace {
+
+void Print(FILE* stream, const QString& line) {
+    std::fputs(qPrintable(line + '\n'), stream);
+    std::fflush(stream); // who starts the server reads its first lines
+}
+
+int Fail(const QString& line) {
+    Print(stderr, line);
+    return 1;
+}
+
+int Serve(const ServerOptions& options) {
+    LibraryOptions opening;
+    opening.address = options.library;
+    opening.whenMissing = options.createSample ? LibraryOptions::WhenMissing::MakeSample
+                                               : LibraryOptions::WhenMissing::MakeEmpty;
+    QString error;
+    const auto library = Library::Open(opening, &error);
+    if (!library)
+        return Fail(error);
+    if (options.createSample && !library->IsSample())
+        return Fail(
+            "There is a library already, and it is not the sample library; --create-sample leaves it alone.");
+    if (!library->FirstPassword().isEmpty())
+        Print(stdout, "A new library was made. Sign on as SYSADMIN with the password " +
+                          library->FirstPassword() + " ; it must be changed at once.");
+    try {
+        if (!options.address.isLoopback() && HasSamplePassword(*library->Connect()))
+            return Fail(
+                "A password of the sample library is in force, and everybody knows it: the server listens "
+                "on this machine only until it is changed.");
+    } catch (const StoreError& failure) {
+        return Fail(failure.Text());
+    }
+    const auto identity = options.certificateFile.isEmpty()
+                              ? OwnIdentity(*library, &error)
+                              : ReadIdentity(options.certificateFile, options.keyFile, &error);
+    if (!identity)
+        return Fail(error);
+
+    Listener listener(*identity, [library](const QString& peer) {
+        return std::make_unique<ServerConnection>(library, peer);
+    });
+    if (!listener.listen(options.address, options.port))
+        return Fail("Cannot listen on " + options.address.toString() + ':' + QString::number(options.port) +
+                    ": " + listener.errorString() + '.');
+    Print(stdout, "Certificate SHA-256 " + identity->Fingerprint());
+    const bool isIPv6 = options.address.protocol() == QAbstractSocket::IPv6Protocol;
+    const QString host = isIPv6 ? '[' + options.address.toString() + ']' : options.address.toString();
+    Print(stdout, "Listening on " + host + ':' + QString::number(listener.serverPort()));
+    return QCoreApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName("sysadmin-server");
+    const QString directory =
+        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/sysadmin-server";
+    const auto asked = ReadOptions(application.arguments().mid(1), directory);
+    if (const auto* print = std::get_if<PrintAndExit>(&asked)) {
+        Print(print->exitStatus == 0 ? stdout : stderr, print->text);
+        return print->exitStatus;
+    }
+    return Serve(std::get<ServerOptions>(asked));
+}

@@ -1,0 +1,323 @@
+#include "core/MainWindow.h"
+
+#include "core/AboutDialog.h"
+#include "core/Application.h"
+#include "core/HelpWindow.h"
+#include "core/IconLoader.h"
+#include "core/NavigationBar.h"
+#include "core/PreferencesDialog.h"
+#include "core/Prompter.h"
+#include "core/Screen.h"
+#include "core/ScreenArea.h"
+#include "core/data/UserSettings.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QDesktopServices>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QMdiSubWindow>
+#include <QMenuBar>
+#include <QScreen>
+#include <QShortcut>
+#include <QSplitter>
+#include <QStatusBar>
+
+namespace sysadmin {
+
+namespace {
+
+constexpr int NavigationWidth = 270;
+
+QAction* AddEntry(QMenu* menu, const QString& name, const QString& caption) {
+    QAction* action = menu->addAction(caption);
+    action->setObjectName(name);
+    return action;
+}
+
+} // namespace
+
+MainWindow::MainWindow(Application& application, const QString& informationCaption)
+    : m_application(application)
+    , m_browser([](const QUrl& address) { return QDesktopServices::openUrl(address); }) {
+    application.mainWindow = this;
+    setObjectName("frmMain");
+    setWindowTitle(ApplicationTitle());
+    setWindowIcon(LoadIcon("Program"));
+    setContextMenuPolicy(Qt::NoContextMenu);
+
+    albMain = new NavigationBar(this);
+    mdiScreens = new ScreenArea(this);
+    splMain = new QSplitter(this);
+    splMain->setObjectName("splMain");
+    splMain->setChildrenCollapsible(false);
+    splMain->setHandleWidth(1);
+    splMain->addWidget(albMain);
+    splMain->addWidget(mdiScreens);
+    splMain->setStretchFactor(1, 1);
+    splMain->setSizes({NavigationWidth, 1000});
+    setCentralWidget(splMain);
+
+    BuildFileMenu(informationCaption);
+    BuildHelpMenu();
+    BuildStatusBar();
+    BuildShortcuts();
+
+    connect(albMain, &NavigationBar::ItemChosen, this, &MainWindow::OpenScreen);
+    connect(albMain, &NavigationBar::StyleChosen, this,
+            [this] { m_application.prefs.Remember("LargeIconGroups", albMain->LargeGroups()); });
+    connect(mdiScreens, &QMdiArea::subWindowActivated, this, &MainWindow::OnScreenActivated);
+    connect(&application.notices, &Notices::CurrentClusterChanged, this, &MainWindow::OnClusterNotice);
+    RestorePlace();
+}
+
+MainWindow::~MainWindow() {
+    // Screens leave while the window they report to is still whole.
+    disconnect(mdiScreens, nullptr, this, nullptr);
+    delete mdiScreens;
+    m_application.mainWindow = nullptr;
+}
+
+void MainWindow::BuildFileMenu(const QString& informationCaption) {
+    mnuFile = menuBar()->addMenu(tr("&File"));
+    mnuFile->setObjectName("mnuFile");
+    connect(AddEntry(mnuFile, "mnuFileLogin", informationCaption), &QAction::triggered, this,
+            [this] { m_application.comm.ShowLoginInformation(this); });
+    connect(AddEntry(mnuFile, "mnuFileChangePassword", tr("Change Pass&word...")), &QAction::triggered, this,
+            [this] { m_application.comm.ChangePassword(this); });
+    mnuFile->addSeparator();
+    connect(AddEntry(mnuFile, "mnuFilePreferences", tr("&Preferences...")), &QAction::triggered, this,
+            [this] {
+                PreferencesDialog dialog(m_application.prefs, this);
+                m_application.prompter.RunDialog(dialog);
+            });
+    mnuFile->addSeparator();
+    QAction* mnuFileExit = AddEntry(mnuFile, "mnuFileExit", tr("E&xit"));
+    mnuFileExit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
+    connect(mnuFileExit, &QAction::triggered, this, &QWidget::close);
+}
+
+void MainWindow::BuildHelpMenu() {
+    mnuHelp = menuBar()->addMenu(tr("&Help"));
+    mnuHelp->setObjectName("mnuHelp");
+    connect(AddEntry(mnuHelp, "mnuHelpTopics", tr("&Help Topics")), &QAction::triggered, this,
+            [this] { ShowHelp(0); });
+    mnuHelp->addSeparator();
+    connect(AddEntry(mnuHelp, "mnuHelpWebSite_0", tr("Orvandel &Home Page")), &QAction::triggered, this,
+            [this] { OpenAddress("HomePage", "https://www.example.org/"); });
+    connect(AddEntry(mnuHelp, "mnuHelpWebSite_1", tr("Tessary &Support Web")), &QAction::triggered, this,
+            [this] { OpenAddress("SupportSite", "https://www.example.org/support"); });
+    mnuHelp->addSeparator();
+    connect(AddEntry(mnuHelp, "mnuHelpAbout", tr("&About System Administration...")), &QAction::triggered,
+            this, [this] {
+                AboutDialog dialog(this);
+                m_application.prompter.RunDialog(dialog);
+            });
+}
+
+void MainWindow::BuildStatusBar() {
+    auto* sbStatus = statusBar();
+    sbStatus->setObjectName("sbStatus");
+    const auto makePanel = [&](const QString& name, const QString& accessibleName) {
+        auto* panel = new QLabel(sbStatus);
+        panel->setObjectName(name);
+        panel->setAccessibleName(accessibleName);
+        panel->setTextFormat(Qt::PlainText);
+        panel->setContentsMargins(8, 2, 8, 2);
+        return panel;
+    };
+    lblActivity = makePanel("lblActivity", tr("Activity"));
+    lblOperator = makePanel("lblOperator", tr("Operator"));
+    lblScreen = makePanel("lblScreen", tr("Screen"));
+    lblCluster = makePanel("lblCluster", tr("Circulation cluster"));
+    sbStatus->addWidget(lblActivity, 1);
+    sbStatus->addPermanentWidget(lblOperator);
+    sbStatus->addPermanentWidget(lblScreen);
+    sbStatus->addPermanentWidget(lblCluster);
+    lblCluster->hide();
+    ShowWaiting({});
+    lblOperator->setText(m_application.OperatorId());
+}
+
+void MainWindow::BuildShortcuts() {
+    connect(new QShortcut(QKeySequence::HelpContents, this), &QShortcut::activated, this, [this] {
+        const ScreenEntry* entry = ActiveEntry();
+        ShowHelp(entry ? entry->screen.helpContext : 0);
+    });
+}
+
+void MainWindow::ShowNavigation(const Navigation& navigation) {
+    m_groups = navigation.ShownGroups();
+    albMain->SetGroups(m_groups);
+    mdiScreens->SetHint(tr("Welcome"),
+                        m_groups.isEmpty()
+                            ? tr("There is no setting to show.")
+                            : tr("Choose a setting at the left, or press Ctrl+K and type its name."));
+}
+
+void MainWindow::BuildFunctionsMenu() {
+    mnuFunctions = new QMenu(tr("Func&tions"), this);
+    mnuFunctions->setObjectName("mnuFunctions");
+    menuBar()->insertMenu(mnuHelp->menuAction(), mnuFunctions);
+    for (const NavigationGroup& group : m_groups) {
+        QMenu* menu = mnuFunctions->addMenu(group.caption);
+        menu->setObjectName("mnuFunctions_" + group.key);
+        for (const ScreenEntry& item : group.items) {
+            // By key and not by caption: several groups have a "Miscellaneous".
+            connect(AddEntry(menu, "mnuFunctions_" + item.key, item.caption), &QAction::triggered, this,
+                    [this, key = item.key] { OpenScreen(key); });
+        }
+    }
+}
+
+void MainWindow::OpenScreen(const QString& key) {
+    if (QMdiSubWindow* open = FindWindow(key)) {
+        ActivateWindow(open);
+        return;
+    }
+    const ScreenEntry* entry = m_application.catalogue.Find(key);
+    if (!entry || !entry->screen.make)
+        return;
+
+    Screen* screen = entry->screen.make(m_application, mdiScreens);
+    auto* window = new QMdiSubWindow;
+    window->setWidget(screen);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    window->setWindowIcon(LoadIcon(entry->icon));
+    screen->LoadScreen();
+    mdiScreens->addSubWindow(window);
+    m_windows[key] = window;
+    window->show();
+    ActivateWindow(window);
+}
+
+void MainWindow::ActivateWindow(QMdiSubWindow* window) {
+    mdiScreens->setActiveSubWindow(window);
+    OnScreenActivated();
+    if (window->widget() && !window->isAncestorOf(QApplication::focusWidget()))
+        window->widget()->setFocus();
+}
+
+QMdiSubWindow* MainWindow::FindWindow(const QString& key) const {
+    // A window that was closed lives on until the event loop deletes it; the area has let go of it already.
+    QMdiSubWindow* window = m_windows.value(key);
+    return mdiScreens->subWindowList().contains(window) ? window : nullptr;
+}
+
+Screen* MainWindow::FindScreen(const QString& key) const {
+    const QMdiSubWindow* window = FindWindow(key);
+    return window ? qobject_cast<Screen*>(window->widget()) : nullptr;
+}
+
+Screen* MainWindow::ActiveScreen() const {
+    const QMdiSubWindow* window = mdiScreens->currentSubWindow();
+    return window ? qobject_cast<Screen*>(window->widget()) : nullptr;
+}
+
+QString MainWindow::KeyOf(const QMdiSubWindow* window) const {
+    for (auto it = m_windows.begin(); it != m_windows.end(); ++it)
+        if (window && it.value() == window)
+            return it.key();
+    return {};
+}
+
+const ScreenEntry* MainWindow::ActiveEntry() const {
+    return m_application.catalogue.Find(KeyOf(mdiScreens->currentSubWindow()));
+}
+
+void MainWindow::OnScreenActivated() {
+    const ScreenEntry* entry = ActiveEntry();
+    albMain->MarkItem(entry ? entry->key : QString());
+    ShowClusterPanel(entry);
+    if (!entry) {
+        lblScreen->clear();
+        return;
+    }
+    QString group = entry->groupKey;
+    for (const ScreenGroup& candidate : m_application.catalogue.Groups())
+        if (candidate.key == entry->groupKey)
+            group = candidate.caption;
+    lblScreen->setText(group + ":  " + QString(entry->caption).replace("&&", "&"));
+}
+
+void MainWindow::ShowClusterPanel(const ScreenEntry* entry) {
+    const clsCluster* cluster = m_application.clusters.Current();
+    const bool shown = entry && entry->screen.needsCluster && cluster && m_application.clusters.Count() >= 2;
+    lblCluster->setVisible(shown);
+    lblCluster->setText(shown ? QString(tr("Circ Cluster:  ") + cluster->sClusterName) : QString());
+}
+
+void MainWindow::OnClusterNotice() {
+    ShowClusterPanel(ActiveEntry());
+    const clsCluster* cluster = m_application.clusters.Current();
+    const QString id = cluster ? cluster->sClusterID : QString();
+    // A new name of the same cluster is no reason for a screen to load again.
+    if (std::exchange(m_clusterId, id) == id)
+        return;
+    for (const QMdiSubWindow* window : mdiScreens->subWindowList())
+        if (auto* screen = qobject_cast<Screen*>(window->widget()))
+            screen->OnClusterChanged();
+}
+
+void MainWindow::ShowWaiting(const QString& text) {
+    lblActivity->setText(text.isEmpty() ? tr("Ready") : text);
+}
+
+void MainWindow::ShowHelp(int helpContext) {
+    if (!frmHelp)
+        frmHelp = new HelpWindow(m_application.catalogue, this);
+    frmHelp->ShowTopic(helpContext);
+}
+
+void MainWindow::OpenAddress(const QString& settingsKey, const QString& otherwise) {
+    const QUrl address(UserSettings().value(settingsKey, otherwise).toString());
+    if (!address.isValid() || !m_browser(address))
+        m_application.prompter.ShowBox(this,
+                                       {tr("Unable to open %1 in the web browser.").arg(address.toString())});
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    const Box warning{tr("You are about to close the SysAdmin module."), Box::Icon::Information,
+                      Box::Buttons::OkCancel};
+    const bool ask = !Abort && m_application.prefs.WarnOnClose();
+    if ((ask && !m_application.prompter.ShowBox(this, warning)) || !MayCloseScreens()) {
+        event->ignore();
+        return;
+    }
+    KeepLayout();
+    if (frmHelp)
+        frmHelp->close();
+    event->accept();
+}
+
+bool MainWindow::MayCloseScreens() {
+    for (QMdiSubWindow* window : mdiScreens->subWindowList()) {
+        auto* screen = qobject_cast<Screen*>(window->widget());
+        if (!screen || screen->MayClose())
+            continue;
+        ActivateWindow(window);
+        return false;
+    }
+    return true;
+}
+
+void MainWindow::RestoreLayout() {
+    albMain->SetLargeGroups(m_application.prefs.Remembered("LargeIconGroups").toStringList());
+    const int width = m_application.prefs.Remembered("NavigationWidth", NavigationWidth).toInt();
+    splMain->setSizes({width, qMax(1, splMain->width() - width)});
+}
+
+void MainWindow::RestorePlace() {
+    if (restoreGeometry(UserSettings().value("WindowGeometry").toByteArray()))
+        return;
+    const QRect space = QGuiApplication::primaryScreen()->availableGeometry();
+    resize(QSize(1240, 800).boundedTo(space.size() * 0.9));
+    move(space.center() - rect().center());
+}
+
+void MainWindow::KeepLayout() const {
+    UserSettings().setValue("WindowGeometry", saveGeometry());
+    m_application.prefs.Remember("NavigationWidth", splMain->sizes().value(0));
+}
+
+} // namespace sysadmin

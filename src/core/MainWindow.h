@@ -1,0 +1,97 @@
+#pragma once
+
+#include "core/Navigation.h"
+
+#include <QHash>
+#include <QMainWindow>
+#include <QPointer>
+#include <QUrl>
+
+#include <functional>
+
+class QLabel;
+class QMdiSubWindow;
+class QMenu;
+class QSplitter;
+
+namespace sysadmin {
+
+class HelpWindow;
+class NavigationBar;
+class ScreenArea;
+
+/// The program's one top-level window (`frmMain`): menus, navigation bar, the open screens, status bar.
+class MainWindow : public QMainWindow {
+    Q_OBJECT
+
+public:
+    /// `informationCaption` is the communication library's caption for its entry in the File menu.
+    MainWindow(Application& application, const QString& informationCaption);
+    ~MainWindow() override;
+
+    /// While set, the window closes without asking.
+    bool Abort = false;
+
+    /// Fills the navigation bar with what the operator may use, in the style the operator left it in.
+    void ShowNavigation(const Navigation& navigation);
+    /// Adds the "Func&tions" menu, which offers what the navigation bar does. Called once, at the end of
+    /// start-up.
+    void BuildFunctionsMenu();
+    /// Puts the window's parts back as the operator left them; the preferences must be loaded.
+    void RestoreLayout();
+
+    /// Opens the screen of a navigation key, or brings its one instance back. A key without a screen does
+    /// nothing.
+    void OpenScreen(const QString& key);
+    /// The open screen of a key, or null.
+    Screen* FindScreen(const QString& key) const;
+    /// The screen the operator works in, or null while none is open.
+    Screen* ActiveScreen() const;
+
+    /// Says in the status bar what is being waited for; an empty text when nothing is.
+    void ShowWaiting(const QString& text);
+    /// Shows the help topic of a context number; 0 shows the contents.
+    void ShowHelp(int helpContext);
+    /// How web addresses are opened; the system's browser unless set.
+    void SetBrowser(std::function<bool(const QUrl&)> browser) { m_browser = std::move(browser); }
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void BuildFileMenu(const QString& informationCaption);
+    void BuildHelpMenu();
+    void BuildStatusBar();
+    void BuildShortcuts();
+    void RestorePlace();
+    void KeepLayout() const;
+    bool MayCloseScreens();
+    void ActivateWindow(QMdiSubWindow* window);
+    void OnScreenActivated();
+    void OnClusterNotice();
+    void ShowClusterPanel(const ScreenEntry* entry);
+    void OpenAddress(const QString& settingsKey, const QString& otherwise);
+    QMdiSubWindow* FindWindow(const QString& key) const;
+    QString KeyOf(const QMdiSubWindow* window) const;
+    const ScreenEntry* ActiveEntry() const;
+
+    Application& m_application;
+    QList<NavigationGroup> m_groups; // as the navigation bar shows them
+    QHash<QString, QPointer<QMdiSubWindow>> m_windows;
+    QString m_clusterId;
+    std::function<bool(const QUrl&)> m_browser;
+
+    QMenu* mnuFile = nullptr;
+    QMenu* mnuFunctions = nullptr;
+    QMenu* mnuHelp = nullptr;
+    NavigationBar* albMain = nullptr;
+    QSplitter* splMain = nullptr;
+    ScreenArea* mdiScreens = nullptr;
+    QLabel* lblActivity = nullptr; // the status bar's panels, in order
+    QLabel* lblOperator = nullptr;
+    QLabel* lblScreen = nullptr;
+    QLabel* lblCluster = nullptr;
+    HelpWindow* frmHelp = nullptr;
+};
+
+} // namespace sysadmin

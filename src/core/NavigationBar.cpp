@@ -1,0 +1,284 @@
+#include "core/NavigationBar.h"
+
+#include "core/IconLoader.h"
+#include "core/NavigationDelegate.h"
+
+#include <QAction>
+#include <QActionGroup>
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QShortcut>
+#include <QSignalBlocker>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+namespace sysadmin {
+
+namespace {
+
+QString KeyOf(const QTreeWidgetItem* item) {
+    return item->data(0, NavigationDelegate::KeyRole).toString();
+}
+
+// The table's captions mark one ampersand by two, as menus do; the bar shows them plain.
+QString PlainCaption(const QString& caption) {
+    return QString(caption).replace("&&", "&");
+}
+
+QTreeWidgetItem* MakeItem(const QString& key, const QString& caption, const QString& icon) {
+    auto* item = new QTreeWidgetItem({PlainCaption(caption)});
+    item->setData(0, NavigationDelegate::KeyRole, key);
+    item->setIcon(0, LoadIcon(icon));
+    return item;
+}
+
+} // namespace
+
+NavigationBar::NavigationBar(QWidget* parent)
+    : QWidget(parent) {
+    setObjectName("albMain");
+    setAccessibleName(tr("Navigation"));
+    setMinimumWidth(180);
+
+    txtFindScreen = new QLineEdit(this);
+    txtFindScreen->setObjectName("txtFindScreen");
+    txtFindScreen->setPlaceholderText(tr("Find a setting"));
+    txtFindScreen->setToolTip(tr("Find a setting by its name (Ctrl+K)"));
+    txtFindScreen->setAccessibleName(tr("Find a setting"));
+    txtFindScreen->setClearButtonEnabled(true);
+    txtFindScreen->addAction(LoadIcon("Find"), QLineEdit::LeadingPosition);
+    txtFindScreen->installEventFilter(this);
+
+    tvwScreens = new QTreeWidget(this);
+    tvwScreens->setObjectName("tvwScreens");
+    tvwScreens->setAccessibleName(tr("Settings"));
+    tvwScreens->setHeaderHidden(true);
+    tvwScreens->setRootIsDecorated(false);
+    tvwScreens->setIndentation(0);
+    tvwScreens->setExpandsOnDoubleClick(false);
+    tvwScreens->setFrameShape(QFrame::NoFrame);
+    tvwScreens->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    tvwScreens->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    tvwScreens->setMouseTracking(true);
+    tvwScreens->viewport()->setAttribute(Qt::WA_Hover);
+    tvwScreens->header()->setStretchLastSection(true);
+    // The bar is part of the window, not a sheet of paper on it.
+    tvwScreens->viewport()->setBackgroundRole(QPalette::Window);
+    tvwScreens->setItemDelegate(new NavigationDelegate(tvwScreens));
+    tvwScreens->installEventFilter(this);
+    tvwScreens->viewport()->installEventFilter(this);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 8, 0, 0);
+    layout->setSpacing(8);
+    auto* findMargins = new QHBoxLayout;
+    findMargins->setContentsMargins(8, 0, 8, 0);
+    findMargins->addWidget(txtFindScreen);
+    layout->addLayout(findMargins);
+    layout->addWidget(tvwScreens, 1);
+    setFocusProxy(tvwScreens);
+
+    BuildMenu();
+    connect(txtFindScreen, &QLineEdit::textChanged, this, &NavigationBar::Find);
+    connect(tvwScreens, &QTreeWidget::itemClicked, this, &NavigationBar::Choose);
+    auto* find = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_K), this);
+    find->setContext(Qt::WindowShortcut);
+    connect(find, &QShortcut::activated, txtFindScreen, [this] {
+        txtFindScreen->setFocus(Qt::ShortcutFocusReason);
+        txtFindScreen->selectAll();
+    });
+}
+
+void NavigationBar::BuildMenu() {
+    mnuPopup = new QMenu(this);
+    mnuPopup->setObjectName("mnuPopup");
+    auto* styles = new QActionGroup(this);
+    const auto addStyle = [&](const QString& name, const QString& caption, bool large) {
+        QAction* action = mnuPopup->addAction(caption);
+        action->setObjectName(name);
+        action->setCheckable(true);
+        styles->addAction(action);
+        connect(action, &QAction::triggered, this, [this, large] {
+            SetCurrentGroupLarge(large);
+            emit StyleChosen();
+        });
+        return action;
+    };
+    mnuPopupLarge = addStyle("mnuPopupLarge", tr("Lar&ge Icons"), true);
+    mnuPopupSmall = addStyle("mnuPopupSmall", tr("S&mall Icons"), false);
+}
+
+void NavigationBar::SetGroups(const QList<NavigationGroup>& groups) {
+    tvwScreens->clear();
+    m_currentGroup.clear();
+    for (const NavigationGroup& group : groups) {
+        QTreeWidgetItem* heading = MakeItem(group.key, group.caption, "Group_" + group.key);
+        for (const ScreenEntry& entry : group.items) {
+            QTreeWidgetItem* item = MakeItem(entry.key, entry.caption, entry.icon);
+            item->setData(0, NavigationDelegate::LargeRole, HasLargeIcons(group.key));
+            heading->addChild(item);
+        }
+        heading->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
+        tvwScreens->addTopLevelItem(heading);
+    }
+    if (tvwScreens->topLevelItemCount() > 0)
+        OpenGroup(tvwScreens->topLevelItem(0));
+}
+
+QTreeWidgetItem* NavigationBar::FindGroup(const QString& key) const {
+    for (int i = 0; i < tvwScreens->topLevelItemCount(); ++i)
+        if (KeyOf(tvwScreens->topLevelItem(i)) == key)
+            return tvwScreens->topLevelItem(i);
+    return nullptr;
+}
+
+QString NavigationBar::CurrentGroup() const {
+    return m_currentGroup;
+}
+
+void NavigationBar::OpenGroup(QTreeWidgetItem* group) {
+    m_currentGroup = KeyOf(group);
+    for (int i = 0; i < tvwScreens->topLevelItemCount(); ++i)
+        tvwScreens->topLevelItem(i)->setExpanded(tvwScreens->topLevelItem(i) == group);
+}
+
+void NavigationBar::MarkItem(const QString& key) {
+    tvwScreens->clearSelection();
+    for (int i = 0; i < tvwScreens->topLevelItemCount(); ++i) {
+        QTreeWidgetItem* group = tvwScreens->topLevelItem(i);
+        for (int j = 0; j < group->childCount(); ++j) {
+            if (KeyOf(group->child(j)) != key)
+                continue;
+            OpenGroup(group);
+            tvwScreens->setCurrentItem(group->child(j));
+            return;
+        }
+    }
+}
+
+void NavigationBar::Choose(QTreeWidgetItem* item) {
+    if (item->parent()) {
+        m_currentGroup = KeyOf(item->parent());
+        const QString key = KeyOf(item);
+        txtFindScreen->clear();
+        emit ItemChosen(key);
+    } else if (item->isExpanded()) {
+        item->setExpanded(false);
+    } else {
+        OpenGroup(item);
+    }
+}
+
+void NavigationBar::Find(const QString& text) {
+    const QString wanted = text.trimmed();
+    for (int i = 0; i < tvwScreens->topLevelItemCount(); ++i) {
+        QTreeWidgetItem* group = tvwScreens->topLevelItem(i);
+        const bool wholeGroup = group->text(0).contains(wanted, Qt::CaseInsensitive);
+        bool anyItem = false;
+        for (int j = 0; j < group->childCount(); ++j) {
+            const bool found = wholeGroup || group->child(j)->text(0).contains(wanted, Qt::CaseInsensitive);
+            group->child(j)->setHidden(!found);
+            anyItem |= found;
+        }
+        group->setHidden(!anyItem);
+        group->setExpanded(wanted.isEmpty() ? KeyOf(group) == m_currentGroup : anyItem);
+    }
+}
+
+void NavigationBar::SetLargeGroups(const QStringList& groups) {
+    m_largeGroups = groups;
+    for (int i = 0; i < tvwScreens->topLevelItemCount(); ++i) {
+        QTreeWidgetItem* group = tvwScreens->topLevelItem(i);
+        for (int j = 0; j < group->childCount(); ++j)
+            group->child(j)->setData(0, NavigationDelegate::LargeRole, HasLargeIcons(KeyOf(group)));
+    }
+    tvwScreens->doItemsLayout();
+}
+
+void NavigationBar::SetCurrentGroupLarge(bool large) {
+    if (m_currentGroup.isEmpty())
+        return;
+    QStringList groups = m_largeGroups;
+    groups.removeAll(m_currentGroup);
+    if (large)
+        groups.append(m_currentGroup);
+    SetLargeGroups(groups);
+}
+
+void NavigationBar::ShowMenu(const QPoint& globalPosition) {
+    const bool large = HasLargeIcons(m_currentGroup);
+    (large ? mnuPopupLarge : mnuPopupSmall)->setChecked(true);
+    mnuPopup->popup(globalPosition);
+}
+
+bool NavigationBar::HandleTreeKey(int key) {
+    QTreeWidgetItem* current = tvwScreens->currentItem();
+    if (!current)
+        return false;
+    switch (key) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Space:
+        Choose(current);
+        return true;
+    case Qt::Key_Right:
+        if (current->parent() || current->isExpanded())
+            return false;
+        OpenGroup(current);
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool NavigationBar::HandleFindKey(int key) {
+    switch (key) {
+    case Qt::Key_Escape:
+        if (txtFindScreen->text().isEmpty())
+            return false;
+        txtFindScreen->clear();
+        return true;
+    case Qt::Key_Down: {
+        QTreeWidgetItem* first = tvwScreens->topLevelItem(0);
+        while (first && (!first->parent() || first->isHidden()))
+            first = tvwScreens->itemBelow(first);
+        if (first)
+            tvwScreens->setCurrentItem(first);
+        tvwScreens->setFocus();
+        return true;
+    }
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        for (QTreeWidgetItemIterator it(tvwScreens, QTreeWidgetItemIterator::NotHidden); *it; ++it) {
+            if (!(*it)->parent() || (*it)->parent()->isHidden() || txtFindScreen->text().trimmed().isEmpty())
+                continue;
+            Choose(*it);
+            return true;
+        }
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool NavigationBar::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::ContextMenu && watched != txtFindScreen) {
+        ShowMenu(static_cast<QContextMenuEvent*>(event)->globalPos());
+        return true;
+    }
+    // Captions wrap, so the rows' heights depend on the width.
+    if (event->type() == QEvent::Resize && watched == tvwScreens->viewport())
+        QMetaObject::invokeMethod(
+            tvwScreens, [this] { tvwScreens->doItemsLayout(); }, Qt::QueuedConnection);
+    if (event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (watched == txtFindScreen ? HandleFindKey(key) : watched == tvwScreens && HandleTreeKey(key))
+            return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+} // namespace sysadmin

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "core/Navigation.h"
+
+#include <QStringList>
+#include <QWidget>
+
+class QAction;
+class QLineEdit;
+class QMenu;
+class QTreeWidget;
+class QTreeWidgetItem;
+
+namespace sysadmin {
+
+/// The list bar at the left of the main window (`albMain`): groups that open one at a time, with items that
+/// open screens. Each group shows its items with large or small icons.
+class NavigationBar : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit NavigationBar(QWidget* parent = nullptr);
+
+    /// Replaces what is shown and opens the first group.
+    void SetGroups(const QList<NavigationGroup>& groups);
+    /// Opens the item's group and marks the item; an empty or unknown key marks none.
+    void MarkItem(const QString& key);
+
+    /// The key of the group that is open or was last; the style menu works on it.
+    QString CurrentGroup() const;
+    bool HasLargeIcons(const QString& group) const { return m_largeGroups.contains(group); }
+    /// The keys of the groups with large icons.
+    QStringList LargeGroups() const { return m_largeGroups; }
+    void SetLargeGroups(const QStringList& groups);
+
+signals:
+    /// The operator chose the item of this key.
+    void ItemChosen(const QString& key);
+    /// The operator gave a group another icon style.
+    void StyleChosen();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void BuildMenu();
+    void ShowMenu(const QPoint& globalPosition);
+    void SetCurrentGroupLarge(bool large);
+    void OpenGroup(QTreeWidgetItem* group);
+    void Choose(QTreeWidgetItem* item);
+    void Find(const QString& text);
+    bool HandleTreeKey(int key);
+    bool HandleFindKey(int key);
+    QTreeWidgetItem* FindGroup(const QString& key) const;
+
+    QLineEdit* txtFindScreen = nullptr;
+    QTreeWidget* tvwScreens = nullptr;
+    QMenu* mnuPopup = nullptr;
+    QAction* mnuPopupLarge = nullptr;
+    QAction* mnuPopupSmall = nullptr;
+    QStringList m_largeGroups;
+    QString m_currentGroup;
+};
+
+} // namespace sysadmin

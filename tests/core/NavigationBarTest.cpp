@@ -1,0 +1,158 @@
+#include "CoreTest.h"
+
+#include "core/NavigationBar.h"
+#include "core/NavigationDelegate.h"
+#include "core/StartUp.h"
+
+#include <QAction>
+#include <QLineEdit>
+#include <QMenu>
+#include <QSplitter>
+#include <QTest>
+#include <QTreeWidget>
+
+namespace sysadmin {
+
+namespace {
+
+class NavigationBarTest : public CoreTest {
+protected:
+    NavigationBarTest() {
+        for (const ScreenEntry& entry : QList<ScreenEntry>(application.catalogue.Entries()))
+            application.catalogue.Contribute<TestScreen>(entry.key, 1);
+        Start("TESTER");
+    }
+
+    void Start(const QString& operatorId) {
+        if (window)
+            window->close();
+        window.reset();
+        comm.session.operatorId = operatorId;
+        AnswerRights(AllRights);
+        window = StartUp(application, {});
+        window->resize(1200, 900);
+        QTest::qWait(0);
+    }
+
+    NavigationBar& Bar() { return *window->findChild<NavigationBar*>("albMain"); }
+    QTreeWidget& Tree() { return *window->findChild<QTreeWidget*>("tvwScreens"); }
+    QLineEdit& FindBox() { return *window->findChild<QLineEdit*>("txtFindScreen"); }
+    QTreeWidgetItem* Item(const QString& key) {
+        for (QTreeWidgetItemIterator it(&Tree()); *it; ++it)
+            if ((*it)->data(0, NavigationDelegate::KeyRole).toString() == key)
+                return *it;
+        throw std::runtime_error("no item " + key.toStdString());
+    }
+    void Click(const QString& key) {
+        Tree().scrollToItem(Item(key));
+        const QRect place = Tree().visualItemRect(Item(key));
+        ASSERT_FALSE(place.isEmpty()) << key.toStdString() << " does not show";
+        QTest::mouseClick(Tree().viewport(), Qt::LeftButton, {}, place.center());
+    }
+    QStringList ShownItems() {
+        QStringList keys;
+        for (QTreeWidgetItem* item = Tree().topLevelItem(0); item; item = Tree().itemBelow(item))
+            if (item->parent() && !item->isHidden())
+                keys.append(item->data(0, NavigationDelegate::KeyRole).toString());
+        return keys;
+    }
+    bool IsActive(const QString& key) {
+        return window->ActiveScreen() && window->ActiveScreen() == window->FindScreen(key);
+    }
+
+    std::unique_ptr<MainWindow> window;
+};
+
+TEST_F(NavigationBarTest, OpensOneGroupAtATimeAndItsItemsByAClick) {
+    EXPECT_EQ(Bar().CurrentGroup(), "Acquisitions");
+    Click("Search");
+    EXPECT_EQ(Bar().CurrentGroup(), "Search");
+    EXPECT_EQ(ShownItems().size(), 12);
+    EXPECT_EQ(Item("Search_SearchDefinitions")->text(0), "Indexes - Headings & Left-Anchored Definitions");
+    Click("Search_HeadingFilter");
+    EXPECT_TRUE(IsActive("Search_HeadingFilter"));
+}
+
+TEST_F(NavigationBarTest, FollowsTheScreenInFront) {
+    window->OpenScreen("System_Events");
+    EXPECT_EQ(Bar().CurrentGroup(), "System");
+    EXPECT_TRUE(Item("System_Events")->isSelected());
+    window->OpenScreen("Security_Options");
+    EXPECT_FALSE(Item("System_Events")->isSelected());
+    EXPECT_TRUE(Item("Security_Options")->isSelected());
+}
+
+TEST_F(NavigationBarTest, WorksByKeyboard) {
+    Tree().setFocus();
+    Tree().setCurrentItem(Item("Cataloging"));
+    QTest::keyClick(&Tree(), Qt::Key_Return);
+    EXPECT_EQ(Bar().CurrentGroup(), "Cataloging");
+    QTest::keyClick(&Tree(), Qt::Key_Down);
+    EXPECT_FALSE(window->ActiveScreen()) << "moving along the items opens them";
+    QTest::keyClick(&Tree(), Qt::Key_Down);
+    QTest::keyClick(&Tree(), Qt::Key_Space);
+    EXPECT_TRUE(IsActive("Catalog_BibDuplicateDetection"));
+}
+
+TEST_F(NavigationBarTest, FindsItemsAcrossGroups) {
+    QTest::keyClicks(&FindBox(), "patron g");
+    EXPECT_EQ(ShownItems(), QStringList({"Circulation_PatronGroups", "Circulation_PatronGroupMapping"}));
+    QTest::keyClick(&FindBox(), Qt::Key_Return);
+    EXPECT_TRUE(IsActive("Circulation_PatronGroups"));
+    EXPECT_EQ(FindBox().text(), "");
+
+    QTest::keyClicks(&FindBox(), "web serv");
+    EXPECT_EQ(ShownItems(), QStringList({"WS_LoginSummary", "WS_SelfRegistration", "WS_Configuration"}));
+    QTest::keyClick(&FindBox(), Qt::Key_Escape);
+    EXPECT_EQ(ShownItems().size(), 11) << "the open group is not back";
+
+    QTest::keyClicks(&FindBox(), "nothing like it");
+    EXPECT_TRUE(ShownItems().isEmpty());
+    QTest::keyClick(&FindBox(), Qt::Key_Return);
+    EXPECT_TRUE(IsActive("Circulation_PatronGroups"));
+}
+
+TEST_F(NavigationBarTest, EachGroupHasItsIconStyle) {
+    Click("Cataloging");
+    const int small = Tree().visualItemRect(Item("Catalog_Miscellaneous")).height();
+    window->findChild<QAction*>("mnuPopupLarge")->trigger();
+    EXPECT_GT(Tree().visualItemRect(Item("Catalog_Miscellaneous")).height(), small + 16);
+    Click("Circulation");
+    EXPECT_EQ(Tree().visualItemRect(Item("Circulation_Miscellaneous")).height(), small);
+    EXPECT_EQ(Bar().LargeGroups(), QStringList({"Cataloging"}));
+    Click("Cataloging");
+    window->findChild<QAction*>("mnuPopupSmall")->trigger();
+    EXPECT_EQ(Tree().visualItemRect(Item("Catalog_Miscellaneous")).height(), small);
+}
+
+TEST_F(NavigationBarTest, TheMenuShowsTheStyleOfTheOpenGroup) {
+    auto* menu = window->findChild<QMenu*>("mnuPopup");
+    const auto showsLarge = [&] {
+        QContextMenuEvent event(QContextMenuEvent::Keyboard, {10, 60}, Tree().mapToGlobal(QPoint(10, 60)));
+        QCoreApplication::sendEvent(&Tree(), &event);
+        EXPECT_TRUE(menu->isVisible());
+        menu->hide();
+        return window->findChild<QAction*>("mnuPopupLarge")->isChecked();
+    };
+    EXPECT_FALSE(showsLarge());
+    window->findChild<QAction*>("mnuPopupLarge")->trigger();
+    EXPECT_TRUE(showsLarge());
+    Click("Security");
+    EXPECT_FALSE(showsLarge());
+}
+
+TEST_F(NavigationBarTest, RemembersStyleAndWidthPerOperator) {
+    Click("System");
+    window->findChild<QAction*>("mnuPopupLarge")->trigger();
+    window->findChild<QSplitter*>("splMain")->setSizes({345, 855});
+    Start("OTHER");
+    EXPECT_TRUE(Bar().LargeGroups().isEmpty());
+    EXPECT_NE(Bar().width(), 345);
+    Start("TESTER");
+    EXPECT_EQ(Bar().LargeGroups(), QStringList({"System"}));
+    EXPECT_NEAR(Bar().width(), 345, 1);
+}
+
+} // namespace
+
+} // namespace sysadmin

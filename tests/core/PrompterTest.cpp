@@ -1,0 +1,86 @@
+#include "core/Prompter.h"
+#include "core/Appearance.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QMessageBox>
+#include <QTest>
+#include <QTimer>
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace sysadmin {
+
+namespace {
+
+// Shows the box and lets `act` work on the real window.
+bool Show(const Box& box, const std::function<void(QMessageBox&)>& act) {
+    QTimer::singleShot(0, [&] { act(*qobject_cast<QMessageBox*>(QApplication::activeModalWidget())); });
+    return WindowPrompter().ShowBox(nullptr, box);
+}
+
+TEST(WindowPrompter, ShowsTheTextAsItIs) {
+    Show({"You will delete X:\r\n\"<b>A</b>\"\r\n\r\nAre you sure?"}, [](QMessageBox& window) {
+        EXPECT_EQ(window.text(), "You will delete X:\n\"<b>A</b>\"\n\nAre you sure?");
+        EXPECT_EQ(window.textFormat(), Qt::PlainText);
+        EXPECT_EQ(window.windowTitle(), "System Administration");
+        EXPECT_EQ(window.icon(), QMessageBox::Warning);
+        window.button(QMessageBox::Ok)->click();
+    });
+}
+
+TEST(WindowPrompter, AnswersByTheButton) {
+    const auto click = [](QMessageBox::StandardButton button) {
+        return [button](QMessageBox& window) { window.button(button)->click(); };
+    };
+    const Box question{"Sure?", Box::Icon::Question, Box::Buttons::YesNo, "Delete X"};
+    const Box warning{"Closing.", Box::Icon::Information, Box::Buttons::OkCancel};
+    EXPECT_TRUE(Show(question, click(QMessageBox::Yes)));
+    EXPECT_FALSE(Show(question, click(QMessageBox::No)));
+    EXPECT_TRUE(Show(warning, click(QMessageBox::Ok)));
+    EXPECT_FALSE(Show(warning, click(QMessageBox::Cancel)));
+}
+
+TEST(WindowPrompter, LeavingABoxIsNoOrCancel) {
+    const auto escape = [](QMessageBox& window) { QTest::keyClick(&window, Qt::Key_Escape); };
+    EXPECT_FALSE(Show({"Sure?", Box::Icon::Question, Box::Buttons::YesNo}, escape));
+    EXPECT_FALSE(Show({"Closing.", Box::Icon::Information, Box::Buttons::OkCancel}, escape));
+    EXPECT_FALSE(Show({"Sure?", Box::Icon::None, Box::Buttons::YesNo}, [](QMessageBox& window) {
+        EXPECT_EQ(window.icon(), QMessageBox::NoIcon);
+        window.close();
+    }));
+}
+
+double Luminance(const QColor& colour) {
+    const auto linear = [](double share) {
+        return share <= 0.03928 ? share / 12.92 : std::pow((share + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
+           0.0722 * linear(colour.blueF());
+}
+
+double Contrast(const QPalette& palette, QPalette::ColorRole text, QPalette::ColorRole surface) {
+    const double a = Luminance(palette.color(text));
+    const double b = Luminance(palette.color(surface));
+    return (qMax(a, b) + 0.05) / (qMin(a, b) + 0.05);
+}
+
+TEST(Appearance, TextIsReadableOnEverySurfaceOfBothPalettes) {
+    for (const QPalette& palette : {LightPalette(), DarkPalette()}) {
+        for (const auto surface : {QPalette::Window, QPalette::Base, QPalette::AlternateBase}) {
+            EXPECT_GE(Contrast(palette, QPalette::WindowText, surface), 7.0);
+            EXPECT_GE(Contrast(palette, QPalette::PlaceholderText, surface), 4.2);
+            EXPECT_GE(Contrast(palette, QPalette::Link, surface), 4.5);
+        }
+        EXPECT_GE(Contrast(palette, QPalette::ButtonText, QPalette::Button), 7.0);
+        EXPECT_GE(Contrast(palette, QPalette::HighlightedText, QPalette::Highlight), 4.5);
+        EXPECT_GE(Contrast(palette, QPalette::ToolTipText, QPalette::ToolTipBase), 7.0);
+    }
+    EXPECT_EQ(AppearanceOf("dark"), Appearance::Dark);
+    EXPECT_FALSE(AppearanceOf("blue"));
+}
+
+} // namespace
+
+} // namespace sysadmin

@@ -1,0 +1,116 @@
+#include "CoreTest.h"
+
+#include "core/StartUp.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QLabel>
+#include <QMenu>
+
+namespace sysadmin {
+
+namespace {
+
+class StartUpTest : public CoreTest {
+protected:
+    StartUpTest() { application.catalogue.Contribute<TestScreen>("Acquisitions_VendorTypes", 50300); }
+
+    /// Starts up and checks that nothing of the window is left.
+    void ExpectRefused() {
+        EXPECT_EQ(StartUp(application, {}), nullptr);
+        EXPECT_EQ(application.mainWindow, nullptr);
+        for (const QWidget* window : QApplication::topLevelWidgets())
+            EXPECT_NE(window->objectName(), "frmMain");
+        EXPECT_TRUE(channel.AllAnswered());
+    }
+};
+
+TEST_F(StartUpTest, TakesTheStepsInOrder) {
+    AnswerRights(AllRights);
+    comm.session.informationCaption = "Who &am I...";
+    UserSettings().setValue("TESTER/WarnOnClose", "True");
+    const std::unique_ptr<MainWindow> window = StartUp(application, {"--operator", "X", "/nocheck"});
+    ASSERT_TRUE(window);
+    EXPECT_EQ(comm.session.commandLine, QStringList({"--operator", "X", "/nocheck"}));
+    EXPECT_EQ(comm.calls, QStringList({"PreCheck", "ShowSignOn", "CloseSignOn", "PostSignOn"}));
+    EXPECT_EQ(channel.signOns, 1);
+    EXPECT_EQ(channel.SentNames(), QStringList({"SAInit", "CheckMasterProfile"}));
+    EXPECT_EQ(application.mainWindow, window.get());
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_TRUE(application.prefs.WarnOnClose());
+    EXPECT_EQ(window->findChild<QAction*>("mnuFileLogin")->text(), "Who &am I...");
+    EXPECT_TRUE(window->findChild<QMenu*>("mnuFunctions"));
+    EXPECT_EQ(window->findChild<QLabel*>("lblOperator")->text(), "TESTER");
+}
+
+TEST_F(StartUpTest, ThePreCheckEndsItSilently) {
+    comm.preCheckResult = true;
+    ExpectRefused();
+    EXPECT_EQ(comm.calls, QStringList({"PreCheck"}));
+    EXPECT_EQ(channel.signOns, 0);
+}
+
+TEST_F(StartUpTest, AFailedSignOnClosesItsDialogAndEnds) {
+    channel.signOnResult = false;
+    ExpectRefused();
+    EXPECT_EQ(comm.calls, QStringList({"PreCheck", "ShowSignOn", "CloseSignOn"}));
+    EXPECT_TRUE(channel.sent.isEmpty());
+}
+
+TEST_F(StartUpTest, TheStepAfterSignOnMayRefuseSilently) {
+    comm.postSignOnResult = false;
+    ExpectRefused();
+    EXPECT_TRUE(channel.sent.isEmpty());
+}
+
+TEST_F(StartUpTest, AProfileThatDoesNotLoadIsRefused) {
+    for (const bool firstFails : {true, false}) {
+        channel.Answer("SAInit", firstFails ? 5 : 0, {{"Sec", "Y"}});
+        channel.Answer("CheckMasterProfile", firstFails ? 0 : 5);
+        prompter.ExpectBox("Failed to load security profile.", true, Box::Icon::Critical,
+                           "System Administration");
+        ExpectRefused();
+    }
+}
+
+TEST_F(StartUpTest, AnOperatorWithoutRightsIsRefused) {
+    AnswerRights({"PRB"});
+    prompter.ExpectBox("You are not authorized to use System Adminstration.", true, Box::Icon::Critical,
+                       "System Administration");
+    ExpectRefused();
+}
+
+TEST_F(StartUpTest, RightsDecideAndNotWhichScreensAreThere) {
+    AnswerRights({"SysDf"});
+    const std::unique_ptr<MainWindow> window = StartUp(application, {});
+    ASSERT_TRUE(window);
+    EXPECT_TRUE(window->findChild<QMenu*>("mnuFunctions")->actions().isEmpty());
+}
+
+/// Looks at the main window from within the steps that run while it stands.
+class LookingCommunication : public FakeCommunication {
+public:
+    using FakeCommunication::FakeCommunication;
+    std::function<bool()> mainWindowShows;
+    QList<bool> shown;
+
+    void ShowSignOn() override { shown.append(mainWindowShows()); }
+    void CloseSignOn() override { shown.append(mainWindowShows()); }
+    bool PostSignOn() override {
+        shown.append(mainWindowShows());
+        return true;
+    }
+};
+
+TEST_F(StartUpTest, TheWindowShowsBetweenSignOnAndTheClosingOfItsDialog) {
+    LookingCommunication looking(channel);
+    Application other(looking, prompter);
+    looking.mainWindowShows = [&] { return other.mainWindow && other.mainWindow->isVisible(); };
+    AnswerRights(AllRights);
+    EXPECT_TRUE(StartUp(other, {}));
+    EXPECT_EQ(looking.shown, QList<bool>({false, true, true}));
+}
+
+} // namespace
+
+} // namespace sysadmin
