@@ -9,6 +9,7 @@
 #include <QMessageBox>
 #include <QPainter>
 #include <QTest>
+#include <QTimer>
 
 namespace sysadmin {
 
@@ -61,10 +62,7 @@ QPixmap PictureOfWindows() {
 
 Robot::Robot(const QString& pictureFolder, QObject* parent)
     : QObject(parent)
-    , m_pictureFolder(pictureFolder) {
-    m_timer.setInterval(TickMilliseconds);
-    connect(&m_timer, &QTimer::timeout, this, &Robot::Tick);
-}
+    , m_pictureFolder(pictureFolder) {}
 
 void Robot::Then(const QString& control, const Action& action) {
     m_steps.append({control, action});
@@ -120,17 +118,22 @@ void Robot::Picture(const QString& control, const QString& name) {
 
 void Robot::Start() {
     m_waited = 0;
-    m_timer.start();
+    ScheduleTick();
+}
+
+void Robot::ScheduleTick() {
+    // A timer of its own each time: one that is being served does not fire inside the dialogs that open meanwhile.
+    QTimer::singleShot(TickMilliseconds, this, &Robot::Tick);
 }
 
 void Robot::Tick() {
-    // An action that opens a dialog does not return before the dialog closes: the next steps run meanwhile.
     if (m_steps.isEmpty()) {
-        m_timer.stop();
         if (m_problem.isEmpty())
             emit Finished();
         return;
     }
+    // An action that opens a dialog does not return before the dialog closes: the next steps run meanwhile.
+    ScheduleTick();
     QWidget* control = FindControl(m_steps.first().control);
     if (!control) {
         m_waited += TickMilliseconds;
@@ -146,7 +149,6 @@ void Robot::Tick() {
 void Robot::Fail(const QString& problem) {
     m_problem = problem;
     m_steps.clear();
-    m_timer.stop();
     SavePicture("failed");
     emit Failed(problem);
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QObject>
-#include <QTimer>
 
 #include <functional>
 
@@ -51,13 +50,13 @@ private:
         Action action;
     };
 
+    void ScheduleTick();
     void Tick();
     void Fail(const QString& problem);
     void SavePicture(const QString& name);
 
     QString m_pictureFolder;
     QList<Step> m_steps;
-    QTimer m_timer;
     int m_waited = 0;
     int m_pictures = 0;
     QString m_problem;

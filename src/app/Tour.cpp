@@ -23,6 +23,7 @@ void PlanTour(Robot& robot) {
     robot.Type("txtOperator", "SYSADMIN");
     robot.Type("txtPassword", "sample-admin-1");
     robot.Click("cmdOK");
+    robot.Then("frmMain", [](QWidget& window) { window.resize(1180, 760); });
     robot.Picture("txtFindScreen", "main-window");
     OpenScreen(robot, "Vendor Types");
     robot.Picture("vsf", "vendor-types");

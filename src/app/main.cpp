@@ -9,6 +9,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QSettings>
 #include <QTemporaryDir>
 
 #include <cstdio>
@@ -27,10 +28,12 @@ int Complain(const QString& line, int status) {
 }
 
 /// Takes the tour on a sample library of its own, so that it finds what it expects and leaves nothing behind.
-int RunTour(CommandLine line, const QStringList& arguments) {
+int RunTour(CommandLine line, QStringList arguments) {
     QTemporaryDir library;
-    if (line.library.isEmpty() && !line.server)
+    if (line.library.isEmpty() && !line.server) {
         line.library = library.path();
+        arguments += {"--library", line.library};
+    }
     if (!QDir().mkpath(line.tourDir))
         return Complain("cannot write to " + line.tourDir + "; name a folder that can be written: --tour DIR",
                         Failed);
@@ -70,10 +73,17 @@ int main(int argc, char** argv) {
         return 0;
     }
 
+    const bool onlyPictures = !line.tourDir.isEmpty() || !line.describeDir.isEmpty();
+    if (onlyPictures && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen"); // pictures need no display
     QApplication program(argc, argv);
     QApplication::setApplicationDisplayName(ApplicationTitle());
     QApplication::setApplicationVersion(SYSADMIN_VERSION);
     ApplyAppearance(program, *AppearanceOf(line.appearance));
+    // Whoever only looks leaves no trace in the settings of the operators who work here.
+    QTemporaryDir settings;
+    if (onlyPictures)
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings.path());
     if (!line.tourDir.isEmpty())
         return RunTour(line, arguments);
     if (!line.describeDir.isEmpty()) {
