@@ -1,9 +1,12 @@
 #include "search/SearchScreens.h"
 
 #include "core/ScreenCatalogue.h"
+#include "search/frmSearch_MaterialType.h"
 
 namespace sysadmin {
 
-void AddSearchScreens([[maybe_unused]] ScreenCatalogue& catalogue) {}
+void AddSearchScreens(ScreenCatalogue& catalogue) {
+    catalogue.Contribute<frmSearch_MaterialType>("Search_MaterialType", 50611);
+}
 
 } // namespace sysadmin

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "framework/MaintenanceScreen.h"
+
+namespace sysadmin {
+
+struct FiscalPeriodForm : Form {
+    TextField txtName{*this,
+                      {.name = "txtName",
+                       .tag = "Nm",
+                       .caption = tr("Fiscal Period Name:"),
+                       .maxLength = 40,
+                       .required = true}};
+    DateField fpStartDate{
+        *this, {.name = "fpStartDate", .tag = "StDt", .caption = tr("Start Date:"), .required = true}};
+    // The period includes the whole of its last day.
+    DateField fpEndDate{*this,
+                        {.name = "fpEndDate", .tag = "EDt", .caption = tr("End Date:"), .required = true},
+                        "yyyy-MM-dd",
+                        " 23:59:59"};
+};
+
+/// Fiscal periods, each from a first to a last day.
+class frmAcquisitions_FiscalTypes : public MaintenanceScreen {
+    Q_OBJECT
+
+public:
+    frmAcquisitions_FiscalTypes(Application& application, QWidget* parent);
+
+protected:
+    bool CheckBeforeSave(Table& table) override;
+
+private:
+    FiscalPeriodForm m_form;
+};
+
+} // namespace sysadmin

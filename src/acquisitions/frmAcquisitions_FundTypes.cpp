@@ -1,0 +1,41 @@
+#include "acquisitions/frmAcquisitions_FundTypes.h"
+
+namespace sysadmin {
+
+frmAcquisitions_FundTypes::frmAcquisitions_FundTypes(Application& application, QWidget* parent)
+    : MaintenanceScreen(application, "frmAcquisitions_FundTypes", tr("Acquisitions Fund Type"),
+                        Area::Acquisitions, parent) {
+    AddTable({.subject = tr("Fund Type"),
+              .notice = "FndTp",
+              .columns = {{tr("Names")}},
+              .cellTags = {"Nm"},
+              .recordTag = "ID",
+              .listRequest = "LstFndTp",
+              .getRequest = "GetFndTp",
+              .addRequest = "AddFndTp",
+              .updateRequest = "UpdFndTp",
+              .deleteRequest = "DelFndTp",
+              .loadCaption = "Load Acquisitions Fund Types",
+              .editCaption = "Edit Acquisitions Fund Type",
+              .saveCaption = "Save Acquisitions Fund Type",
+              .deleteCaption = "Delete Acquisitions Fund Type",
+              .matchTag = "Nm"},
+             m_form,
+             Column({m_form.txtName, Row({m_form.chkOverCommitWarning, m_form.txtOvercommitWarningPercent}),
+                     Row({m_form.chkOverexpendWarning, m_form.txtOverexpendWarningPercent}),
+                     Row({m_form.chkOverCommitLimit, m_form.txtOvercommitLimitPercent}),
+                     Row({m_form.chkOverexpendLimit, m_form.txtOverexpendLimitPercent}),
+                     Row({m_form.chkUndercommit, m_form.txtUnderCommitPercent}),
+                     Row({m_form.chkUnderexpend, m_form.txtUnderexpendPercent})}),
+             {OnUpdate(PutOriginalKey("ID")), PutValue(m_form.txtName),
+              PutWhenOn(m_form.chkOverCommitWarning, m_form.txtOvercommitWarningPercent),
+              PutWhenOn(m_form.chkOverexpendWarning, m_form.txtOverexpendWarningPercent),
+              PutWhenOn(m_form.chkOverCommitLimit, m_form.txtOvercommitLimitPercent),
+              PutWhenOn(m_form.chkOverexpendLimit, m_form.txtOverexpendLimitPercent),
+              PutWhenOn(m_form.chkUndercommit, m_form.txtUnderCommitPercent),
+              PutWhenOn(m_form.chkUnderexpend, m_form.txtUnderexpendPercent),
+              OnUpdate(PutChanged("NNm", m_form.txtName))});
+    Finish();
+}
+
+} // namespace sysadmin
