@@ -14,13 +14,14 @@ QByteArray Encode(const Request& request);
 /// A reply as the CBOR array [number, status, [tag, value, ...]].
 QByteArray Encode(const Reply& reply);
 
-/// The request of exactly one encoded message; none when it is malformed or breaks a limit.
+/// The request of exactly one encoded message; none when it is malformed, not UTF-8, or breaks a limit.
 std::optional<Request> DecodeRequest(const QByteArray& message, const Limits& limits = {});
-/// The reply of exactly one encoded message; none when it is malformed or breaks a limit.
+/// The reply of exactly one encoded message; none when it is malformed, not UTF-8, or breaks a limit.
 std::optional<Reply> DecodeReply(const QByteArray& message, const Limits& limits = {});
 
-/// Finds where a message ends in a stream of bytes that arrives in pieces. Lengths are checked against the limits
-/// when their header has arrived, before anything of that length is stored.
+/// Finds where a message ends in a stream of bytes that arrives in pieces. Lengths are checked against the
+/// limits when their header has arrived, before anything of that length is stored. Only arrays and texts
+/// whose length stands in front of them are accepted. What was looked at once is not looked at again.
 class FrameScanner {
 public:
     enum class Result {
@@ -29,10 +30,12 @@ public:
         Broken,     ///< not a message, or over a limit: cut the peer off
     };
 
-    explicit FrameScanner(const Limits& limits = {}) : m_limits(limits) {}
+    explicit FrameScanner(const Limits& limits = {})
+        : m_limits(limits) {}
     void SetLimits(const Limits& limits) { m_limits = limits; }
 
-    /// Looks at the bytes received so far of one message; call it again with more of the same message appended.
+    /// Looks at the bytes received so far of one message; call it again with more of the same message
+    /// appended.
     Result Scan(const QByteArray& bytes);
     /// The length in bytes of the complete message.
     qint64 Length() const { return m_position; }
@@ -40,10 +43,13 @@ public:
     void Reset();
 
 private:
+    // The array, the number, the name or status, the field array; its texts are counted by m_fieldsLeft.
+    static constexpr int Items = 4;
+
     Limits m_limits;
-    qint64 m_position = 0;
-    int m_item = 0;           // items of the message seen so far: the array, number, name or status, fields
-    qint64 m_fieldsLeft = 0;  // texts still to come in the field array
+    qint64 m_position = 0;   // where the next header stands, or will when the bytes before it have arrived
+    int m_item = 0;          // items seen so far
+    qint64 m_fieldsLeft = 0; // texts still to come: an even count stands in front of a tag
 };
 
 } // namespace sysadmin::wire

@@ -19,9 +19,11 @@ inline constexpr qint16 InvalidSignOn = 11;
 inline constexpr qint16 NotAuthorised = 12;
 inline constexpr qint16 InUse = 13;
 inline constexpr qint16 ReservedCode = 16;
+inline constexpr qint16 LastSecurityRight = 53;
 inline constexpr qint16 Continues = 55;
 inline constexpr qint16 NoClusterLocation = 98;
 inline constexpr qint16 RepeatedPassword = 107;
 inline constexpr qint16 MinimumPasswordAge = 108;
+inline constexpr qint16 WeakPassword = 109;
 
 } // namespace sysadmin::wire::status

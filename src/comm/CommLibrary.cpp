@@ -1,0 +1,175 @@
+#include "comm/CommLibrary.h"
+
+#include "comm/ChangePasswordDialog.h"
+#include "comm/LoginInformationDialog.h"
+#include "comm/NetworkTransport.h"
+#include "comm/SignOnDialog.h"
+#include "core/Prompter.h"
+#include "core/data/UserSettings.h"
+
+namespace sysadmin {
+
+namespace {
+
+constexpr char LastOperator[] = "SignOn/Operator";
+constexpr char LastServer[] = "SignOn/Server";
+constexpr char LastLibrary[] = "SignOn/Library";
+
+} // namespace
+
+CommLibrary::CommLibrary(Prompter& prompter, const CommandLine& line, EndpointMaker makeEndpoints)
+    : m_prompter(prompter)
+    , m_makeEndpoints(std::move(makeEndpoints))
+    , m_session(line) {}
+
+CommLibrary::~CommLibrary() {
+    m_channel.SignOff();
+}
+
+bool CommLibrary::PreCheck() {
+    const QString problem = OpenTrace();
+    if (!problem.isEmpty())
+        m_prompter.ShowBox(nullptr, {problem, Box::Icon::Critical});
+    return !problem.isEmpty();
+}
+
+QString CommLibrary::OpenTrace() {
+    const QString& fileName = m_session.Line().traceFile;
+    if (fileName.isEmpty() || m_trace.IsOpen())
+        return {};
+    const QString problem = m_trace.Open(fileName);
+    m_channel.SetTrace(problem.isEmpty() ? &m_trace : nullptr);
+    return problem;
+}
+
+void CommLibrary::ShowSignOn() {
+    if (!m_session.OperatorId().isEmpty())
+        return;
+    const QString& given = m_session.Line().operatorId;
+    const QString operatorId = given.isEmpty() ? UserSettings().value(LastOperator).toString() : given;
+    m_signOn = std::make_unique<SignOnDialog>(*this, FirstChoice(), operatorId);
+    m_prompter.RunDialog(*m_signOn);
+}
+
+void CommLibrary::CloseSignOn() {
+    m_signOn.reset();
+}
+
+ServerChoice CommLibrary::FirstChoice() const {
+    const CommandLine& line = m_session.Line();
+    if (line.server)
+        return {line.server, SampleLibraryFolder()};
+    if (!line.library.isEmpty())
+        return {{}, line.library};
+    const QSettings settings = UserSettings();
+    const QString library = settings.value(LastLibrary, SampleLibraryFolder()).toString();
+    return {ParseServerAddress(settings.value(LastServer).toString()), library};
+}
+
+void CommLibrary::Remember(const ServerChoice& choice) const {
+    QSettings settings = UserSettings();
+    settings.setValue(LastOperator, m_session.OperatorId());
+    settings.setValue(LastServer, choice.server ? choice.server->Text() : QString());
+    if (!choice.server)
+        settings.setValue(LastLibrary, choice.library);
+}
+
+Greeting CommLibrary::Greet(const ServerChoice& choice) {
+    if (!m_channel.HasTransport() || !(choice == m_choice)) {
+        m_choice = choice;
+        m_network = nullptr;
+        if (choice.server) {
+            auto transport = std::make_unique<NetworkTransport>(*choice.server, m_prompter);
+            m_network = transport.get();
+            m_channel.Use(std::move(transport));
+        } else {
+            m_channel.Use(std::make_unique<EmbeddedTransport>(choice.library, m_makeEndpoints));
+        }
+    }
+    m_greeting = m_channel.Hello();
+    m_encoder = PasswordEncoder(m_greeting.publicKey);
+    if (m_greeting.problem.isEmpty() && !m_encoder.IsUsable())
+        m_greeting.problem = tr("The server has no key to which a password could be sealed.");
+    return m_greeting;
+}
+
+QString CommLibrary::TrySignOn(const ServerChoice& choice, const QString& operatorId, QString& password) {
+    if (!(choice == m_choice) || !m_encoder.IsUsable())
+        Greet(choice);
+    const QString sealed = m_encoder.Encode(password);
+    WipeText(password);
+    if (sealed.isEmpty())
+        return m_greeting.problem;
+    m_session.SetCredentials(operatorId, sealed);
+    if (!m_channel.SignOn(m_session))
+        return m_channel.LastProblem();
+    Remember(choice);
+    return {};
+}
+
+bool CommLibrary::CertificateChanged() const {
+    return m_network && m_network->CertificateChanged();
+}
+
+bool CommLibrary::ForgetCertificate(const ServerAddress& server) {
+    const QString question =
+        tr("Do this only when the administrator of %1 has confirmed that its certificate was changed.\r\n\r\n"
+           "Forget the old certificate?")
+            .arg(server.Text());
+    if (!m_prompter.ShowBox(m_signOn.get(), {question, Box::Icon::Exclamation, Box::Buttons::YesNo}))
+        return false;
+    TrustStore().Forget(server);
+    return true;
+}
+
+QString CommLibrary::SignOnDirectly(const QString& operatorId, QString password) {
+    const QString problem = OpenTrace();
+    return problem.isEmpty() ? TrySignOn(FirstChoice(), operatorId, password) : problem;
+}
+
+bool CommLibrary::PostSignOn() {
+    const SignedOnOperator& signedOn = m_session.Operator();
+    if (signedOn.mustChangePassword)
+        return RunChangePassword(nullptr, tr("Your password has to be changed before you can go on."));
+    if (signedOn.passwordDaysLeft) {
+        const int days = *signedOn.passwordDaysLeft;
+        const QString when = days <= 0   ? tr("Your password expires today.")
+                             : days == 1 ? tr("Your password expires tomorrow.")
+                                         : tr("Your password expires in %1 days.").arg(days);
+        const QString question = when + "\r\n\r\n" + tr("Change it now?");
+        if (m_prompter.ShowBox(nullptr, {question, Box::Icon::Question, Box::Buttons::YesNo}))
+            RunChangePassword(nullptr, {});
+    }
+    return true;
+}
+
+void CommLibrary::ShowLoginInformation(QWidget* parent) {
+    const SignedOnOperator& signedOn = m_session.Operator();
+    const ConnectionInfo connection = m_channel.Describe();
+    LoginInformationDialog dialog({signedOn.id, signedOn.name, m_greeting.libraryName, connection.server,
+                                   connection.connection, signedOn.since},
+                                  parent);
+    m_prompter.RunDialog(dialog);
+}
+
+void CommLibrary::ChangePassword(QWidget* parent) {
+    RunChangePassword(parent, {});
+}
+
+bool CommLibrary::RunChangePassword(QWidget* parent, const QString& reason) {
+    const auto change = [this](const QString& oldPassword, const QString& newPassword) {
+        return m_channel.ChangeOwnPassword(EncodePassword(oldPassword), EncodePassword(newPassword));
+    };
+    ChangePasswordDialog dialog(reason, change, parent);
+    if (!m_prompter.RunDialog(dialog))
+        return false;
+    m_session.PasswordChanged();
+    m_prompter.ShowBox(parent, {tr("Your password has been changed."), Box::Icon::Information});
+    return true;
+}
+
+QString CommLibrary::EncodePassword(const QString& plain) const {
+    return m_encoder.Encode(plain);
+}
+
+} // namespace sysadmin

@@ -1,0 +1,52 @@
+#include "comm/PasswordEncoder.h"
+
+#include <QLineEdit>
+
+#include <sodium.h>
+
+namespace sysadmin {
+
+namespace {
+
+// Through the constant pointer: a writable one would first make a copy and leave the original behind.
+template <typename Text>
+void Overwrite(Text& text) {
+    if (!text.isEmpty())
+        sodium_memzero(const_cast<void*>(static_cast<const void*>(text.constData())),
+                       size_t(text.size()) * sizeof(*text.constData()));
+    text.clear();
+}
+
+} // namespace
+
+PasswordEncoder::PasswordEncoder(const QByteArray& publicKey) {
+    if (sodium_init() >= 0 && publicKey.size() == crypto_box_PUBLICKEYBYTES)
+        m_publicKey = publicKey;
+}
+
+QString PasswordEncoder::Encode(const QString& plain) const {
+    if (!IsUsable())
+        return {};
+    QByteArray text = plain.toUtf8();
+    QByteArray sealed(text.size() + qsizetype(crypto_box_SEALBYTES), Qt::Uninitialized);
+    const auto bytes = [](QByteArray& array) { return reinterpret_cast<unsigned char*>(array.data()); };
+    const int result =
+        crypto_box_seal(bytes(sealed), reinterpret_cast<const unsigned char*>(text.constData()),
+                        size_t(text.size()), reinterpret_cast<const unsigned char*>(m_publicKey.constData()));
+    Overwrite(text);
+    return result == 0 ? QString::fromLatin1(sealed.toBase64()) : QString();
+}
+
+void WipeText(QString& text) {
+    Overwrite(text);
+}
+
+void WipeEdit(QLineEdit& edit) {
+    // The edit's text shares its memory with the copy that it hands out.
+    QString text = edit.text();
+    Overwrite(text);
+    // Setting the text also forgets what could be undone.
+    edit.setText({});
+}
+
+} // namespace sysadmin

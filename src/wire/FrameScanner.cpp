@@ -1,0 +1,123 @@
+#include "wire/Codec.h"
+
+#include <QtEndian>
+
+namespace sysadmin::wire {
+
+namespace {
+
+constexpr int MajorUnsigned = 0;
+constexpr int MajorNegative = 1;
+constexpr int MajorText = 3;
+constexpr int MajorArray = 4;
+
+// What stands in front of every item: its kind and, for a text or an array, its length.
+struct Header {
+    int major = 0;
+    quint64 value = 0;
+    int size = 0; // bytes of the header itself
+};
+
+enum class HeaderResult { Complete, Incomplete, Broken };
+
+HeaderResult ReadHeader(const char* bytes, qint64 available, Header& header) {
+    if (available < 1)
+        return HeaderResult::Incomplete;
+    const auto first = uchar(bytes[0]);
+    header.major = first >> 5;
+    const int info = first & 0x1f;
+    // 28 to 30 mean nothing, 31 is a length that is told only at the end: a limit could not be checked first.
+    if (info > 27)
+        return HeaderResult::Broken;
+    header.size = info < 24 ? 1 : 1 + (1 << (info - 24));
+    if (available < header.size)
+        return HeaderResult::Incomplete;
+    switch (info) {
+    case 24:
+        header.value = uchar(bytes[1]);
+        break;
+    case 25:
+        header.value = qFromBigEndian<quint16>(bytes + 1);
+        break;
+    case 26:
+        header.value = qFromBigEndian<quint32>(bytes + 1);
+        break;
+    case 27:
+        header.value = qFromBigEndian<quint64>(bytes + 1);
+        break;
+    default:
+        header.value = quint64(info);
+    }
+    return HeaderResult::Complete;
+}
+
+bool IsArrayOf(const Header& header, quint64 count) {
+    return header.major == MajorArray && header.value == count;
+}
+
+bool IsText(const Header& header, qint64 limit) {
+    return header.major == MajorText && header.value <= quint64(limit);
+}
+
+} // namespace
+
+FrameScanner::Result FrameScanner::Scan(const QByteArray& bytes) {
+    while (m_item != Items || m_fieldsLeft > 0) {
+        Header header;
+        const qint64 available = bytes.size() - m_position;
+        switch (ReadHeader(bytes.constData() + qMin<qint64>(m_position, bytes.size()), available, header)) {
+        case HeaderResult::Broken:
+            return Result::Broken;
+        case HeaderResult::Incomplete:
+            return m_position < m_limits.message ? Result::Incomplete : Result::Broken;
+        case HeaderResult::Complete:
+            break;
+        }
+        qint64 content = 0;
+        switch (m_item) {
+        case 0:
+            if (!IsArrayOf(header, 3))
+                return Result::Broken;
+            ++m_item;
+            break;
+        case 1:
+            if (header.major != MajorUnsigned)
+                return Result::Broken;
+            ++m_item;
+            break;
+        case 2:
+            // A request has its name here, a reply its status.
+            if (IsText(header, m_limits.name))
+                content = qint64(header.value);
+            else if (header.major != MajorUnsigned && header.major != MajorNegative)
+                return Result::Broken;
+            ++m_item;
+            break;
+        case 3:
+            if (header.major != MajorArray || header.value % 2 != 0 ||
+                header.value / 2 > quint64(m_limits.fields))
+                return Result::Broken;
+            m_fieldsLeft = qint64(header.value);
+            ++m_item;
+            break;
+        default:
+            if (!IsText(header, m_fieldsLeft % 2 == 0 ? m_limits.tag : m_limits.value))
+                return Result::Broken;
+            content = qint64(header.value);
+            --m_fieldsLeft;
+        }
+        m_position += header.size + content;
+        // Each text to come takes one byte at least.
+        if (m_position + m_fieldsLeft > m_limits.message)
+            return Result::Broken;
+    }
+    return bytes.size() < m_position ? Result::Incomplete : Result::Complete;
+}
+
+void FrameScanner::Reset() {
+    m_position = 0;
+    m_item = 0;
+    m_fieldsLeft = 0;
+}
+
+} // namespace sysadmin::wire

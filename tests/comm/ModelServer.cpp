@@ -1,0 +1,125 @@
+#include "comm/ModelServer.h"
+
+#include "wire/Codec.h"
+
+#include <sodium.h>
+
+namespace sysadmin {
+
+namespace {
+
+class ModelEndpoint : public wire::Endpoint {
+public:
+    explicit ModelEndpoint(ModelServer& server)
+        : m_server(server) {}
+
+    std::optional<QByteArray> Handle(const QByteArray& message) override {
+        const std::optional<wire::Request> request = wire::DecodeRequest(message);
+        const std::optional<wire::Reply> reply =
+            request ? m_server.Handle(m_connection, *request) : std::nullopt;
+        return reply ? std::optional(wire::Encode(*reply)) : std::nullopt;
+    }
+    qint64 MessageLimit() const override { return wire::Limits().message; }
+
+private:
+    ModelServer& m_server;
+    ModelServer::Connection m_connection;
+};
+
+} // namespace
+
+ModelServer::ModelServer() {
+    if (sodium_init() < 0)
+        qFatal("libsodium does not start");
+    m_publicKey.resize(crypto_box_PUBLICKEYBYTES);
+    m_secretKey.resize(crypto_box_SECRETKEYBYTES);
+    crypto_box_keypair(reinterpret_cast<unsigned char*>(m_publicKey.data()),
+                       reinterpret_cast<unsigned char*>(m_secretKey.data()));
+}
+
+QString ModelServer::Open(const QString& sealed) const {
+    const QByteArray bytes = QByteArray::fromBase64(sealed.toLatin1());
+    if (bytes.size() < qsizetype(crypto_box_SEALBYTES))
+        return "(not sealed)";
+    QByteArray plain(bytes.size() - qsizetype(crypto_box_SEALBYTES), Qt::Uninitialized);
+    const int result =
+        crypto_box_seal_open(reinterpret_cast<unsigned char*>(plain.data()),
+                             reinterpret_cast<const unsigned char*>(bytes.constData()), size_t(bytes.size()),
+                             reinterpret_cast<const unsigned char*>(m_publicKey.constData()),
+                             reinterpret_cast<const unsigned char*>(m_secretKey.constData()));
+    return result == 0 ? QString::fromUtf8(plain) : QString("(not for this server)");
+}
+
+wire::EndpointFactory ModelServer::Endpoints() {
+    return [this](const QString&) { return std::make_unique<ModelEndpoint>(*this); };
+}
+
+std::optional<wire::Reply> ModelServer::Handle(Connection& connection, const wire::Request& request) {
+    const QMutexLocker locker(&m_mutex);
+    m_received.append(QString::number(request.number) + " " + request.name);
+    if (request.number == 0)
+        return HandleOutsideSession(connection, request);
+    const auto session = m_sessions.find(connection.token);
+    if (session == m_sessions.end())
+        return {};
+    if (request.number == session->number)
+        return session->reply;
+    if (request.number != session->number + 1)
+        return {};
+    wire::Reply reply{request.number, 6, {}};
+    if (request.name == "Add") {
+        m_added.append(wire::FirstValue(request.fields, "V"));
+        reply = {request.number, 0, {{"Count", QString::number(m_added.size())}}};
+    } else if (request.name == "Get") {
+        reply = {request.number, 0, request.fields};
+    }
+    *session = {request.number, reply};
+    return reply;
+}
+
+wire::Reply ModelServer::HandleOutsideSession(Connection& connection, const wire::Request& request) {
+    const auto value = [&](const char* tag) { return wire::FirstValue(request.fields, tag); };
+    if (request.name == "Hello") {
+        const wire::Fields key{{"PK", QString::fromLatin1(m_publicKey.toBase64())}};
+        return {0, 0, key + m_hello};
+    }
+    if (request.name == "SignOn" && value("OI").toUpper() == "OPER" && Open(value("PW")) == m_password) {
+        connection.token = QString("token%1").arg(m_sessions.size() + 1);
+        m_sessions.insert(connection.token, {});
+        return {0, 0,
+                wire::Fields{{"SID", connection.token}, {"OI", "OPER"}, {"ONM", "O. Perator"}} + m_signOn};
+    }
+    if (request.name == "Resume" && m_sessions.contains(value("SID"))) {
+        connection.token = value("SID");
+        return {0, 0, {}};
+    }
+    if (request.name == "ChgOwnPwd" && m_sessions.contains(connection.token)) {
+        if (Open(value("OPW")) != m_password)
+            return {0, 11, {}};
+        if (m_changeStatus == 0)
+            m_password = Open(value("PW"));
+        return {0, m_changeStatus, {}};
+    }
+    if (request.name == "SignOff") {
+        m_sessions.remove(connection.token);
+        return {0, 0, {}};
+    }
+    return {0, 11, {}};
+}
+
+QStringList ModelServer::Added() const {
+    const QMutexLocker locker(&m_mutex);
+    return m_added;
+}
+
+QStringList ModelServer::Received() const {
+    const QMutexLocker locker(&m_mutex);
+    return m_received;
+}
+
+void ModelServer::ForgetSessions() {
+    const QMutexLocker locker(&m_mutex);
+    m_sessions.clear();
+}
+
+} // namespace sysadmin

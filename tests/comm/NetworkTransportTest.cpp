@@ -1,0 +1,296 @@
+#include "comm/NetworkTransport.h"
+#include "comm/PasswordEncoder.h"
+#include "comm/SessionData.h"
+#include "comm/TlsPeer.h"
+#include "comm/WireChannel.h"
+#include "support/ScriptedPrompter.h"
+
+#include <QElapsedTimer>
+#include <QGuiApplication>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTcpServer>
+#include <QTest>
+#include <QWidget>
+
+#include <gtest/gtest.h>
+
+using namespace std::chrono_literals;
+
+namespace sysadmin {
+namespace {
+
+const QByteArray Hello = wire::Encode(wire::Request{0, "Hello", {}});
+
+QString TrustQuestion(const ServerAddress& server, const SelfMadeCertificate& certificate) {
+    return QString("This is the first connection to %1.\r\n\r\nThe server proves who it is with a "
+                   "certificate of its "
+                   "own making. Its fingerprint (SHA-256) is\r\n\r\n%2\r\n\r\nThe server's administrator can "
+                   "tell "
+                   "whether that is right.\r\n\r\nDo you trust this server, now and in future?")
+        .arg(server.Text(), FingerprintText(certificate.Fingerprint()));
+}
+
+class NetworkTransportTest : public ::testing::Test {
+protected:
+    void SetUp() override { TrustStore().Keep(peer.Address(), certificate.Fingerprint()); }
+    void TearDown() override { TrustStore().Forget(peer.Address()); }
+
+    // A channel over a new transport, signed on as OPER.
+    std::unique_ptr<WireChannel> SignedOnChannel() {
+        auto channel = std::make_unique<WireChannel>();
+        channel->Use(std::make_unique<NetworkTransport>(peer.Address(), prompter));
+        SessionData session;
+        session.SetCredentials("OPER", PasswordEncoder(channel->Hello().publicKey).Encode("secret"));
+        EXPECT_TRUE(channel->SignOn(session)) << channel->LastProblem().toStdString();
+        return channel;
+    }
+
+    static qint16 Add(WireChannel& channel, const QString& value) {
+        channel.PutField("V", value);
+        return channel.SendRequest("Add");
+    }
+
+    // Lets the next request of this name go wrong.
+    void FailOnce(const QString& name, TlsPeer::Fault fault) {
+        peer.SetFaults([name, fault, done = false](const wire::Request& request, int) mutable {
+            if (done || request.name != name)
+                return TlsPeer::Fault();
+            done = true;
+            return fault;
+        });
+    }
+
+    ModelServer server;
+    SelfMadeCertificate certificate = MakeCertificate();
+    TlsPeer peer{server, certificate};
+    ScriptedPrompter prompter;
+};
+
+TEST_F(NetworkTransportTest, AnUnknownCertificateIsShownOnceAndKeptWhenTrusted) {
+    TrustStore().Forget(peer.Address());
+    NetworkTransport transport(peer.Address(), prompter);
+    prompter.ExpectBox(TrustQuestion(peer.Address(), certificate), false, Box::Icon::Question);
+    EXPECT_TRUE(transport.Open().contains("was not trusted"));
+    EXPECT_EQ(int(transport.LastFailure()), int(TransportFailure::Refused));
+    EXPECT_FALSE(transport.IsOpen());
+    EXPECT_TRUE(TrustStore().Fingerprint(peer.Address()).isEmpty());
+
+    prompter.ExpectBox(TrustQuestion(peer.Address(), certificate), true);
+    EXPECT_EQ(transport.Open(), QString());
+    EXPECT_TRUE(transport.Exchange(Hello, 5s));
+    EXPECT_EQ(TrustStore().Fingerprint(peer.Address()), certificate.Fingerprint());
+    const ConnectionInfo info = transport.Describe();
+    EXPECT_EQ(info.server, peer.Address().Text());
+    EXPECT_TRUE(info.connection.startsWith("TLS 1.3, TLS_AES_") &&
+                info.connection.contains(FingerprintText(certificate.Fingerprint())))
+        << info.connection.toStdString();
+
+    NetworkTransport next(peer.Address(), prompter);
+    EXPECT_EQ(next.Open(), QString()) << "not asked again";
+    ServerAddress otherPort = peer.Address();
+    ++otherPort.port;
+    EXPECT_TRUE(TrustStore().Fingerprint(otherPort).isEmpty());
+}
+
+TEST_F(NetworkTransportTest, AChangedCertificateIsRefusedBeforeAnythingIsSent) {
+    const SelfMadeCertificate other = MakeCertificate();
+    TrustStore().Keep(peer.Address(), other.Fingerprint());
+    NetworkTransport transport(peer.Address(), prompter);
+    const QString problem = transport.Open();
+    EXPECT_TRUE(problem.contains("another certificate than before")) << problem.toStdString();
+    EXPECT_TRUE(problem.contains(FingerprintText(certificate.Fingerprint())));
+    EXPECT_TRUE(transport.CertificateChanged());
+    EXPECT_FALSE(transport.IsOpen());
+    EXPECT_FALSE(transport.Exchange(Hello, 1s));
+    EXPECT_TRUE(server.Received().isEmpty());
+    EXPECT_EQ(TrustStore().Fingerprint(peer.Address()), other.Fingerprint());
+}
+
+TEST_F(NetworkTransportTest, SaysWhyThereIsNoConnection) {
+    peer.Stop();
+    NetworkTransport none(peer.Address(), prompter);
+    EXPECT_EQ(none.Open(), "No settings server is running at " + peer.Address().Text() + ".");
+    EXPECT_EQ(int(none.LastFailure()), int(TransportFailure::Unreachable));
+    NetworkTransport unknown({"no-such-host.invalid", 7443}, prompter);
+    EXPECT_TRUE(unknown.Open().contains("no-such-host.invalid"));
+
+    QTcpServer mute;
+    ASSERT_TRUE(mute.listen(QHostAddress::LocalHost));
+    NetworkTransport silent({"127.0.0.1", mute.serverPort()}, prompter);
+    silent.SetOpenTimeLimit(200ms);
+    EXPECT_TRUE(silent.Open().contains("did not answer within 1 second"));
+    QObject::connect(&mute, &QTcpServer::newConnection, &mute, [&mute] {
+        while (QTcpSocket* socket = mute.nextPendingConnection())
+            socket->write("220 mail.example.org ESMTP\r\n");
+    });
+    silent.SetOpenTimeLimit(5s);
+    EXPECT_TRUE(silent.Open().contains("is not a settings server"));
+}
+
+TEST_F(NetworkTransportTest, ACutConnectionIsResumedAndTheAddIsThereOnce) {
+    const std::unique_ptr<WireChannel> channel = SignedOnChannel();
+    FailOnce("Add", {TlsPeer::Fault::CutBefore});
+    EXPECT_EQ(Add(*channel, "before"), 0);
+    FailOnce("Add", {TlsPeer::Fault::CutAfter});
+    EXPECT_EQ(Add(*channel, "after"), 0);
+    EXPECT_EQ(server.Added(), (QStringList{"before", "after"}));
+    EXPECT_EQ(peer.Connections(), 3);
+    EXPECT_EQ(server.Received().mid(2), (QStringList{"0 Resume", "1 Add", "2 Add", "0 Resume", "2 Add"}));
+}
+
+TEST_F(NetworkTransportTest, AServerThatIsStartedAgainIsWaitedFor) {
+    const std::unique_ptr<WireChannel> channel = SignedOnChannel();
+    peer.Stop();
+    const std::unique_ptr<QThread> restart(QThread::create([this] {
+        QThread::msleep(700);
+        peer.Start();
+    }));
+    restart->start();
+    EXPECT_EQ(Add(*channel, "patient"), 0) << channel->LastProblem().toStdString();
+    restart->wait();
+    peer.Stop();
+    channel->SetReconnectLimit(100ms);
+    EXPECT_EQ(Add(*channel, "impatient"), 1);
+    EXPECT_TRUE(channel->LastProblem().contains("No settings server"));
+    peer.Start();
+    EXPECT_EQ(Add(*channel, "again"), 0);
+    EXPECT_EQ(server.Added(), (QStringList{"patient", "again"}));
+}
+
+TEST_F(NetworkTransportTest, TheTimeLimitHoldsAndTheSessionGoesOn) {
+    const std::unique_ptr<WireChannel> channel = SignedOnChannel();
+    channel->SetTimeLimit(300ms);
+    FailOnce("Add", {TlsPeer::Fault::Silence});
+    QElapsedTimer timer;
+    timer.start();
+    EXPECT_EQ(Add(*channel, "slow"), 1);
+    EXPECT_TRUE(timer.elapsed() >= 290 && timer.elapsed() < 2000) << timer.elapsed();
+    EXPECT_TRUE(channel->LastProblem().contains("in time"));
+    channel->SetTimeLimit(10s);
+    EXPECT_EQ(Add(*channel, "slow"), 0);
+    EXPECT_EQ(channel->GetField("Count"), "1");
+    EXPECT_EQ(server.Added(), QStringList{"slow"});
+}
+
+TEST_F(NetworkTransportTest, HostileRepliesEndTheConnection) {
+    const std::unique_ptr<WireChannel> channel = SignedOnChannel();
+    const QByteArray hostile[] = {
+        "HTTP/1.1 200 OK\r\n\r\n",
+        QByteArray::fromHex("830300817bffffffffffffffff"),
+        QByteArray::fromHex("8301009bffffffffffffffff"),
+        QByteArray(200000, '\0'),
+        wire::Encode(wire::Reply{999999, 0, {}}),
+    };
+    for (const QByteArray& bytes : hostile) {
+        FailOnce("Get", {TlsPeer::Fault::Send, bytes});
+        EXPECT_EQ(channel->SendRequest("Get"), 1);
+        EXPECT_FALSE(channel->LastProblem().isEmpty());
+        EXPECT_EQ(channel->SendRequest("Get"), 0) << "a well-behaved server is taken back";
+    }
+    FailOnce("Get", {TlsPeer::Fault::Append, wire::Encode(wire::Reply{2, 0, {}})});
+    // What comes unasked is nobody's answer, whether it comes with the reply or after it.
+    const int statusWithIt = channel->SendRequest("Get");
+    QTest::qWait(50);
+    EXPECT_EQ(statusWithIt + Add(*channel, "x"), 1);
+
+    // Before sign-on 64 KiB are enough.
+    NetworkTransport transport(peer.Address(), prompter);
+    ASSERT_EQ(transport.Open(), QString());
+    FailOnce("Hello",
+             {TlsPeer::Fault::Send, wire::Encode(wire::Reply{0, 0, {{"SWT", QString(66000, 'x')}}})});
+    EXPECT_FALSE(transport.Exchange(Hello, 5s));
+    EXPECT_EQ(int(transport.LastFailure()), int(TransportFailure::Broken));
+}
+
+TEST_F(NetworkTransportTest, RepliesInCrumbsAndLargeOnesArriveWhole) {
+    const std::unique_ptr<WireChannel> channel = SignedOnChannel();
+    FailOnce("Get", {.kind = TlsPeer::Fault::None, .piece = 1});
+    channel->PutField("A", "crumbs");
+    EXPECT_EQ(channel->SendRequest("Get"), 0);
+    EXPECT_EQ(channel->GetField("A"), "crumbs");
+
+    // More than any buffer between the two, both ways.
+    const QString big(1024 * 1024, 'b');
+    for (int i = 0; i < 20; ++i)
+        channel->PutField("B", big);
+    EXPECT_EQ(channel->SendRequest("Get"), 0) << channel->LastProblem().toStdString();
+    ASSERT_EQ(channel->ReplyFields().size(), 20);
+    EXPECT_EQ(channel->ReplyFields().last().value, big);
+}
+
+// Counts what reaches it.
+class WatchedWidget : public QWidget {
+public:
+    int paints = 0;
+    int clicks = 0;
+
+protected:
+    void paintEvent(QPaintEvent*) override { ++paints; }
+    void mousePressEvent(QMouseEvent*) override { ++clicks; }
+};
+
+TEST_F(NetworkTransportTest, AWindowPaintsDuringALongWaitWhichIsTold) {
+    const std::unique_ptr<WireChannel> channel = SignedOnChannel();
+    WatchedWidget window;
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+    const int paintsBefore = window.paints;
+    QStringList told;
+    channel->SetWaitObserver([&](const QString& request, bool waiting) {
+        told.append(request + (waiting ? " begins" : " ends"));
+        EXPECT_EQ(QGuiApplication::overrideCursor() != nullptr, waiting);
+        window.update();
+    });
+    FailOnce("Get", {.kind = TlsPeer::Fault::None, .delay = 150});
+    EXPECT_EQ(channel->SendRequest("Get"), 0);
+    EXPECT_EQ(told, QStringList()) << "a short wait is no news";
+    FailOnce("Get", {.kind = TlsPeer::Fault::None, .delay = 600});
+    EXPECT_EQ(channel->SendRequest("Get"), 0);
+    EXPECT_EQ(told, (QStringList{"Get begins", "Get ends"}));
+    EXPECT_GT(window.paints, paintsBefore);
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+}
+
+// Only a real window system queues input: the test runs itself on a virtual one.
+TEST_F(NetworkTransportTest, ClicksOfALongWaitAreDroppedAndThoseOfAShortOneKept) {
+    if (QGuiApplication::platformName() != "xcb") {
+        const QString virtualScreen = QStandardPaths::findExecutable("xvfb-run");
+        if (virtualScreen.isEmpty() || QStandardPaths::findExecutable("xdotool").isEmpty())
+            GTEST_SKIP() << "needs xvfb-run and xdotool";
+        const auto* self = ::testing::UnitTest::GetInstance()->current_test_info();
+        QProcess process;
+        process.setProcessChannelMode(QProcess::ForwardedChannels);
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("QT_QPA_PLATFORM", "xcb");
+        process.setProcessEnvironment(environment);
+        process.start(virtualScreen,
+                      {"-a", QCoreApplication::applicationFilePath(),
+                       QString("--gtest_filter=%1.%2").arg(self->test_suite_name(), self->name())});
+        ASSERT_TRUE(process.waitForFinished(60000));
+        EXPECT_EQ(process.exitCode(), 0);
+        return;
+    }
+    const std::unique_ptr<WireChannel> channel = SignedOnChannel();
+    WatchedWidget window;
+    window.setGeometry(0, 0, 300, 300);
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+    const auto clicksDuringGet = [&](int milliseconds) {
+        window.clicks = 0;
+        QProcess mouse;
+        mouse.start("xdotool", {"mousemove", "150", "150", "click", "--repeat", "3", "--delay", "20", "1"});
+        FailOnce("Get", {.kind = TlsPeer::Fault::None, .delay = milliseconds});
+        EXPECT_EQ(channel->SendRequest("Get"), 0);
+        EXPECT_EQ(window.clicks, 0) << "no input while a request is in flight";
+        EXPECT_TRUE(QTest::qWaitFor([&] { return mouse.state() == QProcess::NotRunning; }));
+        EXPECT_EQ(mouse.exitCode(), 0) << mouse.readAllStandardError().toStdString();
+        QTest::qWait(50);
+        return window.clicks;
+    };
+    EXPECT_EQ(clicksDuringGet(1000), 0);
+    EXPECT_EQ(clicksDuringGet(250), 3);
+}
+
+} // namespace
+} // namespace sysadmin
