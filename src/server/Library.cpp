@@ -1,0 +1,159 @@
+#include "server/Library.h"
+
+#include "server/OperatorPasswords.h"
+#include "server/SampleWriter.h"
+#include "server/store/Database.h"
+#include "server/subjects/Registrations.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace sysadmin::server {
+
+namespace {
+
+/// Why the directory cannot hold the library; empty when it can. Makes the directory when it is missing.
+QString PrepareDirectory(const LibraryOptions& options) {
+    const QFileInfo file(options.address.file);
+    const QString directory = QDir::toNativeSeparators(file.absolutePath());
+    if (!file.exists() && options.whenMissing == LibraryOptions::WhenMissing::Refuse)
+        return "There is no library in " + directory + '.';
+    const QFileInfo folder(file.absolutePath());
+    if (!folder.exists()) {
+        if (!QDir().mkpath(folder.absoluteFilePath()))
+            return "The directory " + directory + " cannot be made.";
+        QFile::setPermissions(folder.absoluteFilePath(),
+                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    } else if (!folder.isDir()) {
+        return directory + " is not a directory.";
+    }
+    if (!folder.isWritable() || (file.exists() && !file.isWritable()))
+        return "The library in " + directory + " cannot be written to.";
+    return {};
+}
+
+/// Why the data in the file cannot be used; empty when it looks sound.
+QString CheckFile(Database& database, const StoreAddress& address) {
+    constexpr qint64 QuickToCheck = 32 * 1024 * 1024;
+    if (address.engine != StoreAddress::Engine::Sqlite || QFileInfo(address.file).size() > QuickToCheck)
+        return {};
+    const QString result = database.FirstValue("PRAGMA quick_check(1)").toString();
+    return result == "ok" ? QString() : result.section('\n', 0, 0);
+}
+
+} // namespace
+
+Library::Library(const LibraryOptions& options)
+    : m_options(options)
+    , m_registry(options.registry ? options.registry : MakeRegistry()) {}
+
+std::unique_ptr<Database> Library::Connect() const {
+    return std::make_unique<Database>(m_options.address);
+}
+
+std::shared_ptr<const Library> Library::Open(const LibraryOptions& options, QString* error) {
+    const QString place = options.address.Describe();
+    if (!PrepareCryptography()) {
+        *error = "The cryptography library cannot be used.";
+        return nullptr;
+    }
+    if (options.address.engine == StoreAddress::Engine::Sqlite) {
+        *error = PrepareDirectory(options);
+        if (!error->isEmpty())
+            return nullptr;
+    }
+    const std::shared_ptr<Library> library(new Library(options));
+    try {
+        const auto database = library->Connect();
+        if (const QString damage = CheckFile(*database, options.address); !damage.isEmpty()) {
+            *error = "The library " + place + " is damaged: " + damage;
+            return nullptr;
+        }
+        if (options.whenMissing == LibraryOptions::WhenMissing::Refuse &&
+            !database->HasTable("library_settings")) {
+            *error = "There is no library in " + place + '.';
+            return nullptr;
+        }
+        if (const QString refusal = BringToSchema(*database, library->m_registry->GetSchema());
+            !refusal.isEmpty()) {
+            *error = "The library " + place + " cannot be opened. " + refusal;
+            return nullptr;
+        }
+        library->Fill(*database);
+    } catch (const StoreError& failure) {
+        const bool damaged =
+            failure.Text().contains("not a database") || failure.Text().contains("malformed");
+        *error =
+            "The library " + place + (damaged ? " is damaged: " : " cannot be opened: ") + failure.Text();
+        return nullptr;
+    }
+    return library;
+}
+
+void Library::Fill(Database& database) {
+    // Whether the library is complete is looked up first without holding others up.
+    const QString made = ReadSetting(database, "made_at");
+    const bool sample = made.isEmpty() ? m_options.whenMissing == LibraryOptions::WhenMissing::MakeSample
+                                       : ReadSetting(database, "sample") == "Y";
+    const qint64 parts = database.FirstValue("SELECT COUNT(*) FROM sample_parts").toLongLong();
+    if (made.isEmpty() || (sample && parts < m_registry->SampleParts().size())) {
+        RunInTransaction(database, [&] {
+            m_firstPassword.clear();
+            if (ReadSetting(database, "made_at").isEmpty()) {
+                const SealingKeys keys = SealingKeys::Make();
+                WriteSetting(database, "made_at", StoredTime(Now()));
+                WriteSetting(database, "library_name", sample ? "Sample Library" : "Library");
+                WriteSetting(database, "sample", sample ? "Y" : "N");
+                WriteSetting(database, "sealing_public_key", QString::fromLatin1(keys.publicKey.toBase64()));
+                WriteSetting(database, "sealing_secret_key", QString::fromLatin1(keys.secretKey.toBase64()));
+                WriteSetting(database, "dummy_hash",
+                             HashPassword(Secret::FromText(RandomPassword()), m_options.hashCost));
+                Records(database, m_registry->GetTables()).Insert("security_options", {{"only_one", "Y"}});
+                if (!sample)
+                    MakeFirstAdministrator(database);
+            }
+            if (ReadSetting(database, "sample") == "Y")
+                FillSample(database);
+        });
+    }
+    m_sample = ReadSetting(database, "sample") == "Y";
+    m_dummyHash = ReadSetting(database, "dummy_hash");
+    m_keys.publicKey = QByteArray::fromBase64(ReadSetting(database, "sealing_public_key").toLatin1());
+    m_keys.secretKey = QByteArray::fromBase64(ReadSetting(database, "sealing_secret_key").toLatin1());
+}
+
+void Library::MakeFirstAdministrator(Database& database) {
+    Records records(database, m_registry->GetTables());
+    m_firstPassword = RandomPassword();
+    const QString today = Now().date().toString(Qt::ISODate);
+    const qint64 administrator = records.Insert("operators", {{"operator_id", "SYSADMIN"},
+                                                              {"last_name", "Administrator"},
+                                                              {"first_name", "System"},
+                                                              {"created_on", today},
+                                                              {"modified_on", today},
+                                                              {"modified_by", "SYSADMIN"}});
+    SetPassword(records, *this, administrator, Secret::FromText(m_firstPassword));
+    records.Update("operators", administrator, {{"expired", "Y"}});
+    Row profile{{"name", "System administrators"}};
+    for (const MasterRight& right : MasterRights())
+        profile.insert(right.column, right.tag == "CluViewOnly" ? "N" : "Y");
+    const qint64 id = records.Insert("master_profiles", profile);
+    records.Insert("master_profile_operators", {{"profile_id", id}, {"operator_row", administrator}});
+}
+
+void Library::FillSample(Database& database) {
+    SampleWriter writer(*this, database);
+    const auto filled = database.FirstColumn("SELECT name FROM sample_parts");
+    for (const SamplePart& part : m_registry->SampleParts()) {
+        if (filled.contains(QVariant(part.name)))
+            continue;
+        part.fill(writer);
+        database.Run("INSERT INTO sample_parts (name) VALUES (?)", {part.name});
+    }
+}
+
+bool HasSamplePassword(Database& database) {
+    return database.FirstRow("SELECT 1 FROM operators WHERE sample_password='Y'").has_value();
+}
+
+} // namespace sysadmin::server

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "server/Passwords.h"
+#include "server/Registry.h"
+#include "server/store/StoreAddress.h"
+
+#include <QDateTime>
+#include <QSemaphore>
+
+#include <functional>
+#include <memory>
+
+namespace sysadmin::server {
+
+/// How a library is opened.
+struct LibraryOptions {
+    enum class WhenMissing {
+        Refuse,
+        MakeEmpty,  ///< with one administrator, whose password is made up
+        MakeSample, ///< with the sample data
+    };
+
+    StoreAddress address;
+    WhenMissing whenMissing = WhenMissing::Refuse;
+    HashCost hashCost = {};
+    /// The server's clock; tests set their own.
+    std::function<QDateTime()> now = [] { return QDateTime::currentDateTimeUtc(); };
+    /// What the server stores and answers; all of it unless a test says otherwise.
+    std::shared_ptr<const Registry> registry = {};
+};
+
+/// An open library: what all connections to it share. Does not change once it is open, so that connections of
+/// several threads may use it.
+class Library {
+public:
+    /// Opens a library, brings its data to this version, and makes it when it is missing and that is wanted.
+    /// Null, with one clear line, when that cannot be.
+    static std::shared_ptr<const Library> Open(const LibraryOptions& options, QString* error);
+
+    /// A connection to its database, for the thread that asks. Throws `StoreError`.
+    std::unique_ptr<Database> Connect() const;
+
+    const Registry& GetRegistry() const { return *m_registry; }
+    const SealingKeys& GetSealingKeys() const { return m_keys; }
+    const HashCost& GetHashCost() const { return m_options.hashCost; }
+    /// A hash that no password fits, for sign-on attempts of operators that do not exist.
+    const QString& DummyHash() const { return m_dummyHash; }
+    const StoreAddress& GetAddress() const { return m_options.address; }
+    QDateTime Now() const { return m_options.now().toUTC(); }
+    bool IsSample() const { return m_sample; }
+    /// The password of the administrator of a library that was made just now; empty otherwise.
+    const QString& FirstPassword() const { return m_firstPassword; }
+    /// Keeps the memory that hashing takes within bounds when many sign on at once.
+    QSemaphore& HashingSlots() const { return m_hashingSlots; }
+
+private:
+    explicit Library(const LibraryOptions& options);
+    void Fill(Database& database);
+    void MakeFirstAdministrator(Database& database);
+    void FillSample(Database& database);
+
+    LibraryOptions m_options;
+    std::shared_ptr<const Registry> m_registry;
+    SealingKeys m_keys;
+    QString m_dummyHash;
+    QString m_firstPassword;
+    bool m_sample = false;
+    mutable QSemaphore m_hashingSlots{4};
+};
+
+/// Whether one of the published passwords of the sample library still opens it. Throws `StoreError`.
+bool HasSamplePassword(Database& database);
+
+} // namespace sysadmin::server

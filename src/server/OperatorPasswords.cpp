@@ -1,0 +1,93 @@
+#include "server/OperatorPasswords.h"
+
+#include "server/Library.h"
+#include "server/store/Database.h"
+
+#include <sodium.h>
+
+namespace sysadmin::server {
+
+namespace {
+
+/// As many as the security options let anybody ask for.
+constexpr int KeptPasswords = 24;
+
+bool IsSamplePassword(const QString& operatorId, const Secret& password) {
+    for (const SampleOperator& sample : SampleOperators())
+        if (Fold(sample.id) == Fold(operatorId) &&
+            QByteArrayView(password.Data(), password.Size()) == sample.password.toUtf8())
+            return true;
+    return false;
+}
+
+bool FollowsRules(const Secret& password, const wire::PasswordRules& rules, const wire::PasswordOwner& owner) {
+    QString text = QString::fromUtf8(password.Data(), password.Size());
+    const bool follows = wire::FindPasswordFaults(rules, text, owner).isEmpty();
+    sodium_memzero(text.data(), size_t(text.size()) * sizeof(QChar));
+    return follows;
+}
+
+} // namespace
+
+const QList<SampleOperator>& SampleOperators() {
+    static const QList<SampleOperator> operators{
+        {"SYSADMIN", "sample-admin-1"},
+        {"VIEWER", "sample-viewer-1"},
+        {"CIRC", "sample-circ-1"},
+        {"GUEST", "sample-guest-1"},
+    };
+    return operators;
+}
+
+qint16 CheckNewPassword(const Records& records, const Library& library, qint64 operatorRow,
+                        const Secret& password, const SecurityRules& rules) {
+    if (password.Size() == 0)
+        return status::ColumnError;
+    const auto row = records.Find("operators", operatorRow);
+    if (!row)
+        return status::NotFound;
+    const QDateTime changed = TimeFromStore(row->value("password_changed_at").toString());
+    // An expired password has to be changed however young it is.
+    const bool expired = row->value("expired").toString() == "Y";
+    if (rules.leastAge > 0 && !expired && changed.isValid() && changed.secsTo(library.Now()) < rules.leastAge)
+        return status::MinimumPasswordAge;
+    QVariantList hashes;
+    if (rules.previousPasswords > 0) {
+        hashes << row->value("password_hash");
+        hashes += records.GetDatabase().FirstColumn(
+            "SELECT password_hash FROM password_history WHERE operator_row=? ORDER BY id DESC LIMIT " +
+                QString::number(rules.previousPasswords - 1),
+            {operatorRow});
+    }
+    for (const QVariant& hash : hashes)
+        if (!hash.toString().isEmpty() && VerifyPassword(hash.toString(), password))
+            return status::RepeatedPassword;
+    const wire::PasswordOwner owner{row->value("operator_id").toString(), row->value("last_name").toString(),
+                                    row->value("first_name").toString()};
+    return FollowsRules(password, ReadPasswordRules(records.GetDatabase()), owner) ? status::Ok
+                                                                                   : status::WeakPassword;
+}
+
+void SetPassword(Records& records, const Library& library, qint64 operatorRow, const Secret& password) {
+    const auto row = records.Find("operators", operatorRow);
+    if (!row)
+        return;
+    Database& database = records.GetDatabase();
+    if (const QString hash = row->value("password_hash").toString(); !hash.isEmpty()) {
+        database.Run(
+            "INSERT INTO password_history (operator_row, password_hash, replaced_at) VALUES (?, ?, ?)",
+            {operatorRow, hash, StoredTime(library.Now())});
+        database.Run("DELETE FROM password_history WHERE operator_row=? AND id NOT IN (SELECT id FROM "
+                     "password_history WHERE operator_row=? ORDER BY id DESC LIMIT " +
+                         QString::number(KeptPasswords) + ')',
+                     {operatorRow, operatorRow});
+    }
+    records.Update(
+        "operators", operatorRow,
+        {{"password_hash", HashPassword(password, library.GetHashCost())},
+         {"password_changed_at", StoredTime(library.Now())},
+         {"expired", "N"},
+         {"sample_password", IsSamplePassword(row->value("operator_id").toString(), password) ? "Y" : "N"}});
+}
+
+} // namespace sysadmin::server

@@ -1,0 +1,110 @@
+#include "server/Registry.h"
+
+#include "server/SubjectRequests.h"
+
+namespace sysadmin::server {
+
+Registry::Registry() {
+    AddTable(HistoryTable());
+    AddTable({.name = "usage",
+              .columns = {{.name = "table_name"},
+                          {.name = "kind"},
+                          {.name = "record_id", .type = ColumnType::Whole},
+                          {.name = "used", .type = ColumnType::Whole}},
+              .uniqueSets = {{"table_name", "kind", "record_id"}},
+              .indexed = {"record_id"}});
+    AddTable({.name = "sample_parts", .columns = {{.name = "name"}}, .uniqueSets = {{"name"}}});
+}
+
+void Registry::AddTable(const Table& table) {
+    auto known = m_tables.find(table.name);
+    if (known == m_tables.end()) {
+        known = m_tables.insert(table.name, {.name = table.name, .columns = {}});
+        m_tableOrder << table.name;
+    }
+    for (const Column& column : table.columns) {
+        const Column* present = known->Find(column.name);
+        if (!present)
+            known->columns << column;
+        else if (present->type != column.type)
+            qFatal("The column %s.%s is declared with two types.", qPrintable(table.name),
+                   qPrintable(column.name));
+    }
+    for (const UniqueText& unique : table.uniqueTexts)
+        if (!known->IsUniqueText(unique.column))
+            known->uniqueTexts << unique;
+    known->uniqueSets << table.uniqueSets;
+    known->indexed << table.indexed;
+}
+
+void Registry::AddSubject(Subject declared) {
+    m_subjects.push_back(std::move(declared));
+    const Subject& subject = m_subjects.back();
+    Table table{.name = subject.table, .columns = subject.columns};
+    if (subject.single) {
+        table.columns << Column{.name = "only_one"};
+        table.uniqueSets << QStringList{"only_one"};
+    }
+    for (const Field& field : subject.fields) {
+        if (field.tag == subject.key && field.kind == Field::Kind::Text && field.duplicateStatus == 0)
+            qFatal("The key of %s must be unique.", qPrintable(subject.table));
+        if (field.kind != Field::Kind::Joined)
+            table.columns << field.StoredAs();
+        if (field.duplicateStatus != 0)
+            table.uniqueTexts << UniqueText{field.column, field.uniqueWithin};
+    }
+    AddTable(table);
+    for (const Membership& membership : subject.memberships)
+        if (const auto own = membership.StoredAs(subject.table))
+            AddTable(*own);
+        else
+            AddTable({.name = membership.memberTable,
+                      .columns = {{.name = membership.ownerColumn,
+                                   .type = ColumnType::Reference,
+                                   .target = subject.table}}});
+    for (const UsedBy& use : subject.usedBy)
+        AddTable({.name = use.table,
+                  .columns = {{.name = use.column, .type = ColumnType::Reference, .target = subject.table}}});
+    for (RequestRule& rule : RequestsOf(subject))
+        AddRequest(std::move(rule));
+}
+
+void Registry::AddRequest(RequestRule rule) {
+    if (m_requests.contains(rule.name))
+        qFatal("The request \"%s\" is declared twice.", qPrintable(rule.name));
+    m_requests.insert(rule.name, std::move(rule));
+}
+
+void Registry::AddRead(const QString& name, Area area, Handler handler) {
+    AddRequest({.name = name, .area = area, .handler = std::move(handler)});
+}
+
+void Registry::AddChange(const QString& name, Area area, Handler handler) {
+    AddRequest(
+        {.name = name, .area = area, .access = Access::Edit, .changes = true, .handler = std::move(handler)});
+}
+
+void Registry::AddMigration(Migration migration) {
+    if (!m_migrations.isEmpty() && migration.version <= m_migrations.last().version)
+        qFatal("The migration to version %d is out of order.", migration.version);
+    m_migrations << std::move(migration);
+}
+
+void Registry::AddSample(const QString& name, std::function<void(SampleWriter&)> fill) {
+    m_samples << SamplePart{name, std::move(fill)};
+}
+
+const RequestRule* Registry::Find(const QString& name) const {
+    const auto found = m_requests.constFind(name);
+    return found == m_requests.constEnd() ? nullptr : &*found;
+}
+
+Schema Registry::GetSchema() const {
+    Schema schema;
+    for (const QString& name : m_tableOrder)
+        schema.tables << m_tables[name];
+    schema.migrations = m_migrations;
+    return schema;
+}
+
+} // namespace sysadmin::server

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "server/Subject.h"
+#include "server/store/Schema.h"
+
+#include <deque>
+
+namespace sysadmin::server {
+
+class SampleWriter;
+
+enum class Access { View, Edit };
+
+using Handler = std::function<Answer(Context&, const wire::Fields& request)>;
+
+/// A numbered request: who may send it and what carries it out.
+struct RequestRule {
+    QString name;
+    Area area = Area::AnyOperator;
+    Access access = Access::View;
+    /// It changes data (or the session), so its reply is kept with the change and it is never carried out
+    /// twice.
+    bool changes = false;
+    Handler handler;
+};
+
+/// A part of the sample library. Each part is filled in once per library; parts that a later version of the
+/// program brings are filled into the sample libraries that are there.
+struct SamplePart {
+    QString name;
+    std::function<void(SampleWriter&)> fill;
+};
+
+/// Everything that the server knows to store and to answer, collected once when the program starts.
+class Registry {
+public:
+    Registry();
+    Registry(const Registry&) = delete;
+    Registry& operator=(const Registry&) = delete;
+
+    /// Declares a table, or further columns and rules of one that is declared already.
+    void AddTable(const Table& table);
+    /// Declares a subject: its tables, and its requests with their handlers.
+    void AddSubject(Subject subject);
+    void AddRequest(RequestRule rule);
+    /// Shorthand for a request that only reads.
+    void AddRead(const QString& name, Area area, Handler handler);
+    /// Shorthand for a request that changes something.
+    void AddChange(const QString& name, Area area, Handler handler);
+    void AddMigration(Migration migration);
+    /// Parts are filled in the order in which they are added.
+    void AddSample(const QString& name, std::function<void(SampleWriter&)> fill);
+
+    /// The rule of a request name, or null.
+    const RequestRule* Find(const QString& name) const;
+    QStringList RequestNames() const { return m_requests.keys(); }
+    const Tables& GetTables() const { return m_tables; }
+    const QList<SamplePart>& SampleParts() const { return m_samples; }
+    Schema GetSchema() const;
+
+private:
+    std::deque<Subject> m_subjects; // handlers refer to them
+    QHash<QString, RequestRule> m_requests;
+    Tables m_tables;
+    QStringList m_tableOrder;
+    QList<Migration> m_migrations;
+    QList<SamplePart> m_samples;
+};
+
+} // namespace sysadmin::server

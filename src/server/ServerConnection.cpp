@@ -1,0 +1,214 @@
+#include "server/ServerConnection.h"
+
+#include "server/OperatorPasswords.h"
+#include "server/SignOn.h"
+#include "server/store/Database.h"
+#include "wire/Codec.h"
+
+#include <QHostAddress>
+
+namespace sysadmin::server {
+
+namespace {
+
+/// A connection that keeps guessing passwords is cut off; operators are locked by their own count.
+constexpr int MostWrongSignOns = 10;
+/// How exact the time of a session's last use is.
+constexpr qint64 TouchSeconds = 300;
+
+QByteArray Encoded(quint64 number, const Answer& answer) {
+    const bool withFields = answer.status == status::Ok || answer.status == status::Continues;
+    return wire::Encode(wire::Reply{number, answer.status, withFields ? answer.fields : wire::Fields()});
+}
+
+qint16 StatusOf(const StoreError& error) {
+    switch (error.GetKind()) {
+    case StoreError::Kind::Duplicate:
+        return status::DuplicateRecord;
+    case StoreError::Kind::Referenced:
+        return status::InUse;
+    default:
+        return status::TableError;
+    }
+}
+
+} // namespace
+
+bool IsLocalPeer(const QString& peer) {
+    return peer == "local" || QHostAddress(peer).isLoopback();
+}
+
+ServerConnection::ServerConnection(std::shared_ptr<const Library> library, const QString& peer)
+    : m_library(std::move(library))
+    , m_peer(peer) {}
+
+ServerConnection::~ServerConnection() = default;
+
+qint64 ServerConnection::MessageLimit() const {
+    return IsSignedOn() ? wire::Limits().message : wire::Limits::BeforeSignOn().message;
+}
+
+Database& ServerConnection::GetDatabase() {
+    if (!m_database || m_databaseThread != QThread::currentThreadId()) {
+        m_database = m_library->Connect();
+        m_databaseThread = QThread::currentThreadId();
+    }
+    return *m_database;
+}
+
+std::optional<QByteArray> ServerConnection::Handle(const QByteArray& message) {
+    const auto request =
+        wire::DecodeRequest(message, IsSignedOn() ? wire::Limits() : wire::Limits::BeforeSignOn());
+    if (!request)
+        return std::nullopt;
+    try {
+        return request->number == 0 ? HandleSessionRequest(*request) : HandleNumbered(*request);
+    } catch (const StoreError& error) {
+        qWarning("%s: %s", qPrintable(request->name), error.what());
+        if (error.GetKind() == StoreError::Kind::Lost) {
+            m_database.reset();
+            if (request->number != 0)
+                return std::nullopt; // whether the change was kept is known to whoever resumes the session
+        }
+        if (request->number != 0) {
+            m_number = request->number;
+            m_resumed = false;
+        }
+        return Encoded(request->number, {StatusOf(error)});
+    }
+}
+
+std::optional<QByteArray> ServerConnection::HandleSessionRequest(const wire::Request& request) {
+    Answer answer;
+    if (request.name == "Hello") {
+        answer = Hello();
+    } else if (request.name == "SignOn") {
+        if (m_wrongSignOns >= MostWrongSignOns)
+            return std::nullopt;
+        const SignOnResult result = SignOn(GetDatabase(), *m_library, request.fields, m_peer);
+        answer = result.answer;
+        m_session = result.sessionRow;
+        m_epoch = 0;
+        m_number = 0;
+        m_resumed = false;
+        m_wrongSignOns = result.sessionRow != 0 ? 0 : m_wrongSignOns + 1;
+    } else if (request.name == "Resume") {
+        const QString token = wire::FirstValue(request.fields, "SID");
+        m_session = 0;
+        RunInTransaction(GetDatabase(), [&] {
+            const auto session = Sessions(GetDatabase()).Resume(token, m_library->Now());
+            m_session = session ? session->row : 0;
+            m_epoch = session ? session->epoch : 0;
+            m_number = session ? session->number : 0;
+        });
+        m_resumed = true;
+        answer.status = IsSignedOn() ? status::Ok : status::InvalidSignOn;
+    } else if (request.name == "SignOff") {
+        if (IsSignedOn())
+            RunInTransaction(GetDatabase(), [&] { Sessions(GetDatabase()).End(m_session); });
+        m_session = 0;
+    } else if (request.name == "ChgOwnPwd") {
+        answer = ChangePassword(request.fields);
+    } else {
+        answer.status = status::UnknownRequest;
+    }
+    return Encoded(0, answer);
+}
+
+Answer ServerConnection::Hello() {
+    Database& database = GetDatabase();
+    Answer answer;
+    Put(answer.fields, "PK", QString::fromLatin1(m_library->GetSealingKeys().publicKey.toBase64()));
+    Put(answer.fields, "LIB", ReadSetting(database, "library_name"));
+    Put(answer.fields, "SWT", ReadSecurityRules(database).warningText);
+    Put(answer.fields, "VER", SYSADMIN_VERSION);
+    if (!IsLocalPeer(m_peer))
+        return answer;
+    const QVariant id =
+        database.FirstValue("SELECT operator_id FROM operators WHERE sample_password='Y' ORDER BY id");
+    for (const SampleOperator& sample : SampleOperators())
+        if (sample.id == id.toString())
+            Put(answer.fields, "HINT",
+                "Try the operator " + sample.id + " with the password " + sample.password + '.');
+    return answer;
+}
+
+Answer ServerConnection::ChangePassword(const wire::Fields& request) {
+    if (!IsSignedOn())
+        return {status::InvalidSignOn};
+    const auto session = Sessions(GetDatabase()).Load(m_session, m_library->Now());
+    if (!session || session->epoch != m_epoch) {
+        m_session = 0;
+        return {status::InvalidSignOn};
+    }
+    Requester requester = session->requester;
+    requester.peer = m_peer;
+    return {ChangeOwnPassword(GetDatabase(), *m_library, requester, m_session, request)};
+}
+
+Answer ServerConnection::Carry(const wire::Request& request, const RequestRule& rule,
+                               const StoredSession& session, ListCursor& cursor) {
+    Database& database = GetDatabase();
+    const Rights rights = Rights::Of(database, session.requester.row);
+    const bool allowed = rule.access == Access::Edit ? rights.MayEdit(rule.area) : rights.MayView(rule.area);
+    if (!allowed || session.mustChangePassword)
+        return {status::NotAuthorised};
+    Requester requester = session.requester;
+    requester.peer = m_peer;
+    const QDateTime now = m_library->Now();
+    Context context{.library = *m_library,
+                    .database = database,
+                    .records = Records(database, m_library->GetRegistry().GetTables(),
+                                       Author{requester.id, m_peer, request.name, StoredTime(now)}),
+                    .requester = requester,
+                    .rights = rights,
+                    .now = now,
+                    .cursor = session.cursor};
+    Answer answer = rule.handler(context, request.fields);
+    cursor = context.cursor;
+    return answer;
+}
+
+std::optional<QByteArray> ServerConnection::HandleNumbered(const wire::Request& request) {
+    if (!IsSignedOn())
+        return std::nullopt;
+    const RequestRule* rule = m_library->GetRegistry().Find(request.name);
+    const bool changes = rule && rule->changes;
+    std::optional<QByteArray> reply; // stays empty when the peer is to be cut off
+    bool touch = false;
+
+    RunInTransaction(GetDatabase(), changes ? Transaction::Mode::Write : Transaction::Mode::Read, [&] {
+        reply.reset();
+        Sessions sessions(GetDatabase());
+        const QDateTime now = m_library->Now();
+        const auto session = sessions.Load(m_session, now);
+        if (!session || session->epoch != m_epoch)
+            return false;
+        const quint64 last = qMax(m_number, session->number);
+        if (request.number == session->number) {
+            reply = sessions.ReplyOf(m_session);
+            return false;
+        }
+        if (request.number < last || (request.number > last + 1 && !m_resumed))
+            return false;
+        touch = session->usedAt.secsTo(now) > TouchSeconds;
+        ListCursor cursor;
+        const Answer answer = rule ? Carry(request, *rule, *session, cursor) : Answer{status::UnknownRequest};
+        reply = Encoded(request.number, answer);
+        if (!changes || (answer.status != status::Ok && answer.status != status::Continues))
+            return false;
+        sessions.Keep(m_session, request.number, *reply, cursor, now);
+        return true;
+    });
+    if (!reply) {
+        m_session = 0;
+        return std::nullopt;
+    }
+    m_number = request.number;
+    m_resumed = false;
+    if (touch && !changes)
+        RunInTransaction(GetDatabase(), [&] { Sessions(GetDatabase()).Touch(m_session, m_library->Now()); });
+    return reply;
+}
+
+} // namespace sysadmin::server

@@ -1,0 +1,96 @@
+#include "server/Sessions.h"
+
+#include "server/Passwords.h"
+#include "server/store/Database.h"
+
+namespace sysadmin::server {
+
+Table Sessions::Declare() {
+    return {.name = "sessions",
+            .columns = {{.name = "token_hash"},
+                        {.name = "operator_row",
+                         .type = ColumnType::Reference,
+                         .target = "operators",
+                         .onRemoval = OnRemoval::RemoveToo},
+                        {.name = "peer"},
+                        {.name = "number", .type = ColumnType::Whole, .fallback = "0"},
+                        {.name = "reply", .type = ColumnType::Bytes},
+                        {.name = "epoch", .type = ColumnType::Whole, .fallback = "0"},
+                        {.name = "must_change", .type = ColumnType::Flag},
+                        {.name = "started_at"},
+                        {.name = "used_at"},
+                        {.name = "cursor_request"},
+                        {.name = "cursor_after", .type = ColumnType::Whole, .fallback = "0"}},
+            .uniqueSets = {{"token_hash"}}};
+}
+
+qint64 Sessions::Start(const QString& token, qint64 operatorRow, const QString& peer, bool mustChange,
+                       const QDateTime& now) {
+    // Sessions that nobody ended go when somebody signs on.
+    m_database.Run("DELETE FROM sessions WHERE used_at<?", {StoredTime(now.addSecs(-IdleSeconds))});
+    return m_database.RunInsert(
+        "INSERT INTO sessions (token_hash, operator_row, peer, must_change, started_at, used_at) "
+        "VALUES (?, ?, ?, ?, ?, ?)",
+        {TokenHash(token), operatorRow, peer, mustChange ? "Y" : "N", StoredTime(now), StoredTime(now)});
+}
+
+std::optional<StoredSession> Sessions::Resume(const QString& token, const QDateTime& now) {
+    const QVariant row =
+        m_database.FirstValue("SELECT id FROM sessions WHERE token_hash=?", {TokenHash(token)});
+    if (!row.isValid() || !Load(row.toLongLong(), now))
+        return std::nullopt;
+    m_database.Run("UPDATE sessions SET epoch=epoch+1, used_at=? WHERE id=?", {StoredTime(now), row});
+    return Load(row.toLongLong(), now);
+}
+
+std::optional<StoredSession> Sessions::Load(qint64 row, const QDateTime& now) const {
+    const auto values = m_database.FirstRow(
+        "SELECT s.number, s.epoch, s.must_change, s.used_at, s.cursor_request, s.cursor_after, s.peer, o.id, "
+        "o.operator_id, o.first_name, o.last_name FROM sessions s JOIN operators o ON o.id=s.operator_row "
+        "WHERE s.id=?",
+        {row});
+    if (!values)
+        return std::nullopt;
+    const auto text = [&](int column) { return (*values)[column].toString(); };
+    StoredSession session;
+    session.row = row;
+    session.number = (*values)[0].toULongLong();
+    session.epoch = (*values)[1].toLongLong();
+    session.mustChangePassword = text(2) == "Y";
+    session.usedAt = TimeFromStore(text(3));
+    session.cursor = {text(4), (*values)[5].toLongLong()};
+    session.requester = {(*values)[7].toLongLong(), text(8), QString(text(9) + ' ' + text(10)).trimmed(),
+                         text(6)};
+    if (session.usedAt.secsTo(now) > IdleSeconds)
+        return std::nullopt;
+    return session;
+}
+
+QByteArray Sessions::ReplyOf(qint64 row) const {
+    return m_database.FirstValue("SELECT reply FROM sessions WHERE id=?", {row}).toByteArray();
+}
+
+void Sessions::Keep(qint64 row, quint64 number, const QByteArray& reply, const ListCursor& cursor,
+                    const QDateTime& now) {
+    m_database.Run(
+        "UPDATE sessions SET number=?, reply=?, cursor_request=?, cursor_after=?, used_at=? WHERE id=?",
+        {qint64(number), reply, cursor.request, cursor.after, StoredTime(now), row});
+}
+
+void Sessions::Touch(qint64 row, const QDateTime& now) {
+    m_database.Run("UPDATE sessions SET used_at=? WHERE id=?", {StoredTime(now), row});
+}
+
+void Sessions::PasswordChanged(qint64 row) {
+    m_database.Run("UPDATE sessions SET must_change='N' WHERE id=?", {row});
+}
+
+void Sessions::End(qint64 row) {
+    m_database.Run("DELETE FROM sessions WHERE id=?", {row});
+}
+
+void Sessions::EndAllOf(qint64 operatorRow) {
+    m_database.Run("DELETE FROM sessions WHERE operator_row=?", {operatorRow});
+}
+
+} // namespace sysadmin::server

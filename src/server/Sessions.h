@@ -1,0 +1,52 @@
+#pragma once
+
+#include "server/Context.h"
+
+#include <optional>
+
+namespace sysadmin::server {
+
+/// A session as it is stored.
+struct StoredSession {
+    qint64 row = 0;
+    quint64 number = 0; ///< of the last request whose reply is kept
+    qint64 epoch = 0;   ///< grows with each connection that takes the session over
+    bool mustChangePassword = false;
+    QDateTime usedAt;
+    ListCursor cursor;
+    Requester requester; ///< the operator; its peer is the one that signed on
+};
+
+/// The sessions of signed-on operators. They outlive connections and the server itself; of a token only a
+/// hash is kept. Everything throws `StoreError`.
+class Sessions {
+public:
+    static constexpr qint64 IdleSeconds = 12 * 3600;
+
+    explicit Sessions(Database& database)
+        : m_database(database) {}
+
+    static Table Declare();
+
+    /// Starts a session and answers its row.
+    qint64 Start(const QString& token, qint64 operatorRow, const QString& peer, bool mustChange,
+                 const QDateTime& now);
+    /// Gives a session to a new connection: the one that had it before is refused from now on.
+    std::optional<StoredSession> Resume(const QString& token, const QDateTime& now);
+    /// The session of a row, unless it is over.
+    std::optional<StoredSession> Load(qint64 row, const QDateTime& now) const;
+    /// The kept reply.
+    QByteArray ReplyOf(qint64 row) const;
+    /// Keeps the reply of a request that changed something.
+    void Keep(qint64 row, quint64 number, const QByteArray& reply, const ListCursor& cursor,
+              const QDateTime& now);
+    void Touch(qint64 row, const QDateTime& now);
+    void PasswordChanged(qint64 row);
+    void End(qint64 row);
+    void EndAllOf(qint64 operatorRow);
+
+private:
+    Database& m_database;
+};
+
+} // namespace sysadmin::server

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "server/Context.h"
+
+namespace sysadmin::server {
+
+/// What a sign-on answers, and the session that it started.
+struct SignOnResult {
+    Answer answer;
+    qint64 sessionRow = 0;
+    qint64 operatorRow = 0;
+};
+
+/// Signs an operator on. A wrong id, a wrong password and an operator who may not sign on get the same answer
+/// after the same work. Throws `StoreError`.
+SignOnResult SignOn(Database& database, const Library& library, const wire::Fields& request,
+                    const QString& peer);
+
+/// Gives the signed-on operator another password. `sealed` texts as in the request. Throws `StoreError`.
+qint16 ChangeOwnPassword(Database& database, const Library& library, const Requester& requester,
+                         qint64 sessionRow, const wire::Fields& request);
+
+/// Whether an operator is locked at this time, by the operator's row and the rules in force.
+struct SecurityRules;
+bool IsLocked(const Row& operatorRow, const SecurityRules& rules, const QDateTime& now);
+
+/// Whether the password has expired, by an administrator's word or by its age.
+bool IsExpired(const Row& operatorRow, const SecurityRules& rules, const QDateTime& now);
+
+/// Whether the operator is let in with the right password: not locked until somebody unlocks, not disabled.
+bool CanSignOn(const Row& operatorRow, const SecurityRules& rules, const QDateTime& now);
+
+/// Counts a wrong password; locks the operator and ends all sessions when there were too many.
+void CountWrongPassword(Database& database, qint64 operatorRow, const SecurityRules& rules,
+                        const QDateTime& now);
+
+} // namespace sysadmin::server

@@ -1,0 +1,261 @@
+#include "server/store/Database.h"
+
+#include <QFile>
+#include <QSqlError>
+#include <QSqlRecord>
+#include <QThread>
+#include <QUuid>
+
+namespace sysadmin::server {
+
+namespace {
+
+StoreError::Kind KindOf(StoreAddress::Engine engine, const QSqlError& error) {
+    using Kind = StoreError::Kind;
+    if (engine == StoreAddress::Engine::Sqlite) {
+        const QString text = error.databaseText();
+        if (text.contains("UNIQUE constraint"))
+            return Kind::Duplicate;
+        if (text.contains("FOREIGN KEY constraint"))
+            return Kind::Referenced;
+        if (text.contains("is locked"))
+            return Kind::Transient;
+        return Kind::Failure;
+    }
+    const QString state = error.nativeErrorCode();
+    if (state == "23505")
+        return Kind::Duplicate;
+    if (state == "23503")
+        return Kind::Referenced;
+    if (state == "40001" || state == "40P01")
+        return Kind::Transient;
+    if (error.type() == QSqlError::ConnectionError || state.startsWith("08") || state.startsWith("57P"))
+        return Kind::Lost;
+    return Kind::Failure;
+}
+
+} // namespace
+
+QVariant ResultRow::value(int column) const {
+    const QVariant value = m_query.value(column);
+    return value.isNull() ? QVariant() : value;
+}
+
+int ResultRow::Count() const {
+    return m_query.record().count();
+}
+
+Database::Database(const StoreAddress& address)
+    : m_address(address)
+    , m_connection(QUuid::createUuid().toString(QUuid::WithoutBraces)) {
+    const bool sqlite = address.engine == StoreAddress::Engine::Sqlite;
+    m_database = QSqlDatabase::addDatabase(sqlite ? "QSQLITE" : "QPSQL", m_connection);
+    try {
+        if (sqlite) {
+            // The file is made here and not by the engine: nobody else may read it, and its companions take
+            // over its permissions.
+            if (QFile file(address.file); !file.exists() && file.open(QIODevice::NewOnly))
+                file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+            m_database.setDatabaseName(address.file);
+            m_database.setConnectOptions("QSQLITE_BUSY_TIMEOUT=2000");
+        } else {
+            m_database.setHostName(address.host);
+            m_database.setPort(address.port);
+            m_database.setDatabaseName(address.database);
+            m_database.setUserName(address.user);
+            m_database.setPassword(address.password);
+            m_database.setConnectOptions(address.options);
+        }
+        if (!m_database.open())
+            Throw(m_database.lastError());
+        if (sqlite) {
+            RunOnce("PRAGMA journal_mode=WAL");
+            RunOnce("PRAGMA synchronous=FULL");
+            RunOnce("PRAGMA foreign_keys=ON");
+        } else {
+            RunOnce("SET client_min_messages=warning");
+        }
+    } catch (...) {
+        m_database = QSqlDatabase();
+        QSqlDatabase::removeDatabase(m_connection);
+        throw;
+    }
+}
+
+Database::~Database() {
+    m_prepared.clear();
+    m_database.close();
+    m_database = QSqlDatabase();
+    QSqlDatabase::removeDatabase(m_connection);
+}
+
+void Database::Throw(const QSqlError& error) {
+    const StoreError::Kind kind = KindOf(m_address.engine, error);
+    QString text = error.databaseText().trimmed();
+    if (text.isEmpty())
+        text = error.driverText().trimmed();
+    throw StoreError(m_database.isOpen() ? kind : StoreError::Kind::Lost, text.section('\n', 0, 0));
+}
+
+int Database::RunOnce(const QString& sql) {
+    QSqlQuery query(m_database);
+    if (!query.exec(sql))
+        Throw(query.lastError());
+    return query.numRowsAffected();
+}
+
+std::unique_ptr<QSqlQuery> Database::Execute(const QString& sql, const Values& values) {
+    // A statement is taken out of the store while it runs: a nested use of the same text then prepares
+    // another.
+    std::unique_ptr<QSqlQuery> query;
+    if (const auto kept = m_prepared.find(sql); kept != m_prepared.end()) {
+        query = std::move(kept->second);
+        m_prepared.erase(kept);
+    } else {
+        query = std::make_unique<QSqlQuery>(m_database);
+        // PostgreSQL's driver would take single rows off the connection, which then serves nothing else.
+        query->setForwardOnly(m_address.engine == StoreAddress::Engine::Sqlite);
+        if (!query->prepare(sql))
+            Throw(query->lastError());
+    }
+    for (qsizetype i = 0; i < values.size(); ++i) {
+        // The drivers take a null text for NULL; here only an invalid value is.
+        const bool nullText = values[i].typeId() == QMetaType::QString && values[i].isNull();
+        query->bindValue(int(i), nullText ? QVariant(QString("")) : values[i]);
+    }
+    if (!query->exec()) {
+        const QSqlError error = query->lastError();
+        Keep(sql, std::move(query)); // it cannot be freed before the transaction is undone
+        Throw(error);
+    }
+    return query;
+}
+
+void Database::Keep(const QString& sql, std::unique_ptr<QSqlQuery> query) {
+    query->finish();
+    m_prepared[sql] = std::move(query);
+}
+
+int Database::Run(const QString& sql, const Values& values) {
+    if (values.isEmpty()) // changes of the schema cannot be prepared
+        return RunOnce(sql);
+    auto query = Execute(sql, values);
+    const int rows = query->numRowsAffected();
+    Keep(sql, std::move(query));
+    return rows;
+}
+
+qint64 Database::RunInsert(const QString& sql, const Values& values) {
+    const QString returning = sql + " RETURNING id";
+    auto query = Execute(returning, values);
+    if (!query->next())
+        Throw(query->lastError());
+    const qint64 id = query->value(0).toLongLong();
+    Keep(returning, std::move(query));
+    return id;
+}
+
+void Database::Each(const QString& sql, const Values& values,
+                    const std::function<void(const ResultRow&)>& visit) {
+    auto query = Execute(sql, values);
+    const ResultRow row(*query);
+    while (query->next())
+        visit(row);
+    if (query->lastError().isValid())
+        Throw(query->lastError());
+    Keep(sql, std::move(query));
+}
+
+std::optional<Database::Values> Database::FirstRow(const QString& sql, const Values& values) {
+    auto query = Execute(sql, values);
+    std::optional<Values> row;
+    if (query->next()) {
+        const ResultRow result(*query);
+        row.emplace();
+        for (int column = 0, count = result.Count(); column < count; ++column)
+            row->append(result.value(column));
+    } else if (query->lastError().isValid()) {
+        Throw(query->lastError());
+    }
+    Keep(sql, std::move(query));
+    return row;
+}
+
+QVariant Database::FirstValue(const QString& sql, const Values& values) {
+    const auto row = FirstRow(sql, values);
+    return row && !row->isEmpty() ? row->first() : QVariant();
+}
+
+Database::Values Database::FirstColumn(const QString& sql, const Values& values) {
+    Values column;
+    Each(sql, values, [&](const ResultRow& row) { column.append(row.value(0)); });
+    return column;
+}
+
+QStringList Database::TableNames() const {
+    return m_database.tables();
+}
+
+QStringList Database::ColumnsOf(const QString& table) const {
+    const QSqlRecord record = m_database.record(table);
+    QStringList names;
+    for (int column = 0; column < record.count(); ++column)
+        names << record.fieldName(column);
+    return names;
+}
+
+Transaction::Transaction(Database& database, Mode mode)
+    : m_database(database) {
+    const bool sqlite = database.GetEngine() == StoreAddress::Engine::Sqlite;
+    if (mode == Mode::Write)
+        database.RunOnce(sqlite ? "BEGIN IMMEDIATE" : "BEGIN ISOLATION LEVEL SERIALIZABLE");
+    else
+        database.RunOnce(sqlite ? "BEGIN" : "BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY");
+}
+
+Transaction::~Transaction() {
+    if (!m_open)
+        return;
+    try {
+        m_database.RunOnce("ROLLBACK");
+    } catch (const StoreError&) {
+        // The connection is gone, and the transaction with it.
+    }
+}
+
+void Transaction::Commit() {
+    try {
+        m_database.RunOnce("COMMIT");
+    } catch (const StoreError&) {
+        // PostgreSQL has undone the transaction by now, SQLite has it still open.
+        m_open = m_database.GetEngine() == StoreAddress::Engine::Sqlite;
+        throw;
+    }
+    m_open = false;
+}
+
+bool RunInTransaction(Database& database, Transaction::Mode mode, const std::function<bool()>& work) {
+    constexpr int MostAttempts = 8;
+    for (int attempt = 1;; ++attempt) {
+        try {
+            Transaction transaction(database, mode);
+            if (!work())
+                return false;
+            transaction.Commit();
+            return true;
+        } catch (const StoreError& error) {
+            if (error.GetKind() != StoreError::Kind::Transient || attempt == MostAttempts)
+                throw;
+        }
+        QThread::msleep(5ul << attempt);
+    }
+}
+
+void RunInTransaction(Database& database, const std::function<void()>& work) {
+    RunInTransaction(database, Transaction::Mode::Write, [&] {
+        work();
+        return true;
+    });
+}
+
+} // namespace sysadmin::server

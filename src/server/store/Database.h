@@ -1,0 +1,129 @@
+#pragma once
+
+#include "server/store/StoreAddress.h"
+
+#include <QHash>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QVariant>
+
+#include <exception>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <unordered_map>
+
+class QSqlError;
+
+namespace sysadmin::server {
+
+/// A statement or connection that the database refused. Handlers let it pass: whoever runs the request rolls
+/// back and turns it into a status.
+class StoreError : public std::exception {
+public:
+    enum class Kind {
+        Failure,    ///< disk full, damaged file, wrong statement, ...
+        Duplicate,  ///< a unique value is there already
+        Referenced, ///< a reference would point nowhere
+        Transient,  ///< another transaction was in the way: the whole transaction may be tried again
+        Lost,       ///< the connection is gone
+    };
+
+    StoreError(Kind kind, const QString& text)
+        : m_kind(kind)
+        , m_text(text)
+        , m_what(text.toUtf8()) {}
+    Kind GetKind() const { return m_kind; }
+    const QString& Text() const { return m_text; }
+    const char* what() const noexcept override { return m_what.constData(); }
+
+private:
+    Kind m_kind;
+    QString m_text;
+    QByteArray m_what;
+};
+
+/// The row at which a query's result stands.
+class ResultRow {
+public:
+    explicit ResultRow(const QSqlQuery& query)
+        : m_query(query) {}
+    /// The value of a column; invalid for NULL, so that its text is empty whatever the column's type.
+    QVariant value(int column) const;
+    int Count() const;
+
+private:
+    const QSqlQuery& m_query;
+};
+
+/// One connection to a library's database, for use by one thread. Statements use "?" for their values, are
+/// portable between the engines, and stay prepared. Everything throws `StoreError`.
+class Database {
+public:
+    using Values = QVariantList;
+
+    /// Connects. An SQLite file is made when it is missing.
+    explicit Database(const StoreAddress& address);
+    ~Database();
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
+
+    StoreAddress::Engine GetEngine() const { return m_address.engine; }
+
+    /// Carries out a statement; answers how many rows it touched.
+    int Run(const QString& sql, const Values& values = {});
+    /// Carries out an INSERT and answers the new row's id.
+    qint64 RunInsert(const QString& sql, const Values& values);
+    /// Calls `visit` with each row of the result.
+    void Each(const QString& sql, const Values& values, const std::function<void(const ResultRow&)>& visit);
+    /// The first row of the result.
+    std::optional<Values> FirstRow(const QString& sql, const Values& values = {});
+    /// The first value of the first row; invalid when there is no row.
+    QVariant FirstValue(const QString& sql, const Values& values = {});
+    /// All values of the first column.
+    Values FirstColumn(const QString& sql, const Values& values = {});
+
+    QStringList TableNames() const;
+    bool HasTable(const QString& table) const { return TableNames().contains(table); }
+    QStringList ColumnsOf(const QString& table) const;
+
+private:
+    friend class Transaction;
+    std::unique_ptr<QSqlQuery> Execute(const QString& sql, const Values& values);
+    void Keep(const QString& sql, std::unique_ptr<QSqlQuery> query);
+    int RunOnce(const QString& sql);
+    [[noreturn]] void Throw(const QSqlError& error);
+
+    StoreAddress m_address;
+    QString m_connection;
+    QSqlDatabase m_database;
+    std::unordered_map<QString, std::unique_ptr<QSqlQuery>> m_prepared;
+};
+
+/// A transaction on a connection; rolled back unless committed.
+class Transaction {
+public:
+    enum class Mode {
+        Read,  ///< sees one state of the data throughout
+        Write, ///< as if no other transaction ran at the same time
+    };
+
+    Transaction(Database& database, Mode mode);
+    ~Transaction();
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+    /// Makes the changes lasting: they are on disk when this returns.
+    void Commit();
+
+private:
+    Database& m_database;
+    bool m_open = true;
+};
+
+/// Runs `work` in a transaction, again from the start while other transactions are in the way, and keeps what
+/// it did when it answers true. Answers what `work` answered.
+bool RunInTransaction(Database& database, Transaction::Mode mode, const std::function<bool()>& work);
+/// Runs `work` in a write transaction that is kept unless it throws.
+void RunInTransaction(Database& database, const std::function<void()>& work);
+
+} // namespace sysadmin::server

@@ -1,0 +1,219 @@
+#include "server/store/Records.h"
+
+#include "server/store/Database.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace sysadmin::server {
+
+namespace {
+
+/// The value as the column stores it: an empty text is a text and no null, an empty number or reference is
+/// null.
+QVariant Stored(const Column& column, const QVariant& value) {
+    switch (column.type) {
+    case ColumnType::Text:
+    case ColumnType::Flag: {
+        const QString text = value.toString();
+        return text.isNull() ? QString("") : text;
+    }
+    case ColumnType::Whole:
+    case ColumnType::Reference: {
+        const bool empty = value.isNull() || value.toString().isEmpty();
+        return empty ? QVariant() : QVariant(value.toLongLong());
+    }
+    case ColumnType::Bytes:
+        return value.isNull() ? QVariant() : QVariant(value.toByteArray());
+    }
+    Q_UNREACHABLE();
+}
+
+QJsonValue InHistory(const QVariant& value) {
+    return value.isNull() ? QJsonValue() : QJsonValue(value.toString());
+}
+
+} // namespace
+
+Records::Records(Database& database, const Tables& tables, std::optional<Author> author)
+    : m_database(database)
+    , m_tables(tables)
+    , m_author(std::move(author)) {}
+
+const Table& Records::Named(const QString& table) const {
+    const auto found = m_tables.constFind(table);
+    if (found == m_tables.constEnd())
+        qFatal("No table \"%s\" is declared.", qPrintable(table));
+    return *found;
+}
+
+void Records::Append(const Table& table, const Row& values, QStringList& names, QVariantList& bound) const {
+    for (auto value = values.begin(); value != values.end(); ++value) {
+        const Column* column = table.Find(value.key());
+        if (!column)
+            qFatal("The table \"%s\" has no column \"%s\".", qPrintable(table.name), qPrintable(value.key()));
+        names << column->name;
+        bound << Stored(*column, value.value());
+        if (table.IsUniqueText(column->name)) {
+            const QString folded = Fold(value.value().toString());
+            names << FoldedName(column->name);
+            bound << (folded.isEmpty() ? QVariant() : QVariant(folded));
+        }
+    }
+}
+
+qint64 Records::Insert(const QString& tableName, const Row& values) {
+    const Table& table = Named(tableName);
+    QStringList names;
+    QVariantList bound;
+    Append(table, values, names, bound);
+    const QString places = QString("?, ").repeated(names.size()).chopped(names.isEmpty() ? 0 : 2);
+    const qint64 id = m_database.RunInsert(
+        names.isEmpty() ? "INSERT INTO " + table.name + " DEFAULT VALUES"
+                        : "INSERT INTO " + table.name + " (" + names.join(", ") + ") VALUES (" + places + ')',
+        bound);
+    if (m_author)
+        WriteHistory(table, id, {}, *Find(tableName, id));
+    return id;
+}
+
+bool Records::Update(const QString& tableName, qint64 id, const Row& values) {
+    const Table& table = Named(tableName);
+    const std::optional<Row> before = Find(tableName, id);
+    if (!before)
+        return false;
+    Row changed;
+    Row replaced;
+    for (auto value = values.begin(); value != values.end(); ++value) {
+        const Column* column = table.Find(value.key());
+        if (column && Stored(*column, value.value()) == before->value(value.key()))
+            continue;
+        changed.insert(value.key(), value.value());
+        replaced.insert(value.key(), before->value(value.key()));
+    }
+    if (changed.isEmpty())
+        return true;
+    QStringList names;
+    QVariantList bound;
+    Append(table, changed, names, bound);
+    bound << id;
+    m_database.Run("UPDATE " + table.name + " SET " + names.join("=?, ") + "=? WHERE id=?", bound);
+    if (m_author)
+        WriteHistory(table, id, replaced, changed);
+    return true;
+}
+
+bool Records::Remove(const QString& tableName, qint64 id) {
+    const Table& table = Named(tableName);
+    const std::optional<Row> before = Find(tableName, id);
+    if (!before)
+        return false;
+    // The database would see to these rows itself, but they would be missing from the history.
+    for (const Table& other : m_tables) {
+        for (const Column& column : other.columns) {
+            if (column.type != ColumnType::Reference || column.target != tableName ||
+                column.onRemoval == OnRemoval::Refuse)
+                continue;
+            const auto ids = m_database.FirstColumn(
+                "SELECT id FROM " + other.name + " WHERE " + column.name + "=? ORDER BY id", {id});
+            for (const QVariant& row : ids) {
+                if (column.onRemoval == OnRemoval::RemoveToo)
+                    Remove(other.name, row.toLongLong());
+                else
+                    Update(other.name, row.toLongLong(), {{column.name, QVariant()}});
+            }
+        }
+    }
+    m_database.Run("DELETE FROM " + table.name + " WHERE id=?", {id});
+    if (m_author)
+        WriteHistory(table, id, *before, {});
+    return true;
+}
+
+void Records::RemoveWhere(const QString& table, const QString& column, const QVariant& value) {
+    const auto ids = m_database.FirstColumn(
+        "SELECT id FROM " + Named(table).name + " WHERE " + column + "=? ORDER BY id", {value});
+    for (const QVariant& id : ids)
+        Remove(table, id.toLongLong());
+}
+
+std::optional<Row> Records::Find(const QString& tableName, qint64 id) const {
+    const Table& table = Named(tableName);
+    QStringList names;
+    for (const Column& column : table.columns)
+        names << column.name;
+    const auto values = m_database.FirstRow("SELECT " + (names.isEmpty() ? QString("id") : names.join(", ")) +
+                                                " FROM " + table.name + " WHERE id=?",
+                                            {id});
+    if (!values)
+        return std::nullopt;
+    Row row;
+    for (qsizetype i = 0; i < names.size(); ++i)
+        row.insert(names[i], Stored(table.columns[i], (*values)[i]));
+    return row;
+}
+
+std::optional<qint64> Records::IdWhere(const QString& table, const QString& column,
+                                       const QVariant& value) const {
+    const QVariant id = m_database.FirstValue(
+        "SELECT id FROM " + Named(table).name + " WHERE " + column + "=? ORDER BY id", {value});
+    return id.isValid() ? std::optional(id.toLongLong()) : std::nullopt;
+}
+
+std::optional<qint64> Records::IdOfText(const QString& table, const QString& column,
+                                        const QString& text) const {
+    return IdWhere(table, FoldedName(column), Fold(text));
+}
+
+bool Records::IsTaken(const QString& table, const UniqueText& unique, const QString& text,
+                      const QVariant& within, qint64 except) const {
+    const QString folded = Fold(text);
+    if (folded.isEmpty())
+        return false;
+    QString sql =
+        "SELECT 1 FROM " + Named(table).name + " WHERE " + FoldedName(unique.column) + "=? AND id<>?";
+    QVariantList values{folded, except};
+    if (!unique.within.isEmpty()) {
+        if (within.isNull())
+            return false;
+        sql += " AND " + unique.within + "=?";
+        values << within;
+    }
+    return m_database.FirstRow(sql, values).has_value();
+}
+
+qint64 Records::Count(const QString& table, const QString& column, const QVariant& value) const {
+    return m_database
+        .FirstValue("SELECT COUNT(*) FROM " + Named(table).name + " WHERE " + column + "=?", {value})
+        .toLongLong();
+}
+
+void Records::WriteHistory(const Table& table, qint64 id, const Row& before, const Row& after) {
+    QJsonObject changes;
+    for (const Column& column : table.columns) {
+        if (column.secret || (!before.contains(column.name) && !after.contains(column.name)))
+            continue;
+        changes.insert(column.name,
+                       QJsonArray{InHistory(before.value(column.name)), InHistory(after.value(column.name))});
+    }
+    const QString text = QString::fromUtf8(QJsonDocument(changes).toJson(QJsonDocument::Compact));
+    m_database.Run(
+        "INSERT INTO history (at, operator_id, peer, request, table_name, record_id, changes) "
+        "VALUES (?, ?, ?, ?, ?, ?, ?)",
+        {m_author->time, m_author->operatorId, m_author->peer, m_author->request, table.name, id, text});
+}
+
+Table HistoryTable() {
+    return {.name = "history",
+            .columns = {{.name = "at"},
+                        {.name = "operator_id"},
+                        {.name = "peer"},
+                        {.name = "request"},
+                        {.name = "table_name"},
+                        {.name = "record_id", .type = ColumnType::Whole},
+                        {.name = "changes"}},
+            .indexed = {"record_id"}};
+}
+
+} // namespace sysadmin::server

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "server/store/Table.h"
+
+#include <QMap>
+#include <QVariantMap>
+
+#include <optional>
+
+namespace sysadmin::server {
+
+class Database;
+
+/// The values of a row by column name.
+using Row = QVariantMap;
+
+/// Who changes something, for the history of changes.
+struct Author {
+    QString operatorId;
+    QString peer; ///< the address from which the request came
+    QString request;
+    QString time; ///< UTC, ISO 8601
+};
+
+/// The declared tables by name.
+using Tables = QMap<QString, Table>;
+
+/// Reads and changes single rows. Every change goes into the history with the values before and after it; the
+/// folded forms of unique texts are kept beside them. All of it throws `StoreError`.
+class Records {
+public:
+    /// Without an author nothing is written to the history (the sample library, the server's own
+    /// bookkeeping).
+    Records(Database& database, const Tables& tables, std::optional<Author> author = {});
+
+    Database& GetDatabase() const { return m_database; }
+
+    /// Adds a row; columns that are not named get their fallback. Answers its id.
+    qint64 Insert(const QString& table, const Row& values);
+    /// Sets the named columns of a row; false when there is none with this id.
+    bool Update(const QString& table, qint64 id, const Row& values);
+    /// Removes a row, and before it the rows that do not outlive it; false when there is none with this id.
+    bool Remove(const QString& table, qint64 id);
+    /// Removes the rows of which a column holds the value.
+    void RemoveWhere(const QString& table, const QString& column, const QVariant& value);
+
+    /// All columns of a row.
+    std::optional<Row> Find(const QString& table, qint64 id) const;
+    /// The id of the first row of which a column holds the value.
+    std::optional<qint64> IdWhere(const QString& table, const QString& column, const QVariant& value) const;
+    /// The id of the row that holds the text in a unique column, letter case and surrounding blanks apart.
+    std::optional<qint64> IdOfText(const QString& table, const QString& column, const QString& text) const;
+    /// Whether another row than `except` holds the text in a unique column (among those with the same
+    /// `within`).
+    bool IsTaken(const QString& table, const UniqueText& unique, const QString& text, const QVariant& within,
+                 qint64 except) const;
+    /// How many rows hold the value in a column.
+    qint64 Count(const QString& table, const QString& column, const QVariant& value) const;
+
+private:
+    const Table& Named(const QString& table) const;
+    void Append(const Table& table, const Row& values, QStringList& names, QVariantList& bound) const;
+    void WriteHistory(const Table& table, qint64 id, const Row& before, const Row& after);
+
+    Database& m_database;
+    const Tables& m_tables;
+    std::optional<Author> m_author;
+};
+
+/// The table that holds the history of changes: one row per changed record, its fields before and after as
+/// JSON.
+Table HistoryTable();
+
+} // namespace sysadmin::server

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+namespace sysadmin::server {
+
+enum class ColumnType {
+    Text,      ///< never null; an empty text when nothing is known
+    Flag,      ///< a text, "Y" or "N"
+    Whole,     ///< a 64-bit number or null
+    Reference, ///< id of a row of another table, or null
+    Bytes,
+};
+
+/// What becomes of a row when the row it refers to is removed.
+enum class OnRemoval { Refuse, RemoveToo, Clear };
+
+/// A column as it is stored.
+struct Column {
+    QString name;
+    ColumnType type = ColumnType::Text;
+    QString fallback = {}; ///< the value of rows written without one; rows of older libraries get it too
+    QString target = {};   ///< the table that a reference points to
+    OnRemoval onRemoval = OnRemoval::Refuse;
+    bool secret = false; ///< kept out of the history of changes
+};
+
+/// A text column whose values differ, letter case and surrounding blanks apart, among all rows or among those
+/// with the same value in the column `within`.
+struct UniqueText {
+    QString column;
+    QString within = {};
+};
+
+/// A stored table. Every table has a numeric `id` besides its columns.
+struct Table {
+    QString name;
+    QList<Column> columns = {};
+    QList<UniqueText> uniqueTexts = {};
+    /// Sets of columns of which no two rows hold the same values, compared exactly.
+    QList<QStringList> uniqueSets = {};
+    /// Further columns that are searched for. References are indexed anyway.
+    QStringList indexed = {};
+
+    const Column* Find(const QString& column) const;
+    bool IsUniqueText(const QString& column) const;
+};
+
+/// The form in which texts are compared for being the same.
+QString Fold(const QString& text);
+
+/// The name of the hidden column that holds the folded form of a unique text.
+QString FoldedName(const QString& column);
+
+} // namespace sysadmin::server

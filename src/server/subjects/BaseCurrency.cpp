@@ -1,0 +1,39 @@
+#include "server/SampleWriter.h"
+#include "server/subjects/Registrations.h"
+
+namespace sysadmin::server {
+
+namespace {
+
+bool IsDelimiter(const QString& value) {
+    return value == "." || value == ",";
+}
+
+} // namespace
+
+void RegisterBaseCurrency(Registry& registry) {
+    registry.AddSubject({
+        .table = "base_currency",
+        .area = Area::System,
+        .requests = {.get = "GetBsCur", .add = "AddBsCur", .update = "UpdBsCur"},
+        .fields =
+            {
+                Field::Text("CtNm", "country", NameLength),
+                Field::Text("CrNm", "name", NameLength).Required(),
+                Field::Text("CrCd", "code", CodeLength).Required(),
+                Field::Whole("Dec", "decimals", 0, 4).Required(),
+                Field::Text("Dlm", "delimiter", 1).Default(".").Checked(IsDelimiter),
+            },
+        .single = true,
+    });
+    registry.AddSample("base currency", [](SampleWriter& sample) {
+        sample.Add("base_currency", {{"only_one", "Y"},
+                                     {"country", "United States"},
+                                     {"name", "US Dollar"},
+                                     {"code", "USD"},
+                                     {"decimals", 2},
+                                     {"delimiter", "."}});
+    });
+}
+
+} // namespace sysadmin::server

@@ -1,0 +1,140 @@
+#include "server/SampleWriter.h"
+#include "server/store/Database.h"
+#include "server/subjects/LocationAddresses.h"
+#include "server/subjects/Registrations.h"
+
+namespace sysadmin::server {
+
+namespace {
+
+constexpr qint16 IsOpacDesk = 51;
+constexpr qint16 InAcquisitionsGroup = 23;
+constexpr qint16 InCatalogingGroup = 24;
+constexpr qint16 InCirculationGroup = 25;
+constexpr qint16 InDataChangeProfile = 111;
+
+/// Records of the library's other clients in which a location may stand.
+const QList<UsageKind>& LocationUsages() {
+    static const QList<UsageKind> usages{
+        {"holdings records", 20},
+        {"items", 21},
+        {"line items", 22},
+        {"line item copies", 26},
+        {"account locations", 27},
+        {"purchase orders", 28},
+        {"ledger locations", 29},
+        {"invoices", 30},
+        {"holds and recalls", 31},
+        {"fine and fee transactions", 32},
+        {"fines and fees", 33},
+        {"exceptions", 34},
+        {"serial claims", 35},
+        {"marked issues", 36},
+        {"marked line items", 37},
+        {"issues received", 38},
+        {"reserve lists", 39},
+        {"renewals", 40},
+        {"archived renewals", 41},
+        {"circulation transactions", 42},
+        {"archived circulation transactions", 43},
+        {"circulation transaction exceptions", 44},
+        {"media rooms", 45},
+        {"scheduled media rooms", 46},
+        {"archived scheduled media rooms", 47},
+        {"media policy locations", 48},
+        {"media security locations", 49},
+        {"routing list members", 50},
+        {"call slip rules", 52},
+    };
+    return usages;
+}
+
+/// The public catalogue's desk stays until another location is it; that is said before anything else.
+qint16 CheckRemoval(Context& context, qint64 id, const Row&) {
+    const bool isDesk =
+        context.database
+            .FirstRow("SELECT 1 FROM circulation_policy_locations WHERE location_id=? AND is_opac_desk='Y'",
+                      {id})
+            .has_value();
+    return isDesk ? IsOpacDesk : status::Ok;
+}
+
+/// The names of the policy groups, then the addresses.
+void AddToRecord(Context& context, qint64 id, wire::Fields& reply) {
+    const QList<QPair<QString, QString>> groups{
+        {"CtGrp", "cataloging"}, {"ASGrp", "acquisitions"}, {"CrGrp", "circulation"}};
+    for (const auto& [tag, kind] : groups)
+        Put(reply, tag,
+            context.database
+                .FirstValue("SELECT g.name FROM " + kind + "_policy_groups g JOIN " + kind +
+                                "_policy_locations l ON l.group_id=g.id WHERE l.location_id=?",
+                            {id})
+                .toString());
+    PutAddresses(context, id, reply);
+}
+
+void FillSample(SampleWriter& sample) {
+    QHash<QString, qint64> libraries;
+    const QList<CsvRow> libraryRows = sample.ReadCsv("owning_libraries.csv");
+    for (const CsvRow& row : libraryRows)
+        if (const auto id = sample.Find("owning_libraries", "name", row["name"]))
+            libraries.insert(row["code"], *id);
+    int number = 0;
+    const QList<CsvRow> rows = sample.ReadCsv("locations.csv");
+    for (const CsvRow& row : rows) {
+        const QString library = row["owning_library_code"];
+        const qint64 id = sample.Add(
+            "locations",
+            {{"code", row["code"]},
+             {"name", row["name"]},
+             {"spine_label", row["code"].section('-', 0, 0)},
+             {"display_name", row["display_name"]},
+             {"suppressed", row["suppress_in_opac"]},
+             {"owning_library_id", libraries.contains(library) ? QVariant(libraries[library]) : QVariant()}});
+        // Most locations hold something; every twelfth is empty and can be deleted.
+        if (++number % 12 != 0) {
+            sample.Use("locations", "holdings records", id, number * 311 % 20000 + 1);
+            sample.Use("locations", "items", id, number * 523 % 30000 + 1);
+        }
+    }
+}
+
+} // namespace
+
+void RegisterLocations(Registry& registry) {
+    registry.AddSubject({
+        .table = "locations",
+        .area = Area::System,
+        .requests =
+            {.list = "LstLoc", .get = "GetLoc", .add = "AddLoc", .update = "UpdLoc", .remove = "DelLoc"},
+        .fields =
+            {
+                Field::Text("Cd", "code", CodeLength).Required().Unique(status::DuplicateCode).InList(),
+                // Real libraries give several locations the same name.
+                Field::Text("Nm", "name", NameLength).Required().InList(),
+                Field::Text("Spn", "spine_label", NameLength),
+                Field::Text("Dsp", "display_name", NameLength),
+                Field::Flag("OPAC", "suppressed"),
+                Field::Reference("Lb", "owning_library_id", "owning_libraries"),
+                Field::Joined("LN", "owning_library_id", "owning_libraries", "name").OnlyInList(),
+            },
+        .listArea = Area::AnyOperator,
+        .usedBy = {{"acquisitions_policy_locations", "location_id", InAcquisitionsGroup},
+                   {"cataloging_policy_locations", "location_id", InCatalogingGroup},
+                   {"circulation_policy_locations", "location_id", InCirculationGroup},
+                   {"data_change_profiles_locations", "location_id", InDataChangeProfile}},
+        .usages = LocationUsages(),
+        .addReply = {"ID", "Cd"},
+        .afterPut = [](Context& context, const wire::Fields& request, qint64 id,
+                       bool) { return ApplyAddresses(context, request, id); },
+        .checkRemove = CheckRemoval,
+        .addToGet = AddToRecord,
+        .addToList = [](Context& context, const wire::Fields&,
+                        wire::Fields& reply) { PutPhoneTypes(context, reply); },
+    });
+    DeclareLocationAddresses(registry);
+    registry.AddSample("locations", FillSample);
+    registry.AddSample("location addresses", FillLocationAddresses);
+}
+
+} // namespace sysadmin::server

@@ -1,0 +1,45 @@
+#include "server/SampleWriter.h"
+#include "server/subjects/Registrations.h"
+
+namespace sysadmin::server {
+
+namespace {
+
+constexpr qint16 UsedByBibliographicRecords = 61;
+constexpr qint16 OwnsLocations = 62;
+
+void FillSample(SampleWriter& sample) {
+    const QList<CsvRow> rows = sample.ReadCsv("owning_libraries.csv");
+    for (const CsvRow& row : rows)
+        sample.Add("owning_libraries",
+                   {{"name", row["name"]}, {"display_name", row["name"]}, {"nuc_code", row["code"]}});
+}
+
+} // namespace
+
+void RegisterOwningLibraries(Registry& registry) {
+    registry.AddSubject({
+        .table = "owning_libraries",
+        .area = Area::System,
+        .requests = {.list = "LstLib",
+                     .get = "GetLib",
+                     .add = "AddLib",
+                     .update = "UpdLib",
+                     .remove = "DelLib",
+                     .available = "AvlLib"},
+        .fields =
+            {
+                Field::Text("LN", "name", NameLength).Required().Unique(status::DuplicateName).InList(),
+                Field::Text("DN", "display_name", NameLength),
+                Field::Text("NC", "nuc_code", CodeLength),
+            },
+        .listArea = Area::AnyOperator,
+        .usedBy = {{"locations", "owning_library_id", OwnsLocations}},
+        .usages = {{"bibliographic records", UsedByBibliographicRecords}},
+        .memberships = {{.ownerColumn = "owning_library_id", .memberTable = "locations"}},
+        .addReply = {"ID", "LN"},
+    });
+    registry.AddSample("owning libraries", FillSample);
+}
+
+} // namespace sysadmin::server

@@ -1,0 +1,105 @@
+#include "server/SampleWriter.h"
+#include "server/SecurityOptions.h"
+#include "server/store/Database.h"
+#include "server/subjects/Registrations.h"
+
+namespace sysadmin::server {
+
+namespace {
+
+constexpr int AttemptsInBatch = 500;
+constexpr int MostDays = 999;
+
+Answer GetRulesText(Context& context, const wire::Fields&) {
+    Answer answer;
+    Put(answer.fields, "PDT",
+        context.database.FirstValue("SELECT rules_text FROM security_options ORDER BY id").toString());
+    return answer;
+}
+
+/// The log of invalid sign-on attempts, the latest first.
+Answer ListAttempts(Context& context, const wire::Fields& request) {
+    const QString name = "GetInvalidLogins";
+    const bool goesOn = wire::FirstValue(request, "55") == "Y" && context.cursor.request == name;
+    const qint64 before = goesOn ? context.cursor.after : std::numeric_limits<qint64>::max();
+    context.cursor = {name, 0};
+    Answer answer;
+    int count = 0;
+    context.database.Each("SELECT id, typed_id, operator_name, at, failed_count, locked_at, peer FROM "
+                          "invalid_sign_ons WHERE id<? ORDER BY id DESC LIMIT " +
+                              QString::number(AttemptsInBatch + 1),
+                          {before}, [&](const ResultRow& row) {
+                              if (++count > AttemptsInBatch) {
+                                  answer.status = status::Continues;
+                                  return;
+                              }
+                              context.cursor.after = row.value(0).toLongLong();
+                              Put(answer.fields, "LI", row.value(1).toString());
+                              Put(answer.fields, "ON", row.value(2).toString());
+                              Put(answer.fields, "AT", ShownTime(row.value(3).toString()));
+                              Put(answer.fields, "LC", row.value(4).toString());
+                              Put(answer.fields, "LT", ShownTime(row.value(5).toString()));
+                              Put(answer.fields, "WI", row.value(6).toString());
+                          });
+    return answer;
+}
+
+Answer ClearAttempts(Context& context, const wire::Fields&) {
+    context.database.Run("DELETE FROM invalid_sign_ons");
+    // So that the history of changes says who emptied the log.
+    if (const auto options = context.records.IdWhere("security_options", "only_one", "Y"))
+        context.records.Update("security_options", *options, {{"log_cleared_at", StoredTime(context.now)}});
+    return {};
+}
+
+Answer GetExpiry(Context& context, const wire::Fields&) {
+    Answer answer;
+    Put(answer.fields, "ED", QString::number(ReadSecurityRules(context.database).mostAgeDays));
+    return answer;
+}
+
+Answer UpdateExpiry(Context& context, const wire::Fields& request) {
+    bool isNumber = false;
+    const int days = wire::FirstValue(request, "ED").trimmed().toInt(&isNumber);
+    if (!isNumber || days < 0 || days > MostDays)
+        return {status::ColumnError};
+    const auto options = context.records.IdWhere("security_options", "only_one", "Y");
+    if (!options)
+        return {status::NotFound};
+    Row row{{"most_age_days", days}};
+    if (days > 0 && ReadSecurityRules(context.database).reminderDays > days)
+        row.insert("reminder_days", days);
+    context.records.Update("security_options", *options, row);
+    return {};
+}
+
+void FillSample(SampleWriter& sample) {
+    if (const auto options = sample.GetRecords().IdWhere("security_options", "only_one", "Y"))
+        sample.GetRecords().Update(
+            "security_options", *options,
+            {{"rules_text",
+              "Your new password must\r\n"
+              "- be a minimum of 8 and a maximum of 25 characters long\r\n"
+              "- contain at least 2 letters, 1 number and 1 special character:  !@#$%^&*?~\":;|=-.,\r\n"
+              "- not contain your operator id or your name\r\n"
+              "- be different from the previous 3 passwords"}});
+}
+
+} // namespace
+
+void RegisterPasswordSettings(Registry& registry) {
+    registry.AddTable({.name = "security_options", .columns = {{.name = "log_cleared_at"}}});
+    registry.AddRead("GET_PWD_DISPLAY_TEXT", Area::AnyOperator, GetRulesText);
+    // The reply to a list in batches moves the session's cursor.
+    registry.AddRequest({.name = "GetInvalidLogins",
+                         .area = Area::Security,
+                         .access = Access::View,
+                         .changes = true,
+                         .handler = ListAttempts});
+    registry.AddChange("ClearInvalidLogins", Area::Security, ClearAttempts);
+    registry.AddRead("GetMscExpire", Area::Security, GetExpiry);
+    registry.AddChange("UpdMscExpire", Area::Security, UpdateExpiry);
+    registry.AddSample("password rules text", FillSample);
+}
+
+} // namespace sysadmin::server

@@ -1,0 +1,54 @@
+#include "server/SampleWriter.h"
+#include "server/subjects/Registrations.h"
+
+#include <QRegularExpression>
+
+namespace sysadmin::server {
+
+namespace {
+
+constexpr int DateLength = 8;
+constexpr int OffsetLength = 5;
+
+bool IsDate(const QString& value) {
+    return value.isEmpty() || QDate::fromString(value, "yyyyMMdd").isValid();
+}
+
+/// A number of years, months or days.
+bool IsOffset(const QString& value) {
+    static const QRegularExpression form("^[0-9]{1,4}[YMD]$");
+    return value.isEmpty() || form.match(value).hasMatch();
+}
+
+/// A date is exact or relative, not both.
+qint16 CheckPut(Context&, const wire::Fields&, const Row&, Row& after) {
+    for (const QString& date : {QString("expiration"), QString("purge")})
+        if (!after[date + "_date"].toString().isEmpty() && !after[date + "_offset"].toString().isEmpty())
+            return status::ColumnError;
+    return status::Ok;
+}
+
+} // namespace
+
+void RegisterPatronDefaultDates(Registry& registry) {
+    registry.AddSubject({
+        .table = "patron_default_dates",
+        .area = Area::Circulation,
+        .requests = {.get = "GetPatDefDates", .update = "UpdPatDefDates"},
+        .fields =
+            {
+                Field::Text("PatExpDate", "expiration_date", DateLength).Checked(IsDate),
+                Field::Text("PatExpOffset", "expiration_offset", OffsetLength).Checked(IsOffset),
+                Field::Text("PatPurgeDate", "purge_date", DateLength).Checked(IsDate),
+                Field::Text("PatPurgeOffset", "purge_offset", OffsetLength).Checked(IsOffset),
+            },
+        .single = true,
+        .checkPut = CheckPut,
+    });
+    registry.AddSample("patron default dates", [](SampleWriter& sample) {
+        sample.Add("patron_default_dates",
+                   {{"only_one", "Y"}, {"expiration_offset", "1Y"}, {"purge_offset", "3Y"}});
+    });
+}
+
+} // namespace sysadmin::server

@@ -1,0 +1,69 @@
+#include "server/SecurityOptions.h"
+
+#include "server/subjects/Registrations.h"
+
+#include <QRegularExpression>
+
+namespace sysadmin::server {
+
+namespace {
+
+bool IsTime(const QString& value) {
+    static const QRegularExpression form("^[MHD]\\d{1,6}$");
+    return value.isEmpty() || form.match(value).hasMatch();
+}
+
+Field Number(const QString& tag, const QString& column, qint64 most, const QString& fallback) {
+    return Field::Whole(tag, column, 0, most).Default(fallback);
+}
+
+} // namespace
+
+void RegisterSecurityOptions(Registry& registry) {
+    // The defaults hold in a new library, with the sample data or without.
+    registry.AddSubject({
+        .table = "security_options",
+        .area = Area::Security,
+        .requests = {.get = "GetSecOptions", .update = "UpdSecOptions"},
+        .fields =
+            {
+                Number("PMC", "previous_passwords", 24, "3"),
+                Field::Text("PAM", "least_age", 7).Default("H0").Checked(IsTime),
+                Number("PAX", "most_age_days", 999, "0"),
+                Number("ERD", "reminder_days", 999, "0"),
+                Number("PLM", "least_length", 128, "8"),
+                Number("PLX", "most_length", 128, "25"),
+                Field::Flag("PCI", "may_contain_id"),
+                Field::Flag("PCN", "may_contain_name"),
+                Number("PAL", "least_letters", 128, "2"),
+                Field::Flag("PAG", "letters_in_group"),
+                Number("PUL", "least_uppercase", 128, "0"),
+                Field::Flag("PUG", "uppercase_in_group"),
+                Number("PLL", "least_lowercase", 128, "0"),
+                Field::Flag("PLG", "lowercase_in_group"),
+                Number("PNL", "least_digits", 128, "1"),
+                Field::Flag("PNG", "digits_in_group"),
+                Number("PSL", "least_special", 128, "1"),
+                Field::Flag("PSG", "special_in_group"),
+                Number("PGR", "group_requirement", 5, "0"),
+                Field::Text("PSC", "special_characters", NameLength).Default("!@#$%^&*?~\":;|=-.,"),
+                Number("PDD", "first_use_days", 999, "0"),
+                Number("LGA", "sign_on_attempts", 99, "5"),
+                Field::Text("LKD", "locked_for", 7).Default("H24").Checked(IsTime),
+                Field::Text("LKR", "attempts_forgotten", 7).Default("M10").Checked(IsTime),
+                Field::Text("PDT", "rules_text", NoteLength),
+                Field::Text("SWT", "warning_text", NoteLength),
+                Field::Flag("LAT", "log_attempts", "Y"),
+            },
+        .single = true,
+    });
+    registry.AddTable({.name = "invalid_sign_ons",
+                       .columns = {{.name = "typed_id"},
+                                   {.name = "operator_name"},
+                                   {.name = "at"},
+                                   {.name = "failed_count", .type = ColumnType::Whole},
+                                   {.name = "locked_at"},
+                                   {.name = "peer"}}});
+}
+
+} // namespace sysadmin::server

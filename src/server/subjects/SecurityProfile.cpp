@@ -1,0 +1,49 @@
+#include "server/SampleWriter.h"
+#include "server/store/Database.h"
+#include "server/subjects/Registrations.h"
+
+namespace sysadmin::server {
+
+namespace {
+
+/// Operators may ask for their own rights only.
+bool IsAboutRequester(const Context& context, const wire::Fields& request) {
+    return Fold(wire::FirstValue(request, "OI")) == Fold(context.requester.id);
+}
+
+void Append(const Context& context, const QString& tag, wire::Fields& reply) {
+    Put(reply, tag, context.rights.Has(tag) ? "Y" : "N");
+}
+
+Answer ReadRights(Context& context, const wire::Fields& request) {
+    if (!IsAboutRequester(context, request))
+        return {status::NotAuthorised};
+    Answer answer;
+    for (const char* tag : {"ASPG", "ASPGV", "CatPG", "CatPGV", "CrcPG", "CrcPGV", "CrCnv", "CrCnvV", "Sec",
+                            "SecV", "ChgPwd", "SysDf", "SysDfV"})
+        Append(context, tag, answer.fields);
+    const QVariant decimals = context.database.FirstValue("SELECT decimals FROM base_currency ORDER BY id");
+    Put(answer.fields, "Dec", decimals.isNull() ? QString("2") : decimals.toString());
+    Put(answer.fields, "PRB", ReadSetting(context.database, "web_services", "N"));
+    return answer;
+}
+
+Answer ReadPatronGroupRights(Context& context, const wire::Fields& request) {
+    if (!IsAboutRequester(context, request))
+        return {status::NotAuthorised};
+    Answer answer;
+    Append(context, "EditPatGrp", answer.fields);
+    Append(context, "PatGrpV", answer.fields);
+    return answer;
+}
+
+} // namespace
+
+void RegisterSecurityProfile(Registry& registry) {
+    registry.AddRead("SAInit", Area::AnyOperator, ReadRights);
+    registry.AddRead("CheckMasterProfile", Area::AnyOperator, ReadPatronGroupRights);
+    registry.AddSample("web services",
+                       [](SampleWriter& sample) { sample.WriteSetting("web_services", "Y"); });
+}
+
+} // namespace sysadmin::server

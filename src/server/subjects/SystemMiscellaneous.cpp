@@ -1,0 +1,25 @@
+#include "server/SampleWriter.h"
+#include "server/subjects/Registrations.h"
+
+namespace sysadmin::server {
+
+void RegisterSystemMiscellaneous(Registry& registry) {
+    registry.AddSubject({
+        .table = "system_miscellaneous",
+        .area = Area::System,
+        .requests = {.get = "GetMsc", .update = "UpdMsc"},
+        .fields =
+            {
+                Field::Flag("RP", "keeps_circulation_patrons"),
+                Field::Flag("MP", "keeps_booking_patrons"),
+                Field::Flag("D", "keeps_distribution_patrons"),
+                Field::Flag("DSS", "shows_subfield_separators"),
+            },
+        .single = true,
+    });
+    registry.AddSample("system miscellaneous", [](SampleWriter& sample) {
+        sample.Add("system_miscellaneous", {{"only_one", "Y"}, {"shows_subfield_separators", "Y"}});
+    });
+}
+
+} // namespace sysadmin::server

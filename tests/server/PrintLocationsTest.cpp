@@ -1,0 +1,85 @@
+#include "support/TestServer.h"
+#include "wire/Status.h"
+
+#include <gtest/gtest.h>
+
+namespace sysadmin::testing {
+
+namespace {
+
+namespace status = wire::status;
+
+class PrintLocations : public ::testing::Test {
+protected:
+    /// The names of the locations that are marked as the default.
+    QStringList Defaults() {
+        const wire::Fields list = server.Send("LstPL").fields;
+        const QStringList names = ValuesOf(list, "Nm");
+        const QStringList marks = ValuesOf(list, "DP");
+        QStringList defaults;
+        for (qsizetype i = 0; i < names.size(); ++i)
+            if (marks.value(i) == "Y")
+                defaults << names[i];
+        return defaults;
+    }
+
+    TestServer server;
+};
+
+TEST_F(PrintLocations, ThereIsOneDefault) {
+    EXPECT_EQ(Defaults(), QStringList{"Main Circulation Desk"});
+    const wire::Reply added =
+        server.Send("AddPL", {{"Cd", "MAIL"}, {"Nm", "Mail Room"}, {"DP", "Y"}, {"CG", "Y"}});
+    ASSERT_EQ(added.status, 0);
+    EXPECT_EQ(Defaults(), QStringList{"Mail Room"});
+    const QString id = wire::FirstValue(added.fields, "ID");
+    EXPECT_EQ(server.StatusOf("UpdPL", {{"ID", id}, {"Nm", "Post Room"}, {"NNm", "Y"}}), 0);
+    EXPECT_EQ(Defaults(), QStringList{"Post Room"});
+    EXPECT_EQ(server.StatusOf("UpdPL", {{"ID", id}, {"DP", "N"}}), 0);
+    EXPECT_TRUE(Defaults().isEmpty());
+
+    server.Restart();
+    server.SignOnAs("SYSADMIN");
+    const wire::Fields record = server.Send("GetPL", {{"ID", id}}).fields;
+    EXPECT_EQ(record, (wire::Fields{{"Cd", "MAIL"},
+                                    {"Nm", "Post Room"},
+                                    {"DP", "N"},
+                                    {"CG", "Y"},
+                                    {"AG", "N"},
+                                    {"MSG", "N"},
+                                    {"CtG", "N"}}));
+}
+
+TEST_F(PrintLocations, RefusedSaveLeavesTheDefaultWhereItWas) {
+    EXPECT_EQ(server.StatusOf("AddPL", {{"Cd", "law"}, {"Nm", "New"}, {"DP", "Y"}}), status::DuplicateCode);
+    EXPECT_EQ(server.StatusOf("AddPL", {{"Cd", "NEW"}, {"Nm", "Law library"}, {"DP", "Y"}}),
+              status::DuplicateName);
+    EXPECT_EQ(server.StatusOf("UpdPL", {{"ID", "999999"}, {"DP", "Y"}}), status::NotFound);
+    server.SignOnAs("CIRC");
+    EXPECT_EQ(server.StatusOf("AddPL", {{"Cd", "NEW"}, {"Nm", "New"}, {"DP", "Y"}}), status::NotAuthorised);
+    EXPECT_EQ(server.StatusOf("GetPL", {{"ID", "1"}}), status::NotAuthorised);
+    EXPECT_EQ(Defaults(), QStringList{"Main Circulation Desk"}) << "whoever chooses one may list them";
+}
+
+TEST(MaterialTypes, AreKnownByTheirCode) {
+    TestServer server;
+    ASSERT_EQ(server.StatusOf("AddBF", {{"Cd", "xx"}, {"Nm", "Something Else"}}), 0);
+    EXPECT_EQ(server.StatusOf("AddBF", {{"Cd", "AM"}, {"Nm", "Tome"}}), status::DuplicateCode);
+    EXPECT_EQ(server.StatusOf("AddBF", {{"Cd", "yy"}, {"Nm", "book"}}), status::DuplicateName);
+    const wire::Fields change{
+        {"Cd", "zz"}, {"Nm", "Something Else"}, {"OC", "xx"}, {"NCd", "Y"}, {"NNm", "N"}};
+    ASSERT_EQ(server.StatusOf("UpdBF", change), 0);
+    EXPECT_EQ(server.StatusOf("UpdBF", change), status::NotFound);
+    server.Restart();
+    server.SignOnAs("VIEWER");
+    EXPECT_EQ(server.StatusOf("GetBF", {{"Cd", "xx"}}), status::NotFound);
+    EXPECT_EQ(server.Send("GetBF", {{"Cd", "zz"}}).fields,
+              (wire::Fields{{"Cd", "zz"}, {"Nm", "Something Else"}}));
+    EXPECT_EQ(server.StatusOf("AddBF", {{"Cd", "qq"}, {"Nm", "Q"}}), status::NotAuthorised);
+    server.SignOnAs("CIRC");
+    EXPECT_EQ(server.StatusOf("LstBF"), status::NotAuthorised);
+}
+
+} // namespace
+
+} // namespace sysadmin::testing

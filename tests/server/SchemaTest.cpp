@@ -1,0 +1,183 @@
+#include "Engines.h"
+
+#include "server/SampleWriter.h"
+#include "server/store/Database.h"
+#include "server/store/Records.h"
+#include "server/store/Schema.h"
+#include "support/TestServer.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+namespace sysadmin::testing {
+namespace {
+
+using namespace server;
+
+class SchemaTest : public EngineTest {
+protected:
+    StoreAddress Place() const { return Address().value_or(StoreAddress::InDirectory(m_directory.path())); }
+    QTemporaryDir m_directory;
+};
+INSTANTIATE_ON_ENGINES(SchemaTest);
+
+TEST_P(SchemaTest, OlderLibrariesGetWhatIsNew) {
+    Schema schema{.tables = {{.name = "shelves", .columns = {{.name = "name"}}}}, .migrations = {}};
+    Database database(Place());
+    EXPECT_EQ(BringToSchema(database, schema), "");
+    for (const char* name : {"North", "South", " NORTH "})
+        database.Run("INSERT INTO shelves (name) VALUES (?)", {name});
+
+    // Columns, a table that refers to this one and is referred to by it, a unique text, and a migration.
+    int runs = 0;
+    schema.tables[0].columns << Column{.name = "kind", .fallback = "it's open"}
+                             << Column{.name = "height", .type = ColumnType::Whole, .fallback = "7"}
+                             << Column{.name = "room_id", .type = ColumnType::Reference, .target = "rooms"};
+    schema.tables[0].uniqueTexts << UniqueText{"name"};
+    schema.tables << Table{
+        .name = "rooms",
+        .columns = {{.name = "best_shelf_id", .type = ColumnType::Reference, .target = "shelves"}}};
+    schema.migrations << Migration{
+        2, [&](Database& migrated) {
+            ++runs;
+            migrated.Run("UPDATE shelves SET name=? WHERE name=?", {"Far South", "South"});
+        }};
+    EXPECT_EQ(BringToSchema(database, schema), "");
+    EXPECT_EQ(BringToSchema(database, schema), "");
+    EXPECT_EQ(runs, 1);
+    const QVariantList south =
+        *database.FirstRow("SELECT name, kind, height, room_id FROM shelves WHERE id=2");
+    EXPECT_EQ(south.mid(0, 3), (QVariantList{"Far South", "it's open", 7}));
+    EXPECT_TRUE(south[3].isNull());
+    Tables tables{{"shelves", schema.tables[0]}, {"rooms", schema.tables[1]}};
+    Records records(database, tables);
+    EXPECT_TRUE(records.IsTaken("shelves", {"name"}, "north", {}, 0));
+    // Two of the same from the time when that was allowed do not hold up the rest.
+    EXPECT_TRUE(records.Update("shelves", 3, {{"name", "West"}}));
+    EXPECT_EQ(records.IdOfText("shelves", "name", "WEST"), 3);
+    EXPECT_THROW(records.Insert("shelves", {{"name", "west"}}), StoreError);
+    EXPECT_THROW(records.Insert("shelves", {{"name", "East"}, {"room_id", 99}}), StoreError);
+
+    // A program that knows less refuses to touch it.
+    schema.migrations.clear();
+    EXPECT_TRUE(BringToSchema(database, schema).contains("later version"));
+}
+
+TEST_P(SchemaTest, ANewLibraryNeedsNoMigrations) {
+    int runs = 0;
+    Database database(Place());
+    EXPECT_EQ(BringToSchema(database, {.tables = {}, .migrations = {{2, [&](Database&) { ++runs; }}}}), "");
+    EXPECT_EQ(runs, 0);
+    EXPECT_EQ(ReadSetting(database, "schema_version"), "2");
+}
+
+TEST_P(SchemaTest, AFailedTransactionLeavesNothing) {
+    Database database(Place());
+    BringToSchema(database,
+                  {.tables = {{.name = "shelves", .columns = {{.name = "name"}}}}, .migrations = {}});
+    EXPECT_THROW(RunInTransaction(database,
+                                  [&] {
+                                      database.Run("INSERT INTO shelves (name) VALUES ('a')");
+                                      database.Run("INSERT INTO nothing (name) VALUES ('b')");
+                                  }),
+                 StoreError);
+    EXPECT_FALSE(RunInTransaction(database, Transaction::Mode::Write, [&] {
+        database.Run("INSERT INTO shelves (name) VALUES ('c')");
+        return false;
+    }));
+    EXPECT_EQ(database.FirstValue("SELECT COUNT(*) FROM shelves").toInt(), 0);
+}
+
+TEST_P(SchemaTest, QueriesMayRunInsideOfQueries) {
+    Database database(Place());
+    BringToSchema(database, {.tables = {{.name = "shelves", .columns = {{.name = "name"}}}}});
+    for (const char* name : {"a", "b", "c"})
+        database.Run("INSERT INTO shelves (name) VALUES (?)", {name});
+    const QString sql = "SELECT id, name FROM shelves WHERE id>=? ORDER BY id";
+    QStringList seen;
+    database.Each(sql, {1}, [&](const ResultRow& outer) {
+        database.Each(sql, {outer.value(0)}, [&](const ResultRow& inner) {
+            seen << outer.value(1).toString() + inner.value(1).toString() +
+                        database.FirstRow(sql, {inner.value(0)})->last().toString();
+        });
+    });
+    EXPECT_EQ(seen.join(' '), "aaa abb acc bbb bcc ccc");
+}
+
+TEST(LibraryTest, WhatCannotBeOpenedIsSaidInOneLine) {
+    QTemporaryDir directory;
+    const auto open = [](const StoreAddress& address, LibraryOptions::WhenMissing whenMissing) {
+        QString error;
+        const auto library = Library::Open(
+            {.address = address, .whenMissing = whenMissing, .hashCost = HashCost::Least()}, &error);
+        EXPECT_EQ(library == nullptr, !error.isEmpty());
+        EXPECT_FALSE(error.contains('\n'));
+        return error;
+    };
+    const StoreAddress place = StoreAddress::InDirectory(directory.filePath("new/library"));
+    EXPECT_TRUE(open(place, LibraryOptions::WhenMissing::Refuse).contains("no library"));
+    EXPECT_FALSE(QFile::exists(directory.filePath("new")));
+    EXPECT_EQ(open(place, LibraryOptions::WhenMissing::MakeSample), "");
+    {
+        Database database(place);
+        WriteSetting(database, "schema_version", "9999");
+    }
+    EXPECT_TRUE(open(place, LibraryOptions::WhenMissing::Refuse).contains("later version"));
+
+    QFile file(place.file);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    file.seek(8192);
+    file.write(QByteArray(20'000, char(0x5a)));
+    file.close();
+    EXPECT_TRUE(open(place, LibraryOptions::WhenMissing::Refuse).contains("damaged"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(QByteArray(5000, 'x'));
+    file.close();
+    EXPECT_TRUE(open(place, LibraryOptions::WhenMissing::MakeSample).contains("damaged"));
+    // A file in the place of the directory.
+    EXPECT_FALSE(
+        open(StoreAddress::InDirectory(place.file), LibraryOptions::WhenMissing::MakeSample).isEmpty());
+    StoreAddress nowhere;
+    nowhere.engine = StoreAddress::Engine::PostgreSql;
+    nowhere.host = "127.0.0.1";
+    nowhere.port = 1;
+    nowhere.database = "x";
+    nowhere.password = "secret";
+    const QString error = open(nowhere, LibraryOptions::WhenMissing::MakeSample);
+    EXPECT_TRUE(error.contains("127.0.0.1"));
+    EXPECT_FALSE(error.contains("secret"));
+}
+
+TEST(LibraryTest, ANewLibraryHasOneAdministratorWhoMustChangeThePassword) {
+    QTemporaryDir directory;
+    LibraryOptions options;
+    options.address = StoreAddress::InDirectory(directory.path());
+    options.whenMissing = LibraryOptions::WhenMissing::MakeEmpty;
+    options.hashCost = HashCost::Least();
+    QString error;
+    const auto library = Library::Open(options, &error);
+    ASSERT_TRUE(library);
+    EXPECT_FALSE(library->IsSample());
+    TestClient client(library, "192.0.2.1");
+    ASSERT_EQ(client.SignOn("SYSADMIN", library->FirstPassword()), status::Ok);
+    EXPECT_EQ(client.Send("LstVenTp").status, status::NotAuthorised);
+    EXPECT_EQ(client
+                  .Ask("ChgOwnPwd",
+                       {{"OPW", client.Seal(library->FirstPassword())}, {"PW", client.Seal("My-own-1")}})
+                  ->status,
+              status::Ok);
+    EXPECT_EQ(client.Send("LstVenTp").status, status::Ok);
+    EXPECT_EQ(client.Send("AddVenTp", {{"Cd", "A"}, {"Nm", "B"}}).status, status::Ok);
+    const auto again = Library::Open(options, &error);
+    EXPECT_EQ(again->FirstPassword(), "");
+    EXPECT_EQ(again->GetSealingKeys().publicKey, library->GetSealingKeys().publicKey);
+}
+
+TEST(LibraryTest, CsvFields) {
+    EXPECT_EQ(ParseCsv("a,\"b, \"\"c\"\"\",\r\n,\"two\nlines\""),
+              (QList<QStringList>{{"a", "b, \"c\"", ""}, {"", "two\nlines"}}));
+    EXPECT_TRUE(ParseCsv("").isEmpty());
+}
+
+} // namespace
+} // namespace sysadmin::testing

@@ -1,0 +1,135 @@
+#include "Engines.h"
+
+#include "support/TestServer.h"
+
+namespace sysadmin::testing {
+namespace {
+
+using namespace server;
+
+class SessionTest : public EngineTest {
+protected:
+    void SetUp() override {
+        EngineTest::SetUp();
+        if (!IsSkipped())
+            m_server = std::make_unique<TestServer>(TestServer::Options{.address = Address()});
+    }
+
+    int CountTypes(const QString& code) {
+        return m_server->Value("SELECT COUNT(*) FROM vendor_types WHERE code=?", {code}).toInt();
+    }
+
+    std::unique_ptr<TestServer> m_server;
+};
+INSTANTIATE_ON_ENGINES(SessionTest);
+
+const wire::Fields Zine{{"Cd", "ZINE"}, {"Nm", "Zines"}};
+
+TEST_P(SessionTest, ARequestSentAgainIsNotCarriedOutAgain) {
+    TestClient& client = m_server->Client();
+    ASSERT_EQ(client.Send("LstVenTp").status, status::Ok);
+    const auto reply = client.SendNumbered(2, "AddItmTp", {{"Cd", "globe"}, {"Nm", "Globe"}});
+    ASSERT_TRUE(reply);
+    ASSERT_EQ(reply->status, status::Ok);
+    EXPECT_EQ(client.SendNumbered(2, "AddItmTp", {{"Cd", "globe"}, {"Nm", "Globe"}}), reply);
+
+    // The server went down before the reply arrived.
+    const QString token = client.Token();
+    m_server->Restart();
+    ASSERT_EQ(m_server->Client().Resume(token, 1), status::Ok);
+    EXPECT_EQ(m_server->Client().SendNumbered(2, "AddItmTp", {{"Cd", "globe"}, {"Nm", "Globe"}}), reply);
+    EXPECT_EQ(m_server->Value("SELECT COUNT(*) FROM item_types WHERE code='globe'"), "1");
+    EXPECT_EQ(m_server->Value("SELECT COUNT(*) FROM history"), "1");
+    EXPECT_EQ(m_server->Client().SendNumbered(3, "LstVenTp")->status, status::Ok);
+}
+
+TEST_P(SessionTest, NumbersKeepTheirOrder) {
+    TestClient& client = m_server->Client();
+    EXPECT_EQ(client.SendNumbered(1, "AddVenTp", Zine)->status, status::Ok);
+    EXPECT_EQ(client.SendNumbered(2, "AddVenTp", Zine)->status, status::DuplicateCode);
+    EXPECT_EQ(client.SendNumbered(2, "AddVenTp", Zine)->status, status::DuplicateCode);
+    EXPECT_EQ(client.SendNumbered(3, "LstVenTp")->status, status::Ok);
+    EXPECT_EQ(client.SendNumbered(3, "LstVenTp")->status, status::Ok);
+    EXPECT_FALSE(client.SendNumbered(2, "DelVenTp", {{"Cd", "ZINE"}}));
+    EXPECT_FALSE(client.SendNumbered(4, "LstVenTp")) << "cut off for good";
+
+    // Replies to reads are not kept, so the first number after a resume may be any higher one; then they
+    // count on.
+    const auto again = m_server->Connect();
+    ASSERT_EQ(again->Resume(client.Token(), 3), status::Ok);
+    EXPECT_EQ(again->SendNumbered(4, "LstVenTp")->status, status::Ok);
+    EXPECT_FALSE(again->SendNumbered(6, "DelVenTp", {{"Cd", "ZINE"}}));
+    EXPECT_EQ(CountTypes("ZINE"), 1);
+}
+
+TEST_P(SessionTest, OnlyTheLastConnectionHasTheSession) {
+    const auto second = m_server->Connect();
+    ASSERT_EQ(second->Resume(m_server->Client().Token(), 0), status::Ok);
+    // A request that was held up on the old connection must not happen after all.
+    EXPECT_FALSE(m_server->Client().SendNumbered(1, "AddVenTp", Zine));
+    EXPECT_EQ(CountTypes("ZINE"), 0);
+    EXPECT_EQ(second->Send("AddVenTp", Zine).status, status::Ok);
+}
+
+TEST_P(SessionTest, SessionsEnd) {
+    TestClient& client = m_server->Client();
+    const QString token = client.Token();
+    m_server->Advance(11 * 3600);
+    EXPECT_EQ(client.Send("LstVenTp").status, status::Ok);
+    m_server->Advance(11 * 3600); // a request came in between
+    EXPECT_EQ(client.Send("LstVenTp").status, status::Ok);
+    m_server->Advance(13 * 3600);
+    EXPECT_EQ(client.Send("LstVenTp").status, status::CommunicationsFailure);
+    EXPECT_EQ(m_server->Connect()->Resume(token, 3), status::InvalidSignOn);
+
+    m_server->SignOnAs("SYSADMIN");
+    const QString second = m_server->Client().Token();
+    EXPECT_EQ(m_server->Client().Ask("SignOff")->status, status::Ok);
+    EXPECT_EQ(m_server->Connect()->Resume(second, 0), status::InvalidSignOn);
+    EXPECT_EQ(m_server->Connect()->Resume("", 0), status::InvalidSignOn);
+
+    m_server->SignOnAs("GUEST");
+    m_server->GetDatabase().Run("DELETE FROM sessions WHERE operator_row IN (SELECT id FROM operators WHERE "
+                                "operator_id='GUEST')");
+    EXPECT_EQ(m_server->Client().Send("LstLoc").status, status::CommunicationsFailure);
+    // The token is kept as a hash only.
+    EXPECT_EQ(m_server->Value("SELECT COUNT(*) FROM sessions WHERE token_hash=?", {second}), "0");
+}
+
+TEST_P(SessionTest, BeforeSignOnThereIsNothingToGet) {
+    const auto stranger = m_server->Connect();
+    EXPECT_EQ(stranger->Ask("LstVenTp")->status, status::UnknownRequest);
+    EXPECT_EQ(stranger->Ask("ChgOwnPwd")->status, status::InvalidSignOn);
+    EXPECT_FALSE(stranger->SendNumbered(1, "LstVenTp"));
+    EXPECT_FALSE(stranger->Connection().Handle("garbage"));
+    EXPECT_FALSE(stranger->Ask("Hello", {{"X", QString(70'000, 'x')}})) << "too long before sign-on";
+    EXPECT_EQ(m_server->Send("AddVenTp", {{"Cd", "X"}, {"Nm", QString(70'000, 'x')}}).status,
+              status::ColumnError);
+}
+
+TEST_P(SessionTest, ConnectionsWorkSideBySide) {
+    // Each adds its own records while the others do; none is lost and all replies are good.
+    std::vector<std::unique_ptr<QThread>> threads;
+    QAtomicInt good = 0;
+    for (int worker = 0; worker < 4; ++worker) {
+        threads.emplace_back(QThread::create([this, worker, &good] {
+            const auto client = m_server->Connect();
+            if (client->SignOn("SYSADMIN", SamplePassword("SYSADMIN")) != status::Ok)
+                return;
+            for (int i = 0; i < 10; ++i) {
+                const QString code = QString("W%1-%2").arg(worker).arg(i);
+                if (client->Send("AddVenTp", {{"Cd", code}, {"Nm", code}}).status == status::Ok &&
+                    client->Send("LstVenTp").status == status::Ok)
+                    ++good;
+            }
+        }));
+        threads.back()->start();
+    }
+    for (const auto& thread : threads)
+        thread->wait();
+    EXPECT_EQ(good.loadRelaxed(), 40);
+    EXPECT_EQ(m_server->Value("SELECT COUNT(*) FROM vendor_types WHERE code LIKE 'W_-_'"), "40");
+}
+
+} // namespace
+} // namespace sysadmin::testing
