@@ -1,11 +1,11 @@
 #include "framework/FieldEditor.h"
 
+#include "framework/DateEdit.h"
 #include "framework/ListEditors.h"
 #include "framework/forms/ValueFields.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDateEdit>
 #include <QHBoxLayout>
 #include <QIntValidator>
 #include <QLineEdit>
@@ -221,15 +221,12 @@ public:
     DateEditor(DateField& field, QWidget* parent)
         : FieldEditor(field)
         , m_date(field) {
-        m_edit = new QDateEdit(parent);
-        m_edit->setCalendarPopup(true);
-        m_edit->setDisplayFormat(
-            QLocale().dateFormat(QLocale::ShortFormat).replace("yyyy", "yy").replace("yy", "yyyy"));
-        m_edit->setSpecialValueText(" "); // stands for "no date", shown at the lowest date
+        m_edit = new DateEdit(parent);
+        m_edit->setFixedWidth(WidthForLength(*m_edit, 14));
         m_widget = m_edit;
         m_focusWidgets = {m_edit};
         connect(m_edit, &QDateEdit::dateChanged, this,
-                [this](QDate date) { m_date.SetDate(date == m_edit->minimumDate() ? QDate() : date); });
+                [this](QDate date) { m_date.SetDate(m_edit->IsBlank() ? QDate() : date); });
         connect(m_edit, &QDateEdit::editingFinished, this, [this] { m_date.NotifyLeft(); });
     }
 
@@ -246,7 +243,7 @@ protected:
 
 private:
     DateField& m_date;
-    QDateEdit* m_edit;
+    DateEdit* m_edit;
 };
 
 class TimeEditor : public FieldEditor {
@@ -292,9 +289,11 @@ public:
         line->addWidget(m_unit);
         line->addStretch();
         m_focusWidgets = {m_number, m_unit};
-        const auto take = [this] { m_interval.SetParts(m_number->text(), m_unit->currentData().toString()); };
-        connect(m_number, &QLineEdit::textEdited, this, take);
-        connect(m_unit, &QComboBox::activated, this, take);
+        connect(m_number, &QLineEdit::textEdited, this, [this](const QString& text) {
+            m_interval.SetParts(text, m_unit->currentData().toString());
+        });
+        connect(m_unit, &QComboBox::activated, this,
+                [this](int index) { m_interval.ChangeUnit(m_unit->itemData(index).toString()); });
         connect(m_number, &QLineEdit::editingFinished, this, [this] {
             if (!m_number->isReadOnly())
                 m_interval.NotifyLeft();

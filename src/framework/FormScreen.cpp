@@ -5,19 +5,46 @@
 #include "framework/Captions.h"
 #include "framework/FormView.h"
 #include "framework/ListGrid.h"
+#include "wire/Status.h"
 
+#include <QDialog>
 #include <QMdiSubWindow>
 #include <QPushButton>
 #include <QShortcut>
 
 namespace sysadmin {
 
-void FormScreen::Follow(ChoiceField& field, const QString& pickList) {
-    field.SetItems(App().pickLists.Items(pickList));
-    connect(&App().pickLists, &PickLists::Changed, this, [this, &field, pickList](const QString& list) {
+void FormScreen::Follow(ChoiceField& field, const QString& pickList, const QString& none) {
+    const auto showEntries = [this, &field, pickList, none] {
+        QList<PickItem> items = App().pickLists.Items(pickList);
+        if (!none.isEmpty())
+            items.prepend({{}, none});
+        field.SetItems(items);
+    };
+    showEntries();
+    connect(&App().pickLists, &PickLists::Changed, this, [pickList, showEntries](const QString& list) {
         if (list == pickList)
-            field.SetItems(App().pickLists.Items(pickList));
+            showEntries();
     });
+}
+
+QList<PickItem> FormScreen::ReadPickItems(const QString& listRequest, const QString& idTag,
+                                          const QString& textTag,
+                                          const std::function<void(qint16 status)>& report) {
+    RequestChannel& channel = App().channel;
+    QList<PickItem> items;
+    qint16 result = wire::status::Ok;
+    do {
+        if (result == wire::status::Continues)
+            channel.PutField("55", "Y");
+        result = channel.SendRequest(listRequest);
+        if (result != wire::status::Ok)
+            report(result);
+        else
+            while (channel.NextRecord(idTag))
+                items.append({channel.GetField(idTag), channel.GetField(textTag)});
+    } while (result == wire::status::Continues);
+    return items;
 }
 
 void FormScreen::Announce(const QString& subject) {
@@ -53,8 +80,9 @@ bool FormScreen::CheckForm(const Form& form, FormView& view) {
 }
 
 void FormScreen::CloseScreen() {
-    auto* window = qobject_cast<QMdiSubWindow*>(parentWidget());
-    (window ? static_cast<QWidget*>(window) : this)->close();
+    QWidget* around = parentWidget();
+    const bool isWindow = qobject_cast<QMdiSubWindow*>(around) || qobject_cast<QDialog*>(around);
+    (isWindow ? around : this)->close();
 }
 
 void FormScreen::Tell(const QString& text) {

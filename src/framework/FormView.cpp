@@ -5,7 +5,10 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
+#include <QScrollArea>
 #include <QTabWidget>
+
+#include <algorithm>
 
 namespace sysadmin {
 
@@ -24,8 +27,18 @@ bool WantsHeight(const Field& field) {
     }
 }
 
+/// The same for whatever stands in a layout: a frame wants what its children want.
+bool WantsHeight(const Layout& layout) {
+    if (layout.kind == Layout::Kind::Tabs || (layout.field && WantsHeight(*layout.field)))
+        return true;
+    return std::any_of(layout.children.begin(), layout.children.end(),
+                       [](const Layout& child) { return WantsHeight(child); });
+}
+
 /// Two cells hold a field: its label and its control.
 constexpr int CellsOfField = 2;
+/// Between columns that stand side by side.
+constexpr int ColumnGap = 24;
 
 } // namespace
 
@@ -49,7 +62,8 @@ void FormView::FocusFirst() {
     for (QTabWidget* tabs : findChildren<QTabWidget*>())
         tabs->setCurrentIndex(0);
     for (QWidget* widget : m_tabOrder)
-        if (widget->isEnabledTo(this) && widget->focusPolicy() != Qt::NoFocus) {
+        if (widget->isEnabledTo(this) && widget->focusPolicy() != Qt::NoFocus &&
+            !qobject_cast<QTabWidget*>(widget)) {
             widget->setFocus(Qt::TabFocusReason);
             return;
         }
@@ -65,8 +79,22 @@ void FormView::FocusField(const Field& field) {
             if (tabs->indexOf(widget) >= 0)
                 tabs->setCurrentWidget(widget);
     }
-    if (!editor->FocusWidgets().isEmpty())
-        editor->FocusWidgets().first()->setFocus(Qt::TabFocusReason);
+    if (editor->FocusWidgets().isEmpty())
+        return;
+    editor->FocusWidgets().first()->setFocus(Qt::TabFocusReason);
+    if (m_scrollArea)
+        m_scrollArea->ensureWidgetVisible(editor->FocusWidgets().first());
+}
+
+QWidget* FormView::InScrollArea(QWidget* parent) {
+    m_scrollArea = new QScrollArea(parent);
+    m_scrollArea->setFrameShape(QFrame::NoFrame);
+    m_scrollArea->setWidgetResizable(true);
+    m_scrollArea->setFocusPolicy(Qt::NoFocus);
+    m_scrollArea->viewport()->setAutoFillBackground(false);
+    m_scrollArea->setWidget(this);
+    setAutoFillBackground(false);
+    return m_scrollArea;
 }
 
 FieldEditor* FormView::EditorOf(const Field& field) const {
@@ -81,7 +109,7 @@ void FormView::DrawColumn(const QList<Layout>& children, QWidget* parent) {
     int row = 0;
     bool stretches = false;
     for (const Layout& child : children) {
-        const bool tall = child.kind == Layout::Kind::Tabs || (child.field && WantsHeight(*child.field));
+        const bool tall = WantsHeight(child);
         if (child.kind == Layout::Kind::Row) {
             int column = 0;
             for (const Layout& cell : child.children)
@@ -132,7 +160,7 @@ int FormView::DrawChild(const Layout& child, QWidget* parent, QGridLayout& grid,
     default: // a column or row inside another one
         widget = new QWidget(parent);
         DrawColumn(child.kind == Layout::Kind::Row ? QList<Layout>{child} : child.children, widget);
-        widget->layout()->setContentsMargins({});
+        widget->layout()->setContentsMargins(inRow && column > 0 ? ColumnGap : 0, 0, 0, 0);
     }
     const int span = inRow ? CellsOfField : -1;
     grid.addWidget(widget, row, column, 1, span,

@@ -10,6 +10,7 @@
 
 class QGridLayout;
 class QLabel;
+class QScrollArea;
 
 namespace sysadmin {
 
@@ -34,6 +35,9 @@ public:
     FieldEditor* EditorOf(const Field& field) const;
     Form& GetForm() const { return m_form; }
 
+    /// The view in a frame that lets it be scrolled where the window is smaller than the form.
+    QWidget* InScrollArea(QWidget* parent);
+
 private:
     void DrawColumn(const QList<Layout>& children, QWidget* parent);
     /// Draws a child into the grid from a cell on; answers the first free column behind it.
@@ -47,6 +51,7 @@ private:
     std::map<const Field*, std::unique_ptr<FieldEditor>> m_editors;
     std::map<const Field*, QLabel*> m_labels;
     QList<QWidget*> m_tabOrder;
+    QScrollArea* m_scrollArea = nullptr;
     bool m_readOnly = false;
 };
 

@@ -39,10 +39,18 @@ class CheckedEditor : public FieldEditor {
 public:
     CheckedEditor(CheckedField& field, QWidget* parent) : FieldEditor(field), m_checked(field) {
         m_list = new QListWidget(parent);
+        m_list->setSpacing(2);
         m_widget = m_list;
         m_focusWidgets = {m_list};
         connect(m_list, &QListWidget::itemChanged, this, [this](QListWidgetItem* item) {
             m_checked.SetChecked(m_list->row(item), item->checkState() == Qt::Checked);
+        });
+        // A click anywhere on the entry toggles it; on the box itself the list has done that already.
+        connect(m_list, &QListWidget::itemPressed, this,
+                [this](QListWidgetItem* item) { m_pressed = item->checkState(); });
+        connect(m_list, &QListWidget::itemClicked, this, [this](QListWidgetItem* item) {
+            if (!m_locked && item->checkState() == m_pressed)
+                item->setCheckState(m_pressed == Qt::Checked ? Qt::Unchecked : Qt::Checked);
         });
     }
 
@@ -75,6 +83,7 @@ protected:
 private:
     CheckedField& m_checked;
     QListWidget* m_list;
+    Qt::CheckState m_pressed = Qt::Unchecked;
     bool m_locked = false;
 };
 

@@ -78,6 +78,7 @@ void ListGrid::SetUpFilter() {
     m_filterBox->setClearButtonEnabled(true);
     m_filterBox->setToolTip(tr("Shows only rows that contain this text (Ctrl+F)"));
     m_filterBox->installEventFilter(this);
+    connect(m_filterBox, &QObject::destroyed, this, [this] { m_filterBox = nullptr; });
     connect(m_filterBox, &QLineEdit::textChanged, this, &ListGrid::ApplyFilter);
 }
 
@@ -85,10 +86,6 @@ void ListGrid::SetUpFilter() {
 void ListGrid::FitRowHeight() {
     verticalHeader()->setMinimumSectionSize(fontMetrics().height());
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
-}
-
-QLineEdit* ListGrid::FilterBox() const {
-    return m_filterBox;
 }
 
 void ListGrid::FocusFilter() {

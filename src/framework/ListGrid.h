@@ -3,7 +3,6 @@
 #include "framework/GridModel.h"
 
 #include <QElapsedTimer>
-#include <QPointer>
 #include <QTableView>
 
 class QLineEdit;
@@ -25,7 +24,7 @@ public:
     const GridModel& Model() const { return m_model; }
     /// The box that filters the rows while the operator types; the screen places it above the grid. A grid
     /// whose box is not placed has no filter.
-    QLineEdit* FilterBox() const;
+    QLineEdit* FilterBox() const { return m_filterBox; }
     /// Puts the focus into the filter box, if it is placed.
     void FocusFilter();
     /// With a prompter the context menu offers the CSV export.
@@ -91,7 +90,7 @@ private:
     QStringList VisibleCells(int displayRow) const;
 
     GridModel m_model;
-    QPointer<QLineEdit> m_filterBox;
+    QLineEdit* m_filterBox = nullptr; // null again once its own parent has deleted it
     Prompter* m_prompter = nullptr;
     QString m_searched;
     QElapsedTimer m_sinceTyping;

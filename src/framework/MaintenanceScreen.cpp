@@ -29,6 +29,7 @@ MaintenanceScreen::MaintenanceScreen(Application& application, const QString& fo
 
     auto* splitter = new QSplitter(Qt::Horizontal, this);
     splitter->setChildrenCollapsible(false);
+    splitter->setHandleWidth(16);
     auto* whole = new QVBoxLayout(this);
     whole->addWidget(splitter);
 
@@ -89,10 +90,15 @@ void MaintenanceScreen::AddTable(const TableSpec& spec, Form& form, const Layout
     table.grid = new ListGrid(own.gridName, own.columns, table.listPage);
     if (own.sorted)
         table.grid->sortByColumn(0, Qt::AscendingOrder);
+    // Columns of a fixed width leave the others enough room to be read.
+    int listWidth = 180;
+    for (const GridColumn& column : own.columns)
+        listWidth += column.hidden ? 0 : column.width;
+    table.listPage->setMinimumWidth(listWidth);
     page->addWidget(table.grid->FilterBox());
     page->addWidget(table.grid, 1);
     table.view = new FormView(form, layout, m_fraEdit, makeSlot);
-    m_views->addWidget(table.view);
+    m_views->addWidget(table.view->InScrollArea(m_fraEdit));
 
     connect(table.grid, &ListGrid::SelectionMoved, this, &MaintenanceScreen::RefreshButtons);
     const auto clickOn = [this](QPushButton* button) {
@@ -158,6 +164,7 @@ void MaintenanceScreen::LoadScreen() {
     for (Table& table : m_tables)
         LoadList(table);
     SetState(State::List);
+    Current().grid->setFocus();
 }
 
 void MaintenanceScreen::LoadList(Table& table) {
@@ -166,19 +173,25 @@ void MaintenanceScreen::LoadList(Table& table) {
     QList<GridRow> rows;
     qint16 result = status::Ok;
     do {
+        PutListKey(table);
         if (result == status::Continues)
             channel.PutField("55", "Y");
         result = channel.SendRequest(spec.listRequest);
         if (result == status::Ok || (spec.continuing && result == status::Continues)) {
             while (channel.NextRecord(spec.recordTag))
                 rows.append(ReadRow(table));
-        } else if (spec.boxOnLoadFailure) {
-            ReportUnableToLoad(App(), this, windowTitle());
         } else {
-            App().ReportRequestFailure(result, spec.loadCaption, spec.subject);
+            ReportLoadFailure(table, result);
         }
     } while (result == status::Continues);
     table.grid->SetRows(rows);
+}
+
+void MaintenanceScreen::ReportLoadFailure(Table& table, qint16 result) {
+    if (table.spec.boxOnLoadFailure)
+        ReportUnableToLoad(App(), this, windowTitle());
+    else
+        App().ReportRequestFailure(result, table.spec.loadCaption, table.spec.subject);
 }
 
 GridRow MaintenanceScreen::ReadRow(const Table& table) {
@@ -219,6 +232,10 @@ void MaintenanceScreen::PutRecord(Table& table, const SaveContext& context) {
 }
 
 void MaintenanceScreen::ReportSaveFailure(Table& table, qint16 result) {
+    if (const auto words = table.spec.saveWords.find(result); words != table.spec.saveWords.end()) {
+        App().prompter.ShowBox(this, {.text = words->text, .icon = Box::Icon::Exclamation, .title = words->title});
+        return;
+    }
     App().ReportRequestFailure(result, table.spec.saveCaption, table.spec.subject);
     // What must be unique is where the operator goes on.
     const QString culprit = result == status::DuplicateCode   ? "txtCode"
@@ -250,14 +267,33 @@ void MaintenanceScreen::StartNew() {
     Table& table = Current();
     table.form->Clear();
     m_context = {.isNew = true, .originalKey = {}};
-    if (!table.spec.availableRequest.isEmpty()) {
-        if (const qint16 result = App().channel.SendRequest(table.spec.availableRequest);
-            result != status::Ok) {
-            ReportUnableToLoad(App(), this, windowTitle());
-            return;
-        }
-        ReadAvailable(table);
+    if (!PrepareNew(table))
+        return;
+    SetState(State::EditingNew);
+    table.view->FocusFirst();
+}
+
+bool MaintenanceScreen::PrepareNew(Table& table) {
+    if (table.spec.availableRequest.isEmpty())
+        return true;
+    if (App().channel.SendRequest(table.spec.availableRequest) != status::Ok) {
+        ReportUnableToLoad(App(), this, windowTitle());
+        return false;
     }
+    ReadAvailable(table);
+    return true;
+}
+
+void MaintenanceScreen::StartCopy() {
+    Table& table = Current();
+    const GridRow* row = table.grid->SelectedRow();
+    if (!row)
+        return;
+    table.form->Clear();
+    if (!FillForm(table, GridRow(*row)))
+        return;
+    table.form->BecomeNew();
+    m_context = {.isNew = true, .originalKey = {}};
     SetState(State::EditingNew);
     table.view->FocusFirst();
 }
@@ -299,8 +335,13 @@ bool MaintenanceScreen::Save(bool stay) {
     } else {
         table.grid->PutRow(row, m_context.originalKey);
     }
-    table.form->Accept();
     m_context = {.isNew = false, .originalKey = key};
+    if (const qint16 result = SendFollowUp(table, key); result != status::Ok) {
+        SetState(State::Editing);
+        ReportSaveFailure(table, result);
+        return false;
+    }
+    table.form->Accept();
     AfterSave(table, row, wasNew);
     const auto* text = dynamic_cast<ValueField*>(table.form->FindByTag(table.spec.pickTag));
     if (text && !key.isEmpty())
@@ -382,9 +423,11 @@ void MaintenanceScreen::SetState(State state) {
     QList<QWidget*> listSide{m_cmdNew, m_cmdEdit, m_cmdDelete, table.grid, table.grid->FilterBox()};
     if (m_tabs)
         listSide.append(m_tabs->tabBar());
-    table.view->SetReadOnly(state == State::Viewing);
+    for (Table& each : m_tables)
+        each.view->SetReadOnly(state == State::Viewing || m_readOnly);
     m_fraEdit->setTitle(EditCaption(table, state));
     SetEditMode(editing, listSide, {m_fraEdit});
+    m_cmdSave->setDefault(editing);
     RefreshButtons();
 }
 

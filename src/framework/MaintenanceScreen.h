@@ -53,6 +53,7 @@ struct TableSpec {
     QString
         matchTag{}; ///< tag by which the record just added is found in the reply; empty: the reply's first
     QHash<qint16, OwnWords> deleteWords{};
+    QHash<qint16, OwnWords> saveWords{};
     QStringList pickLists{}; ///< shared pick-lists that hold the records
     QString pickTag{};       ///< the tag whose field is a pick-list entry's text
 };
@@ -102,19 +103,30 @@ protected:
     virtual void BeforeLoad() {}
     /// Fills the table's grid from the server.
     virtual void LoadList(Table& table);
+    /// Puts what the list request needs besides the sign that it goes on.
+    virtual void PutListKey(const Table&) {}
+    /// Reports that the list could not be read.
+    virtual void ReportLoadFailure(Table& table, qint16 status);
     /// The row of the list reply's record under the cursor.
     virtual GridRow ReadRow(const Table& table);
     /// Fills the form from the row; false when that failed (and was reported).
     virtual bool FillForm(Table& table, const GridRow& row);
     /// Reads a get request's reply into the form.
     virtual void ReadRecord(Table& table);
+    /// Gets what is available to a new record into the cleared form; false when that failed (and was reported).
+    virtual bool PrepareNew(Table& table);
     /// Reads the reply of the request for what is available to a new record.
     virtual void ReadAvailable(Table&) {}
     /// The screen's own checks; false (after its message) keeps the edit open.
     virtual bool CheckBeforeSave(Table& table);
     virtual void PutRecord(Table& table, const SaveContext& context);
+    /// Sends what belongs to the record but travels in a request of its own, after the record itself was saved under
+    /// this key. A status other than 0 is reported and keeps the edit open.
+    virtual qint16 SendFollowUp(Table&, const QString& /*key*/) { return 0; }
     /// Reports a save's failure.
     virtual void ReportSaveFailure(Table& table, qint16 status);
+    /// The list row of the record in the form.
+    virtual GridRow RowFromForm(const Table& table, const QString& key) const;
     /// After a successful save, with the row now in the list.
     virtual void AfterSave(Table&, const GridRow&, bool /*wasNew*/) {}
     /// What the delete question calls the row.
@@ -135,6 +147,8 @@ protected:
     /// Saves the open edit; true when the server took it. `stay` keeps the edit open on the saved record.
     bool Save(bool stay = false);
     void StartNew();
+    /// Starts a new record that begins as a copy of the selected one.
+    void StartCopy();
     void StartEdit();
     void EndEdit();
     void RefreshButtons();
@@ -143,7 +157,6 @@ private:
     void DeleteSelected();
     void SetState(State state);
     QString KeyAfterAdd(const Table& table) const;
-    GridRow RowFromForm(const Table& table, const QString& key) const;
     void ShowTable(int index);
 
     bool m_readOnly = false;

@@ -30,10 +30,10 @@ void SingleRecordScreen::Build(const RecordSpec& spec, Form& form, const Layout&
     m_fraEdit = new QGroupBox(this);
     m_fraEdit->setObjectName("fraEdit");
     if (!spec.frameNoun.isEmpty())
-        m_fraEdit->setTitle((m_readOnly ? tr("View ") : tr("Edit ")) + spec.frameNoun + ":");
+        m_fraEdit->setTitle((m_readOnly ? tr("View ") : tr("Edit ")) + spec.frameNoun + spec.frameEnd);
     auto* frame = new QVBoxLayout(m_fraEdit);
     m_view = new FormView(form, layout, m_fraEdit, makeSlot);
-    frame->addWidget(m_view);
+    frame->addWidget(m_view->InScrollArea(m_fraEdit));
     whole->addWidget(m_fraEdit, 1);
 
     m_buttons = new QHBoxLayout;
@@ -49,6 +49,7 @@ void SingleRecordScreen::Build(const RecordSpec& spec, Form& form, const Layout&
     connect(&form, &Form::Changed, this, &SingleRecordScreen::RefreshButtons);
     BindKey(QKeySequence::Save, m_cmdSave);
     BindKey(Qt::Key_Escape, m_cmdCancel);
+    m_cmdSave->setDefault(true);
     m_cmdSave->setVisible(!m_readOnly);
     FinishBuilding();
 }

@@ -13,6 +13,7 @@ struct RecordSpec {
     QString subject{};   ///< screen name in reports
     QString notice{};    ///< subject word announced to other screens
     QString frameNoun{}; ///< of the frame's caption ("System Miscellaneous"); empty: the frame has none
+    QString frameEnd = ":"; ///< what follows the noun
     QString getRequest{};
     QString addRequest{}; ///< sent instead of the update while no record exists; empty: one always does
     QString updateRequest{};

@@ -31,8 +31,8 @@ QMap<QString, QSet<QString>> AllowedIncludes() {
 
 /// The folder of a path below src: two levels where those are a folder of their own.
 QString FolderOf(const QString& path) {
-    for (const QString& inner : {"core/data", "framework/forms"})
-        if (path.startsWith(inner + "/"))
+    for (const char* inner : {"core/data", "framework/forms"})
+        if (path.startsWith(QString(inner) + "/"))
             return inner;
     return path.section('/', 0, 0);
 }

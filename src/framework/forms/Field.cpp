@@ -31,7 +31,7 @@ void Field::SetUsable(bool usable) {
 }
 
 QString Field::PlainCaption() const {
-    QString plain = m_spec.caption.isEmpty() ? m_spec.accessible : m_spec.caption;
+    QString plain = m_spec.caption.trimmed().isEmpty() ? m_spec.accessible : m_spec.caption;
     plain.remove('&');
     while (plain.endsWith(':') || plain.endsWith(' '))
         plain.chop(1);
@@ -80,6 +80,11 @@ void Form::Accept() {
 void Form::Revert() {
     for (Field* field : m_fields)
         field->Revert();
+}
+
+void Form::BecomeNew() {
+    for (Field* field : m_fields)
+        field->BecomeNew();
 }
 
 bool Form::IsChanged() const {

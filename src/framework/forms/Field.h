@@ -71,6 +71,8 @@ public:
     virtual void Accept() = 0;
     /// Throws the draft away.
     virtual void Revert() = 0;
+    /// Keeps the draft as what a record that the server does not have yet begins with.
+    virtual void BecomeNew() {}
     /// What is wrong with the draft, in a sentence for the operator; empty when nothing is.
     virtual QString Problem() const;
 
@@ -120,6 +122,7 @@ public:
     void Clear();
     void Accept();
     void Revert();
+    void BecomeNew();
     bool IsChanged() const;
     /// Whether every required, usable field is filled.
     bool IsComplete() const;

@@ -47,6 +47,9 @@ void CheckedField::SetStoredItems(const QList<CheckedItem>& items) {
 void CheckedField::SetChecked(qsizetype index, bool checked) {
     if (m_draft.value(index).checked == checked)
         return;
+    if (m_single && checked)
+        for (CheckedItem& item : m_draft)
+            item.checked = false;
     m_draft[index].checked = checked;
     NotifyChange();
 }
@@ -74,6 +77,16 @@ void PickedField::Move(const std::function<void(PickedLists&)>& move) {
 
 void PickedField::Revert() {
     m_lists.Revert();
+    NotifyChange();
+}
+
+void PickedField::BecomeNew() {
+    // To the server everything is still available: what is selected here has to be sent.
+    QStringList selected;
+    for (const GridRow& row : m_lists.Selected())
+        selected.append(row.key);
+    m_lists.Load(m_lists.Available() + m_lists.Selected(), {});
+    m_lists.MoveToSelected(selected);
     NotifyChange();
 }
 

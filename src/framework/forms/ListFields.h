@@ -50,8 +50,10 @@ struct CheckedItem {
 /// A list of entries with a check mark each. Reading and putting it is the screen's own matter.
 class CheckedField : public Field {
 public:
-    CheckedField(Form& form, const FieldSpec& spec)
-        : Field(form, Kind::Checked, spec) {}
+    /// `single`: checking an entry takes the mark from the one that had it.
+    CheckedField(Form& form, const FieldSpec& spec, bool single = false)
+        : Field(form, Kind::Checked, spec)
+        , m_single(single) {}
     const QList<CheckedItem>& Items() const { return m_draft; }
     void SetStoredItems(const QList<CheckedItem>& items);
     void SetChecked(qsizetype index, bool checked);
@@ -65,6 +67,7 @@ public:
     void Revert() override;
 
 private:
+    bool m_single;
     QList<CheckedItem> m_stored;
     QList<CheckedItem> m_draft;
 };
@@ -104,6 +107,7 @@ public:
     bool IsBlank() const override { return m_lists.Selected().isEmpty(); }
     void Accept() override { m_lists.Accept(); }
     void Revert() override;
+    void BecomeNew() override;
 
 private:
     PickedNames m_names;

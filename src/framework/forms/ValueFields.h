@@ -216,6 +216,8 @@ public:
     QString Number() const;
     QString Unit() const;
     void SetParts(const QString& number, const QString& unit);
+    /// The operator chose another unit; the number stays unless the field converts it.
+    virtual void ChangeUnit(const QString& unit) { SetParts(Number(), unit); }
     bool IsBlank() const override { return Number().trimmed().isEmpty(); }
     QString Problem() const override;
 

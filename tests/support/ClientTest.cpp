@@ -1,0 +1,63 @@
+#include "support/ClientTest.h"
+
+#include "comm/CommandLine.h"
+#include "server/ServerConnection.h"
+#include "support/TestServer.h"
+
+#include <QAbstractButton>
+#include <QLineEdit>
+#include <QTest>
+
+namespace sysadmin {
+
+ClientTest::ClientTest() {
+    server::LibraryOptions options;
+    options.address = server::StoreAddress::InDirectory(m_directory.path());
+    options.whenMissing = server::LibraryOptions::WhenMissing::MakeSample;
+    options.hashCost = server::HashCost::Least();
+    QString error;
+    m_library = server::Library::Open(options, &error);
+    if (!m_library)
+        throw std::runtime_error(error.toStdString());
+}
+
+void ClientTest::SignOn(const QString& operatorId) {
+    if (m_client && m_client->Window())
+        m_client->Window()->Abort = true;
+    m_client.reset();
+    m_client = std::make_unique<Client>(prompter, CommandLine{}, [library = m_library](const QString&, QString*) {
+        return wire::EndpointFactory([library](const QString& peer) -> std::unique_ptr<wire::Endpoint> {
+            return std::make_unique<server::ServerConnection>(library, peer);
+        });
+    });
+    const QString problem = m_client->Comm().SignOnDirectly(operatorId, testing::SamplePassword(operatorId));
+    if (!problem.isEmpty() || !m_client->Start({}))
+        throw std::runtime_error("no main window for " + operatorId.toStdString() + ": " + problem.toStdString());
+}
+
+Screen& ClientTest::Open(const QString& key) {
+    Window().OpenScreen(key);
+    Screen* screen = Window().FindScreen(key);
+    if (!screen)
+        throw std::runtime_error("no screen " + key.toStdString());
+    return *screen;
+}
+
+void ClientTest::Click(QWidget& parent, const QString& button) {
+    auto& widget = Get<QAbstractButton>(parent, button);
+    ASSERT_TRUE(widget.isEnabled()) << button.toStdString() << " is disabled";
+    ASSERT_FALSE(widget.isHidden()) << button.toStdString() << " is hidden";
+    widget.click();
+}
+
+void ClientTest::Type(QWidget& parent, const QString& lineEdit, const QString& text) {
+    auto& edit = Get<QLineEdit>(parent, lineEdit);
+    ASSERT_TRUE(edit.isEnabled() && !edit.isReadOnly()) << lineEdit.toStdString() << " takes no input";
+    edit.setFocus();
+    edit.selectAll();
+    QTest::keyClick(&edit, Qt::Key_Delete);
+    QTest::keyClicks(&edit, text);
+    emit edit.editingFinished();
+}
+
+} // namespace sysadmin
