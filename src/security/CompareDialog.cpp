@@ -1,0 +1,113 @@
+#include "security/CompareDialog.h"
+
+#include "framework/ListGrid.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QVBoxLayout>
+
+namespace sysadmin {
+
+namespace {
+
+constexpr QChar DifferenceMark = u'\u2260';
+
+QString ValueIn(const ComparedRecord& record, const ComparedItem& item) {
+    for (const ComparedItem& other : record)
+        if (other.section == item.section && other.name == item.name)
+            return other.value;
+    return CompareDialog::tr("No");
+}
+
+} // namespace
+
+CompareDialog::CompareDialog(const QString& caption, const PickItem& left, const QList<PickItem>& others,
+                             Describer describe, QWidget* parent)
+    : QDialog(parent)
+    , m_leftItem(left)
+    , m_describe(std::move(describe))
+    , m_left(m_describe(left.id)) {
+    setObjectName("frmCompare");
+    setWindowTitle(tr("Compare %1").arg(caption));
+    resize(720, 520);
+
+    auto* whole = new QVBoxLayout(this);
+    auto* line = new QHBoxLayout;
+    auto* label = new QLabel(tr("Compare \"%1\" &with:").arg(left.text), this);
+    m_other = new QComboBox(this);
+    m_other->setObjectName("cboOther");
+    for (const PickItem& other : others)
+        m_other->addItem(other.text, other.id);
+    label->setBuddy(m_other);
+    line->addWidget(label);
+    line->addWidget(m_other, 1);
+    m_onlyDifferences = new QCheckBox(tr("Only &differences"), this);
+    m_onlyDifferences->setObjectName("chkOnlyDifferences");
+    line->addWidget(m_onlyDifferences);
+    whole->addLayout(line);
+
+    m_grid = new ListGrid("vsfComparison",
+                          {{QString(DifferenceMark), 32},
+                           {tr("Section"), 110},
+                           {tr("Item")},
+                           {left.text, 150},
+                           {tr("Compared with"), 150}},
+                          this);
+    m_grid->SetSortable(false);
+    whole->addWidget(m_grid->FilterBox());
+    whole->addWidget(m_grid, 1);
+    m_summary = new QLabel(this);
+    m_summary->setObjectName("lblSummary");
+    whole->addWidget(m_summary);
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
+    whole->addWidget(buttons);
+
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    connect(m_other, &QComboBox::currentIndexChanged, this, &CompareDialog::ShowComparison);
+    connect(m_onlyDifferences, &QCheckBox::toggled, this, &CompareDialog::ShowComparison);
+    if (m_left)
+        ShowComparison();
+}
+
+void CompareDialog::ShowComparison() {
+    const std::optional<ComparedRecord> right = m_describe(m_other->currentData().toString());
+    if (!right)
+        return;
+    ComparedRecord items = *m_left;
+    for (const ComparedItem& item : *right)
+        if (std::none_of(m_left->begin(), m_left->end(), [&](const ComparedItem& other) {
+                return other.section == item.section && other.name == item.name;
+            }))
+            items.append(item);
+    // Sections stay together in the order in which they first come.
+    QStringList sections;
+    for (const ComparedItem& item : items)
+        if (!sections.contains(item.section))
+            sections.append(item.section);
+    std::stable_sort(items.begin(), items.end(), [&](const ComparedItem& a, const ComparedItem& b) {
+        return sections.indexOf(a.section) < sections.indexOf(b.section);
+    });
+
+    QList<GridRow> rows;
+    int differences = 0;
+    for (const ComparedItem& item : items) {
+        const QString first = ValueIn(*m_left, item);
+        const QString second = ValueIn(*right, item);
+        const bool differs = first != second;
+        differences += differs;
+        if (differs || !m_onlyDifferences->isChecked())
+            rows.append(
+                {QString::number(rows.size()),
+                 {differs ? QString(DifferenceMark) : QString(), item.section, item.name, first, second},
+                 {}});
+    }
+    m_grid->SetRows(rows);
+    m_summary->setText(differences == 0 ? tr("There is no difference.")
+                                        : tr("%n difference(s).", nullptr, differences));
+}
+
+} // namespace sysadmin

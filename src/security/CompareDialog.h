@@ -1,0 +1,52 @@
+#pragma once
+
+#include "core/data/PickLists.h"
+
+#include <QDialog>
+
+#include <functional>
+#include <optional>
+
+class QCheckBox;
+class QComboBox;
+class QLabel;
+
+namespace sysadmin {
+
+class ListGrid;
+
+/// One thing that a record has: where it belongs, what it is called, what it is.
+struct ComparedItem {
+    QString section;
+    QString name;
+    QString value;
+};
+using ComparedRecord = QList<ComparedItem>;
+
+/// Two records of one kind side by side, differences marked.
+class CompareDialog : public QDialog {
+    Q_OBJECT
+
+public:
+    /// Gets a record by its key; none when that failed (and was reported).
+    using Describer = std::function<std::optional<ComparedRecord>(const QString& key)>;
+
+    /// `left` is compared with one of `others`, which the operator chooses.
+    CompareDialog(const QString& caption, const PickItem& left, const QList<PickItem>& others,
+                  Describer describe, QWidget* parent);
+    /// Whether the first record could be read; without it there is nothing to show.
+    bool IsReady() const { return m_left.has_value(); }
+
+private:
+    void ShowComparison();
+
+    PickItem m_leftItem;
+    Describer m_describe;
+    std::optional<ComparedRecord> m_left;
+    QComboBox* m_other = nullptr;
+    QCheckBox* m_onlyDifferences = nullptr;
+    QLabel* m_summary = nullptr;
+    ListGrid* m_grid = nullptr;
+};
+
+} // namespace sysadmin

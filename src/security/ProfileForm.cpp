@@ -1,0 +1,101 @@
+#include "security/ProfileForm.h"
+
+#include "core/data/RequestChannel.h"
+
+namespace sysadmin {
+
+namespace {
+
+PickedNames NamesFor(const QString& what, const QString& one, const QString& available,
+                     const QString& selected) {
+    return {"vsfAvailable" + what, available,          "vsfSelected" + what,  selected, "cmdSelect" + one,
+            "cmdSelectAll" + what, "cmdDiscard" + one, "cmdDiscardAll" + what};
+}
+
+} // namespace
+
+ProfileForm::ProfileForm(const ProfileSpec& theSpec)
+    : spec(theSpec)
+    , operators(*this, {.name = "movOperators", .accessible = tr("Operators")},
+                NamesFor("Operators", "Operator", tr("Available Operators"), tr("Selected Operators"))) {
+    for (const RightGroup& group : spec.groups)
+        for (const ProfileRight& right : group.rights)
+            rights.emplace_back(*this,
+                                FieldSpec{.name = right.control.isEmpty() ? "chk" + right.tag : right.control,
+                                          .tag = right.tag,
+                                          .caption = right.caption});
+    if (spec.hasLevel)
+        cboLevel.emplace(
+            *this,
+            FieldSpec{
+                .name = "cboLevel", .tag = "RepPrfLevId", .caption = tr("Reporting level:"), .initial = "1"},
+            QList<PickItem>{{"1", tr("Run reports")},
+                            {"2", tr("Run and schedule reports")},
+                            {"3", tr("Run, schedule and design reports")}});
+    if (spec.hasAllLocations)
+        chkAllLocations.emplace(*this, FieldSpec{.name = "chkAllLoc",
+                                                 .tag = "AllLoc",
+                                                 .caption = tr("All locations, those added later too")});
+    if (spec.hasLocations)
+        locations.emplace(
+            *this, FieldSpec{.name = "movLocations", .accessible = tr("Locations")},
+            NamesFor("Locations", "Location", tr("Available Locations"), tr("Selected Locations")));
+    for (const ProfileLists& pair : spec.lists)
+        lists.emplace_back(*this, FieldSpec{.name = "mov" + pair.name, .accessible = pair.pageCaption},
+                           NamesFor(pair.name, pair.name, pair.availableCaption, pair.selectedCaption));
+    if (chkAllLocations && locations)
+        connect(this, &Form::Changed, this, [this](Field* field) {
+            if (field == &*chkAllLocations)
+                locations->SetUsable(!chkAllLocations->IsOn());
+        });
+}
+
+void ProfileForm::Read(RequestChannel& channel) {
+    Load(channel);
+    operators.LoadPairs(channel, "AOI", "AON", "SOI", "SON");
+    if (locations)
+        locations->LoadPairs(channel, "1", "2", "3", "4");
+    for (size_t i = 0; i < lists.size(); ++i) {
+        const ProfileLists& pair = spec.lists[qsizetype(i)];
+        lists[i].LoadPairs(channel, pair.availableId, pair.availableName, pair.selectedId, pair.selectedName);
+    }
+}
+
+FlagField* ProfileForm::FindRight(const QString& tag) {
+    for (FlagField& right : rights)
+        if (right.Tag() == tag)
+            return &right;
+    return nullptr;
+}
+
+Layout ProfileForm::Draw() {
+    auto right = rights.begin();
+    QList<Layout> rows;
+    QList<Layout> inRow;
+    for (const RightGroup& group : spec.groups) {
+        QList<Layout> boxes;
+        for (qsizetype i = 0; i < group.rights.size(); ++i)
+            boxes.append(*right++);
+        inRow.append(Frame("fra" + QString::number(rows.size()) + QString::number(inRow.size()),
+                           group.caption, boxes));
+        if (inRow.size() == spec.groupsPerRow)
+            rows.append(Row(std::exchange(inRow, {})));
+    }
+    if (!inRow.isEmpty())
+        rows.append(Row(inRow));
+    if (cboLevel)
+        rows.prepend(*cboLevel);
+
+    QList<Layout> pages{Page(tr(" &Profile Values"), rows), Page(tr("&Operator"), {operators})};
+    if (locations) {
+        QList<Layout> page{*locations};
+        if (chkAllLocations)
+            page.prepend(*chkAllLocations);
+        pages.append(Page(tr("&Locations"), page));
+    }
+    for (size_t i = 0; i < lists.size(); ++i)
+        pages.append(Page(spec.lists[qsizetype(i)].pageCaption, {lists[i]}));
+    return Column({txtName, Tabs("tabProfile", pages)});
+}
+
+} // namespace sysadmin

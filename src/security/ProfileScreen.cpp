@@ -1,0 +1,182 @@
+#include "security/ProfileScreen.h"
+
+#include "core/Application.h"
+#include "core/Prompter.h"
+#include "framework/Utility.h"
+#include "security/CompareDialog.h"
+#include "security/LastSecurityHolder.h"
+#include "wire/Status.h"
+
+#include <QPushButton>
+
+namespace sysadmin {
+
+namespace status = wire::status;
+
+ProfileScreen::ProfileScreen(Application& application, const ProfileSpec& spec, QWidget* parent)
+    : MaintenanceScreen(application, spec.formName, spec.caption, Area::Security, parent)
+    , m_spec(spec)
+    , m_form(m_spec) {
+    m_cmdDuplicate = MakeButton("cmdDuplicate", tr("D&uplicate"));
+    m_cmdCompare = MakeButton("cmdCompare", tr("Co&mpare..."));
+    connect(m_cmdDuplicate, &QPushButton::clicked, this, [this] { StartCopy(); });
+    connect(m_cmdCompare, &QPushButton::clicked, this, [this] { Compare(); });
+    AddListButton(m_cmdDuplicate);
+    AddListButton(m_cmdCompare);
+    AddTable({.subject = m_spec.subject,
+              .notice = m_spec.word,
+              .columns = {{tr("Names")}},
+              .cellTags = {"Nm"},
+              .recordTag = "ID",
+              .boxOnLoadFailure = true,
+              .listRequest = "Lst" + m_spec.word,
+              .getRequest = "Get" + m_spec.word,
+              .addRequest = "Add" + m_spec.word,
+              .updateRequest = "Upd" + m_spec.word,
+              .deleteRequest = "Del" + m_spec.word,
+              .editCaption = m_spec.editCaption,
+              .saveCaption = "Save " + m_spec.caption,
+              .deleteCaption = "Delete " + m_spec.caption,
+              .matchTag = "Nm",
+              .deleteWords = {{LastSecurityHolderStatus, {LastSecurityHolderText(), ApplicationTitle()}}},
+              .saveWords = {{LastSecurityHolderStatus, {LastSecurityHolderText(), ApplicationTitle()}}}},
+             m_form, m_form.Draw(), PutSteps());
+    Finish();
+}
+
+QList<PutStep> ProfileScreen::PutSteps() {
+    QList<PutStep> steps{PutRemovals(m_form.operators.Lists(), "SOI", "OSt"),
+                         PutAdditions(m_form.operators.Lists(), "SOI", "OSt")};
+    if (m_form.locations)
+        steps += {PutRemovals(m_form.locations->Lists(), "3", "LSt"),
+                  PutAdditions(m_form.locations->Lists(), "3", "LSt")};
+    if (m_form.chkAllLocations)
+        steps.append(PutValue(*m_form.chkAllLocations));
+    const qsizetype inProfile =
+        qsizetype(m_form.lists.size()) - (m_spec.listsUpdateRequest.isEmpty() ? 0 : 1);
+    for (qsizetype i = 0; i < inProfile; ++i) {
+        const ProfileLists& pair = m_spec.lists[i];
+        steps += {PutRemovals(m_form.lists[size_t(i)].Lists(), pair.selectedId, pair.stateTag),
+                  PutAdditions(m_form.lists[size_t(i)].Lists(), pair.selectedId, pair.stateTag)};
+    }
+    QStringList order = m_spec.putOrder;
+    if (order.isEmpty())
+        for (const FlagField& right : m_form.rights)
+            order.append(right.Tag());
+    for (const QString& tag : order)
+        steps.append(PutRight(tag));
+    if (m_form.cboLevel)
+        steps.append(PutValue(*m_form.cboLevel));
+    steps += {PutValue(m_form.txtName), OnUpdate(PutOriginalKey("ID")),
+              OnUpdate(PutChanged("NNm", m_form.txtName))};
+    return steps;
+}
+
+PutStep ProfileScreen::PutRight(const QString& tag) {
+    if (m_spec.alwaysNo.contains(tag))
+        return PutConstant(tag, "N");
+    return PutValue(*m_form.FindRight(tag));
+}
+
+bool ProfileScreen::ReadAll(const QString& request, const QString& idTag, const QString& nameTag,
+                            QList<GridRow>& rows) {
+    qint16 result = status::Ok;
+    do {
+        if (result == status::Continues)
+            App().channel.PutField("55", "Y");
+        result = App().channel.SendRequest(request);
+        if (result != status::Ok && result != status::Continues) {
+            ReportUnableToLoad(App(), this, windowTitle());
+            return false;
+        }
+        rows += ReadPairs(App().channel, idTag, nameTag);
+    } while (result == status::Continues);
+    return true;
+}
+
+bool ProfileScreen::PrepareNew(Table&) {
+    QList<GridRow> rows;
+    if (!ReadAll(m_spec.availableRequest, "AOI", "AON", rows))
+        return false;
+    m_form.operators.LoadLists(rows, {});
+    if (m_form.locations) {
+        QList<GridRow> locations;
+        if (!ReadAll("LstLoc", "ID", "Nm", locations))
+            return false;
+        m_form.locations->LoadLists(locations, {});
+    }
+    if (m_spec.listsRequest.isEmpty())
+        return true;
+    if (App().channel.SendRequest(m_spec.listsRequest) != status::Ok) {
+        ReportUnableToLoad(App(), this, windowTitle());
+        return false;
+    }
+    for (size_t i = 0; i < m_form.lists.size(); ++i) {
+        const ProfileLists& pair = m_spec.lists[qsizetype(i)];
+        m_form.lists[i].LoadLists(ReadPairs(App().channel, pair.availableId, pair.availableName), {});
+    }
+    return true;
+}
+
+void ProfileScreen::ReadRecord(Table&) {
+    m_form.Read(App().channel);
+}
+
+qint16 ProfileScreen::SendFollowUp(Table&, const QString& key) {
+    if (m_spec.listsUpdateRequest.isEmpty() || !m_form.lists.back().IsChanged())
+        return status::Ok;
+    const ProfileLists& pair = m_spec.lists.last();
+    App().channel.PutField("ID", key);
+    PutRemovals(m_form.lists.back().Lists(), pair.selectedId, pair.stateTag)(App().channel, {});
+    PutAdditions(m_form.lists.back().Lists(), pair.selectedId, pair.stateTag)(App().channel, {});
+    return App().channel.SendRequest(m_spec.listsUpdateRequest);
+}
+
+void ProfileScreen::RefreshOwnControls() {
+    const bool inList = GetState() == State::List && Current().grid;
+    const bool hasRow = inList && Current().grid->SelectedRow();
+    m_cmdDuplicate->setVisible(!IsReadOnly());
+    m_cmdDuplicate->setEnabled(hasRow);
+    m_cmdCompare->setEnabled(hasRow && Current().grid->Model().Rows().size() > 1);
+}
+
+void ProfileScreen::Compare() {
+    const GridRow left = *Current().grid->SelectedRow();
+    QList<PickItem> others;
+    for (const GridRow& row : Current().grid->Model().Rows())
+        if (row.key != left.key)
+            others.append({row.key, row.cells.value(0)});
+
+    const auto describe = [this](const QString& key) -> std::optional<ComparedRecord> {
+        ProfileForm form(m_spec);
+        App().channel.PutField("ID", key);
+        if (const qint16 result = App().channel.SendRequest("Get" + m_spec.word); result != status::Ok) {
+            App().ReportRequestFailure(result, m_spec.editCaption, m_spec.subject);
+            return {};
+        }
+        form.Read(App().channel);
+        ComparedRecord record;
+        for (const FlagField& right : form.rights)
+            record.append({tr("Rights"), right.PlainCaption(), right.IsOn() ? tr("Yes") : tr("No")});
+        if (form.cboLevel)
+            record.append({tr("Rights"), form.cboLevel->PlainCaption(), form.cboLevel->DisplayText()});
+        if (form.chkAllLocations)
+            record.append({tr("Locations"), form.chkAllLocations->PlainCaption(),
+                           form.chkAllLocations->IsOn() ? tr("Yes") : tr("No")});
+        const auto addList = [&](const QString& section, const PickedField& field) {
+            for (const GridRow& row : field.Lists().Selected())
+                record.append({section, row.cells.value(0), tr("Yes")});
+        };
+        addList(tr("Operators"), form.operators);
+        if (form.locations)
+            addList(tr("Locations"), *form.locations);
+        for (const PickedField& field : form.lists)
+            addList(field.PlainCaption(), field);
+        return record;
+    };
+    CompareDialog dialog(m_spec.caption, {left.key, left.cells.value(0)}, others, describe, this);
+    if (dialog.IsReady())
+        App().prompter.RunDialog(dialog);
+}
+
+} // namespace sysadmin

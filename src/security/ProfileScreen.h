@@ -1,0 +1,34 @@
+#pragma once
+
+#include "framework/MaintenanceScreen.h"
+#include "security/ProfileForm.h"
+
+namespace sysadmin {
+
+/// The screen of a module rights profile. What distinguishes the modules is in the profile's declaration.
+class ProfileScreen : public MaintenanceScreen {
+    Q_OBJECT
+
+public:
+    ProfileScreen(Application& application, const ProfileSpec& spec, QWidget* parent);
+
+protected:
+    bool PrepareNew(Table& table) override;
+    void ReadRecord(Table& table) override;
+    qint16 SendFollowUp(Table& table, const QString& key) override;
+    void RefreshOwnControls() override;
+
+private:
+    QList<PutStep> PutSteps();
+    PutStep PutRight(const QString& tag);
+    /// Sends a list request until it ends and appends the records of each reply.
+    bool ReadAll(const QString& request, const QString& idTag, const QString& nameTag, QList<GridRow>& rows);
+    void Compare();
+
+    ProfileSpec m_spec;
+    ProfileForm m_form;
+    QPushButton* m_cmdDuplicate = nullptr;
+    QPushButton* m_cmdCompare = nullptr;
+};
+
+} // namespace sysadmin

@@ -1,0 +1,160 @@
+#include "security/SecurityOptionsForm.h"
+
+#include "core/data/RequestChannel.h"
+
+#include <algorithm>
+
+namespace sysadmin {
+
+namespace {
+
+constexpr qint64 MinutesPerHour = 60;
+constexpr qint64 MinutesPerDay = 1440;
+constexpr int MostAmount = 999999;
+
+qint64 MinutesIn(const QString& unit) {
+    return unit == u"D" ? MinutesPerDay : unit == u"H" ? MinutesPerHour : 1;
+}
+
+qint64 DividedUp(qint64 number, qint64 divisor) {
+    return (number + divisor - 1) / divisor;
+}
+
+QList<PickItem> UnitsOf(const QString& letters) {
+    QList<PickItem> units;
+    for (const QChar letter : letters)
+        units.append({letter, letter == u'M'   ? Form::tr("Minutes")
+                              : letter == u'H' ? Form::tr("Hours")
+                                               : Form::tr("Days")});
+    return units;
+}
+
+FieldSpec Required(FieldSpec spec) {
+    spec.required = true;
+    return spec;
+}
+
+} // namespace
+
+TimeSpanField::TimeSpanField(Form& form, const FieldSpec& spec, const QString& unitName,
+                             const QString& unitLetters)
+    : IntervalField(form, spec, unitName, UnitsOf(unitLetters), LetterPlace::Before, MostAmount) {}
+
+void TimeSpanField::ChangeUnit(const QString& unit) {
+    if (IsBlank())
+        SetParts({}, unit);
+    else
+        SetParts(QString::number(DividedUp(Minutes(), MinutesIn(unit))), unit);
+}
+
+qint64 TimeSpanField::Minutes() const {
+    return Amount() * MinutesIn(Unit());
+}
+
+CountField::CountField(Form& form, FieldSpec spec, int most)
+    : NumberField(form, Required(std::move(spec)), 0, most) {}
+
+SecurityOptionsForm::SecurityOptionsForm() {
+    connect(this, &Form::Changed, this, [this](Field* field) { FollowChange(field); });
+    connect(this, &Form::Left, this, [this](Field* field) { FollowLeft(field); });
+    RefreshUsable();
+}
+
+void SecurityOptionsForm::LoadOptions(RequestChannel& channel) {
+    m_loading = true;
+    Load(channel);
+    const int count = channel.GetField("PGR").toInt();
+    optGroupReq.SetStored(count > 0 ? "1" : "0");
+    fpGroupReq.SetStored(QString::number(std::max(count, 1)));
+    m_loading = false;
+    RefreshUsable();
+}
+
+void SecurityOptionsForm::TakeExpiry(int days) {
+    fpMaxPasswordAge.SetStored(QString::number(days));
+    if (days > 0 && fpReminderDays.Value() > days)
+        fpReminderDays.SetStored(QString::number(days));
+}
+
+QString SecurityOptionsForm::GroupRequirement() const {
+    return optGroupReq.Draft() == u"1" ? fpGroupReq.Draft() : "0";
+}
+
+wire::PasswordRules SecurityOptionsForm::Rules() const {
+    wire::Fields fields{{"PGR", GroupRequirement()}};
+    for (const Field* field : Fields())
+        if (const auto* value = dynamic_cast<const ValueField*>(field); value && !value->Tag().isEmpty())
+            fields.append({value->Tag(), value->Draft()});
+    return wire::PasswordRules::FromFields(fields);
+}
+
+QList<FlagField*> SecurityOptionsForm::GroupBoxes() {
+    return {&chkMinAlphaCharGrp, &chkMinUpperCharGrp, &chkMinLowerCharGrp, &chkMinNumberCharGrp,
+            &chkMinSpecialCharGrp};
+}
+
+void SecurityOptionsForm::RefreshUsable() {
+    const bool grouped = optGroupReq.Draft() == u"1";
+    fpGroupReq.SetUsable(grouped);
+    for (FlagField* box : GroupBoxes())
+        box->SetUsable(grouped);
+    const bool locks = fpLoginAttempts.Value() > 0;
+    fpLockoutDuration.SetUsable(locks);
+    fpLockoutCounter.SetUsable(locks);
+}
+
+void SecurityOptionsForm::FollowChange(const Field* field) {
+    if (m_loading)
+        return;
+    if (field == &optGroupReq) {
+        RefreshUsable();
+    } else if (field == &fpLoginAttempts && fpLoginAttempts.Value() > 0) {
+        // Acts while the number is typed: the operator tabs into the next fields. Going back to 0 waits until
+        // the field is left, since a number that is typed over is blank for a moment.
+        constexpr int UsualPeriod = 24;
+        constexpr int UsualReset = 10;
+        if (fpLockoutDuration.Amount() == 0)
+            fpLockoutDuration.SetAmount(UsualPeriod);
+        if (fpLockoutCounter.Amount() == 0)
+            fpLockoutCounter.SetAmount(UsualReset);
+        RefreshUsable();
+    }
+}
+
+void SecurityOptionsForm::FollowLeft(const Field* field) {
+    if (field == &fpMinPasswordLen || field == &fpMaxPasswordLen) {
+        LeaveLength(field == &fpMaxPasswordLen);
+    } else if (field == &fpLoginAttempts && fpLoginAttempts.Value() == 0) {
+        fpLoginAttempts.SetValue(0);
+        fpLockoutDuration.SetAmount(0);
+        fpLockoutCounter.SetAmount(0);
+        RefreshUsable();
+    } else if (field == &fpReminderDays) {
+        if (fpReminderDays.Value() > fpMaxPasswordAge.Value())
+            fpMaxPasswordAge.SetValue(fpReminderDays.Value());
+    } else if (field == &fpMinPasswordAge) {
+        const qint64 days = DividedUp(fpMinPasswordAge.Minutes(), MinutesPerDay);
+        if (fpMaxPasswordAge.Value() > 0 && days > fpMaxPasswordAge.Value())
+            fpMaxPasswordAge.SetValue(int(std::min<qint64>(days, MostDays)));
+    } else if (field == &fpMaxPasswordAge && fpMaxPasswordAge.Value() > 0) {
+        const int days = fpMaxPasswordAge.Value();
+        if (fpReminderDays.Value() > days)
+            fpReminderDays.SetValue(days);
+        if (fpMinPasswordAge.Minutes() > days * MinutesPerDay)
+            fpMinPasswordAge.SetAmount(days * MinutesPerDay / MinutesIn(fpMinPasswordAge.Unit()));
+    }
+}
+
+void SecurityOptionsForm::LeaveLength(bool maximum) {
+    if (maximum) {
+        fpMaxPasswordLen.SetValue(std::max(1, fpMaxPasswordLen.Value()));
+        if (fpMaxPasswordLen.Value() < fpMinPasswordLen.Value())
+            fpMinPasswordLen.SetValue(fpMaxPasswordLen.Value());
+    }
+    // Holds after a maximum below it, too, which then follows.
+    fpMinPasswordLen.SetValue(std::max(LeastPasswordLength, fpMinPasswordLen.Value()));
+    if (fpMinPasswordLen.Value() > fpMaxPasswordLen.Value())
+        fpMaxPasswordLen.SetValue(fpMinPasswordLen.Value());
+}
+
+} // namespace sysadmin
