@@ -1,0 +1,144 @@
+// A list of records into the grid until it is painted, and the same rows into a QTableWidget.
+#include "support/BenchLibrary.h"
+
+#include "framework/ListGrid.h"
+
+#include <QApplication>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QTableWidget>
+
+#include <benchmark/benchmark.h>
+
+using namespace sysadmin;
+
+namespace {
+
+const QSize WindowSize(800, 600);
+const QList<GridColumn> Columns{{.caption = "Codes", .width = 80},
+                                {.caption = "Names"},
+                                {.caption = "Owning Library", .width = 216},
+                                {.caption = "Id", .hidden = true}};
+
+QList<GridRow> MakeRows(int count) {
+    QList<GridRow> rows;
+    rows.reserve(count);
+    for (int i = 0; i < count; ++i) {
+        const QString id = QString::number(i);
+        rows.append(
+            {id, {"LOC" + QString::number(i * 7919LL % count), "Reading room " + id, "Library", id}, {}});
+    }
+    return rows;
+}
+
+void Show(QWidget& widget) {
+    widget.resize(WindowSize);
+    widget.show();
+    QApplication::processEvents();
+}
+
+// Paints what has to be painted, layout of the scroll bars and headers included.
+void Paint(QAbstractScrollArea& view) {
+    QApplication::processEvents();
+    view.viewport()->repaint();
+}
+
+void FillListGrid(benchmark::State& state) {
+    const QList<GridRow> rows = MakeRows(int(state.range(0)));
+    ListGrid grid("vsf", Columns);
+    Show(grid);
+    for (auto _ : state) {
+        grid.SetRows(rows);
+        Paint(grid);
+        state.PauseTiming();
+        grid.SetRows({});
+        Paint(grid);
+        state.ResumeTiming();
+    }
+}
+
+void FillTableWidget(benchmark::State& state) {
+    const QList<GridRow> rows = MakeRows(int(state.range(0)));
+    QTableWidget table(0, int(Columns.size()));
+    for (int column = 0; column < Columns.size(); ++column) {
+        table.setHorizontalHeaderItem(column, new QTableWidgetItem(Columns[column].caption));
+        table.setColumnHidden(column, Columns[column].hidden);
+    }
+    table.verticalHeader()->hide();
+    table.setSelectionBehavior(QAbstractItemView::SelectRows);
+    Show(table);
+    for (auto _ : state) {
+        table.setRowCount(int(rows.size()));
+        for (int row = 0; row < rows.size(); ++row)
+            for (int column = 0; column < Columns.size(); ++column)
+                table.setItem(row, column, new QTableWidgetItem(rows[row].cells[column]));
+        table.selectRow(0);
+        Paint(table);
+        state.PauseTiming();
+        table.setRowCount(0);
+        Paint(table);
+        state.ResumeTiming();
+    }
+}
+
+// In a list that the operator has sorted, each filling sorts, too.
+void FillSortedListGrid(benchmark::State& state) {
+    const QList<GridRow> rows = MakeRows(int(state.range(0)));
+    ListGrid grid("vsf", Columns);
+    grid.sortByColumn(0, Qt::AscendingOrder);
+    Show(grid);
+    for (auto _ : state) {
+        grid.SetRows(rows);
+        Paint(grid);
+    }
+}
+
+void FillSortedTableWidget(benchmark::State& state) {
+    const QList<GridRow> rows = MakeRows(int(state.range(0)));
+    QTableWidget table(0, int(Columns.size()));
+    Show(table);
+    for (auto _ : state) {
+        table.setRowCount(int(rows.size()));
+        for (int row = 0; row < rows.size(); ++row)
+            for (int column = 0; column < Columns.size(); ++column)
+                table.setItem(row, column, new QTableWidgetItem(rows[row].cells[column]));
+        table.sortItems(0);
+        Paint(table);
+        state.PauseTiming();
+        table.setRowCount(0);
+        state.ResumeTiming();
+    }
+}
+
+// One more letter in the filter box.
+void FilterListGrid(benchmark::State& state) {
+    ListGrid grid("vsf", Columns);
+    Show(grid);
+    grid.SetRows(MakeRows(int(state.range(0))));
+    for (auto _ : state) {
+        grid.FilterBox()->setText("room 1");
+        Paint(grid);
+        state.PauseTiming();
+        grid.FilterBox()->clear();
+        state.ResumeTiming();
+    }
+}
+
+void Sizes(benchmark::internal::Benchmark* benchmark) {
+    benchmark->Arg(100)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+}
+
+BENCHMARK(FillListGrid)->Apply(Sizes);
+BENCHMARK(FillTableWidget)->Apply(Sizes);
+BENCHMARK(FillSortedListGrid)->Apply(Sizes);
+BENCHMARK(FillSortedTableWidget)->Apply(Sizes);
+BENCHMARK(FilterListGrid)->Apply(Sizes);
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const BenchEnvironment environment;
+    QApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+}

@@ -1,0 +1,71 @@
+#include "support/BenchLibrary.h"
+
+#include "server/ServerConnection.h"
+#include "server/store/Database.h"
+#include "server/store/Records.h"
+
+#include <cstdio>
+
+namespace sysadmin {
+
+BenchEnvironment::BenchEnvironment() {
+    qputenv("XDG_CONFIG_HOME", m_settings.path().toLocal8Bit());
+    qputenv("XDG_RUNTIME_DIR", m_settings.path().toLocal8Bit());
+    // The offscreen platform's remarks would stand between the figures.
+    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
+        if (type == QtCriticalMsg || type == QtFatalMsg)
+            std::fprintf(stderr, "%s\n", qPrintable(text));
+    });
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+}
+
+BenchLibrary::BenchLibrary() {
+    server::LibraryOptions options;
+    options.address = server::StoreAddress::InDirectory(Folder());
+    options.whenMissing = server::LibraryOptions::WhenMissing::MakeSample;
+    options.hashCost = server::HashCost::Least();
+    QString error;
+    m_library = server::Library::Open(options, &error);
+    if (!m_library)
+        qFatal("%s", qPrintable(error));
+}
+
+wire::EndpointFactory BenchLibrary::Endpoints() const {
+    return [library = m_library](const QString& peer) {
+        return std::make_unique<server::ServerConnection>(library, peer);
+    };
+}
+
+void BenchLibrary::GrowVendorTypes(int count) {
+    const auto database = m_library->Connect();
+    const int there = database->FirstValue("SELECT COUNT(*) FROM vendor_types").toInt();
+    RunInTransaction(*database, [&] {
+        server::Records records(*database, m_library->GetRegistry().GetTables());
+        for (int i = there; i < count; ++i) {
+            const QString number = QString::number(i);
+            records.Insert("vendor_types", {{"code", "T" + number}, {"name", "Vendor type " + number}});
+        }
+    });
+}
+
+ServerThread::ServerThread(const std::function<QTcpServer*()>& make) {
+    m_inThread.moveToThread(&m_thread);
+    m_thread.start();
+    const auto begin = [&] {
+        m_server = make();
+        if (!m_server->listen(QHostAddress::LocalHost))
+            qFatal("%s", qPrintable(m_server->errorString()));
+        m_port = m_server->serverPort();
+    };
+    QMetaObject::invokeMethod(&m_inThread, begin, Qt::BlockingQueuedConnection);
+}
+
+ServerThread::~ServerThread() {
+    QMetaObject::invokeMethod(
+        &m_inThread, [this] { delete m_server; }, Qt::BlockingQueuedConnection);
+    m_thread.quit();
+    m_thread.wait();
+}
+
+} // namespace sysadmin
