@@ -8,6 +8,8 @@ namespace sysadmin::server {
 
 namespace {
 
+const QString DeskEnding = "-ATCIRCDESK";
+
 Table GroupTable(const QString& kind) {
     return {
         .name = kind + "_policy_groups", .columns = {{.name = "name"}}, .uniqueTexts = {{.column = "name"}}};
@@ -36,10 +38,15 @@ public:
         const QList<CsvRow> rows = sample.ReadCsv("locations.csv");
         for (const CsvRow& row : rows) {
             const auto id = sample.Find("locations", "code", row["code"]);
-            // Locations without items are in no group: they can be deleted, and show what such a one looks
-            // like.
-            if (id && sample.GetDatabase().FirstRow(
-                          "SELECT 1 FROM usage WHERE table_name='locations' AND record_id=?", {*id}))
+            // Locations without items are in no group, desks excepted: they can be deleted, and show what
+            // such a one looks like.
+            if (!id)
+                continue;
+            const bool isUsed =
+                sample.GetDatabase()
+                    .FirstRow("SELECT 1 FROM usage WHERE table_name='locations' AND record_id=?", {*id})
+                    .has_value();
+            if (isUsed || row["code"].endsWith(DeskEnding))
                 m_locations[row["owning_library_code"]].append({*id, row["code"]});
         }
     }
@@ -75,7 +82,7 @@ public:
             const QList<Location> locations = m_locations.value(code);
             qsizetype desk = 0;
             for (qsizetype i = 0; i < locations.size(); ++i)
-                if (locations[i].code.endsWith("-ATCIRCDESK"))
+                if (locations[i].code.endsWith(DeskEnding))
                     desk = i;
             for (qsizetype i = 0; i < locations.size(); ++i) {
                 const bool isDesk = i == desk;

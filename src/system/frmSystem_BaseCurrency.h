@@ -1,0 +1,58 @@
+#pragma once
+
+#include "framework/SingleRecordScreen.h"
+
+namespace sysadmin {
+
+struct BaseCurrencyForm : Form {
+    TextField txtCountryName{
+        *this,
+        {.name = "txtCountryName", .tag = "CtNm", .caption = tr("Country Name:"), .maxLength = 100},
+        true};
+    TextField txtCurrencyName{*this,
+                              {.name = "txtCurrencyName",
+                               .tag = "CrNm",
+                               .caption = tr("Currency Name:"),
+                               .maxLength = 100,
+                               .required = true},
+                              true};
+    TextField txtCurrencyCode{*this,
+                              {.name = "txtCurrencyCode",
+                               .tag = "CrCd",
+                               .caption = tr("Currency Code:"),
+                               .maxLength = 40,
+                               .required = true},
+                              true};
+    NumberField txtBaseDecimals{*this,
+                                {.name = "txtBaseDecimals",
+                                 .tag = "Dec",
+                                 .caption = tr("Base Decimals:"),
+                                 .required = true,
+                                 .initial = "2"},
+                                0,
+                                4};
+    TextField txtDecimalDelimiter{*this,
+                                  {.name = "txtDecimalDelimiter",
+                                   .tag = "Dlm",
+                                   .caption = tr("Decimal Delimiter:"),
+                                   .maxLength = 1,
+                                   .required = true,
+                                   .initial = "."}};
+};
+
+/// The library's base currency. Amounts of money everywhere follow its number of decimals.
+class frmSystem_BaseCurrency : public SingleRecordScreen {
+    Q_OBJECT
+
+public:
+    frmSystem_BaseCurrency(Application& application, QWidget* parent);
+
+protected:
+    bool CheckBeforeSave() override;
+    void AfterSave() override;
+
+private:
+    BaseCurrencyForm m_form;
+};
+
+} // namespace sysadmin

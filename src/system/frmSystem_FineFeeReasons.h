@@ -1,0 +1,57 @@
+#pragma once
+
+#include "framework/MaintenanceScreen.h"
+
+namespace sysadmin {
+
+struct FineFeeReasonForm : Form {
+    TextField txtCode{
+        *this,
+        {.name = "txtCode", .tag = "Cd", .caption = tr("Code:"), .maxLength = 40, .required = true},
+        true};
+    TextField txtName{
+        *this,
+        {.name = "txtName", .tag = "Nm", .caption = tr("Name:"), .maxLength = 100, .required = true},
+        true};
+};
+
+struct PaymentTypeForm : Form {
+    TextField txtPaymentName{
+        *this,
+        {.name = "txtPaymentName", .tag = "PNm", .caption = tr("Name:"), .maxLength = 100, .required = true},
+        true};
+};
+
+struct PostingTypeForm : Form {
+    TextField txtPostingName{*this,
+                             {.name = "txtPostingName",
+                              .tag = "PstNm",
+                              .caption = tr("Name:"),
+                              .maxLength = 100,
+                              .required = true},
+                             true};
+    FlagField chkFines{*this, {.name = "chkFines", .tag = "TF", .caption = tr("Fines")}};
+    FlagField chkDemerits{*this, {.name = "chkDemerits", .tag = "TD", .caption = tr("Demerits")}};
+};
+
+/// Fine and fee reasons, payment types and posting types: three tables on tabs with one set of buttons.
+class frmSystem_FineFeeReasons : public MaintenanceScreen {
+    Q_OBJECT
+
+public:
+    frmSystem_FineFeeReasons(Application& application, QWidget* parent);
+    void LoadScreen() override;
+
+protected:
+    void LoadList(Table& table) override;
+    void ReportSaveFailure(Table& table, qint16 status) override;
+    QString EditCaption(const Table& table, State state) const override;
+
+private:
+    FineFeeReasonForm m_reason;
+    PaymentTypeForm m_payment;
+    PostingTypeForm m_posting;
+    bool m_isOpening = false;
+};
+
+} // namespace sysadmin

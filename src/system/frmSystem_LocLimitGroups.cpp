@@ -1,0 +1,49 @@
+#include "system/frmSystem_LocLimitGroups.h"
+
+#include "core/Application.h"
+
+namespace sysadmin {
+
+frmSystem_LocLimitGroups::frmSystem_LocLimitGroups(Application& application, QWidget* parent)
+    : MaintenanceScreen(application, "frmSystem_LocLimitGroups", tr("System Location Limit Groups"),
+                        Area::System, parent) {
+    const PickedLists& moved = m_form.locations.Lists();
+    AddTable(
+        {.subject = tr("Location Limit Group"),
+         .notice = "Lmt",
+         .columns = {{tr("Codes"), 120}, {tr("Names")}},
+         .cellTags = {"C", "N"},
+         .recordTag = "ID",
+         .listRequest = "LstLmt",
+         .getRequest = "GetLmt",
+         .addRequest = "AddLmt",
+         .updateRequest = "UpdLmt",
+         .deleteRequest = "DelLmt",
+         .availableRequest = "AvlLmt",
+         .loadCaption = "Load System Location Limit Groups",
+         .editCaption = "Edit System Location Limit Groups",
+         .saveCaption = "Save System Location Limit Groups",
+         .deleteCaption = "Edit Print Locations",
+         .matchTag = "C"},
+        m_form,
+        Tabs("tabLocationLimitGroup", {Page(tr("N&ame"), {m_form.txtCode, m_form.txtName, m_form.chkCheck}),
+                                       Page(tr("&Locations"), {m_form.locations})}),
+        {PutValue(m_form.txtCode), PutValue(m_form.txtName), PutValue(m_form.chkCheck),
+         PutRemovals(moved, "SI", "LS"), PutAdditions(moved, "SI", "LS"), OnUpdate(PutOriginalKey("ID"))});
+    Finish();
+}
+
+void frmSystem_LocLimitGroups::ReadRecord(Table& table) {
+    MaintenanceScreen::ReadRecord(table);
+    m_form.locations.LoadPairs(App().channel, "AI", "AN", "SI", "SN");
+}
+
+void frmSystem_LocLimitGroups::ReadAvailable(Table&) {
+    m_form.locations.LoadPairs(App().channel, "AI", "AN", "SI", "SN");
+}
+
+QString frmSystem_LocLimitGroups::EditCaption(const Table& table, State state) const {
+    return state == State::List ? tr("Location Limit Group") : MaintenanceScreen::EditCaption(table, state);
+}
+
+} // namespace sysadmin

@@ -1,0 +1,55 @@
+#include "system/frmSystem_PrintLocations.h"
+
+namespace sysadmin {
+
+frmSystem_PrintLocations::frmSystem_PrintLocations(Application& application, QWidget* parent)
+    : MaintenanceScreen(application, "frmSystem_PrintLocations", tr("System Print Locations"), Area::System,
+                        parent) {
+    AddTable({.subject = tr("Print Location"),
+              .notice = "PL",
+              .columns = {{.caption = tr("Default"), .width = 70, .yesNo = true},
+                          {tr("Codes"), 120},
+                          {tr("Names")}},
+              .cellTags = {"DP", "Cd", "Nm"},
+              .recordTag = "ID",
+              .listRequest = "LstPL",
+              .getRequest = "GetPL",
+              .addRequest = "AddPL",
+              .updateRequest = "UpdPL",
+              .loadCaption = "Load Print Locations",
+              .editCaption = "Edit Print Locations",
+              .saveCaption = "Save Print Locations",
+              .pickLists = {"cboPrintLocation"},
+              .pickTag = "Nm"},
+             m_form,
+             Column({m_form.txtCode, m_form.txtName, m_form.chkDefault,
+                     Frame("fraGroups", tr("Policy Groups That May Choose It"),
+                           {m_form.chkCircGroups, m_form.chkAcqGroups, m_form.chkMediaGroups,
+                            m_form.chkCatGroups})}),
+             {OnUpdate(PutOriginalKey("ID")), PutValue(m_form.txtCode), PutValue(m_form.txtName),
+              PutValue(m_form.chkDefault), PutValue(m_form.chkCircGroups), PutValue(m_form.chkAcqGroups),
+              PutValue(m_form.chkMediaGroups), PutValue(m_form.chkCatGroups),
+              OnUpdate(PutChanged("NCd", m_form.txtCode)), OnUpdate(PutChanged("NNm", m_form.txtName))});
+    Tables().front().grid->sortByColumn(1, Qt::AscendingOrder);
+    Finish();
+}
+
+bool frmSystem_PrintLocations::PrepareNew(Table& table) {
+    for (FlagField* group :
+         {&m_form.chkCircGroups, &m_form.chkAcqGroups, &m_form.chkMediaGroups, &m_form.chkCatGroups})
+        group->SetStored("Y");
+    return MaintenanceScreen::PrepareNew(table);
+}
+
+void frmSystem_PrintLocations::AfterSave(Table& table, const GridRow& saved, bool) {
+    if (saved.cells.first() != "Y")
+        return;
+    // There is one default: the server took the mark from whichever location had it before.
+    QList<GridRow> rows = table.grid->Model().Rows();
+    for (GridRow& row : rows)
+        if (row.key != saved.key)
+            row.cells.first() = "N";
+    table.grid->ReplaceRows(rows);
+}
+
+} // namespace sysadmin

@@ -1,0 +1,87 @@
+#include "support/ScreenTest.h"
+#include "system/frmSystem_PrintLocations.h"
+
+namespace sysadmin {
+
+namespace {
+
+using Sent = ScriptedChannel::Sent;
+
+class PrintLocationsTest : public ScreenTest {
+protected:
+    void OpenTwo() {
+        channel.Answer("LstPL", 0,
+                       {{"ID", "1"},
+                        {"DP", "Y"},
+                        {"Cd", "MAIN"},
+                        {"Nm", "Main desk"},
+                        {"ID", "2"},
+                        {"DP", "N"},
+                        {"Cd", "LAW"},
+                        {"Nm", "Law desk"}});
+        Open<frmSystem_PrintLocations>();
+        Grid().SelectKey("2");
+    }
+};
+
+TEST_F(PrintLocationsTest, NewDefaultTakesTheMarkFromTheFormerOne) {
+    OpenTwo();
+    channel.Answer("GetPL", 0,
+                   {{"Cd", "LAW"},
+                    {"Nm", "Law desk"},
+                    {"DP", "N"},
+                    {"CG", "Y"},
+                    {"AG", "N"},
+                    {"MSG", "N"},
+                    {"CtG", "Y"}});
+    Click("cmdEdit");
+    EXPECT_EQ(channel.sent.last(), (Sent{"GetPL", {{"ID", "2"}}}));
+    Check("chkDefault", true);
+    Check("chkAcqGroups", true);
+    channel.Answer("UpdPL", 0);
+    Click("cmdSave");
+    EXPECT_EQ(channel.sent.last(), (Sent{"UpdPL",
+                                         {{"ID", "2"},
+                                          {"Cd", "LAW"},
+                                          {"Nm", "Law desk"},
+                                          {"DP", "Y"},
+                                          {"CG", "Y"},
+                                          {"AG", "Y"},
+                                          {"MSG", "N"},
+                                          {"CtG", "Y"},
+                                          {"NCd", "N"},
+                                          {"NNm", "N"}}}));
+    QStringList rows = GridRows();
+    rows.sort();
+    EXPECT_EQ(rows, (QStringList{"|MAIN|Main desk", "✓|LAW|Law desk"}));
+    EXPECT_EQ(Grid().SelectedKey(), "2");
+}
+
+TEST_F(PrintLocationsTest, NewLocationIsOpenToAllGroupsAndLeavesTheDefaultAlone) {
+    OpenTwo();
+    Click("cmdNew");
+    Type("txtCode", "MUS");
+    Type("txtName", "Music desk");
+    channel.Answer("AddPL", 0, {{"ID", "3"}});
+    Click("cmdSave");
+    EXPECT_EQ(channel.sent.last(), (Sent{"AddPL",
+                                         {{"Cd", "MUS"},
+                                          {"Nm", "Music desk"},
+                                          {"DP", "N"},
+                                          {"CG", "Y"},
+                                          {"AG", "Y"},
+                                          {"MSG", "Y"},
+                                          {"CtG", "Y"}}}));
+    QStringList rows = GridRows();
+    rows.sort();
+    EXPECT_EQ(rows, (QStringList{"|LAW|Law desk", "|MUS|Music desk", "✓|MAIN|Main desk"}));
+
+    channel.Answer("GetPL", 5);
+    ExpectErrorDialog(prompter, "Record not found to be updated.", 5, "Edit Print Locations",
+                      "Print Location");
+    Click("cmdEdit");
+}
+
+} // namespace
+
+} // namespace sysadmin
