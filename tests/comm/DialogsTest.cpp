@@ -168,7 +168,7 @@ TEST(ChangePasswordDialog, ChecksBeforeItAsksAndExplainsEveryRefusal) {
         status = refused;
         EXPECT_EQ(attempt("old", "new", "new"), text);
         EXPECT_TRUE(dialog.isVisible());
-        EXPECT_TRUE((dialog.txtOldPassword->text() + dialog.txtNewPassword->text()).isEmpty());
+        EXPECT_TRUE(QString(dialog.txtOldPassword->text() + dialog.txtNewPassword->text()).isEmpty());
     }
     status = 0;
     attempt("old", "new", "new");

@@ -263,6 +263,9 @@ TEST_F(NetworkTransportTest, ClicksOfALongWaitAreDroppedAndThoseOfAShortOneKept)
         process.setProcessChannelMode(QProcess::ForwardedChannels);
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("QT_QPA_PLATFORM", "xcb");
+        // The libraries behind a real window keep memory to the end; what this program leaks is found without
+        // one.
+        environment.insert("ASAN_OPTIONS", "detect_leaks=0");
         process.setProcessEnvironment(environment);
         process.start(virtualScreen,
                       {"-a", QCoreApplication::applicationFilePath(),
