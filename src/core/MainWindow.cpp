@@ -170,6 +170,29 @@ void MainWindow::BuildFunctionsMenu() {
     }
 }
 
+void MainWindow::SetClusterSelection(const ClusterSelection& selection) {
+    m_clusterSelection = selection;
+    if (!m_application.profile.CircAccess())
+        return;
+    auto* mnuFileSelectCluster = new QAction(tr("Select &Cluster..."), this);
+    mnuFileSelectCluster->setObjectName("mnuFileSelectCluster");
+    mnuFile->insertAction(findChild<QAction*>("mnuFilePreferences"), mnuFileSelectCluster);
+    connect(mnuFileSelectCluster, &QAction::triggered, this, &MainWindow::ChangeCluster);
+}
+
+void MainWindow::ChangeCluster() {
+    // The screens inside the cluster load again: an edit that is open there must not be lost.
+    for (auto it = m_windows.begin(); it != m_windows.end(); ++it) {
+        const ScreenEntry* entry = m_application.catalogue.Find(it.key());
+        Screen* screen = FindScreen(it.key());
+        if (!screen || !entry->screen.needsCluster || screen->MayClose())
+            continue;
+        ActivateWindow(it.value());
+        return;
+    }
+    m_clusterSelection.change();
+}
+
 void MainWindow::OpenScreen(const QString& key) {
     if (QMdiSubWindow* open = FindWindow(key)) {
         ActivateWindow(open);
@@ -177,6 +200,9 @@ void MainWindow::OpenScreen(const QString& key) {
     }
     const ScreenEntry* entry = m_application.catalogue.Find(key);
     if (!entry || !entry->screen.make)
+        return;
+    if (entry->screen.needsCluster && !m_application.clusters.Current() && m_clusterSelection.choose &&
+        !m_clusterSelection.choose())
         return;
 
     Screen* screen = entry->screen.make(m_application, mdiScreens);

@@ -20,6 +20,12 @@ class HelpWindow;
 class NavigationBar;
 class ScreenArea;
 
+/// How the operator chooses the circulation cluster to work in.
+struct ClusterSelection {
+    std::function<bool()> choose; ///< asked while none is current; true when one is afterwards
+    std::function<void()> change; ///< asked while the program runs
+};
+
 /// The program's one top-level window (`frmMain`): menus, navigation bar, the open screens, status bar.
 class MainWindow : public QMainWindow {
     Q_OBJECT
@@ -37,6 +43,9 @@ public:
     /// Adds the "Func&tions" menu, which offers what the navigation bar does. Called once, at the end of
     /// start-up.
     void BuildFunctionsMenu();
+    /// Gives the screens that need a current cluster a way to one, and operators who may use such screens the
+    /// File menu's entry for another one.
+    void SetClusterSelection(const ClusterSelection& selection);
     /// Puts the window's parts back as the operator left them; the preferences must be loaded.
     void RestoreLayout();
 
@@ -69,6 +78,7 @@ private:
     void ActivateWindow(QMdiSubWindow* window);
     void OnScreenActivated();
     void OnClusterNotice();
+    void ChangeCluster();
     void ShowClusterPanel(const ScreenEntry* entry);
     void OpenAddress(const QString& settingsKey, const QString& otherwise);
     QMdiSubWindow* FindWindow(const QString& key) const;
@@ -79,6 +89,7 @@ private:
     QList<NavigationGroup> m_groups; // as the navigation bar shows them
     QHash<QString, QPointer<QMdiSubWindow>> m_windows;
     QString m_clusterId;
+    ClusterSelection m_clusterSelection;
     std::function<bool(const QUrl&)> m_browser;
 
     QMenu* mnuFile = nullptr;

@@ -1,5 +1,7 @@
 #include "security/CompareDialog.h"
 
+#include "core/Application.h"
+#include "core/Prompter.h"
 #include "framework/ListGrid.h"
 
 #include <QCheckBox>
@@ -108,6 +110,18 @@ void CompareDialog::ShowComparison() {
     m_grid->SetRows(rows);
     m_summary->setText(differences == 0 ? tr("There is no difference.")
                                         : tr("%n difference(s).", nullptr, differences));
+}
+
+void CompareSelected(Application& application, QWidget* parent, const QString& caption, const ListGrid& grid,
+                     const CompareDialog::Describer& describe) {
+    const GridRow selected = *grid.SelectedRow();
+    QList<PickItem> others;
+    for (const GridRow& row : grid.Model().Rows())
+        if (row.key != selected.key)
+            others.append({row.key, row.cells.value(0)});
+    CompareDialog dialog(caption, {selected.key, selected.cells.value(0)}, others, describe, parent);
+    if (dialog.IsReady())
+        application.prompter.RunDialog(dialog);
 }
 
 } // namespace sysadmin

@@ -13,6 +13,7 @@ class QLabel;
 
 namespace sysadmin {
 
+class Application;
 class ListGrid;
 
 /// One thing that a record has: where it belongs, what it is called, what it is.
@@ -48,5 +49,10 @@ private:
     QLabel* m_summary = nullptr;
     ListGrid* m_grid = nullptr;
 };
+
+/// Lets the operator compare the record selected in a list with another one of the list. `caption` is the
+/// screen's.
+void CompareSelected(Application& application, QWidget* parent, const QString& caption, const ListGrid& grid,
+                     const CompareDialog::Describer& describe);
 
 } // namespace sysadmin

@@ -4,10 +4,8 @@
 
 namespace sysadmin {
 
-/// The status with which the server refuses a change after which nobody could change security settings any
-/// more.
-inline constexpr qint16 LastSecurityHolderStatus = 53;
-/// What the operator is told then.
+/// What the operator is told when the server refuses a change after which nobody could change security
+/// settings.
 QString LastSecurityHolderText();
 
 } // namespace sysadmin

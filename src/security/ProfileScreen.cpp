@@ -38,8 +38,8 @@ ProfileScreen::ProfileScreen(Application& application, const ProfileSpec& spec, 
               .saveCaption = "Save " + m_spec.caption,
               .deleteCaption = "Delete " + m_spec.caption,
               .matchTag = "Nm",
-              .deleteWords = {{LastSecurityHolderStatus, {LastSecurityHolderText(), ApplicationTitle()}}},
-              .saveWords = {{LastSecurityHolderStatus, {LastSecurityHolderText(), ApplicationTitle()}}}},
+              .deleteWords = {{status::LastSecurityRight, {LastSecurityHolderText(), ApplicationTitle()}}},
+              .saveWords = {{status::LastSecurityRight, {LastSecurityHolderText(), ApplicationTitle()}}}},
              m_form, m_form.Draw(), PutSteps());
     Finish();
 }
@@ -141,12 +141,6 @@ void ProfileScreen::RefreshOwnControls() {
 }
 
 void ProfileScreen::Compare() {
-    const GridRow left = *Current().grid->SelectedRow();
-    QList<PickItem> others;
-    for (const GridRow& row : Current().grid->Model().Rows())
-        if (row.key != left.key)
-            others.append({row.key, row.cells.value(0)});
-
     const auto describe = [this](const QString& key) -> std::optional<ComparedRecord> {
         ProfileForm form(m_spec);
         App().channel.PutField("ID", key);
@@ -174,9 +168,7 @@ void ProfileScreen::Compare() {
             addList(field.PlainCaption(), field);
         return record;
     };
-    CompareDialog dialog(m_spec.caption, {left.key, left.cells.value(0)}, others, describe, this);
-    if (dialog.IsReady())
-        App().prompter.RunDialog(dialog);
+    CompareSelected(App(), this, m_spec.caption, *Current().grid, describe);
 }
 
 } // namespace sysadmin

@@ -3,6 +3,7 @@
 #include "core/Application.h"
 #include "core/Prompter.h"
 #include "framework/Utility.h"
+#include "security/CompareDialog.h"
 #include "security/LastSecurityHolder.h"
 #include "security/frmSecurity_OperatorLockoutStatus.h"
 #include "security/frmSecurity_OperatorPassword.h"
@@ -90,6 +91,9 @@ frmSecurity_OperatorProfiles::frmSecurity_OperatorProfiles(Application& applicat
                   }),
               PutValue(m_form.chkExpireNow), OnUpdate(PutOriginalKey("PID"))},
              [this](const QString& name) { return MakeSlot(name); });
+    m_cmdCompare = MakeButton("cmdCompare", tr("Co&mpare..."));
+    connect(m_cmdCompare, &QPushButton::clicked, this, &frmSecurity_OperatorProfiles::Compare);
+    AddListButton(m_cmdCompare);
     Finish();
     m_fraAccount = findChild<QWidget*>("fraAccount");
 
@@ -187,6 +191,8 @@ void frmSecurity_OperatorProfiles::RefreshOwnControls() {
     if (!m_fraAccount)
         return;
     const State state = GetState();
+    m_cmdCompare->setEnabled(state == State::List && Current().grid->SelectedRow() &&
+                             Current().grid->Model().Rows().size() > 1);
     const bool isNew = state == State::EditingNew;
     const bool isEditing = state == State::Editing;
     const bool isExpired = m_form.chkExpireNow.Stored() == u"Y";
@@ -297,6 +303,29 @@ bool frmSecurity_OperatorProfiles::ConfirmRowDelete(Table& table, const GridRow&
 
 bool frmSecurity_OperatorProfiles::MayDeleteRow(const GridRow& row) const {
     return row.key.trimmed().compare(u"SYSADMIN", Qt::CaseInsensitive) != 0;
+}
+
+void frmSecurity_OperatorProfiles::Compare() {
+    const auto describe = [this](const QString& key) -> std::optional<ComparedRecord> {
+        RequestChannel& channel = App().channel;
+        channel.PutField("OI", key);
+        if (const qint16 result = channel.SendRequest("GetOpr"); result != status::Ok) {
+            App().ReportRequestFailure(result, Current().spec.editCaption, Current().spec.subject);
+            return {};
+        }
+        ComparedRecord record;
+        const auto addFlag = [&](const QString& tag, const QString& caption) {
+            record.append({tr("Account"), caption, channel.GetFlag(tag) ? tr("Yes") : tr("No")});
+        };
+        addFlag("Exp", tr("Expired"));
+        addFlag("Lock", tr("Locked"));
+        addFlag("Nexp", m_form.chkNeverExpire.PlainCaption());
+        addFlag("Rchg", m_form.chkRestrictChange.PlainCaption());
+        while (channel.NextRecord("Prof"))
+            record.append({tr("Current Profiles"), channel.GetField("Prof"), tr("Yes")});
+        return record;
+    };
+    CompareSelected(App(), this, windowTitle(), *Current().grid, describe);
 }
 
 } // namespace sysadmin

@@ -91,6 +91,7 @@ private:
     void ChangePassword();
     void ExpireNow();
     void ShowLockout();
+    void Compare();
     wire::PasswordOwner Owner() const;
     bool HasNewPassword() const { return !m_form.txtPassword.IsBlank(); }
 
@@ -101,6 +102,7 @@ private:
     QPushButton* m_cmdChangePassword = nullptr;
     QPushButton* m_cmdExpire = nullptr;
     QPushButton* m_cmdLockoutStatus = nullptr;
+    QPushButton* m_cmdCompare = nullptr;
     QCheckBox* m_chkShowPassword = nullptr;
     QPointer<QWidget> m_fraAccount;
 };

@@ -3,11 +3,7 @@
 #include "framework/SingleRecordScreen.h"
 #include "security/SecurityOptionsForm.h"
 
-class QLabel;
-
 namespace sysadmin {
-
-class ListGrid;
 
 /// The library's rules for operators' passwords and sign-on, and the log of invalid sign-on attempts.
 class frmSecurity_SecurityOptions : public SingleRecordScreen {

@@ -20,7 +20,8 @@ bool IsSamplePassword(const QString& operatorId, const Secret& password) {
     return false;
 }
 
-bool FollowsRules(const Secret& password, const wire::PasswordRules& rules, const wire::PasswordOwner& owner) {
+bool FollowsRules(const Secret& password, const wire::PasswordRules& rules,
+                  const wire::PasswordOwner& owner) {
     QString text = QString::fromUtf8(password.Data(), password.Size());
     const bool follows = wire::FindPasswordFaults(rules, text, owner).isEmpty();
     sodium_memzero(text.data(), size_t(text.size()) * sizeof(QChar));

@@ -9,8 +9,8 @@ namespace sysadmin::server {
 class Library;
 
 /// Whether the operator may have this password now: 107 for one of the passwords before, 108 while the
-/// present one is too young to be changed, 109 for one that does not follow the password rules, 3 for an empty
-/// one, else 0.
+/// present one is too young to be changed, 109 for one that does not follow the password rules, 3 for an
+/// empty one, else 0.
 qint16 CheckNewPassword(const Records& records, const Library& library, qint64 operatorRow,
                         const Secret& password, const SecurityRules& rules);
 

@@ -56,11 +56,11 @@ void RegisterMasterProfiles(Registry& registry) {
         .addReply = {"ID", "Nm"},
         .afterPut =
             [](Context& context, const wire::Fields&, qint64, bool) {
-                return SecurityHolderRemains(context.database) ? status::Ok : NoSecurityHolderStatus;
+                return SecurityHolderRemains(context.database) ? status::Ok : status::LastSecurityRight;
             },
         .checkRemove =
             [](Context& context, qint64 id, const Row&) {
-                return SecurityHolderRemains(context.database, id) ? status::Ok : NoSecurityHolderStatus;
+                return SecurityHolderRemains(context.database, id) ? status::Ok : status::LastSecurityRight;
             },
     });
     registry.AddSample("master profiles", FillSample);

@@ -10,36 +10,44 @@ constexpr int TextLength = 40;
 
 void FillSample(SampleWriter& sample) {
     // Type of record and bibliographic level of the MARC leader.
-    const QList<QPair<QString, QString>> types{
-        {"aa", "Book Chapter"},
-        {"ab", "Journal Article"},
-        {"ac", "Book Collection"},
-        {"ai", "Updating Resource"},
-        {"am", "Book"},
-        {"as", "Journal or Serial"},
-        {"cm", "Music Score"},
-        {"cs", "Music Score Series"},
-        {"dm", "Music Manuscript"},
-        {"em", "Map"},
-        {"es", "Map Series"},
-        {"fm", "Manuscript Map"},
-        {"gm", "Film or Video"},
-        {"gs", "Film or Video Series"},
-        {"im", "Spoken Recording"},
-        {"is", "Spoken Recording Series"},
-        {"jm", "Music Recording"},
-        {"js", "Music Recording Series"},
-        {"km", "Picture"},
-        {"mi", "Database"},
-        {"mm", "Computer File"},
-        {"ms", "Online Serial"},
-        {"om", "Kit"},
-        {"pc", "Archival Collection"},
-        {"rm", "Three-Dimensional Object"},
-        {"tm", "Manuscript or Thesis"},
+    struct MaterialType {
+        QString code;
+        QString name;
+        int titles = 0;
     };
-    for (const auto& [code, name] : types)
-        sample.Add("material_types", {{"code", code}, {"name", name}});
+    const QList<MaterialType> types{
+        {"aa", "Book Chapter", 812},
+        {"ab", "Journal Article", 4107},
+        {"ac", "Book Collection", 655},
+        {"ai", "Updating Resource", 1893},
+        {"am", "Book", 2418036},
+        {"as", "Journal or Serial", 187420},
+        {"cm", "Music Score", 61277},
+        {"cs", "Music Score Series"},
+        {"dm", "Music Manuscript", 148},
+        {"em", "Map", 40931},
+        {"es", "Map Series", 377},
+        {"fm", "Manuscript Map", 52},
+        {"gm", "Film or Video", 58604},
+        {"gs", "Film or Video Series"},
+        {"im", "Spoken Recording", 7218},
+        {"is", "Spoken Recording Series"},
+        {"jm", "Music Recording", 74390},
+        {"js", "Music Recording Series"},
+        {"km", "Picture", 16045},
+        {"mi", "Database", 931},
+        {"mm", "Computer File", 12586},
+        {"ms", "Online Serial", 33},
+        {"om", "Kit", 1102},
+        {"pc", "Archival Collection", 5264},
+        {"rm", "Three-Dimensional Object", 486},
+        {"tm", "Manuscript or Thesis", 39817},
+    };
+    for (const auto& [code, name, titles] : types) {
+        const qint64 id = sample.Add("material_types", {{"code", code}, {"name", name}});
+        if (titles > 0)
+            sample.Use("material_types", "bibliographic records", id, titles);
+    }
 }
 
 } // namespace
@@ -48,7 +56,7 @@ void RegisterMaterialTypes(Registry& registry) {
     registry.AddSubject({
         .table = "material_types",
         .area = Area::System,
-        .requests = {.list = "LstBF", .get = "GetBF", .add = "AddBF", .update = "UpdBF"},
+        .requests = {.list = "LstBF", .get = "GetBF", .add = "AddBF", .update = "UpdBF", .remove = "DelBF"},
         .fields =
             {
                 Field::Text("Cd", "code", TypeCodeLength).Required().Unique(status::DuplicateCode).InList(),
@@ -56,6 +64,7 @@ void RegisterMaterialTypes(Registry& registry) {
             },
         .key = "Cd",
         .originalKey = "OC",
+        .usages = {{"bibliographic records"}},
     });
     registry.AddSample("material types", FillSample);
 }

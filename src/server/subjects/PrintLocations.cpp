@@ -23,6 +23,11 @@ qint16 TakeDefault(Context& context, const wire::Fields& request, qint64 id, boo
     return status::Ok;
 }
 
+/// Without the default, whoever has not chosen a location would print nowhere.
+qint16 KeepDefault(Context&, qint64, const Row& record) {
+    return record.value("is_default").toString() == "Y" ? status::InUse : status::Ok;
+}
+
 void FillSample(SampleWriter& sample) {
     const QList<CsvRow> desks = sample.ReadCsv("desks.csv");
     for (const CsvRow& desk : desks) {
@@ -31,13 +36,16 @@ void FillSample(SampleWriter& sample) {
             continue;
         const bool staffOnly = code.startsWith("SUL") || code.endsWith("TS");
         const bool serves = desk["is_pickup_location"] == "Y";
-        sample.Add("print_locations", {{"code", code},
-                                       {"name", desk["name"]},
-                                       {"is_default", code == "MAIN-LOAN" ? "Y" : "N"},
-                                       {"for_circulation", staffOnly ? "N" : "Y"},
-                                       {"for_acquisitions", staffOnly ? "Y" : "N"},
-                                       {"for_media", code.startsWith("MEDIA") || code == "MUSIC" ? "Y" : "N"},
-                                       {"for_cataloging", staffOnly || !serves ? "Y" : "N"}});
+        const qint64 id = sample.Add("print_locations",
+                                     {{"code", code},
+                                      {"name", desk["name"]},
+                                      {"is_default", code == "MAIN-LOAN" ? "Y" : "N"},
+                                      {"for_circulation", staffOnly ? "N" : "Y"},
+                                      {"for_acquisitions", staffOnly ? "Y" : "N"},
+                                      {"for_media", code.startsWith("MEDIA") || code == "MUSIC" ? "Y" : "N"},
+                                      {"for_cataloging", staffOnly || !serves ? "Y" : "N"}});
+        if (serves)
+            sample.Use("print_locations", "workstations", id, code.startsWith("MAIN") ? 9 : 3);
     }
 }
 
@@ -47,7 +55,7 @@ void RegisterPrintLocations(Registry& registry) {
     registry.AddSubject({
         .table = "print_locations",
         .area = Area::System,
-        .requests = {.list = "LstPL", .get = "GetPL", .add = "AddPL", .update = "UpdPL"},
+        .requests = {.list = "LstPL", .get = "GetPL", .add = "AddPL", .update = "UpdPL", .remove = "DelPL"},
         .fields =
             {
                 Field::Text("Cd", "code", LocationCodeLength)
@@ -62,8 +70,10 @@ void RegisterPrintLocations(Registry& registry) {
                 Field::Flag("CtG", "for_cataloging"),
             },
         .listArea = Area::AnyOperator,
+        .usages = {{"workstations"}},
         .addReply = {"ID", "Cd"},
         .afterPut = TakeDefault,
+        .checkRemove = KeepDefault,
     });
     registry.AddSample("print locations", FillSample);
 }
