@@ -20,7 +20,8 @@ public:
     Secret(const Secret&) = delete;
     ~Secret();
 
-    const char* Data() const { return reinterpret_cast<const char*>(m_bytes.data()); }
+    /// Never null, also of an empty password.
+    const char* Data() const { return m_bytes.empty() ? "" : reinterpret_cast<const char*>(m_bytes.data()); }
     qsizetype Size() const { return qsizetype(m_bytes.size()); }
 
 private:

@@ -19,12 +19,12 @@ QByteArray Everything(TestServer& server) {
     for (const Table& table : server.GetLibrary().GetRegistry().GetTables()) {
         if (table.name == "sessions")
             continue;
-        server.GetDatabase().Each(
-            "SELECT * FROM " + table.name + " ORDER BY id", {}, [&](const ResultRow& row) {
-                hash.addData(table.name.toUtf8());
-                for (int column = 0, count = row.Count(); column < count; ++column)
-                    hash.addData(row.value(column).toString().toUtf8());
-            });
+        server.GetDatabase().Each("SELECT * FROM " + table.name + " ORDER BY id", {},
+                                  [&](const ResultRow& row) {
+                                      hash.addData(table.name.toUtf8());
+                                      for (int column = 0, count = row.Count(); column < count; ++column)
+                                          hash.addData(row.value(column).toString().toUtf8());
+                                  });
     }
     return hash.result();
 }

@@ -58,7 +58,26 @@ TEST_F(PrintLocations, RefusedSaveLeavesTheDefaultWhereItWas) {
     server.SignOnAs("CIRC");
     EXPECT_EQ(server.StatusOf("AddPL", {{"Cd", "NEW"}, {"Nm", "New"}, {"DP", "Y"}}), status::NotAuthorised);
     EXPECT_EQ(server.StatusOf("GetPL", {{"ID", "1"}}), status::NotAuthorised);
+    EXPECT_EQ(server.StatusOf("DelPL", {{"ID", "1"}}), status::NotAuthorised);
     EXPECT_EQ(Defaults(), QStringList{"Main Circulation Desk"}) << "whoever chooses one may list them";
+}
+
+TEST_F(PrintLocations, DefaultAndThoseInUseAreNotDeleted) {
+    const auto remove = [this](const QString& id) { return server.StatusOf("DelPL", {{"ID", id}}); };
+    const wire::Fields list = server.Send("LstPL").fields;
+    const auto idOf = [&list](const QString& code) {
+        return ValuesOf(list, "ID").value(ValuesOf(list, "Cd").indexOf(code));
+    };
+    EXPECT_EQ(remove(idOf("LAW")), status::InUse);
+    EXPECT_EQ(remove(idOf("CLASSICS")), 0);
+    EXPECT_EQ(remove(idOf("CLASSICS")), status::NotFound);
+
+    const QString unused = idOf("INST");
+    ASSERT_EQ(server.StatusOf("UpdPL", {{"ID", unused}, {"DP", "Y"}}), 0);
+    EXPECT_EQ(remove(unused), status::InUse);
+    ASSERT_EQ(server.StatusOf("UpdPL", {{"ID", idOf("LAW")}, {"DP", "Y"}}), 0);
+    EXPECT_EQ(remove(unused), 0);
+    EXPECT_EQ(Defaults(), QStringList{"Law Library"});
 }
 
 TEST(MaterialTypes, AreKnownByTheirCode) {
@@ -70,12 +89,16 @@ TEST(MaterialTypes, AreKnownByTheirCode) {
         {"Cd", "zz"}, {"Nm", "Something Else"}, {"OC", "xx"}, {"NCd", "Y"}, {"NNm", "N"}};
     ASSERT_EQ(server.StatusOf("UpdBF", change), 0);
     EXPECT_EQ(server.StatusOf("UpdBF", change), status::NotFound);
+    EXPECT_EQ(server.StatusOf("DelBF", {{"Cd", "am"}}), status::InUse);
+    EXPECT_EQ(server.StatusOf("DelBF", {{"Cd", "js"}}), 0);
+    EXPECT_EQ(server.StatusOf("DelBF", {{"Cd", "js"}}), status::NotFound);
     server.Restart();
     server.SignOnAs("VIEWER");
     EXPECT_EQ(server.StatusOf("GetBF", {{"Cd", "xx"}}), status::NotFound);
     EXPECT_EQ(server.Send("GetBF", {{"Cd", "zz"}}).fields,
               (wire::Fields{{"Cd", "zz"}, {"Nm", "Something Else"}}));
     EXPECT_EQ(server.StatusOf("AddBF", {{"Cd", "qq"}, {"Nm", "Q"}}), status::NotAuthorised);
+    EXPECT_EQ(server.StatusOf("DelBF", {{"Cd", "zz"}}), status::NotAuthorised);
     server.SignOnAs("CIRC");
     EXPECT_EQ(server.StatusOf("LstBF"), status::NotAuthorised);
 }

@@ -47,7 +47,6 @@ TEST_P(SubjectTest, VendorTypesFromAddToDelete) {
     EXPECT_FALSE(List("LstVenTp", "Cd").contains("ZINE"));
 
     m_server->Restart();
-    m_server->SignOnAs("SYSADMIN");
     EXPECT_EQ(InRecord(Send("LstVenTp").fields, "Cd", "zine2", "Nm"), "ZINE maker");
     EXPECT_EQ(StatusOf("DelVenTp", {{"Cd", "ZINE2"}}), status::Ok);
     EXPECT_EQ(List("LstVenTp", "Cd").size(), before);
@@ -336,7 +335,6 @@ TEST_P(SubjectTest, TheSampleLibraryIsWhole) {
     m_server->GetDatabase().Run("DELETE FROM base_currency");
     m_server->GetDatabase().Run("DELETE FROM sample_parts WHERE name='base currency'");
     m_server->Restart();
-    m_server->SignOnAs("SYSADMIN");
     EXPECT_EQ(wire::FirstValue(Send("GetBsCur").fields, "CrCd"), "USD");
     EXPECT_FALSE(List("LstVenTp", "Cd").contains("MAP"));
     EXPECT_EQ(List("LstLoc", "ID").size(), 633);

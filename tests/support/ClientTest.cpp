@@ -1,6 +1,5 @@
 #include "support/ClientTest.h"
 
-#include "comm/CommandLine.h"
 #include "server/ServerConnection.h"
 #include "support/TestServer.h"
 
@@ -11,10 +10,15 @@
 namespace sysadmin {
 
 ClientTest::ClientTest() {
+    OpenLibrary();
+}
+
+void ClientTest::OpenLibrary() {
     server::LibraryOptions options;
     options.address = server::StoreAddress::InDirectory(m_directory.path());
     options.whenMissing = server::LibraryOptions::WhenMissing::MakeSample;
     options.hashCost = server::HashCost::Least();
+    options.now = [passed = m_passed] { return QDateTime::currentDateTimeUtc().addSecs(*passed); };
     QString error;
     m_library = server::Library::Open(options, &error);
     if (!m_library)
@@ -22,17 +26,41 @@ ClientTest::ClientTest() {
 }
 
 void ClientTest::SignOn(const QString& operatorId) {
+    if (!TryToStart(operatorId))
+        throw std::runtime_error("no main window for " + operatorId.toStdString());
+}
+
+void ClientTest::MakeClient() {
     if (m_client && m_client->Window())
         m_client->Window()->Abort = true;
     m_client.reset();
-    m_client = std::make_unique<Client>(prompter, CommandLine{}, [library = m_library](const QString&, QString*) {
-        return wire::EndpointFactory([library](const QString& peer) -> std::unique_ptr<wire::Endpoint> {
-            return std::make_unique<server::ServerConnection>(library, peer);
+    m_client =
+        std::make_unique<Client>(prompter, commandLine, [library = m_library](const QString&, QString*) {
+            return wire::EndpointFactory([library](const QString& peer) -> std::unique_ptr<wire::Endpoint> {
+                return std::make_unique<server::ServerConnection>(library, peer);
+            });
         });
-    });
+}
+
+bool ClientTest::TryToStart(const QString& operatorId) {
+    MakeClient();
     const QString problem = m_client->Comm().SignOnDirectly(operatorId, testing::SamplePassword(operatorId));
-    if (!problem.isEmpty() || !m_client->Start({}))
-        throw std::runtime_error("no main window for " + operatorId.toStdString() + ": " + problem.toStdString());
+    if (!problem.isEmpty())
+        throw std::runtime_error(operatorId.toStdString() + " cannot sign on: " + problem.toStdString());
+    return m_client->Start({});
+}
+
+bool ClientTest::StartWithDialog() {
+    MakeClient();
+    return m_client->Start({});
+}
+
+void ClientTest::ReopenLibrary() {
+    if (m_client && m_client->Window())
+        m_client->Window()->Abort = true;
+    m_client.reset();
+    m_library.reset();
+    OpenLibrary();
 }
 
 Screen& ClientTest::Open(const QString& key) {

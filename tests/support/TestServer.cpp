@@ -76,6 +76,8 @@ void TestServer::Restart() {
     m_database.reset();
     m_library.reset();
     Open();
+    if (!m_signedOn.isEmpty())
+        SignOnAs(m_signedOn);
 }
 
 std::unique_ptr<TestClient> TestServer::Connect(const QString& peer) const {
@@ -86,6 +88,7 @@ void TestServer::SignOnAs(const QString& operatorId) {
     m_client = Connect();
     if (const qint16 status = m_client->SignOn(operatorId, SamplePassword(operatorId)))
         qFatal("%s cannot sign on: %d", qPrintable(operatorId), status);
+    m_signedOn = operatorId;
 }
 
 Database& TestServer::GetDatabase() {

@@ -67,7 +67,8 @@ public:
     /// Another connection, with nobody signed on.
     std::unique_ptr<TestClient> Connect(const QString& peer = "local") const;
 
-    /// Closes the library and opens it again, as a restart of the server does. Connections are gone.
+    /// Closes the library and opens it again, as a restart of the server does. Connections and sessions of
+    /// other clients are theirs to take up again; the operator signs on anew.
     void Restart();
     void Advance(qint64 seconds) { *m_now = m_now->addSecs(seconds); }
     QDateTime Now() const { return *m_now; }
@@ -83,6 +84,7 @@ private:
 
     QTemporaryDir m_directory;
     Options m_options;
+    QString m_signedOn;
     std::shared_ptr<QDateTime> m_now;
     std::shared_ptr<const server::Library> m_library;
     std::unique_ptr<server::Database> m_database;
