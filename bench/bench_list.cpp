@@ -7,6 +7,7 @@
 #include "comm/CommandLine.h"
 #include "core/Application.h"
 #include "framework/ListGrid.h"
+#include "system/frmSystem_Locations.h"
 
 #include <QApplication>
 #include <QTableWidget>
@@ -60,6 +61,22 @@ void OpenScreen(benchmark::State& state) {
     }
 }
 
+void OpenLocations(benchmark::State& state) {
+    BenchLibrary& library = LibraryOf(state);
+    library.GrowLocations(int(state.range(0)));
+    SignedOn program(library);
+    for (auto _ : state) {
+        auto screen = std::make_unique<frmSystem_Locations>(program.application, nullptr);
+        screen->LoadScreen();
+        Paint(*screen);
+        state.PauseTiming();
+        if (screen->findChild<ListGrid*>("vsf")->Model().rowCount() != state.range(0))
+            state.SkipWithError("rows are missing");
+        screen.reset();
+        state.ResumeTiming();
+    }
+}
+
 void RequestOnly(benchmark::State& state) {
     SignedOn program(LibraryOf(state));
     for (auto _ : state)
@@ -98,6 +115,11 @@ int main(int argc, char** argv) {
                           benchmark::RegisterBenchmark("RequestOnly", RequestOnly),
                           benchmark::RegisterBenchmark("FillTableWidget", FillTableWidget)})
             one->Arg(size)->UseRealTime()->Unit(benchmark::kMillisecond);
+    for (const int size : {633, 10000}) // a real library's number, and a very large one's
+        benchmark::RegisterBenchmark("OpenLocations", OpenLocations)
+            ->Arg(size)
+            ->UseRealTime()
+            ->Unit(benchmark::kMillisecond);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
 }

@@ -54,9 +54,10 @@ function(sysadmin_embed target prefix dir pattern)
   target_sources(${target} PRIVATE ${qrc})
 endfunction()
 
-# sysadmin_test(NAME LINK target...): the test program of tests/NAME, each of its cases a ctest case.
+# sysadmin_test(NAME [TOGETHER pattern] LINK target...): the test program of tests/NAME, each of its cases a ctest case.
+# Cases that match the pattern run as one: they share something that is slow to start.
 function(sysadmin_test name)
-  cmake_parse_arguments(arg "" "" "LINK" ${ARGN})
+  cmake_parse_arguments(arg "" "TOGETHER" "LINK" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp
        ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.h)
   if(NOT sources)
@@ -65,6 +66,12 @@ function(sysadmin_test name)
   add_executable(test_${name} ${sources})
   target_precompile_headers(test_${name} REUSE_FROM sysadmin_test_support)
   target_link_libraries(test_${name} PRIVATE sysadmin_test_support ${arg_LINK})
-  gtest_discover_tests(test_${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-                       PROPERTIES TIMEOUT 300 ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
+  set(environment "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
+  if(arg_TOGETHER)
+    set(apart TEST_FILTER "-${arg_TOGETHER}")
+    add_test(NAME ${name}.together COMMAND test_${name} --gtest_filter=${arg_TOGETHER})
+    set_tests_properties(${name}.together PROPERTIES TIMEOUT 600 COST 1000 ENVIRONMENT "${environment}")
+  endif()
+  gtest_discover_tests(test_${name} ${apart} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+                       PROPERTIES TIMEOUT 300 ENVIRONMENT "${environment}")
 endfunction()

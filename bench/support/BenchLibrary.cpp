@@ -49,6 +49,21 @@ void BenchLibrary::GrowVendorTypes(int count) {
     });
 }
 
+void BenchLibrary::GrowLocations(int count) {
+    const auto database = m_library->Connect();
+    const int there = database->FirstValue("SELECT COUNT(*) FROM locations").toInt();
+    const QVariant library = database->FirstValue("SELECT id FROM owning_libraries ORDER BY id");
+    RunInTransaction(*database, [&] {
+        server::Records records(*database, m_library->GetRegistry().GetTables());
+        for (int i = there; i < count; ++i) {
+            const QString number = QString::number(i);
+            records.Insert(
+                "locations",
+                {{"code", "L" + number}, {"name", "Reading room " + number}, {"owning_library_id", library}});
+        }
+    });
+}
+
 ServerThread::ServerThread(const std::function<QTcpServer*()>& make) {
     m_inThread.moveToThread(&m_thread);
     m_thread.start();

@@ -41,6 +41,8 @@ public:
     wire::EndpointFactory Endpoints() const;
     /// Adds vendor types until there are so many.
     void GrowVendorTypes(int count);
+    /// The same with locations.
+    void GrowLocations(int count);
 
 private:
     QTemporaryDir m_folder;

@@ -17,9 +17,11 @@ frmAcquisitions_MarkReasons::frmAcquisitions_MarkReasons(Application& applicatio
               .getRequest = "GetMark",
               .addRequest = "AddMark",
               .updateRequest = "UpdMark",
+              .deleteRequest = "DelMark",
               .loadCaption = "Load Acquisitions Mark Reasons",
               .editCaption = "Edit Acquisitions Mark Reason",
-              .saveCaption = "Save Acquisitions Mark Reason"},
+              .saveCaption = "Save Acquisitions Mark Reason",
+              .deleteCaption = "Delete Acquisitions Mark Reason"},
              m_form, Column({m_form.txtName, m_form.cboClaimType}),
              {OnUpdate(PutOriginalKey("ID")), PutValue(m_form.txtName), PutValue(m_form.cboClaimType),
               OnUpdate(PutChanged("NNm", m_form.txtName))});

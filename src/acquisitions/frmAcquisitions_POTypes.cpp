@@ -14,9 +14,11 @@ frmAcquisitions_POTypes::frmAcquisitions_POTypes(Application& application, QWidg
               .getRequest = "GetPOTp",
               .addRequest = "AddPOTp",
               .updateRequest = "UpdPOTp",
+              .deleteRequest = "DelPOTp",
               .loadCaption = "Load Acquisitions PO Types",
               .editCaption = "Edit Acquisitions PO Types",
-              .saveCaption = "Save Acquisitions PO Types"},
+              .saveCaption = "Save Acquisitions PO Types",
+              .deleteCaption = "Delete Acquisitions PO Types"},
              m_form, Column({m_form.txtName}),
              {OnUpdate(PutOriginalKey("T")), PutValue(m_form.txtName),
               OnUpdate(PutChanged("NNm", m_form.txtName))});

@@ -14,9 +14,11 @@ frmAcquisitions_VendorReports::frmAcquisitions_VendorReports(Application& applic
               .getRequest = "GetVRpt",
               .addRequest = "AddVRpt",
               .updateRequest = "UpdVRpt",
+              .deleteRequest = "DelVRpt",
               .loadCaption = "Load Acquisitions Vendor Reports",
               .editCaption = "Edit Acquisitions Vendor Reports",
-              .saveCaption = "Save Acquisitions Vendor Reports"},
+              .saveCaption = "Save Acquisitions Vendor Reports",
+              .deleteCaption = "Delete Acquisitions Vendor Reports"},
              m_form, Column({m_form.txtName, m_form.txtEDICode}),
              {OnUpdate(PutOriginalKey("ID")), PutValue(m_form.txtName), PutValue(m_form.txtEDICode),
               OnUpdate(PutChanged("NNm", m_form.txtName))});

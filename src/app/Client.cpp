@@ -4,6 +4,7 @@
 #include "circulation/CirculationScreens.h"
 #include "core/MainWindow.h"
 #include "core/StartUp.h"
+#include "framework/ClusterSelection.h"
 #include "requests/RequestsScreens.h"
 #include "search/SearchScreens.h"
 #include "security/SecurityScreens.h"
@@ -35,7 +36,11 @@ Client::~Client() = default;
 
 bool Client::Start(const QStringList& arguments) {
     m_window = StartUp(m_application, arguments);
-    return m_window != nullptr;
+    if (!m_window)
+        return false;
+    m_window->SetClusterSelection({.choose = [this] { return GetClusterList(m_application, m_window.get()); },
+                                   .change = [this] { ChangeCluster(m_application, m_window.get()); }});
+    return true;
 }
 
 void Client::CloseWindow() {

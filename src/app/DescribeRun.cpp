@@ -50,7 +50,7 @@ public:
         Describe(dialog, OnlyShows(dialog.objectName()) ? "view" : "edit",
                  dialog.property("helpContext").toInt());
         dialog.hide();
-        return false;
+        return dialog.objectName() == u"frmSelectCluster"; // without one the screens behind it stay closed
     }
     QString AskSaveFile(QWidget*, const QString&, const QString&, const QString&) override { return {}; }
 
@@ -117,11 +117,12 @@ QString DescribeAs(const CommandLine& line, DescribingPrompter& prompter, const 
         window.OpenScreen(entry.key);
         if (Screen* screen = window.FindScreen(entry.key))
             DescribeScreen(*screen, prompter, entry.screen.helpContext, mayEdit);
+        if (mayEdit) // once: with the first screen alone in it, the window shows what belongs to it
+            prompter.Describe(window, "list", 0);
     }
     if (mayEdit) {
-        prompter.Describe(window, "list", 0);
-        for (const char* name :
-             {"mnuFileLogin", "mnuFileChangePassword", "mnuFilePreferences", "mnuHelpAbout"})
+        for (const char* name : {"mnuFileLogin", "mnuFileChangePassword", "mnuFileSelectCluster",
+                                 "mnuFilePreferences", "mnuHelpAbout"})
             if (auto* action = window.findChild<QAction*>(name))
                 action->trigger();
         client.App().ReportRequestFailure(1, "Load Acquisitions Vendor Types", "Vendor Type");

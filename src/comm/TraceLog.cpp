@@ -11,8 +11,9 @@ namespace sysadmin {
 
 namespace {
 
-// Passwords old and new, the session's token, the PIN given to patrons who have none.
-constexpr const char* SecretTags[] = {"PW", "OPW", "SID", "DP"};
+// Passwords old and new, the session's token, the PIN given to patrons who have none, and the line that says
+// which password opens a sample library.
+constexpr const char* SecretTags[] = {"PW", "OPW", "SID", "DP", "HINT"};
 
 bool IsSecret(const QString& tag) {
     return std::any_of(std::begin(SecretTags), std::end(SecretTags),

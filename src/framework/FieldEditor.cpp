@@ -44,6 +44,7 @@ public:
         : FieldEditor(field)
         , m_value(field) {
         m_edit = new QLineEdit(parent);
+        m_edit->setFrame(!field.Spec().displayOnly); // looks like text that can be copied, not like an entry
         m_widget = m_edit;
         m_focusWidgets = {m_edit};
         const int maxLength = field.Spec().maxLength;
@@ -69,7 +70,9 @@ public:
             m_edit->setEchoMode(QLineEdit::Password);
             break;
         default:
-            m_edit->setMinimumWidth(WidthForLength(*m_edit, maxLength > 0 ? qMin(maxLength, 30) : 30));
+            // What is only shown may be narrow where room is short.
+            const int least = field.Spec().displayOnly ? 15 : 30;
+            m_edit->setMinimumWidth(WidthForLength(*m_edit, maxLength > 0 ? qMin(maxLength, least) : least));
             if (maxLength > 0 && maxLength <= 20)
                 m_edit->setMaximumWidth(WidthForLength(*m_edit, maxLength) + 12);
         }
@@ -289,9 +292,8 @@ public:
         line->addWidget(m_unit);
         line->addStretch();
         m_focusWidgets = {m_number, m_unit};
-        connect(m_number, &QLineEdit::textEdited, this, [this](const QString& text) {
-            m_interval.SetParts(text, m_unit->currentData().toString());
-        });
+        connect(m_number, &QLineEdit::textEdited, this,
+                [this](const QString& text) { m_interval.SetParts(text, m_unit->currentData().toString()); });
         connect(m_unit, &QComboBox::activated, this,
                 [this](int index) { m_interval.ChangeUnit(m_unit->itemData(index).toString()); });
         connect(m_number, &QLineEdit::editingFinished, this, [this] {

@@ -6,6 +6,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QScrollArea>
+#include <QTabBar>
 #include <QTabWidget>
 
 #include <algorithm>
@@ -33,6 +34,13 @@ bool WantsHeight(const Layout& layout) {
         return true;
     return std::any_of(layout.children.begin(), layout.children.end(),
                        [](const Layout& child) { return WantsHeight(child); });
+}
+
+/// What a control's name says behind the prefix of its type ("StartDate" of "fpStartDate").
+QString RoleOf(const QString& controlName) {
+    const auto role =
+        std::find_if(controlName.begin(), controlName.end(), [](QChar c) { return c.isUpper(); });
+    return controlName.mid(role - controlName.begin());
 }
 
 /// Two cells hold a field: its label and its control.
@@ -63,7 +71,7 @@ void FormView::FocusFirst() {
         tabs->setCurrentIndex(0);
     for (QWidget* widget : m_tabOrder)
         if (widget->isEnabledTo(this) && widget->focusPolicy() != Qt::NoFocus &&
-            !qobject_cast<QTabWidget*>(widget)) {
+            !qobject_cast<QTabBar*>(widget)) {
             widget->setFocus(Qt::TabFocusReason);
             return;
         }
@@ -175,7 +183,7 @@ int FormView::DrawField(Field& field, QWidget* parent, QGridLayout& grid, int ro
     QWidget* widget = editor->Widget();
     if (labelled) {
         auto* label = new QLabel(field.Spec().caption, parent);
-        label->setObjectName("lbl" + field.Name().mid(3));
+        label->setObjectName("lbl" + RoleOf(field.Name()));
         SetDeclaredCaption(*label, field.Spec().caption);
         label->setBuddy(editor->FocusWidgets().isEmpty() ? widget : editor->FocusWidgets().first());
         grid.addWidget(label, row, column, WantsHeight(field) ? Qt::AlignTop : Qt::AlignVCenter);
@@ -205,7 +213,9 @@ int FormView::DrawField(Field& field, QWidget* parent, QGridLayout& grid, int ro
 QWidget* FormView::DrawTabs(const Layout& layout, QWidget* parent) {
     auto* tabs = new QTabWidget(parent);
     tabs->setObjectName(layout.name);
-    m_tabOrder.append(tabs);
+    // The bar alone takes the focus: with the tab widget the tab order would take its pages along.
+    tabs->setFocusPolicy(Qt::NoFocus);
+    m_tabOrder.append(tabs->tabBar());
     for (const Layout& page : layout.children) {
         auto* widget = new QWidget(tabs);
         DrawColumn(page.children, widget);

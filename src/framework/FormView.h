@@ -30,6 +30,8 @@ public:
     bool IsReadOnly() const { return m_readOnly; }
     /// Puts the focus into the first field that takes it, on the first page.
     void FocusFirst();
+    /// What the Tab key comes by, in this order.
+    const QList<QWidget*>& TabOrder() const { return m_tabOrder; }
     /// Shows the page of the field and puts the focus into it.
     void FocusField(const Field& field);
     FieldEditor* EditorOf(const Field& field) const;

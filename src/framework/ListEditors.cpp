@@ -14,7 +14,9 @@ namespace {
 /// Shows the rows; adding and changing them is the matter of buttons beside it.
 class RowsEditor : public FieldEditor {
 public:
-    RowsEditor(RowsField& field, QWidget* parent) : FieldEditor(field), m_rows(field) {
+    RowsEditor(RowsField& field, QWidget* parent)
+        : FieldEditor(field)
+        , m_rows(field) {
         m_grid = new ListGrid(field.Name(), field.Columns(), parent);
         m_widget = m_grid;
         m_focusWidgets = {m_grid};
@@ -37,7 +39,9 @@ private:
 
 class CheckedEditor : public FieldEditor {
 public:
-    CheckedEditor(CheckedField& field, QWidget* parent) : FieldEditor(field), m_checked(field) {
+    CheckedEditor(CheckedField& field, QWidget* parent)
+        : FieldEditor(field)
+        , m_checked(field) {
         m_list = new QListWidget(parent);
         m_list->setSpacing(2);
         m_widget = m_list;
@@ -89,9 +93,12 @@ private:
 
 class PickedEditor : public FieldEditor {
 public:
-    PickedEditor(PickedField& field, QWidget* parent) : FieldEditor(field), m_picked(field) {
+    PickedEditor(PickedField& field, QWidget* parent)
+        : FieldEditor(field)
+        , m_picked(field) {
         m_mover = new TwoListMover(
-            field.Names(), field.Lists(), [this](const TwoListMover::Move& move) { m_picked.Move(move); }, parent);
+            field.Names(), field.Lists(), [this](const TwoListMover::Move& move) { m_picked.Move(move); },
+            parent);
         m_widget = m_mover;
         m_focusWidgets = m_mover->FocusWidgets();
     }

@@ -13,6 +13,7 @@
 #include <QShortcut>
 #include <QSplitter>
 #include <QStackedLayout>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -88,6 +89,7 @@ void MaintenanceScreen::AddTable(const TableSpec& spec, Form& form, const Layout
     auto* page = new QVBoxLayout(table.listPage);
     page->setContentsMargins({});
     table.grid = new ListGrid(own.gridName, own.columns, table.listPage);
+    table.grid->setAccessibleName(own.subject);
     if (own.sorted)
         table.grid->sortByColumn(0, Qt::AscendingOrder);
     // Columns of a fixed width leave the others enough room to be read.
@@ -119,6 +121,7 @@ void MaintenanceScreen::Finish() {
     } else {
         m_tabs = new QTabWidget(m_listSide);
         m_tabs->setObjectName("tabTables");
+        m_tabs->setFocusPolicy(Qt::NoFocus); // its bar takes the focus
         for (Table& table : m_tables) {
             table.listPage->layout()->setContentsMargins(6, 6, 6, 6);
             m_tabs->addTab(table.listPage, table.spec.tabCaption);
@@ -130,7 +133,27 @@ void MaintenanceScreen::Finish() {
                     [](const Table& t) { return t.spec.deleteRequest.isEmpty(); }))
         m_cmdDelete->hide();
     FinishBuilding();
+    OrderTabStops();
     ShowTable(0);
+}
+
+void MaintenanceScreen::OrderTabStops() {
+    QList<QWidget*> order;
+    const auto appendButtons = [&order](const QHBoxLayout& layout) {
+        for (int i = 0; i < layout.count(); ++i)
+            if (QWidget* button = layout.itemAt(i)->widget())
+                order.append(button);
+    };
+    if (m_tabs)
+        order.append(m_tabs->tabBar());
+    for (const Table& table : m_tables)
+        order << table.grid->FilterBox() << table.grid;
+    appendButtons(*m_listButtons);
+    for (const Table& table : m_tables)
+        order.append(table.view->TabOrder());
+    appendButtons(*m_editButtons);
+    for (qsizetype i = 1; i < order.size(); ++i)
+        setTabOrder(order[i - 1], order[i]);
 }
 
 void MaintenanceScreen::SetRights(bool mayCreate, bool mayEdit, bool mayDelete) {
@@ -233,7 +256,8 @@ void MaintenanceScreen::PutRecord(Table& table, const SaveContext& context) {
 
 void MaintenanceScreen::ReportSaveFailure(Table& table, qint16 result) {
     if (const auto words = table.spec.saveWords.find(result); words != table.spec.saveWords.end()) {
-        App().prompter.ShowBox(this, {.text = words->text, .icon = Box::Icon::Exclamation, .title = words->title});
+        App().prompter.ShowBox(this,
+                               {.text = words->text, .icon = Box::Icon::Exclamation, .title = words->title});
         return;
     }
     App().ReportRequestFailure(result, table.spec.saveCaption, table.spec.subject);
@@ -247,7 +271,8 @@ void MaintenanceScreen::ReportSaveFailure(Table& table, qint16 result) {
 
 QString MaintenanceScreen::DeleteItemText(const Table& table, const GridRow& row) const {
     for (qsizetype i = 0; i < table.spec.columns.size(); ++i)
-        if (!table.spec.columns[i].hidden && !row.cells.value(i).isEmpty())
+        if (const GridColumn& column = table.spec.columns[i];
+            !column.hidden && !column.yesNo && !row.cells.value(i).isEmpty())
             return row.cells[i];
     return row.key;
 }

@@ -113,15 +113,16 @@ protected:
     virtual bool FillForm(Table& table, const GridRow& row);
     /// Reads a get request's reply into the form.
     virtual void ReadRecord(Table& table);
-    /// Gets what is available to a new record into the cleared form; false when that failed (and was reported).
+    /// Gets what is available to a new record into the cleared form; false when that failed (and was
+    /// reported).
     virtual bool PrepareNew(Table& table);
     /// Reads the reply of the request for what is available to a new record.
     virtual void ReadAvailable(Table&) {}
     /// The screen's own checks; false (after its message) keeps the edit open.
     virtual bool CheckBeforeSave(Table& table);
     virtual void PutRecord(Table& table, const SaveContext& context);
-    /// Sends what belongs to the record but travels in a request of its own, after the record itself was saved under
-    /// this key. A status other than 0 is reported and keeps the edit open.
+    /// Sends what belongs to the record but travels in a request of its own, after the record itself was
+    /// saved under this key. A status other than 0 is reported and keeps the edit open.
     virtual qint16 SendFollowUp(Table&, const QString& /*key*/) { return 0; }
     /// Reports a save's failure.
     virtual void ReportSaveFailure(Table& table, qint16 status);
@@ -154,6 +155,7 @@ protected:
     void RefreshButtons();
 
 private:
+    void OrderTabStops();
     void DeleteSelected();
     void SetState(State state);
     QString KeyAfterAdd(const Table& table) const;

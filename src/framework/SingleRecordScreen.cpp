@@ -56,6 +56,7 @@ void SingleRecordScreen::Build(const RecordSpec& spec, Form& form, const Layout&
 
 void SingleRecordScreen::AddButton(QPushButton* button) {
     m_buttons->insertWidget(m_buttons->indexOf(m_cmdSave), button);
+    setTabOrder(m_cmdSave->previousInFocusChain(), button);
 }
 
 void SingleRecordScreen::LoadScreen() {

@@ -10,9 +10,9 @@ namespace sysadmin {
 
 /// What is said once about a screen that keeps one record.
 struct RecordSpec {
-    QString subject{};   ///< screen name in reports
-    QString notice{};    ///< subject word announced to other screens
-    QString frameNoun{}; ///< of the frame's caption ("System Miscellaneous"); empty: the frame has none
+    QString subject{};      ///< screen name in reports
+    QString notice{};       ///< subject word announced to other screens
+    QString frameNoun{};    ///< of the frame's caption ("System Miscellaneous"); empty: the frame has none
     QString frameEnd = ":"; ///< what follows the noun
     QString getRequest{};
     QString addRequest{}; ///< sent instead of the update while no record exists; empty: one always does

@@ -24,6 +24,7 @@ frmSelectCluster::frmSelectCluster(const ClusterCollection& clusters, QWidget* p
     setWindowTitle(tr("Select Cluster"));
 
     vsfClusters = new ListGrid("vsfClusters", {{tr("Cluster Names")}}, this);
+    vsfClusters->setAccessibleName(tr("Cluster Names"));
     vsfClusters->sortByColumn(0, Qt::AscendingOrder);
     vsfClusters->setMinimumSize(fontMetrics().averageCharWidth() * 50, fontMetrics().height() * 12);
     auto* buttons = new QDialogButtonBox(this);

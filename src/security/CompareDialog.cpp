@@ -10,6 +10,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace sysadmin {
@@ -59,6 +60,7 @@ CompareDialog::CompareDialog(const QString& caption, const PickItem& left, const
                            {left.text, 150},
                            {tr("Compared with"), 150}},
                           this);
+    m_grid->setAccessibleName(tr("Comparison"));
     m_grid->SetSortable(false);
     whole->addWidget(m_grid->FilterBox());
     whole->addWidget(m_grid, 1);
@@ -66,6 +68,7 @@ CompareDialog::CompareDialog(const QString& caption, const PickItem& left, const
     m_summary->setObjectName("lblSummary");
     whole->addWidget(m_summary);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
+    buttons->button(QDialogButtonBox::Close)->setObjectName("cmdClose");
     whole->addWidget(buttons);
 
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);

@@ -16,9 +16,11 @@ frmSystem_PrintLocations::frmSystem_PrintLocations(Application& application, QWi
               .getRequest = "GetPL",
               .addRequest = "AddPL",
               .updateRequest = "UpdPL",
+              .deleteRequest = "DelPL",
               .loadCaption = "Load Print Locations",
               .editCaption = "Edit Print Locations",
               .saveCaption = "Save Print Locations",
+              .deleteCaption = "Edit Print Locations",
               .pickLists = {"cboPrintLocation"},
               .pickTag = "Nm"},
              m_form,
@@ -39,6 +41,13 @@ bool frmSystem_PrintLocations::PrepareNew(Table& table) {
          {&m_form.chkCircGroups, &m_form.chkAcqGroups, &m_form.chkMediaGroups, &m_form.chkCatGroups})
         group->SetStored("Y");
     return MaintenanceScreen::PrepareNew(table);
+}
+
+bool frmSystem_PrintLocations::ConfirmRowDelete(Table& table, const GridRow& row) {
+    if (row.cells.first() != "Y")
+        return MaintenanceScreen::ConfirmRowDelete(table, row);
+    Tell(tr("This print location cannot be deleted because it is the default print location."));
+    return false;
 }
 
 void frmSystem_PrintLocations::AfterSave(Table& table, const GridRow& saved, bool) {

@@ -26,6 +26,7 @@ public:
 
 protected:
     bool PrepareNew(Table& table) override;
+    bool ConfirmRowDelete(Table& table, const GridRow& row) override;
     void AfterSave(Table& table, const GridRow& row, bool wasNew) override;
 
 private:

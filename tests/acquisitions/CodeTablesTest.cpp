@@ -74,6 +74,16 @@ TEST_F(CodeTablesTest, POTypeIsKnownByItsNumber) {
     Click("cmdSave");
     EXPECT_EQ(channel.sent.last(), (Sent{"AddPOTp", {{"D", "Deposit account"}}}));
     EXPECT_EQ(Grid().SelectedKey(), "8");
+
+    prompter.ExpectBox("You will delete PO Type:\r\n\"Deposit account\"\r\n\r\nAre you sure?");
+    prompter.ExpectBox("This PO type cannot be deleted because it is used in a Purchase Order record.");
+    channel.Answer("DelPOTp", 91);
+    Click("cmdDelete");
+    EXPECT_EQ(channel.sent.last(), (Sent{"DelPOTp", {{"T", "8"}}}));
+    prompter.ExpectBox("You will delete PO Type:\r\n\"Deposit account\"\r\n\r\nAre you sure?");
+    channel.Answer("DelPOTp", 3);
+    ExpectErrorDialog(prompter, "Database column error.", 3, "Delete Acquisitions PO Types", "PO Type");
+    Click("cmdDelete");
 }
 
 TEST_F(CodeTablesTest, VendorReportKeepsItsCodeWhenOnlyTheNameChanges) {
@@ -87,6 +97,27 @@ TEST_F(CodeTablesTest, VendorReportKeepsItsCodeWhenOnlyTheNameChanges) {
     EXPECT_EQ(
         channel.sent.last(),
         (Sent{"UpdVRpt", {{"ID", "2"}, {"Nm", "Temporarily out of stock"}, {"E", "OS"}, {"NNm", "Y"}}}));
+}
+
+TEST_F(CodeTablesTest, VendorReportIsKeptForClaimsOfBothKinds) {
+    channel.Answer("LstVRpt", 0, {{"ID", "2"}, {"Nm", "Out of stock"}});
+    Open<frmAcquisitions_VendorReports>();
+    for (const auto& [status, text] :
+         {std::pair{63,
+                    "This Vendor Report cannot be deleted because it is used in a Non-Serials Claim record."},
+          std::pair{64,
+                    "This Vendor Report cannot be deleted because it is used in a Serials Claim record."}}) {
+        prompter.ExpectBox("You will delete Vendor Report:\r\n\"Out of stock\"\r\n\r\nAre you sure?");
+        prompter.ExpectBox(text);
+        channel.Answer("DelVRpt", status);
+        Click("cmdDelete");
+        EXPECT_EQ(channel.sent.last(), (Sent{"DelVRpt", {{"ID", "2"}}}));
+    }
+    prompter.ExpectBox("You will delete Vendor Report:\r\n\"Out of stock\"\r\n\r\nAre you sure?");
+    channel.Answer("DelVRpt", 5);
+    ExpectErrorDialog(prompter, "Record not found to be updated.", 5, "Delete Acquisitions Vendor Reports",
+                      "Vendor Report");
+    Click("cmdDelete");
 }
 
 } // namespace

@@ -36,7 +36,6 @@ TEST_F(MarkReasonsTest, ClaimTypeIsChosenAmongThoseThatExist) {
     Click("cmdSave");
     EXPECT_EQ(channel.sent.last(), (Sent{"AddMark", {{"Nm", "Wrong title"}, {"C", ""}}}));
     EXPECT_EQ(Grid().SelectedKey(), "9");
-    EXPECT_TRUE(Get<QWidget>("cmdDelete").isHidden());
 }
 
 TEST_F(MarkReasonsTest, ClaimTypesAreFollowedWhileTheScreenIsOpen) {
@@ -64,6 +63,26 @@ TEST_F(MarkReasonsTest, WithoutTheClaimTypesTheReasonsStillOpen) {
     Click("cmdSave");
     EXPECT_EQ(channel.sent.last().fields,
               (wire::Fields{{"ID", "1"}, {"Nm", "Pages torn"}, {"C", "5"}, {"NNm", "Y"}}));
+}
+
+TEST_F(MarkReasonsTest, MarkedRecordsKeepTheirReason) {
+    OpenWith({{"ID", "1"}, {"Nm", "Pages missing"}});
+    for (const auto& [status, text] :
+         {std::pair{65,
+                    "This Mark Reason cannot be deleted because it is used in a Marked Line Item record."},
+          std::pair{66, "This Mark Reason cannot be deleted because it is used in a Marked Issue record."}}) {
+        prompter.ExpectBox("You will delete Mark Reason:\r\n\"Pages missing\"\r\n\r\nAre you sure?");
+        prompter.ExpectBox(text);
+        channel.Answer("DelMark", status);
+        Click("cmdDelete");
+        EXPECT_EQ(channel.sent.last(), (Sent{"DelMark", {{"ID", "1"}}}));
+    }
+    EXPECT_EQ(GridRows(), QStringList{"Pages missing"});
+
+    prompter.ExpectBox("You will delete Mark Reason:\r\n\"Pages missing\"\r\n\r\nAre you sure?");
+    channel.Answer("DelMark", 2);
+    ExpectErrorDialog(prompter, "Database table error.", 2, "Delete Acquisitions Mark Reason", "Mark Reason");
+    Click("cmdDelete");
 }
 
 class AdjustReasonsTest : public ScreenTest {};
@@ -94,6 +113,27 @@ TEST_F(AdjustReasonsTest, EveryPartOfAReasonTravels) {
     Click("cmdSave");
     EXPECT_EQ(channel.sent.last().fields,
               (wire::Fields{{"T", "Handling"}, {"EC", ""}, {"CC", "C"}, {"V", ""}}));
+}
+
+TEST_F(AdjustReasonsTest, ReasonIsDeletedUnlessPricesWereAdjustedForIt) {
+    channel.Answer("LstVen", 0);
+    channel.Answer("LstAdj", 0, {{"ID", "1"}, {"T", "Freight"}, {"ID", "2"}, {"T", "Discount"}});
+    Open<frmAcquisitions_AdjustReasons>();
+    prompter.ExpectBox("You will delete Adjust Reason:\r\n\"Discount\"\r\n\r\nAre you sure?");
+    prompter.ExpectBox(
+        "This Adjust Reason cannot be deleted because it is used in a Price Adjustment record.");
+    channel.Answer("DelAdj", 86);
+    Click("cmdDelete");
+    prompter.ExpectBox("You will delete Adjust Reason:\r\n\"Discount\"\r\n\r\nAre you sure?");
+    channel.Answer("DelAdj", 5);
+    ExpectErrorDialog(prompter, "Record not found to be updated.", 5, "Delete Acquisitions Adjust Reason",
+                      "Adjust Reason");
+    Click("cmdDelete");
+    prompter.ExpectBox("You will delete Adjust Reason:\r\n\"Discount\"\r\n\r\nAre you sure?");
+    channel.Answer("DelAdj", 0);
+    Click("cmdDelete");
+    EXPECT_EQ(channel.sent.last(), (Sent{"DelAdj", {{"ID", "2"}}}));
+    EXPECT_EQ(GridRows(), QStringList{"Freight"});
 }
 
 TEST_F(AdjustReasonsTest, FailedVendorsAreReportedUnderTheirOwnCaption) {

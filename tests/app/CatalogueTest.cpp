@@ -134,6 +134,20 @@ TEST_F(CatalogueTest, EachFieldHasItsTagAndItsControl) {
     });
 }
 
+TEST_F(CatalogueTest, TabKeyComesByEveryField) {
+    SignOnAs("SYSADMIN");
+    ForEachScreen([&](const ScreenEntry&, Screen& screen) {
+        QSet<const QWidget*> reached;
+        for (QWidget* widget = screen.nextInFocusChain(); !reached.contains(widget);
+             widget = widget->nextInFocusChain())
+            reached.insert(widget);
+        for (FormView* view : ViewsOf(screen))
+            for (Field* field : view->GetForm().Fields())
+                for (QWidget* widget : view->EditorOf(*field)->FocusWidgets())
+                    EXPECT_TRUE(reached.contains(widget)) << field->Name().toStdString();
+    });
+}
+
 TEST_F(CatalogueTest, LoadThenSaveChangesNothing) {
     SignOnAs("SYSADMIN");
     ForEachScreen([&](const ScreenEntry&, Screen& screen) {

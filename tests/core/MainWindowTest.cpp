@@ -162,6 +162,36 @@ TEST_F(MainWindowTest, AnotherClusterIsToldToTheScreensAnotherNameIsNot) {
     EXPECT_EQ(screen.clusterChanges, 1);
 }
 
+TEST_F(MainWindowTest, AScreenInsideAClusterOpensOnceOneIsChosen) {
+    int asked = 0;
+    bool answer = false;
+    window->SetClusterSelection({.choose =
+                                     [&] {
+                                         ++asked;
+                                         application.clusters.Put({"", "Main", "M", "1"});
+                                         application.clusters.SetCurrent(answer ? "1" : "");
+                                         return answer;
+                                     },
+                                 .change = [&] { asked += 10; }});
+    window->OpenScreen(Calendars);
+    EXPECT_EQ(Shown(Calendars), nullptr) << "the operator gave up";
+    Open(Vendors);
+    EXPECT_EQ(asked, 1) << "other screens do not ask";
+    answer = true;
+    TestScreen& screen = Open(Calendars);
+    window->OpenScreen(Calendars);
+    EXPECT_EQ(asked, 2);
+
+    screen.mayClose = false;
+    Entry("mnuFileSelectCluster").trigger();
+    EXPECT_EQ(asked, 2) << "an edit inside the cluster is open";
+    screen.mayClose = true;
+    Shown(Vendors)->mayClose = false;
+    Entry("mnuFileSelectCluster").trigger();
+    EXPECT_EQ(asked, 12) << "an edit elsewhere does not matter";
+    Shown(Vendors)->mayClose = true;
+}
+
 TEST_F(MainWindowTest, ClosesAtOnceUnlessTheOperatorWantsAWarning) {
     application.prefs.SetWarnOnClose(true);
     prompter.ExpectBox("You are about to close the SysAdmin module.", false, Box::Icon::Information,

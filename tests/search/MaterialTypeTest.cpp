@@ -36,6 +36,17 @@ TEST_F(MaterialTypeTest, UpdateSaysWhatChangedAndWhichCodeItWas) {
     ExpectErrorDialog(prompter, "Database table error.", 2, "Save Search Material Type", "Material Type");
     Click("cmdSave");
     EXPECT_EQ(channel.sent.last(), (Sent{"AddBF", {{"Cd", "as"}, {"Nm", "Newspaper"}}}));
+    Click("cmdCancel");
+
+    prompter.ExpectBox("You will delete Material Type:\r\n\"aa\"\r\n\r\nAre you sure?");
+    prompter.ExpectBox("Record is in use.");
+    channel.Answer("DelBF", 13);
+    Click("cmdDelete");
+    prompter.ExpectBox("You will delete Material Type:\r\n\"aa\"\r\n\r\nAre you sure?");
+    channel.Answer("DelBF", 2);
+    ExpectErrorDialog(prompter, "Database table error.", 2, "Delete Search Material Type", "Material Type");
+    Click("cmdDelete");
+    EXPECT_EQ(channel.sent.last(), (Sent{"DelBF", {{"Cd", "aa"}}}));
 }
 
 } // namespace

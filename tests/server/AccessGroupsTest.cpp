@@ -100,11 +100,18 @@ TEST_F(AccessGroupsTest, AdjacentRangesAndRights) {
                                       {"XI", V4 + "0a00:00ff"},
                                       {"MI", V4 + "0a00:0100"},
                                       {"XI", V4 + "0a00:01ff"}});
+    const auto remove = [&](const QString& group) { return Send("DelAG", {{"I", group}}).status; };
     m_server.SignOnAs("VIEWER");
     EXPECT_EQ(Members(id).size(), 4);
+    EXPECT_EQ(remove(id), status::NotAuthorised);
     EXPECT_EQ(Update(id, "R", {}), status::NotAuthorised);
     m_server.SignOnAs("CIRC");
     EXPECT_EQ(Send("LstAG").status, status::NotAuthorised);
+    m_server.SignOnAs("SYSADMIN");
+    EXPECT_EQ(remove(m_server.Value("SELECT id FROM access_groups WHERE code='FACSTAFF'")), status::InUse);
+    EXPECT_EQ(remove(id), status::Ok);
+    EXPECT_EQ(remove(id), status::NotFound);
+    EXPECT_EQ(m_server.Value("SELECT COUNT(*) FROM access_group_members WHERE group_id=" + id), "0");
 }
 
 } // namespace

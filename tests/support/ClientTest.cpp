@@ -1,5 +1,6 @@
 #include "support/ClientTest.h"
 
+#include "comm/CommandLine.h"
 #include "server/ServerConnection.h"
 #include "support/TestServer.h"
 
@@ -10,6 +11,7 @@
 namespace sysadmin {
 
 ClientTest::ClientTest() {
+    commandLine.library = m_directory.path(); // and not where another test signed on last
     OpenLibrary();
 }
 
@@ -34,8 +36,8 @@ void ClientTest::MakeClient() {
     if (m_client && m_client->Window())
         m_client->Window()->Abort = true;
     m_client.reset();
-    m_client =
-        std::make_unique<Client>(prompter, commandLine, [library = m_library](const QString&, QString*) {
+    m_client = std::make_unique<Client>(
+        prompter, ParseCommandLine(arguments).commandLine, [library = m_library](const QString&, QString*) {
             return wire::EndpointFactory([library](const QString& peer) -> std::unique_ptr<wire::Endpoint> {
                 return std::make_unique<server::ServerConnection>(library, peer);
             });
@@ -47,12 +49,12 @@ bool ClientTest::TryToStart(const QString& operatorId) {
     const QString problem = m_client->Comm().SignOnDirectly(operatorId, testing::SamplePassword(operatorId));
     if (!problem.isEmpty())
         throw std::runtime_error(operatorId.toStdString() + " cannot sign on: " + problem.toStdString());
-    return m_client->Start({});
+    return m_client->Start(arguments);
 }
 
 bool ClientTest::StartWithDialog() {
     MakeClient();
-    return m_client->Start({});
+    return m_client->Start(arguments);
 }
 
 void ClientTest::ReopenLibrary() {

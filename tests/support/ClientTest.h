@@ -1,7 +1,6 @@
 #pragma once
 
 #include "app/Client.h"
-#include "comm/CommandLine.h"
 #include "core/MainWindow.h"
 #include "core/Screen.h"
 #include "server/Library.h"
@@ -22,8 +21,8 @@ protected:
     void SignOn(const QString& operatorId);
     /// The same for an operator whom start-up may refuse; whether there is a main window then.
     bool TryToStart(const QString& operatorId);
-    /// Starts the program with its sign-on dialog (`frmSignOn`), which the scripted operator fills in; whether
-    /// there is a main window then.
+    /// Starts the program with its sign-on dialog (`frmSignOn`), which the scripted operator fills in;
+    /// whether there is a main window then.
     bool StartWithDialog();
     /// Ends the client, closes the library, and opens it again as the next start of a server does.
     void ReopenLibrary();
@@ -49,8 +48,8 @@ protected:
     void Type(QWidget& parent, const QString& lineEdit, const QString& text);
 
     ScriptedPrompter prompter;
-    /// What the clients made from here on are started with.
-    CommandLine commandLine;
+    /// The command line of the clients made from here on.
+    QStringList arguments;
 
 private:
     void OpenLibrary();

@@ -82,6 +82,30 @@ TEST_F(PrintLocationsTest, NewLocationIsOpenToAllGroupsAndLeavesTheDefaultAlone)
     Click("cmdEdit");
 }
 
+TEST_F(PrintLocationsTest, DefaultIsNotDeleted) {
+    OpenTwo();
+    prompter.ExpectBox("You will delete Print Location:\r\n\"LAW\"\r\n\r\nAre you sure?");
+    prompter.ExpectBox("Record is in use.");
+    channel.Answer("DelPL", 13);
+    Click("cmdDelete");
+    prompter.ExpectBox("You will delete Print Location:\r\n\"LAW\"\r\n\r\nAre you sure?");
+    channel.Answer("DelPL", 5);
+    ExpectErrorDialog(prompter, "Record not found to be updated.", 5, "Edit Print Locations",
+                      "Print Location");
+    Click("cmdDelete");
+    prompter.ExpectBox("You will delete Print Location:\r\n\"LAW\"\r\n\r\nAre you sure?");
+    channel.Answer("DelPL", 0);
+    Click("cmdDelete");
+    EXPECT_EQ(channel.sent.last(), (Sent{"DelPL", {{"ID", "2"}}}));
+    EXPECT_EQ(Grid().SelectedKey(), "1");
+
+    prompter.ExpectBox("This print location cannot be deleted because it is the default print location.");
+    const qsizetype before = channel.sent.size();
+    Click("cmdDelete");
+    EXPECT_EQ(channel.sent.size(), before);
+    EXPECT_EQ(GridRows(), QStringList{"✓|MAIN|Main desk"});
+}
+
 } // namespace
 
 } // namespace sysadmin

@@ -145,6 +145,8 @@ void FillSample(SampleWriter& sample) {
         for (const Member& member : group.members)
             sample.Add("access_group_members",
                        {{"group_id", id}, {"least", member.least}, {"most", member.most}});
+        if (group.code == u"CAMPUS" || group.code == u"FACSTAFF")
+            sample.Use("access_groups", "access rules", id, 2);
         if (group.type != u"P")
             continue;
         const auto patrons = sample.GetDatabase().FirstColumn(
@@ -160,8 +162,12 @@ void RegisterAccessGroups(Registry& registry) {
     registry.AddSubject({
         .table = "access_groups",
         .area = Area::System,
-        .requests =
-            {.list = "LstAG", .get = "GetAG", .add = "AddAG", .update = "UpdAG", .available = "AvlAG"},
+        .requests = {.list = "LstAG",
+                     .get = "GetAG",
+                     .add = "AddAG",
+                     .update = "UpdAG",
+                     .remove = "DelAG",
+                     .available = "AvlAG"},
         .fields =
             {
                 Field::Text("T", "type", 1).Required().Checked(IsGroupType).InList(),
@@ -169,6 +175,7 @@ void RegisterAccessGroups(Registry& registry) {
                 Field::Text("N", "name", NameLength).Required().Unique(status::DuplicateName).InList(),
             },
         .key = "I",
+        .usages = {{"access rules", status::InUse}},
         .memberships = {{.table = "access_group_patron_groups",
                          .ownerColumn = "group_id",
                          .memberTable = "patron_groups",

@@ -1,0 +1,95 @@
+#pragma once
+
+#include "framework/forms/ListFields.h"
+#include "system/PostalForm.h"
+#include "system/clsAddressInfo.h"
+
+#include <QWidget>
+
+class QPushButton;
+
+namespace sysadmin {
+
+class Application;
+class FormView;
+class ListGrid;
+
+struct AddressForm : PostalForm {
+    AddressForm()
+        : PostalForm("AdrNm", tr("St/Province:")) {}
+    FlagField chkShipToAddress{*this, {.name = "chkShipToAddress", .tag = "Ship", .caption = tr("Ship To")}};
+    FlagField chkBillToAddress{*this, {.name = "chkBillToAddress", .tag = "Bill", .caption = tr("Bill To")}};
+    FlagField chkStreetAddress{*this, {.name = "chkStreetAddress", .tag = "Strt", .caption = tr("Street")}};
+    FlagField chkCampusAddress{*this, {.name = "chkCampusAddress", .tag = "Cmp", .caption = tr("Campus")}};
+    FlagField chkCircDeskAddress{*this,
+                                 {.name = "chkCircDeskAddress", .tag = "CDsk", .caption = tr("Circ Desk")}};
+    FlagField chkOtherAddress{*this, {.name = "chkOtherAddress", .tag = "Other", .caption = tr("Other")}};
+    RowsField vsfPhone{*this,
+                       {.name = "vsfPhone", .accessible = tr("Phone numbers")},
+                       {{tr("Type"), 130}, {tr("Number")}, {"PhID", 0, true}, {"PhAID", 0, true}}};
+
+    QList<Field*> TypeFlags();
+};
+
+/// One of a location's addresses with its phones: a tab of the addresses dialog.
+class AddressPage : public QWidget {
+    Q_OBJECT
+
+public:
+    /// What becomes of the address when it is saved, as it travels.
+    enum class Action { New = 1, Changed = 2, Removed = 3 };
+
+    AddressPage(Application& application, bool readOnly, QWidget* parent);
+
+    AddressForm& Fields() { return m_form; }
+    /// The address's id; empty for one that the server does not know.
+    const QString& Id() const { return m_id; }
+    /// Whether there is an address on the page.
+    bool IsOpen() const { return m_isOpen; }
+    /// Whether there is something on it that is not saved.
+    bool IsChanged() const { return m_isOpen && (m_id.isEmpty() || m_form.IsChanged()); }
+    /// Whether anything is filled in.
+    bool IsBlank() const;
+
+    /// Takes the address under the channel's cursor; its phones are added one by one.
+    void ReadAddress(RequestChannel& channel);
+    void ReadPhone(const RequestChannel& channel);
+    /// Starts an address that the server does not know yet.
+    void StartNew();
+    /// Takes the address away.
+    void Close();
+    /// Throws away what was not saved.
+    void Revert();
+    /// Empties the fields.
+    void EmptyFields();
+    /// Puts the address, then its phones.
+    void Put(RequestChannel& channel, Action action);
+    void FocusFirst();
+
+signals:
+    /// The page was edited, opened or closed.
+    void Changed();
+
+private:
+    QWidget* MakePhoneButtons();
+    void ShowPhones(bool stored);
+    void EditPhone(bool isNew);
+    void RemovePhone();
+    void RefreshButtons();
+    QString TypeName(const QString& id) const;
+
+    Application& m_application;
+    bool m_readOnly = false;
+    AddressForm m_form;
+    clsAddressInfo m_phones;
+    clsAddressInfo m_storedPhones;
+    QString m_id;
+    bool m_isOpen = false;
+    FormView* m_view = nullptr;
+    ListGrid* m_grid = nullptr;
+    QPushButton* cmdAdd = nullptr;
+    QPushButton* cmdEdit = nullptr;
+    QPushButton* cmdRemove = nullptr;
+};
+
+} // namespace sysadmin

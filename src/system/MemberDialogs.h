@@ -1,0 +1,73 @@
+#pragma once
+
+#include "system/IpAddress.h"
+
+#include <QDialog>
+
+#include <functional>
+
+class QLineEdit;
+class QRadioButton;
+
+namespace sysadmin {
+
+class Application;
+class IpAddressBoxes;
+
+/// Says why an entry is not taken; an empty text takes it.
+using EntryCheck = std::function<QString(const QStringList& entry)>;
+
+/// The given names of a dialog for addresses, and a caption for each address that it asks for.
+struct IpDialogNames {
+    QString form;
+    QString title;
+    QString optionIpv4;
+    QString optionIpv6;
+    QString ok;
+    QString cancel;
+    QStringList captions;
+};
+
+/// Asks for one address, or for the two ends of a range. It closes only over addresses that the check takes.
+class IpAddressDialog : public QDialog {
+    Q_OBJECT
+
+public:
+    IpAddressDialog(Application& application, const IpDialogNames& names, const EntryCheck& check,
+                    QWidget* parent);
+
+    /// Shows addresses in canonical form, as many as there are captions.
+    void SetAddresses(const QStringList& addresses);
+    /// The accepted addresses in canonical form.
+    const QStringList& Addresses() const { return m_addresses; }
+
+    void accept() override;
+
+private:
+    void SetFamily(IpFamily family);
+
+    Application& m_application;
+    EntryCheck m_check;
+    QStringList m_addresses;
+    QRadioButton* m_ipv4 = nullptr;
+    QRadioButton* m_ipv6 = nullptr;
+    QList<IpAddressBoxes*> m_boxes;
+};
+
+/// Asks for a domain name. It closes only over a name that the check takes.
+class DomainNameDialog : public QDialog {
+    Q_OBJECT
+
+public:
+    DomainNameDialog(Application& application, const QString& name, const EntryCheck& check, QWidget* parent);
+
+    QString Name() const;
+    void accept() override;
+
+private:
+    Application& m_application;
+    EntryCheck m_check;
+    QLineEdit* txtDomainName = nullptr;
+};
+
+} // namespace sysadmin

@@ -1,0 +1,131 @@
+#include "system/frmSystem_Locations.h"
+
+#include "core/Application.h"
+#include "core/Prompter.h"
+#include "framework/Utility.h"
+#include "system/frmSystem_Addresses.h"
+#include "wire/Status.h"
+
+#include <QPushButton>
+
+#include <utility>
+
+namespace sysadmin {
+
+namespace status = wire::status;
+
+namespace {
+
+const QString OwningLibraries = "cboOwningLib";
+const QString PhoneTypes = "cboPhoneType";
+
+} // namespace
+
+frmSystem_Locations::frmSystem_Locations(Application& application, QWidget* parent)
+    : MaintenanceScreen(application, "frmSystem_Locations", tr("System Locations"), Area::System, parent) {
+    Follow(m_form.cboOwningLib, OwningLibraries);
+    AddTable({.subject = tr("Location"),
+              .notice = "Loc",
+              .columns = {{tr("Codes"), 120}, {tr("Names")}, {tr("Owning Library"), 150}},
+              .cellTags = {"Cd", "Nm", "LN"},
+              .recordTag = "ID",
+              .boxOnLoadFailure = true,
+              .listRequest = "LstLoc",
+              .getRequest = "GetLoc",
+              .addRequest = "AddLoc",
+              .updateRequest = "UpdLoc",
+              .deleteRequest = "DelLoc",
+              .editCaption = "Edit System Locations",
+              .saveCaption = "Save System Locations",
+              .deleteCaption = "Delete Locations",
+              .matchTag = "Cd",
+              .pickLists = {"cboItemLocation", "cboTempLocation"},
+              .pickTag = "Nm"},
+             m_form,
+             Column({m_form.txtCode, m_form.txtName, m_form.txtSpine, m_form.txtOPACName, m_form.chkOPAC,
+                     m_form.cboOwningLib,
+                     Frame("fraPolicies", tr("Policies"),
+                           {m_form.fpCatalogPolicyGroup, m_form.fpAcqSerialsPolicyGroup,
+                            m_form.fpCirculationPolicyGroup})}),
+             {PutValue(m_form.txtCode), PutValue(m_form.txtName), PutValue(m_form.txtSpine),
+              PutValue(m_form.txtOPACName), PutValue(m_form.chkOPAC), PutValue(m_form.cboOwningLib),
+              OnUpdate(PutOriginalKey("ID")), OnUpdate(PutConstant("NCd", "False")),
+              OnUpdate(PutChanged("NNm", m_form.txtName))});
+    cmdAddress = MakeButton("cmdAddress", tr("&Address"));
+    AddEditButton(cmdAddress);
+    Finish();
+    connect(cmdAddress, &QPushButton::clicked, this, &frmSystem_Locations::EditAddresses);
+    connect(&application.notices, &Notices::SubjectChanged, this, &frmSystem_Locations::OnSubjectChanged);
+}
+
+void frmSystem_Locations::BeforeLoad() {
+    App().pickLists.Set(OwningLibraries, ReadPickItems("LstLib", "ID", "LN", [this](qint16 result) {
+                            if (result == status::Continues)
+                                App().ReportRequestFailure(result, "Load System Locations", tr("Location"));
+                            else
+                                ReportUnableToLoad(App(), this, windowTitle());
+                        }));
+}
+
+void frmSystem_Locations::LoadList(Table& table) {
+    MaintenanceScreen::LoadList(table);
+    QList<PickItem> types; // they come behind the locations
+    while (App().channel.NextRecord("PTps"))
+        types.append({App().channel.GetField("PTps"), App().channel.GetField("PDsc")});
+    App().pickLists.Set(PhoneTypes, types);
+}
+
+GridRow frmSystem_Locations::RowFromForm(const Table& table, const QString& key) const {
+    GridRow row = MaintenanceScreen::RowFromForm(table, key);
+    row.cells[0] = row.cells[0].trimmed();
+    row.cells[2] = m_form.cboOwningLib.DisplayText();
+    return row;
+}
+
+bool frmSystem_Locations::ConfirmRowDelete(Table& table, const GridRow& row) {
+    return App().prompter.ShowBox(
+        this, {.text = tr("You will delete ") + table.spec.subject + ":\r\n\r\n" + row.cells.value(0) +
+                       "\r\n\r\n" + tr("This may take a long time!") + "\r\n\r\n" + tr("Are you sure?"),
+               .icon = Box::Icon::Question,
+               .buttons = Box::Buttons::YesNo,
+               .title = tr("Delete ") + table.spec.subject});
+}
+
+void frmSystem_Locations::RefreshOwnControls() {
+    cmdAddress->setEnabled(GetState() != State::List && m_form.IsComplete());
+    if (GetState() == State::List && std::exchange(m_isListOld, false))
+        ReloadList();
+}
+
+void frmSystem_Locations::OnSubjectChanged(const QString& subject) {
+    if (subject != u"Lib") // the list shows the libraries' names
+        return;
+    if (GetState() == State::List)
+        ReloadList();
+    else
+        m_isListOld = true;
+}
+
+void frmSystem_Locations::ReloadList() {
+    const QString selected = Current().grid->SelectedKey();
+    LoadList(Current());
+    Current().grid->SelectKey(selected);
+}
+
+void frmSystem_Locations::EditAddresses() {
+    if (GetState() == State::EditingNew || m_form.IsChanged()) {
+        const bool goOn = App().prompter.ShowBox(
+            this, {.text = tr("Proceeding to address information will save the location to the "
+                              "database. Continue?"),
+                   .icon = Box::Icon::Question,
+                   .buttons = Box::Buttons::OkCancel,
+                   .title = tr("Save Location?")});
+        if (!goOn || !Save(true))
+            return;
+    }
+    frmSystem_Addresses dialog(App(), Saving().originalKey, IsReadOnly(), this);
+    if (dialog.Load())
+        App().prompter.RunDialog(dialog);
+}
+
+} // namespace sysadmin

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "framework/MaintenanceScreen.h"
+
+namespace sysadmin {
+
+struct LocationForm : Form {
+    TextField txtCode{
+        *this,
+        {.name = "txtCode", .tag = "Cd", .caption = tr("Code:"), .maxLength = 40, .required = true},
+        true};
+    TextField txtName{
+        *this, {.name = "txtName", .tag = "Nm", .caption = tr("Name:"), .maxLength = 100, .required = true}};
+    TextField txtSpine{
+        *this, {.name = "txtSpine", .tag = "Spn", .caption = tr("Spine Label Name:"), .maxLength = 100}};
+    TextField txtOPACName{
+        *this, {.name = "txtOPACName", .tag = "Dsp", .caption = tr("OPAC Display Name:"), .maxLength = 100}};
+    FlagField chkOPAC{*this, {.name = "chkOPAC", .tag = "OPAC", .caption = tr("Suppress in OPAC")}};
+    ChoiceField cboOwningLib{*this, {.name = "cboOwningLib", .tag = "Lb", .caption = tr("Owning Library:")}};
+    TextField fpCatalogPolicyGroup{*this,
+                                   {.name = "fpCatalogPolicyGroup",
+                                    .tag = "CtGrp",
+                                    .caption = tr("Current Cataloging Policy Group:"),
+                                    .displayOnly = true}};
+    TextField fpAcqSerialsPolicyGroup{*this,
+                                      {.name = "fpAcqSerialsPolicyGroup",
+                                       .tag = "ASGrp",
+                                       .caption = tr("Current Acquisition/Serials Policy Group:"),
+                                       .displayOnly = true}};
+    TextField fpCirculationPolicyGroup{*this,
+                                       {.name = "fpCirculationPolicyGroup",
+                                        .tag = "CrGrp",
+                                        .caption = tr("Current Circulation Policy Group:"),
+                                        .displayOnly = true}};
+};
+
+/// Locations: the places that hold items and serve patrons. Their addresses are edited in a dialog.
+class frmSystem_Locations : public MaintenanceScreen {
+    Q_OBJECT
+
+public:
+    frmSystem_Locations(Application& application, QWidget* parent);
+
+protected:
+    void BeforeLoad() override;
+    void LoadList(Table& table) override;
+    GridRow RowFromForm(const Table& table, const QString& key) const override;
+    bool ConfirmRowDelete(Table& table, const GridRow& row) override;
+    void RefreshOwnControls() override;
+
+private:
+    void OnSubjectChanged(const QString& subject);
+    void ReloadList();
+    void EditAddresses();
+
+    LocationForm m_form;
+    QPushButton* cmdAddress = nullptr;
+    bool m_isListOld = false; // another screen changed what the list shows while an edit was open
+};
+
+} // namespace sysadmin

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "framework/ListGrid.h"
+#include "support/ClientTest.h"
+#include "support/ScriptedChannel.h"
+
+namespace sysadmin {
+
+/// A whole job on the real client. Whatever its clients send is traced and compared, at the end, with how
+/// each request is put together; no password that was typed may stand in the trace.
+class JobTest : public ClientTest {
+protected:
+    JobTest();
+    void TearDown() override;
+
+    using Sent = ScriptedChannel::Sent;
+    /// What the clients have sent so far, in order.
+    QList<Sent> Traffic() const;
+    /// The last request of this name; fails the test when there is none.
+    Sent LastSent(const QString& request) const;
+    /// A text that must not stand in the trace.
+    QString Secret(const QString& text);
+
+    ListGrid& Grid(QWidget& parent, const QString& name = "vsf") { return Get<ListGrid>(parent, name); }
+    /// The shown rows of a grid, visible cells joined by "|".
+    QStringList Rows(QWidget& parent, const QString& grid = "vsf");
+    /// Selects the row whose visible cells begin so; a missing one fails the test by an exception.
+    void Select(QWidget& parent, const QString& beginning, const QString& grid = "vsf");
+    void Check(QWidget& parent, const QString& checkBox, bool on = true);
+    void Choose(QWidget& parent, const QString& comboBox, const QString& entry);
+    QString TextOf(QWidget& parent, const QString& lineEdit);
+    QString FrameCaption(QWidget& screen);
+    /// Enters a multi-line text in place of what stands there.
+    void Write(QWidget& parent, const QString& textEdit, const QString& text);
+
+    /// The server's answer to a request of the client as it is signed on.
+    qint16 Ask(const QString& request, const wire::Fields& fields = {});
+    /// The keys of the screens that the operator is offered.
+    QStringList Offered();
+
+private:
+    QTemporaryDir m_folder;
+    QString m_trace;
+    QStringList m_secrets;
+};
+
+} // namespace sysadmin

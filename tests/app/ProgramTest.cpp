@@ -1,0 +1,278 @@
+#include "app/Client.h"
+#include "app/Programs.h"
+#include "core/ScreenCatalogue.h"
+#include "server/OperatorPasswords.h"
+
+#include <QDir>
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QMap>
+#include <QRegularExpression>
+#include <QSet>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace sysadmin {
+namespace {
+
+/// A picture on which nothing was painted, or next to nothing, has few colours.
+bool IsBlank(const QImage& picture) {
+    QSet<QRgb> colours;
+    for (int y = 0; y < picture.height(); y += 2)
+        for (int x = 0; x < picture.width() && colours.size() < 20; x += 2)
+            colours.insert(picture.pixel(x, y));
+    return colours.size() < 20;
+}
+
+/// The letter behind a single "&" of a caption, in lower case; null when there is none.
+QChar Mnemonic(QString caption) {
+    static const QRegularExpression letter("&(.)");
+    const auto match = letter.match(caption.remove("&&"));
+    return match.hasMatch() ? match.captured(1).front().toLower() : QChar();
+}
+
+QStringList Texts(const QJsonArray& array) {
+    QStringList texts;
+    for (const QJsonValue& value : array)
+        texts.append(value.toString());
+    return texts;
+}
+
+/// A window in one of its states, as the program describes it.
+struct Description {
+    QString file;
+    QString screen;
+    QString state;
+    int helpContext = 0;
+    QList<QJsonObject> controls;
+
+    bool Has(const QString& name, const QString& property) const {
+        return std::any_of(controls.begin(), controls.end(), [&](const QJsonObject& control) {
+            return control["name"] == name && control[property].toBool();
+        });
+    }
+};
+
+Description Read(const QFileInfo& file) {
+    QFile json(file.filePath());
+    EXPECT_TRUE(json.open(QIODevice::ReadOnly));
+    const QJsonObject object = QJsonDocument::fromJson(json.readAll()).object();
+    Description description{file.completeBaseName(),
+                            object["screen"].toString(),
+                            object["state"].toString(),
+                            object["helpContext"].toInt(),
+                            {}};
+    EXPECT_EQ(object.keys(), QStringList({"controls", "helpContext", "screen", "state", "title"}));
+    EXPECT_EQ(description.file, description.screen + '.' + description.state);
+    EXPECT_TRUE(QStringList({"list", "new", "edit", "view"}).contains(description.state));
+    EXPECT_FALSE(object["title"].toString().isEmpty());
+    const QStringList keys{"accessibleName", "class", "columns", "enabled", "items", "label",
+                           "name",           "page",  "text",    "toolTip", "value", "visible"};
+    for (const QJsonValue& control : object["controls"].toArray()) {
+        description.controls.append(control.toObject());
+        EXPECT_EQ(description.controls.last().keys(), keys);
+    }
+    EXPECT_FALSE(description.controls.isEmpty());
+    return description;
+}
+
+bool TakesFocus(const QJsonObject& control) {
+    static const QStringList classes{"QLineEdit", "QPlainTextEdit", "QTextEdit",   "QComboBox",
+                                     "QCheckBox", "QPushButton",    "QToolButton", "QRadioButton",
+                                     "QDateEdit", "QTimeEdit",      "QSpinBox",    "QTableView",
+                                     "QListView", "QListWidget",    "QTreeView",   "QTreeWidget"};
+    return classes.contains(control["class"].toString());
+}
+
+/// Whether two tabs, each with the tabs that it stands on in front, may show at the same time.
+bool ShowTogether(const QString& a, const QString& b) {
+    return a.isEmpty() || b.isEmpty() || (a + " / ").startsWith(b + " / ") ||
+           (b + " / ").startsWith(a + " / ");
+}
+
+void CheckNames(const Description& description) {
+    QSet<QString> names;
+    QStringList labels;
+    for (const QJsonObject& control : description.controls)
+        labels.append(control["label"].toString());
+    for (const QJsonObject& control : description.controls) {
+        const QString name = control["name"].toString();
+        SCOPED_TRACE(name.toStdString());
+        const bool takesFocus = TakesFocus(control);
+        if (takesFocus) {
+            EXPECT_FALSE(name.isEmpty());
+            EXPECT_FALSE(names.contains(control["page"].toString() + '/' + name)) << "name used twice";
+            EXPECT_FALSE(control["text"].toString().isEmpty() && control["label"].toString().isEmpty() &&
+                         control["accessibleName"].toString().isEmpty())
+                << "nothing tells what it is for";
+            names.insert(control["page"].toString() + '/' + name);
+        }
+        if (control["class"] == "QLabel" && !Mnemonic(control["text"].toString()).isNull()) {
+            EXPECT_TRUE(labels.contains(control["text"].toString())) << "a mnemonic that leads nowhere";
+        }
+    }
+}
+
+/// Two captions that have their letters by tradition and stand on one screen.
+bool IsKnownClash(const QString& a, const QString& b) {
+    const QStringList both{a, b};
+    return both.contains("&Save") && both.contains("&Security Warning Text");
+}
+
+void CheckMnemonics(const Description& description) {
+    struct Use {
+        QString page;
+        QString caption;
+        QString name;
+    };
+    QMultiMap<QChar, Use> uses;
+    const auto note = [&](const QJsonObject& control, const QString& caption) {
+        const QChar letter = Mnemonic(caption);
+        if (letter.isNull())
+            return;
+        const Use use{control["page"].toString(), caption, control["name"].toString()};
+        for (const Use& other : uses.values(letter))
+            EXPECT_TRUE(!ShowTogether(other.page, use.page) || IsKnownClash(other.caption, caption))
+                << "both " << other.name.toStdString() << " \"" << other.caption.toStdString() << "\" and "
+                << use.name.toStdString() << " \"" << caption.toStdString() << '"';
+        uses.insert(letter, use);
+    };
+    for (const QJsonObject& control : description.controls) {
+        if (!control["visible"].toBool() || !control["enabled"].toBool())
+            continue;
+        note(control, control["text"].toString());
+        if (control["class"] == "QTabWidget")
+            for (const QString& caption : Texts(control["items"].toArray()))
+                note(control, caption);
+    }
+}
+
+void CheckStates(const QList<Description>& descriptions) {
+    QMap<int, QMap<QString, Description>> byContext;
+    QSet<QString> screens;
+    for (const Description& description : descriptions) {
+        if (description.helpContext != 0)
+            byContext[description.helpContext].insert(description.state, description);
+        screens.insert(description.screen);
+    }
+    for (const char* dialog : {"frmMain", "frmSignOn", "frmError", "frmAbout", "frmPrefs",
+                               "frmChangePassword", "frmLoginInformation"})
+        EXPECT_TRUE(screens.contains(dialog)) << dialog;
+
+    ScreenCatalogue catalogue;
+    AddAllScreens(catalogue);
+    for (const ScreenEntry& entry : catalogue.Entries()) {
+        if (!entry.screen.make)
+            continue;
+        SCOPED_TRACE(entry.key.toStdString());
+        const QMap<QString, Description> states = byContext[entry.screen.helpContext];
+        EXPECT_TRUE(states.contains("edit"));
+        if (!states.contains("list"))
+            continue;
+        EXPECT_TRUE(states.contains("view"));
+        EXPECT_TRUE(states.contains("new") || !states["list"].Has("cmdNew", "visible"));
+        // The states are what they are called.
+        EXPECT_FALSE(states["list"].Has("cmdCancel", "enabled"));
+        EXPECT_FALSE(states["edit"].Has("cmdNew", "enabled"));
+        EXPECT_FALSE(states["view"].Has("cmdSave", "visible"));
+    }
+}
+
+TEST(ProgramTest, DescribesEveryScreenAndAllOfThemCanBeUsed) {
+    const QTemporaryDir folder;
+    const ProgramResult result = RunProgram(SYSADMIN_PROGRAM, {"--describe", folder.filePath("all")});
+    ASSERT_EQ(result.exitStatus, 0) << result.errors.toStdString();
+    QList<Description> descriptions;
+    for (const QFileInfo& file :
+         QDir(folder.filePath("all")).entryInfoList({"*.json"}, QDir::Files, QDir::Name)) {
+        SCOPED_TRACE(file.fileName().toStdString());
+        descriptions.append(Read(file));
+        const QImage picture(file.path() + '/' + file.completeBaseName() + ".png");
+        EXPECT_GE(picture.width(), 150);
+        EXPECT_GE(picture.height(), 80);
+        EXPECT_FALSE(IsBlank(picture));
+        CheckNames(descriptions.last());
+        CheckMnemonics(descriptions.last());
+    }
+    CheckStates(descriptions);
+}
+
+/// The password that a clear text of a trace line would give away.
+QString PasswordIn(const QByteArray& text) {
+    for (const server::SampleOperator& sample : server::SampleOperators())
+        if (text.contains(sample.password.toUtf8()))
+            return sample.password;
+    return {};
+}
+
+TEST(ProgramTest, TheTourMakesItsChangeAndTheTraceTellsItWithoutPasswords) {
+    const QTemporaryDir folder;
+    const QString traceFile = folder.filePath("trace.jsonl");
+    const QDir pictures(folder.filePath("tour"));
+    const ProgramResult result =
+        RunProgram(SYSADMIN_PROGRAM, {"--tour", pictures.path(), "--library", folder.filePath("library"),
+                                      "--trace", traceFile});
+    ASSERT_EQ(result.exitStatus, 0) << result.errors.toStdString();
+    EXPECT_TRUE(result.output.contains(pictures.path()));
+    const QStringList names = pictures.entryList({"*.png"}, QDir::Files, QDir::Name);
+    EXPECT_GE(names.size(), 10);
+    for (const QString& name : names)
+        EXPECT_FALSE(IsBlank(QImage(pictures.filePath(name)))) << name.toStdString();
+
+    QFile trace(traceFile);
+    ASSERT_TRUE(trace.open(QIODevice::ReadOnly));
+    QStringList requests;
+    while (!trace.atEnd()) {
+        const QByteArray line = trace.readLine();
+        SCOPED_TRACE(line.toStdString());
+        EXPECT_EQ(PasswordIn(line), "");
+        const QJsonObject object = QJsonDocument::fromJson(line).object();
+        EXPECT_EQ(object.keys(), QStringList({"ms", "put", "reply", "request", "status", "time"}));
+        EXPECT_TRUE(QDateTime::fromString(object["time"].toString(), Qt::ISODateWithMs).isValid());
+        EXPECT_TRUE(object["ms"].isDouble() && object["status"].isDouble());
+        for (const char* fields : {"put", "reply"})
+            for (const QJsonValue& field : object[fields].toArray()) {
+                EXPECT_EQ(field.toArray().size(), 2);
+                const QString tag = field.toArray().at(0).toString();
+                if (tag == "PW" || tag == "OPW" || tag == "SID") {
+                    EXPECT_EQ(field.toArray().at(1).toString(), "***");
+                }
+            }
+        requests.append(object["request"].toString() + ' ' + QString::number(object["status"].toInt()));
+    }
+    EXPECT_EQ(requests, QStringList({"Hello 0", "SignOn 0", "SAInit 0", "CheckMasterProfile 0", "LstVenTp 0",
+                                     "UpdVenTp 0", "AddVenTp 8", "AddVenTp 0", "DelVenTp 13", "DelVenTp 0",
+                                     "UpdVenTp 0", "SignOff 0"}));
+}
+
+TEST(ProgramTest, BadOptionsGetOneLine) {
+    const QStringList cases[] = {{"--bogus"},
+                                 {"--server"},
+                                 {"--server", "host:port"},
+                                 {"--server", "host", "--library", "folder"},
+                                 {"--appearance", "pink"},
+                                 {"stray"}};
+    for (const QStringList& arguments : cases) {
+        SCOPED_TRACE(arguments.join(' ').toStdString());
+        const ProgramResult result = RunProgram(SYSADMIN_PROGRAM, arguments);
+        EXPECT_EQ(result.exitStatus, 2);
+        EXPECT_TRUE(result.IsOneLineOfErrors() && result.errors.startsWith("sysadmin: "))
+            << result.output.toStdString() << result.errors.toStdString();
+    }
+    for (const char* option : {"--help", "--version"}) {
+        const ProgramResult result = RunProgram(SYSADMIN_PROGRAM, {option});
+        EXPECT_EQ(result.exitStatus, 0);
+        EXPECT_TRUE(result.errors.isEmpty() && !result.output.isEmpty());
+    }
+    for (const char* option : {"--describe", "--tour"}) {
+        const ProgramResult result = RunProgram(SYSADMIN_PROGRAM, {option, "/dev/null/x"});
+        EXPECT_EQ(result.exitStatus, 1);
+        EXPECT_TRUE(result.errors.contains("cannot write to /dev/null/x")) << result.errors.toStdString();
+    }
+}
+
+} // namespace
+} // namespace sysadmin

@@ -1,0 +1,59 @@
+#include "app/RawPeer.h"
+
+#include "server/Passwords.h"
+#include "support/TestServer.h"
+#include "wire/Codec.h"
+
+namespace sysadmin {
+
+namespace {
+
+constexpr int Patience = 20'000; // milliseconds
+
+} // namespace
+
+RawPeer::RawPeer(quint16 port) {
+    m_socket.setPeerVerifyMode(QSslSocket::VerifyNone);
+    m_socket.connectToHostEncrypted("127.0.0.1", port);
+    m_socket.waitForEncrypted(Patience);
+}
+
+void RawPeer::Write(const QByteArray& bytes) {
+    m_socket.write(bytes);
+    // The server may have had enough already.
+    while (m_socket.state() == QAbstractSocket::ConnectedState && m_socket.encryptedBytesToWrite() > 0 &&
+           m_socket.waitForBytesWritten(Patience)) {
+    }
+}
+
+std::optional<wire::Reply> RawPeer::Read() {
+    wire::FrameScanner scanner;
+    QByteArray received;
+    do {
+        received += m_socket.readAll();
+        if (scanner.Scan(received) == wire::FrameScanner::Result::Complete)
+            return wire::DecodeReply(received);
+    } while (m_socket.waitForReadyRead(Patience));
+    return {};
+}
+
+std::optional<wire::Reply> RawPeer::Ask(quint64 number, const QString& name, const wire::Fields& fields) {
+    Write(wire::Encode(wire::Request{number, name, fields}));
+    return Read();
+}
+
+bool RawPeer::SignOn(const QString& operatorId) {
+    const auto hello = Ask(0, "Hello");
+    if (!hello)
+        return false;
+    const QByteArray key = QByteArray::fromBase64(wire::FirstValue(hello->fields, "PK").toLatin1());
+    const QString sealed = server::Seal(testing::SamplePassword(operatorId), key);
+    const auto reply = Ask(0, "SignOn", {{"OI", operatorId}, {"PW", sealed}});
+    return reply && reply->status == 0;
+}
+
+bool RawPeer::IsCutOff() {
+    return m_socket.state() == QAbstractSocket::UnconnectedState || m_socket.waitForDisconnected(Patience);
+}
+
+} // namespace sysadmin

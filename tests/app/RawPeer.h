@@ -1,0 +1,32 @@
+#pragma once
+
+#include "wire/Message.h"
+
+#include <QSslSocket>
+
+#include <optional>
+
+namespace sysadmin {
+
+/// A client's socket without a client: writes whatever it is told to. Blocks, so that it serves in any
+/// thread.
+class RawPeer {
+public:
+    /// Connects with TLS to 127.0.0.1.
+    explicit RawPeer(quint16 port);
+
+    bool IsConnected() const { return m_socket.isEncrypted(); }
+    void Write(const QByteArray& bytes);
+    /// The next reply; none when the connection ended or nothing came in time.
+    std::optional<wire::Reply> Read();
+    std::optional<wire::Reply> Ask(quint64 number, const QString& name, const wire::Fields& fields = {});
+    /// Whether a sample operator was accepted.
+    bool SignOn(const QString& operatorId);
+    /// Waits for the server to end the connection.
+    bool IsCutOff();
+
+private:
+    QSslSocket m_socket;
+};
+
+} // namespace sysadmin
