@@ -8,10 +8,13 @@ namespace sysadmin {
 DefaultDate::DefaultDate(Form& form, const QString& role, const QString& tagStart, const QString& caption)
     : how(form, {.name = "opt" + role, .initial = "R", .accessible = caption},
           {{"E", Form::tr("Exact date")}, {"R", Form::tr("Relative to the record's creation")}})
-    , exact(form, {.name = "dtp" + role, .tag = tagStart + "Date", .caption = Form::tr("Date:")}, "yyyyMMdd")
-    , relative(form, {.name = "txt" + role, .tag = tagStart + "Offset", .caption = Form::tr("Interval:")},
-               "cbo" + role, {{"Y", Form::tr("Year")}, {"M", Form::tr("Month")}, {"D", Form::tr("Day")}},
-               IntervalField::LetterPlace::Behind) {}
+    , exact(form, {.name = "dtp" + role + "Date", .tag = tagStart + "Date", .caption = Form::tr("Date:")},
+            "yyyyMMdd")
+    , relative(
+          form,
+          {.name = "txt" + role + "Offset", .tag = tagStart + "Offset", .caption = Form::tr("Interval:")},
+          "cbo" + role + "Unit", {{"Y", Form::tr("Year")}, {"M", Form::tr("Month")}, {"D", Form::tr("Day")}},
+          IntervalField::LetterPlace::Behind) {}
 
 void DefaultDate::FollowLoaded() {
     how.SetStored(exact.IsBlank() ? "R" : "E");

@@ -67,8 +67,8 @@ void SetText(const Carrier& carrier, const QString& text) {
 void Collect(QWidget& root, QList<Carrier>& carriers, QList<QWidget*>& pages) {
     for (QObject* child : root.children()) {
         auto* widget = qobject_cast<QWidget*>(child);
-        if (!widget || widget->objectName().startsWith("qt_"))
-            continue;
+        if (!widget || widget->objectName().startsWith("qt_calendar"))
+            continue; // a date's calendar is a window of its own
         if (auto* tabs = qobject_cast<QTabWidget*>(widget)) {
             for (int i = 0; i < tabs->count(); ++i) {
                 carriers.append({tabs, i});

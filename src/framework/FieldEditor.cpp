@@ -73,7 +73,7 @@ public:
             // What is only shown may be narrow where room is short.
             const int least = field.Spec().displayOnly ? 15 : 30;
             m_edit->setMinimumWidth(WidthForLength(*m_edit, maxLength > 0 ? qMin(maxLength, least) : least));
-            if (maxLength > 0 && maxLength <= 20)
+            if (maxLength > 0 && maxLength <= 25)
                 m_edit->setMaximumWidth(WidthForLength(*m_edit, maxLength) + 12);
         }
         connect(m_edit, &QLineEdit::textEdited, this,
@@ -194,6 +194,8 @@ public:
             auto* button = new QRadioButton(option.text, m_widget);
             button->setObjectName(field.Name() + option.id);
             button->setProperty("letter", option.id);
+            if (const QString& group = field.Spec().accessible; !group.isEmpty())
+                button->setAccessibleName(group + ": " + option.text);
             line->addWidget(button);
             m_focusWidgets.append(button);
             connect(button, &QRadioButton::clicked, this, [this, id = option.id] { m_letter.SetDraft(id); });
@@ -213,6 +215,14 @@ protected:
             button->setChecked(on);
             button->setAutoExclusive(true);
         }
+        // The Tab key comes by the chosen option alone; the arrow keys choose.
+        QWidget* stop = m_focusWidgets.first();
+        for (QWidget* widget : m_focusWidgets)
+            if (static_cast<QRadioButton*>(widget)->isChecked())
+                stop = widget;
+        for (QWidget* widget : m_focusWidgets)
+            widget->setFocusPolicy(widget == stop ? Qt::StrongFocus : Qt::ClickFocus);
+        m_widget->setFocusProxy(stop);
     }
 
 private:

@@ -43,6 +43,13 @@ QString RoleOf(const QString& controlName) {
     return controlName.mid(role - controlName.begin());
 }
 
+/// What takes the focus for a field. Of options it is the widget around them: it hands the focus to the
+/// chosen one, while a label's key would choose the option that is the label's buddy.
+QWidget* FocusTarget(const FieldEditor& editor) {
+    return editor.Widget()->focusProxy() || editor.FocusWidgets().isEmpty() ? editor.Widget()
+                                                                            : editor.FocusWidgets().first();
+}
+
 /// Two cells hold a field: its label and its control.
 constexpr int CellsOfField = 2;
 /// Between columns that stand side by side.
@@ -70,7 +77,7 @@ void FormView::FocusFirst() {
     for (QTabWidget* tabs : findChildren<QTabWidget*>())
         tabs->setCurrentIndex(0);
     for (QWidget* widget : m_tabOrder)
-        if (widget->isEnabledTo(this) && widget->focusPolicy() != Qt::NoFocus &&
+        if (widget->isEnabledTo(this) && widget->focusPolicy() & Qt::TabFocus &&
             !qobject_cast<QTabBar*>(widget)) {
             widget->setFocus(Qt::TabFocusReason);
             return;
@@ -87,11 +94,10 @@ void FormView::FocusField(const Field& field) {
             if (tabs->indexOf(widget) >= 0)
                 tabs->setCurrentWidget(widget);
     }
-    if (editor->FocusWidgets().isEmpty())
-        return;
-    editor->FocusWidgets().first()->setFocus(Qt::TabFocusReason);
+    QWidget* target = FocusTarget(*editor);
+    target->setFocus(Qt::TabFocusReason);
     if (m_scrollArea)
-        m_scrollArea->ensureWidgetVisible(editor->FocusWidgets().first());
+        m_scrollArea->ensureWidgetVisible(target);
 }
 
 QWidget* FormView::InScrollArea(QWidget* parent) {
@@ -185,7 +191,7 @@ int FormView::DrawField(Field& field, QWidget* parent, QGridLayout& grid, int ro
         auto* label = new QLabel(field.Spec().caption, parent);
         label->setObjectName("lbl" + RoleOf(field.Name()));
         SetDeclaredCaption(*label, field.Spec().caption);
-        label->setBuddy(editor->FocusWidgets().isEmpty() ? widget : editor->FocusWidgets().first());
+        label->setBuddy(FocusTarget(*editor));
         grid.addWidget(label, row, column, WantsHeight(field) ? Qt::AlignTop : Qt::AlignVCenter);
         m_labels[&field] = label;
     } else if (field.GetKind() == Field::Kind::Flag) {

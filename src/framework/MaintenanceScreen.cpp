@@ -7,15 +7,10 @@
 #include "wire/Status.h"
 
 #include <QGroupBox>
-#include <QHBoxLayout>
-#include <QLineEdit>
 #include <QPushButton>
-#include <QShortcut>
-#include <QSplitter>
 #include <QStackedLayout>
 #include <QTabBar>
 #include <QTabWidget>
-#include <QVBoxLayout>
 
 #include <algorithm>
 
@@ -23,151 +18,10 @@ namespace sysadmin {
 
 namespace status = wire::status;
 
-MaintenanceScreen::MaintenanceScreen(Application& application, const QString& formName,
-                                     const QString& caption, Area area, QWidget* parent)
-    : FormScreen(application, formName, caption, parent) {
-    m_mayCreate = m_mayEdit = m_mayDelete = application.profile.MayEdit(area);
-
-    auto* splitter = new QSplitter(Qt::Horizontal, this);
-    splitter->setChildrenCollapsible(false);
-    splitter->setHandleWidth(16);
-    auto* whole = new QVBoxLayout(this);
-    whole->addWidget(splitter);
-
-    m_listSide = new QWidget(splitter);
-    m_listLayout = new QVBoxLayout(m_listSide);
-    m_listLayout->setContentsMargins({});
-    m_listButtons = new QHBoxLayout;
-    m_cmdNew = MakeButton("cmdNew", tr("&New"));
-    m_cmdEdit = MakeButton("cmdEdit", tr("&Edit"));
-    m_cmdDelete = MakeButton("cmdDelete", tr("&Delete"));
-    for (QPushButton* button : {m_cmdNew, m_cmdEdit, m_cmdDelete})
-        m_listButtons->addWidget(button);
-    m_listButtons->addStretch();
-    m_listLayout->addLayout(m_listButtons);
-
-    m_fraEdit = new QGroupBox(splitter);
-    m_fraEdit->setObjectName("fraEdit");
-    auto* frame = new QVBoxLayout(m_fraEdit);
-    m_views = new QStackedLayout;
-    frame->addLayout(m_views, 1);
-    m_editButtons = new QHBoxLayout;
-    m_editButtons->addStretch();
-    m_cmdSave = MakeButton("cmdSave", tr("&Save"));
-    m_cmdCancel = MakeButton("cmdCancel", tr("&Cancel"));
-    for (QPushButton* button : {m_cmdSave, m_cmdCancel})
-        m_editButtons->addWidget(button);
-    frame->addLayout(m_editButtons);
-    splitter->setStretchFactor(0, 2);
-    splitter->setStretchFactor(1, 3);
-
-    connect(m_cmdNew, &QPushButton::clicked, this, &MaintenanceScreen::StartNew);
-    connect(m_cmdEdit, &QPushButton::clicked, this, &MaintenanceScreen::StartEdit);
-    connect(m_cmdDelete, &QPushButton::clicked, this, &MaintenanceScreen::DeleteSelected);
-    connect(m_cmdSave, &QPushButton::clicked, this, [this] { Save(); });
-    connect(m_cmdCancel, &QPushButton::clicked, this, &MaintenanceScreen::EndEdit);
-    BindKey(QKeySequence::Save, m_cmdSave);
-    BindKey(Qt::Key_Escape, m_cmdCancel);
-    auto* find = new QShortcut(QKeySequence::Find, this);
-    find->setContext(Qt::WidgetWithChildrenShortcut);
-    connect(find, &QShortcut::activated, this, [this] { Current().grid->FocusFilter(); });
-}
-
-void MaintenanceScreen::AddTable(const TableSpec& spec, Form& form, const Layout& layout,
-                                 const QList<PutStep>& puts, const FormView::SlotMaker& makeSlot) {
-    Table& table = m_tables.emplace_back(Table{spec, &form, puts});
-    TableSpec& own = table.spec;
-    if (own.frameNoun.isEmpty())
-        own.frameNoun = own.subject;
-    if (own.keyTag.isEmpty())
-        own.keyTag = own.recordTag;
-    if (own.getKeyTag.isEmpty())
-        own.getKeyTag = own.keyTag;
-
-    PrepareForm(form);
-    table.listPage = new QWidget(m_listSide);
-    auto* page = new QVBoxLayout(table.listPage);
-    page->setContentsMargins({});
-    table.grid = new ListGrid(own.gridName, own.columns, table.listPage);
-    table.grid->setAccessibleName(own.subject);
-    if (own.sorted)
-        table.grid->sortByColumn(0, Qt::AscendingOrder);
-    // Columns of a fixed width leave the others enough room to be read.
-    int listWidth = 180;
-    for (const GridColumn& column : own.columns)
-        listWidth += column.hidden ? 0 : column.width;
-    table.listPage->setMinimumWidth(listWidth);
-    page->addWidget(table.grid->FilterBox());
-    page->addWidget(table.grid, 1);
-    table.view = new FormView(form, layout, m_fraEdit, makeSlot);
-    m_views->addWidget(table.view->InScrollArea(m_fraEdit));
-
-    connect(table.grid, &ListGrid::SelectionMoved, this, &MaintenanceScreen::RefreshButtons);
-    const auto clickOn = [this](QPushButton* button) {
-        return [button] {
-            if (button->isEnabled() && !button->isHidden())
-                button->click();
-        };
-    };
-    connect(table.grid, &ListGrid::RowActivated, this, clickOn(m_cmdEdit));
-    connect(table.grid, &ListGrid::InsertPressed, this, clickOn(m_cmdNew));
-    connect(table.grid, &ListGrid::DeletePressed, this, clickOn(m_cmdDelete));
-    connect(&form, &Form::Changed, this, &MaintenanceScreen::RefreshButtons);
-}
-
-void MaintenanceScreen::Finish() {
-    if (m_tables.size() == 1) {
-        m_listLayout->insertWidget(0, m_tables.front().listPage, 1);
-    } else {
-        m_tabs = new QTabWidget(m_listSide);
-        m_tabs->setObjectName("tabTables");
-        m_tabs->setFocusPolicy(Qt::NoFocus); // its bar takes the focus
-        for (Table& table : m_tables) {
-            table.listPage->layout()->setContentsMargins(6, 6, 6, 6);
-            m_tabs->addTab(table.listPage, table.spec.tabCaption);
-        }
-        m_listLayout->insertWidget(0, m_tabs, 1);
-        connect(m_tabs, &QTabWidget::currentChanged, this, &MaintenanceScreen::ShowTable);
-    }
-    if (std::all_of(m_tables.begin(), m_tables.end(),
-                    [](const Table& t) { return t.spec.deleteRequest.isEmpty(); }))
-        m_cmdDelete->hide();
-    FinishBuilding();
-    OrderTabStops();
-    ShowTable(0);
-}
-
-void MaintenanceScreen::OrderTabStops() {
-    QList<QWidget*> order;
-    const auto appendButtons = [&order](const QHBoxLayout& layout) {
-        for (int i = 0; i < layout.count(); ++i)
-            if (QWidget* button = layout.itemAt(i)->widget())
-                order.append(button);
-    };
-    if (m_tabs)
-        order.append(m_tabs->tabBar());
-    for (const Table& table : m_tables)
-        order << table.grid->FilterBox() << table.grid;
-    appendButtons(*m_listButtons);
-    for (const Table& table : m_tables)
-        order.append(table.view->TabOrder());
-    appendButtons(*m_editButtons);
-    for (qsizetype i = 1; i < order.size(); ++i)
-        setTabOrder(order[i - 1], order[i]);
-}
-
 void MaintenanceScreen::SetRights(bool mayCreate, bool mayEdit, bool mayDelete) {
     m_mayCreate = mayCreate;
     m_mayEdit = mayEdit;
     m_mayDelete = mayDelete;
-}
-
-void MaintenanceScreen::AddListButton(QPushButton* button) {
-    m_listButtons->insertWidget(m_listButtons->count() - 1, button);
-}
-
-void MaintenanceScreen::AddEditButton(QPushButton* button) {
-    m_editButtons->insertWidget(m_editButtons->indexOf(m_cmdSave), button);
 }
 
 void MaintenanceScreen::LoadScreen() {

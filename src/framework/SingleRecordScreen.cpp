@@ -79,6 +79,10 @@ void SingleRecordScreen::LoadScreen() {
     }
     // A record that could not be read must not be overwritten by what stands in empty fields.
     m_view->SetReadOnly(m_readOnly || !m_loaded);
+    if (m_readOnly)
+        m_cmdCancel->setFocus();
+    else
+        m_view->FocusFirst();
     RefreshButtons();
 }
 

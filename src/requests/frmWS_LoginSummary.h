@@ -43,7 +43,7 @@ struct LoginSummaryForm : Form {
         *this,
         {.name = "txtExpirationDays", .tag = "ED", .caption = tr("Expiration Alert &Days:"), .initial = "30"},
         0,
-        999};
+        9999};
 };
 
 /// The alerts that a patron gets to see after logging in.

@@ -20,7 +20,7 @@ struct BaseCurrencyForm : Form {
                               {.name = "txtCurrencyCode",
                                .tag = "CrCd",
                                .caption = tr("Currency Code:"),
-                               .maxLength = 40,
+                               .maxLength = 10,
                                .required = true},
                               true};
     NumberField txtBaseDecimals{*this,

@@ -34,6 +34,10 @@ TEST_F(CodeTablesTest, ClaimTypeIsLoadedChangedAndDeleted) {
     channel.Answer("DelClm", 74);
     Click("cmdDelete");
     prompter.ExpectBox("You will delete Claim Type:\r\n\"Never received\"\r\n\r\nAre you sure?");
+    channel.Answer("DelClm", 2);
+    ExpectErrorDialog(prompter, "Database table error.", 2, "Delete Acquisitions Claim Type", "Claim Type");
+    Click("cmdDelete");
+    prompter.ExpectBox("You will delete Claim Type:\r\n\"Never received\"\r\n\r\nAre you sure?");
     channel.Answer("DelClm", 0);
     Click("cmdDelete");
     EXPECT_EQ(channel.sent.last(), (Sent{"DelClm", {{"ID", "7"}}}));

@@ -1,6 +1,7 @@
 #include "acquisitions/frmAcquisitions_VendorTypes.h"
 #include "support/ScreenTest.h"
 
+#include <QLabel>
 #include <QTest>
 
 namespace sysadmin {
@@ -165,6 +166,8 @@ TEST_F(VendorTypesTest, CloseIsRefusedWhileEditing) {
 
 TEST_F(VendorTypesTest, KeysDoWhatPeopleExpect) {
     frmAcquisitions_VendorTypes& screen = OpenWith();
+    EXPECT_EQ(Get<QLabel>("lblCode").text(), "&Vendor Type Code:");
+    EXPECT_EQ(Get<QLabel>("lblName").text(), "Vend&or Type Name:") << "no letter twice";
     Grid().setFocus();
     QTest::keyClick(&Grid(), Qt::Key_F2);
     EXPECT_EQ(screen.GetState(), MaintenanceScreen::State::Editing);

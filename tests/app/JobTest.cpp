@@ -96,7 +96,7 @@ const QHash<QString, QString>& TagPatterns() {
 
 JobTest::JobTest() {
     m_trace = m_folder.filePath("trace.jsonl");
-    arguments = {"--trace", m_trace};
+    arguments += {"--trace", m_trace};
 }
 
 void JobTest::TearDown() {

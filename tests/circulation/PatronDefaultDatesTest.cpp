@@ -28,22 +28,22 @@ TEST_F(PatronDefaultDatesTest, RelativeDateTravelsAsNumberAndUnit) {
               {"PatPurgeDate", ""},
               {"PatPurgeOffset", "18M"}});
     EXPECT_TRUE(Get<QAbstractButton>("optExpirationE").isChecked());
-    EXPECT_EQ(Get<QDateEdit>("dtpExpiration").date(), m_today.addYears(1));
-    EXPECT_FALSE(IsEnabled("txtExpiration"));
+    EXPECT_EQ(Get<QDateEdit>("dtpExpirationDate").date(), m_today.addYears(1));
+    EXPECT_FALSE(IsEnabled("txtExpirationOffset"));
     EXPECT_TRUE(Get<QAbstractButton>("optPurgeR").isChecked());
-    EXPECT_EQ(TextOf("txtPurge"), "18");
-    EXPECT_EQ(Get<QComboBox>("cboPurge").currentText(), "Month");
+    EXPECT_EQ(TextOf("txtPurgeOffset"), "18");
+    EXPECT_EQ(Get<QComboBox>("cboPurgeUnit").currentText(), "Month");
 
     Click("optExpirationR");
-    EXPECT_FALSE(IsEnabled("dtpExpiration"));
-    Type("txtExpiration", "2");
-    Choose("cboExpiration", "Year");
+    EXPECT_FALSE(IsEnabled("dtpExpirationDate"));
+    Type("txtExpirationOffset", "2");
+    Choose("cboExpirationUnit", "Year");
     Save();
     EXPECT_EQ(
         channel.sent.last().fields,
         (wire::Fields{
             {"PatExpDate", ""}, {"PatExpOffset", "2Y"}, {"PatPurgeDate", ""}, {"PatPurgeOffset", "18M"}}));
-    EXPECT_FALSE(Get<QDateEdit>("dtpExpiration").date() == m_today.addYears(1)) << "it is stored no more";
+    EXPECT_FALSE(Get<QDateEdit>("dtpExpirationDate").date() == m_today.addYears(1)) << "it is stored no more";
 }
 
 TEST_F(PatronDefaultDatesTest, DatesThatDoNotLieAheadAreAskedFor) {
@@ -56,8 +56,8 @@ TEST_F(PatronDefaultDatesTest, DatesThatDoNotLieAheadAreAskedFor) {
         "will be purged when the purge job runs.\r\nContinue anyway?";
     Click("optExpirationE");
     Click("optPurgeE");
-    Get<QDateEdit>("dtpExpiration").setDate(m_today);
-    Get<QDateEdit>("dtpPurge").setDate(m_today.addDays(-1));
+    Get<QDateEdit>("dtpExpirationDate").setDate(m_today);
+    Get<QDateEdit>("dtpPurgeDate").setDate(m_today.addDays(-1));
     prompter.ExpectBox(expired, false);
     Click("cmdSave");
     EXPECT_EQ(channel.sent.size(), 1);
@@ -66,7 +66,7 @@ TEST_F(PatronDefaultDatesTest, DatesThatDoNotLieAheadAreAskedFor) {
     Click("cmdSave");
     EXPECT_EQ(channel.sent.size(), 1);
 
-    Get<QDateEdit>("dtpExpiration").setDate(m_today.addDays(1));
+    Get<QDateEdit>("dtpExpirationDate").setDate(m_today.addDays(1));
     prompter.ExpectBox(purged, true);
     Save();
     EXPECT_EQ(channel.sent.last().fields, (wire::Fields{{"PatExpDate", Wire(m_today.addDays(1))},
@@ -81,7 +81,7 @@ TEST_F(PatronDefaultDatesTest, ExactMeansThatThereIsADate) {
     Click("optExpirationE");
     prompter.ExpectBox("Please enter the expiration date.");
     Click("cmdSave");
-    EXPECT_TRUE(Get<QWidget>("dtpExpiration").hasFocus());
+    EXPECT_TRUE(Get<QWidget>("dtpExpirationDate").hasFocus());
     Click("optExpirationR");
     Save();
     EXPECT_EQ(channel.sent.last().fields,
@@ -102,7 +102,7 @@ TEST_F(PatronDefaultDatesTest, FailuresAreReportedUnderTheirCaptions) {
     ExpectErrorDialog(prompter, "Database column error.", 3, "Save Circulation Patron Default Dates",
                       "Patron Default Dates");
     Click("cmdSave");
-    EXPECT_EQ(TextOf("txtExpiration"), "5");
+    EXPECT_EQ(TextOf("txtExpirationOffset"), "5");
 }
 
 } // namespace

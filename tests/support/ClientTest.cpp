@@ -11,7 +11,7 @@
 namespace sysadmin {
 
 ClientTest::ClientTest() {
-    commandLine.library = m_directory.path(); // and not where another test signed on last
+    arguments = {"--library", m_directory.path()}; // and not where another test signed on last
     OpenLibrary();
 }
 

@@ -5,6 +5,8 @@ namespace sysadmin::server {
 
 namespace {
 
+constexpr int CurrencyCodeLength = 10;
+
 bool IsDelimiter(const QString& value) {
     return value == "." || value == ",";
 }
@@ -20,7 +22,7 @@ void RegisterBaseCurrency(Registry& registry) {
             {
                 Field::Text("CtNm", "country", NameLength),
                 Field::Text("CrNm", "name", NameLength).Required(),
-                Field::Text("CrCd", "code", CodeLength).Required(),
+                Field::Text("CrCd", "code", CurrencyCodeLength).Required(),
                 Field::Whole("Dec", "decimals", 0, 4).Required(),
                 Field::Text("Dlm", "delimiter", 1).Default(".").Checked(IsDelimiter),
             },
