@@ -54,6 +54,12 @@ int RunTour(CommandLine line, QStringList arguments) {
     return 0;
 }
 
+/// Leaves out what the platform without a display says about every window.
+void PrintMessage(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    if (!message.contains("propagateSizeHints"))
+        std::fprintf(stderr, "%s\n", qPrintable(qFormatLogMessage(type, context, message)));
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -74,6 +80,8 @@ int main(int argc, char** argv) {
     }
 
     const bool onlyPictures = !line.tourDir.isEmpty() || !line.describeDir.isEmpty();
+    if (onlyPictures)
+        qInstallMessageHandler(PrintMessage);
     if (onlyPictures && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen"); // pictures need no display
     QApplication program(argc, argv);

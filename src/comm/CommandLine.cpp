@@ -108,7 +108,8 @@ ParsedCommandLine ParseCommandLine(const QStringList& arguments) {
 QString CommandLineHelp() {
     QCommandLineParser parser;
     AddOptions(parser);
-    return parser.helpText();
+    // Asked for before there is a program object, which would know the name.
+    return parser.helpText().replace("<executable_name>", "sysadmin");
 }
 
 QString SampleLibraryFolder() {

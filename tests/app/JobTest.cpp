@@ -205,6 +205,18 @@ void JobTest::Write(QWidget& parent, const QString& textEdit, const QString& tex
     edit.insertPlainText(text);
 }
 
+server::Database& JobTest::Store() {
+    if (!m_store)
+        m_store = GetLibrary().Connect();
+    return *m_store;
+}
+
+void JobTest::NextDay() {
+    m_store.reset();
+    ReopenLibrary();
+    SignOn("SYSADMIN");
+}
+
 qint16 JobTest::Ask(const QString& request, const wire::Fields& fields) {
     for (const wire::Field& field : fields)
         App().channel.PutField(field.tag, field.value);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/ListGrid.h"
+#include "server/store/Database.h"
 #include "support/ClientTest.h"
 #include "support/ScriptedChannel.h"
 
@@ -33,6 +34,10 @@ protected:
     /// Enters a multi-line text in place of what stands there.
     void Write(QWidget& parent, const QString& textEdit, const QString& text);
 
+    /// The library's database. It stays open until the next day.
+    server::Database& Store();
+    /// Everybody goes home; the next day the same library is opened anew, and the administrator signs on.
+    void NextDay();
     /// The server's answer to a request of the client as it is signed on.
     qint16 Ask(const QString& request, const wire::Fields& fields = {});
     /// The keys of the screens that the operator is offered.
@@ -41,6 +46,7 @@ protected:
 private:
     QTemporaryDir m_folder;
     QString m_trace;
+    std::unique_ptr<server::Database> m_store;
     QStringList m_secrets;
 };
 

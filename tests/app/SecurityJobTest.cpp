@@ -1,9 +1,7 @@
-#include "app/JobTest.h"
-#include "server/store/Database.h"
+#include "app/SecurityJob.h"
 #include "wire/Status.h"
 
 #include <QAction>
-#include <QCheckBox>
 #include <QDialog>
 #include <QFile>
 #include <QLabel>
@@ -17,113 +15,16 @@ namespace {
 
 namespace status = wire::status;
 
-const QString Operators = "Security_OperatorProfile";
-const QString Profiles = "Security_MasterProfile";
-const QString Options = "Security_Options";
-const QString FirstPassword = "winter-2041";
-const QString SecondPassword = "spring-2042";
-const QString ThirdPassword = "summer-2043";
 constexpr qint64 Hour = 3600;
 
-const QString NotLetIn =
-    "The operator id or the password is not right, or the operator is locked or disabled.";
-const QString Repeated = "Password the same as a previous password(s) -- Please change password again.";
-const QString TooYoung = "Minimum age violation (can't change password yet)";
-const QString LastHolder = "At least one operator must keep the right to change security settings.";
-
-class SecurityJobTest : public JobTest {
-protected:
-    SecurityJobTest() {
-        for (const QString& password : {FirstPassword, SecondPassword, ThirdPassword})
-            Secret(password);
-    }
-
-    /// Makes the operator CLARA on the operators' screen.
-    void MakeClara() {
-        Screen& screen = Open(Operators);
-        QTest::keyClick(&Grid(screen), Qt::Key_Insert);
-        EXPECT_EQ(FrameCaption(screen), "New Operator Profile:");
-        Type(screen, "txtOperatorID", "CLARA");
-        Type(screen, "txtLastName", "Cox");
-        Type(screen, "txtFirstName", "Clara");
-        Type(screen, "txtMIName", "J");
-        Type(screen, "txtPassword", FirstPassword);
-        Click(screen, "cmdSave");
-        EXPECT_TRUE(Rows(screen).contains("Cox, Clara J|CLARA"));
-        EXPECT_EQ(Grid(screen).SelectedKey(), "CLARA");
-    }
-
-    /// The sign-on dialog: tries the passwords one after the other. The last one lets the operator in, unless
-    /// `givesUp`; the others get `NotLetIn`.
-    void ExpectSignOn(const QString& operatorId, const QStringList& passwords, bool givesUp = false) {
-        prompter.ExpectDialogResult("frmSignOn", [=, this](QDialog& dialog) {
-            for (qsizetype i = 0; i < passwords.size(); ++i) {
-                Type(dialog, "txtOperator", operatorId);
-                Type(dialog, "txtPassword", passwords[i]);
-                QTest::keyClick(&Get<QLineEdit>(dialog, "txtPassword"), Qt::Key_Return);
-                if (i + 1 == passwords.size() && !givesUp)
-                    return;
-                EXPECT_EQ(Get<QLabel>(dialog, "lblProblem").text(), NotLetIn) << passwords[i].toStdString();
-                EXPECT_EQ(TextOf(dialog, "txtPassword"), "");
-            }
-            Click(dialog, "cmdCancel");
-        });
-    }
-    bool StartAs(const QString& operatorId, const QString& password) {
-        ExpectSignOn(operatorId, {password});
-        return StartWithDialog();
-    }
-
-    /// The dialog for one's own password: tries the new passwords one after the other, each with the problem
-    /// that is told then. An empty problem is success; without one the operator gives up.
-    void ExpectOwnPassword(const QString& old, const QList<QPair<QString, QString>>& attempts) {
-        prompter.ExpectDialogResult("frmChangePassword", [=, this](QDialog& dialog) {
-            for (const auto& [password, problem] : attempts) {
-                Type(dialog, "txtOldPassword", old);
-                Type(dialog, "txtNewPassword", password);
-                Type(dialog, "txtRepeatPassword", password);
-                Click(dialog, "cmdOK");
-                if (problem.isEmpty())
-                    return;
-                EXPECT_EQ(Get<QLabel>(dialog, "lblProblem").text(), problem);
-                EXPECT_TRUE(dialog.isVisible());
-            }
-            Click(dialog, "cmdCancel");
-        });
-        if (!attempts.isEmpty() && attempts.last().second.isEmpty())
-            prompter.ExpectBox("Your password has been changed.", true, Box::Icon::Information);
-    }
-
-    /// Opens an operator's record for editing.
-    Screen& Edit(const QString& operatorId) {
-        Screen& screen = Open(Operators);
-        EXPECT_TRUE(Grid(screen).SelectKey(operatorId));
-        QTest::keyClick(&Grid(screen), Qt::Key_F2);
-        EXPECT_EQ(FrameCaption(screen), "Edit Operator Profile:");
-        return screen;
-    }
-    void Move(Screen& screen, const QString& button, const QString& grid, const QStringList& rows) {
-        QStringList keys;
-        for (const QString& row : rows) {
-            Select(screen, row, grid);
-            keys.append(Grid(screen, grid).SelectedKeys());
-        }
-        Grid(screen, grid).SelectKeys(keys);
-        Click(screen, button);
-    }
-    void ExpectDeleteQuestion(const QString& subject, const QString& item) {
-        prompter.ExpectBox("You will delete " + subject + ":\r\n\"" + item + "\"\r\n\r\nAre you sure?", true,
-                           Box::Icon::Question);
-    }
-    QString Value(const QString& sql) { return GetLibrary().Connect()->FirstValue(sql).toString(); }
-};
+class SecurityJobTest : public SecurityJob {};
 
 TEST_F(SecurityJobTest, ANewOperatorMayDoWhatTheProfileSays) {
     SignOn("SYSADMIN");
     MakeClara();
     EXPECT_EQ(LastSent("AddOpr").Value("MdOpr"), "SYSADMIN");
 
-    Screen* screen = &Open(Profiles);
+    Screen* screen = &Open(profiles);
     Select(*screen, "Circulation Settings");
     Click(*screen, "cmdDuplicate");
     EXPECT_EQ(FrameCaption(*screen), "New Master Profile:");
@@ -142,13 +43,17 @@ TEST_F(SecurityJobTest, ANewOperatorMayDoWhatTheProfileSays) {
     EXPECT_EQ(added.Values("LSt"), (QStringList{"1", "1"}));
     EXPECT_EQ(Rows(*screen), (QStringList{"Branch Desk", "Circulation Settings", "System Administrators",
                                           "View Everything"}));
-    EXPECT_EQ(Value("SELECT COUNT(*) FROM master_profile_operators m JOIN operators o ON o.id=m.operator_row "
-                    "WHERE o.operator_id='CIRC'"),
-              "1")
+    EXPECT_EQ(
+        Store()
+            .FirstValue(
+                "SELECT COUNT(*) FROM master_profile_operators m JOIN operators o ON o.id=m.operator_row "
+                "WHERE o.operator_id='CIRC'")
+            .toInt(),
+        1)
         << "the original keeps its operator";
 
     // Ids are found in any case of letters.
-    ASSERT_TRUE(StartAs("clara", FirstPassword));
+    ASSERT_TRUE(StartAs("clara", firstPassword));
     EXPECT_EQ(App().OperatorId(), "CLARA");
     const QStringList offered = Offered();
     for (const char* key : {"System_Locations", "System_ItemTypes", "Circulation_PatronNoteTypes",
@@ -185,7 +90,7 @@ TEST_F(SecurityJobTest, ANewOperatorMayDoWhatTheProfileSays) {
 
     // What the profile loses is gone with the next start.
     SignOn("SYSADMIN");
-    screen = &Open(Profiles);
+    screen = &Open(profiles);
     Select(*screen, "Branch Desk");
     Click(*screen, "cmdEdit");
     Check(*screen, "chkSystemWideConfigurationView", false);
@@ -193,7 +98,7 @@ TEST_F(SecurityJobTest, ANewOperatorMayDoWhatTheProfileSays) {
     Click(*screen, "cmdSave");
     EXPECT_EQ(LastSent("UpdMPrf").Values("LSt"), (QStringList{"3", "3"}));
     EXPECT_TRUE(LastSent("UpdMPrf").Values("SOI").isEmpty());
-    ASSERT_TRUE(StartAs("CLARA", FirstPassword));
+    ASSERT_TRUE(StartAs("CLARA", firstPassword));
     EXPECT_FALSE(Offered().contains("System_Locations"));
     prompter.ExpectBox("Access not allowed due to missing cluster-affiliated locations available for current "
                        "operator.",
@@ -205,16 +110,16 @@ TEST_F(SecurityJobTest, ANewOperatorMayDoWhatTheProfileSays) {
 TEST_F(SecurityJobTest, LockedUnlockedExpiredChanged) {
     SignOn("SYSADMIN");
     MakeClara();
-    Screen* screen = &Open(Profiles);
+    Screen* screen = &Open(profiles);
     Select(*screen, "View Everything");
     Click(*screen, "cmdEdit");
     Move(*screen, "cmdSelectOperator", "vsfAvailableOperators", {"Cox, Clara"});
     Click(*screen, "cmdSave");
 
     // Nobody learns which ids there are, nor that the right password would have come too late.
-    ExpectSignOn("NOBODY", {FirstPassword}, true);
+    ExpectSignOn("NOBODY", {firstPassword}, true);
     EXPECT_FALSE(StartWithDialog());
-    ExpectSignOn("CLARA", {"wrong-1", "wrong-2", "wrong-3", "wrong-4", "wrong-5", FirstPassword}, true);
+    ExpectSignOn("CLARA", {"wrong-1", "wrong-2", "wrong-3", "wrong-4", "wrong-5", firstPassword}, true);
     EXPECT_FALSE(StartWithDialog());
 
     SignOn("SYSADMIN");
@@ -236,21 +141,21 @@ TEST_F(SecurityJobTest, LockedUnlockedExpiredChanged) {
     Click(*screen, "cmdCancel");
 
     // Whoever does not change the expired password gets nowhere.
-    ExpectSignOn("CLARA", {FirstPassword});
-    ExpectOwnPassword(FirstPassword, {{FirstPassword, Repeated}});
+    ExpectSignOn("CLARA", {firstPassword});
+    ExpectOwnPassword(firstPassword, {{firstPassword, repeated}});
     EXPECT_FALSE(StartWithDialog());
     EXPECT_EQ(Ask("LstLoc"), status::NotAuthorised);
-    ExpectSignOn("CLARA", {FirstPassword});
-    ExpectOwnPassword(FirstPassword,
+    ExpectSignOn("CLARA", {firstPassword});
+    ExpectOwnPassword(firstPassword,
                       {{"short", "The new password does not keep to the rules for passwords."},
                        {"clara-2041", "The new password does not keep to the rules for passwords."},
-                       {SecondPassword, ""}});
+                       {secondPassword, ""}});
     EXPECT_TRUE(StartWithDialog());
     EXPECT_EQ(Ask("LstLoc"), status::Ok);
 
     // Within a day the new password stays; after it only the passwords before are refused.
     SignOn("SYSADMIN");
-    screen = &Open(Options);
+    screen = &Open(options);
     Type(*screen, "fpMinPasswordAge", "1");
     Choose(*screen, "cboMinPasswordAge", "Days");
     Type(*screen, "fpMinPasswordAge", "1");
@@ -258,8 +163,8 @@ TEST_F(SecurityJobTest, LockedUnlockedExpiredChanged) {
     EXPECT_EQ(LastSent("UpdSecOptions").Value("PAM"), "D1");
     screen = &Edit("CLARA");
     prompter.ExpectDialogResult("frmSecurity_OperatorPassword", [this](QDialog& dialog) {
-        Type(dialog, "txtPassword", ThirdPassword);
-        prompter.ExpectBox(TooYoung, true, Box::Icon::Critical);
+        Type(dialog, "txtPassword", thirdPassword);
+        prompter.ExpectBox(tooYoung, true, Box::Icon::Critical);
         Click(dialog, "cmdChange");
         Click(dialog, "cmdCancel");
     });
@@ -269,25 +174,25 @@ TEST_F(SecurityJobTest, LockedUnlockedExpiredChanged) {
     SignOn("SYSADMIN");
     screen = &Edit("CLARA");
     prompter.ExpectDialogResult("frmSecurity_OperatorPassword", [this](QDialog& dialog) {
-        Type(dialog, "txtPassword", FirstPassword);
-        prompter.ExpectBox(Repeated, true, Box::Icon::Critical);
+        Type(dialog, "txtPassword", firstPassword);
+        prompter.ExpectBox(repeated, true, Box::Icon::Critical);
         Click(dialog, "cmdChange");
-        Type(dialog, "txtPassword", ThirdPassword);
+        Type(dialog, "txtPassword", thirdPassword);
         Click(dialog, "cmdChange");
     });
     Click(*screen, "cmdChangePassword");
     Click(*screen, "cmdSave");
     EXPECT_FALSE(LastSent("UpdOpr").Value("PW").isEmpty());
 
-    ASSERT_TRUE(StartAs("CLARA", ThirdPassword));
-    ExpectOwnPassword(ThirdPassword, {{SecondPassword, TooYoung}});
+    ASSERT_TRUE(StartAs("CLARA", thirdPassword));
+    ExpectOwnPassword(thirdPassword, {{secondPassword, tooYoung}});
     Get<QAction>(Window(), "mnuFileChangePassword").trigger();
-    EXPECT_EQ(Value("SELECT COUNT(*) FROM password_history"), "2");
+    EXPECT_EQ(Store().FirstValue("SELECT COUNT(*) FROM password_history").toInt(), 2);
 }
 
 TEST_F(SecurityJobTest, SecurityOptionsHoldAtOnce) {
     SignOn("SYSADMIN");
-    Screen* screen = &Open(Options);
+    Screen* screen = &Open(options);
     Type(*screen, "fpMinPasswordLen", "5");
     EXPECT_EQ(TextOf(*screen, "fpMinPasswordLen"), "8");
     Type(*screen, "fpMinPasswordLen", "12");
@@ -311,11 +216,11 @@ TEST_F(SecurityJobTest, SecurityOptionsHoldAtOnce) {
                                         {"LAT", "Y"}})
         EXPECT_EQ(sent.Value(tag), value) << tag.toStdString();
 
-    screen = &Open(Operators);
+    screen = &Open(operators);
     Click(*screen, "cmdNew");
     Type(*screen, "txtOperatorID", "CLARA");
     Type(*screen, "txtLastName", "Cox");
-    Type(*screen, "txtPassword", FirstPassword);
+    Type(*screen, "txtPassword", firstPassword);
     prompter.ExpectBox("The password does not follow the password rules:\r\n\r\n"
                        "- It must be at least 12 characters long.\r\n"
                        "- It must contain at least 1 uppercase letter.");
@@ -351,7 +256,7 @@ TEST_F(SecurityJobTest, SecurityOptionsHoldAtOnce) {
 
     // All that is in the log, which goes to a file whole and is then emptied.
     SignOn("SYSADMIN");
-    screen = &Open(Options);
+    screen = &Open(options);
     const QStringList log = Rows(*screen, "vsfInvalidLogins");
     QStringList attempts;
     for (const QString& row : log) {
@@ -384,88 +289,6 @@ TEST_F(SecurityJobTest, SecurityOptionsHoldAtOnce) {
     Click(*screen, "cmdPasswordExpiration");
     EXPECT_EQ(LastSent("UpdMscExpire").fields, (wire::Fields{{"ED", "90"}}));
     EXPECT_EQ(TextOf(*screen, "fpMaxPasswordAge"), "90");
-}
-
-TEST_F(SecurityJobTest, SomebodyKeepsTheSecurityRight) {
-    SignOn("SYSADMIN");
-    MakeClara();
-    Screen* screen = &Open(Operators);
-    Grid(*screen).SelectKey("SYSADMIN");
-    EXPECT_FALSE(Get<QPushButton>(*screen, "cmdDelete").isEnabled());
-    screen = &Open(Profiles);
-    Select(*screen, "System Administrators");
-    ExpectDeleteQuestion("Master Profile", "System Administrators");
-    prompter.ExpectBox(LastHolder);
-    QTest::keyClick(&Grid(*screen), Qt::Key_Delete);
-    Click(*screen, "cmdEdit");
-    Check(*screen, "chkSecurity", false);
-    prompter.ExpectBox(LastHolder);
-    Click(*screen, "cmdSave");
-    Check(*screen, "chkSecurity");
-    Click(*screen, "cmdDiscardAllOperators");
-    prompter.ExpectBox(LastHolder);
-    Click(*screen, "cmdSave");
-    EXPECT_EQ(FrameCaption(*screen), "Edit Master Profile:") << "the edit stays open";
-
-    // With another one the administrator can go; and then it is that one who must stay.
-    Move(*screen, "cmdSelectOperator", "vsfAvailableOperators", {"Cox, Clara"});
-    Click(*screen, "cmdSave");
-    const Sent sent = LastSent("UpdMPrf");
-    EXPECT_EQ(sent.fields.mid(0, 4),
-              (wire::Fields{{"SOI", "SYSADMIN"}, {"OSt", "3"}, {"SOI", "CLARA"}, {"OSt", "1"}}));
-    EXPECT_EQ(Ask("LstOpr", {{"Srt", "L"}}), status::NotAuthorised) << "at once";
-
-    ASSERT_TRUE(StartAs("CLARA", FirstPassword));
-    screen = &Edit("CLARA");
-    Check(*screen, "chkRestrictChange");
-    Check(*screen, "chkExpireNow");
-    prompter.ExpectBox(LastHolder, true, {}, "Cannot Save Operator Profile");
-    Click(*screen, "cmdSave");
-    Click(*screen, "cmdCancel");
-    ExpectDeleteQuestion("Operator Profile", "Cox, Clara J CLARA");
-    prompter.ExpectBox(LastHolder, true, {}, "Cannot Delete Operator Profile");
-    Click(*screen, "cmdDelete");
-    EXPECT_TRUE(Rows(*screen).contains("Cox, Clara J|CLARA"));
-    Grid(*screen).SelectKey("GUEST");
-    ExpectDeleteQuestion("Operator Profile", "Guest, Sample GUEST");
-    Click(*screen, "cmdDelete");
-    EXPECT_EQ(LastSent("DelOpr").fields, (wire::Fields{{"OI", "GUEST"}}));
-    EXPECT_FALSE(Rows(*screen).contains("Guest, Sample|GUEST"));
-}
-
-TEST_F(SecurityJobTest, TwoRecordsAreCompared) {
-    SignOn("SYSADMIN");
-    Screen* screen = &Open(Profiles);
-    Select(*screen, "Circulation Settings");
-    prompter.ExpectDialogResult("frmCompare", [this](QDialog& dialog) {
-        Choose(dialog, "cboOther", "View Everything");
-        const QString summary = Get<QLabel>(dialog, "lblSummary").text();
-        const QStringList all = Rows(dialog, "vsfComparison");
-        EXPECT_TRUE(all.contains("|Rights|Circulation Policy Groups (view)|Yes|Yes"));
-        EXPECT_TRUE(all.contains("\u2260|Rights|Cluster Edit|Yes|No"));
-        EXPECT_TRUE(all.contains("\u2260|Operators|Okafor, Ada|No|Yes"));
-        Check(dialog, "chkOnlyDifferences");
-        const QStringList different = Rows(dialog, "vsfComparison");
-        EXPECT_LT(different.size(), all.size());
-        for (const QString& row : different)
-            EXPECT_TRUE(row.startsWith("\u2260|")) << row.toStdString();
-        EXPECT_EQ(summary, QString("%1 difference(s).").arg(different.size()));
-        Click(dialog, "cmdClose");
-    });
-    Click(*screen, "cmdCompare");
-
-    screen = &Open(Operators);
-    Grid(*screen).SelectKey("CIRC");
-    prompter.ExpectDialogResult("frmCompare", [this](QDialog& dialog) {
-        Choose(dialog, "cboOther", "Ito, Naomi K");
-        Check(dialog, "chkOnlyDifferences");
-        for (const char* row : {"\u2260|Current Profiles|System Administration: Circulation Settings|Yes|No"})
-            EXPECT_TRUE(Rows(dialog, "vsfComparison").contains(row)) << row;
-        Choose(dialog, "cboOther", "O'Connor, Maeve T");
-        EXPECT_TRUE(Rows(dialog, "vsfComparison").contains("\u2260|Account|Expired|No|Yes"));
-        Click(dialog, "cmdClose");
-    });
-    Click(*screen, "cmdCompare");
 }
 
 } // namespace
