@@ -2,6 +2,8 @@
 #include "acquisitions/frmAcquisitions_MarkReasons.h"
 #include "support/ScreenTest.h"
 
+#include <QLabel>
+
 namespace sysadmin {
 
 namespace {
@@ -97,6 +99,9 @@ TEST_F(AdjustReasonsTest, EveryPartOfAReasonTravels) {
     Click("cmdEdit");
     EXPECT_EQ(FrameCaption(), "Edit Adjust Reason:");
     EXPECT_TRUE(Get<QAbstractButton>("optKindA").isChecked());
+    EXPECT_EQ(Get<QAbstractButton>("optKindC").focusPolicy(), Qt::ClickFocus) << "one tab stop for both";
+    EXPECT_FALSE(qobject_cast<QAbstractButton*>(Get<QLabel>("lblKind").buddy()))
+        << "the label's key would choose the option";
     EXPECT_EQ(Get<QComboBox>("cboVendor").currentText(), "Bolt");
     Click("optKindC");
     channel.Answer("UpdAdj", 0);
