@@ -135,6 +135,12 @@ void frmClusterMaintenance::AfterDelete(Table&, const GridRow& row) {
     emit App().notices.CurrentClusterChanged();
 }
 
+void frmClusterMaintenance::RefreshOwnControls() {
+    // A new cluster has neither until circulation policy groups belong to it.
+    m_form.lstOpacCircDesk.SetUsable(!m_form.lstOpacCircDesk.Items().isEmpty());
+    m_form.lstDefPULoc.SetUsable(!m_form.lstDefPULoc.Items().isEmpty());
+}
+
 QString frmClusterMaintenance::EditCaption(const Table& table, State state) const {
     return IsReadOnly() ? tr("View Cluster Information:") : MaintenanceScreen::EditCaption(table, state);
 }

@@ -50,6 +50,7 @@ protected:
     bool ConfirmRowDelete(Table& table, const GridRow& row) override;
     void AfterDelete(Table& table, const GridRow& row) override;
     QString EditCaption(const Table& table, State state) const override;
+    void RefreshOwnControls() override;
 
 private:
     ClusterForm m_form;

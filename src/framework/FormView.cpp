@@ -1,6 +1,7 @@
 #include "framework/FormView.h"
 
 #include "framework/Captions.h"
+#include "framework/WrappingRow.h"
 
 #include <QGridLayout>
 #include <QGroupBox>
@@ -50,6 +51,18 @@ QWidget* FocusTarget(const FieldEditor& editor) {
                                                                             : editor.FocusWidgets().first();
 }
 
+/// Lets the widget be scrolled where there is less room than it needs.
+QScrollArea* MakeScrollArea(QWidget& widget, QWidget* parent) {
+    auto* area = new QScrollArea(parent);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    area->setFocusPolicy(Qt::NoFocus);
+    area->viewport()->setAutoFillBackground(false);
+    area->setWidget(&widget);
+    widget.setAutoFillBackground(false);
+    return area;
+}
+
 /// Two cells hold a field: its label and its control.
 constexpr int CellsOfField = 2;
 /// Between columns that stand side by side.
@@ -65,6 +78,8 @@ FormView::FormView(Form& form, const Layout& layout, QWidget* parent, const Slot
     for (qsizetype i = 1; i < m_tabOrder.size(); ++i)
         setTabOrder(m_tabOrder[i - 1], m_tabOrder[i]);
     connect(&form, &Form::Changed, this, &FormView::RefreshField);
+    // A screen's form goes before the controls: what they still say while they go reaches nobody.
+    connect(&form, &QObject::destroyed, this, [this] { m_editors.clear(); });
 }
 
 void FormView::SetReadOnly(bool readOnly) {
@@ -88,7 +103,10 @@ void FormView::FocusField(const Field& field) {
     FieldEditor* editor = EditorOf(field);
     if (!editor)
         return;
-    for (QWidget* widget = editor->Widget(); widget && widget != this; widget = widget->parentWidget()) {
+    QList<QScrollArea*> areas;
+    for (QWidget* widget = editor->Widget(); widget; widget = widget->parentWidget()) {
+        if (auto* area = qobject_cast<QScrollArea*>(widget))
+            areas.append(area);
         QWidget* stack = widget->parentWidget();
         if (auto* tabs = stack ? qobject_cast<QTabWidget*>(stack->parentWidget()) : nullptr)
             if (tabs->indexOf(widget) >= 0)
@@ -96,19 +114,12 @@ void FormView::FocusField(const Field& field) {
     }
     QWidget* target = FocusTarget(*editor);
     target->setFocus(Qt::TabFocusReason);
-    if (m_scrollArea)
-        m_scrollArea->ensureWidgetVisible(target);
+    for (QScrollArea* area : areas)
+        area->ensureWidgetVisible(target);
 }
 
 QWidget* FormView::InScrollArea(QWidget* parent) {
-    m_scrollArea = new QScrollArea(parent);
-    m_scrollArea->setFrameShape(QFrame::NoFrame);
-    m_scrollArea->setWidgetResizable(true);
-    m_scrollArea->setFocusPolicy(Qt::NoFocus);
-    m_scrollArea->viewport()->setAutoFillBackground(false);
-    m_scrollArea->setWidget(this);
-    setAutoFillBackground(false);
-    return m_scrollArea;
+    return MakeScrollArea(*this, parent);
 }
 
 FieldEditor* FormView::EditorOf(const Field& field) const {
@@ -149,11 +160,14 @@ int FormView::DrawChild(const Layout& child, QWidget* parent, QGridLayout& grid,
 
     QWidget* widget = nullptr;
     switch (child.kind) {
-    case Layout::Kind::Frame: {
-        auto* frame = new QGroupBox(child.text, parent);
-        frame->setObjectName(child.name);
-        DrawColumn(child.children, frame);
-        widget = frame;
+    case Layout::Kind::Frame:
+        widget = DrawFrame(child, parent);
+        break;
+    case Layout::Kind::Flow: {
+        auto* flow = new WrappingRow(child.most, parent);
+        for (const Layout& frame : child.children)
+            flow->Add(DrawFrame(frame, flow));
+        widget = flow;
         break;
     }
     case Layout::Kind::Tabs:
@@ -216,6 +230,13 @@ int FormView::DrawField(Field& field, QWidget* parent, QGridLayout& grid, int ro
     return column + CellsOfField;
 }
 
+QWidget* FormView::DrawFrame(const Layout& layout, QWidget* parent) {
+    auto* frame = new QGroupBox(layout.text, parent);
+    frame->setObjectName(layout.name);
+    DrawColumn(layout.children, frame);
+    return frame;
+}
+
 QWidget* FormView::DrawTabs(const Layout& layout, QWidget* parent) {
     auto* tabs = new QTabWidget(parent);
     tabs->setObjectName(layout.name);
@@ -225,8 +246,12 @@ QWidget* FormView::DrawTabs(const Layout& layout, QWidget* parent) {
     for (const Layout& page : layout.children) {
         auto* widget = new QWidget(tabs);
         DrawColumn(page.children, widget);
-        SetDeclaredCaption(*widget, page.text);
-        tabs->addTab(widget, page.text);
+        // A page of many frames is scrolled by itself: the other pages need not be as high.
+        const bool isLong = std::any_of(page.children.begin(), page.children.end(),
+                                        [](const Layout& child) { return child.kind == Layout::Kind::Flow; });
+        QWidget* shown = isLong ? MakeScrollArea(*widget, tabs) : widget;
+        SetDeclaredCaption(*shown, page.text);
+        tabs->addTab(shown, page.text);
     }
     return tabs;
 }

@@ -10,7 +10,6 @@
 
 class QGridLayout;
 class QLabel;
-class QScrollArea;
 
 namespace sysadmin {
 
@@ -45,6 +44,7 @@ private:
     /// Draws a child into the grid from a cell on; answers the first free column behind it.
     int DrawChild(const Layout& child, QWidget* parent, QGridLayout& grid, int row, int column, bool inRow);
     int DrawField(Field& field, QWidget* parent, QGridLayout& grid, int row, int column, bool inRow);
+    QWidget* DrawFrame(const Layout& frame, QWidget* parent);
     QWidget* DrawTabs(const Layout& tabs, QWidget* parent);
     void RefreshField(Field* field);
 
@@ -53,7 +53,6 @@ private:
     std::map<const Field*, std::unique_ptr<FieldEditor>> m_editors;
     std::map<const Field*, QLabel*> m_labels;
     QList<QWidget*> m_tabOrder;
-    QScrollArea* m_scrollArea = nullptr;
     bool m_readOnly = false;
 };
 

@@ -93,7 +93,8 @@ protected:
     void Finish();
     /// Replaces the rights that come from the screen's area. Call it before `LoadScreen` of this class runs.
     void SetRights(bool mayCreate, bool mayEdit, bool mayDelete);
-    /// Puts a further button behind Delete on the list side, or behind Cancel in the edit area.
+    /// Puts a further button below New, Edit and Delete on the list side, or in front of Save in the edit
+    /// area.
     void AddListButton(QPushButton* button);
     void AddEditButton(QPushButton* button);
 
@@ -173,6 +174,7 @@ private:
     QWidget* m_listSide = nullptr;
     QVBoxLayout* m_listLayout = nullptr;
     QHBoxLayout* m_listButtons = nullptr;
+    QHBoxLayout* m_moreListButtons = nullptr; // a line of their own: in one the list would have to be wide
     QHBoxLayout* m_editButtons = nullptr;
     QTabWidget* m_tabs = nullptr; // only with several tables
     QGroupBox* m_fraEdit = nullptr;

@@ -41,6 +41,9 @@ MaintenanceScreen::MaintenanceScreen(Application& application, const QString& fo
         m_listButtons->addWidget(button);
     m_listButtons->addStretch();
     m_listLayout->addLayout(m_listButtons);
+    m_moreListButtons = new QHBoxLayout;
+    m_moreListButtons->addStretch();
+    m_listLayout->addLayout(m_moreListButtons);
 
     m_fraEdit = new QGroupBox(splitter);
     m_fraEdit->setObjectName("fraEdit");
@@ -134,7 +137,7 @@ void MaintenanceScreen::Finish() {
 }
 
 void MaintenanceScreen::AddListButton(QPushButton* button) {
-    m_listButtons->insertWidget(m_listButtons->count() - 1, button);
+    m_moreListButtons->insertWidget(m_moreListButtons->count() - 1, button);
 }
 
 void MaintenanceScreen::AddEditButton(QPushButton* button) {
@@ -153,6 +156,7 @@ void MaintenanceScreen::OrderTabStops() {
     for (const Table& table : m_tables)
         order << table.grid->FilterBox() << table.grid;
     appendButtons(*m_listButtons);
+    appendButtons(*m_moreListButtons);
     for (const Table& table : m_tables)
         order.append(table.view->TabOrder());
     appendButtons(*m_editButtons);

@@ -8,6 +8,7 @@
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -18,6 +19,7 @@ namespace sysadmin {
 namespace {
 
 constexpr QChar DifferenceMark = u'\u2260';
+constexpr int MarkWidth = 36;
 
 QString ValueIn(const ComparedRecord& record, const ComparedItem& item) {
     for (const ComparedItem& other : record)
@@ -36,7 +38,7 @@ CompareDialog::CompareDialog(const QString& caption, const PickItem& left, const
     , m_left(m_describe(left.id)) {
     setObjectName("frmCompare");
     setWindowTitle(tr("Compare %1").arg(caption));
-    resize(720, 520);
+    resize(860, 560);
 
     auto* whole = new QVBoxLayout(this);
     auto* line = new QHBoxLayout;
@@ -54,7 +56,7 @@ CompareDialog::CompareDialog(const QString& caption, const PickItem& left, const
     whole->addLayout(line);
 
     m_grid = new ListGrid("vsfComparison",
-                          {{QString(DifferenceMark), 32},
+                          {{QString(DifferenceMark), MarkWidth},
                            {tr("Section"), 110},
                            {tr("Item")},
                            {left.text, 150},
@@ -62,6 +64,8 @@ CompareDialog::CompareDialog(const QString& caption, const PickItem& left, const
                           this);
     m_grid->setAccessibleName(tr("Comparison"));
     m_grid->SetSortable(false);
+    m_grid->horizontalHeader()->setMinimumSectionSize(MarkWidth);
+    m_grid->horizontalHeader()->resizeSection(0, MarkWidth);
     whole->addWidget(m_grid->FilterBox());
     whole->addWidget(m_grid, 1);
     m_summary = new QLabel(this);
@@ -111,8 +115,9 @@ void CompareDialog::ShowComparison() {
                  {}});
     }
     m_grid->SetRows(rows);
-    m_summary->setText(differences == 0 ? tr("There is no difference.")
-                                        : tr("%n difference(s).", nullptr, differences));
+    m_summary->setText(differences == 0   ? tr("There is no difference.")
+                       : differences == 1 ? tr("1 difference.")
+                                          : tr("%1 differences.").arg(differences));
 }
 
 void CompareSelected(Application& application, QWidget* parent, const QString& caption, const ListGrid& grid,

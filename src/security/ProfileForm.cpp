@@ -70,19 +70,14 @@ FlagField* ProfileForm::FindRight(const QString& tag) {
 
 Layout ProfileForm::Draw() {
     auto right = rights.begin();
-    QList<Layout> rows;
-    QList<Layout> inRow;
+    QList<Layout> frames;
     for (const RightGroup& group : spec.groups) {
         QList<Layout> boxes;
         for (qsizetype i = 0; i < group.rights.size(); ++i)
             boxes.append(*right++);
-        inRow.append(Frame("fra" + QString::number(rows.size()) + QString::number(inRow.size()),
-                           group.caption, boxes));
-        if (inRow.size() == spec.groupsPerRow)
-            rows.append(Row(std::exchange(inRow, {})));
+        frames.append(Frame("fraRights" + QString::number(frames.size()), group.caption, boxes));
     }
-    if (!inRow.isEmpty())
-        rows.append(Row(inRow));
+    QList<Layout> rows{Flow(spec.groupsPerRow, frames)};
     if (cboLevel)
         rows.prepend(*cboLevel);
 

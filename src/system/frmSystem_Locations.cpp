@@ -26,7 +26,7 @@ frmSystem_Locations::frmSystem_Locations(Application& application, QWidget* pare
     Follow(m_form.cboOwningLib, OwningLibraries);
     AddTable({.subject = tr("Location"),
               .notice = "Loc",
-              .columns = {{tr("Codes"), 120}, {tr("Names")}, {tr("Owning Library"), 150}},
+              .columns = {{tr("Codes"), 120}, {tr("Names")}, {tr("Owning Library"), 180}},
               .cellTags = {"Cd", "Nm", "LN"},
               .recordTag = "ID",
               .boxOnLoadFailure = true,

@@ -7,6 +7,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace sysadmin {
 
 frmSystem_PhoneNumbers::frmSystem_PhoneNumbers(const QList<PickItem>& types, const QString& type,
@@ -29,7 +31,11 @@ frmSystem_PhoneNumbers::frmSystem_PhoneNumbers(const QList<PickItem>& types, con
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(&m_form, &Form::Changed, this, [this, cmdOK] { cmdOK->setEnabled(m_form.IsComplete()); });
     m_form.cboPhoneType.SetItems(types);
-    m_form.cboPhoneType.SetStored(type.isEmpty() && !types.isEmpty() ? types.first().id : type);
+    // The library's first type is the usual one; the list itself is in alphabetical order.
+    const auto usual = std::min_element(types.begin(), types.end(), [](const PickItem& a, const PickItem& b) {
+        return a.id.toLongLong() < b.id.toLongLong();
+    });
+    m_form.cboPhoneType.SetStored(type.isEmpty() && usual != types.end() ? usual->id : type);
     m_form.txtPhoneNumber.SetStored(number);
     m_view->FocusField(m_form.txtPhoneNumber);
 }

@@ -20,7 +20,8 @@ class frmSystem_PhoneNumbers : public QDialog {
     Q_OBJECT
 
 public:
-    /// `type` and `number` are what the phone has now; a phone without a type starts with the first one.
+    /// `type` and `number` are what the phone has now; a phone without a type starts with the one of the
+    /// lowest id.
     frmSystem_PhoneNumbers(const QList<PickItem>& types, const QString& type, const QString& number,
                            QWidget* parent);
 

@@ -29,6 +29,7 @@ protected:
     }
     void ExpectPhone(const QString& type, const QString& number) {
         prompter.ExpectDialogResult("frmSystem_PhoneNumbers", [=, this](QDialog& phone) {
+            EXPECT_EQ(Get<QComboBox>(phone, "cboPhoneType").currentText(), "Primary");
             Choose(phone, "cboPhoneType", type);
             Type(phone, "txtPhoneNumber", number);
             Click(phone, "cmdOK");

@@ -77,7 +77,7 @@ TEST_F(SecurityRecordsTest, TwoRecordsAreCompared) {
         EXPECT_LT(different.size(), all.size());
         for (const QString& row : different)
             EXPECT_TRUE(row.startsWith("\u2260|")) << row.toStdString();
-        EXPECT_EQ(summary, QString("%1 difference(s).").arg(different.size()));
+        EXPECT_EQ(summary, QString("%1 differences.").arg(different.size()));
         Click(dialog, "cmdClose");
     });
     Click(*screen, "cmdCompare");

@@ -34,7 +34,8 @@ const QStringList AllGroups{"Acquisitions", "CallSlips", "Cataloging", "Circulat
 
 TEST_F(NavigationTest, TheTableIsWhole) {
     QList<qsizetype> counts;
-    for (const NavigationGroup& group : Navigation(catalogue).Groups())
+    const Navigation navigation(catalogue);
+    for (const NavigationGroup& group : navigation.Groups())
         counts.append(group.items.size());
     EXPECT_EQ(counts, QList<qsizetype>({9, 3, 8, 11, 5, 12, 8, 12, 3}));
     QSet<QString> keys;

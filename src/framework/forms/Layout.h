@@ -11,6 +11,7 @@ struct Layout {
         Column, ///< its children below each other, labels and controls aligned
         Row,    ///< its children side by side, aligned with the other rows of the column
         Frame,  ///< a titled frame around a column
+        Flow,   ///< frames side by side, as many as fit; the others below them
         Tabs,   ///< a tab widget; its children are pages
         Page,   ///< one tab: a column
         Note,   ///< explaining text
@@ -31,6 +32,7 @@ struct Layout {
     QString text; ///< a frame's or page's caption, a note's text
     Field* field = nullptr;
     QList<Layout> children;
+    int most = 0; ///< of a flow: so many frames side by side at the most
 };
 
 inline Layout Column(const QList<Layout>& children) {
@@ -41,6 +43,11 @@ inline Layout Row(const QList<Layout>& children) {
 }
 inline Layout Frame(const QString& name, const QString& caption, const QList<Layout>& children) {
     return {Layout::Kind::Frame, name, caption, children};
+}
+inline Layout Flow(int most, const QList<Layout>& frames) {
+    Layout flow{Layout::Kind::Flow, {}, {}, frames};
+    flow.most = most;
+    return flow;
 }
 inline Layout Tabs(const QString& name, const QList<Layout>& pages) {
     return {Layout::Kind::Tabs, name, {}, pages};
