@@ -122,7 +122,8 @@ void Robot::Start() {
 }
 
 void Robot::ScheduleTick() {
-    // A timer of its own each time: one that is being served does not fire inside the dialogs that open meanwhile.
+    // A timer of its own each time: one that is being served does not fire inside the dialogs that open
+    // meanwhile.
     QTimer::singleShot(TickMilliseconds, this, &Robot::Tick);
 }
 

@@ -9,8 +9,8 @@ namespace sysadmin {
 
 namespace {
 
-/// What each folder may include besides itself. `core/data` and `framework/forms` are folders of their own: they
-/// hold no widgets.
+/// What each folder may include besides itself. `core/data` and `framework/forms` are folders of their own:
+/// they hold no widgets.
 QMap<QString, QSet<QString>> AllowedIncludes() {
     QMap<QString, QSet<QString>> allowed{
         {"wire", {}},
@@ -21,7 +21,8 @@ QMap<QString, QSet<QString>> AllowedIncludes() {
         {"framework", {"framework/forms", "core", "core/data", "wire"}},
         {"server", {"wire"}},
     };
-    const QStringList subsystems{"system", "security", "circulation", "requests", "cataloging", "search", "acquisitions"};
+    const QStringList subsystems{"system",     "security", "circulation", "requests",
+                                 "cataloging", "search",   "acquisitions"};
     for (const QString& subsystem : subsystems)
         allowed[subsystem] = {"framework", "framework/forms", "core", "core/data", "wire"};
     QSet<QString> all(allowed.keyBegin(), allowed.keyEnd());

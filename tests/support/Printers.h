@@ -8,7 +8,9 @@
 
 // How failed comparisons show texts and fields. Precompiled into every test program.
 
-inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
+inline void PrintTo(const QString& text, std::ostream* out) {
+    *out << '"' << text.toStdString() << '"';
+}
 
 namespace sysadmin::wire {
 

@@ -7,9 +7,13 @@ void ClusterCollection::Clear() {
     m_currentId.clear();
 }
 
-void ClusterCollection::Put(const clsCluster& cluster) { m_clusters[cluster.sClusterID] = cluster; }
+void ClusterCollection::Put(const clsCluster& cluster) {
+    m_clusters[cluster.sClusterID] = cluster;
+}
 
-void ClusterCollection::Remove(const QString& id) { m_clusters.erase(id); }
+void ClusterCollection::Remove(const QString& id) {
+    m_clusters.erase(id);
+}
 
 const clsCluster* ClusterCollection::Find(const QString& id) const {
     const auto found = m_clusters.find(id);

@@ -14,8 +14,9 @@ struct PickItem {
     bool operator==(const PickItem&) const = default;
 };
 
-/// The pick-lists that several screens show, by their registered name ("cboItemType", "cboOwningLib", ...). Who
-/// saves or deletes a record brings its lists up to date; choices on open screens that show one follow at once.
+/// The pick-lists that several screens show, by their registered name ("cboItemType", "cboOwningLib", ...).
+/// Who saves or deletes a record brings its lists up to date; choices on open screens that show one follow at
+/// once.
 class PickLists : public QObject {
     Q_OBJECT
 
@@ -23,8 +24,8 @@ public:
     using QObject::QObject;
     /// Replaces a list whole.
     void Set(const QString& list, const QList<PickItem>& items);
-    /// Adds the entry, or gives the entry of this id the new text. A list nobody has filled yet is left alone:
-    /// its first reader loads it whole.
+    /// Adds the entry, or gives the entry of this id the new text. A list nobody has filled yet is left
+    /// alone: its first reader loads it whole.
     void Put(const QStringList& lists, const PickItem& item);
     void Remove(const QStringList& lists, const QString& id);
     /// The entries, sorted by text; empty for a list that nobody has filled.

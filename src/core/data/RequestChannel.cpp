@@ -2,7 +2,9 @@
 
 namespace sysadmin {
 
-void RequestChannel::PutField(const QString& tag, const QString& value) { m_pending.append({tag, value}); }
+void RequestChannel::PutField(const QString& tag, const QString& value) {
+    m_pending.append({tag, value});
+}
 
 qint16 RequestChannel::SendRequest(const QString& name) {
     const wire::Fields fields = std::exchange(m_pending, {});
@@ -22,7 +24,9 @@ QString RequestChannel::GetField(const QString& tag) const {
     return {};
 }
 
-bool RequestChannel::GetFlag(const QString& tag) const { return GetField(tag) == u"Y"; }
+bool RequestChannel::GetFlag(const QString& tag) const {
+    return GetField(tag) == u"Y";
+}
 
 bool RequestChannel::NextRecord(const QString& tag) {
     qsizetype& place = m_places[tag];

@@ -11,8 +11,8 @@ class Session;
 
 /// The one way to the settings server: put tagged fields, send a named request, read the reply.
 ///
-/// The reply is an ordered list of fields; a list of records is a run of fields per record that begins with the
-/// record's first tag. `NextRecord` walks such runs.
+/// The reply is an ordered list of fields; a list of records is a run of fields per record that begins with
+/// the record's first tag. `NextRecord` walks such runs.
 class RequestChannel {
 public:
     virtual ~RequestChannel() = default;
@@ -25,19 +25,19 @@ public:
     /// Appends a field to the next request. The same tag may be put many times.
     void PutField(const QString& tag, const QString& value);
 
-    /// Sends the request with the fields put since the last one, waits, makes the reply current, and answers its
-    /// status: 0 success, 55 the list continues, 1 no connection or no answer in time, else a refusal.
+    /// Sends the request with the fields put since the last one, waits, makes the reply current, and answers
+    /// its status: 0 success, 55 the list continues, 1 no connection or no answer in time, else a refusal.
     qint16 SendRequest(const QString& name);
 
-    /// The first field with this tag in the record under the cursor, or in the whole reply while there is none.
-    /// A missing tag is an empty text.
+    /// The first field with this tag in the record under the cursor, or in the whole reply while there is
+    /// none. A missing tag is an empty text.
     QString GetField(const QString& tag) const;
 
     /// True when the field is "Y".
     bool GetFlag(const QString& tag) const;
 
-    /// Moves the cursor to the next record that begins with this tag; false when there is none. Each tag has a
-    /// place of its own; the first call finds the first record.
+    /// Moves the cursor to the next record that begins with this tag; false when there is none. Each tag has
+    /// a place of its own; the first call finds the first record.
     bool NextRecord(const QString& tag);
 
     /// The fields of the current reply, in order.

@@ -7,9 +7,18 @@ namespace sysadmin {
 class RequestChannel;
 
 /// The module areas whose edit and view rights the profile keeps.
-enum class Area { Acquisitions, Cataloging, Circulation, CirculationConversion, PatronGroups, Security, System };
+enum class Area {
+    Acquisitions,
+    Cataloging,
+    Circulation,
+    CirculationConversion,
+    PatronGroups,
+    Security,
+    System
+};
 
-/// What the signed-on operator may do in this program. Read once after sign-on; whatever was not read is denied.
+/// What the signed-on operator may do in this program. Read once after sign-on; whatever was not read is
+/// denied.
 class SecurityProfile {
 public:
     /// Loads the rights of an operator. `LoadFailed` tells afterwards whether both requests succeeded.
