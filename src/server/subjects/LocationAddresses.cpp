@@ -3,6 +3,7 @@
 #include "server/SampleWriter.h"
 #include "server/SubjectRequests.h"
 #include "server/store/Database.h"
+#include "server/subjects/PostalFields.h"
 
 #include <algorithm>
 #include <optional>
@@ -13,34 +14,21 @@ namespace sysadmin::server {
 namespace {
 
 constexpr int MostAddresses = 6;
-constexpr int LineLength = 60;
 constexpr int PhoneLength = 40;
 
 /// The fields of an address, in the order in which they travel. No request of its own serves them.
 const Subject& Addresses() {
     static const Subject addresses{
         .table = "location_addresses",
-        .fields =
-            {
-                Field::Text("AdrNm", "contact", NameLength),
-                Field::Text("EMl", "email", NameLength),
-                Field::Text("Adr1", "line1", LineLength),
-                Field::Text("Adr2", "line2", LineLength),
-                Field::Text("Adr3", "line3", LineLength),
-                Field::Text("Adr4", "line4", LineLength),
-                Field::Text("Adr5", "line5", LineLength),
-                Field::Text("City", "city", LineLength),
-                Field::Text("St", "state", 40),
-                Field::Text("Zip", "postal_code", 20),
-                Field::Text("Cty", "country", LineLength),
-                Field::Text("SAN", "standard_number", 20),
-                Field::Flag("Ship", "is_ship_to"),
-                Field::Flag("Bill", "is_bill_to"),
-                Field::Flag("Strt", "is_street"),
-                Field::Flag("Cmp", "is_campus"),
-                Field::Flag("CDsk", "is_circ_desk"),
-                Field::Flag("Other", "is_other"),
-            },
+        .fields = QList<Field>{Field::Text("AdrNm", "contact", NameLength)} + PostalFields() +
+                  QList<Field>{
+                      Field::Flag("Ship", "is_ship_to"),
+                      Field::Flag("Bill", "is_bill_to"),
+                      Field::Flag("Strt", "is_street"),
+                      Field::Flag("Cmp", "is_campus"),
+                      Field::Flag("CDsk", "is_circ_desk"),
+                      Field::Flag("Other", "is_other"),
+                  },
     };
     return addresses;
 }
@@ -309,8 +297,8 @@ void FillLocationAddresses(SampleWriter& sample) {
                 {"line1", address.building},
                 {"line2", address.street},
                 {"city", "Eastfield"},
-                {"state", "CA"},
-                {"postal_code", "94305"},
+                {"state", "NY"},
+                {"postal_code", "12345"},
                 {"country", "USA"}};
         for (const QString& kind : address.kinds)
             row.insert(kind, "Y");

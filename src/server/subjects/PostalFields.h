@@ -1,0 +1,11 @@
+#pragma once
+
+#include "server/Subject.h"
+
+namespace sysadmin::server {
+
+/// The fields that every postal address has, from e-mail to standard number, in the order in which they
+/// travel.
+QList<Field> PostalFields();
+
+} // namespace sysadmin::server
