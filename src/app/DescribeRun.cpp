@@ -6,6 +6,7 @@
 #include "core/MainWindow.h"
 #include "core/Prompter.h"
 #include "core/Screen.h"
+#include "framework/ListGrid.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -18,10 +19,21 @@ namespace sysadmin {
 
 namespace {
 
+constexpr int MostRecords = 15;
+
 /// Dialogs in which there is nothing to enter.
 bool OnlyShows(const QString& dialog) {
     return QStringList{"frmLoginInformation", "frmAbout", "frmError", "frmSecurity_OperatorLockoutStatus"}
         .contains(dialog);
+}
+
+/// Presses the buttons that open dialogs from here.
+void OpenDialogs(QWidget& screen) {
+    for (QPushButton* button : screen.findChildren<QPushButton*>())
+        if (button->isEnabled() && !button->isHidden() &&
+            (button->text().endsWith("...") || button->objectName().startsWith("cmdAdd") ||
+             button->objectName() == u"cmdAddress"))
+            button->click();
 }
 
 /// Describes every dialog that comes instead of waiting for an operator, and answers the safe way.
@@ -49,6 +61,7 @@ public:
         dialog.show();
         Describe(dialog, OnlyShows(dialog.objectName()) ? "view" : "edit",
                  dialog.property("helpContext").toInt());
+        OpenDialogs(dialog);
         dialog.hide();
         return dialog.objectName() == u"frmSelectCluster"; // without one the screens behind it stay closed
     }
@@ -62,15 +75,6 @@ private:
 QAbstractButton* ButtonOf(QWidget& screen, const QString& name) {
     auto* button = screen.findChild<QAbstractButton*>(name);
     return button && !button->isHidden() && button->isEnabled() ? button : nullptr;
-}
-
-/// Presses the buttons that open dialogs from here.
-void OpenDialogs(QWidget& screen) {
-    for (QPushButton* button : screen.findChildren<QPushButton*>())
-        if (button->isEnabled() && !button->isHidden() &&
-            (button->text().endsWith("...") || button->objectName().startsWith("cmdAdd") ||
-             button->objectName() == u"cmdAddress"))
-            button->click();
 }
 
 void DescribeScreen(Screen& screen, DescribingPrompter& prompter, int helpContext, bool mayEdit) {
@@ -90,7 +94,17 @@ void DescribeScreen(Screen& screen, DescribingPrompter& prompter, int helpContex
                 cancel->click();
         }
     }
-    if (QAbstractButton* button = ButtonOf(screen, "cmdEdit")) {
+    // Which dialogs a record offers depends on the record: a few are looked at.
+    auto* grid = screen.findChild<ListGrid*>("vsf");
+    if (!grid) // several tables: the first one's
+        grid = screen.findChild<ListGrid*>();
+    const QStringList keys =
+        grid ? grid->Model().ShownKeys().mid(0, mayEdit ? MostRecords : 1) : QStringList();
+    for (const QString& key : keys) {
+        grid->SelectKey(key);
+        QAbstractButton* button = ButtonOf(screen, "cmdEdit");
+        if (!button)
+            break;
         button->click();
         prompter.Describe(screen, mayEdit ? "edit" : "view", helpContext);
         if (mayEdit)
