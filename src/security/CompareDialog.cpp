@@ -8,6 +8,7 @@
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
+#include <QHash>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -21,11 +22,13 @@ namespace {
 constexpr QChar DifferenceMark = u'\u2260';
 constexpr int MarkWidth = 36;
 
-QString ValueIn(const ComparedRecord& record, const ComparedItem& item) {
-    for (const ComparedItem& other : record)
-        if (other.section == item.section && other.name == item.name)
-            return other.value;
-    return CompareDialog::tr("No");
+using Values = QHash<QPair<QString, QString>, QString>; // by section and id
+
+Values ValuesOf(const ComparedRecord& record) {
+    Values values;
+    for (const ComparedItem& item : record)
+        values[{item.section, item.id}] = item.value;
+    return values;
 }
 
 } // namespace
@@ -76,21 +79,24 @@ CompareDialog::CompareDialog(const QString& caption, const PickItem& left, const
     whole->addWidget(buttons);
 
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    connect(m_other, &QComboBox::currentIndexChanged, this, &CompareDialog::ShowComparison);
+    connect(m_other, &QComboBox::currentIndexChanged, this, &CompareDialog::ReadOther);
     connect(m_onlyDifferences, &QCheckBox::toggled, this, &CompareDialog::ShowComparison);
     if (m_left)
-        ShowComparison();
+        ReadOther();
+}
+
+void CompareDialog::ReadOther() {
+    if (const std::optional<ComparedRecord> right = m_describe(m_other->currentData().toString()))
+        m_right = *right;
+    ShowComparison();
 }
 
 void CompareDialog::ShowComparison() {
-    const std::optional<ComparedRecord> right = m_describe(m_other->currentData().toString());
-    if (!right)
-        return;
+    const Values left = ValuesOf(*m_left);
+    const Values right = ValuesOf(m_right);
     ComparedRecord items = *m_left;
-    for (const ComparedItem& item : *right)
-        if (std::none_of(m_left->begin(), m_left->end(), [&](const ComparedItem& other) {
-                return other.section == item.section && other.name == item.name;
-            }))
+    for (const ComparedItem& item : m_right)
+        if (!left.contains({item.section, item.id}))
             items.append(item);
     // Sections stay together in the order in which they first come.
     QStringList sections;
@@ -104,8 +110,8 @@ void CompareDialog::ShowComparison() {
     QList<GridRow> rows;
     int differences = 0;
     for (const ComparedItem& item : items) {
-        const QString first = ValueIn(*m_left, item);
-        const QString second = ValueIn(*right, item);
+        const QString first = left.value({item.section, item.id}, tr("No"));
+        const QString second = right.value({item.section, item.id}, tr("No"));
         const bool differs = first != second;
         differences += differs;
         if (differs || !m_onlyDifferences->isChecked())

@@ -19,6 +19,7 @@ class ListGrid;
 /// One thing that a record has: where it belongs, what it is called, what it is.
 struct ComparedItem {
     QString section;
+    QString id; ///< what makes it the same thing in both records: names repeat
     QString name;
     QString value;
 };
@@ -39,11 +40,13 @@ public:
     bool IsReady() const { return m_left.has_value(); }
 
 private:
+    void ReadOther();
     void ShowComparison();
 
     PickItem m_leftItem;
     Describer m_describe;
     std::optional<ComparedRecord> m_left;
+    ComparedRecord m_right;
     QComboBox* m_other = nullptr;
     QCheckBox* m_onlyDifferences = nullptr;
     QLabel* m_summary = nullptr;

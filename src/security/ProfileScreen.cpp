@@ -151,15 +151,17 @@ void ProfileScreen::Compare() {
         form.Read(App().channel);
         ComparedRecord record;
         for (const FlagField& right : form.rights)
-            record.append({tr("Rights"), right.PlainCaption(), right.IsOn() ? tr("Yes") : tr("No")});
+            record.append(
+                {tr("Rights"), right.Tag(), right.PlainCaption(), right.IsOn() ? tr("Yes") : tr("No")});
         if (form.cboLevel)
-            record.append({tr("Rights"), form.cboLevel->PlainCaption(), form.cboLevel->DisplayText()});
+            record.append({tr("Rights"), form.cboLevel->Tag(), form.cboLevel->PlainCaption(),
+                           form.cboLevel->DisplayText()});
         if (form.chkAllLocations)
-            record.append({tr("Locations"), form.chkAllLocations->PlainCaption(),
+            record.append({tr("Locations"), form.chkAllLocations->Tag(), form.chkAllLocations->PlainCaption(),
                            form.chkAllLocations->IsOn() ? tr("Yes") : tr("No")});
         const auto addList = [&](const QString& section, const PickedField& field) {
             for (const GridRow& row : field.Lists().Selected())
-                record.append({section, row.cells.value(0), tr("Yes")});
+                record.append({section, row.key, row.cells.value(0), tr("Yes")});
         };
         addList(tr("Operators"), form.operators);
         if (form.locations)

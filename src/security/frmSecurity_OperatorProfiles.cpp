@@ -315,14 +315,15 @@ void frmSecurity_OperatorProfiles::Compare() {
         }
         ComparedRecord record;
         const auto addFlag = [&](const QString& tag, const QString& caption) {
-            record.append({tr("Account"), caption, channel.GetFlag(tag) ? tr("Yes") : tr("No")});
+            record.append({tr("Account"), tag, caption, channel.GetFlag(tag) ? tr("Yes") : tr("No")});
         };
         addFlag("Exp", tr("Expired"));
         addFlag("Lock", tr("Locked"));
         addFlag("Nexp", m_form.chkNeverExpire.PlainCaption());
         addFlag("Rchg", m_form.chkRestrictChange.PlainCaption());
         while (channel.NextRecord("Prof"))
-            record.append({tr("Current Profiles"), channel.GetField("Prof"), tr("Yes")});
+            record.append(
+                {tr("Current Profiles"), channel.GetField("Prof"), channel.GetField("Prof"), tr("Yes")});
         return record;
     };
     CompareSelected(App(), this, windowTitle(), *Current().grid, describe);

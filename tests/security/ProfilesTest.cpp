@@ -159,8 +159,10 @@ TEST_F(ProfilesTest, DuplicateIsANewProfileWithTheSameRightsAndMembers) {
 TEST_F(ProfilesTest, ComparisonMarksWhatDiffers) {
     OpenMaster();
     AnswerGet();
-    channel.Answer("GetMPrf", 0, {{"Nm", "Viewers"}, {"SecV", "Y"}, {"SOI", "SUE"}, {"SON", "Sue"}});
-    channel.Answer("GetMPrf", 0, {{"Nm", "Viewers"}, {"SecV", "Y"}, {"SOI", "SUE"}, {"SON", "Sue"}});
+    // Another location of the same name is another location.
+    channel.Answer(
+        "GetMPrf", 0,
+        {{"Nm", "Viewers"}, {"SecV", "Y"}, {"SOI", "SUE"}, {"SON", "Sue"}, {"3", "31"}, {"4", "Main"}});
     prompter.ExpectDialog("frmCompare", [](QDialog& dialog) {
         dialog.findChild<QCheckBox*>("chkOnlyDifferences")->click();
         const GridModel& model = dialog.findChild<ListGrid*>()->Model();
@@ -169,7 +171,7 @@ TEST_F(ProfilesTest, ComparisonMarksWhatDiffers) {
             items.append(model.CellText(row, 2) + "=" + model.CellText(row, 3) + "/" +
                          model.CellText(row, 4));
         EXPECT_EQ(items, (QStringList{"Security (add, edit, delete)=Yes/No", "Security (view)=No/Yes",
-                                      "Tom=Yes/No", "Main=Yes/No", "Law=Yes/No"}));
+                                      "Tom=Yes/No", "Main=Yes/No", "Law=Yes/No", "Main=No/Yes"}));
         return false;
     });
     Click("cmdCompare");
