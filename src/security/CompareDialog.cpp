@@ -86,16 +86,20 @@ CompareDialog::CompareDialog(const QString& caption, const PickItem& left, const
 }
 
 void CompareDialog::ReadOther() {
-    if (const std::optional<ComparedRecord> right = m_describe(m_other->currentData().toString()))
-        m_right = *right;
+    m_right = m_describe(m_other->currentData().toString());
     ShowComparison();
 }
 
 void CompareDialog::ShowComparison() {
+    if (!m_right) { // could not be read, which was reported: what stood here belongs to another record
+        m_grid->SetRows({});
+        m_summary->clear();
+        return;
+    }
     const Values left = ValuesOf(*m_left);
-    const Values right = ValuesOf(m_right);
+    const Values right = ValuesOf(*m_right);
     ComparedRecord items = *m_left;
-    for (const ComparedItem& item : m_right)
+    for (const ComparedItem& item : *m_right)
         if (!left.contains({item.section, item.id}))
             items.append(item);
     // Sections stay together in the order in which they first come.

@@ -46,7 +46,7 @@ private:
     PickItem m_leftItem;
     Describer m_describe;
     std::optional<ComparedRecord> m_left;
-    ComparedRecord m_right;
+    std::optional<ComparedRecord> m_right;
     QComboBox* m_other = nullptr;
     QCheckBox* m_onlyDifferences = nullptr;
     QLabel* m_summary = nullptr;
