@@ -5,8 +5,6 @@
 #include "support/TestServer.h"
 #include "wire/Codec.h"
 
-#include <QCoreApplication>
-#include <QProcess>
 #include <QSslSocket>
 #include <QTest>
 
@@ -226,69 +224,6 @@ TEST(ServerOptionsTest, CommandLine) {
         EXPECT_FALSE(print->text.contains('\n'));
     }
     EXPECT_EQ(std::get<PrintAndExit>(ReadOptions({"--help"}, "/default")).exitStatus, 0);
-}
-
-/// The real program in a process of its own.
-class ServerProgram {
-public:
-    explicit ServerProgram(const QStringList& options) {
-        const QString program = QCoreApplication::applicationDirPath() + "/../src/app/sysadmin-server";
-        m_process.start(program, options);
-        while (m_port == 0 && m_process.waitForReadyRead(20'000)) {
-            while (m_process.canReadLine()) {
-                const QString line = QString::fromUtf8(m_process.readLine()).trimmed();
-                m_lines << line;
-                if (line.startsWith("Listening on "))
-                    m_port = line.section(':', -1).toUShort();
-            }
-        }
-    }
-    ~ServerProgram() { Kill(); }
-    void Kill() {
-        m_process.kill();
-        m_process.waitForFinished();
-    }
-    quint16 Port() const { return m_port; }
-    QProcess& Process() { return m_process; }
-
-private:
-    QProcess m_process;
-    QStringList m_lines;
-    quint16 m_port = 0;
-};
-
-TEST(ServerProgramTest, AKilledServerHasWhatItConfirmed) {
-    QTemporaryDir directory;
-    const QStringList options{"--library", directory.path(), "--create-sample", "--listen", "127.0.0.1:0"};
-    QString token;
-    std::optional<wire::Reply> added;
-    const wire::Fields globe{{"Cd", "globe"}, {"Nm", "Globe"}};
-    {
-        ServerProgram program(options);
-        ASSERT_NE(program.Port(), 0);
-        TlsClient client(program.Port());
-        token = client.SignOn("SYSADMIN");
-        ASSERT_FALSE(token.isEmpty());
-        added = client.Ask(1, "AddItmTp", globe);
-        ASSERT_EQ(added->status, status::Ok);
-        program.Kill();
-        EXPECT_TRUE(client.IsCutOff());
-    }
-    ServerProgram program(options);
-    TlsClient client(program.Port());
-    EXPECT_EQ(client.Ask(0, "Resume", {{"SID", token}})->status, status::Ok);
-    EXPECT_EQ(client.Ask(1, "AddItmTp", globe), added);
-    EXPECT_EQ(ValuesOf(client.Ask(2, "LstItmTp")->fields, "Cd").count("globe"), 1);
-}
-
-TEST(ServerProgramTest, KnownPasswordsStayOnThisMachine) {
-    QTemporaryDir directory;
-    ServerProgram program({"--library", directory.path(), "--create-sample", "--listen", "0.0.0.0:0"});
-    EXPECT_EQ(program.Port(), 0);
-    program.Process().waitForFinished();
-    EXPECT_EQ(program.Process().exitCode(), 1);
-    const QByteArray line = program.Process().readAllStandardError().trimmed();
-    EXPECT_TRUE(line.contains("sample library") && !line.contains('\n')) << line.toStdString();
 }
 
 } // namespace
