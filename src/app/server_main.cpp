@@ -28,6 +28,7 @@ int Serve(const ServerOptions& options) {
     opening.address = options.library;
     opening.whenMissing = options.createSample ? LibraryOptions::WhenMissing::MakeSample
                                                : LibraryOptions::WhenMissing::MakeEmpty;
+    opening.patience = std::chrono::seconds(50); // just less than clients wait
     QString error;
     const auto library = Library::Open(opening, &error);
     if (!library)

@@ -45,10 +45,11 @@ QString CheckFile(Database& database, const StoreAddress& address) {
 
 Library::Library(const LibraryOptions& options)
     : m_options(options)
-    , m_registry(options.registry ? options.registry : MakeRegistry()) {}
+    , m_registry(options.registry ? options.registry : MakeRegistry())
+    , m_writers(std::make_shared<WriterQueue>()) {}
 
 std::unique_ptr<Database> Library::Connect() const {
-    return std::make_unique<Database>(m_options.address);
+    return std::make_unique<Database>(m_options.address, m_writers, m_options.patience);
 }
 
 std::shared_ptr<const Library> Library::Open(const LibraryOptions& options, QString* error) {

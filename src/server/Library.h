@@ -3,6 +3,7 @@
 #include "server/Passwords.h"
 #include "server/Registry.h"
 #include "server/store/StoreAddress.h"
+#include "server/store/WriterQueue.h"
 
 #include <QDateTime>
 #include <QSemaphore>
@@ -23,6 +24,8 @@ struct LibraryOptions {
     StoreAddress address;
     WhenMissing whenMissing = WhenMissing::Refuse;
     HashCost hashCost = {};
+    /// How long a request waits for the changes of others.
+    std::chrono::milliseconds patience = std::chrono::seconds(10);
     /// The server's clock; tests set their own.
     std::function<QDateTime()> now = [] { return QDateTime::currentDateTimeUtc(); };
     /// What the server stores and answers; all of it unless a test says otherwise.
@@ -50,6 +53,8 @@ public:
     bool IsSample() const { return m_sample; }
     /// The password of the administrator of a library that was made just now; empty otherwise.
     const QString& FirstPassword() const { return m_firstPassword; }
+    /// Where changes wait for each other.
+    const WriterQueue& Writers() const { return *m_writers; }
     /// Keeps the memory that hashing takes within bounds when many sign on at once.
     QSemaphore& HashingSlots() const { return m_hashingSlots; }
 
@@ -61,6 +66,7 @@ private:
 
     LibraryOptions m_options;
     std::shared_ptr<const Registry> m_registry;
+    std::shared_ptr<WriterQueue> m_writers;
     SealingKeys m_keys;
     QString m_dummyHash;
     QString m_firstPassword;

@@ -27,6 +27,8 @@ qint16 StatusOf(const StoreError& error) {
         return status::DuplicateRecord;
     case StoreError::Kind::Referenced:
         return status::InUse;
+    case StoreError::Kind::Busy:
+        return status::CommunicationsFailure;
     default:
         return status::TableError;
     }
@@ -207,8 +209,22 @@ std::optional<QByteArray> ServerConnection::HandleNumbered(const wire::Request& 
     m_number = request.number;
     m_resumed = false;
     if (touch && !changes)
-        RunInTransaction(GetDatabase(), [&] { Sessions(GetDatabase()).Touch(m_session, m_library->Now()); });
+        TouchSession();
     return reply;
+}
+
+void ServerConnection::TouchSession() {
+    // Who only reads waits for nobody, and still gets the answer when nothing can be written: a later read
+    // makes up for it.
+    try {
+        RunInTransaction(*m_database, Transaction::Mode::WriteIfFree, [&] {
+            Sessions(*m_database).Touch(m_session, m_library->Now());
+            return true;
+        });
+    } catch (const StoreError& error) {
+        if (error.GetKind() != StoreError::Kind::Busy)
+            qWarning("The time of a session's last use: %s", error.what());
+    }
 }
 
 } // namespace sysadmin::server

@@ -30,7 +30,7 @@ private:
     Answer ChangePassword(const wire::Fields& request);
     Answer Carry(const wire::Request& request, const RequestRule& rule, const StoredSession& session,
                  ListCursor& cursor);
-    std::optional<Requester> CurrentRequester();
+    void TouchSession();
 
     std::shared_ptr<const Library> m_library;
     QString m_peer;

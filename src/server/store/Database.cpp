@@ -1,6 +1,8 @@
 #include "server/store/Database.h"
 
 #include <QFile>
+#include <QRandomGenerator>
+#include <QScopeGuard>
 #include <QSqlError>
 #include <QSqlRecord>
 #include <QThread>
@@ -9,6 +11,11 @@
 namespace sysadmin::server {
 
 namespace {
+
+/// How long SQLite waits by itself for what only takes a moment.
+constexpr int BusyMilliseconds = 2000;
+/// The advisory lock that a change holds in PostgreSQL; the number is nobody else's in a library's database.
+constexpr qint64 WritersLock = 0x5359'5341'444d'494e;
 
 StoreError::Kind KindOf(StoreAddress::Engine engine, const QSqlError& error) {
     using Kind = StoreError::Kind;
@@ -29,7 +36,12 @@ StoreError::Kind KindOf(StoreAddress::Engine engine, const QSqlError& error) {
         return Kind::Referenced;
     if (state == "40001" || state == "40P01")
         return Kind::Transient;
-    if (error.type() == QSqlError::ConnectionError || state.startsWith("08") || state.startsWith("57P"))
+    if (state == "55P03")
+        return Kind::Busy;
+    // A server that went down in the middle of a statement leaves no state: whether it was a COMMIT that
+    // still happened is not known.
+    if (state.isEmpty() || error.type() == QSqlError::ConnectionError || state.startsWith("08") ||
+        state.startsWith("57P") || state == "25P03")
         return Kind::Lost;
     return Kind::Failure;
 }
@@ -45,8 +57,11 @@ int ResultRow::Count() const {
     return m_query.record().count();
 }
 
-Database::Database(const StoreAddress& address)
+Database::Database(const StoreAddress& address, std::shared_ptr<WriterQueue> writers,
+                   std::chrono::milliseconds patience)
     : m_address(address)
+    , m_writers(writers ? std::move(writers) : std::make_shared<WriterQueue>())
+    , m_patience(patience)
     , m_connection(QUuid::createUuid().toString(QUuid::WithoutBraces)) {
     const bool sqlite = address.engine == StoreAddress::Engine::Sqlite;
     m_database = QSqlDatabase::addDatabase(sqlite ? "QSQLITE" : "QPSQL", m_connection);
@@ -57,7 +72,7 @@ Database::Database(const StoreAddress& address)
             if (QFile file(address.file); !file.exists() && file.open(QIODevice::NewOnly))
                 file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
             m_database.setDatabaseName(address.file);
-            m_database.setConnectOptions("QSQLITE_BUSY_TIMEOUT=2000");
+            m_database.setConnectOptions("QSQLITE_BUSY_TIMEOUT=" + QString::number(BusyMilliseconds));
         } else {
             m_database.setHostName(address.host);
             m_database.setPort(address.port);
@@ -74,6 +89,10 @@ Database::Database(const StoreAddress& address)
             RunOnce("PRAGMA foreign_keys=ON");
         } else {
             RunOnce("SET client_min_messages=warning");
+            RunOnce("SET synchronous_commit=on");
+            RunOnce("SET lock_timeout=" + QString::number(m_patience.count()));
+            // A machine that vanished in the middle of a change does not keep all others waiting.
+            RunOnce("SET idle_in_transaction_session_timeout='60s'");
         }
     } catch (...) {
         m_database = QSqlDatabase();
@@ -206,16 +225,66 @@ QStringList Database::ColumnsOf(const QString& table) const {
 
 Transaction::Transaction(Database& database, Mode mode)
     : m_database(database) {
-    const bool sqlite = database.GetEngine() == StoreAddress::Engine::Sqlite;
-    if (mode == Mode::Write)
-        database.RunOnce(sqlite ? "BEGIN IMMEDIATE" : "BEGIN ISOLATION LEVEL SERIALIZABLE");
+    if (mode == Mode::Read)
+        BeginReading();
     else
-        database.RunOnce(sqlite ? "BEGIN" : "BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY");
+        BeginWriting(mode == Mode::Write);
+}
+
+void Transaction::BeginReading() {
+    const bool sqlite = m_database.GetEngine() == StoreAddress::Engine::Sqlite;
+    m_database.RunOnce(sqlite ? "BEGIN" : "BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY");
+}
+
+void Transaction::BeginWriting(bool wait) {
+    // Within the program the line is fair; across programs the database sees to it that one writes at a time.
+    const auto deadline = WriterQueue::Clock::now() + m_database.Patience();
+    m_turn = wait ? m_database.m_writers->Wait(deadline) : m_database.m_writers->TakeIfFree();
+    if (!m_turn)
+        throw StoreError(StoreError::Kind::Busy, "Other changes take too long.");
+    if (m_database.GetEngine() == StoreAddress::Engine::Sqlite) {
+        BeginImmediate(wait ? deadline : WriterQueue::Clock::now());
+        return;
+    }
+    // Each statement sees what was committed before it began, and so all that was before the lock.
+    m_database.RunOnce("BEGIN ISOLATION LEVEL READ COMMITTED");
+    try {
+        if (wait)
+            m_database.RunOnce(QString("SELECT pg_advisory_xact_lock(%1)").arg(WritersLock));
+        else if (!m_database.FirstValue("SELECT pg_try_advisory_xact_lock(?)", {WritersLock}).toBool())
+            throw StoreError(StoreError::Kind::Busy, "Somebody else is changing something.");
+    } catch (const StoreError&) {
+        Undo();
+        throw;
+    }
+}
+
+void Transaction::BeginImmediate(WriterQueue::Clock::time_point deadline) {
+    // The engine's own waiting looks ten times a second, and would seldom find a moment between the changes
+    // of a busy program.
+    m_database.RunOnce("PRAGMA busy_timeout=0");
+    const auto patientAgain = qScopeGuard(
+        [this] { m_database.RunOnce("PRAGMA busy_timeout=" + QString::number(BusyMilliseconds)); });
+    for (;;) {
+        try {
+            m_database.RunOnce("BEGIN IMMEDIATE");
+            return;
+        } catch (const StoreError& error) {
+            if (error.GetKind() != StoreError::Kind::Transient)
+                throw;
+            if (WriterQueue::Clock::now() >= deadline)
+                throw StoreError(StoreError::Kind::Busy, error.Text());
+        }
+        QThread::usleep(500 + QRandomGenerator::global()->bounded(1500u));
+    }
 }
 
 Transaction::~Transaction() {
-    if (!m_open)
-        return;
+    if (m_open)
+        Undo();
+}
+
+void Transaction::Undo() {
     try {
         m_database.RunOnce("ROLLBACK");
     } catch (const StoreError&) {
@@ -232,11 +301,12 @@ void Transaction::Commit() {
         throw;
     }
     m_open = false;
+    m_turn.End();
 }
 
 bool RunInTransaction(Database& database, Transaction::Mode mode, const std::function<bool()>& work) {
-    constexpr int MostAttempts = 8;
-    for (int attempt = 1;; ++attempt) {
+    const auto deadline = WriterQueue::Clock::now() + database.Patience();
+    for (unsigned pause = 2;; pause = qMin(2 * pause, 100u)) {
         try {
             Transaction transaction(database, mode);
             if (!work())
@@ -244,10 +314,12 @@ bool RunInTransaction(Database& database, Transaction::Mode mode, const std::fun
             transaction.Commit();
             return true;
         } catch (const StoreError& error) {
-            if (error.GetKind() != StoreError::Kind::Transient || attempt == MostAttempts)
+            if (error.GetKind() != StoreError::Kind::Transient)
                 throw;
+            if (WriterQueue::Clock::now() >= deadline)
+                throw StoreError(StoreError::Kind::Busy, error.Text());
         }
-        QThread::msleep(5ul << attempt);
+        QThread::msleep(pause);
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "server/store/StoreAddress.h"
+#include "server/store/WriterQueue.h"
 
 #include <QHash>
 #include <QSqlDatabase>
@@ -26,6 +27,7 @@ public:
         Duplicate,  ///< a unique value is there already
         Referenced, ///< a reference would point nowhere
         Transient,  ///< another transaction was in the way: the whole transaction may be tried again
+        Busy,       ///< others were in the way for longer than one waits; nothing was done
         Lost,       ///< the connection is gone
     };
 
@@ -62,13 +64,16 @@ class Database {
 public:
     using Values = QVariantList;
 
-    /// Connects. An SQLite file is made when it is missing.
-    explicit Database(const StoreAddress& address);
+    /// Connects. An SQLite file is made when it is missing. Connections of one program to one library share
+    /// the line of writers (none: this one has its own); `patience` is how long to wait for others.
+    explicit Database(const StoreAddress& address, std::shared_ptr<WriterQueue> writers = {},
+                      std::chrono::milliseconds patience = std::chrono::seconds(10));
     ~Database();
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
 
     StoreAddress::Engine GetEngine() const { return m_address.engine; }
+    std::chrono::milliseconds Patience() const { return m_patience; }
 
     /// Carries out a statement; answers how many rows it touched.
     int Run(const QString& sql, const Values& values = {});
@@ -95,17 +100,22 @@ private:
     [[noreturn]] void Throw(const QSqlError& error);
 
     StoreAddress m_address;
+    std::shared_ptr<WriterQueue> m_writers;
+    std::chrono::milliseconds m_patience;
     QString m_connection;
     QSqlDatabase m_database;
     std::unordered_map<QString, std::unique_ptr<QSqlQuery>> m_prepared;
 };
 
-/// A transaction on a connection; rolled back unless committed.
+/// A transaction on a connection; rolled back unless committed. Those that write come one after the other,
+/// whatever the connection, the program or the machine they come from: what one of them has looked at stays
+/// as it is until it ends, so a rule may look first and write then. Those that read wait for nobody.
 class Transaction {
 public:
     enum class Mode {
-        Read,  ///< sees one state of the data throughout
-        Write, ///< as if no other transaction ran at the same time
+        Read,        ///< sees one state of the data throughout
+        Write,       ///< waits in line
+        WriteIfFree, ///< as `Write`; with `StoreError::Kind::Busy` at once when somebody else writes just now
     };
 
     Transaction(Database& database, Mode mode);
@@ -116,6 +126,12 @@ public:
     void Commit();
 
 private:
+    void BeginReading();
+    void BeginWriting(bool wait);
+    void BeginImmediate(WriterQueue::Clock::time_point deadline);
+    void Undo();
+
+    WriterQueue::Turn m_turn; // ends after the transaction
     Database& m_database;
     bool m_open = true;
 };
