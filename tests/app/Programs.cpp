@@ -34,10 +34,10 @@ ProgramResult RunProgram(const QString& program, const QStringList& arguments) {
             QString::fromUtf8(process.readAllStandardError())};
 }
 
-bool ServerProcess::Start(const QStringList& arguments) {
+bool ServerProcess::Start(const QStringList& arguments, const QString& program) {
     m_port = 0;
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_process.start(SYSADMIN_SERVER_PROGRAM, arguments);
+    m_process.start(program, arguments);
     while (m_port == 0 && m_process.waitForReadyRead(Patience)) {
         while (m_process.canReadLine()) {
             const QString line = QString::fromUtf8(m_process.readLine()).trimmed();

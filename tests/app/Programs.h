@@ -27,7 +27,7 @@ public:
     ~ServerProcess() { Kill(); }
 
     /// Starts it and waits until it listens; false when it ended instead.
-    bool Start(const QStringList& arguments);
+    bool Start(const QStringList& arguments, const QString& program = SYSADMIN_SERVER_PROGRAM);
     /// Ends it without giving it any chance to put things in order.
     void Kill();
 

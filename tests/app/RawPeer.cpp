@@ -49,6 +49,8 @@ bool RawPeer::SignOn(const QString& operatorId) {
     const QByteArray key = QByteArray::fromBase64(wire::FirstValue(hello->fields, "PK").toLatin1());
     const QString sealed = server::Seal(testing::SamplePassword(operatorId), key);
     const auto reply = Ask(0, "SignOn", {{"OI", operatorId}, {"PW", sealed}});
+    if (reply)
+        m_token = wire::FirstValue(reply->fields, "SID");
     return reply && reply->status == 0;
 }
 

@@ -22,11 +22,14 @@ public:
     std::optional<wire::Reply> Ask(quint64 number, const QString& name, const wire::Fields& fields = {});
     /// Whether a sample operator was accepted.
     bool SignOn(const QString& operatorId);
+    /// The token of the session that was begun.
+    const QString& Token() const { return m_token; }
     /// Waits for the server to end the connection.
     bool IsCutOff();
 
 private:
     QSslSocket m_socket;
+    QString m_token;
 };
 
 } // namespace sysadmin
