@@ -107,7 +107,8 @@ std::optional<Table> Membership::StoredAs(const QString& ownerTable) const {
                               .type = ColumnType::Reference,
                               .target = memberTable,
                               .onRemoval = OnRemoval::RemoveToo}},
-                 .uniqueSets = {{ownerColumn, memberColumn}}};
+                 .uniqueSets = {{ownerColumn, memberColumn}},
+                 .owner = ownerColumn};
 }
 
 void PutAvailable(Context& context, const Membership& membership, std::optional<qint64> owner,

@@ -1,18 +1,21 @@
 #include "server/Registry.h"
 
 #include "server/SubjectRequests.h"
+#include "server/store/History.h"
 
 namespace sysadmin::server {
 
 Registry::Registry() {
-    AddTable(HistoryTable());
+    for (const Table& table : HistoryTables())
+        AddTable(table);
+    AddMigration({2, [this](Database& database) { ConvertFormerHistory(database, m_tables); }});
     AddTable({.name = "usage",
               .columns = {{.name = "table_name"},
                           {.name = "kind"},
                           {.name = "record_id", .type = ColumnType::Whole},
                           {.name = "used", .type = ColumnType::Whole}},
               .uniqueSets = {{"table_name", "kind", "record_id"}},
-              .indexed = {"record_id"}});
+              .indexed = {{"record_id"}}});
     AddTable({.name = "sample_parts", .columns = {{.name = "name"}}, .uniqueSets = {{"name"}}});
 }
 
@@ -35,6 +38,10 @@ void Registry::AddTable(const Table& table) {
             known->uniqueTexts << unique;
     known->uniqueSets << table.uniqueSets;
     known->indexed << table.indexed;
+    if (!table.owner.isEmpty())
+        known->owner = table.owner;
+    if (table.content != Content::Settings)
+        known->content = table.content;
 }
 
 void Registry::AddSubject(Subject declared) {

@@ -167,6 +167,7 @@ Answer ServerConnection::Carry(const wire::Request& request, const RequestRule& 
                     .now = now,
                     .cursor = session.cursor};
     Answer answer = rule.handler(context, request.fields);
+    context.records.Finish();
     cursor = context.cursor;
     return answer;
 }

@@ -21,7 +21,8 @@ Table Sessions::Declare() {
                         {.name = "used_at"},
                         {.name = "cursor_request"},
                         {.name = "cursor_after", .type = ColumnType::Whole, .fallback = "0"}},
-            .uniqueSets = {{"token_hash"}}};
+            .uniqueSets = {{"token_hash"}},
+            .content = Content::Record};
 }
 
 qint64 Sessions::Start(const QString& token, qint64 operatorRow, const QString& peer, bool mustChange,

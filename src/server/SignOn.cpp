@@ -213,6 +213,7 @@ qint16 ChangeOwnPassword(Database& database, const Library& library, const Reque
         records.Update(
             "operators", requester.row,
             {{"modified_on", library.Now().date().toString(Qt::ISODate)}, {"modified_by", requester.id}});
+        records.Finish();
         Sessions(database).PasswordChanged(sessionRow);
     });
     return refused;

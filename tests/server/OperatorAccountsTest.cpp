@@ -169,9 +169,10 @@ TEST_F(OperatorAccountsTest, PasswordsOfTheSameOperatorDoNotRepeat) {
     EXPECT_EQ(use("Lantern-44", "Y"), status::Ok);
     m_server.Advance(2 * 3600);
     EXPECT_EQ(change("Lantern-44"), status::Ok);
-    EXPECT_EQ(m_server.Value("SELECT COUNT(*) FROM history WHERE changes LIKE '%argon2%' OR changes LIKE "
-                             "'%Lantern%'"),
-              "0");
+    EXPECT_EQ(
+        m_server.Value("SELECT COUNT(*) FROM history_records WHERE fields LIKE '%argon2%' OR fields LIKE "
+                       "'%Lantern%'"),
+        "0");
 }
 
 TEST_F(OperatorAccountsTest, NewPasswordByAnAdministratorThrowsTheOldSessionsOut) {
@@ -338,7 +339,7 @@ TEST_F(OperatorAccountsTest, LogOfInvalidAttemptsComesLatestFirstInBatches) {
 
     EXPECT_EQ(m_server.StatusOf("ClearInvalidLogins"), status::Ok);
     EXPECT_TRUE(next(false).fields.isEmpty());
-    EXPECT_EQ(m_server.Value("SELECT operator_id FROM history WHERE request='ClearInvalidLogins'"),
+    EXPECT_EQ(m_server.Value("SELECT operator_id FROM history_requests WHERE request='ClearInvalidLogins'"),
               "SYSADMIN")
         << "who emptied the log is known";
 }

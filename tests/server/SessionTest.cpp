@@ -39,7 +39,7 @@ TEST_P(SessionTest, ARequestSentAgainIsNotCarriedOutAgain) {
     ASSERT_EQ(m_server->Client().Resume(token, 1), status::Ok);
     EXPECT_EQ(m_server->Client().SendNumbered(2, "AddItmTp", {{"Cd", "globe"}, {"Nm", "Globe"}}), reply);
     EXPECT_EQ(m_server->Value("SELECT COUNT(*) FROM item_types WHERE code='globe'"), "1");
-    EXPECT_EQ(m_server->Value("SELECT COUNT(*) FROM history"), "1");
+    EXPECT_EQ(m_server->Value("SELECT COUNT(*) FROM history_records"), "1");
     EXPECT_EQ(m_server->Client().SendNumbered(3, "LstVenTp")->status, status::Ok);
 }
 

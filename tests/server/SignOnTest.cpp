@@ -195,8 +195,8 @@ TEST_F(SignOnTest, PasswordsAreNowhereInThePlain) {
     ASSERT_EQ(ChangePassword(m_server.Client(), "sample-guest-1", "Hidden-treasure-9"), status::Ok);
     EXPECT_EQ(OfOperator("GUEST", "sample_password"), "N");
     EXPECT_TRUE(OfOperator("GUEST", "password_hash").startsWith("$argon2id$"));
-    EXPECT_EQ(m_server.Value("SELECT COUNT(*) FROM history WHERE changes LIKE '%argon2%'"), "0");
-    EXPECT_NE(m_server.Value("SELECT COUNT(*) FROM history WHERE request='ChgOwnPwd'"), "0");
+    EXPECT_EQ(m_server.Value("SELECT COUNT(*) FROM history_records WHERE fields LIKE '%argon2%'"), "0");
+    EXPECT_NE(m_server.Value("SELECT COUNT(*) FROM history_requests WHERE request='ChgOwnPwd'"), "0");
     for (const char* name : {"/library.sqlite", "/library.sqlite-wal"}) {
         QFile file(m_server.Directory() + name);
         ASSERT_TRUE(file.open(QIODevice::ReadOnly));

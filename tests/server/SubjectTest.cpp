@@ -1,5 +1,7 @@
 #include "Engines.h"
 
+#include "server/store/History.h"
+#include "server/store/Schema.h"
 #include "server/subjects/Registrations.h"
 #include "support/TestServer.h"
 
@@ -257,36 +259,89 @@ TEST_P(SubjectTest, SingleRecords) {
 }
 
 TEST_P(SubjectTest, HistoryTellsWhoChangedWhat) {
+    Database& database = m_server->GetDatabase();
+    const auto requests = [&] { return m_server->Value("SELECT COUNT(*) FROM history_requests").toInt(); };
     const auto last = [&] {
-        return *m_server->GetDatabase().FirstRow("SELECT at, operator_id, peer, request, table_name, changes "
-                                                 "FROM history ORDER BY id DESC");
+        return *database.FirstRow(
+            "SELECT h.at, h.operator_id, h.peer, h.request, h.records, r.table_name, r.kind, "
+            "r.fields FROM history_requests h JOIN history_records r ON r.request_id=h.id "
+            "ORDER BY r.id DESC");
     };
-    EXPECT_EQ(m_server->Value("SELECT COUNT(*) FROM history"), "0");
+    EXPECT_EQ(requests(), 0);
     Send("AddVenTp", {{"Cd", "ZINE"}, {"Nm", "Zines"}});
+    EXPECT_EQ(last()[7].toString(), R"({"code":[null,"ZINE"],"name":[null,"Zines"]})");
     Send("UpdVenTp", {{"Cd", "ZINE"}, {"Nm", "Zine \"shop\""}, {"OCd", "ZINE"}});
     const QVariantList row = last();
     EXPECT_EQ(TimeFromStore(row[0].toString()), m_server->Now());
-    EXPECT_EQ(row.mid(1, 4), (QVariantList{"SYSADMIN", "local", "UpdVenTp", "vendor_types"}));
-    EXPECT_EQ(row[5].toString(), R"({"name":["Zines","Zine \"shop\""]})");
+    EXPECT_EQ(row.mid(1), (QVariantList{"SYSADMIN", "local", "UpdVenTp", 1, "vendor_types", "changed",
+                                        R"({"name":["Zines","Zine \"shop\""]})"}));
 
     // What is refused or changes nothing leaves no trace.
-    const QString count = m_server->Value("SELECT COUNT(*) FROM history");
+    const int count = requests();
     Send("UpdVenTp", {{"Cd", "ZINE"}, {"Nm", "Zine \"shop\""}, {"OCd", "ZINE"}});
     Send("AddVenTp", {{"Cd", "ZINE"}, {"Nm", "Again"}});
     Send("LstVenTp");
-    EXPECT_EQ(m_server->Value("SELECT COUNT(*) FROM history"), count);
-
+    EXPECT_EQ(requests(), count);
     Send("DelVenTp", {{"Cd", "ZINE"}});
-    EXPECT_EQ(last()[5].toString(), R"({"code":["ZINE",null],"name":["Zine \"shop\"",null]})");
-    // Rows that go with a record have an entry each.
-    const QString profile =
-        m_server->Value("SELECT id FROM master_profiles WHERE name='Circulation Settings'");
-    const int attached =
-        m_server->Value("SELECT COUNT(*) FROM master_profile_locations WHERE profile_id=?", {profile})
-            .toInt();
-    const int before = m_server->Value("SELECT COUNT(*) FROM history").toInt();
-    Send("DelMPrf", {{"ID", profile}});
-    EXPECT_EQ(m_server->Value("SELECT COUNT(*) FROM history").toInt(), before + attached + 2);
+    EXPECT_EQ(last()[7].toString(), R"({"code":["ZINE",null],"name":["Zine \"shop\"",null]})");
+
+    // Rows that go with a record have an entry each, under the record to which they belonged; its number
+    // grows with each of them.
+    const auto location = m_server->Value("SELECT location_id FROM location_addresses ORDER BY id");
+    const RecordName name{"locations", location.toLongLong()};
+    EXPECT_EQ(LastChangeOf(database, name), 0);
+    const wire::Fields reply = Send("GetLoc", {{"ID", location}}).fields;
+    const auto change = [&](const wire::Fields& more) {
+        wire::Fields put{{"ID", location}};
+        for (const char* tag : {"Cd", "Nm", "Spn", "Dsp", "OPAC", "Lb"})
+            put.append({tag, wire::FirstValue(reply, tag)});
+        EXPECT_EQ(StatusOf("UpdLoc", put + more), status::Ok);
+        return LastChangeOf(database, name);
+    };
+    const wire::Fields address{
+        {"AdrRq", "1"}, {"AdrNm", "Annex"}, {"PhNm", "555"}, {"PhTp", "1"}, {"PhRq", "1"}};
+    const qint64 first = change(address);
+    EXPECT_GT(first, 0);
+    EXPECT_EQ(m_server->Value("SELECT records FROM history_requests WHERE id=?", {first}), "2");
+    const QString added = m_server->Value("SELECT MAX(id) FROM location_addresses");
+    EXPECT_GT(change({{"AdrRq", "3"}, {"AdrID", added}}), first);
+    EXPECT_EQ(m_server->Value("SELECT COUNT(*) FROM history_records WHERE table_name='location_phones' AND "
+                              "subject_table='locations' AND subject_id=?",
+                              {location.toLongLong()}),
+              "2");
+}
+
+TEST_P(SubjectTest, TheFormerHistoryIsTakenOver) {
+    Database& database = m_server->GetDatabase();
+    Table former{.name = "history",
+                 .columns = {{.name = "at"},
+                             {.name = "operator_id"},
+                             {.name = "peer"},
+                             {.name = "request"},
+                             {.name = "table_name"},
+                             {.name = "record_id", .type = ColumnType::Whole},
+                             {.name = "changes"}}};
+    WriteSetting(database, "schema_version", "1");
+    BringToSchema(database, {.tables = {former}});
+    const auto write = [&](const QString& request, const QString& table, int id, const QString& changes) {
+        database.Run("INSERT INTO history (at, operator_id, request, table_name, record_id, changes) VALUES "
+                     "('now', 'CIRC', ?, ?, ?, ?)",
+                     {request, table, id, changes});
+    };
+    write("AddLib", "owning_libraries", 7, R"({"name":[null,"A"],"nuc_code":[null,""]})");
+    write("AddLib", "locations", 9, R"({"owning_library_id":[null,"7"]})");
+    write("DelMPrf", "master_profile_locations", 4, R"({"location_id":["1",null],"profile_id":["2",null]})");
+    m_server->Restart();
+    QStringList taken;
+    m_server->GetDatabase().Each(
+        "SELECT h.request, h.records, r.record_id, r.kind FROM history_requests h JOIN history_records r ON "
+        "r.request_id=h.id ORDER BY r.id",
+        {}, [&](const ResultRow& row) {
+            taken << row.value(0).toString() + row.value(1).toString() + ' ' + row.value(2).toString() +
+                         row.value(3).toString();
+        });
+    EXPECT_EQ(taken, (QStringList{"AddLib2 7added", "AddLib2 9changed", "DelMPrf1 4removed"}));
+    EXPECT_FALSE(m_server->GetDatabase().HasTable("history"));
 }
 
 TEST_P(SubjectTest, ListsInBatches) {

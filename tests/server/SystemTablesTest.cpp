@@ -141,7 +141,8 @@ TEST_F(SystemTablesTest, MiscellaneousSwitchesAndAlertTextsAreKept) {
     EXPECT_EQ(Send("GetMsc").fields, switches);
     EXPECT_EQ(Send("GetZebConfig").fields, services);
     EXPECT_EQ(Send("GetWSLoginSum").fields, alerts);
-    EXPECT_EQ(m_server.Value("SELECT COUNT(*) FROM history WHERE changes LIKE ?", {"%secret-pin%"}), "0");
+    EXPECT_EQ(m_server.Value("SELECT COUNT(*) FROM history_records WHERE fields LIKE ?", {"%secret-pin%"}),
+              "0");
 }
 
 TEST_F(SystemTablesTest, SelfRegistrationKeepsItsFields) {

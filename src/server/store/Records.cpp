@@ -1,10 +1,7 @@
 #include "server/store/Records.h"
 
 #include "server/store/Database.h"
-
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
+#include "server/store/History.h"
 
 namespace sysadmin::server {
 
@@ -30,16 +27,15 @@ QVariant Stored(const Column& column, const QVariant& value) {
     Q_UNREACHABLE();
 }
 
-QJsonValue InHistory(const QVariant& value) {
-    return value.isNull() ? QJsonValue() : QJsonValue(value.toString());
-}
-
 } // namespace
 
-Records::Records(Database& database, const Tables& tables, std::optional<Author> author)
+Records::Records(Database& database, const Tables& tables, const std::optional<Author>& author)
     : m_database(database)
     , m_tables(tables)
-    , m_author(std::move(author)) {}
+    , m_history(author ? std::make_unique<HistoryWriter>(database, tables, *author) : nullptr) {}
+
+Records::~Records() = default;
+Records::Records(Records&&) noexcept = default;
 
 const Table& Records::Named(const QString& table) const {
     const auto found = m_tables.constFind(table);
@@ -73,8 +69,8 @@ qint64 Records::Insert(const QString& tableName, const Row& values) {
         names.isEmpty() ? "INSERT INTO " + table.name + " DEFAULT VALUES"
                         : "INSERT INTO " + table.name + " (" + names.join(", ") + ") VALUES (" + places + ')',
         bound);
-    if (m_author)
-        WriteHistory(table, id, {}, *Find(tableName, id));
+    if (m_history)
+        m_history->Note(HistoryWriter::Kind::Added, table, id, {}, *Find(tableName, id));
     return id;
 }
 
@@ -89,7 +85,7 @@ bool Records::Update(const QString& tableName, qint64 id, const Row& values) {
         const Column* column = table.Find(value.key());
         if (column && Stored(*column, value.value()) == before->value(value.key()))
             continue;
-        changed.insert(value.key(), value.value());
+        changed.insert(value.key(), column ? Stored(*column, value.value()) : value.value());
         replaced.insert(value.key(), before->value(value.key()));
     }
     if (changed.isEmpty())
@@ -99,8 +95,8 @@ bool Records::Update(const QString& tableName, qint64 id, const Row& values) {
     Append(table, changed, names, bound);
     bound << id;
     m_database.Run("UPDATE " + table.name + " SET " + names.join("=?, ") + "=? WHERE id=?", bound);
-    if (m_author)
-        WriteHistory(table, id, replaced, changed);
+    if (m_history)
+        m_history->Note(HistoryWriter::Kind::Changed, table, id, replaced, changed);
     return true;
 }
 
@@ -126,8 +122,8 @@ bool Records::Remove(const QString& tableName, qint64 id) {
         }
     }
     m_database.Run("DELETE FROM " + table.name + " WHERE id=?", {id});
-    if (m_author)
-        WriteHistory(table, id, *before, {});
+    if (m_history)
+        m_history->Note(HistoryWriter::Kind::Removed, table, id, *before, {});
     return true;
 }
 
@@ -189,31 +185,17 @@ qint64 Records::Count(const QString& table, const QString& column, const QVarian
         .toLongLong();
 }
 
-void Records::WriteHistory(const Table& table, qint64 id, const Row& before, const Row& after) {
-    QJsonObject changes;
-    for (const Column& column : table.columns) {
-        if (column.secret || (!before.contains(column.name) && !after.contains(column.name)))
-            continue;
-        changes.insert(column.name,
-                       QJsonArray{InHistory(before.value(column.name)), InHistory(after.value(column.name))});
-    }
-    const QString text = QString::fromUtf8(QJsonDocument(changes).toJson(QJsonDocument::Compact));
-    m_database.Run(
-        "INSERT INTO history (at, operator_id, peer, request, table_name, record_id, changes) "
-        "VALUES (?, ?, ?, ?, ?, ?, ?)",
-        {m_author->time, m_author->operatorId, m_author->peer, m_author->request, table.name, id, text});
+void Records::Finish() {
+    if (m_history)
+        m_history->Finish();
 }
 
-Table HistoryTable() {
-    return {.name = "history",
-            .columns = {{.name = "at"},
-                        {.name = "operator_id"},
-                        {.name = "peer"},
-                        {.name = "request"},
-                        {.name = "table_name"},
-                        {.name = "record_id", .type = ColumnType::Whole},
-                        {.name = "changes"}},
-            .indexed = {"record_id"}};
+qint64 Records::ChangeNumber() const {
+    return m_history ? m_history->Number() : 0;
+}
+
+QList<RecordName> Records::Changed() const {
+    return m_history ? m_history->Changed() : QList<RecordName>();
 }
 
 } // namespace sysadmin::server

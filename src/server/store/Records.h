@@ -5,11 +5,13 @@
 #include <QMap>
 #include <QVariantMap>
 
+#include <memory>
 #include <optional>
 
 namespace sysadmin::server {
 
 class Database;
+class HistoryWriter;
 
 /// The values of a row by column name.
 using Row = QVariantMap;
@@ -22,6 +24,12 @@ struct Author {
     QString time; ///< UTC, ISO 8601
 };
 
+/// A stored record.
+struct RecordName {
+    QString table;
+    qint64 id = 0;
+};
+
 /// The declared tables by name.
 using Tables = QMap<QString, Table>;
 
@@ -31,7 +39,9 @@ class Records {
 public:
     /// Without an author nothing is written to the history (the sample library, the server's own
     /// bookkeeping).
-    Records(Database& database, const Tables& tables, std::optional<Author> author = {});
+    Records(Database& database, const Tables& tables, const std::optional<Author>& author = {});
+    ~Records();
+    Records(Records&&) noexcept;
 
     Database& GetDatabase() const { return m_database; }
 
@@ -57,18 +67,20 @@ public:
     /// How many rows hold the value in a column.
     qint64 Count(const QString& table, const QString& column, const QVariant& value) const;
 
+    /// To be called after the last change of a request: completes its entry in the history.
+    void Finish();
+    /// The number of this request in the history of changes; 0 while it has changed nothing.
+    qint64 ChangeNumber() const;
+    /// The records that this request changed so far, in the order of the changes.
+    QList<RecordName> Changed() const;
+
 private:
     const Table& Named(const QString& table) const;
     void Append(const Table& table, const Row& values, QStringList& names, QVariantList& bound) const;
-    void WriteHistory(const Table& table, qint64 id, const Row& before, const Row& after);
 
     Database& m_database;
     const Tables& m_tables;
-    std::optional<Author> m_author;
+    std::unique_ptr<HistoryWriter> m_history;
 };
-
-/// The table that holds the history of changes: one row per changed record, its fields before and after as
-/// JSON.
-Table HistoryTable();
 
 } // namespace sysadmin::server

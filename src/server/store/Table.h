@@ -34,6 +34,12 @@ struct UniqueText {
     QString within = {};
 };
 
+/// What a table's rows are.
+enum class Content {
+    Settings, ///< what administrators maintain, or what comes with it
+    Record,   ///< what the server notes by itself: sessions, histories, logs
+};
+
 /// A stored table. Every table has a numeric `id` besides its columns.
 struct Table {
     QString name;
@@ -41,8 +47,11 @@ struct Table {
     QList<UniqueText> uniqueTexts = {};
     /// Sets of columns of which no two rows hold the same values, compared exactly.
     QList<QStringList> uniqueSets = {};
-    /// Further columns that are searched for. References are indexed anyway.
-    QStringList indexed = {};
+    /// Further columns, or sets of them, that are searched for. References are indexed anyway.
+    QList<QStringList> indexed = {};
+    /// The reference column that names the record of which the rows are a part, if they are one.
+    QString owner = {};
+    Content content = Content::Settings;
 
     const Column* Find(const QString& column) const;
     bool IsUniqueText(const QString& column) const;

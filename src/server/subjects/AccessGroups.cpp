@@ -191,7 +191,8 @@ void RegisterAccessGroups(Registry& registry) {
                                     .target = "access_groups",
                                     .onRemoval = OnRemoval::RemoveToo},
                                    {.name = "least"},
-                                   {.name = "most"}}});
+                                   {.name = "most"}},
+                       .owner = "group_id"});
     registry.AddSample("access groups", FillSample);
 }
 

@@ -151,6 +151,7 @@ void DeclareLocationAddresses(Registry& registry) {
                                  .type = ColumnType::Reference,
                                  .target = "locations",
                                  .onRemoval = OnRemoval::RemoveToo}}};
+    addresses.owner = "location_id";
     for (const Field& field : Addresses().fields)
         addresses.columns << field.StoredAs();
     registry.AddTable(addresses);
@@ -163,7 +164,8 @@ void DeclareLocationAddresses(Registry& registry) {
                       .target = "location_addresses",
                       .onRemoval = OnRemoval::RemoveToo},
                      {.name = "phone_type_id", .type = ColumnType::Reference, .target = "phone_types"},
-                     {.name = "number"}}});
+                     {.name = "number"}},
+         .owner = "address_id"});
 }
 
 void PutAddresses(Context& context, qint64 location, wire::Fields& reply) {

@@ -66,6 +66,8 @@ void RegisterOperators(Registry& registry) {
                 {.name = "password_hash", .secret = true},
                 {.name = "replaced_at"},
             },
+        .owner = "operator_row",
+        .content = Content::Record,
     });
     registry.AddSample("operators", FillSample);
 }

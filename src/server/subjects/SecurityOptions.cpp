@@ -63,7 +63,8 @@ void RegisterSecurityOptions(Registry& registry) {
                                    {.name = "at"},
                                    {.name = "failed_count", .type = ColumnType::Whole},
                                    {.name = "locked_at"},
-                                   {.name = "peer"}}});
+                                   {.name = "peer"}},
+                       .content = Content::Record});
 }
 
 } // namespace sysadmin::server
