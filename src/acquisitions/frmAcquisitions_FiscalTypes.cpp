@@ -6,23 +6,12 @@ frmAcquisitions_FiscalTypes::frmAcquisitions_FiscalTypes(Application& applicatio
     : MaintenanceScreen(application, "frmAcquisitions_FiscalTypes", tr("Acquisitions Fiscal Period"),
                         Area::Acquisitions, parent) {
     AddTable({.subject = tr("Fiscal Period"),
-              .notice = "FscPr",
-              .columns = {{tr("Names")}},
-              .cellTags = {"Nm"},
-              .recordTag = "ID",
-              .listRequest = "LstFscPr",
-              .getRequest = "GetFscPr",
-              .addRequest = "AddFscPr",
-              .updateRequest = "UpdFscPr",
-              .deleteRequest = "DelFscPr",
+              .word = "FscPr",
+              .plural = "Acquisitions Fiscal Type",
               .loadCaption = "Load Acquisitions Fiscal Types",
-              .editCaption = "Edit Acquisitions Fiscal Type",
-              .saveCaption = "Save Acquisitions Fiscal Type",
-              .deleteCaption = "Delete Acquisitions Fiscal Type",
-              .matchTag = "Nm"},
-             m_form, Column({m_form.txtName, m_form.fpStartDate, m_form.fpEndDate}),
-             {PutValue(m_form.txtName), PutValue(m_form.fpStartDate), PutValue(m_form.fpEndDate),
-              OnUpdate(PutOriginalKey("ID")), OnUpdate(PutChanged("NNm", m_form.txtName))});
+              .matchTag = "Nm",
+              .putOrder = {"Nm", "StDt", "EDt"}},
+             m_form);
     Finish();
 }
 

@@ -10,7 +10,9 @@ struct FiscalPeriodForm : Form {
                        .tag = "Nm",
                        .caption = tr("Fiscal Period Name:"),
                        .maxLength = 40,
-                       .required = true}};
+                       .required = true,
+                       .column = {tr("Names")},
+                       .changedTag = "NNm"}};
     DateField fpStartDate{
         *this, {.name = "fpStartDate", .tag = "StDt", .caption = tr("Start Date:"), .required = true}};
     // The period includes the whole of its last day.

@@ -7,8 +7,7 @@ frmAcquisitions_FundTypes::frmAcquisitions_FundTypes(Application& application, Q
                         Area::Acquisitions, parent) {
     AddTable({.subject = tr("Fund Type"),
               .notice = "FndTp",
-              .columns = {{tr("Names")}},
-              .cellTags = {"Nm"},
+              .columns = {{.caption = tr("Names"), .tag = "Nm"}},
               .recordTag = "ID",
               .listRequest = "LstFndTp",
               .getRequest = "GetFndTp",

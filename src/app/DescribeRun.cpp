@@ -6,11 +6,15 @@
 #include "core/MainWindow.h"
 #include "core/Prompter.h"
 #include "core/Screen.h"
+#include "framework/FormScreen.h"
 #include "framework/ListGrid.h"
 
 #include <QApplication>
 #include <QDialog>
 #include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QMdiSubWindow>
 #include <QPushButton>
 #include <QTemporaryDir>
@@ -54,6 +58,14 @@ public:
         const QString failure = WriteDescription(window, m_folder, state, helpContext);
         if (!failure.isEmpty())
             problem = failure;
+    }
+
+    /// Writes what the screen declares as NAME.declaration.json.
+    void DescribeDeclaration(const FormScreen& screen) {
+        QFile file(m_folder + "/" + screen.objectName() + ".declaration.json");
+        const QByteArray text = QJsonDocument(ToJson(screen.Declaration())).toJson();
+        if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
+            problem = file.fileName() + ": " + file.errorString();
     }
 
     bool ShowBox(QWidget*, const Box&) override { return false; }
@@ -129,7 +141,10 @@ QString DescribeAs(const CommandLine& line, DescribingPrompter& prompter, const 
         if (!entry.screen.make)
             continue;
         window.OpenScreen(entry.key);
-        if (Screen* screen = window.FindScreen(entry.key))
+        Screen* screen = window.FindScreen(entry.key);
+        if (const auto* form = dynamic_cast<FormScreen*>(screen); form && mayEdit)
+            prompter.DescribeDeclaration(*form);
+        if (screen)
             DescribeScreen(*screen, prompter, entry.screen.helpContext, mayEdit);
         if (mayEdit) // once: with the first screen alone in it, the window shows what belongs to it
             prompter.Describe(window, "list", 0);

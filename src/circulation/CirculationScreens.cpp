@@ -1,16 +1,50 @@
 #include "circulation/CirculationScreens.h"
 
 #include "circulation/frmCirculation_PatronDefaultDates.h"
-#include "circulation/frmCirculation_PatronNoteTypes.h"
 #include "circulation/frmClusterMaintenance.h"
 #include "core/ScreenCatalogue.h"
+#include "framework/PlainScreens.h"
+#include "wire/Status.h"
+
+#include <QCoreApplication>
 
 namespace sysadmin {
+
+namespace {
+
+QString tr(const char* text) {
+    return QCoreApplication::translate("Circulation", text);
+}
+
+/// The kinds of notes that staff write into patron records.
+PlainTable PatronNoteTypes() {
+    return {
+        {"Circulation_PatronNoteTypes", 50505, tr("Circulation Patron Note Types"), Area::Circulation},
+        {.subject = tr("Patron Note Type"),
+         .word = "PatNoteTp",
+         .plural = "Patron Note Types",
+         .wholeRows = true,
+         .saveCaption = "Save ",
+         .deleteWords =
+             {{wire::status::InUse,
+               {tr("This patron note type cannot be deleted while\r\nthere are patron notes assigned to it."),
+                tr("Cannot Delete Patron Note Type")}}},
+         .putOrder = {"D"}},
+        {Declare<TextField>({.name = "txtName",
+                             .tag = "D",
+                             .caption = tr("Name:"),
+                             .maxLength = 40,
+                             .required = true,
+                             .column = {tr("Names")},
+                             .changedTag = "NNm"})}};
+}
+
+} // namespace
 
 void AddCirculationScreens(ScreenCatalogue& catalogue) {
     catalogue.Contribute<frmClusterMaintenance>("Circ_Clusters", 50500);
     catalogue.Contribute<frmCirculation_PatronDefaultDates>("Circulation_PatronDefaultDates", 50506);
-    catalogue.Contribute<frmCirculation_PatronNoteTypes>("Circulation_PatronNoteTypes", 50505);
+    catalogue.Contribute(PatronNoteTypes());
 }
 
 } // namespace sysadmin

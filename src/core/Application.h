@@ -8,10 +8,13 @@
 #include "core/data/PickLists.h"
 #include "core/data/SecurityProfile.h"
 
+#include <functional>
+
 namespace sysadmin {
 
 class MainWindow;
 class Prompter;
+struct ScreenDeclaration;
 
 /// Everything that lives for the whole run, handed to each screen by reference.
 class Application {
@@ -27,6 +30,9 @@ public:
     ClusterCollection clusters;
     PickLists pickLists;
     Notices notices;
+    /// May alter what a screen declares before it is built: how tests find out whether a wrong letter is
+    /// noticed. Empty in the program.
+    std::function<void(ScreenDeclaration&)> alterDeclaration{};
     MainWindow* mainWindow = nullptr; ///< null until start-up has made it, and in tests of a single screen
 
     QString OperatorId() const { return comm.GetSession().OperatorId(); }

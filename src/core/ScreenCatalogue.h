@@ -50,6 +50,14 @@ public:
                                         return new ScreenClass(application, parent);
                                     }});
     }
+    /// Gives an item the screen that a declaration makes: its `head` names the key and the help topic.
+    template <class Declaration>
+    void Contribute(const Declaration& screen) {
+        Contribute(screen.head.key, ScreenMaker{screen.head.helpContext, false,
+                                                [screen](Application& application, QWidget* parent) {
+                                                    return screen.MakeScreen(application, parent);
+                                                }});
+    }
 
     const QList<ScreenGroup>& Groups() const { return m_groups; }
     /// All items of the table.

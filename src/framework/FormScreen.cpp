@@ -5,6 +5,7 @@
 #include "framework/Captions.h"
 #include "framework/FormView.h"
 #include "framework/ListGrid.h"
+#include "framework/Utility.h"
 #include "wire/Status.h"
 
 #include <QDialog>
@@ -14,12 +15,35 @@
 
 namespace sysadmin {
 
+namespace {
+
+QList<PickItem> WithNone(QList<PickItem> items, const QString& none) {
+    if (!none.isEmpty())
+        items.prepend({{}, none});
+    return items;
+}
+
+} // namespace
+
+FormScreen::FormScreen(Application& application, const QString& formName, const QString& caption, Area area,
+                       QWidget* parent)
+    : Screen(application, formName, caption, parent)
+    , m_declaration{.name = formName, .caption = caption, .area = area} {}
+
+void FormScreen::Declare() {
+    for (TableDeclaration& table : m_declaration.tables)
+        Complete(table);
+    for (RecordDeclaration& record : m_declaration.records)
+        Complete(record);
+    if (App().alterDeclaration)
+        App().alterDeclaration(m_declaration);
+    setObjectName(m_declaration.name);
+    setWindowTitle(m_declaration.caption);
+}
+
 void FormScreen::Follow(ChoiceField& field, const QString& pickList, const QString& none) {
     const auto showEntries = [this, &field, pickList, none] {
-        QList<PickItem> items = App().pickLists.Items(pickList);
-        if (!none.isEmpty())
-            items.prepend({{}, none});
-        field.SetItems(items);
+        field.SetItems(WithNone(App().pickLists.Items(pickList), none));
     };
     showEntries();
     connect(&App().pickLists, &PickLists::Changed, this, [pickList, showEntries](const QString& list) {
@@ -28,23 +52,32 @@ void FormScreen::Follow(ChoiceField& field, const QString& pickList, const QStri
     });
 }
 
-QList<PickItem> FormScreen::ReadPickItems(const QString& listRequest, const QString& idTag,
-                                          const QString& textTag,
-                                          const std::function<void(qint16 status)>& report) {
-    RequestChannel& channel = App().channel;
-    QList<PickItem> items;
-    qint16 result = wire::status::Ok;
-    do {
-        if (result == wire::status::Continues)
-            channel.PutField("55", "Y");
-        result = channel.SendRequest(listRequest);
-        if (result != wire::status::Ok)
-            report(result);
+void FormScreen::LoadChoices(const Form& form, const QString& loadCaption, const QString& subject) {
+    for (Field* field : form.Fields())
+        if (field->GetKind() == Field::Kind::Choice && !field->Spec().source.request.isEmpty())
+            LoadChoice(static_cast<ChoiceField&>(*field), loadCaption, subject);
+}
+
+void FormScreen::LoadChoice(ChoiceField& field, const QString& loadCaption, const QString& subject) {
+    const ChoiceSource& source = field.Spec().source;
+    const auto report = [&](qint16 status) {
+        const bool isBatch = status == wire::status::Continues && !source.caption.isEmpty();
+        if (!source.unableToLoad.isEmpty() && !isBatch)
+            ReportUnableToLoad(App(), this, source.unableToLoad);
         else
-            while (channel.NextRecord(idTag))
-                items.append({channel.GetField(idTag), channel.GetField(textTag)});
-    } while (result == wire::status::Continues);
-    return items;
+            App().ReportRequestFailure(status, source.caption.isEmpty() ? loadCaption : source.caption,
+                                       subject);
+    };
+    QList<PickItem> items;
+    const auto read = [&](RequestChannel& channel) {
+        items.append({channel.GetField(source.idTag), channel.GetField(source.textTag)});
+    };
+    const qint16 result =
+        ReadList(App().channel, {.request = source.request, .report = report}, {{source.idTag, read}});
+    if (source.pickList.isEmpty())
+        field.SetItems(WithNone(items, source.none));
+    else if (result == wire::status::Ok)
+        App().pickLists.Set(source.pickList, items);
 }
 
 void FormScreen::Announce(const QString& subject) {
@@ -58,6 +91,13 @@ void FormScreen::FinishBuilding() {
 }
 
 void FormScreen::PrepareForm(Form& form) {
+    for (Field* field : form.Fields()) {
+        const FieldSpec& spec = field->Spec();
+        if (!spec.enabledBy.isEmpty())
+            field->EnableBy(dynamic_cast<FlagField&>(*form.Find(spec.enabledBy)));
+        if (!spec.source.pickList.isEmpty())
+            Follow(static_cast<ChoiceField&>(*field), spec.source.pickList, spec.source.none);
+    }
     const auto setDecimals = [this, &form] {
         for (Field* field : form.Fields())
             if (field->GetKind() == Field::Kind::Money)

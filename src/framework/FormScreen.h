@@ -1,10 +1,8 @@
 #pragma once
 
 #include "core/Screen.h"
-#include "core/data/SecurityProfile.h"
-#include "framework/forms/PutList.h"
-
-#include <functional>
+#include "framework/Declaration.h"
+#include "framework/forms/ReadList.h"
 
 class QKeySequence;
 class QPushButton;
@@ -18,8 +16,11 @@ class FormScreen : public Screen {
     Q_OBJECT
 
 public:
-    using Screen::Screen;
+    FormScreen(Application& application, const QString& formName, const QString& caption, Area area,
+               QWidget* parent);
 
+    /// What the screen declares; complete once it is built.
+    const ScreenDeclaration& Declaration() const { return m_declaration; }
     /// Keeps a choice's entries the same as a shared pick-list, whoever changes it. `none` is the text of a
     /// first entry that stands for no value; empty: there is no such entry.
     void Follow(ChoiceField& field, const QString& pickList, const QString& none = {});
@@ -29,12 +30,14 @@ protected:
     void Announce(const QString& subject);
     /// Ends the building: every grid gets what it asks the operator through, every control its mnemonic.
     void FinishBuilding();
-    /// Asks for a list whose records are a choice's entries. `report` is told of every status but 0, after
-    /// which the entries read so far are answered.
-    QList<PickItem> ReadPickItems(const QString& listRequest, const QString& idTag, const QString& textTag,
-                                  const std::function<void(qint16 status)>& report);
-    /// Money fields take the base currency's decimals.
+    /// Completes the screen's declaration and lets whoever wants to alter it do so. Call it before building.
+    void Declare();
+    /// What a form's declaration asks for before it is drawn: fields depend on their flags, choices follow
+    /// their pick-lists, money fields take the base currency's decimals.
     void PrepareForm(Form& form);
+    /// Asks for the entries of the choices that declare a request. `loadCaption` and `subject` are for
+    /// reports.
+    void LoadChoices(const Form& form, const QString& loadCaption, const QString& subject);
     /// Shows the form's first problem and puts the focus there; true when there is none.
     bool CheckForm(const Form& form, FormView& view);
     /// Closes the screen's child window, or the dialog in which it stands.
@@ -45,6 +48,11 @@ protected:
     QPushButton* MakeButton(const QString& name, const QString& caption);
     /// Clicks the button when the key is pressed anywhere on the screen.
     void BindKey(const QKeySequence& key, QPushButton* button);
+
+    ScreenDeclaration m_declaration;
+
+private:
+    void LoadChoice(ChoiceField& field, const QString& loadCaption, const QString& subject);
 };
 
 } // namespace sysadmin

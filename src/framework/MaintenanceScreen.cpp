@@ -36,6 +36,8 @@ void MaintenanceScreen::LoadScreen() {
         m_cmdEdit->setText(tr("Vi&ew"));
         SetDeclaredCaption(*m_cmdEdit, tr("Vi&ew"));
     }
+    for (const Table& table : m_tables)
+        LoadChoices(*table.form, table.spec.loadCaption, table.spec.subject);
     for (Table& table : m_tables)
         table.form->Clear();
     for (Table& table : m_tables)
@@ -46,21 +48,13 @@ void MaintenanceScreen::LoadScreen() {
 
 void MaintenanceScreen::LoadList(Table& table) {
     const TableSpec& spec = table.spec;
-    RequestChannel& channel = App().channel;
     QList<GridRow> rows;
-    qint16 result = status::Ok;
-    do {
-        PutListKey(table);
-        if (result == status::Continues)
-            channel.PutField("55", "Y");
-        result = channel.SendRequest(spec.listRequest);
-        if (result == status::Ok || (spec.continuing && result == status::Continues)) {
-            while (channel.NextRecord(spec.recordTag))
-                rows.append(ReadRow(table));
-        } else {
-            ReportLoadFailure(table, result);
-        }
-    } while (result == status::Continues);
+    ReadList(App().channel,
+             {.request = spec.listRequest,
+              .form = spec.continuing ? ListForm::Continuing : ListForm::Strict,
+              .putKey = [&](RequestChannel&) { PutListKey(table); },
+              .report = [&](qint16 result) { ReportLoadFailure(table, result); }},
+             {{spec.recordTag, [&](RequestChannel&) { rows.append(ReadRow(table)); }}});
     table.grid->SetRows(rows);
 }
 
@@ -73,17 +67,17 @@ void MaintenanceScreen::ReportLoadFailure(Table& table, qint16 result) {
 
 GridRow MaintenanceScreen::ReadRow(const Table& table) {
     GridRow row{App().channel.GetField(table.spec.keyTag), {}, {}};
-    for (const QString& tag : table.spec.cellTags)
-        row.cells.append(App().channel.GetField(tag));
+    for (const GridColumn& column : table.spec.columns)
+        row.cells.append(App().channel.GetField(column.tag));
     return row;
 }
 
 bool MaintenanceScreen::FillForm(Table& table, const GridRow& row) {
     const TableSpec& spec = table.spec;
     if (spec.getRequest.isEmpty()) {
-        for (Field* field : table.form->Fields())
-            if (const qsizetype cell = spec.cellTags.indexOf(field->Tag()); cell >= 0)
-                static_cast<ValueField*>(field)->SetStored(row.cells.value(cell));
+        for (qsizetype i = 0; i < spec.columns.size(); ++i)
+            if (auto* field = dynamic_cast<ValueField*>(table.form->FindByTag(spec.columns[i].tag)))
+                field->SetStored(row.cells.value(i));
         return true;
     }
     App().channel.PutField(spec.getKeyTag, row.key);
@@ -253,8 +247,8 @@ QString MaintenanceScreen::KeyAfterAdd(const Table& table) const {
 GridRow MaintenanceScreen::RowFromForm(const Table& table, const QString& key) const {
     GridRow row{key, {}, {}};
     const GridRow* before = table.grid->SelectedRow();
-    for (qsizetype i = 0; i < table.spec.cellTags.size(); ++i) {
-        if (const auto* value = dynamic_cast<ValueField*>(table.form->FindByTag(table.spec.cellTags[i])))
+    for (qsizetype i = 0; i < table.spec.columns.size(); ++i) {
+        if (const auto* value = dynamic_cast<ValueField*>(table.form->FindByTag(table.spec.columns[i].tag)))
             row.cells.append(value->DisplayText());
         else
             row.cells.append(before && before->key == key ? before->cells.value(i) : QString());

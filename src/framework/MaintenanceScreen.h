@@ -4,8 +4,6 @@
 #include "framework/FormView.h"
 #include "framework/ListGrid.h"
 
-#include <QHash>
-
 #include <deque>
 
 class QGroupBox;
@@ -15,48 +13,6 @@ class QTabWidget;
 class QVBoxLayout;
 
 namespace sysadmin {
-
-/// A message that a screen has of its own for a status.
-struct OwnWords {
-    QString text;
-    QString title;
-};
-
-/// What is said once about a table that a maintenance screen maintains; the screen's behaviour comes from it.
-struct TableSpec {
-    QString subject{};   ///< noun of the questions and reports ("Vendor Type")
-    QString frameNoun{}; ///< noun of the edit frame's caption; empty: the subject
-    QString notice{};    ///< subject word announced to other screens ("VenTp")
-    QString gridName = "vsf";
-    QString tabCaption{}; ///< only where a screen has several tables
-
-    QList<GridColumn> columns{};
-    QStringList cellTags{};  ///< the tag of each column, in column order
-    QString recordTag{};     ///< the tag that begins a record of the list reply
-    QString keyTag{};        ///< the tag of the row's key; empty: the record tag
-    bool continuing = false; ///< status 55 is success and its records are read
-    bool sorted = true; ///< by the first column, until the operator chooses another; else as the server sends
-    bool boxOnLoadFailure = false; ///< "Unable to load ..." instead of a report
-
-    QString listRequest{};
-    QString getRequest{}; ///< empty: the row holds the whole record
-    QString addRequest{};
-    QString updateRequest{};
-    QString deleteRequest{};    ///< empty: records cannot be deleted
-    QString getKeyTag{};        ///< tag of the key in get and delete requests; empty: the key tag
-    QString availableRequest{}; ///< asked before a new record is entered; empty: none
-
-    QString loadCaption{};
-    QString editCaption{};
-    QString saveCaption{};
-    QString deleteCaption{};
-    QString
-        matchTag{}; ///< tag by which the record just added is found in the reply; empty: the reply's first
-    QHash<qint16, OwnWords> deleteWords{};
-    QHash<qint16, OwnWords> saveWords{};
-    QStringList pickLists{}; ///< shared pick-lists that hold the records
-    QString pickTag{};       ///< the tag whose field is a pick-list entry's text
-};
 
 /// The standard maintenance screen: a list of records and an edit area, one state machine for all of them.
 ///
@@ -74,10 +30,8 @@ public:
     bool IsReadOnly() const { return m_readOnly; }
 
 protected:
-    struct Table {
-        TableSpec spec;
-        Form* form = nullptr;
-        QList<PutStep> puts;
+    struct Table : TableDeclaration {
+        FormView::SlotMaker makeSlot;
         ListGrid* grid = nullptr;
         FormView* view = nullptr;
         QWidget* listPage = nullptr;
@@ -86,10 +40,11 @@ protected:
     MaintenanceScreen(Application& application, const QString& formName, const QString& caption, Area area,
                       QWidget* parent);
 
-    /// Adds a table. Call it once per table in the constructor, then `Finish`.
-    void AddTable(const TableSpec& spec, Form& form, const Layout& layout, const QList<PutStep>& puts,
-                  const FormView::SlotMaker& makeSlot = {});
-    /// Ends the building: tab order, mnemonics, read-only mode.
+    /// Declares a table. Call it once per table in the constructor, then `Finish`. Layout and put steps
+    /// follow from the fields where they are not given.
+    void AddTable(const TableSpec& spec, Form& form, const Layout& layout = Column({}),
+                  const QList<PutStep>& puts = {}, const FormView::SlotMaker& makeSlot = {});
+    /// Builds what was declared.
     void Finish();
     /// Replaces the rights that come from the screen's area. Call it before `LoadScreen` of this class runs.
     void SetRights(bool mayCreate, bool mayEdit, bool mayDelete);
@@ -156,6 +111,7 @@ protected:
     void RefreshButtons();
 
 private:
+    void BuildTable(Table& table);
     void OrderTabStops();
     void DeleteSelected();
     void SetState(State state);

@@ -21,9 +21,7 @@ namespace sysadmin {
 
 MaintenanceScreen::MaintenanceScreen(Application& application, const QString& formName,
                                      const QString& caption, Area area, QWidget* parent)
-    : FormScreen(application, formName, caption, parent) {
-    m_mayCreate = m_mayEdit = m_mayDelete = application.profile.MayEdit(area);
-
+    : FormScreen(application, formName, caption, area, parent) {
     auto* splitter = new QSplitter(Qt::Horizontal, this);
     splitter->setChildrenCollapsible(false);
     splitter->setHandleWidth(16);
@@ -74,23 +72,19 @@ MaintenanceScreen::MaintenanceScreen(Application& application, const QString& fo
 
 void MaintenanceScreen::AddTable(const TableSpec& spec, Form& form, const Layout& layout,
                                  const QList<PutStep>& puts, const FormView::SlotMaker& makeSlot) {
-    Table& table = m_tables.emplace_back(Table{spec, &form, puts});
-    TableSpec& own = table.spec;
-    if (own.frameNoun.isEmpty())
-        own.frameNoun = own.subject;
-    if (own.keyTag.isEmpty())
-        own.keyTag = own.recordTag;
-    if (own.getKeyTag.isEmpty())
-        own.getKeyTag = own.keyTag;
+    m_tables.emplace_back(Table{{spec, &form, layout, puts}, makeSlot});
+}
 
-    PrepareForm(form);
+void MaintenanceScreen::BuildTable(Table& table) {
+    const TableSpec& own = table.spec;
+    PrepareForm(*table.form);
     table.listPage = new QWidget(m_listSide);
     auto* page = new QVBoxLayout(table.listPage);
     page->setContentsMargins({});
     table.grid = new ListGrid(own.gridName, own.columns, table.listPage);
     table.grid->setAccessibleName(own.subject);
     if (own.sorted)
-        table.grid->sortByColumn(0, Qt::AscendingOrder);
+        table.grid->sortByColumn(own.sortColumn, Qt::AscendingOrder);
     // Columns of a fixed width leave the others enough room to be read.
     int listWidth = 180;
     for (const GridColumn& column : own.columns)
@@ -98,7 +92,7 @@ void MaintenanceScreen::AddTable(const TableSpec& spec, Form& form, const Layout
     table.listPage->setMinimumWidth(listWidth);
     page->addWidget(table.grid->FilterBox());
     page->addWidget(table.grid, 1);
-    table.view = new FormView(form, layout, m_fraEdit, makeSlot);
+    table.view = new FormView(*table.form, table.layout, m_fraEdit, table.makeSlot);
     m_views->addWidget(table.view->InScrollArea(m_fraEdit));
 
     connect(table.grid, &ListGrid::SelectionMoved, this, &MaintenanceScreen::RefreshButtons);
@@ -111,10 +105,18 @@ void MaintenanceScreen::AddTable(const TableSpec& spec, Form& form, const Layout
     connect(table.grid, &ListGrid::RowActivated, this, clickOn(m_cmdEdit));
     connect(table.grid, &ListGrid::InsertPressed, this, clickOn(m_cmdNew));
     connect(table.grid, &ListGrid::DeletePressed, this, clickOn(m_cmdDelete));
-    connect(&form, &Form::Changed, this, &MaintenanceScreen::RefreshButtons);
+    connect(table.form, &Form::Changed, this, &MaintenanceScreen::RefreshButtons);
 }
 
 void MaintenanceScreen::Finish() {
+    for (const Table& table : m_tables)
+        m_declaration.tables.append(table);
+    Declare();
+    m_mayCreate = m_mayEdit = m_mayDelete = App().profile.MayEdit(m_declaration.area);
+    for (size_t i = 0; i < m_tables.size(); ++i) {
+        static_cast<TableDeclaration&>(m_tables[i]) = m_declaration.tables[qsizetype(i)];
+        BuildTable(m_tables[i]);
+    }
     if (m_tables.size() == 1) {
         m_listLayout->insertWidget(0, m_tables.front().listPage, 1);
     } else {

@@ -16,23 +16,26 @@ namespace status = wire::status;
 
 SingleRecordScreen::SingleRecordScreen(Application& application, const QString& formName,
                                        const QString& caption, Area area, QWidget* parent)
-    : FormScreen(application, formName, caption, parent)
+    : FormScreen(application, formName, caption, area, parent)
     , m_readOnly(!application.profile.MayEdit(area)) {}
 
 void SingleRecordScreen::Build(const RecordSpec& spec, Form& form, const Layout& layout,
                                const QList<PutStep>& puts, const FormView::SlotMaker& makeSlot) {
-    m_spec = spec;
+    m_declaration.records = {{spec, &form, layout, puts}};
+    Declare();
+    m_spec = m_declaration.records.first().spec;
     m_form = &form;
-    m_puts = puts;
+    m_puts = m_declaration.records.first().puts;
+    m_readOnly = !App().profile.MayEdit(m_declaration.area);
     PrepareForm(form);
 
     auto* whole = new QVBoxLayout(this);
     m_fraEdit = new QGroupBox(this);
     m_fraEdit->setObjectName("fraEdit");
-    if (!spec.frameNoun.isEmpty())
-        m_fraEdit->setTitle((m_readOnly ? tr("View ") : tr("Edit ")) + spec.frameNoun + spec.frameEnd);
+    if (!m_spec.frameNoun.isEmpty())
+        m_fraEdit->setTitle((m_readOnly ? tr("View ") : tr("Edit ")) + m_spec.frameNoun + m_spec.frameEnd);
     auto* frame = new QVBoxLayout(m_fraEdit);
-    m_view = new FormView(form, layout, m_fraEdit, makeSlot);
+    m_view = new FormView(form, m_declaration.records.first().layout, m_fraEdit, makeSlot);
     frame->addWidget(m_view->InScrollArea(m_fraEdit));
     whole->addWidget(m_fraEdit, 1);
 
@@ -62,6 +65,7 @@ void SingleRecordScreen::AddButton(QPushButton* button) {
 void SingleRecordScreen::LoadScreen() {
     m_form->Clear();
     BeforeLoad();
+    LoadChoices(*m_form, m_spec.loadCaption, m_spec.subject);
     PutKey();
     const qint16 result = App().channel.SendRequest(m_spec.getRequest);
     m_loaded = result == status::Ok;

@@ -8,22 +8,6 @@ class QHBoxLayout;
 
 namespace sysadmin {
 
-/// What is said once about a screen that keeps one record.
-struct RecordSpec {
-    QString subject{};      ///< screen name in reports
-    QString notice{};       ///< subject word announced to other screens
-    QString frameNoun{};    ///< of the frame's caption ("System Miscellaneous"); empty: the frame has none
-    QString frameEnd = ":"; ///< what follows the noun
-    QString getRequest{};
-    QString addRequest{}; ///< sent instead of the update while no record exists; empty: one always does
-    QString updateRequest{};
-    QString existsTag{}; ///< filled in the reply when a record exists; only with an add request
-    QString loadCaption{};
-    QString saveCaption{};
-    QString loadFailure{}; ///< own message for a failed load, shown instead of a report
-    QString saveFailure{}; ///< own message for a failed save, shown instead of a report
-};
-
 /// A settings screen that loads one record when it opens and writes it back.
 class SingleRecordScreen : public FormScreen {
     Q_OBJECT
@@ -37,9 +21,10 @@ protected:
     SingleRecordScreen(Application& application, const QString& formName, const QString& caption, Area area,
                        QWidget* parent);
 
-    /// Draws the record. Call it once, in the constructor.
-    void Build(const RecordSpec& spec, Form& form, const Layout& layout, const QList<PutStep>& puts,
-               const FormView::SlotMaker& makeSlot = {});
+    /// Draws the record. Call it once, in the constructor. Layout and put steps follow from the fields where
+    /// they are not given.
+    void Build(const RecordSpec& spec, Form& form, const Layout& layout = Column({}),
+               const QList<PutStep>& puts = {}, const FormView::SlotMaker& makeSlot = {});
     /// Puts a further button in front of Save.
     void AddButton(QPushButton* button);
 

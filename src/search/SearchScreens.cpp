@@ -1,12 +1,48 @@
 #include "search/SearchScreens.h"
 
 #include "core/ScreenCatalogue.h"
-#include "search/frmSearch_MaterialType.h"
+#include "framework/PlainScreens.h"
+
+#include <QCoreApplication>
 
 namespace sysadmin {
 
+namespace {
+
+QString tr(const char* text) {
+    return QCoreApplication::translate("Search", text);
+}
+
+/// The words that title lists show for the kinds of bibliographic records.
+PlainTable MaterialTypes() {
+    return {{"Search_MaterialType", 50611, tr("Title List Material Type Display"), Area::System},
+            {.subject = tr("Material Type"),
+             .word = "BF",
+             .plural = "Search Material Type",
+             .recordTag = "Cd",
+             .originalTag = "OC",
+             .loadCaption = "Load Material Types",
+             .putOrder = {"Cd", "Nm"}},
+            {Declare<TextField>({.name = "txtCode",
+                                 .tag = "Cd",
+                                 .caption = tr("Material Type Code:"),
+                                 .maxLength = 10,
+                                 .required = true,
+                                 .column = {tr("Codes"), 120},
+                                 .changedTag = "NCd"}),
+             Declare<TextField>({.name = "txtName",
+                                 .tag = "Nm",
+                                 .caption = tr("Material Type Name:"),
+                                 .maxLength = 40,
+                                 .required = true,
+                                 .column = {tr("Names")},
+                                 .changedTag = "NNm"})}};
+}
+
+} // namespace
+
 void AddSearchScreens(ScreenCatalogue& catalogue) {
-    catalogue.Contribute<frmSearch_MaterialType>("Search_MaterialType", 50611);
+    catalogue.Contribute(MaterialTypes());
 }
 
 } // namespace sysadmin

@@ -74,8 +74,9 @@ frmSystem_AccessControlGroups::frmSystem_AccessControlGroups(Application& applic
                 {.field = &m_form.vsfIPRange, .edit = &frmSystem_AccessControlGroups::EditRange}} {
     AddTable({.subject = tr("Access Control Group"),
               .notice = "AG",
-              .columns = {{tr("Codes"), 120}, {tr("Names")}, {tr("Type"), 110}},
-              .cellTags = {"C", "N", "T"},
+              .columns = {{.caption = tr("Codes"), .width = 120, .tag = "C"},
+                          {.caption = tr("Names"), .tag = "N"},
+                          {.caption = tr("Type"), .width = 110, .tag = "T"}},
               .recordTag = "I",
               .boxOnLoadFailure = true,
               .listRequest = "LstAG",

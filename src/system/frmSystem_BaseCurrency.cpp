@@ -8,20 +8,12 @@ frmSystem_BaseCurrency::frmSystem_BaseCurrency(Application& application, QWidget
     : SingleRecordScreen(application, "frmSystem_BaseCurrency", tr("System Base Currency"), Area::System,
                          parent) {
     Build({.subject = tr("Base Currency"),
-           .notice = "BsCur",
+           .word = "BsCur",
            .frameNoun = tr("Base Currency"),
-           .getRequest = "GetBsCur",
-           .addRequest = "AddBsCur",
-           .updateRequest = "UpdBsCur",
            .existsTag = "CrCd",
            .loadCaption = "Load System Base Currency",
            .saveCaption = "Data Change"},
-          m_form,
-          Column({m_form.txtCountryName, m_form.txtCurrencyName, m_form.txtCurrencyCode,
-                  m_form.txtBaseDecimals, m_form.txtDecimalDelimiter}),
-          {PutValue(m_form.txtCountryName), PutValue(m_form.txtCurrencyName),
-           PutValue(m_form.txtCurrencyCode), PutValue(m_form.txtBaseDecimals),
-           PutValue(m_form.txtDecimalDelimiter)});
+          m_form);
 }
 
 bool frmSystem_BaseCurrency::CheckBeforeSave() {

@@ -12,14 +12,10 @@ frmSystem_DefaultAdd::frmSystem_DefaultAdd(Application& application, QWidget* pa
     QList<Layout> layout = m_form.PostalLayout();
     layout.prepend(m_form.txtName);
     Build({.subject = tr("Default Address"),
-           .notice = "DAdr",
+           .word = "DAdr",
+           .plural = "Default Address",
            .frameNoun = tr("Default Address"),
-           .getRequest = "GetDAdr",
-           .addRequest = "AddDAdr",
-           .updateRequest = "UpdDAdr",
-           .existsTag = "LNm",
-           .loadCaption = "Load Default Address",
-           .saveCaption = "Save Default Address"},
+           .existsTag = "LNm"},
           m_form, Column(layout), puts);
     QPushButton* cmdClear = MakeButton("cmdClear", tr("C&lear"));
     cmdClear->setVisible(!IsReadOnly());

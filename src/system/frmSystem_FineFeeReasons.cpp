@@ -19,61 +19,40 @@ frmSystem_FineFeeReasons::frmSystem_FineFeeReasons(Application& application, QWi
     : MaintenanceScreen(application, "frmSystem_FineFeeReasons", tr("System Fine Fee Reasons"), Area::System,
                         parent) {
     AddTable({.subject = tr("Fine Fee Reason"),
-              .notice = "Fee",
+              .word = "Fee",
               .gridName = "vsfFineFeeReasons",
               .tabCaption = tr("Fine/Fee &Reasons"),
-              .columns = {{tr("Codes"), 120}, {tr("Names")}},
-              .cellTags = {"Cd", "Nm"},
-              .recordTag = "ID",
-              .listRequest = "LstFee",
-              .addRequest = "AddFee",
-              .updateRequest = "UpdFee",
-              .deleteRequest = "DelFee",
+              .wholeRows = true,
               .saveCaption = SaveCaption,
               .deleteCaption = DeleteCaption,
               .matchTag = "Cd"},
-             m_reason, Column({m_reason.txtCode, m_reason.txtName}),
-             {OnUpdate(PutOriginalKey("ID")), PutValue(m_reason.txtCode), PutValue(m_reason.txtName),
-              OnUpdate(PutChanged("NCd", m_reason.txtCode)), OnUpdate(PutChanged("NNm", m_reason.txtName))});
+             m_reason);
     AddTable({.subject = tr("Payment Type"),
-              .notice = "Pmt",
+              .word = "Pmt",
               .gridName = "vsfPaymentTypes",
               .tabCaption = tr("&Payment Types"),
-              .columns = {{tr("Names")}},
-              .cellTags = {"PNm"},
               .recordTag = "PId",
+              .wholeRows = true,
               .listRequest = "LstFee",
-              .addRequest = "AddPmt",
-              .updateRequest = "UpdPmt",
-              .deleteRequest = "DelPmt",
               .saveCaption = SaveCaption,
               .deleteCaption = DeleteCaption,
               .matchTag = "PNm"},
-             m_payment, Column({m_payment.txtPaymentName}),
-             {OnUpdate(PutOriginalKey("PId")), PutValue(m_payment.txtPaymentName)});
+             m_payment);
     AddTable({.subject = tr("Posting Type"),
-              .notice = "PstTp",
+              .word = "PstTp",
               .gridName = "vsfPostingTypes",
               .tabCaption = tr("P&osting Types"),
-              .columns = {{tr("Names")},
-                          {.caption = tr("Fines"), .hidden = true, .yesNo = true},
-                          {.caption = tr("Demerits"), .hidden = true, .yesNo = true}},
-              .cellTags = {"PstNm", "TF", "TD"},
               .recordTag = "PstId",
+              .wholeRows = true,
               .listRequest = "LstFee",
-              .addRequest = "AddPstTp",
-              .updateRequest = "UpdPstTp",
-              .deleteRequest = "DelPstTp",
               .saveCaption = SaveCaption,
               .deleteCaption = DeleteCaption,
-              .matchTag = "PstNm"},
+              .matchTag = "PstNm",
+              // A posting type has no code that could be another one.
+              .morePuts = {OnUpdate(PutConstant("NCd", "N"))}},
              m_posting,
              Column({m_posting.txtPostingName, Frame("fraUse", tr("Use Posting Type For:"),
-                                                     {m_posting.chkFines, m_posting.chkDemerits})}),
-             // A posting type has no code that could be another one.
-             {OnUpdate(PutOriginalKey("PstId")), PutValue(m_posting.txtPostingName),
-              PutValue(m_posting.chkFines), PutValue(m_posting.chkDemerits),
-              OnUpdate(PutConstant("NCd", "N")), OnUpdate(PutChanged("NNm", m_posting.txtPostingName))});
+                                                     {m_posting.chkFines, m_posting.chkDemerits})}));
     Finish();
 }
 
@@ -87,21 +66,15 @@ void frmSystem_FineFeeReasons::LoadList(Table& table) {
     // One reply holds all three lists; while the screen opens the first table's turn fills them all.
     if (m_isOpening && &table != &Tables().front())
         return;
-    RequestChannel& channel = App().channel;
     std::vector<QList<GridRow>> lists(Tables().size());
-    qint16 result = status::Ok;
-    do {
-        if (result == status::Continues)
-            channel.PutField("55", "Y");
-        result = channel.SendRequest("LstFee");
-        if (result != status::Ok) {
-            ReportUnableToLoad(App(), this, windowTitle());
-            continue;
-        }
-        for (size_t i = 0; i < lists.size(); ++i)
-            while (channel.NextRecord(Tables()[i].spec.recordTag))
-                lists[i].append(ReadRow(Tables()[i]));
-    } while (result == status::Continues);
+    QList<ListStep> steps;
+    for (size_t i = 0; i < lists.size(); ++i)
+        steps.append({Tables()[i].spec.recordTag,
+                      [this, i, &lists](RequestChannel&) { lists[i].append(ReadRow(Tables()[i])); }});
+    ReadList(App().channel,
+             {.request = table.spec.listRequest,
+              .report = [this](qint16) { ReportUnableToLoad(App(), this, windowTitle()); }},
+             steps);
     for (size_t i = 0; i < lists.size(); ++i)
         Tables()[i].grid->SetRows(lists[i]);
 }

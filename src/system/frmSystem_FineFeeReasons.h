@@ -5,21 +5,35 @@
 namespace sysadmin {
 
 struct FineFeeReasonForm : Form {
-    TextField txtCode{
-        *this,
-        {.name = "txtCode", .tag = "Cd", .caption = tr("Code:"), .maxLength = 40, .required = true},
-        true};
-    TextField txtName{
-        *this,
-        {.name = "txtName", .tag = "Nm", .caption = tr("Name:"), .maxLength = 100, .required = true},
-        true};
+    TextField txtCode{*this,
+                      {.name = "txtCode",
+                       .tag = "Cd",
+                       .caption = tr("Code:"),
+                       .maxLength = 40,
+                       .required = true,
+                       .column = {tr("Codes"), 120},
+                       .changedTag = "NCd"},
+                      true};
+    TextField txtName{*this,
+                      {.name = "txtName",
+                       .tag = "Nm",
+                       .caption = tr("Name:"),
+                       .maxLength = 100,
+                       .required = true,
+                       .column = {tr("Names")},
+                       .changedTag = "NNm"},
+                      true};
 };
 
 struct PaymentTypeForm : Form {
-    TextField txtPaymentName{
-        *this,
-        {.name = "txtPaymentName", .tag = "PNm", .caption = tr("Name:"), .maxLength = 100, .required = true},
-        true};
+    TextField txtPaymentName{*this,
+                             {.name = "txtPaymentName",
+                              .tag = "PNm",
+                              .caption = tr("Name:"),
+                              .maxLength = 100,
+                              .required = true,
+                              .column = {tr("Names")}},
+                             true};
 };
 
 struct PostingTypeForm : Form {
@@ -28,10 +42,18 @@ struct PostingTypeForm : Form {
                               .tag = "PstNm",
                               .caption = tr("Name:"),
                               .maxLength = 100,
-                              .required = true},
+                              .required = true,
+                              .column = {tr("Names")},
+                              .changedTag = "NNm"},
                              true};
-    FlagField chkFines{*this, {.name = "chkFines", .tag = "TF", .caption = tr("Fines")}};
-    FlagField chkDemerits{*this, {.name = "chkDemerits", .tag = "TD", .caption = tr("Demerits")}};
+    FlagField chkFines{
+        *this,
+        {.name = "chkFines", .tag = "TF", .caption = tr("Fines"), .column = {tr("Fines"), 0, true, true}}};
+    FlagField chkDemerits{*this,
+                          {.name = "chkDemerits",
+                           .tag = "TD",
+                           .caption = tr("Demerits"),
+                           .column = {tr("Demerits"), 0, true, true}}};
 };
 
 /// Fine and fee reasons, payment types and posting types: three tables on tabs with one set of buttons.

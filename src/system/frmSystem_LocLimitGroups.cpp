@@ -10,26 +10,16 @@ frmSystem_LocLimitGroups::frmSystem_LocLimitGroups(Application& application, QWi
     const PickedLists& moved = m_form.locations.Lists();
     AddTable(
         {.subject = tr("Location Limit Group"),
-         .notice = "Lmt",
-         .columns = {{tr("Codes"), 120}, {tr("Names")}},
-         .cellTags = {"C", "N"},
-         .recordTag = "ID",
-         .listRequest = "LstLmt",
-         .getRequest = "GetLmt",
-         .addRequest = "AddLmt",
-         .updateRequest = "UpdLmt",
-         .deleteRequest = "DelLmt",
-         .availableRequest = "AvlLmt",
-         .loadCaption = "Load System Location Limit Groups",
-         .editCaption = "Edit System Location Limit Groups",
-         .saveCaption = "Save System Location Limit Groups",
+         .word = "Lmt",
+         .plural = "System Location Limit Groups",
+         .asksAvailable = true,
          .deleteCaption = "Edit Print Locations",
-         .matchTag = "C"},
+         .matchTag = "C",
+         .morePuts = {PutRemovals(moved, "SI", "LS"), PutAdditions(moved, "SI", "LS")},
+         .putOrder = {"C", "N", "O", "SI"}},
         m_form,
         Tabs("tabLocationLimitGroup", {Page(tr("N&ame"), {m_form.txtCode, m_form.txtName, m_form.chkCheck}),
-                                       Page(tr("&Locations"), {m_form.locations})}),
-        {PutValue(m_form.txtCode), PutValue(m_form.txtName), PutValue(m_form.chkCheck),
-         PutRemovals(moved, "SI", "LS"), PutAdditions(moved, "SI", "LS"), OnUpdate(PutOriginalKey("ID"))});
+                                       Page(tr("&Locations"), {m_form.locations})}));
     Finish();
 }
 

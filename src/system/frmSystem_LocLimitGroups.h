@@ -6,14 +6,22 @@
 namespace sysadmin {
 
 struct LocationLimitGroupForm : Form {
-    TextField txtCode{
-        *this,
-        {.name = "txtCode", .tag = "C", .caption = tr("Code:"), .maxLength = 40, .required = true},
-        true};
-    TextField txtName{
-        *this,
-        {.name = "txtName", .tag = "N", .caption = tr("Name:"), .maxLength = 100, .required = true},
-        true};
+    TextField txtCode{*this,
+                      {.name = "txtCode",
+                       .tag = "C",
+                       .caption = tr("Code:"),
+                       .maxLength = 40,
+                       .required = true,
+                       .column = {tr("Codes"), 120}},
+                      true};
+    TextField txtName{*this,
+                      {.name = "txtName",
+                       .tag = "N",
+                       .caption = tr("Name:"),
+                       .maxLength = 100,
+                       .required = true,
+                       .column = {tr("Names")}},
+                      true};
     FlagField chkCheck{*this, {.name = "chkCheck", .tag = "O", .caption = tr("Suppress in OPAC?")}};
     PickedField locations{*this,
                           {.name = "fraLocations"},

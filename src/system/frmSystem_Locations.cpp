@@ -2,9 +2,7 @@
 
 #include "core/Application.h"
 #include "core/Prompter.h"
-#include "framework/Utility.h"
 #include "system/frmSystem_Addresses.h"
-#include "wire/Status.h"
 
 #include <QPushButton>
 
@@ -12,59 +10,38 @@
 
 namespace sysadmin {
 
-namespace status = wire::status;
-
 namespace {
 
-const QString OwningLibraries = "cboOwningLib";
 const QString PhoneTypes = "cboPhoneType";
 
 } // namespace
 
 frmSystem_Locations::frmSystem_Locations(Application& application, QWidget* parent)
     : MaintenanceScreen(application, "frmSystem_Locations", tr("System Locations"), Area::System, parent) {
-    Follow(m_form.cboOwningLib, OwningLibraries);
     AddTable({.subject = tr("Location"),
-              .notice = "Loc",
-              .columns = {{tr("Codes"), 120}, {tr("Names")}, {tr("Owning Library"), 180}},
-              .cellTags = {"Cd", "Nm", "LN"},
-              .recordTag = "ID",
+              .word = "Loc",
+              .plural = "System Locations",
+              .columns = {{.caption = tr("Codes"), .width = 120, .tag = "Cd"},
+                          {.caption = tr("Names"), .tag = "Nm"},
+                          {.caption = tr("Owning Library"), .width = 180, .tag = "LN"}},
               .boxOnLoadFailure = true,
-              .listRequest = "LstLoc",
-              .getRequest = "GetLoc",
-              .addRequest = "AddLoc",
-              .updateRequest = "UpdLoc",
-              .deleteRequest = "DelLoc",
-              .editCaption = "Edit System Locations",
-              .saveCaption = "Save System Locations",
               .deleteCaption = "Delete Locations",
               .matchTag = "Cd",
               .pickLists = {"cboItemLocation", "cboTempLocation"},
-              .pickTag = "Nm"},
+              .pickTag = "Nm",
+              .morePuts = {OnUpdate(PutConstant("NCd", "False"))},
+              .putOrder = {"Cd", "Nm", "Spn", "Dsp", "OPAC", "Lb"}},
              m_form,
              Column({m_form.txtCode, m_form.txtName, m_form.txtSpine, m_form.txtOPACName, m_form.chkOPAC,
                      m_form.cboOwningLib,
                      Frame("fraPolicies", tr("Policies"),
                            {m_form.fpCatalogPolicyGroup, m_form.fpAcqSerialsPolicyGroup,
-                            m_form.fpCirculationPolicyGroup})}),
-             {PutValue(m_form.txtCode), PutValue(m_form.txtName), PutValue(m_form.txtSpine),
-              PutValue(m_form.txtOPACName), PutValue(m_form.chkOPAC), PutValue(m_form.cboOwningLib),
-              OnUpdate(PutOriginalKey("ID")), OnUpdate(PutConstant("NCd", "False")),
-              OnUpdate(PutChanged("NNm", m_form.txtName))});
+                            m_form.fpCirculationPolicyGroup})}));
     cmdAddress = MakeButton("cmdAddress", tr("&Address"));
     AddEditButton(cmdAddress);
     Finish();
     connect(cmdAddress, &QPushButton::clicked, this, &frmSystem_Locations::EditAddresses);
     connect(&application.notices, &Notices::SubjectChanged, this, &frmSystem_Locations::OnSubjectChanged);
-}
-
-void frmSystem_Locations::BeforeLoad() {
-    App().pickLists.Set(OwningLibraries, ReadPickItems("LstLib", "ID", "LN", [this](qint16 result) {
-                            if (result == status::Continues)
-                                App().ReportRequestFailure(result, "Load System Locations", tr("Location"));
-                            else
-                                ReportUnableToLoad(App(), this, windowTitle());
-                        }));
 }
 
 void frmSystem_Locations::LoadList(Table& table) {

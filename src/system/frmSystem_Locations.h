@@ -9,14 +9,27 @@ struct LocationForm : Form {
         *this,
         {.name = "txtCode", .tag = "Cd", .caption = tr("Code:"), .maxLength = 40, .required = true},
         true};
-    TextField txtName{
-        *this, {.name = "txtName", .tag = "Nm", .caption = tr("Name:"), .maxLength = 100, .required = true}};
+    TextField txtName{*this,
+                      {.name = "txtName",
+                       .tag = "Nm",
+                       .caption = tr("Name:"),
+                       .maxLength = 100,
+                       .required = true,
+                       .changedTag = "NNm"}};
     TextField txtSpine{
         *this, {.name = "txtSpine", .tag = "Spn", .caption = tr("Spine Label Name:"), .maxLength = 100}};
     TextField txtOPACName{
         *this, {.name = "txtOPACName", .tag = "Dsp", .caption = tr("OPAC Display Name:"), .maxLength = 100}};
     FlagField chkOPAC{*this, {.name = "chkOPAC", .tag = "OPAC", .caption = tr("Suppress in OPAC")}};
-    ChoiceField cboOwningLib{*this, {.name = "cboOwningLib", .tag = "Lb", .caption = tr("Owning Library:")}};
+    ChoiceField cboOwningLib{*this,
+                             {.name = "cboOwningLib",
+                              .tag = "Lb",
+                              .caption = tr("Owning Library:"),
+                              .source = {.request = "LstLib",
+                                         .textTag = "LN",
+                                         .pickList = "cboOwningLib",
+                                         .caption = "Load System Locations",
+                                         .unableToLoad = tr("System Locations")}}};
     TextField fpCatalogPolicyGroup{*this,
                                    {.name = "fpCatalogPolicyGroup",
                                     .tag = "CtGrp",
@@ -42,7 +55,6 @@ public:
     frmSystem_Locations(Application& application, QWidget* parent);
 
 protected:
-    void BeforeLoad() override;
     void LoadList(Table& table) override;
     GridRow RowFromForm(const Table& table, const QString& key) const override;
     bool ConfirmRowDelete(Table& table, const GridRow& row) override;

@@ -9,30 +9,19 @@ frmSystem_OwningLibraries::frmSystem_OwningLibraries(Application& application, Q
                         parent) {
     const PickedLists& moved = m_form.locations.Lists();
     AddTable({.subject = tr("Owning Library"),
-              .notice = "Lib",
-              .columns = {{tr("Library Names")}},
-              .cellTags = {"LN"},
-              .recordTag = "ID",
-              .listRequest = "LstLib",
-              .getRequest = "GetLib",
-              .addRequest = "AddLib",
-              .updateRequest = "UpdLib",
-              .deleteRequest = "DelLib",
-              .availableRequest = "AvlLib",
-              .loadCaption = "Load System Owning Libraries",
-              .editCaption = "Edit System Owning Libraries",
-              .saveCaption = "Save System Owning Libraries",
+              .word = "Lib",
+              .plural = "System Owning Libraries",
+              .asksAvailable = true,
               .deleteCaption = "Delete",
               .matchTag = "LN",
               .pickLists = {"cboOwningLib", "cboOwningLibrary"},
-              .pickTag = "LN"},
+              .pickTag = "LN",
+              .morePuts = {PutRemovals(moved, "SI", "LS"), PutAdditions(moved, "SI", "LS")},
+              .putOrder = {"LN", "DN", "NC", "SI"}},
              m_form,
              Tabs("tabOwningLibrary",
                   {Page(tr("Li&brary"), {m_form.txtName, m_form.txtDisplayName, m_form.txtCode}),
-                   Page(tr("&Locations"), {m_form.locations})}),
-             {PutValue(m_form.txtName), PutValue(m_form.txtDisplayName), PutValue(m_form.txtCode),
-              PutRemovals(moved, "SI", "LS"), PutAdditions(moved, "SI", "LS"), OnUpdate(PutOriginalKey("ID")),
-              OnUpdate(PutChanged("NNm", m_form.txtName))});
+                   Page(tr("&Locations"), {m_form.locations})}));
     Finish();
 }
 

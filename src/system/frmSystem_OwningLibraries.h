@@ -6,10 +6,15 @@
 namespace sysadmin {
 
 struct OwningLibraryForm : Form {
-    TextField txtName{
-        *this,
-        {.name = "txtName", .tag = "LN", .caption = tr("Library Name:"), .maxLength = 100, .required = true},
-        true};
+    TextField txtName{*this,
+                      {.name = "txtName",
+                       .tag = "LN",
+                       .caption = tr("Library Name:"),
+                       .maxLength = 100,
+                       .required = true,
+                       .column = {tr("Library Names")},
+                       .changedTag = "NNm"},
+                      true};
     TextField txtDisplayName{
         *this, {.name = "txtDisplayName", .tag = "DN", .caption = tr("Display Name:"), .maxLength = 100}};
     TextField txtCode{*this, {.name = "txtCode", .tag = "NC", .caption = tr("NUC Code:"), .maxLength = 40}};

@@ -6,20 +6,12 @@ frmSystem_PrintLocations::frmSystem_PrintLocations(Application& application, QWi
     : MaintenanceScreen(application, "frmSystem_PrintLocations", tr("System Print Locations"), Area::System,
                         parent) {
     AddTable({.subject = tr("Print Location"),
-              .notice = "PL",
-              .columns = {{.caption = tr("Default"), .width = 70, .yesNo = true},
-                          {tr("Codes"), 120},
-                          {tr("Names")}},
-              .cellTags = {"DP", "Cd", "Nm"},
-              .recordTag = "ID",
-              .listRequest = "LstPL",
-              .getRequest = "GetPL",
-              .addRequest = "AddPL",
-              .updateRequest = "UpdPL",
-              .deleteRequest = "DelPL",
-              .loadCaption = "Load Print Locations",
-              .editCaption = "Edit Print Locations",
-              .saveCaption = "Save Print Locations",
+              .word = "PL",
+              .plural = "Print Locations",
+              .columns = {{.caption = tr("Default"), .width = 70, .yesNo = true, .tag = "DP"},
+                          {.caption = tr("Codes"), .width = 120, .tag = "Cd"},
+                          {.caption = tr("Names"), .tag = "Nm"}},
+              .sortColumn = 1,
               .deleteCaption = "Edit Print Locations",
               .pickLists = {"cboPrintLocation"},
               .pickTag = "Nm"},
@@ -27,12 +19,7 @@ frmSystem_PrintLocations::frmSystem_PrintLocations(Application& application, QWi
              Column({m_form.txtCode, m_form.txtName, m_form.chkDefault,
                      Frame("fraGroups", tr("Policy Groups That May Choose It"),
                            {m_form.chkCircGroups, m_form.chkAcqGroups, m_form.chkMediaGroups,
-                            m_form.chkCatGroups})}),
-             {OnUpdate(PutOriginalKey("ID")), PutValue(m_form.txtCode), PutValue(m_form.txtName),
-              PutValue(m_form.chkDefault), PutValue(m_form.chkCircGroups), PutValue(m_form.chkAcqGroups),
-              PutValue(m_form.chkMediaGroups), PutValue(m_form.chkCatGroups),
-              OnUpdate(PutChanged("NCd", m_form.txtCode)), OnUpdate(PutChanged("NNm", m_form.txtName))});
-    Tables().front().grid->sortByColumn(1, Qt::AscendingOrder);
+                            m_form.chkCatGroups})}));
     Finish();
 }
 

@@ -5,10 +5,20 @@
 namespace sysadmin {
 
 struct PrintLocationForm : Form {
-    TextField txtCode{
-        *this, {.name = "txtCode", .tag = "Cd", .caption = tr("Code:"), .maxLength = 20, .required = true}};
-    TextField txtName{
-        *this, {.name = "txtName", .tag = "Nm", .caption = tr("Name:"), .maxLength = 40, .required = true}};
+    TextField txtCode{*this,
+                      {.name = "txtCode",
+                       .tag = "Cd",
+                       .caption = tr("Code:"),
+                       .maxLength = 20,
+                       .required = true,
+                       .changedTag = "NCd"}};
+    TextField txtName{*this,
+                      {.name = "txtName",
+                       .tag = "Nm",
+                       .caption = tr("Name:"),
+                       .maxLength = 40,
+                       .required = true,
+                       .changedTag = "NNm"}};
     FlagField chkDefault{*this, {.name = "chkDefault", .tag = "DP", .caption = tr("Default Print Location")}};
     FlagField chkCircGroups{*this, {.name = "chkCircGroups", .tag = "CG", .caption = tr("Circulation")}};
     FlagField chkAcqGroups{*this, {.name = "chkAcqGroups", .tag = "AG", .caption = tr("Acquisitions")}};

@@ -1,6 +1,4 @@
-#include "acquisitions/frmAcquisitions_ClaimTypes.h"
-#include "acquisitions/frmAcquisitions_POTypes.h"
-#include "acquisitions/frmAcquisitions_VendorReports.h"
+#include "acquisitions/AcquisitionsScreens.h"
 #include "support/ScreenTest.h"
 
 namespace sysadmin {
@@ -13,7 +11,7 @@ class CodeTablesTest : public ScreenTest {};
 
 TEST_F(CodeTablesTest, ClaimTypeIsLoadedChangedAndDeleted) {
     channel.Answer("LstClm", 0, {{"ID", "7"}, {"D", "Not received"}});
-    Open<frmAcquisitions_ClaimTypes>();
+    Open(AddAcquisitionsScreens, "Acquisitions_ClaimTypes");
     application.pickLists.Set("cboClaimType", {{"7", "Not received"}});
     channel.Answer("GetClm", 0, {{"D", "Not received"}, {"E", "NR"}});
     Click("cmdEdit");
@@ -46,7 +44,7 @@ TEST_F(CodeTablesTest, ClaimTypeIsLoadedChangedAndDeleted) {
 
 TEST_F(CodeTablesTest, ClaimTypeSaveFailureHasItsOwnCaption) {
     channel.Answer("LstClm", 0);
-    Open<frmAcquisitions_ClaimTypes>();
+    Open(AddAcquisitionsScreens, "Acquisitions_ClaimTypes");
     Click("cmdNew");
     Type("txtEDICode", "NR");
     EXPECT_FALSE(IsEnabled("cmdSave"));
@@ -61,7 +59,7 @@ TEST_F(CodeTablesTest, POTypeIsKnownByItsNumber) {
     const wire::Fields types{{"T", "0"}, {"D", "Approval"}, {"B", "N"}, {"RT", "N"},
                              {"T", "3"}, {"D", "Gift"},     {"B", "N"}, {"RT", "N"}};
     channel.Answer("LstPOTp", 0, types);
-    Open<frmAcquisitions_POTypes>();
+    Open(AddAcquisitionsScreens, "Acquisitions_POTypes");
     EXPECT_EQ(GridRows(), (QStringList{"Approval", "Gift"}));
     Grid().SelectKey("3");
     channel.Answer("GetPOTp", 0, {{"D", "Gift"}});
@@ -92,7 +90,7 @@ TEST_F(CodeTablesTest, POTypeIsKnownByItsNumber) {
 
 TEST_F(CodeTablesTest, VendorReportKeepsItsCodeWhenOnlyTheNameChanges) {
     channel.Answer("LstVRpt", 0, {{"ID", "2"}, {"Nm", "Out of stock"}});
-    Open<frmAcquisitions_VendorReports>();
+    Open(AddAcquisitionsScreens, "Acquisitions_VendorReports");
     channel.Answer("GetVRpt", 0, {{"Nm", "Out of stock"}, {"E", "OS"}});
     Click("cmdEdit");
     Type("txtName", "Temporarily out of stock");
@@ -105,7 +103,7 @@ TEST_F(CodeTablesTest, VendorReportKeepsItsCodeWhenOnlyTheNameChanges) {
 
 TEST_F(CodeTablesTest, VendorReportIsKeptForClaimsOfBothKinds) {
     channel.Answer("LstVRpt", 0, {{"ID", "2"}, {"Nm", "Out of stock"}});
-    Open<frmAcquisitions_VendorReports>();
+    Open(AddAcquisitionsScreens, "Acquisitions_VendorReports");
     for (const auto& [status, text] :
          {std::pair{63,
                     "This Vendor Report cannot be deleted because it is used in a Non-Serials Claim record."},

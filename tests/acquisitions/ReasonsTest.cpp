@@ -1,5 +1,4 @@
-#include "acquisitions/frmAcquisitions_AdjustReasons.h"
-#include "acquisitions/frmAcquisitions_MarkReasons.h"
+#include "acquisitions/AcquisitionsScreens.h"
 #include "support/ScreenTest.h"
 
 #include <QLabel>
@@ -15,7 +14,7 @@ protected:
     void OpenWith(const wire::Fields& reasons) {
         channel.Answer("LstClm", 0, {{"ID", "4"}, {"D", "Not received"}, {"ID", "5"}, {"D", "Damaged"}});
         channel.Answer("LstMark", 0, reasons);
-        Open<frmAcquisitions_MarkReasons>();
+        Open(AddAcquisitionsScreens, "Acquisitions_MarkReasons");
     }
 };
 
@@ -57,7 +56,7 @@ TEST_F(MarkReasonsTest, WithoutTheClaimTypesTheReasonsStillOpen) {
     channel.Answer("LstClm", 2);
     prompter.ExpectBox("Unable to load Available Mark Reasons.");
     channel.Answer("LstMark", 0, {{"ID", "1"}, {"Nm", "Pages missing"}});
-    Open<frmAcquisitions_MarkReasons>();
+    Open(AddAcquisitionsScreens, "Acquisitions_MarkReasons");
     channel.Answer("GetMark", 0, {{"Nm", "Pages missing"}, {"C", "5"}});
     Click("cmdEdit");
     Type("txtName", "Pages torn");
@@ -92,7 +91,7 @@ class AdjustReasonsTest : public ScreenTest {};
 TEST_F(AdjustReasonsTest, EveryPartOfAReasonTravels) {
     channel.Answer("LstVen", 0, {{"ID", "11"}, {"Cd", "ACME"}, {"Nm", "Acme"}, {"ID", "12"}, {"Nm", "Bolt"}});
     channel.Answer("LstAdj", 0, {{"ID", "1"}, {"T", "Freight"}, {"ID", "2"}, {"T", "Discount"}});
-    Open<frmAcquisitions_AdjustReasons>();
+    Open(AddAcquisitionsScreens, "Acquisitions_AdjustReasons");
     EXPECT_EQ(GridRows(), (QStringList{"Discount", "Freight"}));
 
     channel.Answer("GetAdj", 0, {{"T", "Discount"}, {"EC", "DI"}, {"CC", "A"}, {"V", "12"}});
@@ -123,7 +122,7 @@ TEST_F(AdjustReasonsTest, EveryPartOfAReasonTravels) {
 TEST_F(AdjustReasonsTest, ReasonIsDeletedUnlessPricesWereAdjustedForIt) {
     channel.Answer("LstVen", 0);
     channel.Answer("LstAdj", 0, {{"ID", "1"}, {"T", "Freight"}, {"ID", "2"}, {"T", "Discount"}});
-    Open<frmAcquisitions_AdjustReasons>();
+    Open(AddAcquisitionsScreens, "Acquisitions_AdjustReasons");
     prompter.ExpectBox("You will delete Adjust Reason:\r\n\"Discount\"\r\n\r\nAre you sure?");
     prompter.ExpectBox(
         "This Adjust Reason cannot be deleted because it is used in a Price Adjustment record.");
@@ -145,7 +144,7 @@ TEST_F(AdjustReasonsTest, FailedVendorsAreReportedUnderTheirOwnCaption) {
     channel.Answer("LstVen", 2);
     ExpectErrorDialog(prompter, "Database table error.", 2, "Get Vendors", "Adjust Reason");
     channel.Answer("LstAdj", 0, {{"ID", "1"}, {"T", "Freight"}});
-    Open<frmAcquisitions_AdjustReasons>();
+    Open(AddAcquisitionsScreens, "Acquisitions_AdjustReasons");
     channel.Answer("GetAdj", 5);
     ExpectErrorDialog(prompter, "Record not found to be updated.", 5, "Edit Acquisitions Adjust Reason",
                       "Adjust Reason");

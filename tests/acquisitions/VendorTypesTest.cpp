@@ -1,4 +1,5 @@
-#include "acquisitions/frmAcquisitions_VendorTypes.h"
+#include "acquisitions/AcquisitionsScreens.h"
+#include "framework/MaintenanceScreen.h"
 #include "support/ScreenTest.h"
 
 #include <QLabel>
@@ -13,9 +14,9 @@ const wire::Fields ThreeTypes{{"Cd", "BK"},    {"Nm", "Bookseller"}, {"Cd", "AG"
 
 class VendorTypesTest : public ScreenTest {
 protected:
-    frmAcquisitions_VendorTypes& OpenWith(const wire::Fields& types = ThreeTypes) {
+    Screen& OpenWith(const wire::Fields& types = ThreeTypes) {
         channel.Answer("LstVenTp", 0, types);
-        return Open<frmAcquisitions_VendorTypes>();
+        return Open(AddAcquisitionsScreens, "Acquisitions_VendorTypes");
     }
 };
 
@@ -40,7 +41,7 @@ TEST_F(VendorTypesTest, EverySplitIsReportedAndOnlyTheLastBatchShown) {
     channel.Answer("LstVenTp", 0, {{"Cd", "C"}, {"Nm", "Third"}});
     for (int split = 0; split < 2; ++split)
         ExpectErrorDialog(prompter, "Database Error", 55, "Load Acquisitions Vendor Types", "Vendor Type");
-    Open<frmAcquisitions_VendorTypes>();
+    Open(AddAcquisitionsScreens, "Acquisitions_VendorTypes");
     const wire::Fields again{{"55", "Y"}};
     EXPECT_EQ(channel.sent,
               (QList<ScriptedChannel::Sent>{{"LstVenTp", {}}, {"LstVenTp", again}, {"LstVenTp", again}}));
@@ -154,7 +155,7 @@ TEST_F(VendorTypesTest, ReadOnlyOperatorOnlyLooks) {
 }
 
 TEST_F(VendorTypesTest, CloseIsRefusedWhileEditing) {
-    frmAcquisitions_VendorTypes& screen = OpenWith();
+    Screen& screen = OpenWith();
     Click("cmdNew");
     prompter.ExpectBox("There is data currently being edited!\r\nPlease save or cancel the open work area.",
                        true, Box::Icon::Exclamation);
@@ -165,7 +166,7 @@ TEST_F(VendorTypesTest, CloseIsRefusedWhileEditing) {
 }
 
 TEST_F(VendorTypesTest, KeysDoWhatPeopleExpect) {
-    frmAcquisitions_VendorTypes& screen = OpenWith();
+    auto& screen = dynamic_cast<MaintenanceScreen&>(OpenWith());
     EXPECT_EQ(Get<QLabel>("lblCode").text(), "&Vendor Type Code:");
     EXPECT_EQ(Get<QLabel>("lblName").text(), "Vend&or Type Name:") << "no letter twice";
     Grid().setFocus();

@@ -1,4 +1,4 @@
-#include "circulation/frmCirculation_PatronNoteTypes.h"
+#include "circulation/CirculationScreens.h"
 #include "support/ScreenTest.h"
 
 namespace sysadmin {
@@ -11,7 +11,7 @@ class PatronNoteTypesTest : public ScreenTest {};
 
 TEST_F(PatronNoteTypesTest, NameIsTheWholeRecord) {
     channel.Answer("LstPatNoteTp", 0, {{"ID", "1"}, {"D", "General"}, {"ID", "2"}, {"D", "Address"}});
-    Open<frmCirculation_PatronNoteTypes>();
+    Open(AddCirculationScreens, "Circulation_PatronNoteTypes");
     Click("cmdEdit");
     EXPECT_EQ(TextOf("txtName"), "Address");
     Type("txtName", "Addresses");

@@ -1,5 +1,4 @@
-#include "requests/frmWS_Configuration.h"
-#include "requests/frmWS_LoginSummary.h"
+#include "requests/RequestsScreens.h"
 #include "requests/frmWS_SelfRegistration.h"
 #include "support/ScreenTest.h"
 
@@ -24,7 +23,7 @@ protected:
 
 TEST_F(WebServicesTest, ConfigurationHasItsOwnFailureMessages) {
     channel.Answer("GetZebConfig", 0, {{"US", "Y"}, {"UP", "N"}, {"DP", "0000"}});
-    frmWS_Configuration& screen = Open<frmWS_Configuration>();
+    Screen& screen = Open(AddRequestsScreens, "WS_Configuration");
     Check("chkChangePIN", true);
     Type("txtDefaultPIN", "1234");
     channel.Answer("UpdZebConfig", 2);
@@ -53,7 +52,7 @@ TEST_F(WebServicesTest, AlertTextsKeepTheirMarkers) {
                               {"BAT", ""},
                               {"EAT", "Your account will expire on \\\\d, \\\\n days from today."}};
     channel.Answer("GetWSLoginSum", 0, stored);
-    Open<frmWS_LoginSummary>();
+    Open(AddRequestsScreens, "WS_LoginSummary");
     EXPECT_EQ(TextOf("txtOverdue"), "You have overdue materials at \\\\l.");
     EXPECT_FALSE(IsEnabled("txtFines"));
     EXPECT_TRUE(IsEnabled("txtExpirationDays"));

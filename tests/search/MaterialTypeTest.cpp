@@ -1,4 +1,4 @@
-#include "search/frmSearch_MaterialType.h"
+#include "search/SearchScreens.h"
 #include "support/ScreenTest.h"
 
 namespace sysadmin {
@@ -11,7 +11,7 @@ class MaterialTypeTest : public ScreenTest {};
 
 TEST_F(MaterialTypeTest, UpdateSaysWhatChangedAndWhichCodeItWas) {
     channel.Answer("LstBF", 0, {{"Cd", "am"}, {"Nm", "Book"}, {"Cd", "as"}, {"Nm", "Journal"}});
-    Open<frmSearch_MaterialType>();
+    Open(AddSearchScreens, "Search_MaterialType");
     channel.Answer("GetBF", 0, {{"Cd", "am"}, {"Nm", "Book"}});
     Click("cmdEdit");
     EXPECT_EQ(channel.sent.last(), (Sent{"GetBF", {{"Cd", "am"}}}));

@@ -30,6 +30,13 @@ void ScreenTest::SetRights(bool mayEdit) {
     channel.sent.clear();
 }
 
+Screen& ScreenTest::Open(void (*contribute)(ScreenCatalogue&), const QString& key) {
+    contribute(application.catalogue);
+    m_screen.reset(application.catalogue.Find(key)->screen.make(application, nullptr));
+    ShowScreen();
+    return *m_screen;
+}
+
 void ScreenTest::ShowScreen() {
     m_screen->LoadScreen();
     m_screen->resize(900, 600);

@@ -34,6 +34,9 @@ protected:
         return *screen;
     }
 
+    /// The same for a screen of the navigation table; `contribute` is its subsystem's contribution.
+    Screen& Open(void (*contribute)(ScreenCatalogue&), const QString& key);
+
     /// Controls by their given names; a missing one fails the test at once by an exception.
     template <class Widget>
     Widget& Get(const QString& name) {

@@ -1,6 +1,6 @@
 #include "framework/ListGrid.h"
 #include "support/ScreenTest.h"
-#include "system/frmSystem_ItemTypes.h"
+#include "system/SystemScreens.h"
 
 namespace sysadmin {
 
@@ -13,7 +13,7 @@ protected:
             "LstItmTp", 0,
             {{"ID", "4"}, {"Cd", "book"}, {"Nm", "Book"}, {"ID", "9"}, {"Cd", "map"}, {"Nm", "Map"}});
         application.pickLists.Set("cboItemType", {{"4", "Book"}, {"9", "Map"}});
-        Open<frmSystem_ItemTypes>();
+        Open(AddSystemScreens, "System_ItemTypes");
     }
     /// What another screen's list of item types shows.
     QStringList Shown() const {

@@ -1,6 +1,6 @@
 #include "support/ScreenTest.h"
+#include "system/SystemScreens.h"
 #include "system/frmSystem_BaseCurrency.h"
-#include "system/frmSystem_Misc.h"
 
 #include <QGroupBox>
 #include <QSignalSpy>
@@ -71,7 +71,7 @@ TEST_F(SystemSettingsTest, BaseCurrencyIsChecked) {
 
 TEST_F(SystemSettingsTest, MiscellaneousSwitchesTravelInOrder) {
     channel.Answer("GetMsc", 0, {{"RP", "Y"}, {"MP", "N"}, {"D", "N"}, {"DSS", "Y"}});
-    frmSystem_Misc& screen = Open<frmSystem_Misc>();
+    Screen& screen = Open(AddSystemScreens, "System_Misc");
     EXPECT_EQ(FrameCaption(), "Edit System Miscellaneous");
     EXPECT_TRUE(screen.MayClose());
     Check("chkDistHistory", true);
@@ -90,7 +90,7 @@ TEST_F(SystemSettingsTest, MiscellaneousSwitchesTravelInOrder) {
 TEST_F(SystemSettingsTest, ReadOnlyMiscellaneousIsCaptionedSo) {
     SetRights(false);
     channel.Answer("GetMsc", 0, {{"RP", "Y"}});
-    Open<frmSystem_Misc>();
+    Open(AddSystemScreens, "System_Misc");
     EXPECT_EQ(FrameCaption(), "View System Miscellaneous");
     EXPECT_TRUE(Get<QWidget>("cmdSave").isHidden());
     Get<QCheckBox>("chkCircHistory").click();

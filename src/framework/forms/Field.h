@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QList>
+#include "framework/forms/FieldSpec.h"
+
 #include <QObject>
-#include <QString>
 
 #include <optional>
 
@@ -11,20 +11,6 @@ namespace sysadmin {
 class FlagField;
 class Form;
 class RequestChannel;
-
-/// What is said once about a field of a form; the view, the requests and the checks come from it.
-struct FieldSpec {
-    QString name{};           ///< the control's name ("txtCode")
-    QString tag{};            ///< its tag in requests and replies; empty: not read or put by itself
-    QString caption{};        ///< its label, or the check box's own text
-    int maxLength = 0;        ///< characters; 0: no limit of its own
-    bool required = false;    ///< must not be blank
-    bool displayOnly = false; ///< shown, never edited
-    QString unit{};           ///< text behind the control ("%", "days")
-    QString initial{};        ///< value in a new record, as it travels
-    QString toolTip{};
-    QString accessible{}; ///< what a screen reader says where there is no caption
-};
 
 /// One value (or list of values) of a record on a screen. It keeps what the server has (stored) and what the
 /// operator made of it (draft); whether it changed is computed from the two. The draft lives here and is
@@ -55,6 +41,8 @@ public:
 
     Kind GetKind() const { return m_kind; }
     const FieldSpec& Spec() const { return m_spec; }
+    /// For whoever completes or alters a declaration before the field is drawn.
+    FieldSpec& Declaration() { return m_spec; }
     const QString& Name() const { return m_spec.name; }
     const QString& Tag() const { return m_spec.tag; }
     Form& Owner() const { return m_form; }

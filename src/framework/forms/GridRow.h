@@ -8,10 +8,11 @@ namespace sysadmin {
 
 /// A column of a list.
 struct GridColumn {
-    QString caption;
+    QString caption{};
     int width = 0; ///< pixels at 100 %; 0 takes what is left
     bool hidden = false;
     bool yesNo = false; ///< cells are Y or N, shown as a check mark or nothing
+    QString tag{};      ///< of its cells in the reply that fills the list
     bool operator==(const GridColumn&) const = default;
 };
 

@@ -21,6 +21,10 @@ struct Layout {
     Layout(Field& one)
         : kind(Kind::Field)
         , field(&one) {} // NOLINT: a field stands for itself in a layout
+    /// The field of this control name, where the form is made from data.
+    Layout(const char* fieldName)
+        : kind(Kind::Field)
+        , name(fieldName) {} // NOLINT
     Layout(Kind theKind, const QString& theName, const QString& theText, const QList<Layout>& theChildren)
         : kind(theKind)
         , name(theName)
@@ -28,7 +32,7 @@ struct Layout {
         , children(theChildren) {}
 
     Kind kind;
-    QString name; ///< object name of a frame, tab widget or page, and a slot's name
+    QString name; ///< of a field, frame, tab widget or slot
     QString text; ///< a frame's or page's caption, a note's text
     Field* field = nullptr;
     QList<Layout> children;

@@ -7,68 +7,100 @@ namespace sysadmin {
 
 namespace {
 
-PutStep PutMoves(const QList<GridRow> (*moved)(const PickedLists&), const PickedLists& lists,
-                 const QString& idTag, const QString& stateTag, const QString& state) {
-    return [=, &lists](RequestChannel& channel, const SaveContext&) {
-        for (const GridRow& row : moved(lists)) {
-            channel.PutField(idTag, row.key);
-            channel.PutField(stateTag, state);
-        }
-    };
+void PutMoves(RequestChannel& channel, const PutStep& step, const QList<GridRow>& rows,
+              const QString& state) {
+    for (const GridRow& row : rows) {
+        channel.PutField(step.tag, row.key);
+        channel.PutField(step.stateTag, state);
+    }
+}
+
+PutStep MovesOf(PutStep::Kind kind, const PickedLists& lists, const QString& idTag, const QString& stateTag) {
+    PutStep step(kind, idTag);
+    step.lists = &lists;
+    step.stateTag = stateTag;
+    return step;
 }
 
 } // namespace
 
+void PutStep::operator()(RequestChannel& channel, const SaveContext& context) const {
+    if (when != When::Always && context.isNew != (when == When::Add))
+        return;
+    switch (kind) {
+    case Kind::Value:
+        field->Put(channel);
+        break;
+    case Kind::Constant:
+        channel.PutField(tag, value);
+        break;
+    case Kind::Changed:
+        channel.PutField(tag, BoolToYN(field->IsChanged()));
+        break;
+    case Kind::OriginalKey:
+        channel.PutField(tag, context.originalKey);
+        break;
+    case Kind::WhenOn:
+        field->Put(channel);
+        if (static_cast<const FlagField*>(field)->IsOn())
+            dependent->Put(channel);
+        break;
+    case Kind::Removals:
+        PutMoves(channel, *this, lists->Removed(), "3");
+        break;
+    case Kind::Additions:
+        PutMoves(channel, *this, lists->Added(), "1");
+        break;
+    case Kind::Own:
+        own(channel, context);
+        break;
+    }
+}
+
+QString PutStep::Tag() const {
+    return kind == Kind::Value || kind == Kind::WhenOn ? field->Tag() : tag;
+}
+
 PutStep PutValue(const Field& field) {
-    return [&field](RequestChannel& channel, const SaveContext&) { field.Put(channel); };
+    return {PutStep::Kind::Value, {}, &field};
 }
 
 PutStep PutConstant(const QString& tag, const QString& value) {
-    return [=](RequestChannel& channel, const SaveContext&) { channel.PutField(tag, value); };
+    PutStep step(PutStep::Kind::Constant, tag);
+    step.value = value;
+    return step;
 }
 
 PutStep PutChanged(const QString& tag, const Field& field) {
-    return [tag, &field](RequestChannel& channel, const SaveContext&) {
-        channel.PutField(tag, BoolToYN(field.IsChanged()));
-    };
+    return {PutStep::Kind::Changed, tag, &field};
 }
 
 PutStep PutOriginalKey(const QString& tag) {
-    return [tag](RequestChannel& channel, const SaveContext& context) {
-        channel.PutField(tag, context.originalKey);
-    };
+    return {PutStep::Kind::OriginalKey, tag};
 }
 
 PutStep PutWhenOn(const FlagField& flag, const Field& value) {
-    return [&](RequestChannel& channel, const SaveContext&) {
-        flag.Put(channel);
-        if (flag.IsOn())
-            value.Put(channel);
-    };
+    PutStep step(PutStep::Kind::WhenOn, {}, &flag);
+    step.dependent = &value;
+    return step;
 }
 
 PutStep PutRemovals(const PickedLists& lists, const QString& idTag, const QString& stateTag) {
-    return PutMoves([](const PickedLists& all) -> const QList<GridRow> { return all.Removed(); }, lists,
-                    idTag, stateTag, "3");
+    return MovesOf(PutStep::Kind::Removals, lists, idTag, stateTag);
 }
 
 PutStep PutAdditions(const PickedLists& lists, const QString& idTag, const QString& stateTag) {
-    return PutMoves([](const PickedLists& all) -> const QList<GridRow> { return all.Added(); }, lists, idTag,
-                    stateTag, "1");
+    return MovesOf(PutStep::Kind::Additions, lists, idTag, stateTag);
 }
 
 PutStep OnUpdate(PutStep step) {
-    return [step = std::move(step)](RequestChannel& channel, const SaveContext& context) {
-        if (!context.isNew)
-            step(channel, context);
-    };
+    step.when = PutStep::When::Update;
+    return step;
 }
 
 PutStep OnAdd(PutStep step) {
-    return [step = std::move(step)](RequestChannel& channel, const SaveContext& context) {
-        if (context.isNew)
-            step(channel, context);
-    };
+    step.when = PutStep::When::Add;
+    return step;
 }
 
 } // namespace sysadmin

@@ -3,6 +3,7 @@
 #include "framework/forms/PickedLists.h"
 #include "framework/forms/ValueFields.h"
 
+#include <concepts>
 #include <functional>
 
 namespace sysadmin {
@@ -13,21 +14,53 @@ struct SaveContext {
     QString originalKey; ///< empty for a new record
 };
 
-/// One step of filling an add or update request. A screen states its steps in the order in which they are
-/// put.
-using PutStep = std::function<void(RequestChannel&, const SaveContext&)>;
+/// One step of filling an add or update request, as data that can be read and compared. A screen's steps are
+/// taken in order.
+struct PutStep {
+    enum class Kind {
+        Value,       ///< the field's draft under its tag
+        Constant,    ///< `value` under `tag`
+        Changed,     ///< Y or N under `tag`: whether the field differs from what was loaded
+        OriginalKey, ///< under `tag` the key that the record had when editing began
+        WhenOn,      ///< a flag and, only when it is checked, the field that depends on it
+        Removals,    ///< rows moved out: id under `tag`, "3" under `stateTag`
+        Additions,   ///< rows moved in: id under `tag`, "1" under `stateTag`
+        Own          ///< the screen's own; `tag` only names it
+    };
+    enum class When { Always, Add, Update };
+    using Action = std::function<void(RequestChannel&, const SaveContext&)>;
 
-/// The field's draft under its tag.
+    PutStep() = default;
+    PutStep(Kind theKind, const QString& theTag, const Field* theField = nullptr)
+        : kind(theKind)
+        , tag(theTag)
+        , field(theField) {}
+    /// A step of the screen's own.
+    template <std::invocable<RequestChannel&, const SaveContext&> Function>
+    PutStep(Function function, const QString& theTag = {}) // NOLINT: such a function is a step
+        : tag(theTag)
+        , own(std::move(function)) {}
+
+    void operator()(RequestChannel& channel, const SaveContext& context) const;
+    /// The tag by which the step is known: the field's, where it puts a field.
+    QString Tag() const;
+
+    Kind kind = Kind::Own;
+    When when = When::Always;
+    QString tag{};
+    QString value{};
+    QString stateTag{};
+    const Field* field = nullptr;
+    const Field* dependent = nullptr;
+    const PickedLists* lists = nullptr;
+    Action own{};
+};
+
 PutStep PutValue(const Field& field);
-/// A fixed value.
 PutStep PutConstant(const QString& tag, const QString& value);
-/// Y or N: whether the field differs from what was loaded.
 PutStep PutChanged(const QString& tag, const Field& field);
-/// The key that the record had when editing began.
 PutStep PutOriginalKey(const QString& tag);
-/// A flag and, only when it is checked, the value that depends on it.
 PutStep PutWhenOn(const FlagField& flag, const Field& value);
-/// The rows moved out ("3") and moved in ("1"): each its id under `idTag` and its state under `stateTag`.
 PutStep PutRemovals(const PickedLists& lists, const QString& idTag, const QString& stateTag);
 PutStep PutAdditions(const PickedLists& lists, const QString& idTag, const QString& stateTag);
 /// The step, only for a changed (not a new) record.

@@ -1,0 +1,118 @@
+#pragma once
+
+#include "core/data/SecurityProfile.h"
+#include "framework/forms/Layout.h"
+#include "framework/forms/PutList.h"
+
+#include <QHash>
+
+class QJsonObject;
+
+namespace sysadmin {
+
+/// A message that a screen has of its own for a status.
+struct OwnWords {
+    QString text;
+    QString title;
+};
+
+/// What is said once about a table that a maintenance screen maintains; the screen's behaviour comes from it.
+/// What is left out follows from `word`, `plural` and the form's fields (see `Complete`).
+struct TableSpec {
+    QString subject{};   ///< noun of the questions and reports ("Vendor Type")
+    QString frameNoun{}; ///< noun of the edit frame's caption; empty: the subject
+    QString word{};      ///< subject word: "VenTp" makes "LstVenTp", "AddVenTp" and so on
+    QString plural{};    ///< "Acquisitions Vendor Types" makes the captions "Load ...", "Save ..." and so on
+    QString notice{};    ///< subject word announced to other screens; empty: `word`
+    QString gridName = "vsf";
+    QString tabCaption{}; ///< only where a screen has several tables
+
+    QList<GridColumn> columns{};   ///< empty: those of the fields, in their order
+    QString recordTag = "ID";      ///< the tag that begins a record of the list reply
+    QString keyTag{};              ///< the tag of the row's key; empty: the record tag
+    bool continuing = false;       ///< status 55 is success and its records are read
+    bool sorted = true;            ///< until the operator chooses otherwise; else as the server sends
+    int sortColumn = 0;            ///< the column of that order
+    bool boxOnLoadFailure = false; ///< "Unable to load ..." instead of a report
+    bool wholeRows = false;        ///< the row holds the whole record: no get request
+    bool asksAvailable = false;    ///< "Avl..." is asked before a new record is entered
+
+    QString listRequest{};
+    QString getRequest{}; ///< empty: the row holds the whole record
+    QString addRequest{};
+    QString updateRequest{};
+    QString deleteRequest{};    ///< empty: records cannot be deleted
+    QString getKeyTag{};        ///< tag of the key in get and delete requests; empty: the key tag
+    QString originalTag{};      ///< tag of the key in update requests; empty: the key tag
+    QString availableRequest{}; ///< asked before a new record is entered; empty: none
+
+    QString loadCaption{};
+    QString editCaption{};
+    QString saveCaption{};
+    QString deleteCaption{};
+    /// The tag by which the record just added is found in the reply; empty: the reply's first.
+    QString matchTag{};
+    QHash<qint16, OwnWords> deleteWords{};
+    QHash<qint16, OwnWords> saveWords{};
+    QStringList pickLists{}; ///< shared pick-lists that hold the records
+    QString pickTag{};       ///< the tag whose field is a pick-list entry's text
+
+    QList<PutStep> morePuts{}; ///< steps besides those of the fields
+    QStringList putOrder{};    ///< tags of the steps in order; what is not named comes behind
+};
+
+/// What is said once about a screen that keeps one record.
+struct RecordSpec {
+    QString subject{};   ///< screen name in reports
+    QString word{};      ///< subject word: "Msc" makes "GetMsc", "UpdMsc" and, if it may be missing, "AddMsc"
+    QString plural{};    ///< makes the captions "Load ..." and "Save ..."
+    QString notice{};    ///< subject word announced to other screens; empty: `word`
+    QString frameNoun{}; ///< of the frame's caption ("System Miscellaneous"); empty: the frame has none
+    QString frameEnd = ":"; ///< what follows the noun
+    QString getRequest{};
+    QString addRequest{}; ///< sent instead of the update while no record exists; empty: one always does
+    QString updateRequest{};
+    QString existsTag{}; ///< filled in the reply when a record exists; empty: one always does
+    QString loadCaption{};
+    QString saveCaption{};
+    QString loadFailure{};  ///< own message for a failed load, shown instead of a report
+    QString saveFailure{};  ///< own message for a failed save, shown instead of a report
+    QStringList putOrder{}; ///< tags of the fields in the order of a save; what is not named comes behind
+};
+
+/// A table with the form in which its records are edited.
+struct TableDeclaration {
+    TableSpec spec;
+    Form* form = nullptr;
+    Layout layout = Column({}); ///< without children: the fields below each other
+    QList<PutStep> puts{};      ///< empty: they follow from the fields
+};
+
+/// A single record with the form in which it is edited.
+struct RecordDeclaration {
+    RecordSpec spec;
+    Form* form = nullptr;
+    Layout layout = Column({});
+    QList<PutStep> puts{};
+};
+
+/// Everything that a screen declares: what tests read and compare with what the system demands, and what they
+/// alter to see whether anybody notices.
+struct ScreenDeclaration {
+    QString name;    ///< "frmAcquisitions_VendorTypes"
+    QString caption; ///< of the window
+    Area area = Area::System;
+    QList<TableDeclaration> tables{};   ///< of a maintenance screen
+    QList<RecordDeclaration> records{}; ///< of a screen that keeps one record
+};
+
+/// Fills in what a declaration leaves out: requests, captions, columns, put steps, layout.
+void Complete(TableDeclaration& table);
+void Complete(RecordDeclaration& record);
+
+/// The whole declaration, for the describe output.
+QJsonObject ToJson(const ScreenDeclaration& screen);
+/// A field's part of it.
+QJsonObject ToJson(const Field& field);
+
+} // namespace sysadmin

@@ -1,0 +1,215 @@
+#include "framework/Declaration.h"
+#include "framework/forms/ListFields.h"
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QMetaEnum>
+
+// What a declaration says, as the describe output writes it: whatever is empty or usual is left out.
+namespace sysadmin {
+
+namespace {
+
+constexpr const char* KindNames[] = {"Text",     "MultiLine", "Password", "Flag",   "Choice",
+                                     "Letter",   "Number",    "Money",    "Date",   "Time",
+                                     "Interval", "Rows",      "Picked",   "Checked"};
+constexpr const char* StepNames[] = {"value",  "constant", "changed",   "originalKey",
+                                     "whenOn", "removals", "additions", "own"};
+constexpr const char* AreaNames[] = {"Acquisitions", "Cataloging", "Circulation", "CirculationConversion",
+                                     "PatronGroups", "Security",   "System"};
+
+void Say(QJsonObject& object, const QString& name, const QString& text) {
+    if (!text.isEmpty())
+        object[name] = text;
+}
+
+void Say(QJsonObject& object, const QString& name, bool value) {
+    if (value)
+        object[name] = true;
+}
+
+QJsonArray ColumnsOf(const QList<GridColumn>& columns) {
+    QJsonArray array;
+    for (const GridColumn& column : columns) {
+        QJsonObject one{{"caption", column.caption}};
+        Say(one, "tag", column.tag);
+        if (column.width > 0)
+            one["width"] = column.width;
+        Say(one, "hidden", column.hidden);
+        Say(one, "yesNo", column.yesNo);
+        array.append(one);
+    }
+    return array;
+}
+
+QJsonArray ItemsOf(const QList<PickItem>& items) {
+    QJsonArray array;
+    for (const PickItem& item : items)
+        array.append(QJsonArray{item.id, item.text});
+    return array;
+}
+
+QJsonObject SourceOf(const ChoiceSource& source) {
+    QJsonObject object;
+    if (source == ChoiceSource())
+        return object;
+    Say(object, "request", source.request);
+    if (!source.request.isEmpty())
+        object["tags"] = QJsonArray{source.idTag, source.textTag};
+    Say(object, "pickList", source.pickList);
+    Say(object, "none", source.none);
+    Say(object, "caption", source.caption);
+    Say(object, "unableToLoad", source.unableToLoad);
+    return object;
+}
+
+QJsonArray FieldsOf(const Form& form) {
+    QJsonArray array;
+    for (const Field* field : form.Fields())
+        array.append(ToJson(*field));
+    return array;
+}
+
+QJsonArray StepsOf(const QList<PutStep>& steps) {
+    QJsonArray array;
+    for (const PutStep& step : steps) {
+        QJsonObject one{{"put", StepNames[int(step.kind)]}};
+        Say(one, "tag", step.Tag());
+        Say(one, "value", step.value);
+        Say(one, "stateTag", step.stateTag);
+        if (step.field)
+            one["field"] = step.field->Name();
+        if (step.dependent)
+            one["dependent"] = step.dependent->Name();
+        if (step.when != PutStep::When::Always)
+            one["when"] = step.when == PutStep::When::Add ? "add" : "update";
+        array.append(one);
+    }
+    return array;
+}
+
+QJsonObject WordsOf(const QHash<qint16, OwnWords>& words) {
+    QJsonObject object;
+    for (auto each = words.begin(); each != words.end(); ++each)
+        object[QString::number(each.key())] = QJsonArray{each->text, each->title};
+    return object;
+}
+
+QJsonValue LayoutOf(const Layout& layout) {
+    if (layout.kind == Layout::Kind::Field)
+        return layout.field ? layout.field->Name() : layout.name;
+    constexpr const char* names[] = {"field", "column", "row",  "frame", "flow",
+                                     "tabs",  "page",   "note", "slot"};
+    QJsonArray children;
+    for (const Layout& child : layout.children)
+        children.append(LayoutOf(child));
+    QJsonObject object{{"kind", names[int(layout.kind)]}};
+    Say(object, "name", layout.name);
+    Say(object, "text", layout.text);
+    if (!children.isEmpty())
+        object["children"] = children;
+    return object;
+}
+
+QJsonObject ToJson(const TableDeclaration& table) {
+    const TableSpec& spec = table.spec;
+    QJsonObject object{{"columns", ColumnsOf(spec.columns)},
+                       {"fields", FieldsOf(*table.form)},
+                       {"layout", LayoutOf(table.layout)},
+                       {"puts", StepsOf(table.puts)}};
+    for (const auto& [name, text] : std::initializer_list<std::pair<const char*, QString>>{
+             {"subject", spec.subject},         {"frameNoun", spec.frameNoun},
+             {"notice", spec.notice},           {"grid", spec.gridName},
+             {"tab", spec.tabCaption},          {"recordTag", spec.recordTag},
+             {"keyTag", spec.keyTag},           {"getKeyTag", spec.getKeyTag},
+             {"list", spec.listRequest},        {"get", spec.getRequest},
+             {"add", spec.addRequest},          {"update", spec.updateRequest},
+             {"delete", spec.deleteRequest},    {"available", spec.availableRequest},
+             {"loadCaption", spec.loadCaption}, {"editCaption", spec.editCaption},
+             {"saveCaption", spec.saveCaption}, {"deleteCaption", spec.deleteCaption},
+             {"matchTag", spec.matchTag},       {"pickTag", spec.pickTag}})
+        Say(object, name, text);
+    Say(object, "continuing", spec.continuing);
+    Say(object, "boxOnLoadFailure", spec.boxOnLoadFailure);
+    if (spec.sorted)
+        object["sortColumn"] = spec.sortColumn;
+    if (!spec.deleteWords.isEmpty())
+        object["deleteWords"] = WordsOf(spec.deleteWords);
+    if (!spec.saveWords.isEmpty())
+        object["saveWords"] = WordsOf(spec.saveWords);
+    if (!spec.pickLists.isEmpty())
+        object["pickLists"] = QJsonArray::fromStringList(spec.pickLists);
+    return object;
+}
+
+QJsonObject ToJson(const RecordDeclaration& record) {
+    const RecordSpec& spec = record.spec;
+    QJsonObject object{{"fields", FieldsOf(*record.form)},
+                       {"layout", LayoutOf(record.layout)},
+                       {"puts", StepsOf(record.puts)}};
+    for (const auto& [name, text] :
+         std::initializer_list<std::pair<const char*, QString>>{{"subject", spec.subject},
+                                                                {"notice", spec.notice},
+                                                                {"frameNoun", spec.frameNoun},
+                                                                {"frameEnd", spec.frameEnd},
+                                                                {"get", spec.getRequest},
+                                                                {"add", spec.addRequest},
+                                                                {"update", spec.updateRequest},
+                                                                {"existsTag", spec.existsTag},
+                                                                {"loadCaption", spec.loadCaption},
+                                                                {"saveCaption", spec.saveCaption},
+                                                                {"loadFailure", spec.loadFailure},
+                                                                {"saveFailure", spec.saveFailure}})
+        Say(object, name, text);
+    return object;
+}
+
+} // namespace
+
+QJsonObject ToJson(const Field& field) {
+    const FieldSpec& spec = field.Spec();
+    QJsonObject object{{"name", spec.name}, {"kind", KindNames[int(field.GetKind())]}};
+    for (const auto& [name, text] :
+         std::initializer_list<std::pair<const char*, QString>>{{"tag", spec.tag},
+                                                                {"caption", spec.caption},
+                                                                {"unit", spec.unit},
+                                                                {"initial", spec.initial},
+                                                                {"toolTip", spec.toolTip},
+                                                                {"accessible", spec.accessible},
+                                                                {"changedTag", spec.changedTag},
+                                                                {"enabledBy", spec.enabledBy}})
+        Say(object, name, text);
+    Say(object, "required", spec.required);
+    Say(object, "displayOnly", spec.displayOnly);
+    if (spec.maxLength > 0)
+        object["maxLength"] = spec.maxLength;
+    if (const QJsonObject source = SourceOf(spec.source); !source.isEmpty())
+        object["source"] = source;
+    if (const auto* number = dynamic_cast<const NumberField*>(&field))
+        object["range"] = QJsonArray{number->Least(), number->Most()};
+    if (const auto* letter = dynamic_cast<const LetterField*>(&field))
+        object["options"] = ItemsOf(letter->Options());
+    if (const auto* interval = dynamic_cast<const IntervalField*>(&field))
+        object["options"] = ItemsOf(interval->Units());
+    if (const auto* rows = dynamic_cast<const RowsField*>(&field))
+        object["columns"] = ColumnsOf(rows->Columns());
+    return object;
+}
+
+QJsonObject ToJson(const ScreenDeclaration& screen) {
+    QJsonObject object{
+        {"name", screen.name}, {"caption", screen.caption}, {"area", AreaNames[int(screen.area)]}};
+    QJsonArray tables;
+    for (const TableDeclaration& table : screen.tables)
+        tables.append(ToJson(table));
+    QJsonArray records;
+    for (const RecordDeclaration& record : screen.records)
+        records.append(ToJson(record));
+    if (!tables.isEmpty())
+        object["tables"] = tables;
+    if (!records.isEmpty())
+        object["records"] = records;
+    return object;
+}
+
+} // namespace sysadmin
