@@ -2,6 +2,7 @@
 
 #include "core/Application.h"
 #include "core/Screen.h"
+#include "framework/ListGrid.h"
 #include "support/FakeCommunication.h"
 #include "support/ScriptedChannel.h"
 #include "support/ScriptedPrompter.h"
@@ -13,8 +14,6 @@
 #include <gtest/gtest.h>
 
 namespace sysadmin {
-
-class ListGrid;
 
 /// A screen under test with a scripted server and operator. Rights: all areas may be edited unless
 /// `SetRights` says otherwise before `Open`.
