@@ -246,8 +246,9 @@ void Transaction::BeginWriting(bool wait) {
         BeginImmediate(wait ? deadline : WriterQueue::Clock::now());
         return;
     }
-    // Each statement sees what was committed before it began, and so all that was before the lock.
-    m_database.RunOnce("BEGIN ISOLATION LEVEL READ COMMITTED");
+    // Each statement sees what was committed before it began, and so all that was before the lock. The disk
+    // is waited for after the turn: see Commit.
+    m_database.RunOnce("BEGIN ISOLATION LEVEL READ COMMITTED; SET LOCAL synchronous_commit=off");
     try {
         if (wait)
             m_database.RunOnce(QString("SELECT pg_advisory_xact_lock(%1)").arg(WritersLock));
@@ -301,7 +302,19 @@ void Transaction::Commit() {
         throw;
     }
     m_open = false;
+    if (!m_turn)
+        return;
     m_turn.End();
+    if (m_database.GetEngine() == StoreAddress::Engine::Sqlite)
+        return;
+    // The log is written in order, so whatever is committed with a wait for the disk takes all before it
+    // there: one wait serves all who wait at the time, and the next changes go on meanwhile. If it fails,
+    // nobody knows whether the change outlives the database server.
+    try {
+        m_database.RunOnce("SELECT pg_logical_emit_message(true, 'sysadmin', '')");
+    } catch (const StoreError& error) {
+        throw StoreError(StoreError::Kind::Lost, error.Text());
+    }
 }
 
 bool RunInTransaction(Database& database, Transaction::Mode mode, const std::function<bool()>& work) {
