@@ -1,7 +1,7 @@
 #include "server/Library.h"
 
 #include "server/OperatorPasswords.h"
-#include "server/SampleWriter.h"
+#include "server/SampleLibrary.h"
 #include "server/store/Database.h"
 #include "server/subjects/Registrations.h"
 
@@ -96,8 +96,7 @@ void Library::Fill(Database& database) {
     const QString made = ReadSetting(database, "made_at");
     const bool sample = made.isEmpty() ? m_options.whenMissing == LibraryOptions::WhenMissing::MakeSample
                                        : ReadSetting(database, "sample") == "Y";
-    const qint64 parts = database.FirstValue("SELECT COUNT(*) FROM sample_parts").toLongLong();
-    if (made.isEmpty() || (sample && parts < m_registry->SampleParts().size())) {
+    if (made.isEmpty() || (sample && IsSampleIncomplete(*this, database))) {
         RunInTransaction(database, [&] {
             m_firstPassword.clear();
             if (ReadSetting(database, "made_at").isEmpty()) {
@@ -105,6 +104,7 @@ void Library::Fill(Database& database) {
                 WriteSetting(database, "made_at", StoredTime(Now()));
                 WriteSetting(database, "library_name", sample ? "Sample Library" : "Library");
                 WriteSetting(database, "sample", sample ? "Y" : "N");
+                WriteSetting(database, "web_services", sample ? "Y" : "N");
                 WriteSetting(database, "sealing_public_key", QString::fromLatin1(keys.publicKey.toBase64()));
                 WriteSetting(database, "sealing_secret_key", QString::fromLatin1(keys.secretKey.toBase64()));
                 WriteSetting(database, "dummy_hash",
@@ -114,7 +114,7 @@ void Library::Fill(Database& database) {
                     MakeFirstAdministrator(database);
             }
             if (ReadSetting(database, "sample") == "Y")
-                FillSample(database);
+                FillSampleLibrary(*this, database);
         });
     }
     m_sample = ReadSetting(database, "sample") == "Y";
@@ -140,17 +140,6 @@ void Library::MakeFirstAdministrator(Database& database) {
         profile.insert(right.column, right.tag == "CluViewOnly" ? "N" : "Y");
     const qint64 id = records.Insert("master_profiles", profile);
     records.Insert("master_profile_operators", {{"profile_id", id}, {"operator_row", administrator}});
-}
-
-void Library::FillSample(Database& database) {
-    SampleWriter writer(*this, database);
-    const auto filled = database.FirstColumn("SELECT name FROM sample_parts");
-    for (const SamplePart& part : m_registry->SampleParts()) {
-        if (filled.contains(QVariant(part.name)))
-            continue;
-        part.fill(writer);
-        database.Run("INSERT INTO sample_parts (name) VALUES (?)", {part.name});
-    }
 }
 
 bool HasSamplePassword(Database& database) {

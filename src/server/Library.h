@@ -62,7 +62,6 @@ private:
     explicit Library(const LibraryOptions& options);
     void Fill(Database& database);
     void MakeFirstAdministrator(Database& database);
-    void FillSample(Database& database);
 
     LibraryOptions m_options;
     std::shared_ptr<const Registry> m_registry;

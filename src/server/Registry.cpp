@@ -1,5 +1,6 @@
 #include "server/Registry.h"
 
+#include "server/SampleLibrary.h"
 #include "server/SubjectRequests.h"
 #include "server/store/History.h"
 
@@ -9,14 +10,18 @@ Registry::Registry() {
     for (const Table& table : HistoryTables())
         AddTable(table);
     AddMigration({2, [this](Database& database) { ConvertFormerHistory(database, m_tables); }});
+    AddMigration({3, ConvertSampleParts});
     AddTable({.name = "usage",
               .columns = {{.name = "table_name"},
                           {.name = "kind"},
-                          {.name = "record_id", .type = ColumnType::Whole},
+                          {.name = "record_id", .type = ColumnType::Whole, .tableIn = "table_name"},
                           {.name = "used", .type = ColumnType::Whole}},
               .uniqueSets = {{"table_name", "kind", "record_id"}},
               .indexed = {{"record_id"}}});
-    AddTable({.name = "sample_parts", .columns = {{.name = "name"}}, .uniqueSets = {{"name"}}});
+    AddTable({.name = "sample_parts",
+              .columns = {{.name = "name"}},
+              .uniqueSets = {{"name"}},
+              .content = Content::Record});
 }
 
 void Registry::AddTable(const Table& table) {
@@ -38,6 +43,7 @@ void Registry::AddTable(const Table& table) {
             known->uniqueTexts << unique;
     known->uniqueSets << table.uniqueSets;
     known->indexed << table.indexed;
+    known->ordered = known->ordered || table.ordered;
     if (!table.owner.isEmpty())
         known->owner = table.owner;
     if (table.content != Content::Settings)
@@ -49,7 +55,7 @@ void Registry::AddSubject(Subject declared) {
     const Subject& subject = m_subjects.back();
     Table table{.name = subject.table, .columns = subject.columns};
     if (subject.single) {
-        table.columns << Column{.name = "only_one"};
+        table.columns << Column{.name = "only_one", .fallback = "Y", .bookkeeping = true};
         table.uniqueSets << QStringList{"only_one"};
     }
     for (const Field& field : subject.fields) {
@@ -95,10 +101,6 @@ void Registry::AddMigration(Migration migration) {
     if (!m_migrations.isEmpty() && migration.version <= m_migrations.last().version)
         qFatal("The migration to version %d is out of order.", migration.version);
     m_migrations << std::move(migration);
-}
-
-void Registry::AddSample(const QString& name, std::function<void(SampleWriter&)> fill) {
-    m_samples << SamplePart{name, std::move(fill)};
 }
 
 const RequestRule* Registry::Find(const QString& name) const {

@@ -7,8 +7,6 @@
 
 namespace sysadmin::server {
 
-class SampleWriter;
-
 enum class Access { View, Edit };
 
 using Handler = std::function<Answer(Context&, const wire::Fields& request)>;
@@ -22,13 +20,6 @@ struct RequestRule {
     /// twice.
     bool changes = false;
     Handler handler;
-};
-
-/// A part of the sample library. Each part is filled in once per library; parts that a later version of the
-/// program brings are filled into the sample libraries that are there.
-struct SamplePart {
-    QString name;
-    std::function<void(SampleWriter&)> fill;
 };
 
 /// Everything that the server knows to store and to answer, collected once when the program starts.
@@ -48,14 +39,11 @@ public:
     /// Shorthand for a request that changes something.
     void AddChange(const QString& name, Area area, Handler handler);
     void AddMigration(Migration migration);
-    /// Parts are filled in the order in which they are added.
-    void AddSample(const QString& name, std::function<void(SampleWriter&)> fill);
 
     /// The rule of a request name, or null.
     const RequestRule* Find(const QString& name) const;
     QStringList RequestNames() const { return m_requests.keys(); }
     const Tables& GetTables() const { return m_tables; }
-    const QList<SamplePart>& SampleParts() const { return m_samples; }
     Schema GetSchema() const;
 
 private:
@@ -64,7 +52,6 @@ private:
     Tables m_tables;
     QStringList m_tableOrder;
     QList<Migration> m_migrations;
-    QList<SamplePart> m_samples;
 };
 
 } // namespace sysadmin::server

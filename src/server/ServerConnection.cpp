@@ -126,12 +126,14 @@ Answer ServerConnection::Hello() {
     Put(answer.fields, "VER", SYSADMIN_VERSION);
     if (!IsLocalPeer(m_peer))
         return answer;
-    const QVariant id =
-        database.FirstValue("SELECT operator_id FROM operators WHERE sample_password='Y' ORDER BY id");
-    for (const SampleOperator& sample : SampleOperators())
-        if (sample.id == id.toString())
-            Put(answer.fields, "HINT",
-                "Try the operator " + sample.id + " with the password " + sample.password + '.');
+    const auto open = database.FirstColumn("SELECT operator_id FROM operators WHERE sample_password='Y'");
+    for (const SampleOperator& sample : SampleOperators()) {
+        if (!open.contains(QVariant(sample.id)))
+            continue;
+        Put(answer.fields, "HINT",
+            "Try the operator " + sample.id + " with the password " + sample.password + '.');
+        break;
+    }
     return answer;
 }
 

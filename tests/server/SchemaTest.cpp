@@ -1,6 +1,6 @@
 #include "Engines.h"
 
-#include "server/SampleWriter.h"
+#include "server/Library.h"
 #include "server/store/Catalogue.h"
 #include "server/store/Database.h"
 #include "server/store/Records.h"
@@ -225,12 +225,6 @@ TEST(LibraryTest, ANewLibraryHasOneAdministratorWhoMustChangeThePassword) {
     const auto again = Library::Open(options, &error);
     EXPECT_EQ(again->FirstPassword(), "");
     EXPECT_EQ(again->GetSealingKeys().publicKey, library->GetSealingKeys().publicKey);
-}
-
-TEST(LibraryTest, CsvFields) {
-    EXPECT_EQ(ParseCsv("a,\"b, \"\"c\"\"\",\r\n,\"two\nlines\""),
-              (QList<QStringList>{{"a", "b, \"c\"", ""}, {"", "two\nlines"}}));
-    EXPECT_TRUE(ParseCsv("").isEmpty());
 }
 
 } // namespace

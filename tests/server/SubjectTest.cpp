@@ -388,7 +388,7 @@ TEST_P(SubjectTest, TheSampleLibraryIsWhole) {
     // A part that a later version brings is filled in, and the ones that are there are left alone.
     Send("DelVenTp", {{"Cd", "MAP"}});
     m_server->GetDatabase().Run("DELETE FROM base_currency");
-    m_server->GetDatabase().Run("DELETE FROM sample_parts WHERE name='base currency'");
+    m_server->GetDatabase().Run("DELETE FROM sample_parts WHERE name='base_currency'");
     m_server->Restart();
     EXPECT_EQ(wire::FirstValue(Send("GetBsCur").fields, "CrCd"), "USD");
     EXPECT_FALSE(List("LstVenTp", "Cd").contains("MAP"));

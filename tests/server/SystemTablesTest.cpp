@@ -73,7 +73,9 @@ TEST_F(SystemTablesTest, FineFeeTablesRefuse) {
     EXPECT_EQ(StatusOf("UpdPmt", {{"PId", "99999"}, {"PNm", "New"}}), status::NotFound);
     EXPECT_EQ(StatusOf("DelFee", {{"ID", first("ID")}}), 87);
     EXPECT_EQ(StatusOf("DelPmt", {{"PId", first("PId")}}), 90);
-    EXPECT_EQ(StatusOf("DelPstTp", {{"PstId", first("PstId")}}), status::InUse);
+    EXPECT_EQ(
+        StatusOf("DelPstTp", {{"PstId", m_server.Value("SELECT id FROM posting_types WHERE name='Error'")}}),
+        status::InUse);
     EXPECT_EQ(Send("LstFee").fields, list);
 }
 

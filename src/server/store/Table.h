@@ -24,7 +24,11 @@ struct Column {
     QString fallback = {}; ///< the value of rows written without one; rows of older libraries get it too
     QString target = {};   ///< the table that a reference points to
     OnRemoval onRemoval = OnRemoval::Refuse;
-    bool secret = false; ///< kept out of the history of changes
+    bool secret = false; ///< kept out of the history of changes and of files
+    /// Kept by the server itself; no part of what is written to files.
+    bool bookkeeping = false;
+    /// For a number that is the id of a record: the column that names the record's table.
+    QString tableIn = {};
 };
 
 /// A text column whose values differ, letter case and surrounding blanks apart, among all rows or among those
@@ -49,6 +53,8 @@ struct Table {
     QList<QStringList> uniqueSets = {};
     /// Further columns, or sets of them, that are searched for. References are indexed anyway.
     QList<QStringList> indexed = {};
+    /// The order in which records were added is a part of the settings.
+    bool ordered = false;
     /// The reference column that names the record of which the rows are a part, if they are one.
     QString owner = {};
     Content content = Content::Settings;

@@ -1,4 +1,3 @@
-#include "server/SampleWriter.h"
 #include "server/store/Database.h"
 #include "server/subjects/Registrations.h"
 
@@ -104,58 +103,6 @@ void PutMembers(Context& context, qint64 id, wire::Fields& reply) {
                           });
 }
 
-void FillSample(SampleWriter& sample) {
-    struct Group {
-        QString code;
-        QString name;
-        QString type;
-        QList<Member> members;
-    };
-    const QString v4 = "0000:0000:0000:0000:0000:ffff:";
-    const QString v6 = "2001:0db8:";
-    const QList<Group> groups{
-        {"CAMPUS",
-         "Campus Networks",
-         "R",
-         {{v4 + "0a00:0000", v4 + "0a0f:ffff"},
-          {v4 + "c000:0200", v4 + "c000:02ff"},
-          {v6 + "0001:0000:0000:0000:0000:0000", v6 + "0001:ffff:ffff:ffff:ffff:ffff"}}},
-        {"RESNET",
-         "Residence Halls",
-         "R",
-         {{v4 + "0a20:0000", v4 + "0a3f:ffff"},
-          {v6 + "0002:0000:0000:0000:0000:0000", v6 + "0002:00ff:ffff:ffff:ffff:ffff"}}},
-        {"KIOSKS",
-         "Catalogue Kiosks",
-         "I",
-         {{v4 + "c633:640a", {}},
-          {v4 + "c633:640b", {}},
-          {v4 + "c633:640c", {}},
-          {v6 + "0003:0000:0000:0000:0000:000a", {}}}},
-        {"PROXY", "Proxy Servers", "I", {{v4 + "cb00:7119", {}}, {v6 + "0003:0000:0000:0000:0000:0019", {}}}},
-        {"PARTNERS",
-         "Partner Libraries",
-         "D",
-         {{"library.example.edu", {}}, {"law.example.edu", {}}, {"hospital.example.org", {}}}},
-        {"FACSTAFF", "Faculty and Staff", "P", {}},
-    };
-    for (const Group& group : groups) {
-        const qint64 id =
-            sample.Add("access_groups", {{"code", group.code}, {"name", group.name}, {"type", group.type}});
-        for (const Member& member : group.members)
-            sample.Add("access_group_members",
-                       {{"group_id", id}, {"least", member.least}, {"most", member.most}});
-        if (group.code == u"CAMPUS" || group.code == u"FACSTAFF")
-            sample.Use("access_groups", "access rules", id, 2);
-        if (group.type != u"P")
-            continue;
-        const auto patrons = sample.GetDatabase().FirstColumn(
-            "SELECT id FROM patron_groups WHERE code IN ('faculty', 'staff', 'fellow') ORDER BY id");
-        for (const QVariant& patron : patrons)
-            sample.Add("access_group_patron_groups", {{"group_id", id}, {"patron_group_id", patron}});
-    }
-}
-
 } // namespace
 
 void RegisterAccessGroups(Registry& registry) {
@@ -193,7 +140,6 @@ void RegisterAccessGroups(Registry& registry) {
                                    {.name = "least"},
                                    {.name = "most"}},
                        .owner = "group_id"});
-    registry.AddSample("access groups", FillSample);
 }
 
 } // namespace sysadmin::server

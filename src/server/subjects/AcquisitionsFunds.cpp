@@ -1,4 +1,3 @@
-#include "server/SampleWriter.h"
 #include "server/subjects/Registrations.h"
 
 #include <QDate>
@@ -67,59 +66,6 @@ qint16 CheckPeriod(Context&, const wire::Fields&, const Row&, Row& after) {
                                                                                        : status::Ok;
 }
 
-void FillFundTypes(SampleWriter& sample) {
-    struct FundType {
-        QString name;
-        QList<int> percents; // in the order of the rules; -1: off
-        int funds = 0;
-    };
-    const QList<FundType> types{
-        {"Allocated, Monographs", {90, 90, 110, 100, 50, -1}, 214},
-        {"Allocated, Serials", {95, 95, 105, 105, -1, -1}, 168},
-        {"Approval Plans", {85, 90, 100, 100, 60, 40}, 37},
-        {"Document Delivery", {-1, 80, -1, 100, -1, -1}, 4},
-        {"Electronic Resources", {95, 95, -1, -1, -1, -1}, 52},
-        {"Endowment", {80, 80, 100, 100, 40, 25}, 131},
-        {"Gift", {75, 75, 100, 100, -1, -1}, 66},
-        {"Grant", {90, 90, 100, 100, 75, 75}, 19},
-        {"Preservation and Binding", {90, 90, 110, 110, -1, -1}, 8},
-        {"Start-Up Collections", {100, 100, 125, 120, -1, -1}, 0},
-    };
-    for (const FundType& type : types) {
-        Row row{{"name", type.name}};
-        for (qsizetype i = 0; i < type.percents.size(); ++i) {
-            const FundRule& rule = FundRules()[i];
-            const int percent = type.percents[i];
-            row.insert(rule.column, percent < 0 ? "N" : "Y");
-            if (percent >= 0)
-                row.insert(rule.PercentColumn(), percent);
-        }
-        const qint64 id = sample.Add("fund_types", row);
-        if (type.funds > 0)
-            sample.Use("fund_types", "funds", id, type.funds);
-    }
-}
-
-void FillFiscalPeriods(SampleWriter& sample) {
-    const int firstYear = 2021;
-    const int lastYear = 2028;
-    for (int year = firstYear; year <= lastYear; ++year) {
-        const qint64 id =
-            sample.Add("fiscal_periods", {{"name", QString("Fiscal Year %1").arg(year)},
-                                          {"start_date", QString("%1-09-01").arg(year - 1)},
-                                          {"end_date", QString("%1-08-31 23:59:59").arg(year)}});
-        // The last one is planned ahead: no ledger uses it yet. The one before it is the target of a
-        // rollover.
-        if (year == lastYear - 1)
-            sample.Use("fiscal_periods", "rollover rules", id, 3);
-        else if (year < lastYear)
-            sample.Use("fiscal_periods", "ledgers", id, 12);
-    }
-    sample.Add("fiscal_periods", {{"name", "Grant Period 2026-2028"},
-                                  {"start_date", "2026-01-01"},
-                                  {"end_date", "2028-12-31 23:59:59"}});
-}
-
 } // namespace
 
 void RegisterAcquisitionsFunds(Registry& registry) {
@@ -154,8 +100,6 @@ void RegisterAcquisitionsFunds(Registry& registry) {
         .addReply = {"ID", "Nm"},
         .checkPut = CheckPeriod,
     });
-    registry.AddSample("fund types", FillFundTypes);
-    registry.AddSample("fiscal periods", FillFiscalPeriods);
 }
 
 } // namespace sysadmin::server

@@ -1,4 +1,3 @@
-#include "server/SampleWriter.h"
 #include "server/subjects/Registrations.h"
 
 namespace sysadmin::server {
@@ -27,14 +26,6 @@ void RegisterBaseCurrency(Registry& registry) {
                 Field::Text("Dlm", "delimiter", 1).Default(".").Checked(IsDelimiter),
             },
         .single = true,
-    });
-    registry.AddSample("base currency", [](SampleWriter& sample) {
-        sample.Add("base_currency", {{"only_one", "Y"},
-                                     {"country", "United States"},
-                                     {"name", "US Dollar"},
-                                     {"code", "USD"},
-                                     {"decimals", 2},
-                                     {"delimiter", "."}});
     });
 }
 

@@ -1,5 +1,4 @@
 #include "server/Library.h"
-#include "server/SampleWriter.h"
 #include "server/SubjectRequests.h"
 #include "server/store/Database.h"
 #include "server/subjects/Registrations.h"
@@ -239,10 +238,6 @@ void RegisterClusters(Registry& registry) {
     registry.AddChange("AddCluster", Area::AnyOperator, Add);
     registry.AddChange("UpdCluster", Area::AnyOperator, Update);
     registry.AddChange("DelCluster", Area::AnyOperator, Remove);
-    registry.AddSample("clusters", [](SampleWriter& sample) {
-        sample.Add("clusters", {{"code", "MAIN"}, {"name", "University Libraries"}});
-        sample.Add("clusters", {{"code", "PROF"}, {"name", "Professional School Libraries"}});
-    });
 }
 
 } // namespace sysadmin::server

@@ -1,4 +1,3 @@
-#include "server/SampleWriter.h"
 #include "server/store/Database.h"
 #include "server/subjects/Registrations.h"
 
@@ -29,58 +28,6 @@ Answer ListAll(Context& context, const wire::Fields&) {
                                       Put(answer.fields, list.tags[i], row.value(int(i)).toString());
                               });
     return answer;
-}
-
-void FillSample(SampleWriter& sample) {
-    const QList<QPair<QString, QString>> reasons{
-        {"OVERDUE", "Overdue"},
-        {"RECALL", "Overdue Recall"},
-        {"LOST-REPL", "Lost Item Replacement"},
-        {"LOST-PROC", "Lost Item Processing"},
-        {"DAMAGED", "Damaged Item"},
-        {"EQUIPMENT", "Late Equipment Return"},
-        {"CARD", "Replacement Library Card"},
-        {"PHOTOCOPY", "Photocopies"},
-        {"ILL", "Interlibrary Loan Fee"},
-        {"COLLECTION", "Collection Agency Referral"},
-    };
-    int number = 0;
-    for (const auto& [code, name] : reasons) {
-        const qint64 id = sample.Add("fine_fee_reasons", {{"code", code}, {"name", name}});
-        // The last ones have never been charged and can be deleted.
-        if (++number <= 7)
-            sample.Use("fine_fee_reasons", "fines and fees", id, number * 731 % 2000 + 1);
-    }
-
-    number = 0;
-    for (const char* name : {"Cash", "Credit Card", "Cheque", "Bank Transfer", "Campus Account", "Voucher"}) {
-        const qint64 id = sample.Add("payment_types", {{"name", name}});
-        if (++number <= 4)
-            sample.Use("payment_types", "fine and fee transactions", id, number * 977 % 3000 + 1);
-    }
-
-    struct PostingType {
-        const char* name;
-        const char* forFines;
-        const char* forDemerits;
-    };
-    const PostingType postings[] = {
-        {"Payment", "Y", "N"},
-        {"Forgive", "Y", "Y"},
-        {"Error", "Y", "Y"},
-        {"Refund", "Y", "N"},
-        {"Lost Item Credit", "Y", "N"},
-        {"Batch Forgive", "Y", "N"},
-        {"Served Suspension", "N", "Y"},
-    };
-    number = 0;
-    for (const PostingType& posting : postings) {
-        const qint64 id = sample.Add(
-            "posting_types",
-            {{"name", posting.name}, {"for_fines", posting.forFines}, {"for_demerits", posting.forDemerits}});
-        if (++number <= 5)
-            sample.Use("posting_types", "fine and fee transactions", id, number * 463 % 2500 + 1);
-    }
 }
 
 } // namespace
@@ -123,7 +70,6 @@ void RegisterFineFeeReasons(Registry& registry) {
     });
     // Circulation policies choose a posting type from it.
     registry.AddRead("LstFee", Area::AnyOperator, ListAll);
-    registry.AddSample("fine and fee reasons", FillSample);
 }
 
 } // namespace sysadmin::server

@@ -1,6 +1,5 @@
 #include "server/subjects/LocationAddresses.h"
 
-#include "server/SampleWriter.h"
 #include "server/SubjectRequests.h"
 #include "server/store/Database.h"
 #include "server/subjects/PostalFields.h"
@@ -155,8 +154,10 @@ void DeclareLocationAddresses(Registry& registry) {
     for (const Field& field : Addresses().fields)
         addresses.columns << field.StoredAs();
     registry.AddTable(addresses);
-    registry.AddTable(
-        {.name = "phone_types", .columns = {{.name = "name"}}, .uniqueTexts = {{.column = "name"}}});
+    registry.AddTable({.name = "phone_types",
+                       .columns = {{.name = "name"}},
+                       .uniqueTexts = {{.column = "name"}},
+                       .ordered = true});
     registry.AddTable(
         {.name = "location_phones",
          .columns = {{.name = "address_id",
@@ -230,86 +231,6 @@ qint16 ApplyAddresses(Context& context, const wire::Fields& request, qint64 loca
     for (auto address = phonesOf.begin(); address != phonesOf.end(); ++address)
         ReplacePhones(context, address.key(), *address);
     return status::Ok;
-}
-
-void FillLocationAddresses(SampleWriter& sample) {
-    QHash<QString, qint64> types;
-    for (const char* type : {"Primary", "Mobile", "Fax", "Other"})
-        types.insert(type, sample.Add("phone_types", {{"name", type}}));
-    struct SampleAddress {
-        QString location;
-        QString contact;
-        QString email;
-        QString building;
-        QString street;
-        QStringList kinds;
-        QStringList phones; // "type number"
-    };
-    const QList<SampleAddress> addresses{
-        {"MAIN-ATCIRCDESK",
-         "Main Circulation Desk",
-         "circ@library.example.edu",
-         "Main Library",
-         "1 Library Walk",
-         {"is_street", "is_circ_desk"},
-         {"Primary +1 555 0100", "Fax +1 555 0101"}},
-        {"MAIN-ATCIRCDESK",
-         "Receiving",
-         "receiving@library.example.edu",
-         "Main Library, Dock 2",
-         "30 Service Road",
-         {"is_ship_to"},
-         {"Primary +1 555 0104", "Mobile +1 555 0105"}},
-        {"ART-ATCIRCDESK",
-         "Art Loan Desk",
-         "art@library.example.edu",
-         "Gallery Building",
-         "435 Park Way",
-         {"is_street", "is_campus"},
-         {"Primary +1 555 0110"}},
-        {"LAW-ATCIRCDESK",
-         "Law Library Front Desk",
-         "law@library.example.edu",
-         "Law School",
-         "559 Court Street",
-         {"is_street", "is_circ_desk", "is_bill_to"},
-         {"Primary +1 555 0120", "Fax +1 555 0121"}},
-        {"SCI-ATCIRCDESK",
-         "Science Loan Desk",
-         "science@library.example.edu",
-         "Science Quad, Floor 2",
-         "376 Laboratory Lane",
-         {"is_campus"},
-         {"Primary +1 555 0130"}},
-        {"SUL-ACQUISITIONS",
-         "Accounts Payable",
-         "accounts@library.example.edu",
-         "Administration Annex",
-         "12 Bursar Street",
-         {"is_bill_to"},
-         {"Primary +1 555 0140", "Fax +1 555 0141"}},
-    };
-    for (const SampleAddress& address : addresses) {
-        const auto location = sample.Find("locations", "code", address.location);
-        if (!location)
-            continue;
-        Row row{{"location_id", *location},
-                {"contact", address.contact},
-                {"email", address.email},
-                {"line1", address.building},
-                {"line2", address.street},
-                {"city", "Eastfield"},
-                {"state", "NY"},
-                {"postal_code", "12345"},
-                {"country", "USA"}};
-        for (const QString& kind : address.kinds)
-            row.insert(kind, "Y");
-        const qint64 id = sample.Add("location_addresses", row);
-        for (const QString& phone : address.phones)
-            sample.Add("location_phones", {{"address_id", id},
-                                           {"phone_type_id", types[phone.section(' ', 0, 0)]},
-                                           {"number", phone.section(' ', 1)}});
-    }
 }
 
 } // namespace sysadmin::server

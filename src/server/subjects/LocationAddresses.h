@@ -7,11 +7,9 @@
 namespace sysadmin::server {
 
 class Registry;
-class SampleWriter;
 
 /// Declares what is stored.
 void DeclareLocationAddresses(Registry& registry);
-void FillLocationAddresses(SampleWriter& sample);
 
 /// Appends the addresses, then their phones.
 void PutAddresses(Context& context, qint64 location, wire::Fields& reply);

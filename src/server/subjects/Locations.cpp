@@ -1,4 +1,3 @@
-#include "server/SampleWriter.h"
 #include "server/store/Database.h"
 #include "server/subjects/LocationAddresses.h"
 #include "server/subjects/Registrations.h"
@@ -73,32 +72,6 @@ void AddToRecord(Context& context, qint64 id, wire::Fields& reply) {
     PutAddresses(context, id, reply);
 }
 
-void FillSample(SampleWriter& sample) {
-    QHash<QString, qint64> libraries;
-    const QList<CsvRow> libraryRows = sample.ReadCsv("owning_libraries.csv");
-    for (const CsvRow& row : libraryRows)
-        if (const auto id = sample.Find("owning_libraries", "name", row["name"]))
-            libraries.insert(row["code"], *id);
-    int number = 0;
-    const QList<CsvRow> rows = sample.ReadCsv("locations.csv");
-    for (const CsvRow& row : rows) {
-        const QString library = row["owning_library_code"];
-        const qint64 id = sample.Add(
-            "locations",
-            {{"code", row["code"]},
-             {"name", row["name"]},
-             {"spine_label", row["code"].section('-', 0, 0)},
-             {"display_name", row["display_name"]},
-             {"suppressed", row["suppress_in_opac"]},
-             {"owning_library_id", libraries.contains(library) ? QVariant(libraries[library]) : QVariant()}});
-        // Most locations hold something; every twelfth is empty and can be deleted.
-        if (++number % 12 != 0) {
-            sample.Use("locations", "holdings records", id, number * 311 % 20000 + 1);
-            sample.Use("locations", "items", id, number * 523 % 30000 + 1);
-        }
-    }
-}
-
 } // namespace
 
 void RegisterLocations(Registry& registry) {
@@ -133,8 +106,6 @@ void RegisterLocations(Registry& registry) {
                         wire::Fields& reply) { PutPhoneTypes(context, reply); },
     });
     DeclareLocationAddresses(registry);
-    registry.AddSample("locations", FillSample);
-    registry.AddSample("location addresses", FillLocationAddresses);
 }
 
 } // namespace sysadmin::server

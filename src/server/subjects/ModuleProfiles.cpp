@@ -1,6 +1,4 @@
-#include "server/SampleWriter.h"
 #include "server/SubjectRequests.h"
-#include "server/store/Database.h"
 #include "server/subjects/ProfileMembers.h"
 #include "server/subjects/Registrations.h"
 
@@ -119,48 +117,6 @@ void DeclareCirculationLists(Registry& registry) {
     registry.AddChange("UpdPINs", Area::Security, UpdatePatronIds);
 }
 
-void FillCirculationLists(SampleWriter& sample) {
-    const QHash<QString, QStringList> names{
-        {"item_blocks",
-         {"Item is on hold", "Item is on reserve", "Item is lost", "Item may not be charged", "In process"}},
-        {"patron_blocks",
-         {"Too many items charged", "Fines over the limit", "Patron record expired", "Overdue recall",
-          "Suspended"}},
-        {"patron_id_kinds", {"Barcode", "Institution ID", "Other ID", "PIN", "SSN"}},
-    };
-    for (auto table = names.begin(); table != names.end(); ++table)
-        for (const QString& name : *table)
-            sample.Add(table.key(), {{"name", name}});
-}
-
-void FillSample(SampleWriter& sample) {
-    FillCirculationLists(sample);
-    const auto add = [&](const QString& table, const QString& name, const QString& operatorId,
-                         const QStringList& rights) {
-        Row row{{"name", name}};
-        for (const QString& tag : rights)
-            row.insert(ColumnOf(tag), "Y");
-        const qint64 profile = sample.Add(table, row);
-        if (const auto account = sample.Find("operators", "operator_id", operatorId))
-            sample.Add(table + "_operators", {{"profile_id", profile}, {"operator_row", *account}});
-        return profile;
-    };
-    for (const Module& module : Modules()) {
-        const qint64 profile = add(module.table, "Full Access", "SYSADMIN", module.rights);
-        if (!module.hasLocations)
-            continue;
-        // A location in a data change profile cannot be deleted: some stay outside.
-        const QString prefix = module.table == "data_change_profiles" ? "MAIN%" : "%";
-        for (const QVariant& location : sample.GetDatabase().FirstColumn(
-                 "SELECT id FROM locations WHERE code LIKE ? ORDER BY id", {prefix}))
-            sample.Add(module.table + "_locations", {{"profile_id", profile}, {"location_id", location}});
-    }
-    add("circulation_profiles", "Desk Staff", "CIRC", {"CgRen", "Dschg", "ARHR", "VwPtR", "AcPay", "SISt"});
-    add("cataloging_profiles", "Copy Cataloging", "VIEWER",
-        {"VwBR", "AddBR", "UpdBR", "VwHR", "VwIR", "VwAR", "UT"});
-    add("reporting_profiles", "Report Readers", "VIEWER", {"RepCat", "RepCatOpac"});
-}
-
 } // namespace
 
 void RegisterModuleProfiles(Registry& registry) {
@@ -193,7 +149,6 @@ void RegisterModuleProfiles(Registry& registry) {
             subject.memberships << ItemBlocks() << PatronBlocks() << PatronIds();
         registry.AddSubject(subject);
     }
-    registry.AddSample("module profiles", FillSample);
 }
 
 } // namespace sysadmin::server

@@ -1,6 +1,5 @@
 #include "server/Library.h"
 #include "server/OperatorPasswords.h"
-#include "server/SampleWriter.h"
 #include "server/SecurityHolders.h"
 #include "server/SecurityOptions.h"
 #include "server/Sessions.h"
@@ -277,37 +276,6 @@ Answer ClearLockout(Context& context, const wire::Fields& request) {
     return {};
 }
 
-/// Colleagues whose accounts are in every state. They have no password: nobody signs on as one of them before
-/// an administrator has given one.
-void FillSample(SampleWriter& sample) {
-    const QDateTime now = sample.GetLibrary().Now();
-    const auto day = [&](int daysAgo) { return now.addDays(-daysAgo).date().toString(Qt::ISODate); };
-    const auto add = [&](const QString& id, const QString& last, const QString& first, const QString& initial,
-                         int madeDaysAgo, Row state) {
-        if (sample.Find("operators", "operator_id", id))
-            return;
-        state.insert({{"operator_id", id},
-                      {"last_name", last},
-                      {"first_name", first},
-                      {"middle_initial", initial},
-                      {"created_on", day(madeDaysAgo)},
-                      {"modified_on", day(madeDaysAgo / 3)},
-                      {"modified_by", "SYSADMIN"}});
-        sample.Add("operators", state);
-    };
-    add("ACQ1", "Ferreira", "Inês", "M", 900, {});
-    add("ACQ2", "Nakamura", "Kenji", "", 410, {{"restrict_change", "Y"}});
-    add("CAT1", "Brandt", "Katharina", "", 1200, {});
-    add("CAT2", "O'Connor", "Maeve", "T", 365, {{"expired", "Y"}});
-    add("CIRC2", "Haddad", "Samir", "", 220,
-        {{"failed_count", 5},
-         {"last_failure_at", StoredTime(now.addSecs(-3600))},
-         {"locked_at", StoredTime(now.addSecs(-3600))}});
-    add("MEDIA", "Van der Berg", "Lotte", "", 150, {});
-    add("REPORTS", "Ito", "Naomi", "K", 700, {{"never_expires", "Y"}});
-    add("SELFCHECK", "Self-Check Station", "", "", 640, {{"never_expires", "Y"}, {"restrict_change", "Y"}});
-}
-
 } // namespace
 
 void RegisterOperatorAccounts(Registry& registry) {
@@ -321,7 +289,6 @@ void RegisterOperatorAccounts(Registry& registry) {
         {.name = "PwdUsg", .area = Area::Security, .access = Access::Edit, .handler = CheckPasswordUse});
     registry.AddRead("GetLockoutStatus", Area::Security, GetLockout);
     registry.AddChange("ClearLockoutStatus", Area::Security, ClearLockout);
-    registry.AddSample("staff", FillSample);
 }
 
 } // namespace sysadmin::server

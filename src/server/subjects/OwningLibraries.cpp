@@ -1,4 +1,3 @@
-#include "server/SampleWriter.h"
 #include "server/subjects/Registrations.h"
 
 namespace sysadmin::server {
@@ -7,13 +6,6 @@ namespace {
 
 constexpr qint16 UsedByBibliographicRecords = 61;
 constexpr qint16 OwnsLocations = 62;
-
-void FillSample(SampleWriter& sample) {
-    const QList<CsvRow> rows = sample.ReadCsv("owning_libraries.csv");
-    for (const CsvRow& row : rows)
-        sample.Add("owning_libraries",
-                   {{"name", row["name"]}, {"display_name", row["name"]}, {"nuc_code", row["code"]}});
-}
 
 } // namespace
 
@@ -39,7 +31,6 @@ void RegisterOwningLibraries(Registry& registry) {
         .memberships = {{.ownerColumn = "owning_library_id", .memberTable = "locations"}},
         .addReply = {"ID", "LN"},
     });
-    registry.AddSample("owning libraries", FillSample);
 }
 
 } // namespace sysadmin::server

@@ -1,4 +1,3 @@
-#include "server/SampleWriter.h"
 #include "server/SecurityOptions.h"
 #include "server/store/Database.h"
 #include "server/subjects/Registrations.h"
@@ -73,22 +72,10 @@ Answer UpdateExpiry(Context& context, const wire::Fields& request) {
     return {};
 }
 
-void FillSample(SampleWriter& sample) {
-    if (const auto options = sample.GetRecords().IdWhere("security_options", "only_one", "Y"))
-        sample.GetRecords().Update(
-            "security_options", *options,
-            {{"rules_text",
-              "Your new password must\r\n"
-              "- be a minimum of 8 and a maximum of 25 characters long\r\n"
-              "- contain at least 2 letters, 1 number and 1 special character:  !@#$%^&*?~\":;|=-.,\r\n"
-              "- not contain your operator id or your name\r\n"
-              "- be different from the previous 3 passwords"}});
-}
-
 } // namespace
 
 void RegisterPasswordSettings(Registry& registry) {
-    registry.AddTable({.name = "security_options", .columns = {{.name = "log_cleared_at"}}});
+    registry.AddTable({.name = "security_options", .columns = {{.name = "log_cleared_at", .bookkeeping = true}}});
     registry.AddRead("GET_PWD_DISPLAY_TEXT", Area::AnyOperator, GetRulesText);
     // The reply to a list in batches moves the session's cursor.
     registry.AddRequest({.name = "GetInvalidLogins",
@@ -99,7 +86,6 @@ void RegisterPasswordSettings(Registry& registry) {
     registry.AddChange("ClearInvalidLogins", Area::Security, ClearAttempts);
     registry.AddRead("GetMscExpire", Area::Security, GetExpiry);
     registry.AddChange("UpdMscExpire", Area::Security, UpdateExpiry);
-    registry.AddSample("password rules text", FillSample);
 }
 
 } // namespace sysadmin::server

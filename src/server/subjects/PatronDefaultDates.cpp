@@ -1,4 +1,3 @@
-#include "server/SampleWriter.h"
 #include "server/subjects/Registrations.h"
 
 #include <QRegularExpression>
@@ -44,10 +43,6 @@ void RegisterPatronDefaultDates(Registry& registry) {
             },
         .single = true,
         .checkPut = CheckPut,
-    });
-    registry.AddSample("patron default dates", [](SampleWriter& sample) {
-        sample.Add("patron_default_dates",
-                   {{"only_one", "Y"}, {"expiration_offset", "1Y"}, {"purge_offset", "3Y"}});
     });
 }
 

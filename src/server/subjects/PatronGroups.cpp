@@ -1,4 +1,3 @@
-#include "server/SampleWriter.h"
 #include "server/subjects/Registrations.h"
 
 namespace sysadmin::server {
@@ -8,22 +7,6 @@ namespace {
 constexpr qint16 UsedByPatronBarcodes = 85;
 constexpr qint16 UsedByRemotePolicies = 96;
 constexpr qint16 UsedByTransactions = 102;
-
-void FillSample(SampleWriter& sample) {
-    const auto cluster = sample.Find("clusters", "code", "MAIN");
-    if (!cluster)
-        return;
-    int number = 0;
-    const QList<CsvRow> rows = sample.ReadCsv("patron_groups.csv");
-    for (const CsvRow& row : rows) {
-        const qint64 id = sample.Add("patron_groups", {{"cluster_id", *cluster},
-                                                       {"code", row["code"]},
-                                                       {"name", row["name"]},
-                                                       {"display_name", row["name"]}});
-        if (++number % 7 != 0)
-            sample.Use("patron_groups", "patron barcodes", id, number * 419 % 5000 + 1);
-    }
-}
 
 } // namespace
 
@@ -60,7 +43,6 @@ void RegisterPatronGroups(Registry& registry) {
         .addReply = {"ID"},
         .listFilters = {{"CID", "cluster_id"}},
     });
-    registry.AddSample("patron groups", FillSample);
 }
 
 } // namespace sysadmin::server

@@ -1,4 +1,3 @@
-#include "server/SampleWriter.h"
 #include "server/store/Database.h"
 #include "server/subjects/Registrations.h"
 
@@ -28,27 +27,6 @@ qint16 KeepDefault(Context&, qint64, const Row& record) {
     return record.value("is_default").toString() == "Y" ? status::InUse : status::Ok;
 }
 
-void FillSample(SampleWriter& sample) {
-    const QList<CsvRow> desks = sample.ReadCsv("desks.csv");
-    for (const CsvRow& desk : desks) {
-        const QString code = desk["code"];
-        if (code == "Online") // nobody can stand at its printer
-            continue;
-        const bool staffOnly = code.startsWith("SUL") || code.endsWith("TS");
-        const bool serves = desk["is_pickup_location"] == "Y";
-        const qint64 id = sample.Add("print_locations",
-                                     {{"code", code},
-                                      {"name", desk["name"]},
-                                      {"is_default", code == "MAIN-LOAN" ? "Y" : "N"},
-                                      {"for_circulation", staffOnly ? "N" : "Y"},
-                                      {"for_acquisitions", staffOnly ? "Y" : "N"},
-                                      {"for_media", code.startsWith("MEDIA") || code == "MUSIC" ? "Y" : "N"},
-                                      {"for_cataloging", staffOnly || !serves ? "Y" : "N"}});
-        if (serves)
-            sample.Use("print_locations", "workstations", id, code.startsWith("MAIN") ? 9 : 3);
-    }
-}
-
 } // namespace
 
 void RegisterPrintLocations(Registry& registry) {
@@ -75,7 +53,6 @@ void RegisterPrintLocations(Registry& registry) {
         .afterPut = TakeDefault,
         .checkRemove = KeepDefault,
     });
-    registry.AddSample("print locations", FillSample);
 }
 
 } // namespace sysadmin::server

@@ -1,4 +1,3 @@
-#include "server/SampleWriter.h"
 #include "server/store/Database.h"
 #include "server/subjects/Registrations.h"
 
@@ -42,8 +41,6 @@ Answer ReadPatronGroupRights(Context& context, const wire::Fields& request) {
 void RegisterSecurityProfile(Registry& registry) {
     registry.AddRead("SAInit", Area::AnyOperator, ReadRights);
     registry.AddRead("CheckMasterProfile", Area::AnyOperator, ReadPatronGroupRights);
-    registry.AddSample("web services",
-                       [](SampleWriter& sample) { sample.WriteSetting("web_services", "Y"); });
 }
 
 } // namespace sysadmin::server

@@ -1,4 +1,3 @@
-#include "server/SampleWriter.h"
 #include "server/subjects/Registrations.h"
 
 namespace sysadmin::server {
@@ -16,9 +15,6 @@ void RegisterSystemMiscellaneous(Registry& registry) {
                 Field::Flag("DSS", "shows_subfield_separators"),
             },
         .single = true,
-    });
-    registry.AddSample("system miscellaneous", [](SampleWriter& sample) {
-        sample.Add("system_miscellaneous", {{"only_one", "Y"}, {"shows_subfield_separators", "Y"}});
     });
 }
 

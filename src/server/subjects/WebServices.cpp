@@ -1,4 +1,3 @@
-#include "server/SampleWriter.h"
 #include "server/store/Database.h"
 #include "server/subjects/Registrations.h"
 
@@ -86,30 +85,6 @@ qint16 StoreRegistrationFields(Context& context, const wire::Fields& request) {
     return status::Ok;
 }
 
-void FillSample(SampleWriter& sample) {
-    sample.Add("web_service_configuration",
-               {{"only_one", "Y"}, {"change_pin", "Y"}, {"default_pin", "0000"}});
-
-    Row registration{
-        {"only_one", "Y"}, {"enabled", "Y"}, {"identifier_type", "institutionId"}, {"purge_days", 30}};
-    if (const QVariant group = sample.GetDatabase().FirstValue("SELECT id FROM patron_groups WHERE code=?",
-                                                               {QString("courtesy")});
-        group.isValid())
-        registration.insert("default_group_id", group);
-    sample.Add("self_registration", registration);
-    const QStringList required{"firstName", "lastName",     "address1",     "city",
-                               "zipCode",   "emailAddress", "institutionId"};
-    const QStringList hidden{"address3", "address4", "address5", "major", "SSN"};
-    for (const QString& code : RegistrationFields())
-        if (code != "SSN")
-            sample.Add("registration_fields", {{"code", code},
-                                               {"visible", hidden.contains(code) ? "N" : "Y"},
-                                               {"required", required.contains(code) ? "Y" : "N"}});
-
-    sample.Add("login_summary",
-               {{"only_one", "Y"}, {"enabled", "Y"}, {"overdue", "Y"}, {"fines", "Y"}, {"expiration", "Y"}});
-}
-
 } // namespace
 
 void RegisterWebServices(Registry& registry) {
@@ -145,7 +120,8 @@ void RegisterWebServices(Registry& registry) {
                        .columns = {{.name = "code"},
                                    {.name = "visible", .type = ColumnType::Flag, .fallback = "N"},
                                    {.name = "required", .type = ColumnType::Flag, .fallback = "N"}},
-                       .uniqueSets = {{"code"}}});
+                       .uniqueSets = {{"code"}},
+                       .ordered = true});
     registry.AddRead("GetWSSelfReg", Area::System, ReadSelfRegistration);
     // The markers in the texts belong to the web service.
     registry.AddSubject({
@@ -171,7 +147,6 @@ void RegisterWebServices(Registry& registry) {
             },
         .single = true,
     });
-    registry.AddSample("web service settings", FillSample);
 }
 
 } // namespace sysadmin::server

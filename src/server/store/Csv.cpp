@@ -1,0 +1,64 @@
+#include "server/store/Csv.h"
+
+#include <algorithm>
+
+namespace sysadmin::server {
+
+QList<CsvRecord> ParseCsv(const QString& text) {
+    QList<CsvRecord> records;
+    CsvRecord record;
+    QString field;
+    int line = 1;
+    bool quoted = false;
+    bool any = false; // of the record has been read
+    const auto endField = [&] {
+        record.fields << field;
+        field.clear();
+    };
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar c = text[i];
+        if (!any) {
+            record.line = line;
+            any = true;
+        }
+        if (c == u'\n')
+            ++line;
+        if (quoted) {
+            if (c != u'"')
+                field += c;
+            else if (i + 1 < text.size() && text[i + 1] == u'"')
+                field += text[i++];
+            else
+                quoted = false;
+        } else if (c == u'"') {
+            quoted = true;
+        } else if (c == u',') {
+            endField();
+        } else if (c == u'\n') {
+            endField();
+            records << record;
+            record.fields.clear();
+            any = false;
+        } else if (c != u'\r' || i + 1 >= text.size() || text[i + 1] != u'\n') {
+            field += c;
+        }
+    }
+    if (any) {
+        endField();
+        records << record;
+    }
+    return records;
+}
+
+QString CsvLine(const QStringList& fields) {
+    QStringList cells;
+    for (const QString& field : fields) {
+        const bool isPlain = std::none_of(field.begin(), field.end(), [](QChar c) {
+            return c == u',' || c == u'"' || c == u'\r' || c == u'\n';
+        });
+        cells << (isPlain ? field : '"' + QString(field).replace('"', "\"\"") + '"');
+    }
+    return cells.join(',');
+}
+
+} // namespace sysadmin::server
