@@ -75,7 +75,8 @@ Answer UpdateExpiry(Context& context, const wire::Fields& request) {
 } // namespace
 
 void RegisterPasswordSettings(Registry& registry) {
-    registry.AddTable({.name = "security_options", .columns = {{.name = "log_cleared_at", .bookkeeping = true}}});
+    registry.AddTable(
+        {.name = "security_options", .columns = {{.name = "log_cleared_at", .bookkeeping = true}}});
     registry.AddRead("GET_PWD_DISPLAY_TEXT", Area::AnyOperator, GetRulesText);
     // The reply to a list in batches moves the session's cursor.
     registry.AddRequest({.name = "GetInvalidLogins",
