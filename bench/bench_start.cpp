@@ -4,8 +4,8 @@
 
 #include "app/Client.h"
 #include "comm/CommandLine.h"
-#include "core/Appearance.h"
 #include "core/MainWindow.h"
+#include "look/Appearance.h"
 #include "server/Embedded.h"
 
 #include <QApplication>

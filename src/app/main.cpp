@@ -3,9 +3,9 @@
 #include "app/Robot.h"
 #include "app/Tour.h"
 #include "comm/CommandLine.h"
-#include "core/Appearance.h"
 #include "core/MainWindow.h"
 #include "core/Prompter.h"
+#include "look/Appearance.h"
 
 #include <QApplication>
 #include <QDir>

@@ -98,12 +98,6 @@ void frmClusterMaintenance::ReadRecord(Table& table) {
     m_form.lstDefPULoc.SetStored(defaultLocation);
 }
 
-GridRow frmClusterMaintenance::RowFromForm(const Table& table, const QString& key) const {
-    GridRow row = MaintenanceScreen::RowFromForm(table, key);
-    row.cells[0] = row.cells[0].trimmed();
-    return row;
-}
-
 void frmClusterMaintenance::AfterSave(Table& table, const GridRow& row, bool) {
     const GridRow* kept = table.grid->Model().FindRow(row.key);
     for (const GridRow& other : table.grid->Model().Rows()) // the list was read anew: found by its code

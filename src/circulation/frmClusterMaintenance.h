@@ -8,8 +8,7 @@ namespace sysadmin {
 struct ClusterForm : Form {
     TextField txtCode{
         *this,
-        {.name = "txtCode", .tag = "CCD", .caption = tr("Cluster Code:"), .maxLength = 40, .required = true},
-        true};
+        {.name = "txtCode", .tag = "CCD", .caption = tr("Cluster Code:"), .maxLength = 40, .required = true}};
     TextField txtName{*this,
                       {.name = "txtName",
                        .tag = "CNM",
@@ -45,7 +44,6 @@ protected:
     void PutListKey(const Table& table) override;
     void ReportLoadFailure(Table& table, qint16 status) override;
     void ReadRecord(Table& table) override;
-    GridRow RowFromForm(const Table& table, const QString& key) const override;
     void AfterSave(Table& table, const GridRow& row, bool wasNew) override;
     bool ConfirmRowDelete(Table& table, const GridRow& row) override;
     void AfterDelete(Table& table, const GridRow& row) override;

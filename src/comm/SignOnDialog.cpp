@@ -3,8 +3,8 @@
 #include "comm/PasswordEncoder.h"
 #include "comm/ProblemLabel.h"
 #include "comm/WireChannel.h"
-#include "core/IconLoader.h"
 #include "core/Prompter.h"
+#include "look/IconLoader.h"
 
 #include <QComboBox>
 #include <QDir>

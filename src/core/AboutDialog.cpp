@@ -1,7 +1,7 @@
 #include "core/AboutDialog.h"
 
-#include "core/IconLoader.h"
 #include "core/Prompter.h"
+#include "look/IconLoader.h"
 
 #include <QHBoxLayout>
 #include <QLabel>

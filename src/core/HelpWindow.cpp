@@ -1,8 +1,8 @@
 #include "core/HelpWindow.h"
 
-#include "core/IconLoader.h"
-#include "core/Resources.h"
 #include "core/ScreenCatalogue.h"
+#include "look/IconLoader.h"
+#include "look/Resources.h"
 
 #include <QAction>
 #include <QFile>

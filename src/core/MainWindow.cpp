@@ -3,13 +3,13 @@
 #include "core/AboutDialog.h"
 #include "core/Application.h"
 #include "core/HelpWindow.h"
-#include "core/IconLoader.h"
 #include "core/NavigationBar.h"
 #include "core/PreferencesDialog.h"
 #include "core/Prompter.h"
 #include "core/Screen.h"
 #include "core/ScreenArea.h"
 #include "core/data/UserSettings.h"
+#include "look/IconLoader.h"
 
 #include <QAction>
 #include <QCloseEvent>

@@ -1,7 +1,7 @@
 #include "core/NavigationBar.h"
 
-#include "core/IconLoader.h"
 #include "core/NavigationDelegate.h"
+#include "look/IconLoader.h"
 
 #include <QAction>
 #include <QActionGroup>

@@ -1,6 +1,6 @@
 #include "core/NavigationDelegate.h"
 
-#include "core/FlatPaint.h"
+#include "look/FlatPaint.h"
 
 #include <QIcon>
 #include <QPainter>

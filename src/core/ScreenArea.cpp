@@ -1,6 +1,6 @@
 #include "core/ScreenArea.h"
 
-#include "core/IconLoader.h"
+#include "look/IconLoader.h"
 
 #include <QPainter>
 #include <QTabBar>

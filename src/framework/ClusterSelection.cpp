@@ -2,6 +2,7 @@
 
 #include "core/Application.h"
 #include "core/Prompter.h"
+#include "framework/forms/ReadList.h"
 #include "framework/frmSelectCluster.h"
 #include "wire/Status.h"
 
@@ -24,24 +25,24 @@ clsCluster ReadCluster(const RequestChannel& channel) {
 
 /// Fills the collection; false when that failed and was reported.
 bool LoadClusters(Application& application, QWidget* parent) {
-    RequestChannel& channel = application.channel;
-    qint16 result = status::Ok;
-    do {
+    const auto putOperator = [&](RequestChannel& channel) {
         channel.PutField("OI", application.OperatorId());
-        if (result == status::Continues)
-            channel.PutField("55", "Y");
-        result = channel.SendRequest("GetClusterList");
+    };
+    const auto report = [&](qint16 result) {
         if (result == status::NoClusterLocation)
             ReportNoCluster(application, parent);
-        else if (result != status::Ok)
+        else
             application.ReportRequestFailure(result, "Get Clusters", "Select Cluster Dialog");
-    } while (result == status::Continues);
-    if (result != status::Ok)
+    };
+    QList<clsCluster> found;
+    const auto read = [&](RequestChannel& channel) { found.append(ReadCluster(channel)); };
+    if (ReadList(application.channel, {.request = "GetClusterList", .putKey = putOperator, .report = report},
+                 {{"CID", read}}) != status::Ok)
         return false;
 
     application.clusters.Clear();
-    while (channel.NextRecord("CID"))
-        application.clusters.Put(ReadCluster(channel));
+    for (const clsCluster& cluster : found)
+        application.clusters.Put(cluster);
     if (application.clusters.Count() > 0)
         return true;
     ReportNoCluster(application, parent);

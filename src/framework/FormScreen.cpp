@@ -93,10 +93,12 @@ void FormScreen::FinishBuilding() {
 void FormScreen::PrepareForm(Form& form) {
     for (Field* field : form.Fields()) {
         const FieldSpec& spec = field->Spec();
-        if (!spec.enabledBy.isEmpty())
-            field->EnableBy(dynamic_cast<FlagField&>(*form.Find(spec.enabledBy)));
-        if (!spec.source.pickList.isEmpty())
-            Follow(static_cast<ChoiceField&>(*field), spec.source.pickList, spec.source.none);
+        if (const auto* flag = dynamic_cast<FlagField*>(form.Find(spec.enabledBy)))
+            field->EnableBy(*flag);
+        else if (!spec.enabledBy.isEmpty())
+            qWarning("%s depends on a flag that the form lacks", qUtf8Printable(spec.name));
+        if (auto* choice = dynamic_cast<ChoiceField*>(field); choice && !spec.source.pickList.isEmpty())
+            Follow(*choice, spec.source.pickList, spec.source.none);
     }
     const auto setDecimals = [this, &form] {
         for (Field* field : form.Fields())

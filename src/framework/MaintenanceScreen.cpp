@@ -80,13 +80,20 @@ bool MaintenanceScreen::FillForm(Table& table, const GridRow& row) {
                 field->SetStored(row.cells.value(i));
         return true;
     }
-    App().channel.PutField(spec.getKeyTag, row.key);
-    if (const qint16 result = App().channel.SendRequest(spec.getRequest); result != status::Ok) {
-        App().ReportRequestFailure(result, spec.editCaption, spec.subject);
+    if (!AskForRecord(table, row.key, spec.editCaption))
         return false;
-    }
     ReadRecord(table);
     return true;
+}
+
+bool MaintenanceScreen::AskForRecord(const Table& table, const QString& key, const QString& caption) {
+    const TableSpec& spec = table.spec;
+    return ReadList(
+               App().channel,
+               {.request = spec.getRequest,
+                .putKey = [&](RequestChannel& channel) { channel.PutField(spec.getKeyTag, key); },
+                .report = [&](qint16 result) { App().ReportRequestFailure(result, caption, spec.subject); }},
+               {}) == status::Ok;
 }
 
 void MaintenanceScreen::ReadRecord(Table& table) {
@@ -193,6 +200,7 @@ bool MaintenanceScreen::Save(bool stay) {
     Table& table = Current();
     if (!CheckBeforeSave(table))
         return false;
+    table.form->Tidy(); // the list, the pick-lists and the search for the new record go by what is stored
     const bool wasNew = m_context.isNew;
     PutRecord(table, m_context);
     const QString request = wasNew ? table.spec.addRequest : table.spec.updateRequest;
@@ -201,7 +209,7 @@ bool MaintenanceScreen::Save(bool stay) {
         return false;
     }
 
-    const QString key = KeyAfterAdd(table);
+    const QString key = KeyAfterSave(table);
     const GridRow row = RowFromForm(table, key);
     if (key.isEmpty()) {
         LoadList(table); // the server did not say under which id it keeps the record: ask for what it has
@@ -227,11 +235,11 @@ bool MaintenanceScreen::Save(bool stay) {
     return true;
 }
 
-QString MaintenanceScreen::KeyAfterAdd(const Table& table) const {
+QString MaintenanceScreen::KeyAfterSave(const Table& table) const {
     const TableSpec& spec = table.spec;
     const auto draftOf = [&](const QString& tag) {
         const auto* value = dynamic_cast<ValueField*>(table.form->FindByTag(tag));
-        return value ? value->Draft().trimmed() : QString();
+        return value ? value->Draft() : QString();
     };
     if (const QString key = draftOf(spec.keyTag); !key.isEmpty())
         return key; // the code itself is the key
@@ -248,7 +256,8 @@ GridRow MaintenanceScreen::RowFromForm(const Table& table, const QString& key) c
     GridRow row{key, {}, {}};
     const GridRow* before = table.grid->SelectedRow();
     for (qsizetype i = 0; i < table.spec.columns.size(); ++i) {
-        if (const auto* value = dynamic_cast<ValueField*>(table.form->FindByTag(table.spec.columns[i].tag)))
+        if (const auto* value =
+                dynamic_cast<ValueField*>(table.form->FindByColumn(table.spec.columns[i].tag)))
             row.cells.append(value->DisplayText());
         else
             row.cells.append(before && before->key == key ? before->cells.value(i) : QString());

@@ -67,6 +67,8 @@ protected:
     virtual GridRow ReadRow(const Table& table);
     /// Fills the form from the row; false when that failed (and was reported).
     virtual bool FillForm(Table& table, const GridRow& row);
+    /// Asks for one record; false when that failed (and was reported under the caption).
+    bool AskForRecord(const Table& table, const QString& key, const QString& caption);
     /// Reads a get request's reply into the form.
     virtual void ReadRecord(Table& table);
     /// Gets what is available to a new record into the cleared form; false when that failed (and was
@@ -115,7 +117,7 @@ private:
     void OrderTabStops();
     void DeleteSelected();
     void SetState(State state);
-    QString KeyAfterAdd(const Table& table) const;
+    QString KeyAfterSave(const Table& table) const;
     void ShowTable(int index);
 
     bool m_readOnly = false;

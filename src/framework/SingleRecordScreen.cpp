@@ -101,6 +101,7 @@ bool SingleRecordScreen::CheckBeforeSave() {
 void SingleRecordScreen::Save() {
     if (!CheckBeforeSave())
         return;
+    m_form->Tidy();
     const bool adds = !m_exists && !m_spec.addRequest.isEmpty();
     for (const PutStep& put : m_puts)
         put(App().channel, {.isNew = adds, .originalKey = {}});

@@ -24,18 +24,11 @@ ProfileScreen::ProfileScreen(Application& application, const ProfileSpec& spec, 
     AddListButton(m_cmdDuplicate);
     AddListButton(m_cmdCompare);
     AddTable({.subject = m_spec.subject,
-              .notice = m_spec.word,
+              .word = m_spec.word,
+              .plural = m_spec.caption,
               .columns = {{.caption = tr("Names"), .tag = "Nm"}},
-              .recordTag = "ID",
               .boxOnLoadFailure = true,
-              .listRequest = "Lst" + m_spec.word,
-              .getRequest = "Get" + m_spec.word,
-              .addRequest = "Add" + m_spec.word,
-              .updateRequest = "Upd" + m_spec.word,
-              .deleteRequest = "Del" + m_spec.word,
               .editCaption = m_spec.editCaption,
-              .saveCaption = "Save " + m_spec.caption,
-              .deleteCaption = "Delete " + m_spec.caption,
               .matchTag = "Nm",
               .deleteWords = {{status::LastSecurityRight, {LastSecurityHolderText(), ApplicationTitle()}}},
               .saveWords = {{status::LastSecurityRight, {LastSecurityHolderText(), ApplicationTitle()}}}},
@@ -77,30 +70,25 @@ PutStep ProfileScreen::PutRight(const QString& tag) {
     return PutValue(*m_form.FindRight(tag));
 }
 
-bool ProfileScreen::ReadAll(const QString& request, const QString& idTag, const QString& nameTag,
-                            QList<GridRow>& rows) {
-    qint16 result = status::Ok;
-    do {
-        if (result == status::Continues)
-            App().channel.PutField("55", "Y");
-        result = App().channel.SendRequest(request);
-        if (result != status::Ok && result != status::Continues) {
-            ReportUnableToLoad(App(), this, windowTitle());
-            return false;
-        }
-        rows += ReadPairs(App().channel, idTag, nameTag);
-    } while (result == status::Continues);
-    return true;
+bool ProfileScreen::ReadAll(const QString& request, ListForm form, const QString& idTag,
+                            const QString& nameTag, QList<GridRow>& rows) {
+    const auto read = [&](RequestChannel& channel) {
+        rows.append({channel.GetField(idTag), {channel.GetField(nameTag)}, {}});
+    };
+    const auto report = [this](qint16) { ReportUnableToLoad(App(), this, windowTitle()); };
+    return ReadList(App().channel, {.request = request, .form = form, .report = report}, {{idTag, read}}) ==
+               status::Ok ||
+           !rows.isEmpty();
 }
 
 bool ProfileScreen::PrepareNew(Table&) {
     QList<GridRow> rows;
-    if (!ReadAll(m_spec.availableRequest, "AOI", "AON", rows))
+    if (!ReadAll(m_spec.availableRequest, ListForm::Continuing, "AOI", "AON", rows))
         return false;
     m_form.operators.LoadLists(rows, {});
     if (m_form.locations) {
         QList<GridRow> locations;
-        if (!ReadAll("LstLoc", "ID", "Nm", locations))
+        if (!ReadAll("LstLoc", ListForm::Strict, "ID", "Nm", locations))
             return false;
         m_form.locations->LoadLists(locations, {});
     }

@@ -21,8 +21,9 @@ protected:
 private:
     QList<PutStep> PutSteps();
     PutStep PutRight(const QString& tag);
-    /// Sends a list request until it ends and appends the records of each reply.
-    bool ReadAll(const QString& request, const QString& idTag, const QString& nameTag, QList<GridRow>& rows);
+    /// Asks for a list of ids and names; false when there is nothing of it (which was reported).
+    bool ReadAll(const QString& request, ListForm form, const QString& idTag, const QString& nameTag,
+                 QList<GridRow>& rows);
     void Compare();
 
     ProfileSpec m_spec;

@@ -57,19 +57,13 @@ frmSecurity_OperatorProfiles::frmSecurity_OperatorProfiles(Application& applicat
         };
     };
     AddTable({.subject = tr("Operator Profile"),
-              .notice = "Opr",
+              .word = "Opr",
+              .plural = windowTitle(),
               .columns = {{tr("Name")}, {tr("ID"), 110}, {tr("First Name"), 0, true}},
               .recordTag = "OI",
               .sorted = false,
               .boxOnLoadFailure = true,
-              .listRequest = "LstOpr",
-              .getRequest = "GetOpr",
-              .addRequest = "AddOpr",
-              .updateRequest = "UpdOpr",
-              .deleteRequest = "DelOpr",
               .editCaption = "Edit Security Operator Profile",
-              .saveCaption = "Save " + windowTitle(),
-              .deleteCaption = "Delete " + windowTitle(),
               .deleteWords = {{status::LastSecurityRight,
                                {LastSecurityHolderText(), tr("Cannot Delete Operator Profile")}}},
               .saveWords = {{status::LastSecurityRight,
@@ -212,11 +206,7 @@ void frmSecurity_OperatorProfiles::RefreshOwnControls() {
 }
 
 bool frmSecurity_OperatorProfiles::SendGet(const QString& operation) {
-    App().channel.PutField("OI", Owner().id);
-    const qint16 result = App().channel.SendRequest("GetOpr");
-    if (result != status::Ok)
-        App().ReportRequestFailure(result, operation, Current().spec.subject);
-    return result == status::Ok;
+    return AskForRecord(Current(), Owner().id, operation);
 }
 
 wire::PasswordOwner frmSecurity_OperatorProfiles::Owner() const {

@@ -16,8 +16,7 @@ struct OperatorForm : Form {
                              .tag = "OI",
                              .caption = tr("Operator ID:"),
                              .maxLength = 20,
-                             .required = true},
-                            true};
+                             .required = true}};
     TextField txtLastName{*this,
                           {.name = "txtLastName",
                            .tag = "LNm",

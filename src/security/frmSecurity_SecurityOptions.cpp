@@ -146,24 +146,18 @@ bool frmSecurity_SecurityOptions::CheckBeforeSave() {
 }
 
 void frmSecurity_SecurityOptions::LoadLog() {
-    RequestChannel& channel = App().channel;
     QList<GridRow> rows;
-    qint16 result = status::Ok;
-    do {
-        if (result == status::Continues)
-            channel.PutField("55", "Y");
-        result = channel.SendRequest("GetInvalidLogins");
-        if (result != status::Ok && result != status::Continues) {
-            App().ReportRequestFailure(result, "Getting Invalid Logins", windowTitle());
-            return;
-        }
-        while (channel.NextRecord(LogTags[0])) {
-            GridRow row{QString::number(rows.size()), {}, {}};
-            for (const char* tag : LogTags)
-                row.cells.append(channel.GetField(tag));
-            rows.append(row);
-        }
-    } while (result == status::Continues);
+    const auto read = [&](RequestChannel& channel) {
+        GridRow row{QString::number(rows.size()), {}, {}};
+        for (const char* tag : LogTags)
+            row.cells.append(channel.GetField(tag));
+        rows.append(row);
+    };
+    const auto report = [this](qint16 result) {
+        App().ReportRequestFailure(result, "Getting Invalid Logins", windowTitle());
+    };
+    ReadList(App().channel, {.request = "GetInvalidLogins", .form = ListForm::Continuing, .report = report},
+             {{LogTags[0], read}});
     m_form.vsfInvalidLogins.SetStoredRows(rows);
 }
 

@@ -10,8 +10,7 @@ namespace sysadmin {
 struct AccessGroupForm : Form {
     TextField txtCode{
         *this,
-        {.name = "txtCode", .tag = "C", .caption = tr("Group Code:"), .maxLength = 40, .required = true},
-        true};
+        {.name = "txtCode", .tag = "C", .caption = tr("Group Code:"), .maxLength = 40, .required = true}};
     TextField txtName{
         *this,
         {.name = "txtName", .tag = "N", .caption = tr("Group Name:"), .maxLength = 100, .required = true}};

@@ -6,23 +6,19 @@ namespace sysadmin {
 
 struct BaseCurrencyForm : Form {
     TextField txtCountryName{
-        *this,
-        {.name = "txtCountryName", .tag = "CtNm", .caption = tr("Country Name:"), .maxLength = 100},
-        true};
+        *this, {.name = "txtCountryName", .tag = "CtNm", .caption = tr("Country Name:"), .maxLength = 100}};
     TextField txtCurrencyName{*this,
                               {.name = "txtCurrencyName",
                                .tag = "CrNm",
                                .caption = tr("Currency Name:"),
                                .maxLength = 100,
-                               .required = true},
-                              true};
+                               .required = true}};
     TextField txtCurrencyCode{*this,
                               {.name = "txtCurrencyCode",
                                .tag = "CrCd",
                                .caption = tr("Currency Code:"),
                                .maxLength = 10,
-                               .required = true},
-                              true};
+                               .required = true}};
     NumberField txtBaseDecimals{*this,
                                 {.name = "txtBaseDecimals",
                                  .tag = "Dec",

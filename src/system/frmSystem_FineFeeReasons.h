@@ -12,8 +12,7 @@ struct FineFeeReasonForm : Form {
                        .maxLength = 40,
                        .required = true,
                        .column = {tr("Codes"), 120},
-                       .changedTag = "NCd"},
-                      true};
+                       .changedTag = "NCd"}};
     TextField txtName{*this,
                       {.name = "txtName",
                        .tag = "Nm",
@@ -21,8 +20,7 @@ struct FineFeeReasonForm : Form {
                        .maxLength = 100,
                        .required = true,
                        .column = {tr("Names")},
-                       .changedTag = "NNm"},
-                      true};
+                       .changedTag = "NNm"}};
 };
 
 struct PaymentTypeForm : Form {
@@ -32,8 +30,7 @@ struct PaymentTypeForm : Form {
                               .caption = tr("Name:"),
                               .maxLength = 100,
                               .required = true,
-                              .column = {tr("Names")}},
-                             true};
+                              .column = {tr("Names")}}};
 };
 
 struct PostingTypeForm : Form {
@@ -44,8 +41,7 @@ struct PostingTypeForm : Form {
                               .maxLength = 100,
                               .required = true,
                               .column = {tr("Names")},
-                              .changedTag = "NNm"},
-                             true};
+                              .changedTag = "NNm"}};
     FlagField chkFines{
         *this,
         {.name = "chkFines", .tag = "TF", .caption = tr("Fines"), .column = {tr("Fines"), 0, true, true}}};

@@ -12,16 +12,14 @@ struct LocationLimitGroupForm : Form {
                        .caption = tr("Code:"),
                        .maxLength = 40,
                        .required = true,
-                       .column = {tr("Codes"), 120}},
-                      true};
+                       .column = {tr("Codes"), 120}}};
     TextField txtName{*this,
                       {.name = "txtName",
                        .tag = "N",
                        .caption = tr("Name:"),
                        .maxLength = 100,
                        .required = true,
-                       .column = {tr("Names")}},
-                      true};
+                       .column = {tr("Names")}}};
     FlagField chkCheck{*this, {.name = "chkCheck", .tag = "O", .caption = tr("Suppress in OPAC?")}};
     PickedField locations{*this,
                           {.name = "fraLocations"},

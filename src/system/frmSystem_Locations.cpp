@@ -21,9 +21,6 @@ frmSystem_Locations::frmSystem_Locations(Application& application, QWidget* pare
     AddTable({.subject = tr("Location"),
               .word = "Loc",
               .plural = "System Locations",
-              .columns = {{.caption = tr("Codes"), .width = 120, .tag = "Cd"},
-                          {.caption = tr("Names"), .tag = "Nm"},
-                          {.caption = tr("Owning Library"), .width = 180, .tag = "LN"}},
               .boxOnLoadFailure = true,
               .deleteCaption = "Delete Locations",
               .matchTag = "Cd",
@@ -50,13 +47,6 @@ void frmSystem_Locations::LoadList(Table& table) {
     while (App().channel.NextRecord("PTps"))
         types.append({App().channel.GetField("PTps"), App().channel.GetField("PDsc")});
     App().pickLists.Set(PhoneTypes, types);
-}
-
-GridRow frmSystem_Locations::RowFromForm(const Table& table, const QString& key) const {
-    GridRow row = MaintenanceScreen::RowFromForm(table, key);
-    row.cells[0] = row.cells[0].trimmed();
-    row.cells[2] = m_form.cboOwningLib.DisplayText();
-    return row;
 }
 
 bool frmSystem_Locations::ConfirmRowDelete(Table& table, const GridRow& row) {

@@ -5,16 +5,20 @@
 namespace sysadmin {
 
 struct LocationForm : Form {
-    TextField txtCode{
-        *this,
-        {.name = "txtCode", .tag = "Cd", .caption = tr("Code:"), .maxLength = 40, .required = true},
-        true};
+    TextField txtCode{*this,
+                      {.name = "txtCode",
+                       .tag = "Cd",
+                       .caption = tr("Code:"),
+                       .maxLength = 40,
+                       .required = true,
+                       .column = {tr("Codes"), 120}}};
     TextField txtName{*this,
                       {.name = "txtName",
                        .tag = "Nm",
                        .caption = tr("Name:"),
                        .maxLength = 100,
                        .required = true,
+                       .column = {tr("Names")},
                        .changedTag = "NNm"}};
     TextField txtSpine{
         *this, {.name = "txtSpine", .tag = "Spn", .caption = tr("Spine Label Name:"), .maxLength = 100}};
@@ -25,6 +29,7 @@ struct LocationForm : Form {
                              {.name = "cboOwningLib",
                               .tag = "Lb",
                               .caption = tr("Owning Library:"),
+                              .column = {.caption = tr("Owning Library"), .width = 180, .tag = "LN"},
                               .source = {.request = "LstLib",
                                          .textTag = "LN",
                                          .pickList = "cboOwningLib",
@@ -56,7 +61,6 @@ public:
 
 protected:
     void LoadList(Table& table) override;
-    GridRow RowFromForm(const Table& table, const QString& key) const override;
     bool ConfirmRowDelete(Table& table, const GridRow& row) override;
     void RefreshOwnControls() override;
 

@@ -13,8 +13,7 @@ struct OwningLibraryForm : Form {
                        .maxLength = 100,
                        .required = true,
                        .column = {tr("Library Names")},
-                       .changedTag = "NNm"},
-                      true};
+                       .changedTag = "NNm"}};
     TextField txtDisplayName{
         *this, {.name = "txtDisplayName", .tag = "DN", .caption = tr("Display Name:"), .maxLength = 100}};
     TextField txtCode{*this, {.name = "txtCode", .tag = "NC", .caption = tr("NUC Code:"), .maxLength = 40}};

@@ -15,8 +15,9 @@ QMap<QString, QSet<QString>> AllowedIncludes() {
     QMap<QString, QSet<QString>> allowed{
         {"wire", {}},
         {"core/data", {"wire"}},
-        {"core", {"core/data", "wire"}},
-        {"comm", {"core", "core/data", "wire"}},
+        {"look", {}},
+        {"core", {"core/data", "look", "wire"}},
+        {"comm", {"core", "core/data", "look", "wire"}},
         {"framework/forms", {"core/data", "wire"}},
         {"framework", {"framework/forms", "core", "core/data", "wire"}},
         {"server", {"wire"}},

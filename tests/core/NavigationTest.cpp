@@ -1,7 +1,7 @@
 #include "CoreTest.h"
 
-#include "core/IconLoader.h"
 #include "core/Navigation.h"
+#include "look/IconLoader.h"
 
 #include <QSet>
 

@@ -1,5 +1,5 @@
 #include "core/Prompter.h"
-#include "core/Appearance.h"
+#include "look/Appearance.h"
 
 #include <QAbstractButton>
 #include <QApplication>

@@ -9,8 +9,8 @@ namespace sysadmin {
 namespace {
 
 struct SampleForm : Form {
-    TextField txtCode{
-        *this, {.name = "txtCode", .tag = "Cd", .caption = "Code:", .maxLength = 5, .required = true}, true};
+    TextField txtCode{*this,
+                      {.name = "txtCode", .tag = "Cd", .caption = "Code:", .maxLength = 5, .required = true}};
     FlagField chkLimit{*this, {.name = "chkLimit", .tag = "L", .caption = "Limit:"}};
     NumberField txtLimit{*this, {.name = "txtLimit", .tag = "LP", .caption = "Limit percentage:"}, 0, 100};
     ChoiceField cboLibrary{
@@ -101,6 +101,7 @@ TEST(FormTest, SaveContextDecidesWhatIsPut) {
     const QList<PutStep> steps{PutValue(form.txtCode), OnUpdate(PutOriginalKey("OCd")),
                                OnUpdate(PutChanged("NCd", form.txtCode)), OnAdd(PutConstant("X", "1"))};
     form.txtCode.SetDraft(" NEW ");
+    form.Tidy();
     EXPECT_EQ(form.Put(steps, {.isNew = true, .originalKey = {}}), (wire::Fields{{"Cd", "NEW"}, {"X", "1"}}));
     EXPECT_EQ(form.Put(steps, {.isNew = false, .originalKey = "AB"}),
               (wire::Fields{{"Cd", "NEW"}, {"OCd", "AB"}, {"NCd", "Y"}}));

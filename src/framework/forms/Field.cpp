@@ -62,6 +62,13 @@ Field* Form::FindByTag(const QString& tag) const {
     return nullptr;
 }
 
+Field* Form::FindByColumn(const QString& tag) const {
+    for (Field* field : m_fields)
+        if (!tag.isEmpty() && field->Spec().column.tag == tag)
+            return field;
+    return FindByTag(tag);
+}
+
 void Form::Load(RequestChannel& channel) {
     for (Field* field : m_fields)
         field->Load(channel);
@@ -70,6 +77,11 @@ void Form::Load(RequestChannel& channel) {
 void Form::Clear() {
     for (Field* field : m_fields)
         field->Clear();
+}
+
+void Form::Tidy() {
+    for (Field* field : m_fields)
+        field->Tidy();
 }
 
 void Form::Accept() {

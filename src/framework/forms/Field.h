@@ -57,6 +57,8 @@ public:
     virtual bool IsBlank() const = 0;
     /// The draft was saved: it is what the server has now.
     virtual void Accept() = 0;
+    /// Takes away what is not meant to be stored, before a save.
+    virtual void Tidy() {}
     /// Throws the draft away.
     virtual void Revert() = 0;
     /// Keeps the draft as what a record that the server does not have yet begins with.
@@ -105,9 +107,12 @@ public:
     Field* Find(const QString& name) const;
     /// The field that travels under this tag, or null.
     Field* FindByTag(const QString& tag) const;
+    /// The field that the list shows in the column of this tag, or null.
+    Field* FindByColumn(const QString& tag) const;
 
     void Load(RequestChannel& channel);
     void Clear();
+    void Tidy();
     void Accept();
     void Revert();
     void BecomeNew();

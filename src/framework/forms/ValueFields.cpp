@@ -36,6 +36,11 @@ QString ValueField::Problem() const {
     return {};
 }
 
+void TextField::Tidy() {
+    if (IsChanged())
+        SetDraft(Draft().trimmed());
+}
+
 QString MultiLineField::FromWire(const QString& value) const {
     return QString(value).replace("\r\n", "\n");
 }

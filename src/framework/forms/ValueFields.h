@@ -41,27 +41,20 @@ private:
     QString m_draft;
 };
 
-/// A line of text. Blanks around it do not travel when `trim` is set.
+/// A line of text. Blanks that were typed around it are not stored; a text that nobody changed stays as it
+/// is.
 class TextField : public ValueField {
 public:
-    TextField(Form& form, const FieldSpec& spec, bool trim = false)
-        : ValueField(form, Kind::Text, spec)
-        , m_trim(trim) {}
-
-protected:
-    TextField(Form& form, Kind kind, const FieldSpec& spec)
-        : ValueField(form, kind, spec) {}
-    QString ToWire() const override { return m_trim ? Draft().trimmed() : Draft(); }
-
-private:
-    bool m_trim = false;
+    TextField(Form& form, const FieldSpec& spec)
+        : ValueField(form, Kind::Text, spec) {}
+    void Tidy() override;
 };
 
 /// Text of several lines; a line break travels as CR LF.
-class MultiLineField : public TextField {
+class MultiLineField : public ValueField {
 public:
     MultiLineField(Form& form, const FieldSpec& spec)
-        : TextField(form, Kind::MultiLine, spec) {}
+        : ValueField(form, Kind::MultiLine, spec) {}
 
 protected:
     QString FromWire(const QString& value) const override;

@@ -1,4 +1,4 @@
-#include "core/FlatPaint.h"
+#include "look/FlatPaint.h"
 
 #include <QPainter>
 #include <QStyleOption>

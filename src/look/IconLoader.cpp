@@ -1,6 +1,6 @@
-#include "core/IconLoader.h"
+#include "look/IconLoader.h"
 
-#include "core/Resources.h"
+#include "look/Resources.h"
 
 #include <QFile>
 #include <QGuiApplication>

@@ -1,7 +1,7 @@
-#include "core/FlatStyle.h"
+#include "look/FlatStyle.h"
 
-#include "core/FlatPaint.h"
-#include "core/IconLoader.h"
+#include "look/FlatPaint.h"
+#include "look/IconLoader.h"
 
 #include <QAbstractSpinBox>
 #include <QPainter>

@@ -1,6 +1,6 @@
-#include "core/Appearance.h"
+#include "look/Appearance.h"
 
-#include "core/FlatStyle.h"
+#include "look/FlatStyle.h"
 
 #include <QApplication>
 #include <QToolTip>

@@ -1,4 +1,4 @@
-#include "core/FlatStyle.h"
+#include "look/FlatStyle.h"
 
 #include <QStyleOption>
 

@@ -1,5 +1,5 @@
-#include "core/FlatPaint.h"
-#include "core/FlatStyle.h"
+#include "look/FlatPaint.h"
+#include "look/FlatStyle.h"
 
 #include <QAbstractScrollArea>
 #include <QPainter>
