@@ -47,7 +47,7 @@ Greeting WireChannel::Hello() {
     const Answer answer = Observe(name, {}, [&] { return SendOutsideSession(name, {}, m_timeLimit); });
     if (answer.status != status::Ok) {
         Greeting none;
-        none.problem = m_problem.isEmpty() ? TextOfStatus(answer.status).message : m_problem;
+        none.problem = m_problem.isEmpty() ? ProblemOfServer(answer.status) : m_problem;
         return none;
     }
     const auto value = [&](const char* tag) { return wire::FirstValue(answer.fields, tag); };
@@ -97,8 +97,15 @@ QString WireChannel::ProblemOfSignOn(qint16 answered) const {
     case status::InvalidSignOn:
         return tr("The operator id or the password is not right, or the operator is locked or disabled.");
     default:
-        return TextOfStatus(answered).message;
+        return ProblemOfServer(answered);
     }
+}
+
+QString WireChannel::ProblemOfServer(qint16 answered) const {
+    if (answered != status::TableError)
+        return TextOfStatus(answered).message;
+    return tr("The server cannot use its database at the moment: it may be away, or its disk full. Try again "
+              "in a while. The server's log tells more.");
 }
 
 void WireChannel::SignOff() {
@@ -252,7 +259,7 @@ bool WireChannel::Resume(const QDeadlineTimer& deadline, bool& mayRetry) {
         mayRetry = m_transport->LastFailure() == TransportFailure::Lost;
         return false;
     }
-    if (reply->status != status::Ok) {
+    if (reply->status == status::InvalidSignOn) {
         m_transport->Close();
         m_token.clear();
         m_sessionOver = true;
@@ -260,6 +267,13 @@ bool WireChannel::Resume(const QDeadlineTimer& deadline, bool& mayRetry) {
             tr("The server has ended the session, or was set up anew. Close the program, start it again and "
                "sign on.");
         mayRetry = false;
+        return false;
+    }
+    if (reply->status != status::Ok) {
+        // The server has trouble of its own, which may pass; the session is still there.
+        m_transport->Close();
+        m_problem = ProblemOfServer(reply->status);
+        mayRetry = true;
         return false;
     }
     m_transport->SetLimits({});

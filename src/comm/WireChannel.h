@@ -76,6 +76,7 @@ private:
     std::optional<wire::Reply> Carry(const wire::Request& request, const QDeadlineTimer& deadline);
     void Rest(std::chrono::milliseconds time);
     QString ProblemOfSignOn(qint16 status) const;
+    QString ProblemOfServer(qint16 status) const;
 
     std::unique_ptr<Transport> m_transport;
     std::chrono::milliseconds m_timeLimit{60000};

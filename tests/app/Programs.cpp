@@ -3,6 +3,10 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#ifdef Q_OS_LINUX
+#include <sys/resource.h>
+#endif
+
 namespace sysadmin {
 
 namespace {
@@ -55,6 +59,15 @@ void ServerProcess::Kill() {
         return;
     m_process.kill();
     m_process.waitForFinished();
+}
+
+bool ServerProcess::LimitFiles(quint64 bytes) const {
+#ifdef Q_OS_LINUX
+    const rlimit limit{bytes == 0 ? RLIM_INFINITY : rlim_t(bytes), RLIM_INFINITY};
+    return prlimit(pid_t(m_process.processId()), RLIMIT_FSIZE, &limit, nullptr) == 0;
+#else
+    return bytes == 0;
+#endif
 }
 
 qint64 ServerProcess::PeakMemory() const {

@@ -31,6 +31,9 @@ public:
     /// Ends it without giving it any chance to put things in order.
     void Kill();
 
+    /// Lets no file that it writes to grow beyond so many bytes; 0 ends that. False where the system cannot.
+    bool LimitFiles(quint64 bytes) const;
+
     quint16 Port() const { return m_port; }
     /// The certificate's fingerprint as the server tells it: pairs of hexadecimal digits with colons between.
     const QString& Fingerprint() const { return m_fingerprint; }

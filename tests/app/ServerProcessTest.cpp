@@ -1,19 +1,13 @@
 #include "app/Client.h"
 #include "app/Programs.h"
 #include "app/RawPeer.h"
-#include "app/ServerRig.h"
-#include "comm/NetworkTransport.h"
-#include "comm/PasswordEncoder.h"
+#include "app/ServedTest.h"
 #include "core/MainWindow.h"
 #include "core/Screen.h"
 #include "framework/ListGrid.h"
-#include "server/Library.h"
 #include "server/store/Database.h"
 #include "server/store/Schema.h"
-#include "support/ScriptedPrompter.h"
-#include "support/TestServer.h"
 #include "wire/Codec.h"
-#include "wire/Status.h"
 
 #include <QAbstractButton>
 #include <QDialog>
@@ -39,61 +33,14 @@ using Fault = ServerRig::Fault;
 using Direction = Fault::Direction;
 using Then = Fault::Then;
 
-/// The communication library and the settings server with a real network between them.
-class ServerProcessTest : public ::testing::Test {
+class ServerProcessTest : public ServedTest {
 protected:
-    ServerProcessTest() {
-        m_rig = std::make_unique<ServerRig>(MakeLibrary());
-        TrustStore().Keep(Rig().Address(), Fingerprint());
+    void SetUp() override {
+        Serve(server::StoreAddress::InDirectory(m_directory.path()), {"--library", m_directory.path()});
     }
-
-    ServerRig& Rig() { return *m_rig; }
-    QByteArray Fingerprint() { return QByteArray::fromHex(Rig().Fingerprint().toLatin1()); }
-
-    std::unique_ptr<WireChannel> SignedOnChannel(const QString& operatorId = "SYSADMIN") {
-        auto channel = std::make_unique<WireChannel>();
-        channel->Use(std::make_unique<NetworkTransport>(Rig().Address(), prompter));
-        SessionData session;
-        session.SetCredentials(
-            operatorId,
-            PasswordEncoder(channel->Hello().publicKey).Encode(testing::SamplePassword(operatorId)));
-        EXPECT_TRUE(channel->SignOn(session)) << channel->LastProblem().toStdString();
-        return channel;
-    }
-
-    static qint16 Add(WireChannel& channel, const QString& code) {
-        channel.PutField("Cd", code);
-        channel.PutField("Nm", "Type " + code);
-        return channel.SendRequest("AddVenTp");
-    }
-    static QStringList Codes(WireChannel& channel) {
-        EXPECT_EQ(channel.SendRequest("LstVenTp"), status::Ok) << channel.LastProblem().toStdString();
-        return testing::ValuesOf(channel.ReplyFields(), "Cd");
-    }
-
-    /// The library itself, for what is to be done to it while the server is down.
-    std::shared_ptr<const server::Library> OpenLibrary() {
-        server::LibraryOptions options;
-        options.address = server::StoreAddress::InDirectory(m_directory.path());
-        options.whenMissing = server::LibraryOptions::WhenMissing::MakeSample;
-        options.hashCost = server::HashCost::Least();
-        QString error;
-        auto library = server::Library::Open(options, &error);
-        EXPECT_TRUE(library) << error.toStdString();
-        return library;
-    }
-
-    ScriptedPrompter prompter;
 
 private:
-    // Made here, with cheap password hashes.
-    QString MakeLibrary() {
-        OpenLibrary();
-        return m_directory.path();
-    }
-
     QTemporaryDir m_directory;
-    std::unique_ptr<ServerRig> m_rig;
 };
 
 TEST_F(ServerProcessTest, KilledAroundAnAddItIsThereOnce) {

@@ -20,7 +20,7 @@ constexpr int AwayMilliseconds = 300; // of a server that is started again
 
 class ServerRig::Worker : public QObject {
 public:
-    explicit Worker(const QString& library)
+    explicit Worker(const QStringList& library)
         : m_library(library)
         , m_relay(this) {
         connect(&m_relay, &QTcpServer::newConnection, this, [this] {
@@ -30,8 +30,8 @@ public:
     }
 
     void Start() {
-        EXPECT_TRUE(server.Start({"--library", m_library, "--create-sample", "--listen",
-                                  "127.0.0.1:" + QString::number(m_serverPort)}));
+        EXPECT_TRUE(server.Start(m_library + QStringList{"--create-sample", "--listen",
+                                                         "127.0.0.1:" + QString::number(m_serverPort)}));
         m_serverPort = server.Port();
         EXPECT_TRUE(m_relay.listen(QHostAddress::LocalHost, m_port));
         m_port = m_relay.serverPort();
@@ -116,7 +116,7 @@ private:
         from.disconnectFromHost();
     }
 
-    QString m_library;
+    QStringList m_library;
     QTcpServer m_relay;
     quint16 m_port = 0;
     quint16 m_serverPort = 0;
@@ -135,7 +135,7 @@ auto ServerRig::InThread(const Work& work) const {
     }
 }
 
-ServerRig::ServerRig(const QString& library) {
+ServerRig::ServerRig(const QStringList& library) {
     m_thread.start();
     // The process and the sockets belong to the thread that makes them.
     auto* maker = new QObject;
@@ -170,6 +170,10 @@ QString ServerRig::Fingerprint() const {
 
 qint64 ServerRig::PeakMemory() const {
     return InThread([this] { return m_worker->server.PeakMemory(); });
+}
+
+bool ServerRig::LimitFiles(quint64 bytes) {
+    return InThread([this, bytes] { return m_worker->server.LimitFiles(bytes); });
 }
 
 void ServerRig::KillServer() {

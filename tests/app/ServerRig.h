@@ -23,8 +23,8 @@ public:
         Then then = Then::Cut;
     };
 
-    /// Starts the server on the library of the folder, which must be there.
-    explicit ServerRig(const QString& library);
+    /// Starts the server on the library that its options name, as in {"--library", folder}.
+    explicit ServerRig(const QStringList& library);
     ~ServerRig();
     ServerRig(const ServerRig&) = delete;
     ServerRig& operator=(const ServerRig&) = delete;
@@ -35,6 +35,10 @@ public:
     quint16 ServerPort() const;
     QString Fingerprint() const;
     qint64 PeakMemory() const;
+
+    /// Lets no file that the server writes to grow beyond so many bytes; 0 ends that. False where the system
+    /// cannot.
+    bool LimitFiles(quint64 bytes);
 
     void KillServer();
     /// Starts it again, on the port that it had.

@@ -24,6 +24,7 @@ enum class Mishap {
     LostAfter,  // the reply does not come back
     LateBefore, // the same, found out by the time limit
     LateAfter,
+    NoDatabase, // the server cannot do anything at the moment, and says so
     Garbage,
     WrongNumber,
 };
@@ -65,8 +66,10 @@ public:
             return Break(TransportFailure::Lost);
         if (mishap == Mishap::LateBefore)
             return Break(TransportFailure::TimeLimit);
-        std::optional<wire::Reply> reply =
-            m_server.Handle(*m_connection, wire::DecodeRequest(message).value());
+        const wire::Request request = wire::DecodeRequest(message).value();
+        if (mishap == Mishap::NoDatabase)
+            return wire::Encode(wire::Reply{request.number, 2, {}});
+        std::optional<wire::Reply> reply = m_server.Handle(*m_connection, request);
         if (!reply || mishap == Mishap::LostAfter)
             return Break(TransportFailure::Lost);
         if (mishap == Mishap::LateAfter)
@@ -218,6 +221,24 @@ TEST_F(WireChannelTest, TheEndOfTheSessionIsExplained) {
     EXPECT_TRUE(channel.LastProblem().contains("over"));
     EXPECT_EQ(server.Received().size(), received) << "the server is left alone";
     EXPECT_TRUE(server.Added().isEmpty());
+}
+
+TEST_F(WireChannelTest, AServerWithoutItsDatabaseIsTriedAgainAndTheSessionIsKept) {
+    transport->mishaps = {Mishap::NoDatabase};
+    EXPECT_TRUE(channel.Hello().problem.contains("database"));
+    ASSERT_TRUE(SignOn());
+    channel.SetReconnectLimit(1min);
+    transport->mishaps = {Mishap::LostAfter, Mishap::NoDatabase, Mishap::NoDatabase};
+    EXPECT_EQ(Add("short"), 0) << "waited for";
+
+    channel.SetReconnectLimit(0ms);
+    transport->mishaps = {Mishap::LostBefore, Mishap::NoDatabase};
+    EXPECT_EQ(Add("long"), 1);
+    EXPECT_TRUE(channel.LastProblem().contains("database")) << channel.LastProblem().toStdString();
+    transport->mishaps = {Mishap::NoDatabase};
+    EXPECT_EQ(Add("long"), 1);
+    EXPECT_EQ(Add("long"), 0) << "the next try, in the same session";
+    EXPECT_EQ(server.Added(), (QStringList{"short", "long"}));
 }
 
 TEST_F(WireChannelTest, AServerThatMayNotBeTrustedIsNotTriedAgain) {

@@ -1,6 +1,5 @@
 #include "Engines.h"
 
-#include "server/store/Database.h"
 #include "support/PostgresServer.h"
 
 namespace sysadmin::testing {
@@ -35,9 +34,7 @@ void EngineTest::SetUp() {
     if (!server.Reason().isEmpty())
         GTEST_SKIP() << server.Reason().toStdString();
     static int number = 0;
-    const QString name = QString("library%1").arg(++number);
-    Database(server.Address("postgres")).Run("CREATE DATABASE " + name);
-    m_address = server.Address(name);
+    m_address = server.MakeDatabase(QString("library%1").arg(++number));
 }
 
 } // namespace sysadmin::testing

@@ -3,9 +3,8 @@
 #include "server/store/Database.h"
 
 #include <QDir>
-#include <QFileInfo>
+#include <QProcess>
 #include <QStandardPaths>
-#include <QThread>
 #include <QUrl>
 
 #ifdef Q_OS_UNIX
@@ -21,18 +20,13 @@ PostgresServer::PostgresServer(Disk disk)
 #ifdef Q_OS_UNIX
     m_root = geteuid() == 0; // it refuses to run as root
 #endif
-    Initialize();
+    Prepare();
     if (m_reason.isEmpty())
         Start();
 }
 
 PostgresServer::~PostgresServer() {
-    if (m_process.state() == QProcess::NotRunning)
-        return;
-    m_process.terminate();
-    if (!m_process.waitForFinished(10'000))
-        m_process.kill();
-    m_process.waitForFinished(1'000);
+    Crash();
     if (m_root)
         QProcess::execute("chown", {"-R", "root", m_directory.path()});
 }
@@ -50,65 +44,56 @@ QString PostgresServer::FindProgram(const QString& name) const {
     return {};
 }
 
-QStringList PostgresServer::AsItsUser(const QStringList& command) const {
-    return m_root ? QStringList{"runuser", "-u", "postgres", "--"} + command : command;
+int PostgresServer::Run(const QString& program, const QStringList& arguments) const {
+    QStringList command{FindProgram(program)};
+    command += arguments;
+    if (m_root)
+        command = QStringList{"runuser", "-u", "postgres", "--"} + command;
+    QProcess process;
+    process.setWorkingDirectory(m_directory.path());
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(m_directory.filePath("errors"));
+    process.start(command.takeFirst(), command);
+    return process.waitForFinished(60'000) ? process.exitCode() : -1;
 }
 
-void PostgresServer::Initialize() {
-    const QString initialize = FindProgram("initdb");
-    if (initialize.isEmpty() || FindProgram("postgres").isEmpty()) {
+void PostgresServer::Prepare() {
+    if (FindProgram("initdb").isEmpty() || FindProgram("pg_ctl").isEmpty())
         m_reason = "PostgreSQL is not installed.";
-        return;
-    }
-    if (m_root && QProcess::execute("chown", {"postgres", m_directory.path()}) != 0) {
+    else if (m_root && QProcess::execute("chown", {"postgres", m_directory.path()}) != 0)
         m_reason = "There is no user postgres, and PostgreSQL does not run as root.";
-        return;
-    }
-    QStringList command = AsItsUser({initialize, "-D", m_directory.filePath("data"), "-A", "trust", "-U",
-                                     "sysadmin", "-E", "UTF8", "--locale=C", "--no-sync"});
-    QProcess initialization;
-    initialization.setWorkingDirectory(m_directory.path());
-    initialization.start(command.takeFirst(), command);
-    initialization.waitForFinished(60'000);
-    if (initialization.exitCode() != 0 || initialization.error() != QProcess::UnknownError)
-        m_reason = "initdb failed: " + QString::fromUtf8(initialization.readAllStandardError());
+    else if (Run("initdb", {"-D", m_directory.filePath("data"), "-A", "trust", "-U", "sysadmin", "-E", "UTF8",
+                            "--locale=C", "--no-sync"}) != 0)
+        m_reason = "initdb failed.";
 }
 
 void PostgresServer::Start() {
-    QStringList command =
-        AsItsUser({FindProgram("postgres"), "-D", m_directory.filePath("data"), "-k", m_directory.path(),
-                   "-c", "listen_addresses=", "-c", m_disk == Disk::Waited ? "fsync=on" : "fsync=off"});
-    m_process.setProcessChannelMode(QProcess::MergedChannels);
-    m_process.setStandardOutputFile(m_directory.filePath("log"), QIODevice::Append);
-    m_process.setWorkingDirectory(m_directory.path());
-    m_process.start(command.takeFirst(), command);
-    m_reason = "The PostgreSQL server does not answer.";
-    for (int attempt = 0; attempt < 600; ++attempt) {
-        try {
-            const Database database(Address("postgres"));
-            m_reason.clear();
-            return;
-        } catch (const StoreError&) {
-            QThread::msleep(50);
-        }
-    }
+    m_running =
+        Run("pg_ctl",
+            {"start", "-w", "-s", "-D", m_directory.filePath("data"), "-l", m_directory.filePath("log"), "-o",
+             "-k " + m_directory.path() +
+                 " -c listen_addresses=" + (m_disk == Disk::Ignored ? " -c fsync=off" : "")}) == 0;
+    m_reason = m_running ? QString() : QString("The PostgreSQL server does not start.");
 }
 
 void PostgresServer::Crash() {
-    QStringList command = AsItsUser({QFileInfo(FindProgram("initdb")).canonicalPath() + "/pg_ctl", "-D",
-                                     m_directory.filePath("data"), "-m", "immediate", "-W", "stop"});
-    QProcess::execute(command.takeFirst(), command);
-    m_process.waitForFinished();
+    if (m_running)
+        Run("pg_ctl", {"stop", "-w", "-s", "-m", "immediate", "-D", m_directory.filePath("data")});
+    m_running = false;
+}
+
+StoreAddress PostgresServer::MakeDatabase(const QString& name) const {
+    Database(Address("postgres")).Run("CREATE DATABASE " + name);
+    return Address(name);
 }
 
 QString PostgresServer::Url(const QString& database) const {
-    return "postgresql://sysadmin@/" + database +
-           "?host=" + QString::fromLatin1(QUrl::toPercentEncoding(m_directory.path()));
+    return "postgresql://sysadmin@/" + database + "?host=" + QUrl::toPercentEncoding(m_directory.path());
 }
 
-StoreAddress PostgresServer::Parse(const QString& url) {
+StoreAddress PostgresServer::Address(const QString& database) const {
     QString error;
-    return *StoreAddress::FromUrl(url, &error);
+    return *StoreAddress::FromUrl(Url(database), &error);
 }
 
 } // namespace sysadmin::testing

@@ -2,12 +2,12 @@
 
 #include "server/store/StoreAddress.h"
 
-#include <QProcess>
 #include <QTemporaryDir>
 
 namespace sysadmin::testing {
 
-/// A PostgreSQL server of the test's own, on a local socket. Belongs to the thread that made it.
+/// A PostgreSQL server of the test's own, on a local socket, that can be taken away. May be stopped and
+/// started by any thread, one at a time.
 class PostgresServer {
 public:
     enum class Disk {
@@ -17,27 +17,32 @@ public:
 
     explicit PostgresServer(Disk disk = Disk::Ignored);
     ~PostgresServer();
+    PostgresServer(const PostgresServer&) = delete;
+    PostgresServer& operator=(const PostgresServer&) = delete;
 
     /// Why there is none; empty when it runs.
     const QString& Reason() const { return m_reason; }
-    server::StoreAddress Address(const QString& database) const { return Parse(Url(database)); }
-    QString Url(const QString& database) const;
     /// Tears it away: all its processes end at once, as if they had crashed.
     void Crash();
-    /// Starts it again where it was.
+    /// Starts it again where it was, and waits until it answers.
     void Start();
 
+    /// Makes an empty database.
+    server::StoreAddress MakeDatabase(const QString& name) const;
+    /// A database as the server's command line names it.
+    QString Url(const QString& database) const;
+    server::StoreAddress Address(const QString& database) const;
+
 private:
-    static server::StoreAddress Parse(const QString& url);
+    void Prepare();
     QString FindProgram(const QString& name) const;
-    QStringList AsItsUser(const QStringList& command) const;
-    void Initialize();
+    int Run(const QString& program, const QStringList& arguments) const;
 
     QTemporaryDir m_directory;
-    QProcess m_process;
     QString m_reason;
     Disk m_disk;
     bool m_root = false;
+    bool m_running = false;
 };
 
 } // namespace sysadmin::testing

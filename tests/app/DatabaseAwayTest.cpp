@@ -1,0 +1,158 @@
+#include "app/Client.h"
+#include "app/ServedTest.h"
+#include "core/MainWindow.h"
+#include "core/Screen.h"
+#include "framework/ListGrid.h"
+#include "support/PostgresServer.h"
+
+#include <QAbstractButton>
+#include <QDialog>
+#include <QFileInfo>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThread>
+
+using namespace std::chrono_literals;
+
+namespace sysadmin {
+namespace {
+
+namespace status = wire::status;
+
+/// A server whose database is taken away while it runs.
+class DatabaseAwayTest : public ServedTest {
+protected:
+    void ServeOnPostgres() {
+        m_postgres = std::make_unique<testing::PostgresServer>();
+        if (!m_postgres->Reason().isEmpty())
+            GTEST_SKIP() << m_postgres->Reason().toStdString();
+        Serve(m_postgres->MakeDatabase("away"), {"--database", m_postgres->Url("away")});
+    }
+
+    /// Runs `work` while the database is torn away and comes back, over and over again.
+    template <class Work>
+    void WhileItComesAndGoes(int times, int awayMilliseconds, const Work& work) {
+        std::atomic<int> left = times;
+        const std::unique_ptr<QThread> thread(QThread::create([&] {
+            for (; left > 0; --left) {
+                Postgres().Crash();
+                QThread::msleep(ulong(awayMilliseconds));
+                Postgres().Start();
+                QThread::msleep(200);
+            }
+        }));
+        thread->start();
+        while (left > 0)
+            work();
+        thread->wait();
+    }
+
+    testing::PostgresServer& Postgres() { return *m_postgres; }
+
+private:
+    std::unique_ptr<testing::PostgresServer> m_postgres;
+};
+
+TEST_F(DatabaseAwayTest, TornAwayAgainAndAgainNothingIsLostOrDoubled) {
+    ServeOnPostgres();
+    if (IsSkipped())
+        return;
+    const auto channel = SignedOnChannel();
+    const QStringList before = Codes(*channel);
+    QStringList added;
+    WhileItComesAndGoes(3, 700, [&] {
+        const QString code = "T" + QString::number(added.size());
+        // Hit three times in a row the client gives up; the operator presses "Save" again.
+        qint16 result = status::CommunicationsFailure;
+        for (int tries = 0; tries < 5 && result == status::CommunicationsFailure; ++tries)
+            result = Add(*channel, code);
+        ASSERT_EQ(result, status::Ok) << code.toStdString() << ": " << channel->LastProblem().toStdString();
+        added.append(code);
+    });
+    QStringList now = Codes(*channel);
+    QStringList wanted = before + added;
+    now.sort();
+    wanted.sort();
+    EXPECT_EQ(now, wanted);
+}
+
+TEST_F(DatabaseAwayTest, AnEditSurvivesThatTheDatabaseIsAwayForLong) {
+    ServeOnPostgres();
+    if (IsSkipped())
+        return;
+    CommandLine line;
+    line.server = Rig().Address();
+    Client client(prompter, line);
+    ASSERT_EQ(client.Comm().SignOnDirectly("SYSADMIN", testing::SamplePassword("SYSADMIN")), "");
+    ASSERT_TRUE(client.Start({"--server", line.server->Text()}));
+    MainWindow& window = *client.Window();
+    window.OpenScreen("Acquisitions_VendorTypes");
+    Screen* screen = window.FindScreen("Acquisitions_VendorTypes");
+    ASSERT_TRUE(screen);
+    const auto click = [&](const char* button) { screen->findChild<QAbstractButton*>(button)->click(); };
+    const auto isEditing = [&] { return screen->findChild<QAbstractButton*>("cmdCancel")->isEnabled(); };
+    click("cmdNew");
+    QTest::keyClicks(screen->findChild<QLineEdit*>("txtCode"), "AWAY");
+    QTest::keyClicks(screen->findChild<QLineEdit*>("txtName"), "Type AWAY");
+
+    Postgres().Crash();
+    client.Comm().GetChannel().SetReconnectLimit(300ms);
+    for (int tries = 0; tries < 2; ++tries) {
+        prompter.ExpectDialogResult("frmError", [](QDialog& dialog) {
+            EXPECT_EQ(dialog.findChild<QLabel*>("lblErrorMessage")->text(), "Communications Failure");
+            dialog.findChild<QAbstractButton*>("cmdOKCompress")->click();
+        });
+        click("cmdSave");
+        EXPECT_TRUE(client.Comm().GetChannel().LastProblem().contains("database"));
+        EXPECT_TRUE(isEditing()) << "what was entered is not lost";
+        EXPECT_EQ(screen->findChild<QLineEdit*>("txtCode")->text(), "AWAY");
+    }
+    Postgres().Start();
+    click("cmdSave");
+    EXPECT_FALSE(isEditing()) << "the session has gone on";
+    EXPECT_EQ(screen->findChild<ListGrid*>("vsf")->SelectedKey(), "AWAY");
+    const auto channel = SignedOnChannel("VIEWER");
+    EXPECT_EQ(Codes(*channel).count("AWAY"), 1);
+    window.Abort = true;
+}
+
+TEST_F(DatabaseAwayTest, AFullDiskRefusesChangesAndEndsNoSession) {
+    const QTemporaryDir folder;
+    Serve(server::StoreAddress::InDirectory(folder.path()), {"--library", folder.path()});
+    const auto channel = SignedOnChannel();
+    ASSERT_EQ(Add(*channel, "ROOM"), status::Ok);
+    const qint64 used = QFileInfo(folder.filePath("library.sqlite-wal")).size();
+    ASSERT_GT(used, 0);
+    if (!Rig().LimitFiles(quint64(used)))
+        GTEST_SKIP() << "this system cannot limit the files of another process";
+
+    // The change that no longer fits is refused whole; what is there can still be read.
+    QStringList added{"ROOM"};
+    qint16 result = status::Ok;
+    while (result == status::Ok && added.size() < 1000) {
+        added.append("FULL" + QString::number(added.size()));
+        result = Add(*channel, added.last());
+    }
+    EXPECT_EQ(result, status::TableError);
+    const QString refused = added.takeLast();
+    EXPECT_FALSE(Codes(*channel).contains(refused));
+    EXPECT_EQ(Add(*channel, refused), status::TableError);
+
+    // Neither does a connection that breaks just now end the session.
+    channel->SetReconnectLimit(300ms);
+    Rig().Expect({.direction = ServerRig::Fault::Direction::ToServer});
+    EXPECT_EQ(Add(*channel, refused), status::CommunicationsFailure);
+    EXPECT_TRUE(channel->LastProblem().contains("disk")) << channel->LastProblem().toStdString();
+    EXPECT_EQ(Add(*channel, refused), status::CommunicationsFailure);
+
+    EXPECT_TRUE(Rig().LimitFiles(0));
+    EXPECT_EQ(Add(*channel, refused), status::Ok) << channel->LastProblem().toStdString();
+    const QStringList codes = Codes(*channel);
+    for (const QString& code : added + QStringList{refused})
+        EXPECT_EQ(codes.count(code), 1) << code.toStdString();
+}
+
+} // namespace
+} // namespace sysadmin
