@@ -108,17 +108,21 @@ QString CommLibrary::TrySignOn(const ServerChoice& choice, const QString& operat
 }
 
 bool CommLibrary::CertificateChanged() const {
-    return m_network && m_network->CertificateChanged();
+    return m_network && m_network->Offer();
 }
 
-bool CommLibrary::ForgetCertificate(const ServerAddress& server) {
+bool CommLibrary::AcceptCertificate() {
+    if (!CertificateChanged() || !m_choice.server)
+        return false;
+    const CertificateOffer offer = *m_network->Offer();
     const QString question =
-        tr("Do this only when the administrator of %1 has confirmed that its certificate was changed.\r\n\r\n"
-           "Forget the old certificate?")
-            .arg(server.Text());
+        tr("Do this only when the administrator of %1 has confirmed that its certificate was changed, and "
+           "that its fingerprint (SHA-256) is now\r\n\r\n%2\r\n\r\n"
+           "Trust the new certificate from now on?")
+            .arg(m_choice.server->Text(), FingerprintText(offer.fingerprint));
     if (!m_prompter.ShowBox(m_signOn.get(), {question, Box::Icon::Exclamation, Box::Buttons::YesNo}))
         return false;
-    TrustStore().Forget(server);
+    TrustStore().Keep(*m_choice.server, offer.trust);
     return true;
 }
 

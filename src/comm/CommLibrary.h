@@ -53,7 +53,7 @@ public:
     const Greeting& LastGreeting() const override { return m_greeting; }
     QString TrySignOn(const ServerChoice& choice, const QString& operatorId, QString& password) override;
     bool CertificateChanged() const override;
-    bool ForgetCertificate(const ServerAddress& server) override;
+    bool AcceptCertificate() override;
 
 private:
     ServerChoice FirstChoice() const;

@@ -2,13 +2,14 @@
 
 #include "comm/Waiting.h"
 #include "core/Prompter.h"
+#include "wire/Tls.h"
 
-#include <QCryptographicHash>
 #include <QDeadlineTimer>
 #include <QEventLoop>
-#include <QSslCertificate>
+#include <QRegularExpression>
 #include <QSslCipher>
 #include <QSslConfiguration>
+#include <QSslError>
 #include <QSslSocket>
 #include <QTimer>
 
@@ -18,17 +19,6 @@ namespace {
 
 // Bytes that the system may hold for us; a server that floods us meets its own full window.
 constexpr qint64 ReadBufferSize = 1024 * 1024;
-
-QSslConfiguration SecureConfiguration() {
-    QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
-    configuration.setProtocol(QSsl::TlsV1_2OrLater);
-    configuration.setPeerVerifyMode(QSslSocket::VerifyPeer);
-    return configuration;
-}
-
-QByteArray FingerprintOf(const QSslCertificate& certificate) {
-    return certificate.isNull() ? QByteArray() : certificate.digest(QCryptographicHash::Sha256);
-}
 
 } // namespace
 
@@ -40,23 +30,24 @@ NetworkTransport::~NetworkTransport() = default;
 
 QString NetworkTransport::Open() {
     ClearFailure();
-    m_certificateChanged = false;
+    m_offer.reset();
     // After the question the server is called anew, because it need not wait for the answer; the certificate
     // that was trusted must come back.
     for (;;) {
         if (!Connect()) {
+            const auto failure = IsKeyTooWeak() ? TransportFailure::Refused : TransportFailure::Unreachable;
             const QString problem = ConnectProblem();
             Close();
-            return Fail(TransportFailure::Unreachable, problem);
+            return Fail(failure, problem);
         }
         switch (CheckCertificate()) {
-        case Trust::Given:
+        case Verdict::Trusted:
             m_socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
             return {};
-        case Trust::Refused:
+        case Verdict::Refused:
             Close();
             return LastProblem();
-        case Trust::AskAgain:
+        case Verdict::CallAgain:
             break;
         }
     }
@@ -64,13 +55,15 @@ QString NetworkTransport::Open() {
 
 bool NetworkTransport::Connect() {
     m_socket = std::make_unique<QSslSocket>();
-    m_socket->setSslConfiguration(SecureConfiguration());
+    QSslConfiguration configuration = wire::TlsConfiguration();
+    configuration.setPeerVerifyMode(QSslSocket::VerifyPeer);
+    m_socket->setSslConfiguration(configuration);
     m_socket->setReadBufferSize(ReadBufferSize);
-    m_vouchedFor = true;
+    QList<QSslError> faults;
     QEventLoop loop;
-    QObject::connect(m_socket.get(), &QSslSocket::sslErrors, m_socket.get(), [this] {
+    QObject::connect(m_socket.get(), &QSslSocket::sslErrors, &loop, [&](const QList<QSslError>& errors) {
         // Whose certificate it is gets checked before anything is sent.
-        m_vouchedFor = false;
+        faults = errors;
         m_socket->ignoreSslErrors();
     });
     QObject::connect(m_socket.get(), &QSslSocket::encrypted, &loop, &QEventLoop::quit);
@@ -88,11 +81,20 @@ bool NetworkTransport::Connect() {
         loop.exec();
         ReleaseInput();
     }
+    m_found = ExamineCertificate(m_socket->peerCertificate(), faults, m_server.host);
     return m_socket->isEncrypted() && m_socket->state() == QAbstractSocket::ConnectedState;
+}
+
+// Where the system itself refuses weak keys the handshake ends with this.
+bool NetworkTransport::IsKeyTooWeak() const {
+    static const QRegularExpression words("(key|md|modulus) too (small|weak)");
+    return words.match(m_socket->errorString()).hasMatch();
 }
 
 QString NetworkTransport::ConnectProblem() const {
     const QString server = m_server.Text();
+    if (IsKeyTooWeak())
+        return WeakKeyProblem({});
     switch (m_socket->error()) {
     case QAbstractSocket::UnknownSocketError: // none: the time limit has come
     case QAbstractSocket::SocketTimeoutError:
@@ -111,42 +113,83 @@ QString NetworkTransport::ConnectProblem() const {
     }
 }
 
-NetworkTransport::Trust NetworkTransport::CheckCertificate() {
-    if (m_vouchedFor)
-        return Trust::Given;
-    const QByteArray fingerprint = FingerprintOf(m_socket->peerCertificate());
-    const QByteArray kept = m_trust.Fingerprint(m_server);
-    if (!fingerprint.isEmpty() && kept == fingerprint)
-        return Trust::Given;
-    if (!kept.isEmpty()) {
-        m_certificateChanged = true;
-        Fail(TransportFailure::Refused, tr("%1 shows another certificate than before, so nothing was sent to "
-                                           "it. Either the server was set up "
-                                           "anew, or something else pretends to be it. Ask the server's "
-                                           "administrator whether the fingerprint "
-                                           "is now %2.")
-                                            .arg(m_server.Text(), FingerprintText(fingerprint)));
-        return Trust::Refused;
+NetworkTransport::Verdict NetworkTransport::CheckCertificate() {
+    if (m_found.fingerprint.isEmpty())
+        return Refuse(tr("%1 shows no certificate, so nothing was sent to it.").arg(m_server.Text()));
+    if (!m_found.weakness.isEmpty())
+        return Refuse(WeakKeyProblem(m_found.weakness));
+    const Trust kept = m_trust.Of(m_server);
+    const Trust shown = m_found.vouchedFor ? Trust::Vouched() : Trust::Accepted(m_found.fingerprint);
+    if (kept == shown || kept == Trust::Accepted(m_found.fingerprint))
+        return Verdict::Trusted;
+    if (kept.kind != Trust::Kind::None) {
+        m_offer = CertificateOffer{shown, m_found.fingerprint};
+        return Refuse(ChangeProblem(kept));
+    }
+    if (m_found.vouchedFor) {
+        m_trust.Keep(m_server, shown);
+        return Verdict::Trusted;
     }
     Close();
-    if (!AskForTrust(fingerprint)) {
-        Fail(TransportFailure::Refused, tr("The certificate of %1 was not trusted.").arg(m_server.Text()));
-        return Trust::Refused;
-    }
-    m_trust.Keep(m_server, fingerprint);
-    return Trust::AskAgain;
+    if (!AskForTrust())
+        return Refuse(tr("The certificate of %1 was not trusted.").arg(m_server.Text()));
+    m_trust.Keep(m_server, shown);
+    return Verdict::CallAgain;
 }
 
-bool NetworkTransport::AskForTrust(const QByteArray& fingerprint) {
+NetworkTransport::Verdict NetworkTransport::Refuse(const QString& problem) {
+    Fail(TransportFailure::Refused, problem);
+    return Verdict::Refused;
+}
+
+QString NetworkTransport::WeakKeyProblem(const QString& weakness) const {
+    const QString key = weakness.isEmpty() ? QString() : " (" + weakness + ")";
+    return tr("The key in the certificate of %1 is too weak%2: it can be broken, and then anybody could "
+              "pretend to be this server. Its administrator has to give it a certificate with a stronger "
+              "key.")
+        .arg(m_server.Text(), key);
+}
+
+QString NetworkTransport::ChangeProblem(const Trust& kept) const {
+    QStringList sentences;
+    if (kept.kind == Trust::Kind::Authority)
+        sentences << tr("Until now an authority vouched for the certificate of %1. For the one that it shows "
+                        "now none does, so nothing was sent to it.")
+                         .arg(m_server.Text());
+    else
+        sentences << tr("%1 shows another certificate than before, so nothing was sent to it.")
+                         .arg(m_server.Text());
+    if (m_found.vouchedFor)
+        sentences << tr("An authority (%1) vouches for the new one, but it is not the certificate that you "
+                        "accepted.")
+                         .arg(m_found.issuer);
+    else if (kept.kind == Trust::Kind::Authority && m_found.selfMade)
+        sentences << tr("It vouches only for itself.");
+    sentences += m_found.faults;
+    if (m_found.selfMade || m_found.vouchedFor)
+        sentences << tr("Either the server was set up anew, or something else pretends to be it.");
+    else
+        sentences << tr("Either its administrator has to mend this, or something else pretends to be it.");
+    sentences << tr("Ask the server's administrator whether the fingerprint is now %1.")
+                     .arg(FingerprintText(m_found.fingerprint));
+    return sentences.join(' ');
+}
+
+bool NetworkTransport::AskForTrust() {
     PauseWaiting();
-    const QString text =
-        tr("This is the first connection to %1.\r\n\r\n"
-           "The server proves who it is with a certificate of its own making. Its fingerprint "
-           "(SHA-256) is\r\n\r\n%2\r\n\r\n"
-           "The server's administrator can tell whether that is right.\r\n\r\n"
-           "Do you trust this server, now and in future?")
-            .arg(m_server.Text(), FingerprintText(fingerprint));
-    return m_prompter.ShowBox(nullptr, {text, Box::Icon::Question, Box::Buttons::YesNo});
+    const bool plain = m_found.selfMade && m_found.faults.isEmpty();
+    const QString about =
+        m_found.selfMade
+            ? tr("The server proves who it is with a certificate of its own making.")
+            : tr("This computer cannot tell whether the certificate that it shows is really its own.");
+    const QString text = tr("This is the first connection to %1.\r\n\r\n%2 Its fingerprint "
+                            "(SHA-256) is\r\n\r\n%3\r\n\r\n"
+                            "The server's administrator can tell whether that is right.\r\n\r\n"
+                            "Do you trust this server, now and in future?")
+                             .arg(m_server.Text(), (QStringList{about} + m_found.faults).join(' '),
+                                  FingerprintText(m_found.fingerprint));
+    return m_prompter.ShowBox(
+        nullptr, {text, plain ? Box::Icon::Question : Box::Icon::Exclamation, Box::Buttons::YesNo});
 }
 
 bool NetworkTransport::IsOpen() const {
@@ -215,9 +258,8 @@ ConnectionInfo NetworkTransport::Describe() const {
         return {m_server.Text(), tr("Not connected at the moment")};
     const QString protocol =
         m_socket->sessionProtocol() == QSsl::TlsV1_3 ? QString("TLS 1.3") : QString("TLS 1.2");
-    const QString proof =
-        m_vouchedFor ? tr("Certificate of an authority")
-                     : tr("Certificate %1").arg(FingerprintText(FingerprintOf(m_socket->peerCertificate())));
+    const QString proof = m_found.vouchedFor ? tr("Certificate of an authority (%1)").arg(m_found.issuer)
+                                             : tr("Certificate %1").arg(FingerprintText(m_found.fingerprint));
     return {m_server.Text(), protocol + ", " + m_socket->sessionCipher().name() + "\n" + proof};
 }
 

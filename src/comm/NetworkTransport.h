@@ -1,5 +1,6 @@
 #pragma once
 
+#include "comm/CertificateCheck.h"
 #include "comm/ServerAddress.h"
 #include "comm/Transport.h"
 #include "comm/TrustStore.h"
@@ -15,9 +16,16 @@ namespace sysadmin {
 
 class Prompter;
 
+/// A certificate that was refused because it is not what is trusted at this address, and what accepting it
+/// would trust from then on.
+struct CertificateOffer {
+    Trust trust;
+    QByteArray fingerprint;
+};
+
 /// The transport to a shared settings server: TLS 1.2 or later. A certificate that an authority of this
-/// computer vouches for is accepted; any other one is shown to the operator the first time, kept when
-/// trusted, and must stay the same from then on.
+/// computer vouches for is accepted; any other one is shown to the operator the first time and kept when
+/// trusted. From then on the server must show the same certificate, or one that is vouched for as before.
 class NetworkTransport : public Transport {
     Q_DECLARE_TR_FUNCTIONS(NetworkTransport)
 
@@ -34,16 +42,20 @@ public:
 
     /// How long `Open` waits for the server.
     void SetOpenTimeLimit(std::chrono::milliseconds limit) { m_openTimeLimit = limit; }
-    /// Whether the last `Open` failed because the server's certificate is not the one that is kept.
-    bool CertificateChanged() const { return m_certificateChanged; }
+    /// The certificate that the last `Open` refused because another one, or an authority, is trusted here.
+    const std::optional<CertificateOffer>& Offer() const { return m_offer; }
 
 private:
-    enum class Trust { Given, Refused, AskAgain };
+    enum class Verdict { Trusted, Refused, CallAgain };
 
     bool Connect();
     QString ConnectProblem() const;
-    Trust CheckCertificate();
-    bool AskForTrust(const QByteArray& fingerprint);
+    bool IsKeyTooWeak() const;
+    Verdict CheckCertificate();
+    Verdict Refuse(const QString& problem);
+    QString WeakKeyProblem(const QString& weakness) const;
+    QString ChangeProblem(const Trust& kept) const;
+    bool AskForTrust();
     std::optional<QByteArray> FailAndClose(TransportFailure failure, const QString& problem);
 
     ServerAddress m_server;
@@ -51,8 +63,8 @@ private:
     TrustStore m_trust;
     std::chrono::milliseconds m_openTimeLimit{10000};
     std::unique_ptr<QSslSocket> m_socket;
-    bool m_vouchedFor = false; // no fault was found with the certificate
-    bool m_certificateChanged = false;
+    CertificateFindings m_found; // about the certificate of the last connection
+    std::optional<CertificateOffer> m_offer;
     wire::FrameScanner m_scanner;
 };
 

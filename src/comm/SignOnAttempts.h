@@ -28,10 +28,10 @@ public:
     /// Tries to sign on; an empty text, or why it did not work in words for the operator. The password is
     /// wiped.
     virtual QString TrySignOn(const ServerChoice& choice, const QString& operatorId, QString& password) = 0;
-    /// Whether the last attempt failed because the server's certificate is not the one that is kept.
+    /// Whether the last attempt failed because the server's certificate is not what is trusted there.
     virtual bool CertificateChanged() const = 0;
-    /// Forgets the kept certificate if the operator is sure; true when it did.
-    virtual bool ForgetCertificate(const ServerAddress& server) = 0;
+    /// Trusts the certificate that the last attempt refused, if the operator is sure; true when it did.
+    virtual bool AcceptCertificate() = 0;
 };
 
 } // namespace sysadmin

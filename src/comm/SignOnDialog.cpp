@@ -133,10 +133,10 @@ void SignOnDialog::BuildButtons() {
     lblHint->setForegroundRole(QPalette::PlaceholderText);
     lblHint->hide();
     lblProblem = new ProblemLabel(this);
-    cmdForgetCertificate = new QPushButton(tr("For&get the Old Certificate..."), this);
-    cmdForgetCertificate->setObjectName("cmdForgetCertificate");
-    cmdForgetCertificate->setAutoDefault(false);
-    cmdForgetCertificate->hide();
+    cmdAcceptCertificate = new QPushButton(tr("&Accept the New Certificate..."), this);
+    cmdAcceptCertificate->setObjectName("cmdAcceptCertificate");
+    cmdAcceptCertificate->setAutoDefault(false);
+    cmdAcceptCertificate->hide();
     cmdOK = new QPushButton(tr("Sign O&n"), this);
     cmdOK->setObjectName("cmdOK");
     cmdOK->setDefault(true);
@@ -145,7 +145,7 @@ void SignOnDialog::BuildButtons() {
     cmdCancel->setAutoDefault(false);
     connect(cmdOK, &QPushButton::clicked, this, &QDialog::accept);
     connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
-    connect(cmdForgetCertificate, &QPushButton::clicked, this, &SignOnDialog::ForgetCertificate);
+    connect(cmdAcceptCertificate, &QPushButton::clicked, this, &SignOnDialog::AcceptCertificate);
 }
 
 void SignOnDialog::Arrange() {
@@ -173,7 +173,7 @@ void SignOnDialog::Arrange() {
     layout->addLayout(m_form);
     layout->addWidget(lblHint);
     layout->addWidget(lblProblem);
-    layout->addWidget(cmdForgetCertificate, 0, Qt::AlignLeft);
+    layout->addWidget(cmdAcceptCertificate, 0, Qt::AlignLeft);
     layout->addSpacing(4);
     layout->addLayout(buttons);
 }
@@ -241,7 +241,7 @@ void SignOnDialog::ShowGreeting(const Greeting& greeting) {
 
 void SignOnDialog::ShowProblem(const QString& problem) {
     lblProblem->SetProblem(problem);
-    cmdForgetCertificate->setVisible(!problem.isEmpty() && m_attempts.CertificateChanged());
+    cmdAcceptCertificate->setVisible(!problem.isEmpty() && m_attempts.CertificateChanged());
     FitHeight(*this, DialogWidth);
 }
 
@@ -282,9 +282,8 @@ void SignOnDialog::reject() {
         QDialog::reject();
 }
 
-void SignOnDialog::ForgetCertificate() {
-    const std::optional<ServerChoice> choice = Choice();
-    if (!choice || !choice->server || !m_attempts.ForgetCertificate(*choice->server))
+void SignOnDialog::AcceptCertificate() {
+    if (m_busy || !m_attempts.AcceptCertificate())
         return;
     m_greeted.reset();
     GreetServer();

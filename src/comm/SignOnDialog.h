@@ -35,7 +35,7 @@ public:
     QLineEdit* txtServer = nullptr;
     QLabel* lblHint = nullptr;
     ProblemLabel* lblProblem = nullptr;
-    QPushButton* cmdForgetCertificate = nullptr;
+    QPushButton* cmdAcceptCertificate = nullptr;
     QPushButton* cmdOK = nullptr;
     QPushButton* cmdCancel = nullptr;
 
@@ -57,7 +57,7 @@ private:
     void GreetServer();
     void ShowGreeting(const Greeting& greeting);
     void ShowProblem(const QString& problem);
-    void ForgetCertificate();
+    void AcceptCertificate();
 
     SignOnAttempts& m_attempts;
     QFormLayout* m_form = nullptr;

@@ -8,24 +8,35 @@ namespace sysadmin {
 
 namespace {
 
+// The value of the key "Fingerprint" while an authority vouches for the server.
+constexpr char Authority[] = "Authority";
+
 QString KeyOf(const ServerAddress& server) {
     return "TrustedServers/" + QString::fromLatin1(QUrl::toPercentEncoding(server.Text())) + "/Fingerprint";
 }
 
 } // namespace
 
-QByteArray TrustStore::Fingerprint(const ServerAddress& server) const {
-    return QByteArray::fromHex(UserSettings().value(KeyOf(server)).toByteArray());
+Trust TrustStore::Of(const ServerAddress& server) const {
+    const QByteArray kept = UserSettings().value(KeyOf(server)).toByteArray();
+    if (kept == Authority)
+        return Trust::Vouched();
+    return kept.isEmpty() ? Trust() : Trust::Accepted(QByteArray::fromHex(kept));
 }
 
-void TrustStore::Keep(const ServerAddress& server, const QByteArray& fingerprint) {
+void TrustStore::Keep(const ServerAddress& server, const Trust& trust) {
     QSettings settings = UserSettings();
-    settings.setValue(KeyOf(server), QString::fromLatin1(fingerprint.toHex()));
-}
-
-void TrustStore::Forget(const ServerAddress& server) {
-    QSettings settings = UserSettings();
-    settings.remove(KeyOf(server));
+    switch (trust.kind) {
+    case Trust::Kind::None:
+        settings.remove(KeyOf(server));
+        break;
+    case Trust::Kind::Authority:
+        settings.setValue(KeyOf(server), QString(Authority));
+        break;
+    case Trust::Kind::Fingerprint:
+        settings.setValue(KeyOf(server), QString::fromLatin1(trust.fingerprint.toHex()));
+        break;
+    }
 }
 
 QString FingerprintText(const QByteArray& fingerprint) {

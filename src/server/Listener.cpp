@@ -1,6 +1,7 @@
 #include "server/Listener.h"
 
 #include "server/PeerConnection.h"
+#include "wire/Tls.h"
 
 #include <QThread>
 
@@ -11,8 +12,7 @@ Listener::Listener(const ServerIdentity& identity, wire::EndpointFactory factory
     : QTcpServer(parent)
     , m_factory(std::move(factory))
     , m_limits(limits) {
-    m_configuration = QSslConfiguration::defaultConfiguration();
-    m_configuration.setProtocol(QSsl::TlsV1_2OrLater);
+    m_configuration = wire::TlsConfiguration();
     m_configuration.setPeerVerifyMode(
         QSslSocket::VerifyNone); // operators prove themselves by their passwords
     m_configuration.setLocalCertificateChain(identity.chain);

@@ -24,7 +24,7 @@ public:
     Greeting greeting;
     QString problem; // of the next attempts
     bool changed = false;
-    int forgotten = 0;
+    int accepted = 0;
 
     Greeting Greet(const ServerChoice& choice) override {
         greeted.append(choice);
@@ -37,10 +37,10 @@ public:
         return problem;
     }
     bool CertificateChanged() const override { return changed; }
-    bool ForgetCertificate(const ServerAddress&) override {
+    bool AcceptCertificate() override {
         changed = false;
         greeting.problem.clear();
-        return ++forgotten > 0;
+        return ++accepted > 0;
     }
 };
 
@@ -125,12 +125,12 @@ TEST_F(SignOnDialogTest, AnotherServerIsGreetedWhenItsAddressIsComplete) {
     QTest::keyClick(dialog->txtServer, Qt::Key_Tab);
     EXPECT_EQ(attempts.greeted.last(), (ServerChoice{ServerAddress{"second", 7000}, {}}));
     EXPECT_EQ(Problem(), "changed");
-    ASSERT_TRUE(dialog->cmdForgetCertificate->isVisible());
-    QTest::mouseClick(dialog->cmdForgetCertificate, Qt::LeftButton);
-    EXPECT_EQ(attempts.forgotten, 1);
+    ASSERT_TRUE(dialog->cmdAcceptCertificate->isVisible());
+    QTest::mouseClick(dialog->cmdAcceptCertificate, Qt::LeftButton);
+    EXPECT_EQ(attempts.accepted, 1);
     EXPECT_EQ(attempts.greeted.size(), 3) << "greeted again";
     EXPECT_EQ(Problem(), QString());
-    EXPECT_FALSE(dialog->cmdForgetCertificate->isVisible());
+    EXPECT_FALSE(dialog->cmdAcceptCertificate->isVisible());
     EXPECT_EQ(dialog->lblLibraryName->text(), "Second");
 }
 

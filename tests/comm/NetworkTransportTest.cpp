@@ -8,8 +8,10 @@
 #include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QProcess>
+#include <QSslConfiguration>
 #include <QStandardPaths>
 #include <QTcpServer>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QWidget>
 
@@ -31,10 +33,24 @@ QString TrustQuestion(const ServerAddress& server, const SelfMadeCertificate& ce
         .arg(server.Text(), FingerprintText(certificate.Fingerprint()));
 }
 
+/// Answers whatever is asked.
+class QuestionPrompter : public ScriptedPrompter {
+public:
+    explicit QuestionPrompter(std::function<bool(const Box&)> answer)
+        : m_answer(std::move(answer)) {}
+    bool ShowBox(QWidget*, const Box& box) override { return m_answer(box); }
+
+private:
+    std::function<bool(const Box&)> m_answer;
+};
+
 class NetworkTransportTest : public ::testing::Test {
 protected:
-    void SetUp() override { TrustStore().Keep(peer.Address(), certificate.Fingerprint()); }
+    void SetUp() override { Keep(Trust::Accepted(certificate.Fingerprint())); }
     void TearDown() override { TrustStore().Forget(peer.Address()); }
+
+    void Keep(const Trust& trust) { TrustStore().Keep(peer.Address(), trust); }
+    Trust Kept() const { return TrustStore().Of(peer.Address()); }
 
     // A channel over a new transport, signed on as OPER.
     std::unique_ptr<WireChannel> SignedOnChannel() {
@@ -74,12 +90,12 @@ TEST_F(NetworkTransportTest, AnUnknownCertificateIsShownOnceAndKeptWhenTrusted) 
     EXPECT_TRUE(transport.Open().contains("was not trusted"));
     EXPECT_EQ(int(transport.LastFailure()), int(TransportFailure::Refused));
     EXPECT_FALSE(transport.IsOpen());
-    EXPECT_TRUE(TrustStore().Fingerprint(peer.Address()).isEmpty());
+    EXPECT_EQ(Kept(), Trust());
 
     prompter.ExpectBox(TrustQuestion(peer.Address(), certificate), true);
     EXPECT_EQ(transport.Open(), QString());
     EXPECT_TRUE(transport.Exchange(Hello, 5s));
-    EXPECT_EQ(TrustStore().Fingerprint(peer.Address()), certificate.Fingerprint());
+    EXPECT_EQ(Kept(), Trust::Accepted(certificate.Fingerprint()));
     const ConnectionInfo info = transport.Describe();
     EXPECT_EQ(info.server, peer.Address().Text());
     EXPECT_TRUE(info.connection.startsWith("TLS 1.3, TLS_AES_") &&
@@ -90,21 +106,151 @@ TEST_F(NetworkTransportTest, AnUnknownCertificateIsShownOnceAndKeptWhenTrusted) 
     EXPECT_EQ(next.Open(), QString()) << "not asked again";
     ServerAddress otherPort = peer.Address();
     ++otherPort.port;
-    EXPECT_TRUE(TrustStore().Fingerprint(otherPort).isEmpty());
+    EXPECT_EQ(TrustStore().Of(otherPort), Trust());
 }
 
-TEST_F(NetworkTransportTest, AChangedCertificateIsRefusedBeforeAnythingIsSent) {
-    const SelfMadeCertificate other = MakeCertificate();
-    TrustStore().Keep(peer.Address(), other.Fingerprint());
-    NetworkTransport transport(peer.Address(), prompter);
-    const QString problem = transport.Open();
-    EXPECT_TRUE(problem.contains("another certificate than before")) << problem.toStdString();
-    EXPECT_TRUE(problem.contains(FingerprintText(certificate.Fingerprint())));
-    EXPECT_TRUE(transport.CertificateChanged());
-    EXPECT_FALSE(transport.IsOpen());
-    EXPECT_FALSE(transport.Exchange(Hello, 1s));
+/// An authority that this process knows, for as long as it lives.
+class KnownAuthority {
+public:
+    KnownAuthority()
+        : m_before(QSslConfiguration::defaultConfiguration()) {
+        QSslConfiguration configuration = m_before;
+        configuration.addCaCertificate(authority.certificate);
+        QSslConfiguration::setDefaultConfiguration(configuration);
+    }
+    ~KnownAuthority() { QSslConfiguration::setDefaultConfiguration(m_before); }
+
+    SelfMadeCertificate authority = MakeCertificate({.name = "Library Authority", .isAuthority = true});
+
+private:
+    QSslConfiguration m_before;
+};
+
+// Which certificate meets which trust, and what comes of it.
+TEST_F(NetworkTransportTest, TrustIsGivenKeptAndRefusedByWhatVouches) {
+    const KnownAuthority known;
+    const SelfMadeCertificate stranger = MakeCertificate({.name = "Strange Authority", .isAuthority = true});
+    const SelfMadeCertificate vouched = MakeCertificate({.authority = &known.authority});
+    const SelfMadeCertificate renewed = MakeCertificate({.authority = &known.authority});
+    const SelfMadeCertificate expired = MakeCertificate({.days = -1, .authority = &known.authority});
+    const SelfMadeCertificate otherName =
+        MakeCertificate({.forThisHost = false, .authority = &known.authority});
+    const SelfMadeCertificate strange = MakeCertificate({.authority = &stranger});
+    const SelfMadeCertificate selfExpired = MakeCertificate({.days = -1});
+    const SelfMadeCertificate own = MakeCertificate({.name = "sysadmin-server", .forThisHost = false});
+    const Trust none;
+    const Trust authority = Trust::Vouched();
+    const QString expiry = "It expired on ";
+    const QString another = "It was made for another name: for localhost, not for 127.0.0.1.";
+
+    enum Outcome { Trusted, Asked, Warned, Refused };
+    const struct {
+        const char* what;
+        Trust kept;
+        const SelfMadeCertificate& shown;
+        Outcome outcome;
+        QStringList words;
+    } cases[] = {
+        {"vouched for, first time", none, vouched, Trusted, {}},
+        {"own making, first time", none, certificate, Asked, {"of its own making. Its fingerprint"}},
+        {"a server's own making names nobody", none, own, Asked, {"of its own making. Its fingerprint"}},
+        {"expired, first time", none, expired, Warned, {expiry}},
+        {"other name, first time", none, otherName, Warned, {another}},
+        {"unknown authority, first time", none, strange, Warned, {"(Strange Authority)"}},
+        {"own making and expired", none, selfExpired, Warned, {"of its own making", expiry}},
+        {"renewed by the authority", authority, renewed, Trusted, {}},
+        {"fallen back to its own making",
+         authority,
+         certificate,
+         Refused,
+         {"Until now an authority vouched", "It vouches only for itself", "something else pretends"}},
+        {"fallen back to an expired one", authority, expired, Refused, {"Until now an authority", expiry}},
+        {"fallen back to another name", authority, otherName, Refused, {"Until now an authority", another}},
+        {"accepted", Trust::Accepted(own.Fingerprint()), own, Trusted, {}},
+        {"accepted, now another",
+         Trust::Accepted(own.Fingerprint()),
+         certificate,
+         Refused,
+         {"another certificate than before", "something else pretends"}},
+        {"accepted, now vouched for",
+         Trust::Accepted(own.Fingerprint()),
+         vouched,
+         Refused,
+         {"another certificate than before", "An authority (Library Authority) vouches for the new one"}},
+    };
+    for (const auto& one : cases) {
+        SCOPED_TRACE(one.what);
+        Keep(one.kept);
+        peer.Show(one.shown);
+        const QString fingerprint = FingerprintText(one.shown.Fingerprint());
+        QString asked;
+        QuestionPrompter questions([&](const Box& box) {
+            asked = box.text;
+            EXPECT_EQ(box.icon, one.outcome == Warned ? Box::Icon::Exclamation : Box::Icon::Question);
+            return true;
+        });
+        NetworkTransport transport(peer.Address(), questions);
+        const QString problem = transport.Open();
+        EXPECT_EQ(problem.isEmpty(), one.outcome != Refused) << problem.toStdString();
+        EXPECT_EQ(transport.IsOpen(), one.outcome != Refused);
+        EXPECT_EQ(asked.isEmpty(), one.outcome == Trusted || one.outcome == Refused) << asked.toStdString();
+        for (const QString& word : one.words)
+            EXPECT_TRUE((asked + problem).contains(word)) << word.toStdString() << "\n"
+                                                          << (asked + problem).toStdString();
+        EXPECT_EQ((asked + problem).contains(fingerprint), one.outcome != Trusted);
+        EXPECT_EQ(transport.Offer().has_value(), one.outcome == Refused);
+        const bool isVouched = &one.shown == &vouched || &one.shown == &renewed;
+        const Trust wanted = isVouched ? authority : Trust::Accepted(one.shown.Fingerprint());
+        if (one.outcome != Refused) {
+            EXPECT_EQ(Kept(), wanted);
+            continue;
+        }
+        EXPECT_EQ(int(transport.LastFailure()), int(TransportFailure::Refused));
+        EXPECT_FALSE(transport.Exchange(Hello, 1s));
+        EXPECT_EQ(Kept(), one.kept);
+        EXPECT_EQ(transport.Offer()->trust, wanted);
+        Keep(transport.Offer()->trust);
+        EXPECT_EQ(transport.Open(), QString()) << "accepted";
+    }
     EXPECT_TRUE(server.Received().isEmpty());
-    EXPECT_EQ(TrustStore().Fingerprint(peer.Address()), other.Fingerprint());
+}
+
+TEST_F(NetworkTransportTest, AWeakKeyIsCalledThatAtOnce) {
+    const SelfMadeCertificate weak = MakeCertificate({.weak = true});
+    const QTemporaryDir folder;
+    QFile file(folder.filePath("both.pem"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(weak.certificate.toPem() + weak.key.toPem());
+    file.close();
+    QProcess openssl;
+    openssl.start("openssl", {"s_server", "-accept", "127.0.0.1:0", "-cert", file.fileName(), "-cipher",
+                              "DEFAULT@SECLEVEL=0", "-tls1_2"});
+    QByteArray said;
+    while (!said.contains("ACCEPT 127.0.0.1:") && openssl.waitForReadyRead(10000))
+        said += openssl.readAllStandardOutput();
+    const ServerAddress address{"127.0.0.1", said.mid(said.indexOf("127.0.0.1:") + 10).trimmed().toUShort()};
+    ASSERT_NE(address.port, 0) << said.toStdString();
+    NetworkTransport transport(address, prompter);
+    const QString problem = transport.Open();
+    EXPECT_TRUE(problem.contains("too weak")) << problem.toStdString();
+    EXPECT_EQ(int(transport.LastFailure()), int(TransportFailure::Refused)) << "not tried again";
+    EXPECT_FALSE(transport.Offer());
+    openssl.kill();
+    openssl.waitForFinished();
+}
+
+TEST_F(NetworkTransportTest, OldCipherSuitesAreNotTalked) {
+    const auto connects = [this](const QString& suite) {
+        QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
+        configuration.setProtocol(QSsl::TlsV1_2);
+        configuration.setCiphers(suite);
+        peer.Offer(configuration);
+        NetworkTransport transport(peer.Address(), prompter);
+        return transport.Open().isEmpty();
+    };
+    EXPECT_TRUE(connects("ECDHE-ECDSA-AES256-GCM-SHA384"));
+    EXPECT_FALSE(connects("ECDHE-ECDSA-AES256-SHA384"));
+    EXPECT_FALSE(connects("ECDHE-ECDSA-AES128-SHA"));
 }
 
 TEST_F(NetworkTransportTest, SaysWhyThereIsNoConnection) {

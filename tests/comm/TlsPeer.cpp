@@ -12,21 +12,51 @@
 
 namespace sysadmin {
 
-SelfMadeCertificate MakeCertificate() {
-    const QTemporaryDir folder;
-    const QString key = folder.filePath("key.pem");
-    const QString certificate = folder.filePath("certificate.pem");
+namespace {
+
+void RunOpenSsl(const QTemporaryDir& folder, const QStringList& arguments) {
     QProcess openssl;
+    openssl.setWorkingDirectory(folder.path());
     openssl.setStandardErrorFile(QProcess::nullDevice());
-    openssl.start("openssl",
-                  {"req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1", "-nodes",
-                   "-batch", "-subj", "/CN=localhost", "-days", "2", "-keyout", key, "-out", certificate});
-    EXPECT_TRUE(openssl.waitForFinished() && openssl.exitCode() == 0) << "openssl made no certificate";
-    QFile keyFile(key);
-    QFile certificateFile(certificate);
+    openssl.start("openssl", arguments);
+    EXPECT_TRUE(openssl.waitForFinished() && openssl.exitCode() == 0) << arguments.join(' ').toStdString();
+}
+
+void Write(const QString& fileName, const QByteArray& contents) {
+    QFile file(fileName);
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size());
+}
+
+} // namespace
+
+SelfMadeCertificate MakeCertificate(const CertificateWish& wish) {
+    const QTemporaryDir folder;
+    // Valid in the past means to be signed in two steps: only the second takes such a number of days.
+    RunOpenSsl(folder, QStringList{"req", "-new", "-nodes", "-batch", "-subj", "/CN=" + wish.name, "-keyout",
+                                   "key.pem", "-out", "request.pem", "-newkey"} +
+                           (wish.weak ? QStringList{"rsa:1024"}
+                                      : QStringList{"ec", "-pkeyopt", "ec_paramgen_curve:prime256v1"}));
+    Write(folder.filePath("extensions"),
+          QByteArray("basicConstraints=CA:") + (wish.isAuthority ? "TRUE" : "FALSE") +
+              "\nsubjectAltName=DNS:localhost" + (wish.forThisHost ? ",IP:127.0.0.1" : "") + '\n');
+    QStringList sign{"x509",     "-req",
+                     "-in",      "request.pem",
+                     "-out",     "certificate.pem",
+                     "-days",    QString::number(wish.days),
+                     "-extfile", "extensions"};
+    if (wish.authority) {
+        Write(folder.filePath("ca.pem"), wish.authority->certificate.toPem());
+        Write(folder.filePath("ca-key.pem"), wish.authority->key.toPem());
+        sign += {"-CA", "ca.pem", "-CAkey", "ca-key.pem", "-CAcreateserial"};
+    } else {
+        sign += {"-signkey", "key.pem"};
+    }
+    RunOpenSsl(folder, sign);
+    QFile keyFile(folder.filePath("key.pem"));
+    QFile certificateFile(folder.filePath("certificate.pem"));
     if (!keyFile.open(QIODevice::ReadOnly) || !certificateFile.open(QIODevice::ReadOnly))
         return {QSslCertificate(), QSslKey()};
-    return {QSslCertificate(&certificateFile), QSslKey(&keyFile, QSsl::Ec)};
+    return {QSslCertificate(&certificateFile), QSslKey(&keyFile, wish.weak ? QSsl::Rsa : QSsl::Ec)};
 }
 
 class TlsPeer::Worker : public QObject {
@@ -35,14 +65,22 @@ public:
         : m_model(model)
         , m_connections(connections)
         , m_server(this) {
-        QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
-        configuration.setLocalCertificate(certificate.certificate);
-        configuration.setPrivateKey(certificate.key);
-        m_server.setSslConfiguration(configuration);
+        Show(certificate);
         connect(&m_server, &QSslServer::pendingConnectionAvailable, this, [this] {
             while (auto* socket = qobject_cast<QSslSocket*>(m_server.nextPendingConnection()))
                 Serve(*socket);
         });
+    }
+
+    void Show(const SelfMadeCertificate& certificate) {
+        m_certificate = certificate;
+        Offer(QSslConfiguration::defaultConfiguration());
+    }
+
+    void Offer(QSslConfiguration configuration) {
+        configuration.setLocalCertificate(m_certificate.certificate);
+        configuration.setPrivateKey(m_certificate.key);
+        m_server.setSslConfiguration(configuration);
     }
 
     quint16 Listen(quint16 port) {
@@ -113,6 +151,7 @@ private:
     ModelServer& m_model;
     std::atomic<int>& m_connections;
     QSslServer m_server;
+    SelfMadeCertificate m_certificate;
 };
 
 TlsPeer::TlsPeer(ModelServer& model, const SelfMadeCertificate& certificate)
@@ -131,6 +170,16 @@ TlsPeer::~TlsPeer() {
 void TlsPeer::SetFaults(Faults faults) {
     QMetaObject::invokeMethod(
         m_worker, [&] { m_worker->faults = std::move(faults); }, Qt::BlockingQueuedConnection);
+}
+
+void TlsPeer::Show(const SelfMadeCertificate& certificate) {
+    QMetaObject::invokeMethod(
+        m_worker, [&] { m_worker->Show(certificate); }, Qt::BlockingQueuedConnection);
+}
+
+void TlsPeer::Offer(const QSslConfiguration& configuration) {
+    QMetaObject::invokeMethod(
+        m_worker, [&] { m_worker->Offer(configuration); }, Qt::BlockingQueuedConnection);
 }
 
 void TlsPeer::Stop() {

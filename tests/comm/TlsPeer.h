@@ -4,6 +4,7 @@
 #include "comm/ServerAddress.h"
 
 #include <QSslCertificate>
+#include <QSslConfiguration>
 #include <QSslKey>
 #include <QThread>
 
@@ -11,14 +12,23 @@
 
 namespace sysadmin {
 
-/// A certificate made by the test for itself, with its key.
+/// A certificate made by the test, with its key.
 struct SelfMadeCertificate {
     QSslCertificate certificate;
     QSslKey key;
     QByteArray Fingerprint() const { return certificate.digest(QCryptographicHash::Sha256); }
 };
 
-SelfMadeCertificate MakeCertificate();
+/// What a certificate is to be like.
+struct CertificateWish {
+    QString name = "localhost";
+    bool forThisHost = true; ///< made also for 127.0.0.1
+    int days = 2;            ///< for which it is valid; -1: it has expired
+    bool isAuthority = false;
+    const SelfMadeCertificate* authority = nullptr; ///< who vouches for it; itself when null
+    bool weak = false;                              ///< its key can be broken
+};
+SelfMadeCertificate MakeCertificate(const CertificateWish& wish = {});
 
 /// A server on 127.0.0.1 with TLS, in a thread of its own. The model server answers unless the fault function
 /// says what to do instead.
@@ -45,6 +55,10 @@ public:
     ~TlsPeer();
 
     void SetFaults(Faults faults);
+    /// Shows another certificate from the next connection on.
+    void Show(const SelfMadeCertificate& certificate);
+    /// Talks in this way from the next connection on; the certificate stays.
+    void Offer(const QSslConfiguration& configuration);
     /// Stops listening and cuts all connections.
     void Stop();
     /// Listens again at the same port.
