@@ -1,3 +1,4 @@
+#include "server/LibraryCheck.h"
 #include "server/Listener.h"
 #include "server/ServerConnection.h"
 #include "server/ServerOptions.h"
@@ -6,7 +7,9 @@
 #include <QCoreApplication>
 #include <QStandardPaths>
 
+#include <csignal>
 #include <cstdio>
+#include <cstring>
 
 using namespace sysadmin;
 using namespace sysadmin::server;
@@ -66,17 +69,37 @@ int Serve(const ServerOptions& options) {
     return QCoreApplication::exec();
 }
 
+/// Overwrites the password in a URL among the arguments: everybody on the machine can list those.
+void HidePassword(int argc, char** argv) {
+    for (int i = 1; i < argc; ++i) {
+        char* url = std::strstr(argv[i], "postgres");
+        char* user = url ? std::strstr(url, "://") : nullptr;
+        char* end = user ? std::strrchr(user, '@') : nullptr;
+        char* colon = end ? std::strchr(user + 3, ':') : nullptr;
+        if (colon && colon < end)
+            std::memset(colon + 1, 'x', size_t(end - colon - 1));
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
+#ifdef SIGXFSZ
+    std::signal(SIGXFSZ, SIG_IGN); // a file that may not grow is a failed request, not the server's end
+#endif
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName("sysadmin-server");
     const QString directory =
         QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/sysadmin-server";
     const auto asked = ReadOptions(application.arguments().mid(1), directory);
+    HidePassword(argc, argv);
     if (const auto* print = std::get_if<PrintAndExit>(&asked)) {
         Print(print->exitStatus == 0 ? stdout : stderr, print->text);
         return print->exitStatus;
     }
-    return Serve(std::get<ServerOptions>(asked));
+    qunsetenv(DatabasePasswordVariable);
+    const auto& options = std::get<ServerOptions>(asked);
+    if (options.check)
+        return CheckLibrary(options, [](const QString& sentence) { Print(stdout, sentence); }) ? 0 : 1;
+    return Serve(options);
 }

@@ -2,6 +2,7 @@
 
 #include "server/Library.h"
 #include "server/store/Database.h"
+#include "wire/Tls.h"
 
 #include <QFile>
 
@@ -160,7 +161,22 @@ std::optional<ServerIdentity> ReadIdentity(const QString& certificateFile, const
             certificateFile + " and " + keyFile + " are not a certificate and its private key in PEM form.";
         return std::nullopt;
     }
+    if (wire::HasWeakKey(identity->chain.first())) {
+        *error = "The key of the certificate " + certificateFile +
+                 " is too weak; make one with RSA of at least 2048 bits or with the elliptic curve P-256.";
+        return std::nullopt;
+    }
     return identity;
+}
+
+std::optional<ServerIdentity> KeptIdentity(Database& database, QString* error) {
+    const QByteArray certificate = ReadSetting(database, "tls_certificate").toLatin1();
+    const QByteArray key = ReadSetting(database, "tls_key").toLatin1();
+    auto identity = FromPem(certificate, key);
+    if (identity && Match(certificate, key))
+        return identity;
+    *error = "The certificate that the library keeps and its key do not fit together.";
+    return std::nullopt;
 }
 
 } // namespace sysadmin::server

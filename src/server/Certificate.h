@@ -7,6 +7,7 @@
 
 namespace sysadmin::server {
 
+class Database;
 class Library;
 
 /// What the server shows to clients.
@@ -22,6 +23,9 @@ struct ServerIdentity {
 /// The identity that the library keeps for its server; made at the first call. None, with one line, when that
 /// fails.
 std::optional<ServerIdentity> OwnIdentity(const Library& library, QString* error);
+
+/// The same as it is kept, without making one. Throws `StoreError`.
+std::optional<ServerIdentity> KeptIdentity(Database& database, QString* error);
 
 /// An identity from PEM files. None, with one line, when they cannot be used.
 std::optional<ServerIdentity> ReadIdentity(const QString& certificateFile, const QString& keyFile,

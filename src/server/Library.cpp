@@ -3,34 +3,14 @@
 #include "server/OperatorPasswords.h"
 #include "server/SampleLibrary.h"
 #include "server/store/Database.h"
+#include "server/store/LibraryFolder.h"
 #include "server/subjects/Registrations.h"
 
-#include <QDir>
 #include <QFileInfo>
 
 namespace sysadmin::server {
 
 namespace {
-
-/// Why the directory cannot hold the library; empty when it can. Makes the directory when it is missing.
-QString PrepareDirectory(const LibraryOptions& options) {
-    const QFileInfo file(options.address.file);
-    const QString directory = QDir::toNativeSeparators(file.absolutePath());
-    if (!file.exists() && options.whenMissing == LibraryOptions::WhenMissing::Refuse)
-        return "There is no library in " + directory + '.';
-    const QFileInfo folder(file.absolutePath());
-    if (!folder.exists()) {
-        if (!QDir().mkpath(folder.absoluteFilePath()))
-            return "The directory " + directory + " cannot be made.";
-        QFile::setPermissions(folder.absoluteFilePath(),
-                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    } else if (!folder.isDir()) {
-        return directory + " is not a directory.";
-    }
-    if (!folder.isWritable() || (file.exists() && !file.isWritable()))
-        return "The library in " + directory + " cannot be written to.";
-    return {};
-}
 
 /// Why the data in the file cannot be used; empty when it looks sound.
 QString CheckFile(Database& database, const StoreAddress& address) {
@@ -49,6 +29,8 @@ Library::Library(const LibraryOptions& options)
     , m_writers(std::make_shared<WriterQueue>()) {}
 
 std::unique_ptr<Database> Library::Connect() const {
+    if (m_file != FileIdentity() && IdentityOf(m_options.address.file) != m_file)
+        throw StoreError(StoreError::Kind::Lost, FileIsGone(m_options.address.file));
     return std::make_unique<Database>(m_options.address, m_writers, m_options.patience);
 }
 
@@ -59,7 +41,8 @@ std::shared_ptr<const Library> Library::Open(const LibraryOptions& options, QStr
         return nullptr;
     }
     if (options.address.engine == StoreAddress::Engine::Sqlite) {
-        *error = PrepareDirectory(options);
+        *error = PrepareLibraryFolder(options.address.file,
+                                      options.whenMissing != LibraryOptions::WhenMissing::Refuse);
         if (!error->isEmpty())
             return nullptr;
     }
@@ -81,6 +64,7 @@ std::shared_ptr<const Library> Library::Open(const LibraryOptions& options, QStr
             return nullptr;
         }
         library->Fill(*database);
+        library->m_file = IdentityOf(options.address.file);
     } catch (const StoreError& failure) {
         const bool damaged =
             failure.Text().contains("not a database") || failure.Text().contains("malformed");

@@ -40,7 +40,8 @@ public:
     /// Null, with one clear line, when that cannot be.
     static std::shared_ptr<const Library> Open(const LibraryOptions& options, QString* error);
 
-    /// A connection to its database, for the thread that asks. Throws `StoreError`.
+    /// A connection to its database, for the thread that asks. Throws `StoreError`, also when the library's
+    /// file is no longer the one that was opened.
     std::unique_ptr<Database> Connect() const;
 
     const Registry& GetRegistry() const { return *m_registry; }
@@ -66,6 +67,7 @@ private:
     LibraryOptions m_options;
     std::shared_ptr<const Registry> m_registry;
     std::shared_ptr<WriterQueue> m_writers;
+    std::pair<quint64, quint64> m_file; ///< which file it is, once it is open
     SealingKeys m_keys;
     QString m_dummyHash;
     QString m_firstPassword;

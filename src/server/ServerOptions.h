@@ -10,6 +10,9 @@
 
 namespace sysadmin::server {
 
+/// The environment variable that may hold the password of the database's user.
+inline constexpr char DatabasePasswordVariable[] = "SYSADMIN_DATABASE_PASSWORD";
+
 /// What the server's command line asks for.
 struct ServerOptions {
     StoreAddress library;
@@ -18,6 +21,7 @@ struct ServerOptions {
     QString certificateFile;
     QString keyFile;
     bool createSample = false;
+    bool check = false; ///< look at everything, tell, and end
 };
 
 /// What there is to do: serve, or print a text and end with an exit status.

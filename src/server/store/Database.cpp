@@ -1,5 +1,7 @@
 #include "server/store/Database.h"
 
+#include "server/store/LibraryFolder.h"
+
 #include <QFile>
 #include <QRandomGenerator>
 #include <QScopeGuard>
@@ -87,6 +89,7 @@ Database::Database(const StoreAddress& address, std::shared_ptr<WriterQueue> wri
             RunOnce("PRAGMA journal_mode=WAL");
             RunOnce("PRAGMA synchronous=FULL");
             RunOnce("PRAGMA foreign_keys=ON");
+            m_file = IdentityOf(address.file);
         } else {
             RunOnce("SET client_min_messages=warning");
             RunOnce("SET synchronous_commit=on");
@@ -114,6 +117,12 @@ void Database::Throw(const QSqlError& error) {
     if (text.isEmpty())
         text = error.driverText().trimmed();
     throw StoreError(m_database.isOpen() ? kind : StoreError::Kind::Lost, text.section('\n', 0, 0));
+}
+
+// SQLite goes on writing to a file that nobody finds any more: such a change is not to be acknowledged.
+void Database::CheckFile() const {
+    if (IdentityOf(m_address.file) != m_file)
+        throw StoreError(StoreError::Kind::Lost, FileIsGone(m_address.file));
 }
 
 int Database::RunOnce(const QString& sql) {
@@ -305,8 +314,10 @@ void Transaction::Commit() {
     if (!m_turn)
         return;
     m_turn.End();
-    if (m_database.GetEngine() == StoreAddress::Engine::Sqlite)
+    if (m_database.GetEngine() == StoreAddress::Engine::Sqlite) {
+        m_database.CheckFile();
         return;
+    }
     // The log is written in order, so whatever is committed with a wait for the disk takes all before it
     // there: one wait serves all who wait at the time, and the next changes go on meanwhile. If it fails,
     // nobody knows whether the change outlives the database server.

@@ -97,11 +97,13 @@ private:
     std::unique_ptr<QSqlQuery> Execute(const QString& sql, const Values& values);
     void Keep(const QString& sql, std::unique_ptr<QSqlQuery> query);
     int RunOnce(const QString& sql);
+    void CheckFile() const;
     [[noreturn]] void Throw(const QSqlError& error);
 
     StoreAddress m_address;
     std::shared_ptr<WriterQueue> m_writers;
     std::chrono::milliseconds m_patience;
+    std::pair<quint64, quint64> m_file; ///< which file is open; SQLite only
     QString m_connection;
     QSqlDatabase m_database;
     std::unordered_map<QString, std::unique_ptr<QSqlQuery>> m_prepared;
