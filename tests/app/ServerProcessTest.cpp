@@ -318,6 +318,17 @@ TEST(ServerProgramTest, RefusesInOneLine) {
     const ProgramResult help = RunProgram(SYSADMIN_SERVER_PROGRAM, {"--help"});
     EXPECT_EQ(help.exitStatus, 0);
     EXPECT_TRUE(help.errors.isEmpty() && help.output.contains("--create-sample"));
+
+    const QString nowhere = folder.filePath("nowhere");
+    const std::pair<QString, QString> checks[] = {{sample, "Everything is in order."},
+                                                  {folder.filePath("damaged"), "FAULT: "},
+                                                  {nowhere, "There is no library"}};
+    for (const auto& [library, words] : checks) {
+        const ProgramResult check = RunProgram(SYSADMIN_SERVER_PROGRAM, {"--library", library, "--check"});
+        EXPECT_EQ(check.exitStatus, library == sample ? 0 : 1) << library.toStdString();
+        EXPECT_TRUE(check.errors.isEmpty() && check.output.contains(words)) << check.output.toStdString();
+    }
+    EXPECT_FALSE(QFileInfo::exists(nowhere));
 }
 
 } // namespace
