@@ -174,15 +174,6 @@ Answer ServerConnection::Carry(const wire::Request& request, const RequestRule& 
     return answer;
 }
 
-// What was read goes out also while nothing can be written.
-void ServerConnection::TouchSession() {
-    try {
-        RunInTransaction(GetDatabase(), [&] { Sessions(GetDatabase()).Touch(m_session, m_library->Now()); });
-    } catch (const StoreError& error) {
-        qWarning("The session's last use cannot be kept: %s", error.what());
-    }
-}
-
 std::optional<QByteArray> ServerConnection::HandleNumbered(const wire::Request& request) {
     if (!IsSignedOn())
         return std::nullopt;
