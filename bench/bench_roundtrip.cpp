@@ -28,6 +28,7 @@ const QByteArray ReplyBytes = wire::Encode(wire::Reply{12, 0, {{"Cd", "BOOK"}, {
 class ReadyEndpoint : public wire::Endpoint {
 public:
     std::optional<QByteArray> Handle(const QByteArray&) override { return ReplyBytes; }
+    QString Account() const override { return "BENCH"; }
     qint64 MessageLimit() const override { return wire::Limits().message; }
 };
 

@@ -2,6 +2,7 @@
 #include "server/Listener.h"
 #include "server/ServerConnection.h"
 #include "server/ServerOptions.h"
+#include "server/SystemLimits.h"
 #include "server/store/Database.h"
 
 #include <QCoreApplication>
@@ -29,6 +30,7 @@ int Fail(const QString& line) {
 int Serve(const ServerOptions& options) {
     LibraryOptions opening;
     opening.address = options.library;
+    opening.sessions = options.sessions;
     opening.whenMissing = options.createSample ? LibraryOptions::WhenMissing::MakeSample
                                                : LibraryOptions::WhenMissing::MakeEmpty;
     opening.patience = std::chrono::seconds(50); // just less than clients wait
@@ -56,9 +58,16 @@ int Serve(const ServerOptions& options) {
     if (!identity)
         return Fail(error);
 
-    Listener listener(*identity, [library](const QString& peer) {
-        return std::make_unique<ServerConnection>(library, peer);
-    });
+    AllowManyFiles();
+    PeerLimits limits;
+    limits.sessions = options.sessions;
+    const auto databases = std::make_shared<Databases>(library);
+    Listener listener(
+        *identity,
+        [library, databases](const QString& peer) {
+            return std::make_unique<ServerConnection>(library, peer, databases);
+        },
+        limits);
     if (!listener.listen(options.address, options.port))
         return Fail("Cannot listen on " + options.address.toString() + ':' + QString::number(options.port) +
                     ": " + listener.errorString() + '.');

@@ -26,6 +26,8 @@ struct LibraryOptions {
     HashCost hashCost = {};
     /// How long a request waits for the changes of others.
     std::chrono::milliseconds patience = std::chrono::seconds(10);
+    /// Operators signed on at once; past it the session that was idle for the longest time ends.
+    int sessions = 1000;
     /// The server's clock; tests set their own.
     std::function<QDateTime()> now = [] { return QDateTime::currentDateTimeUtc(); };
     /// What the server stores and answers; all of it unless a test says otherwise.
@@ -49,6 +51,7 @@ public:
     const HashCost& GetHashCost() const { return m_options.hashCost; }
     /// A hash that no password fits, for sign-on attempts of operators that do not exist.
     const QString& DummyHash() const { return m_dummyHash; }
+    int MostSessions() const { return m_options.sessions; }
     const StoreAddress& GetAddress() const { return m_options.address; }
     QDateTime Now() const { return m_options.now().toUTC(); }
     bool IsSample() const { return m_sample; }
@@ -72,7 +75,7 @@ private:
     QString m_dummyHash;
     QString m_firstPassword;
     bool m_sample = false;
-    mutable QSemaphore m_hashingSlots{4};
+    mutable QSemaphore m_hashingSlots{2};
 };
 
 /// Whether one of the published passwords of the sample library still opens it. Throws `StoreError`.

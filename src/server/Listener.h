@@ -1,38 +1,51 @@
 #pragma once
 
 #include "server/Certificate.h"
+#include "server/MemoryShares.h"
+#include "server/WorkerPool.h"
 #include "wire/Endpoint.h"
 
+#include <QHash>
 #include <QSslConfiguration>
 #include <QTcpServer>
 
+#include <atomic>
 #include <map>
-
-class QThread;
+#include <set>
 
 namespace sysadmin::server {
 
 class PeerConnection;
 
-/// What a peer may take of the server.
+/// What peers may take of the server.
 struct PeerLimits {
-    int connections = 200;
+    /// Connections with somebody signed on; past it the idlest goes, unless it works. Its client takes the
+    /// session up again with its next request.
+    int sessions = 1000;
+    /// Connections with nobody signed on; past it one goes of the address that has most of them.
+    int strangers = 200;
     int handshakeMilliseconds = 10'000;
     /// How long a message may take to arrive once it has begun, and a reply to be taken.
     int messageMilliseconds = 60'000;
+    /// How long a message may take once it has memory that others may wait for.
+    int lentMilliseconds = 20'000;
     /// How long a peer may stay without signing on.
     int signOnMilliseconds = 10 * 60'000;
+    /// Replies that wait for their peers to take them; past it the one that waits longest goes.
+    qint64 unsentBytes = 64 * 1024 * 1024;
+    /// Threads that handle requests.
+    int workers = 32;
 };
 
-/// Accepts TLS connections and serves each in a thread of its own. A peer that breaks the protocol is cut
-/// off; when there are too many, those that wait longest without having signed on make room.
+/// Accepts TLS connections and serves all of them in its own thread; messages are handled by a few workers.
+/// A peer that breaks the protocol is cut off.
 class Listener : public QTcpServer {
     Q_OBJECT
 
 public:
     Listener(const ServerIdentity& identity, wire::EndpointFactory factory, const PeerLimits& limits = {},
              QObject* parent = nullptr);
-    /// Ends all connections and waits for their threads.
+    /// Waits for the requests that are being handled, and ends all connections.
     ~Listener() override;
 
     int CountConnections() const { return int(m_peers.size()); }
@@ -42,22 +55,41 @@ protected:
 
 private:
     struct Peer {
-        QThread* thread = nullptr;
         PeerConnection* connection = nullptr;
-        bool signedOn = false;
-        bool leaving = false;
+        std::shared_ptr<wire::Endpoint> endpoint;
+        /// False once the connection has gone: what still waits to be handled is dropped.
+        std::shared_ptr<std::atomic<bool>> alive = std::make_shared<std::atomic<bool>>(true);
+    };
+    /// What came of a message.
+    struct Outcome {
+        std::optional<QByteArray> reply;
+        QString account;
+        qint64 messageLimit = 0;
     };
 
+    /// Runs what may cost the connection, and it alone, when it throws.
+    void Guard(quint64 number, const std::function<void()>& work);
+    void Handle(quint64 number, const QByteArray& message, const QByteArray& request);
+    static Outcome Run(wire::Endpoint& endpoint, QByteArray message);
+    void Done(quint64 number, const QByteArray& request, const Outcome& outcome);
+    void Granted(quint64 number);
     void Remove(quint64 number);
-    void MakeRoom();
-    /// Waits for the peer's thread; what it left may be deleted here then.
-    static void Delete(const Peer& peer);
+    void MakeRoomForStranger();
+    void MakeRoomForSession();
+    void LimitUnsent(quint64 newest);
 
     QSslConfiguration m_configuration;
     wire::EndpointFactory m_factory;
     PeerLimits m_limits;
-    std::map<quint64, Peer> m_peers; // by number, so the oldest first
+    MemoryShares m_shares;
+    std::map<quint64, Peer> m_peers;
     quint64 m_lastNumber = 0;
+    /// Messages that wait until a long reply has memory.
+    std::map<quint64, std::pair<QByteArray, QByteArray>> m_waiting;
+    std::set<quint64> m_handled; ///< being handled; their connections may be gone
+    /// Requests that gave a long reply: they are carried out a few at a time.
+    std::set<QByteArray> m_longReplies;
+    std::unique_ptr<WorkerPool> m_workers; // goes before all that its work uses
 };
 
 } // namespace sysadmin::server

@@ -6,6 +6,11 @@ namespace sysadmin::server {
 
 namespace {
 
+using Share = MemoryShares::Share;
+
+/// How much is read or written at a time.
+constexpr qint64 PieceBytes = 32 * 1024;
+
 QString AddressText(const QHostAddress& address) {
     // An IPv4 peer of a socket for both protocols comes in its IPv6 form.
     bool isIPv4 = false;
@@ -15,114 +20,182 @@ QString AddressText(const QHostAddress& address) {
 
 } // namespace
 
-PeerConnection::PeerConnection(qintptr handle, const QSslConfiguration& configuration,
-                               wire::EndpointFactory factory, const PeerLimits& limits)
-    : m_handle(handle)
-    , m_configuration(configuration)
-    , m_factory(std::move(factory))
-    , m_limits(limits) {}
+PeerConnection::PeerConnection(quint64 number, const PeerLimits& limits, MemoryShares& shares,
+                               QObject* parent)
+    : QObject(parent)
+    , m_number(number)
+    , m_limits(limits)
+    , m_shares(shares) {
+    m_patience.setSingleShot(true);
+    m_signOnTime.setSingleShot(true);
+    m_idle.start();
+    connect(&m_patience, &QTimer::timeout, this, &PeerConnection::Leave);
+    connect(&m_signOnTime, &QTimer::timeout, this, &PeerConnection::Leave);
+}
 
-PeerConnection::~PeerConnection() = default;
+PeerConnection::~PeerConnection() {
+    m_socket.disconnect(this);
+}
 
-void PeerConnection::Begin() {
-    m_socket = new QSslSocket(this);
-    m_patience = new QTimer(this);
-    m_patience->setSingleShot(true);
-    m_signOnTime = new QTimer(this);
-    m_signOnTime->setSingleShot(true);
-    connect(m_patience, &QTimer::timeout, this, &PeerConnection::Leave);
-    connect(m_signOnTime, &QTimer::timeout, this, &PeerConnection::Leave);
-    if (m_finished || !m_socket->setSocketDescriptor(m_handle)) {
+void PeerConnection::Begin(qintptr handle, const QSslConfiguration& configuration) {
+    if (!m_socket.setSocketDescriptor(handle)) {
         Leave();
         return;
     }
-    m_socket->setSslConfiguration(m_configuration);
-    m_socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
-    m_socket->setSocketOption(QAbstractSocket::KeepAliveOption, 1);
-    m_endpoint = m_factory(AddressText(m_socket->peerAddress()));
-    ApplyLimits();
-    connect(m_socket, &QSslSocket::encrypted, this, [this] {
-        m_patience->stop();
-        TakeMessages();
+    m_address = AddressText(m_socket.peerAddress());
+    m_socket.setSslConfiguration(configuration);
+    m_socket.setSocketOption(QAbstractSocket::LowDelayOption, 1);
+    m_socket.setSocketOption(QAbstractSocket::KeepAliveOption, 1);
+    m_socket.setReadBufferSize(PieceBytes); // what is not read yet stays with the peer
+    connect(&m_socket, &QSslSocket::encrypted, this, [this] {
+        m_patience.stop();
+        Advance();
     });
-    connect(m_socket, &QSslSocket::readyRead, this, &PeerConnection::TakeMessages);
-    connect(m_socket, &QSslSocket::encryptedBytesWritten, this, [this] {
-        m_patience->stop(); // the peer takes what it gets
-        TakeMessages();
+    connect(&m_socket, &QSslSocket::readyRead, this, &PeerConnection::Advance);
+    connect(&m_socket, &QSslSocket::encryptedBytesWritten, this, [this] {
+        m_patience.stop(); // the peer takes what it gets
+        Advance();
     });
-    connect(m_socket, &QSslSocket::disconnected, this, &PeerConnection::Leave);
-    m_patience->start(m_limits.handshakeMilliseconds);
-    m_signOnTime->start(m_limits.signOnMilliseconds);
-    m_socket->startServerEncryption();
+    connect(&m_socket, &QSslSocket::disconnected, this, &PeerConnection::Leave);
+    m_patience.start(m_limits.handshakeMilliseconds);
+    m_signOnTime.start(m_limits.signOnMilliseconds);
+    m_socket.startServerEncryption();
 }
 
-void PeerConnection::ApplyLimits() {
-    const qint64 limit = m_endpoint->MessageLimit();
-    wire::Limits limits;
-    limits.message = limit;
+void PeerConnection::SetAccount(const QString& account, qint64 messageLimit) {
+    if (account.isEmpty() && IsSignedOn())
+        m_signOnTime.start(m_limits.signOnMilliseconds);
+    else if (!account.isEmpty())
+        m_signOnTime.stop();
+    m_account = account;
+    wire::Limits limits = account.isEmpty() ? wire::Limits::BeforeSignOn() : wire::Limits();
+    limits.message = messageLimit;
     m_scanner.SetLimits(limits);
-    // What is not read yet stays with the peer.
-    m_socket->setReadBufferSize(qMin<qint64>(limit, 256 * 1024));
 }
 
-void PeerConnection::TakeMessages() {
-    if (m_finished || !m_socket->isEncrypted())
+void PeerConnection::Granted() {
+    if (m_state != State::WaitingForMemory)
         return;
-    // One request is answered before the next is looked at, and a reply that the peer does not take holds up
-    // its own requests only.
-    while (m_socket->bytesToWrite() == 0 && m_socket->encryptedBytesToWrite() == 0) {
-        m_received += m_socket->readAll();
+    m_state = State::Receiving;
+    m_patience.start(m_limits.lentMilliseconds);
+    Advance();
+}
+
+void PeerConnection::Reply(const QByteArray& reply) {
+    m_idle.restart();
+    m_shares.Release(m_number);
+    m_share = Share::Own;
+    m_reply = reply;
+    m_sent = 0;
+    m_state = State::Sending;
+    Advance();
+}
+
+void PeerConnection::Advance() {
+    if (m_advancing) {
+        m_again = true; // a socket tells of its progress while it is being written to
+        return;
+    }
+    m_advancing = true;
+    try {
+        do {
+            m_again = false;
+            if (!m_finished && m_state == State::Sending)
+                Send();
+            if (!m_finished && m_state == State::Receiving && m_socket.isEncrypted())
+                Receive();
+        } while (m_again && !m_finished);
+        if (!m_finished)
+            WatchTime();
+    } catch (const std::exception& error) {
+        qWarning("The connection from %s ends: %s", qPrintable(m_address), error.what());
+        Leave();
+    }
+    m_advancing = false;
+}
+
+void PeerConnection::Receive() {
+    for (;;) {
         const auto result = m_scanner.Scan(m_received);
         if (result == wire::FrameScanner::Result::Broken) {
             Leave();
             return;
         }
-        if (result == wire::FrameScanner::Result::Incomplete)
-            break;
-        const qint64 length = m_scanner.Length();
-        const auto reply = m_endpoint->Handle(m_received.left(length));
-        if (!reply) {
+        const Share share = MemoryShares::ShareFor(m_scanner.Length(), m_scanner.DecodedBytes());
+        if (share == Share::Reply || (share != Share::Own && !IsSignedOn())) {
             Leave();
             return;
         }
-        m_received.remove(0, length);
-        m_scanner.Reset();
-        m_patience->stop();
-        const bool signedOn = m_endpoint->MessageLimit() > wire::Limits::BeforeSignOn().message;
-        if (signedOn != m_signedOn) {
-            m_signedOn = signedOn;
-            if (signedOn) {
-                m_signOnTime->stop();
-                emit SignedOn();
-            } else {
-                m_signOnTime->start(m_limits.signOnMilliseconds);
+        if (share > m_share) {
+            m_share = share;
+            if (!m_shares.Ask(m_number, m_account, share)) {
+                m_state = State::WaitingForMemory;
+                return;
             }
+            m_patience.start(m_limits.lentMilliseconds);
         }
-        ApplyLimits();
-        m_socket->write(*reply);
-        m_socket->flush();
+        if (result == wire::FrameScanner::Result::Complete)
+            break;
+        const QByteArray piece = m_socket.read(PieceBytes);
+        if (piece.isEmpty())
+            return;
+        m_received += piece;
     }
-    const bool waiting =
-        !m_received.isEmpty() || m_socket->bytesToWrite() > 0 || m_socket->encryptedBytesToWrite() > 0;
-    if (!waiting)
-        m_patience->stop();
-    else if (!m_patience->isActive())
-        m_patience->start(m_limits.messageMilliseconds);
+    const qint64 length = m_scanner.Length();
+    const QByteArray request = m_scanner.Name(m_received).toByteArray();
+    QByteArray message = m_received.left(length);
+    m_received = m_received.mid(length); // not what a long message has taken
+    m_scanner.Reset();
+    m_state = State::Handled;
+    emit Received(std::move(message), request);
+}
+
+void PeerConnection::Send() {
+    while (m_sent < m_reply.size() &&
+           m_socket.bytesToWrite() + m_socket.encryptedBytesToWrite() < PieceBytes) {
+        const qint64 written =
+            m_socket.write(m_reply.constData() + m_sent, qMin<qint64>(PieceBytes, m_reply.size() - m_sent));
+        if (written < 0) {
+            Leave();
+            return;
+        }
+        m_sent += written;
+        m_socket.flush();
+        if (m_finished)
+            return;
+    }
+    // One request is answered before the next is looked at: a reply that the peer does not take holds up its
+    // own requests only.
+    if (!IsSent())
+        return;
+    m_reply = QByteArray();
+    m_sent = 0;
+    m_state = State::Receiving;
+    m_patience.stop();
+}
+
+bool PeerConnection::IsSent() const {
+    return m_sent == m_reply.size() && m_socket.bytesToWrite() == 0 && m_socket.encryptedBytesToWrite() == 0;
+}
+
+void PeerConnection::WatchTime() {
+    if (!m_socket.isEncrypted())
+        return;
+    const bool waitsForPeer = m_state == State::Receiving ? !m_received.isEmpty() : m_state != State::Handled;
+    if (!waitsForPeer)
+        m_patience.stop();
+    else if (!m_patience.isActive())
+        m_patience.start(m_limits.messageMilliseconds);
 }
 
 void PeerConnection::Leave() {
     if (m_finished)
         return;
     m_finished = true;
-    if (m_socket) {
-        m_socket->disconnect(this);
-        m_socket->abort();
-        // They belong to this thread and go before it ends.
-        m_socket->deleteLater();
-        m_patience->deleteLater();
-        m_signOnTime->deleteLater();
-    }
-    m_endpoint.reset(); // its database connection belongs to this thread
+    m_patience.stop();
+    m_signOnTime.stop();
+    m_socket.disconnect(this);
+    m_socket.abort();
     emit Finished();
 }
 

@@ -1,47 +1,79 @@
 #pragma once
 
 #include "server/Listener.h"
+#include "server/MemoryShares.h"
 #include "wire/Codec.h"
 
+#include <QElapsedTimer>
 #include <QSslSocket>
 #include <QTimer>
 
 namespace sysadmin::server {
 
-/// One client's socket: takes messages one at a time, hands them to the endpoint, and sends its replies.
-/// Lives in a thread of its own, in which the endpoint works too.
+/// One client's socket: takes messages one at a time, has them handled, and sends the replies. Lives in the
+/// listener's thread and belongs to the listener; a message that is being handled knows nothing of it.
 class PeerConnection : public QObject {
     Q_OBJECT
 
 public:
-    PeerConnection(qintptr handle, const QSslConfiguration& configuration, wire::EndpointFactory factory,
-                   const PeerLimits& limits);
+    PeerConnection(quint64 number, const PeerLimits& limits, MemoryShares& shares, QObject* parent);
     ~PeerConnection() override;
 
-    /// Begins with the handshake. Runs in the connection's thread, as all that follows.
-    void Begin();
-    /// Cuts the peer off.
+    /// Begins with the handshake.
+    void Begin(qintptr handle, const QSslConfiguration& configuration);
+    /// Whom the server has signed on here, and how long the next message may be.
+    void SetAccount(const QString& account, qint64 messageLimit);
+    /// The memory that a message waited for is there.
+    void Granted();
+    /// Sends the reply to the message that was handed out.
+    void Reply(const QByteArray& reply);
+    /// Cuts the peer off. `Finished` tells the listener.
     void Leave();
 
+    quint64 Number() const { return m_number; }
+    QString Address() const { return m_address; }
+    QString Account() const { return m_account; }
+    bool IsSignedOn() const { return !m_account.isEmpty(); }
+    /// Whether something of it is in work.
+    bool IsBusy() const { return m_state != State::Receiving || !m_received.isEmpty(); }
+    bool IsHandled() const { return m_state == State::Handled; }
+    /// Milliseconds since anything was last finished here.
+    qint64 IdleTime() const { return m_idle.elapsed(); }
+    /// Bytes of a reply that the peer has not taken.
+    qint64 Unsent() const { return m_reply.size() - m_sent; }
+
 signals:
-    void SignedOn();
+    /// A whole message: to be handled, and answered by `Reply` or `Leave`.
+    void Received(QByteArray message, QByteArray request);
     void Finished();
 
 private:
-    void TakeMessages();
-    void ApplyLimits();
+    enum class State { Receiving, WaitingForMemory, Handled, Sending };
 
-    qintptr m_handle;
-    QSslConfiguration m_configuration;
-    wire::EndpointFactory m_factory;
+    /// Does what can be done now. Whatever goes wrong costs this connection alone.
+    void Advance();
+    void Receive();
+    void Send();
+    bool IsSent() const;
+    void WatchTime();
+
+    quint64 m_number;
     PeerLimits m_limits;
-    QSslSocket* m_socket = nullptr;
-    std::unique_ptr<wire::Endpoint> m_endpoint;
+    MemoryShares& m_shares;
+    QString m_address;
+    QString m_account;
+    QSslSocket m_socket;
     wire::FrameScanner m_scanner{wire::Limits::BeforeSignOn()};
+    MemoryShares::Share m_share = MemoryShares::Share::Own; ///< asked for or lent
+    State m_state = State::Receiving;
     QByteArray m_received;
-    QTimer* m_patience = nullptr; ///< for the handshake, then for what has begun to arrive or to be sent
-    QTimer* m_signOnTime = nullptr;
-    bool m_signedOn = false;
+    QByteArray m_reply;
+    qint64 m_sent = 0; ///< bytes of the reply handed to the socket
+    QTimer m_patience; ///< for the handshake, then for what has begun to arrive or to be sent
+    QTimer m_signOnTime;
+    QElapsedTimer m_idle;
+    bool m_advancing = false;
+    bool m_again = false;
     bool m_finished = false;
 };
 

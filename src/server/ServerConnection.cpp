@@ -21,6 +21,17 @@ QByteArray Encoded(quint64 number, const Answer& answer) {
     return wire::Encode(wire::Reply{number, answer.status, withFields ? answer.fields : wire::Fields()});
 }
 
+/// What a reply may hold, in characters of its texts: it must fit into a message, whatever the characters.
+constexpr qsizetype MostReplyCharacters = 20 * 1024 * 1024;
+constexpr qsizetype MostReplyFields = 2 * 1024 * 1024;
+
+bool IsTooLong(const wire::Fields& fields) {
+    qsizetype characters = 0;
+    for (const wire::Field& field : fields)
+        characters += field.tag.size() + field.value.size();
+    return characters > MostReplyCharacters || fields.size() > MostReplyFields;
+}
+
 qint16 StatusOf(const StoreError& error) {
     switch (error.GetKind()) {
     case StoreError::Kind::Duplicate:
@@ -40,9 +51,11 @@ bool IsLocalPeer(const QString& peer) {
     return peer == "local" || QHostAddress(peer).isLoopback();
 }
 
-ServerConnection::ServerConnection(std::shared_ptr<const Library> library, const QString& peer)
+ServerConnection::ServerConnection(std::shared_ptr<const Library> library, const QString& peer,
+                                   std::shared_ptr<Databases> databases)
     : m_library(std::move(library))
-    , m_peer(peer) {}
+    , m_peer(peer)
+    , m_databases(databases ? std::move(databases) : std::make_shared<Databases>(m_library)) {}
 
 ServerConnection::~ServerConnection() = default;
 
@@ -51,11 +64,7 @@ qint64 ServerConnection::MessageLimit() const {
 }
 
 Database& ServerConnection::GetDatabase() {
-    if (!m_database || m_databaseThread != QThread::currentThreadId()) {
-        m_database = m_library->Connect();
-        m_databaseThread = QThread::currentThreadId();
-    }
-    return *m_database;
+    return m_databases->OfThisThread();
 }
 
 std::optional<QByteArray> ServerConnection::Handle(const QByteArray& message) {
@@ -68,7 +77,7 @@ std::optional<QByteArray> ServerConnection::Handle(const QByteArray& message) {
     } catch (const StoreError& error) {
         qWarning("%s: %s", qPrintable(request->name), error.what());
         if (error.GetKind() == StoreError::Kind::Lost) {
-            m_database.reset();
+            m_databases->CloseOfThisThread();
             if (request->number != 0)
                 return std::nullopt; // whether the change was kept is known to whoever resumes the session
         }
@@ -77,6 +86,13 @@ std::optional<QByteArray> ServerConnection::Handle(const QByteArray& message) {
             m_resumed = false;
         }
         return Encoded(request->number, {StatusOf(error)});
+    } catch (const std::exception& error) { // out of memory, say: nothing of the request was kept
+        qWarning("%s: %s", qPrintable(request->name), error.what());
+        if (request->number != 0) {
+            m_number = request->number;
+            m_resumed = false;
+        }
+        return Encoded(request->number, {status::TableError});
     }
 }
 
@@ -90,6 +106,7 @@ std::optional<QByteArray> ServerConnection::HandleSessionRequest(const wire::Req
         const SignOnResult result = SignOn(GetDatabase(), *m_library, request.fields, m_peer);
         answer = result.answer;
         m_session = result.sessionRow;
+        m_operator = wire::FirstValue(answer.fields, "OI");
         m_epoch = 0;
         m_number = 0;
         m_resumed = false;
@@ -100,6 +117,7 @@ std::optional<QByteArray> ServerConnection::HandleSessionRequest(const wire::Req
         RunInTransaction(GetDatabase(), [&] {
             const auto session = Sessions(GetDatabase()).Resume(token, m_library->Now());
             m_session = session ? session->row : 0;
+            m_operator = session ? session->requester.id : QString();
             m_epoch = session ? session->epoch : 0;
             m_number = session ? session->number : 0;
         });
@@ -171,7 +189,7 @@ Answer ServerConnection::Carry(const wire::Request& request, const RequestRule& 
     Answer answer = rule.handler(context, request.fields);
     context.records.Finish();
     cursor = context.cursor;
-    return answer;
+    return IsTooLong(answer.fields) ? Answer{status::ReplyTooLong} : answer;
 }
 
 std::optional<QByteArray> ServerConnection::HandleNumbered(const wire::Request& request) {
@@ -220,8 +238,8 @@ void ServerConnection::TouchSession() {
     // Who only reads waits for nobody, and still gets the answer when nothing can be written: a later read
     // makes up for it.
     try {
-        RunInTransaction(*m_database, Transaction::Mode::WriteIfFree, [&] {
-            Sessions(*m_database).Touch(m_session, m_library->Now());
+        RunInTransaction(GetDatabase(), Transaction::Mode::WriteIfFree, [&] {
+            Sessions(GetDatabase()).Touch(m_session, m_library->Now());
             return true;
         });
     } catch (const StoreError& error) {

@@ -1,23 +1,24 @@
 #pragma once
 
+#include "server/Databases.h"
 #include "server/Library.h"
 #include "server/Sessions.h"
 #include "wire/Endpoint.h"
 
-#include <QThread>
-
 namespace sysadmin::server {
 
-/// The server's end of a client's connection: keeps to the protocol, signs on, and carries out requests. Its
-/// database connection belongs to the thread that calls it; it opens another when it is called from another
-/// one.
+/// The server's end of a client's connection: keeps to the protocol, signs on, and carries out requests. It
+/// may be called from several threads, one at a time.
 class ServerConnection : public wire::Endpoint {
 public:
     /// `peer` is the address of the other side, "local" inside the process.
-    ServerConnection(std::shared_ptr<const Library> library, const QString& peer);
+    /// `databases` are those that it shares with other connections; its own when there are none.
+    ServerConnection(std::shared_ptr<const Library> library, const QString& peer,
+                     std::shared_ptr<Databases> databases = {});
     ~ServerConnection() override;
 
     std::optional<QByteArray> Handle(const QByteArray& message) override;
+    QString Account() const override { return IsSignedOn() ? m_operator : QString(); }
     qint64 MessageLimit() const override;
 
     bool IsSignedOn() const { return m_session != 0; }
@@ -34,9 +35,9 @@ private:
 
     std::shared_ptr<const Library> m_library;
     QString m_peer;
-    std::unique_ptr<Database> m_database;
-    Qt::HANDLE m_databaseThread = nullptr;
+    std::shared_ptr<Databases> m_databases;
     qint64 m_session = 0; ///< row of the session; 0 while nobody is signed on
+    QString m_operator;   ///< whose session it is
     qint64 m_epoch = 0;
     quint64 m_number = 0;   ///< of the last request on this connection
     bool m_resumed = false; ///< the next request may have any higher number: replies to reads are not kept

@@ -18,6 +18,8 @@ const char HelpText[] = R"(sysadmin-server keeps a library's settings and serves
   --listen ADDRESS[:PORT] where to listen (default 127.0.0.1:7443; port 0 takes any free one)
   --certificate FILE      certificate chain in PEM form (default: the server makes its own)
   --key FILE              private key of that certificate in PEM form
+  --sessions N            how many operators may be signed on at once (default 1000); past it the one
+                          that did nothing for the longest time is signed off
   --create-sample         make the sample library when there is no library yet
   --check                 look whether library and certificate are sound, tell what was found, and end
   --help                  show this text
@@ -112,7 +114,8 @@ std::variant<ServerOptions, PrintAndExit> ReadOptions(const QStringList& argumen
             continue;
         }
         static const QStringList withValue{"--library", "--database",    "--database-password-file",
-                                           "--listen",  "--certificate", "--key"};
+                                           "--listen",  "--certificate", "--key",
+                                           "--sessions"};
         QString value;
         if (const qsizetype equals = name.indexOf('='); name.startsWith("--") && equals > 0) {
             value = name.mid(equals + 1);
@@ -137,7 +140,11 @@ std::variant<ServerOptions, PrintAndExit> ReadOptions(const QStringList& argumen
             options.certificateFile = value;
         else if (name == "--key")
             options.keyFile = value;
-        else if (!ReadListenAddress(value, options))
+        else if (name == "--sessions") {
+            options.sessions = value.toInt();
+            if (options.sessions < 1 || options.sessions > 100'000)
+                return Bad("--sessions needs a number from 1 to 100000.");
+        } else if (!ReadListenAddress(value, options))
             return Bad("--listen needs an address and maybe a port, as in 0.0.0.0:7443 or [::1]:7443.");
     }
     if (!directory.isEmpty() && !database.isEmpty())

@@ -20,6 +20,7 @@ struct ServerOptions {
     quint16 port = 7443; ///< 0: any that is free
     QString certificateFile;
     QString keyFile;
+    int sessions = 1000; ///< operators signed on at once
     bool createSample = false;
     bool check = false; ///< look at everything, tell, and end
 };

@@ -26,9 +26,14 @@ Table Sessions::Declare() {
 }
 
 qint64 Sessions::Start(const QString& token, qint64 operatorRow, const QString& peer, bool mustChange,
-                       const QDateTime& now) {
+                       const QDateTime& now, int most) {
     // Sessions that nobody ended go when somebody signs on.
     m_database.Run("DELETE FROM sessions WHERE used_at<?", {StoredTime(now.addSecs(-IdleSeconds))});
+    const qint64 count = m_database.FirstValue("SELECT COUNT(*) FROM sessions").toLongLong();
+    if (count >= most)
+        m_database.Run(
+            "DELETE FROM sessions WHERE id IN (SELECT id FROM sessions ORDER BY used_at, id LIMIT ?)",
+            {count - most + 1});
     return m_database.RunInsert(
         "INSERT INTO sessions (token_hash, operator_row, peer, must_change, started_at, used_at) "
         "VALUES (?, ?, ?, ?, ?, ?)",

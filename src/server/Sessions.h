@@ -28,9 +28,9 @@ public:
 
     static Table Declare();
 
-    /// Starts a session and answers its row.
+    /// Starts a session and answers its row. When there are `most` already, the idlest of them ends.
     qint64 Start(const QString& token, qint64 operatorRow, const QString& peer, bool mustChange,
-                 const QDateTime& now);
+                 const QDateTime& now, int most);
     /// Gives a session to a new connection: the one that had it before is refused from now on.
     std::optional<StoredSession> Resume(const QString& token, const QDateTime& now);
     /// The session of a row, unless it is over.

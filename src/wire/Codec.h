@@ -37,8 +37,13 @@ public:
     /// Looks at the bytes received so far of one message; call it again with more of the same message
     /// appended.
     Result Scan(const QByteArray& bytes);
-    /// The length in bytes of the complete message.
+    /// The length in bytes of the complete message; before that, how far it reaches at the least.
     qint64 Length() const { return m_position; }
+    /// About how much memory the message takes when it is decoded, as far as it is known yet: the fields
+    /// count as soon as their number has arrived.
+    qint64 DecodedBytes() const { return m_decodedBytes; }
+    /// The request's name in these bytes, once it has arrived; empty in a reply.
+    QByteArrayView Name(const QByteArray& bytes) const;
     /// Starts on the next message.
     void Reset();
 
@@ -47,7 +52,10 @@ private:
     static constexpr int Items = 4;
 
     Limits m_limits;
-    qint64 m_position = 0;   // where the next header stands, or will when the bytes before it have arrived
+    qint64 m_position = 0; // where the next header stands, or will when the bytes before it have arrived
+    qint64 m_nameStart = 0;
+    qint64 m_nameLength = 0;
+    qint64 m_decodedBytes = 0;
     int m_item = 0;          // items seen so far
     qint64 m_fieldsLeft = 0; // texts still to come: an even count stands in front of a tag
 };

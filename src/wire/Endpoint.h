@@ -16,6 +16,8 @@ public:
     virtual ~Endpoint() = default;
     /// The encoded reply to one encoded request; none when the peer broke the protocol and must be cut off.
     virtual std::optional<QByteArray> Handle(const QByteArray& message) = 0;
+    /// Who is signed on; empty while nobody is. Peers share the server fairly by this.
+    virtual QString Account() const = 0;
     /// The size in bytes up to which the next message is accepted.
     virtual qint64 MessageLimit() const = 0;
 };

@@ -55,6 +55,12 @@ bool IsArrayOf(const Header& header, quint64 count) {
     return header.major == MajorArray && header.value == count;
 }
 
+/// What a text takes apart from its place in a field: two bytes a character, and what the memory's own
+/// bookkeeping adds.
+qint64 DecodedText(qint64 bytes) {
+    return bytes == 0 ? 0 : 2 * bytes + 32;
+}
+
 bool IsText(const Header& header, qint64 limit) {
     return header.major == MajorText && header.value <= quint64(limit);
 }
@@ -87,9 +93,11 @@ FrameScanner::Result FrameScanner::Scan(const QByteArray& bytes) {
             break;
         case 2:
             // A request has its name here, a reply its status.
-            if (IsText(header, m_limits.name))
+            if (IsText(header, m_limits.name)) {
                 content = qint64(header.value);
-            else if (header.major != MajorUnsigned && header.major != MajorNegative)
+                m_nameStart = m_position + header.size;
+                m_nameLength = content;
+            } else if (header.major != MajorUnsigned && header.major != MajorNegative)
                 return Result::Broken;
             ++m_item;
             break;
@@ -98,12 +106,14 @@ FrameScanner::Result FrameScanner::Scan(const QByteArray& bytes) {
                 header.value / 2 > quint64(m_limits.fields))
                 return Result::Broken;
             m_fieldsLeft = qint64(header.value);
+            m_decodedBytes += m_fieldsLeft / 2 * qint64(sizeof(Field));
             ++m_item;
             break;
         default:
             if (!IsText(header, m_fieldsLeft % 2 == 0 ? m_limits.tag : m_limits.value))
                 return Result::Broken;
             content = qint64(header.value);
+            m_decodedBytes += DecodedText(content);
             --m_fieldsLeft;
         }
         m_position += header.size + content;
@@ -114,8 +124,17 @@ FrameScanner::Result FrameScanner::Scan(const QByteArray& bytes) {
     return bytes.size() < m_position ? Result::Incomplete : Result::Complete;
 }
 
+QByteArrayView FrameScanner::Name(const QByteArray& bytes) const {
+    return m_nameStart + m_nameLength <= bytes.size()
+               ? QByteArrayView(bytes).sliced(m_nameStart, m_nameLength)
+               : QByteArrayView();
+}
+
 void FrameScanner::Reset() {
     m_position = 0;
+    m_nameStart = 0;
+    m_nameLength = 0;
+    m_decodedBytes = 0;
     m_item = 0;
     m_fieldsLeft = 0;
 }

@@ -15,7 +15,7 @@ struct Limits {
     qint64 fields = 4 * 1024 * 1024;
 
     /// The limits that hold until an operator has signed on.
-    static constexpr Limits BeforeSignOn() { return {.message = 64 * 1024}; }
+    static constexpr Limits BeforeSignOn() { return {.message = 64 * 1024, .fields = 256}; }
 };
 
 } // namespace sysadmin::wire

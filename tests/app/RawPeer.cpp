@@ -37,6 +37,23 @@ std::optional<wire::Reply> RawPeer::Read() {
     return {};
 }
 
+bool RawPeer::ReadAll(int replies) {
+    wire::FrameScanner scanner;
+    QByteArray received;
+    for (;;) {
+        received += m_socket.readAll();
+        while (replies > 0 && scanner.Scan(received) == wire::FrameScanner::Result::Complete) {
+            received.remove(0, scanner.Length());
+            scanner.Reset();
+            --replies;
+        }
+        if (replies == 0)
+            return true;
+        if (!m_socket.waitForReadyRead(Patience))
+            return false;
+    }
+}
+
 std::optional<wire::Reply> RawPeer::Ask(quint64 number, const QString& name, const wire::Fields& fields) {
     Write(wire::Encode(wire::Request{number, name, fields}));
     return Read();

@@ -24,6 +24,10 @@ public:
     bool SignOn(const QString& operatorId);
     /// The token of the session that was begun.
     const QString& Token() const { return m_token; }
+    /// Reads and drops so many replies; false when the connection ended or nothing came in time.
+    bool ReadAll(int replies);
+    /// Breaks the connection off, whatever is still on its way.
+    void Reset() { m_socket.abort(); }
     /// Waits for the server to end the connection.
     bool IsCutOff();
 

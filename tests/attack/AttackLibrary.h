@@ -13,6 +13,7 @@ public:
 
     /// How `sysadmin-server` is told where it is.
     QStringList ServerArguments() const { return m_arguments; }
+    const server::Library& GetLibrary() const { return *m_library; }
     std::unique_ptr<server::Database> Connect() const { return m_library->Connect(); }
     /// Null with SQLite.
     testing::PostgresServer* Postgres() { return m_postgres.get(); }

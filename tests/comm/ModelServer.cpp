@@ -19,6 +19,7 @@ public:
             request ? m_server.Handle(m_connection, *request) : std::nullopt;
         return reply ? std::optional(wire::Encode(*reply)) : std::nullopt;
     }
+    QString Account() const override { return "MODEL"; }
     qint64 MessageLimit() const override { return wire::Limits().message; }
 
 private:

@@ -355,7 +355,11 @@ TEST_P(SubjectTest, ListsInBatches) {
                           .fields = {Field::Text("T", "text", 20).InList()},
                           .listArea = Area::AnyOperator,
                           .batch = 3});
+    registry->AddRead("LstLong", Area::AnyOperator, [](Context&, const wire::Fields&) {
+        return Answer{status::Ok, wire::Fields(21, {"T", QString(1024 * 1024, 'x')})};
+    });
     m_server = std::make_unique<TestServer>(TestServer::Options{.address = Address(), .registry = registry});
+    EXPECT_EQ(StatusOf("LstLong"), status::ReplyTooLong);
     for (int i = 1; i <= 7; ++i)
         ASSERT_EQ(StatusOf("AddNote", {{"T", QString::number(i)}}), status::Ok);
 

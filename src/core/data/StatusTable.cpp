@@ -116,6 +116,7 @@ constexpr Row Rows[] = {
     {111, Plain, QT_TRANSLATE_NOOP("StatusTable", "This location cannot be deleted because it is in use in a GDC Security Profile.")},
     {120, Plain, QT_TRANSLATE_NOOP("StatusTable", "This item type cannot be deleted because it is in use in an Acq Policy definition.")},
     {123, Plain, QT_TRANSLATE_NOOP("StatusTable", "This calendar cannot be saved.  A date is outside the calendar's coverage dates.")},
+    {130, Plain, QT_TRANSLATE_NOOP("StatusTable", "The list is too long to be shown.")},
     {-92, Plain, QT_TRANSLATE_NOOP("StatusTable", "The server or database is not compatible with this version of your application. The application will be aborted. Client version: #  Server version: #  Database version: #")},
 };
 // clang-format on
