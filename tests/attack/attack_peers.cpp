@@ -9,6 +9,7 @@
 #include "app/Programs.h"
 #include "app/RawPeer.h"
 #include "attack/AttackLibrary.h"
+#include "server/store/Database.h"
 #include "wire/Codec.h"
 
 #include <QCoreApplication>
