@@ -31,6 +31,7 @@ int Serve(const ServerOptions& options) {
     LibraryOptions opening;
     opening.address = options.library;
     opening.sessions = options.sessions;
+    opening.servesOthers = !options.address.isLoopback();
     opening.whenMissing = options.createSample ? LibraryOptions::WhenMissing::MakeSample
                                                : LibraryOptions::WhenMissing::MakeEmpty;
     opening.patience = std::chrono::seconds(50); // just less than clients wait
@@ -98,6 +99,7 @@ int main(int argc, char** argv) {
 #endif
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName("sysadmin-server");
+    SilenceDatabaseDrivers();
     const QString directory =
         QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/sysadmin-server";
     const auto asked = ReadOptions(application.arguments().mid(1), directory);

@@ -106,7 +106,10 @@ void ChangePasswordDialog::ShowStatus(qint16 status) {
     namespace known = wire::status;
     switch (status) {
     case known::InvalidSignOn:
-        return ShowProblem(tr("The old password is not right."), txtOldPassword);
+        return ShowProblem(
+            tr("The old password is not right. (After several wrong ones it is looked at again "
+               "only after a while.)"),
+            txtOldPassword);
     case known::RepeatedPassword:
         return ShowProblem(tr("Password the same as a previous password(s) -- Please change password again."),
                            txtOldPassword);
@@ -114,6 +117,10 @@ void ChangePasswordDialog::ShowStatus(qint16 status) {
         return ShowProblem(tr("Minimum age violation (can't change password yet)"), cmdCancel);
     case known::WeakPassword:
         return ShowProblem(tr("The new password does not keep to the rules for passwords."), txtOldPassword);
+    case known::PublishedPassword:
+        return ShowProblem(tr("This is a password of the sample library, and everybody knows it. Choose "
+                              "another one."),
+                           txtOldPassword);
     case known::NotAuthorised:
         return ShowProblem(tr("You may not change your password. Ask a security administrator."), cmdCancel);
     default:

@@ -87,16 +87,16 @@ Greeting CommLibrary::Greet(const ServerChoice& choice) {
         }
     }
     m_greeting = m_channel.Hello();
-    m_encoder = PasswordEncoder(m_greeting.publicKey);
+    m_encoder = PasswordEncoder(m_greeting.publicKey, m_greeting.nonce);
     if (m_greeting.problem.isEmpty() && !m_encoder.IsUsable())
         m_greeting.problem = tr("The server has no key to which a password could be sealed.");
     return m_greeting;
 }
 
 QString CommLibrary::TrySignOn(const ServerChoice& choice, const QString& operatorId, QString& password) {
-    if (!(choice == m_choice) || !m_encoder.IsUsable())
-        Greet(choice);
-    const QString sealed = m_encoder.Encode(password);
+    // The connection may have ended while the operator was typing, and its nonce with it.
+    Greet(choice);
+    const QString sealed = m_encoder.Encode(password, wire::PasswordPurpose::SignOn);
     WipeText(password);
     if (sealed.isEmpty())
         return m_greeting.problem;
@@ -162,7 +162,8 @@ void CommLibrary::ChangePassword(QWidget* parent) {
 
 bool CommLibrary::RunChangePassword(QWidget* parent, const QString& reason) {
     const auto change = [this](const QString& oldPassword, const QString& newPassword) {
-        return m_channel.ChangeOwnPassword(EncodePassword(oldPassword), EncodePassword(newPassword));
+        return m_channel.ChangeOwnPassword(m_encoder.Encode(oldPassword, wire::PasswordPurpose::Confirm),
+                                           m_encoder.Encode(newPassword, wire::PasswordPurpose::Set));
     };
     ChangePasswordDialog dialog(reason, change, parent);
     if (!m_prompter.RunDialog(dialog))
@@ -173,7 +174,7 @@ bool CommLibrary::RunChangePassword(QWidget* parent, const QString& reason) {
 }
 
 QString CommLibrary::EncodePassword(const QString& plain) const {
-    return m_encoder.Encode(plain);
+    return m_encoder.Encode(plain, wire::PasswordPurpose::Set);
 }
 
 } // namespace sysadmin

@@ -19,15 +19,20 @@ void Overwrite(Text& text) {
 
 } // namespace
 
-PasswordEncoder::PasswordEncoder(const QByteArray& publicKey) {
-    if (sodium_init() >= 0 && publicKey.size() == crypto_box_PUBLICKEYBYTES)
+PasswordEncoder::PasswordEncoder(const QByteArray& publicKey, const QString& nonce)
+    : m_nonce(nonce) {
+    if (sodium_init() >= 0 && publicKey.size() == crypto_box_PUBLICKEYBYTES && !nonce.isEmpty())
         m_publicKey = publicKey;
 }
 
-QString PasswordEncoder::Encode(const QString& plain) const {
+QString PasswordEncoder::Encode(const QString& plain, wire::PasswordPurpose purpose) const {
     if (!IsUsable())
         return {};
-    QByteArray text = plain.toUtf8();
+    QByteArray password = plain.toUtf8();
+    QByteArray text = wire::PasswordPrefix(purpose, m_nonce);
+    text.reserve(text.size() + password.size()); // growing would leave copies behind
+    text += password;
+    Overwrite(password);
     QByteArray sealed(text.size() + qsizetype(crypto_box_SEALBYTES), Qt::Uninitialized);
     const auto bytes = [](QByteArray& array) { return reinterpret_cast<unsigned char*>(array.data()); };
     const int result =

@@ -51,9 +51,13 @@ Greeting WireChannel::Hello() {
         return none;
     }
     const auto value = [&](const char* tag) { return wire::FirstValue(answer.fields, tag); };
-    return {{},           QByteArray::fromBase64(value("PK").toLatin1()),
-            value("LIB"), value("SWT"),
-            value("VER"), value("HINT")};
+    return {.problem = {},
+            .publicKey = QByteArray::fromBase64(value("PK").toLatin1()),
+            .nonce = value("NC"),
+            .libraryName = value("LIB"),
+            .warning = value("SWT"),
+            .version = value("VER"),
+            .hint = value("HINT")};
 }
 
 bool WireChannel::SignOn(Session& session) {
@@ -67,11 +71,12 @@ bool WireChannel::SignOn(Session& session) {
     const QString name = "SignOn";
     const wire::Fields fields{{"OI", data->CredentialId()}, {"PW", data->SealedPassword()}};
     data->ClearCredentials();
+    // The password is sealed for this connection: on another one it would be taken for a wrong one.
     const Answer answer =
-        Observe(name, fields, [&] { return SendOutsideSession(name, fields, m_timeLimit); });
+        Observe(name, fields, [&] { return SendOutsideSession(name, fields, m_timeLimit, false); });
     const auto value = [&](const char* tag) { return wire::FirstValue(answer.fields, tag); };
     if (answer.status != status::Ok || value("SID").isEmpty()) {
-        m_problem = ProblemOfSignOn(answer.status);
+        m_problem = ProblemOfSignOn(answer);
         return false;
     }
     m_token = value("SID");
@@ -88,16 +93,23 @@ bool WireChannel::SignOn(Session& session) {
     return true;
 }
 
-QString WireChannel::ProblemOfSignOn(qint16 answered) const {
-    switch (answered) {
+QString WireChannel::ProblemOfSignOn(const Answer& answer) const {
+    const int seconds = wire::FirstValue(answer.fields, "WAIT").toInt();
+    if (answer.status == status::InvalidSignOn && seconds > 0) {
+        const QString when = seconds == 1    ? tr("a second")
+                             : seconds <= 90 ? tr("%1 seconds").arg(seconds)
+                                             : tr("%1 minutes").arg((seconds + 59) / 60);
+        return tr("There were too many wrong passwords from this address. Try again in %1.").arg(when);
+    }
+    switch (answer.status) {
     case status::Ok:
         return tr("The server has accepted the operator, but opened no session.");
     case status::CommunicationsFailure:
-        return m_problem.isEmpty() ? TextOfStatus(answered).message : m_problem;
+        return m_problem.isEmpty() ? TextOfStatus(answer.status).message : m_problem;
     case status::InvalidSignOn:
         return tr("The operator id or the password is not right, or the operator is locked or disabled.");
     default:
-        return ProblemOfServer(answered);
+        return ProblemOfServer(answer.status);
     }
 }
 
@@ -167,9 +179,9 @@ RequestChannel::Answer WireChannel::Observe(const QString& name, const wire::Fie
 // A request without a number. A connection that was open may have ended unnoticed: then the server is called
 // anew.
 RequestChannel::Answer WireChannel::SendOutsideSession(const QString& name, const wire::Fields& fields,
-                                                       std::chrono::milliseconds timeLimit) {
+                                                       std::chrono::milliseconds timeLimit, bool mayRetry) {
     const QDeadlineTimer deadline(timeLimit);
-    for (bool mayRetry = m_transport->IsOpen() && m_token.isEmpty();; mayRetry = false) {
+    for (mayRetry = mayRetry && m_transport->IsOpen() && m_token.isEmpty();; mayRetry = false) {
         if (!m_transport->IsOpen()) {
             m_transport->SetLimits(wire::Limits::BeforeSignOn());
             m_problem = m_transport->Open();

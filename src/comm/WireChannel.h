@@ -18,6 +18,7 @@ class TraceLog;
 struct Greeting {
     QString problem;      ///< empty, or why the server could not be asked, in words for the operator
     QByteArray publicKey; ///< to which passwords are sealed
+    QString nonce;        ///< under which they are, for a sign-on and in the session that it begins
     QString libraryName;
     QString warning; ///< the security warning for those who sign on; may be empty
     QString version;
@@ -67,7 +68,7 @@ private:
     Answer Observe(const QString& name, const wire::Fields& fields, const Work& work);
     Answer SendInSession(const QString& name, const wire::Fields& fields);
     Answer SendOutsideSession(const QString& name, const wire::Fields& fields,
-                              std::chrono::milliseconds timeLimit);
+                              std::chrono::milliseconds timeLimit, bool mayRetry = true);
     bool Settle(const QDeadlineTimer& deadline);
     std::optional<wire::Reply> Deliver(const wire::Request& request, const QDeadlineTimer& deadline,
                                        bool& sent);
@@ -75,7 +76,7 @@ private:
     bool Resume(const QDeadlineTimer& deadline, bool& mayRetry);
     std::optional<wire::Reply> Carry(const wire::Request& request, const QDeadlineTimer& deadline);
     void Rest(std::chrono::milliseconds time);
-    QString ProblemOfSignOn(qint16 status) const;
+    QString ProblemOfSignOn(const Answer& answer) const;
     QString ProblemOfServer(qint16 status) const;
 
     std::unique_ptr<Transport> m_transport;

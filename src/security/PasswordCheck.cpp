@@ -81,6 +81,10 @@ public:
     static QString Weak() {
         return tr("The password does not follow the password rules.  Please change password again.");
     }
+    static QString Published() {
+        return tr("This is a password of the sample library, and everybody knows it.  Please change password "
+                  "again.");
+    }
 };
 
 } // namespace
@@ -109,6 +113,8 @@ QString PasswordRefusal(qint16 result) {
         return Words::TooYoung();
     case status::WeakPassword:
         return Words::Weak();
+    case status::PublishedPassword:
+        return Words::Published();
     default:
         return {};
     }

@@ -14,10 +14,12 @@ namespace status = wire::status;
 
 /// The operator who sent a request.
 struct Requester {
-    qint64 row = 0; ///< id in the table of operators
-    QString id;     ///< the sign-on name
-    QString name;   ///< for people
-    QString peer;   ///< the address from which the operator works
+    qint64 row = 0;     ///< id in the table of operators
+    QString id;         ///< the sign-on name
+    QString name;       ///< for people
+    QString peer;       ///< the address from which the operator works
+    qint64 session = 0; ///< row of the session; 0 for none
+    QString nonce = {}; ///< under which the session's passwords are sealed
 };
 
 /// How far a list that goes out in batches has been sent in this session.

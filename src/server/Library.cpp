@@ -127,7 +127,8 @@ void Library::MakeFirstAdministrator(Database& database) {
 }
 
 bool HasSamplePassword(Database& database) {
-    return database.FirstRow("SELECT 1 FROM operators WHERE sample_password='Y'").has_value();
+    return database.FirstRow("SELECT 1 FROM operators WHERE sample_password='Y' OR published_password='Y'")
+        .has_value();
 }
 
 } // namespace sysadmin::server

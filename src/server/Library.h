@@ -2,6 +2,7 @@
 
 #include "server/Passwords.h"
 #include "server/Registry.h"
+#include "server/SignOnThrottle.h"
 #include "server/store/StoreAddress.h"
 #include "server/store/WriterQueue.h"
 
@@ -28,6 +29,8 @@ struct LibraryOptions {
     std::chrono::milliseconds patience = std::chrono::seconds(10);
     /// Operators signed on at once; past it the session that was idle for the longest time ends.
     int sessions = 1000;
+    /// Peers on other machines can reach the library: the published sample passwords are refused.
+    bool servesOthers = false;
     /// The server's clock; tests set their own.
     std::function<QDateTime()> now = [] { return QDateTime::currentDateTimeUtc(); };
     /// What the server stores and answers; all of it unless a test says otherwise.
@@ -55,12 +58,14 @@ public:
     const StoreAddress& GetAddress() const { return m_options.address; }
     QDateTime Now() const { return m_options.now().toUTC(); }
     bool IsSample() const { return m_sample; }
+    bool ServesOthers() const { return m_options.servesOthers; }
     /// The password of the administrator of a library that was made just now; empty otherwise.
     const QString& FirstPassword() const { return m_firstPassword; }
     /// Where changes wait for each other.
     const WriterQueue& Writers() const { return *m_writers; }
     /// Keeps the memory that hashing takes within bounds when many sign on at once.
     QSemaphore& HashingSlots() const { return m_hashingSlots; }
+    SignOnThrottle& Throttle() const { return m_throttle; }
 
 private:
     explicit Library(const LibraryOptions& options);
@@ -76,6 +81,7 @@ private:
     QString m_firstPassword;
     bool m_sample = false;
     mutable QSemaphore m_hashingSlots{2};
+    mutable SignOnThrottle m_throttle;
 };
 
 /// Whether one of the published passwords of the sample library still opens it. Throws `StoreError`.

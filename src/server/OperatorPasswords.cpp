@@ -12,10 +12,13 @@ namespace {
 /// As many as the security options let anybody ask for.
 constexpr int KeptPasswords = 24;
 
+bool Is(const Secret& password, const SampleOperator& sample) {
+    return QByteArrayView(password.Data(), password.Size()) == sample.password.toUtf8();
+}
+
 bool IsSamplePassword(const QString& operatorId, const Secret& password) {
     for (const SampleOperator& sample : SampleOperators())
-        if (Fold(sample.id) == Fold(operatorId) &&
-            QByteArrayView(password.Data(), password.Size()) == sample.password.toUtf8())
+        if (Fold(sample.id) == Fold(operatorId) && Is(password, sample))
             return true;
     return false;
 }
@@ -40,10 +43,21 @@ const QList<SampleOperator>& SampleOperators() {
     return operators;
 }
 
+bool IsPublished(const Secret& password) {
+    for (const SampleOperator& sample : SampleOperators())
+        if (Is(password, sample))
+            return true;
+    return false;
+}
+
 qint16 CheckNewPassword(const Records& records, const Library& library, qint64 operatorRow,
-                        const Secret& password, const SecurityRules& rules) {
+                        const Secret& password, const SecurityRules& rules, bool skipRules) {
     if (password.Size() == 0)
         return status::ColumnError;
+    if (library.ServesOthers() && IsPublished(password))
+        return status::PublishedPassword;
+    if (skipRules)
+        return status::Ok;
     const auto row = records.Find("operators", operatorRow);
     if (!row)
         return status::NotFound;
@@ -88,7 +102,8 @@ void SetPassword(Records& records, const Library& library, qint64 operatorRow, c
         {{"password_hash", HashPassword(password, library.GetHashCost())},
          {"password_changed_at", StoredTime(library.Now())},
          {"expired", "N"},
-         {"sample_password", IsSamplePassword(row->value("operator_id").toString(), password) ? "Y" : "N"}});
+         {"sample_password", IsSamplePassword(row->value("operator_id").toString(), password) ? "Y" : "N"},
+         {"published_password", IsPublished(password) ? "Y" : "N"}});
 }
 
 } // namespace sysadmin::server

@@ -44,8 +44,11 @@ bool VerifyPassword(const QString& hash, const Secret& password) {
     return crypto_pwhash_str_verify(text.constData(), password.Data(), size_t(password.Size())) == 0;
 }
 
-std::optional<Secret> OpenSealed(const QString& sealed, const SealingKeys& keys) {
+std::optional<Secret> OpenSealed(const QString& sealed, const SealingKeys& keys,
+                                 wire::PasswordPurpose purpose, const QString& nonce) {
     constexpr qsizetype LongestPassword = 1024;
+    if (nonce.isEmpty())
+        return std::nullopt;
     const auto decoded =
         QByteArray::fromBase64Encoding(sealed.toLatin1(), QByteArray::AbortOnBase64DecodingErrors);
     if (!decoded || decoded.decoded.size() < qsizetype(crypto_box_SEALBYTES) ||
@@ -58,11 +61,17 @@ std::optional<Secret> OpenSealed(const QString& sealed, const SealingKeys& keys)
                              reinterpret_cast<const unsigned char*>(keys.publicKey.constData()),
                              reinterpret_cast<const unsigned char*>(keys.secretKey.constData())) != 0)
         return std::nullopt;
-    return Secret(std::move(plain));
+    const Secret whole(std::move(plain));
+    const QByteArray prefix = wire::PasswordPrefix(purpose, nonce);
+    if (whole.Size() < prefix.size() ||
+        sodium_memcmp(whole.Data(), prefix.constData(), size_t(prefix.size())) != 0)
+        return std::nullopt;
+    return Secret(std::vector<unsigned char>(whole.Data() + prefix.size(), whole.Data() + whole.Size()));
 }
 
-QString Seal(const QString& text, const QByteArray& publicKey) {
-    const Secret plain = Secret::FromText(text);
+QString Seal(const QString& text, const QByteArray& publicKey, wire::PasswordPurpose purpose,
+             const QString& nonce) {
+    const Secret plain = Secret::FromText(QString::fromUtf8(wire::PasswordPrefix(purpose, nonce)) + text);
     QByteArray box(plain.Size() + qsizetype(crypto_box_SEALBYTES), 0);
     crypto_box_seal(reinterpret_cast<unsigned char*>(box.data()),
                     reinterpret_cast<const unsigned char*>(plain.Data()),

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "wire/SealedPassword.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -52,10 +54,13 @@ bool PrepareCryptography();
 QString HashPassword(const Secret& password, const HashCost& cost);
 /// Whether the password is the one that was hashed. Takes the same work whether it is or not.
 bool VerifyPassword(const QString& hash, const Secret& password);
-/// Opens a password sealed by a client (base64); none when it was not sealed to these keys.
-std::optional<Secret> OpenSealed(const QString& sealed, const SealingKeys& keys);
+/// Opens a password sealed by a client (base64); none when it was not sealed to these keys, for this purpose
+/// and under this nonce.
+std::optional<Secret> OpenSealed(const QString& sealed, const SealingKeys& keys,
+                                 wire::PasswordPurpose purpose, const QString& nonce);
 /// Seals a text as clients do.
-QString Seal(const QString& text, const QByteArray& publicKey);
+QString Seal(const QString& text, const QByteArray& publicKey, wire::PasswordPurpose purpose,
+             const QString& nonce);
 
 /// Fresh random bytes as text without special characters, for session tokens.
 QString RandomToken();

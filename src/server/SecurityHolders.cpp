@@ -15,7 +15,7 @@ bool SecurityHolderRemains(Database& database, std::optional<qint64> withoutProf
 }
 
 bool SecurityHolderCanSignOn(Database& database, const SecurityRules& rules, const QDateTime& now,
-                             qint64 withoutOperator) {
+                             qint64 withoutOperator, HolderMay when) {
     static const QStringList columns{"password_hash", "password_changed_at", "reset_at",
                                      "never_expires", "restrict_change",     "expired",
                                      "locked_at"};
@@ -28,7 +28,8 @@ bool SecurityHolderCanSignOn(Database& database, const SecurityRules& rules, con
                       Row row;
                       for (int i = 0; i < int(columns.size()); ++i)
                           row.insert(columns[i], values.value(i));
-                      anybody = anybody || CanSignOn(row, rules, now);
+                      anybody = anybody || (CanSignOn(row, rules, now) &&
+                                            (when == HolderMay::InTime || !IsLocked(row, rules, now)));
                   });
     return anybody;
 }

@@ -14,9 +14,14 @@ struct SecurityRules;
 bool SecurityHolderRemains(Database& database, std::optional<qint64> withoutProfile = {},
                            std::optional<qint64> withoutOperator = {});
 
-/// Whether some operator who holds the right can sign on to use it, apart from `withoutOperator`. Locks that
-/// run out by themselves do not count against anybody.
+/// When a holder has to be able to sign on.
+enum class HolderMay {
+    InTime, ///< a lock that runs out by itself does not count
+    Now,
+};
+
+/// Whether some operator who holds the right can sign on to use it, apart from `withoutOperator`.
 bool SecurityHolderCanSignOn(Database& database, const SecurityRules& rules, const QDateTime& now,
-                             qint64 withoutOperator = 0);
+                             qint64 withoutOperator = 0, HolderMay when = HolderMay::InTime);
 
 } // namespace sysadmin::server

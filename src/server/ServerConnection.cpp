@@ -5,8 +5,6 @@
 #include "server/store/Database.h"
 #include "wire/Codec.h"
 
-#include <QHostAddress>
-
 namespace sysadmin::server {
 
 namespace {
@@ -17,7 +15,8 @@ constexpr int MostWrongSignOns = 10;
 constexpr qint64 TouchSeconds = 300;
 
 QByteArray Encoded(quint64 number, const Answer& answer) {
-    const bool withFields = answer.status == status::Ok || answer.status == status::Continues;
+    const bool withFields = answer.status == status::Ok || answer.status == status::Continues ||
+                            answer.status == status::InvalidSignOn;
     return wire::Encode(wire::Reply{number, answer.status, withFields ? answer.fields : wire::Fields()});
 }
 
@@ -40,16 +39,14 @@ qint16 StatusOf(const StoreError& error) {
         return status::InUse;
     case StoreError::Kind::Busy:
         return status::CommunicationsFailure;
+    case StoreError::Kind::Unstorable:
+        return status::ColumnError;
     default:
         return status::TableError;
     }
 }
 
 } // namespace
-
-bool IsLocalPeer(const QString& peer) {
-    return peer == "local" || QHostAddress(peer).isLoopback();
-}
 
 ServerConnection::ServerConnection(std::shared_ptr<const Library> library, const QString& peer,
                                    std::shared_ptr<Databases> databases)
@@ -103,8 +100,10 @@ std::optional<QByteArray> ServerConnection::HandleSessionRequest(const wire::Req
     } else if (request.name == "SignOn") {
         if (m_wrongSignOns >= MostWrongSignOns)
             return std::nullopt;
-        const SignOnResult result = SignOn(GetDatabase(), *m_library, request.fields, m_peer);
+        const SignOnResult result = SignOn(GetDatabase(), *m_library, request.fields, m_peer, m_nonce);
         answer = result.answer;
+        if (result.sessionRow != 0)
+            m_nonce.clear(); // it is the session's now
         m_session = result.sessionRow;
         m_operator = wire::FirstValue(answer.fields, "OI");
         m_epoch = 0;
@@ -139,6 +138,9 @@ Answer ServerConnection::Hello() {
     Database& database = GetDatabase();
     Answer answer;
     Put(answer.fields, "PK", QString::fromLatin1(m_library->GetSealingKeys().publicKey.toBase64()));
+    if (m_nonce.isEmpty())
+        m_nonce = RandomToken();
+    Put(answer.fields, "NC", m_nonce);
     Put(answer.fields, "LIB", ReadSetting(database, "library_name"));
     Put(answer.fields, "SWT", ReadSecurityRules(database).warningText);
     Put(answer.fields, "VER", SYSADMIN_VERSION);
@@ -165,7 +167,7 @@ Answer ServerConnection::ChangePassword(const wire::Fields& request) {
     }
     Requester requester = session->requester;
     requester.peer = m_peer;
-    return {ChangeOwnPassword(GetDatabase(), *m_library, requester, m_session, request)};
+    return {ChangeOwnPassword(GetDatabase(), *m_library, requester, request)};
 }
 
 Answer ServerConnection::Carry(const wire::Request& request, const RequestRule& rule,

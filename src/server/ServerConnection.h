@@ -36,6 +36,7 @@ private:
     std::shared_ptr<const Library> m_library;
     QString m_peer;
     std::shared_ptr<Databases> m_databases;
+    QString m_nonce;      ///< under which a password for a sign-on is sealed; empty before a `Hello`
     qint64 m_session = 0; ///< row of the session; 0 while nobody is signed on
     QString m_operator;   ///< whose session it is
     qint64 m_epoch = 0;
@@ -43,8 +44,5 @@ private:
     bool m_resumed = false; ///< the next request may have any higher number: replies to reads are not kept
     int m_wrongSignOns = 0;
 };
-
-/// Whether the address is this machine's own.
-bool IsLocalPeer(const QString& peer);
 
 } // namespace sysadmin::server

@@ -8,6 +8,7 @@ namespace sysadmin::server {
 Table Sessions::Declare() {
     return {.name = "sessions",
             .columns = {{.name = "token_hash"},
+                        {.name = "nonce"},
                         {.name = "operator_row",
                          .type = ColumnType::Reference,
                          .target = "operators",
@@ -25,8 +26,8 @@ Table Sessions::Declare() {
             .content = Content::Record};
 }
 
-qint64 Sessions::Start(const QString& token, qint64 operatorRow, const QString& peer, bool mustChange,
-                       const QDateTime& now, int most) {
+qint64 Sessions::Start(const QString& token, const QString& nonce, qint64 operatorRow, const QString& peer,
+                       bool mustChange, const QDateTime& now, int most) {
     // Sessions that nobody ended go when somebody signs on.
     m_database.Run("DELETE FROM sessions WHERE used_at<?", {StoredTime(now.addSecs(-IdleSeconds))});
     const qint64 count = m_database.FirstValue("SELECT COUNT(*) FROM sessions").toLongLong();
@@ -35,9 +36,10 @@ qint64 Sessions::Start(const QString& token, qint64 operatorRow, const QString& 
             "DELETE FROM sessions WHERE id IN (SELECT id FROM sessions ORDER BY used_at, id LIMIT ?)",
             {count - most + 1});
     return m_database.RunInsert(
-        "INSERT INTO sessions (token_hash, operator_row, peer, must_change, started_at, used_at) "
-        "VALUES (?, ?, ?, ?, ?, ?)",
-        {TokenHash(token), operatorRow, peer, mustChange ? "Y" : "N", StoredTime(now), StoredTime(now)});
+        "INSERT INTO sessions (token_hash, nonce, operator_row, peer, must_change, started_at, used_at) "
+        "VALUES (?, ?, ?, ?, ?, ?, ?)",
+        {TokenHash(token), nonce, operatorRow, peer, mustChange ? "Y" : "N", StoredTime(now),
+         StoredTime(now)});
 }
 
 std::optional<StoredSession> Sessions::Resume(const QString& token, const QDateTime& now) {
@@ -52,7 +54,8 @@ std::optional<StoredSession> Sessions::Resume(const QString& token, const QDateT
 std::optional<StoredSession> Sessions::Load(qint64 row, const QDateTime& now) const {
     const auto values = m_database.FirstRow(
         "SELECT s.number, s.epoch, s.must_change, s.used_at, s.cursor_request, s.cursor_after, s.peer, o.id, "
-        "o.operator_id, o.first_name, o.last_name FROM sessions s JOIN operators o ON o.id=s.operator_row "
+        "o.operator_id, o.first_name, o.last_name, s.nonce, o.expired, o.restrict_change FROM sessions s "
+        "JOIN operators o ON o.id=s.operator_row "
         "WHERE s.id=?",
         {row});
     if (!values)
@@ -62,11 +65,15 @@ std::optional<StoredSession> Sessions::Load(qint64 row, const QDateTime& now) co
     session.row = row;
     session.number = (*values)[0].toULongLong();
     session.epoch = (*values)[1].toLongLong();
-    session.mustChangePassword = text(2) == "Y";
+    session.mustChangePassword = text(2) == "Y" || (text(12) == "Y" && text(13) != "Y");
     session.usedAt = TimeFromStore(text(3));
     session.cursor = {text(4), (*values)[5].toLongLong()};
-    session.requester = {(*values)[7].toLongLong(), text(8), QString(text(9) + ' ' + text(10)).trimmed(),
-                         text(6)};
+    session.requester = {(*values)[7].toLongLong(),
+                         text(8),
+                         QString(text(9) + ' ' + text(10)).trimmed(),
+                         text(6),
+                         row,
+                         text(11)};
     if (session.usedAt.secsTo(now) > IdleSeconds)
         return std::nullopt;
     return session;
@@ -97,6 +104,10 @@ void Sessions::End(qint64 row) {
 
 void Sessions::EndAllOf(qint64 operatorRow) {
     m_database.Run("DELETE FROM sessions WHERE operator_row=?", {operatorRow});
+}
+
+void Sessions::EndOthersOf(qint64 operatorRow, qint64 row) {
+    m_database.Run("DELETE FROM sessions WHERE operator_row=? AND id<>?", {operatorRow, row});
 }
 
 } // namespace sysadmin::server

@@ -28,9 +28,11 @@ public:
 
     static Table Declare();
 
-    /// Starts a session and answers its row. When there are `most` already, the idlest of them ends.
-    qint64 Start(const QString& token, qint64 operatorRow, const QString& peer, bool mustChange,
-                 const QDateTime& now, int most);
+    /// Starts a session and answers its row. Its passwords are sealed under `nonce`, which it keeps for life:
+    /// a request that is sent again over another connection is still the same one. When there are `most`
+    /// sessions already, the idlest of them ends.
+    qint64 Start(const QString& token, const QString& nonce, qint64 operatorRow, const QString& peer,
+                 bool mustChange, const QDateTime& now, int most);
     /// Gives a session to a new connection: the one that had it before is refused from now on.
     std::optional<StoredSession> Resume(const QString& token, const QDateTime& now);
     /// The session of a row, unless it is over.
@@ -44,6 +46,8 @@ public:
     void PasswordChanged(qint64 row);
     void End(qint64 row);
     void EndAllOf(qint64 operatorRow);
+    /// Ends all sessions of an operator but one.
+    void EndOthersOf(qint64 operatorRow, qint64 row);
 
 private:
     Database& m_database;

@@ -5,6 +5,7 @@
 #include "server/SecurityHolders.h"
 #include "server/SecurityOptions.h"
 #include "server/Sessions.h"
+#include "server/SignOnThrottle.h"
 #include "server/store/Database.h"
 
 #include <QSemaphoreReleaser>
@@ -58,11 +59,16 @@ bool IsDisabled(const Row& row, const SecurityRules& rules, const QDateTime& now
 constexpr qint64 LastHolderLockedFor = 3600;
 
 /// Whether a locked or disabled operator is let in all the same: nobody else could change the security
-/// settings any more, so the library would be shut for good.
-bool MustBeLetIn(Database& database, const Row& row, const SecurityRules& rules, const QDateTime& now) {
+/// settings any more, so the library would be shut. On the server's own machine that counts at once: a
+/// stranger who locks every administrator keeps nobody from ending it there.
+bool MustBeLetIn(Database& database, const Row& row, const SecurityRules& rules, const QString& peer,
+                 const QDateTime& now) {
     const qint64 id = row.value("id").toLongLong();
-    if (!Rights::Of(database, id).MayEdit(Area::Security) ||
-        SecurityHolderCanSignOn(database, rules, now, id))
+    if (!Rights::Of(database, id).MayEdit(Area::Security))
+        return false;
+    if (IsLocalPeer(peer) && !SecurityHolderCanSignOn(database, rules, now, id, HolderMay::Now))
+        return true;
+    if (SecurityHolderCanSignOn(database, rules, now, id))
         return false;
     const QDateTime locked = TimeFromStore(Text(row, "locked_at"));
     return !locked.isValid() ||
@@ -78,8 +84,8 @@ void LogAttempt(Database& database, const QString& typedId, const std::optional<
     const qint64 id = database.RunInsert(
         "INSERT INTO invalid_sign_ons (typed_id, operator_name, at, failed_count, locked_at, peer) "
         "VALUES (?, ?, ?, ?, ?, ?)",
-        {typedId.left(LongestKept), name, StoredTime(now), row ? row->value("failed_count").toLongLong() : 0,
-         row ? Text(*row, "locked_at") : "", peer});
+        {StorablePart(typedId.left(LongestKept)), name, StoredTime(now),
+         row ? row->value("failed_count").toLongLong() : 0, row ? Text(*row, "locked_at") : "", peer});
     // Whoever floods the log does not fill the disk with it.
     constexpr qint64 MostKept = 10000;
     database.Run("DELETE FROM invalid_sign_ons WHERE id<=?", {id - MostKept});
@@ -116,21 +122,28 @@ void CountWrongPassword(Database& database, qint64 operatorRow, const SecurityRu
     QString lockedAt = locked ? (*row)[2].toString() : QString("");
     // A lock without an end is only renewed where it would let the last holder of the security right in by
     // now.
-    const bool renewed = locked && rules.lockedFor == 0 &&
-                         MustBeLetIn(database, {{"id", operatorRow}, {"locked_at", lockedAt}}, rules, now);
-    if (renewed || (!locked && rules.attempts > 0 && count >= rules.attempts)) {
+    const bool renewed =
+        locked && rules.lockedFor == 0 &&
+        MustBeLetIn(database, {{"id", operatorRow}, {"locked_at", lockedAt}}, rules, "elsewhere", now);
+    if (renewed || (!locked && rules.attempts > 0 && count >= rules.attempts))
         lockedAt = StoredTime(now);
-        Sessions(database).EndAllOf(operatorRow);
-    }
     database.Run("UPDATE operators SET failed_count=?, last_failure_at=?, locked_at=? WHERE id=?",
                  {count, StoredTime(now), lockedAt, operatorRow});
 }
 
 SignOnResult SignOn(Database& database, const Library& library, const wire::Fields& request,
-                    const QString& peer) {
-    const QString typedId = wire::FirstValue(request, "OI").remove(QChar(0));
-    const auto password = OpenSealed(wire::FirstValue(request, "PW"), library.GetSealingKeys());
+                    const QString& peer, const QString& nonce) {
+    const QString typedId = wire::FirstValue(request, "OI");
     const QDateTime now = library.Now();
+    SignOnThrottle& throttle = library.Throttle();
+    SignOnResult result;
+    if (const qint64 wait = throttle.WaitFor(peer, typedId, now); wait > 0) {
+        result.answer.status = status::InvalidSignOn;
+        Put(result.answer.fields, "WAIT", QString::number(wait));
+        return result;
+    }
+    const auto password = OpenSealed(wire::FirstValue(request, "PW"), library.GetSealingKeys(),
+                                     wire::PasswordPurpose::SignOn, nonce);
     const auto find = [&] {
         const Records records(database, library.GetRegistry().GetTables());
         const auto id = records.IdOfText("operators", "operator_id", typedId);
@@ -146,15 +159,15 @@ SignOnResult SignOn(Database& database, const Library& library, const wire::Fiel
                                                                              : library.DummyHash();
     const bool right = Verify(library, hash, password) && looked;
 
-    SignOnResult result;
     RunInTransaction(database, [&] {
         result = {};
         const SecurityRules rules = ReadSecurityRules(database);
         const auto row = find();
         const bool unchanged = row && Text(*row, "password_hash") == hash;
         const auto isShutOut = [&] {
-            return (IsLocked(*row, rules, now) || IsDisabled(*row, rules, now)) &&
-                   !MustBeLetIn(database, *row, rules, now);
+            const bool isPublished = library.ServesOthers() && !IsLocalPeer(peer) && IsPublished(*password);
+            return isPublished || ((IsLocked(*row, rules, now) || IsDisabled(*row, rules, now)) &&
+                                   !MustBeLetIn(database, *row, rules, peer, now));
         };
         if (!right || !unchanged || isShutOut()) {
             if (row && !(right && unchanged))
@@ -171,8 +184,8 @@ SignOnResult SignOn(Database& database, const Library& library, const wire::Fiel
             expiry.mustChange = false; // is in nevertheless, and may not
         const QString token = RandomToken();
         result.operatorRow = row->value("id").toLongLong();
-        result.sessionRow = Sessions(database).Start(token, result.operatorRow, peer, expiry.mustChange, now,
-                                                     library.MostSessions());
+        result.sessionRow = Sessions(database).Start(token, nonce, result.operatorRow, peer, expiry.mustChange,
+                                                     now, library.MostSessions());
         database.Run(
             "UPDATE operators SET failed_count=0, locked_at='', reset_at='', last_sign_on_at=? WHERE id=?",
             {StoredTime(now), result.operatorRow});
@@ -184,13 +197,24 @@ SignOnResult SignOn(Database& database, const Library& library, const wire::Fiel
         if (expiry.reminderDays)
             Put(reply, "WARN", QString::number(*expiry.reminderDays));
     });
+    if (result.sessionRow != 0)
+        throttle.Succeeded(peer, typedId);
+    else
+        throttle.Failed(peer, typedId, now);
     return result;
 }
 
 qint16 ChangeOwnPassword(Database& database, const Library& library, const Requester& requester,
-                         qint64 sessionRow, const wire::Fields& request) {
-    const auto old = OpenSealed(wire::FirstValue(request, "OPW"), library.GetSealingKeys());
-    const auto password = OpenSealed(wire::FirstValue(request, "PW"), library.GetSealingKeys());
+                         const wire::Fields& request) {
+    // Whoever sits down at a desk that its operator has left gets to guess no faster than elsewhere.
+    SignOnThrottle& throttle = library.Throttle();
+    if (throttle.WaitFor(requester.peer, requester.id, library.Now()) > 0)
+        return status::InvalidSignOn;
+    const auto open = [&](const char* tag, wire::PasswordPurpose purpose) {
+        return OpenSealed(wire::FirstValue(request, tag), library.GetSealingKeys(), purpose, requester.nonce);
+    };
+    const auto old = open("OPW", wire::PasswordPurpose::Confirm);
+    const auto password = open("PW", wire::PasswordPurpose::Set);
     const QString hash =
         database.FirstValue("SELECT password_hash FROM operators WHERE id=?", {requester.row}).toString();
     const bool right = Verify(library, hash.isEmpty() ? library.DummyHash() : hash, old);
@@ -215,8 +239,14 @@ qint16 ChangeOwnPassword(Database& database, const Library& library, const Reque
             "operators", requester.row,
             {{"modified_on", library.Now().date().toString(Qt::ISODate)}, {"modified_by", requester.id}});
         records.Finish();
-        Sessions(database).PasswordChanged(sessionRow);
+        Sessions sessions(database);
+        sessions.PasswordChanged(requester.session);
+        sessions.EndOthersOf(requester.row, requester.session);
     });
+    if (refused == status::InvalidSignOn)
+        throttle.Failed(requester.peer, requester.id, library.Now());
+    else
+        throttle.Succeeded(requester.peer, requester.id);
     return refused;
 }
 

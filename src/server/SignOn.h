@@ -12,13 +12,14 @@ struct SignOnResult {
 };
 
 /// Signs an operator on. A wrong id, a wrong password and an operator who may not sign on get the same answer
-/// after the same work. Throws `StoreError`.
+/// after the same work. While the address has to wait after wrong tries nothing is looked at, and the answer
+/// says in `WAIT` for how many seconds. `nonce` is the one of the connection's greeting. Throws `StoreError`.
 SignOnResult SignOn(Database& database, const Library& library, const wire::Fields& request,
-                    const QString& peer);
+                    const QString& peer, const QString& nonce);
 
-/// Gives the signed-on operator another password. `sealed` texts as in the request. Throws `StoreError`.
+/// Gives the signed-on operator another password and ends the operator's other sessions. Throws `StoreError`.
 qint16 ChangeOwnPassword(Database& database, const Library& library, const Requester& requester,
-                         qint64 sessionRow, const wire::Fields& request);
+                         const wire::Fields& request);
 
 /// Whether an operator is locked at this time, by the operator's row and the rules in force.
 struct SecurityRules;
@@ -30,7 +31,8 @@ bool IsExpired(const Row& operatorRow, const SecurityRules& rules, const QDateTi
 /// Whether the operator is let in with the right password: not locked until somebody unlocks, not disabled.
 bool CanSignOn(const Row& operatorRow, const SecurityRules& rules, const QDateTime& now);
 
-/// Counts a wrong password; locks the operator and ends all sessions when there were too many.
+/// Counts a wrong password; locks the operator when there were too many. Sessions go on: a lock refuses new
+/// sign-ons only, or else whoever can reach the server could throw people out of their work.
 void CountWrongPassword(Database& database, qint64 operatorRow, const SecurityRules& rules,
                         const QDateTime& now);
 

@@ -42,14 +42,13 @@ std::optional<qint64> FindKey(Context& context, const Subject& subject, const wi
 }
 
 bool IsDecimal(const QString& value) {
-    static const QRegularExpression form("^[+-]?(\\d+(\\.\\d*)?|\\.\\d+)$");
+    static const QRegularExpression form("^[+-]?(\\d+(\\.\\d*)?|\\.\\d+)\\z");
     return form.match(value).hasMatch();
 }
 
 /// The value to store; none when the request's value does not fit the field.
 std::optional<QVariant> ToStore(Context& context, const Field& field, const QString& value) {
-    // Text ends at this character in one of the engines.
-    if (value.contains(QChar(0)))
+    if (!IsStorable(value))
         return std::nullopt;
     const QString trimmed = value.trimmed();
     if (field.required && trimmed.isEmpty())

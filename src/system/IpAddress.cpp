@@ -24,8 +24,8 @@ int IpGroupCount(IpFamily family) {
 }
 
 bool IsIpGroup(IpFamily family, const QString& text) {
-    static const QRegularExpression decimal("^[0-9]{1,3}$");
-    static const QRegularExpression hexadecimal("^[0-9A-Fa-f]{1,4}$");
+    static const QRegularExpression decimal("^[0-9]{1,3}\\z");
+    static const QRegularExpression hexadecimal("^[0-9A-Fa-f]{1,4}\\z");
     if (family == IpFamily::V4)
         return decimal.match(text).hasMatch() && text.toUInt() <= 255;
     return hexadecimal.match(text).hasMatch();
@@ -62,7 +62,7 @@ std::optional<QString> ParseIp(const QString& text) {
 }
 
 bool IsCanonicalIp(const QString& text) {
-    static const QRegularExpression form("^([0-9a-f]{4}:){7}[0-9a-f]{4}$");
+    static const QRegularExpression form("^([0-9a-f]{4}:){7}[0-9a-f]{4}\\z");
     return form.match(text).hasMatch();
 }
 

@@ -34,6 +34,13 @@ QByteArray EncodeMessage(quint64 number, const Second& second, const Fields& fie
     return bytes;
 }
 
+// Unlike Qt's own function it keeps a byte order mark: it is part of the text here.
+QString FromUtf8(const QByteArray& bytes) {
+    const bool hasMark = bytes.startsWith("\xef\xbb\xbf");
+    const QString text = QString::fromUtf8(bytes);
+    return hasMark ? QChar(QChar::ByteOrderMark) + text : text;
+}
+
 // Reads the texts of one message. A list repeats the same few tags in every record: they share their text.
 class TextReader {
 public:
@@ -59,7 +66,7 @@ public:
     bool ReadText(QString& text) {
         if (!ReadBytes())
             return false;
-        text = QString::fromUtf8(m_bytes);
+        text = FromUtf8(m_bytes);
         return true;
     }
 
@@ -69,7 +76,7 @@ public:
         KnownTag& known = m_tags[Slot()];
         if (known.bytes != m_bytes) {
             known.bytes = QByteArray(m_bytes.constData(), m_bytes.size());
-            known.text = QString::fromUtf8(m_bytes);
+            known.text = FromUtf8(m_bytes);
         }
         tag = known.text;
         return true;

@@ -25,6 +25,7 @@ inline constexpr qint16 NoClusterLocation = 98;
 inline constexpr qint16 RepeatedPassword = 107;
 inline constexpr qint16 MinimumPasswordAge = 108;
 inline constexpr qint16 WeakPassword = 109;
+inline constexpr qint16 PublishedPassword = 110;
 inline constexpr qint16 ReplyTooLong = 130;
 
 } // namespace sysadmin::wire::status

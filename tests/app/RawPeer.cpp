@@ -64,7 +64,8 @@ bool RawPeer::SignOn(const QString& operatorId) {
     if (!hello)
         return false;
     const QByteArray key = QByteArray::fromBase64(wire::FirstValue(hello->fields, "PK").toLatin1());
-    const QString sealed = server::Seal(testing::SamplePassword(operatorId), key);
+    const QString sealed = server::Seal(testing::SamplePassword(operatorId), key,
+                                        wire::PasswordPurpose::SignOn, wire::FirstValue(hello->fields, "NC"));
     const auto reply = Ask(0, "SignOn", {{"OI", operatorId}, {"PW", sealed}});
     if (reply)
         m_token = wire::FirstValue(reply->fields, "SID");

@@ -36,9 +36,10 @@ protected:
         auto channel = std::make_unique<WireChannel>();
         channel->Use(std::make_unique<NetworkTransport>(Rig().Address(), prompter));
         SessionData session;
+        const Greeting greeting = channel->Hello();
         session.SetCredentials(
-            operatorId,
-            PasswordEncoder(channel->Hello().publicKey).Encode(testing::SamplePassword(operatorId)));
+            operatorId, PasswordEncoder(greeting.publicKey, greeting.nonce)
+                            .Encode(testing::SamplePassword(operatorId), wire::PasswordPurpose::SignOn));
         EXPECT_TRUE(channel->SignOn(session)) << channel->LastProblem().toStdString();
         return channel;
     }

@@ -81,10 +81,13 @@ TEST_F(CommLibraryTest, SignsOnThroughTheDialogAndRemembersWhoAndWhere) {
     ASSERT_TRUE(SignOn());
     EXPECT_TRUE(library->PostSignOn());
     EXPECT_EQ(opened, QStringList{SampleLibraryFolder()});
-    EXPECT_EQ(server.Received(), (QStringList{"0 Hello", "0 SignOn", "0 SignOn"})) << "one greeting for all";
+    EXPECT_EQ(server.Received(), (QStringList{"0 Hello", "0 Hello", "0 SignOn", "0 Hello", "0 SignOn"}))
+        << "every try is sealed for the connection as it is then";
     EXPECT_EQ(library->GetSession().OperatorId(), "OPER");
     EXPECT_EQ(library->GetSession().InformationCaption(), "Login &Information...");
-    EXPECT_EQ(server.Open(library->EncodePassword("for a request")), "for a request");
+    EXPECT_EQ(server.Open(library->EncodePassword("for a request"), wire::PasswordPurpose::Set,
+                          library->LastGreeting().nonce),
+              "for a request");
     library.reset();
     EXPECT_EQ(server.Received().last(), "0 SignOff");
 

@@ -61,7 +61,7 @@ protected:
 };
 
 TEST_F(SignOnDialogTest, GreetsWhatItShowsAndTriesToSignOn) {
-    attempts.greeting = {{}, "key", "City Library", "Authorised\r\nuse only", "1.0", "Try SYSADMIN"};
+    attempts.greeting = {{}, "key", "nonce", "City Library", "Authorised\r\nuse only", "1.0", "Try SYSADMIN"};
     Show({{}, "/srv/library"});
     EXPECT_EQ(attempts.greeted, (QList<ServerChoice>{{{}, "/srv/library"}}));
     EXPECT_EQ(dialog->lblLibraryName->text(), "City Library");
@@ -157,7 +157,9 @@ TEST(ChangePasswordDialog, ChecksBeforeItAsksAndExplainsEveryRefusal) {
     EXPECT_EQ(dialog.txtOldPassword->text(), "old") << "what was right stays";
     EXPECT_TRUE(changes.isEmpty());
     const std::pair<qint16, const char*> refusals[] = {
-        {11, "The old password is not right."},
+        {11, "The old password is not right. (After several wrong ones it is looked at again only after a "
+             "while.)"},
+        {110, "This is a password of the sample library, and everybody knows it. Choose another one."},
         {107, "Password the same as a previous password(s) -- Please change password again."},
         {108, "Minimum age violation (can't change password yet)"},
         {109, "The new password does not keep to the rules for passwords."},
@@ -173,7 +175,7 @@ TEST(ChangePasswordDialog, ChecksBeforeItAsksAndExplainsEveryRefusal) {
     status = 0;
     attempt("old", "new", "new");
     EXPECT_EQ(dialog.result(), QDialog::Accepted);
-    EXPECT_EQ(changes.count("old>new"), 7);
+    EXPECT_EQ(changes.count("old>new"), 8);
 }
 
 TEST(PasswordEncoder, SealsToTheServerOnly) {
@@ -181,14 +183,20 @@ TEST(PasswordEncoder, SealsToTheServerOnly) {
     ModelServer other;
     ModelServer::Connection connection;
     const std::optional<wire::Reply> hello = server.Handle(connection, {0, "Hello", {}});
-    const PasswordEncoder encoder(QByteArray::fromBase64(wire::FirstValue(hello->fields, "PK").toLatin1()));
+    const auto key = QByteArray::fromBase64(wire::FirstValue(hello->fields, "PK").toLatin1());
+    const PasswordEncoder encoder(key, connection.nonce);
     ASSERT_TRUE(encoder.IsUsable());
-    const QString sealed = encoder.Encode("pässwörd 🔑");
-    EXPECT_EQ(server.Open(sealed), "pässwörd 🔑");
-    EXPECT_EQ(other.Open(sealed), "(not for this server)");
-    EXPECT_NE(encoder.Encode("same"), encoder.Encode("same")) << "nobody can tell equal passwords";
-    EXPECT_EQ(PasswordEncoder("short").Encode("x"), QString());
-    EXPECT_EQ(PasswordEncoder().Encode("x"), QString());
+    using Purpose = wire::PasswordPurpose;
+    const QString sealed = encoder.Encode("pässwörd 🔑", Purpose::Set);
+    EXPECT_EQ(server.Open(sealed, Purpose::Set, connection.nonce), "pässwörd 🔑");
+    EXPECT_EQ(other.Open(sealed, Purpose::Set, connection.nonce), "(not for this server)");
+    EXPECT_EQ(server.Open(sealed, Purpose::Confirm, connection.nonce), "(not for this)");
+    EXPECT_EQ(server.Open(sealed, Purpose::Set, "another"), "(not for this)");
+    EXPECT_NE(encoder.Encode("same", Purpose::Set), encoder.Encode("same", Purpose::Set))
+        << "nobody can tell equal passwords";
+    EXPECT_EQ(PasswordEncoder("short", "n").Encode("x", Purpose::Set), QString());
+    EXPECT_EQ(PasswordEncoder(key, "").Encode("x", Purpose::Set), QString());
+    EXPECT_EQ(PasswordEncoder().Encode("x", Purpose::Set), QString());
 }
 
 TEST(PasswordEncoder, WipesEveryCopyThatSharesTheText) {

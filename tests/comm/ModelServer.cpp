@@ -38,7 +38,7 @@ ModelServer::ModelServer() {
                        reinterpret_cast<unsigned char*>(m_secretKey.data()));
 }
 
-QString ModelServer::Open(const QString& sealed) const {
+QString ModelServer::Open(const QString& sealed, wire::PasswordPurpose purpose, const QString& nonce) const {
     const QByteArray bytes = QByteArray::fromBase64(sealed.toLatin1());
     if (bytes.size() < qsizetype(crypto_box_SEALBYTES))
         return "(not sealed)";
@@ -48,7 +48,10 @@ QString ModelServer::Open(const QString& sealed) const {
                              reinterpret_cast<const unsigned char*>(bytes.constData()), size_t(bytes.size()),
                              reinterpret_cast<const unsigned char*>(m_publicKey.constData()),
                              reinterpret_cast<const unsigned char*>(m_secretKey.constData()));
-    return result == 0 ? QString::fromUtf8(plain) : QString("(not for this server)");
+    if (result != 0)
+        return "(not for this server)";
+    const QByteArray prefix = wire::PasswordPrefix(purpose, nonce);
+    return plain.startsWith(prefix) ? QString::fromUtf8(plain.mid(prefix.size())) : QString("(not for this)");
 }
 
 wire::EndpointFactory ModelServer::Endpoints() {
@@ -74,19 +77,24 @@ std::optional<wire::Reply> ModelServer::Handle(Connection& connection, const wir
     } else if (request.name == "Get") {
         reply = {request.number, 0, request.fields};
     }
-    *session = {request.number, reply};
+    session->number = request.number;
+    session->reply = reply;
     return reply;
 }
 
 wire::Reply ModelServer::HandleOutsideSession(Connection& connection, const wire::Request& request) {
     const auto value = [&](const char* tag) { return wire::FirstValue(request.fields, tag); };
     if (request.name == "Hello") {
-        const wire::Fields key{{"PK", QString::fromLatin1(m_publicKey.toBase64())}};
+        if (connection.nonce.isEmpty())
+            connection.nonce = QString("nonce%1").arg(++m_nonces);
+        const wire::Fields key{{"PK", QString::fromLatin1(m_publicKey.toBase64())}, {"NC", connection.nonce}};
         return {0, 0, key + m_hello};
     }
-    if (request.name == "SignOn" && value("OI").toUpper() == "OPER" && Open(value("PW")) == m_password) {
+    using Purpose = wire::PasswordPurpose;
+    if (request.name == "SignOn" && value("OI").toUpper() == "OPER" &&
+        Open(value("PW"), Purpose::SignOn, connection.nonce) == m_password) {
         connection.token = QString("token%1").arg(m_sessions.size() + 1);
-        m_sessions.insert(connection.token, {});
+        m_sessions.insert(connection.token, Session{.nonce = connection.nonce});
         return {0, 0,
                 wire::Fields{{"SID", connection.token}, {"OI", "OPER"}, {"ONM", "O. Perator"}} + m_signOn};
     }
@@ -95,10 +103,11 @@ wire::Reply ModelServer::HandleOutsideSession(Connection& connection, const wire
         return {0, 0, {}};
     }
     if (request.name == "ChgOwnPwd" && m_sessions.contains(connection.token)) {
-        if (Open(value("OPW")) != m_password)
+        const QString nonce = m_sessions[connection.token].nonce;
+        if (Open(value("OPW"), Purpose::Confirm, nonce) != m_password)
             return {0, 11, {}};
         if (m_changeStatus == 0)
-            m_password = Open(value("PW"));
+            m_password = Open(value("PW"), Purpose::Set, nonce);
         return {0, m_changeStatus, {}};
     }
     if (request.name == "SignOff") {

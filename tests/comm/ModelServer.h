@@ -2,6 +2,7 @@
 
 #include "wire/Endpoint.h"
 #include "wire/Message.h"
+#include "wire/SealedPassword.h"
 
 #include <QHash>
 #include <QMutex>
@@ -20,6 +21,7 @@ public:
     /// What a connection knows; one per connection.
     struct Connection {
         QString token;
+        QString nonce; ///< under which its passwords are sealed
     };
 
     ModelServer();
@@ -40,12 +42,14 @@ public:
     void SetSignOn(const wire::Fields& fields) { m_signOn = fields; }
     /// The status of "ChgOwnPwd".
     void SetChangeStatus(qint16 status) { m_changeStatus = status; }
-    QString Open(const QString& sealed) const;
+    /// The password in a sealed text; in brackets why there is none.
+    QString Open(const QString& sealed, wire::PasswordPurpose purpose, const QString& nonce) const;
 
 private:
     struct Session {
         quint64 number = 0;
-        wire::Reply reply;
+        wire::Reply reply = {};
+        QString nonce = {};
     };
 
     wire::Reply HandleOutsideSession(Connection& connection, const wire::Request& request);
@@ -60,6 +64,7 @@ private:
     QHash<QString, Session> m_sessions;
     QStringList m_added;
     QStringList m_received;
+    int m_nonces = 0;
 };
 
 } // namespace sysadmin

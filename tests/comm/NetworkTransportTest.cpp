@@ -57,7 +57,9 @@ protected:
         auto channel = std::make_unique<WireChannel>();
         channel->Use(std::make_unique<NetworkTransport>(peer.Address(), prompter));
         SessionData session;
-        session.SetCredentials("OPER", PasswordEncoder(channel->Hello().publicKey).Encode("secret"));
+        const Greeting greeting = channel->Hello();
+        session.SetCredentials("OPER", PasswordEncoder(greeting.publicKey, greeting.nonce)
+                                           .Encode("secret", wire::PasswordPurpose::SignOn));
         EXPECT_TRUE(channel->SignOn(session)) << channel->LastProblem().toStdString();
         return channel;
     }

@@ -100,8 +100,9 @@ protected:
     }
 
     bool SignOn(const QString& password = "secret") {
-        const PasswordEncoder encoder(channel.Hello().publicKey);
-        session.SetCredentials("oper", encoder.Encode(password));
+        const Greeting greeting = channel.Hello();
+        encoder = PasswordEncoder(greeting.publicKey, greeting.nonce);
+        session.SetCredentials("oper", encoder.Encode(password, wire::PasswordPurpose::SignOn));
         return channel.SignOn(session);
     }
 
@@ -114,6 +115,7 @@ protected:
     FaultyTransport* transport = nullptr;
     WireChannel channel;
     SessionData session;
+    PasswordEncoder encoder;
 };
 
 TEST_F(WireChannelTest, SignsOnAndNumbersItsRequests) {
@@ -262,10 +264,13 @@ TEST_F(WireChannelTest, ARequestInsideARequestFailsAndLeavesTheOuterOneAlone) {
 
 TEST_F(WireChannelTest, ThePasswordIsChangedOnTheSessionsConnection) {
     ASSERT_TRUE(SignOn());
-    const PasswordEncoder encoder(channel.Hello().publicKey);
-    EXPECT_EQ(channel.ChangeOwnPassword(encoder.Encode("wrong"), encoder.Encode("new")), 11);
+    const auto change = [&](const QString& old) {
+        return channel.ChangeOwnPassword(encoder.Encode(old, wire::PasswordPurpose::Confirm),
+                                         encoder.Encode("new", wire::PasswordPurpose::Set));
+    };
+    EXPECT_EQ(change("wrong"), 11);
     transport->Close();
-    EXPECT_EQ(channel.ChangeOwnPassword(encoder.Encode("secret"), encoder.Encode("new")), 0);
+    EXPECT_EQ(change("secret"), 0) << "sealed for the session, not for one of its connections";
     channel.SignOff();
     EXPECT_FALSE(SignOn("secret"));
     EXPECT_TRUE(SignOn("new"));

@@ -59,7 +59,9 @@ public:
         if (!hello)
             return {};
         const QByteArray key = QByteArray::fromBase64(wire::FirstValue(hello->fields, "PK").toLatin1());
-        const auto reply = Ask(0, "SignOn", {{"OI", id}, {"PW", Seal(SamplePassword(id), key)}});
+        const QString sealed = Seal(SamplePassword(id), key, wire::PasswordPurpose::SignOn,
+                                    wire::FirstValue(hello->fields, "NC"));
+        const auto reply = Ask(0, "SignOn", {{"OI", id}, {"PW", sealed}});
         return reply ? wire::FirstValue(reply->fields, "SID") : QString();
     }
     QSslSocket& Socket() { return m_socket; }

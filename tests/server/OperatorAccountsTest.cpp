@@ -43,9 +43,11 @@ protected:
     void SetOperator(const QString& id, const QString& column, const QVariant& value) {
         m_server.GetDatabase().Run("UPDATE operators SET " + column + "=? WHERE operator_id=?", {value, id});
     }
+    /// Each time from another address: none of them has to wait.
     void Guess(const QString& id, int times) {
         for (int i = 0; i < times; ++i)
-            EXPECT_EQ(SignOn(id, "guess"), status::InvalidSignOn);
+            EXPECT_EQ(m_server.Connect(QString("203.0.113.%1").arg(++m_guesses))->SignOn(id, "guess"),
+                      status::InvalidSignOn);
     }
     /// Makes another operator who may change the security settings.
     void AddAdministrator(const QString& id) {
@@ -58,6 +60,7 @@ protected:
     }
 
     TestServer m_server;
+    int m_guesses = 0;
 };
 
 TEST_F(OperatorAccountsTest, ListComesInTheWantedOrder) {
@@ -183,6 +186,12 @@ TEST_F(OperatorAccountsTest, NewPasswordByAnAdministratorThrowsTheOldSessionsOut
     EXPECT_EQ(zoe->Send("LstLoc").status, status::Ok);
     EXPECT_EQ(Update("zoe", {{"PW", m_server.Client().Seal("Lantern-43")}}), status::Ok);
     EXPECT_EQ(zoe->Send("LstLoc").status, status::CommunicationsFailure);
+    // One's own password leaves this session alone and ends one's others.
+    const auto other = m_server.Connect();
+    ASSERT_EQ(other->SignOn("SYSADMIN", SamplePassword("SYSADMIN")), status::Ok);
+    EXPECT_EQ(Update("SYSADMIN", {{"PW", m_server.Client().Seal("Lantern-45")}}), status::Ok);
+    EXPECT_EQ(m_server.StatusOf("LstLoc"), status::Ok);
+    EXPECT_EQ(other->Send("LstLoc").status, status::CommunicationsFailure);
     // It has to be used in time.
     SetOption("first_use_days", 3);
     m_server.Advance(4 * 86400);
@@ -200,8 +209,7 @@ TEST_F(OperatorAccountsTest, ExpiryEndsWithANewPasswordOnly) {
     EXPECT_EQ(Get("zoe", "Exp"), "N");
     EXPECT_EQ(Update("zoe", {{"PW", m_server.Client().Seal("Lantern-44")}, {"Exp", "Y"}}), status::Ok);
     EXPECT_EQ(Get("zoe", "Exp"), "Y");
-    const auto reply =
-        m_server.Connect()->Ask("SignOn", {{"OI", "zoe"}, {"PW", m_server.Client().Seal("Lantern-44")}});
+    const auto reply = m_server.Connect()->TrySignOn("zoe", "Lantern-44");
     EXPECT_EQ(wire::FirstValue(reply->fields, "CHG"), "Y");
     EXPECT_EQ(m_server.StatusOf("ExpOpr", {{"OI", "REPORTS"}}), status::ColumnError) << "never expires";
 
@@ -213,6 +221,30 @@ TEST_F(OperatorAccountsTest, ExpiryEndsWithANewPasswordOnly) {
     EXPECT_EQ(Get("yan", "Exp"), "Y");
     EXPECT_EQ(Update("yan", {{"Exp", "Y"}, {"Nexp", "Y"}}), status::Ok);
     EXPECT_EQ(Get("yan", "Exp"), "N");
+}
+
+TEST_F(OperatorAccountsTest, ExpiryStopsRunningSessions) {
+    ASSERT_EQ(Add("zoe"), status::Ok);
+    const auto first = m_server.Connect();
+    const auto second = m_server.Connect();
+    for (TestClient* client : {first.get(), second.get()}) {
+        ASSERT_EQ(client->SignOn("zoe", Good), status::Ok);
+        EXPECT_EQ(client->Send("LstLoc").status, status::Ok);
+    }
+    EXPECT_EQ(m_server.StatusOf("ExpOpr", {{"OI", "zoe"}}), status::Ok);
+    EXPECT_EQ(first->Send("LstLoc").status, status::NotAuthorised);
+    EXPECT_EQ(first
+                  ->Ask("ChgOwnPwd", {{"OPW", first->Seal(Good, wire::PasswordPurpose::Confirm)},
+                                      {"PW", first->Seal("Lantern-43")}})
+                  ->status,
+              status::Ok);
+    EXPECT_EQ(first->Send("LstLoc").status, status::Ok);
+    EXPECT_EQ(second->Send("LstLoc").status, status::CommunicationsFailure) << "it knew the old one";
+    // Who may not change it has no way on.
+    EXPECT_EQ(Update("zoe", {{"Rchg", "Y"}}), status::Ok);
+    EXPECT_EQ(first->Send("LstLoc").status, status::Ok);
+    EXPECT_EQ(m_server.StatusOf("ExpOpr", {{"OI", "zoe"}}), status::Ok);
+    EXPECT_EQ(first->Send("LstLoc").status, status::CommunicationsFailure);
 }
 
 TEST_F(OperatorAccountsTest, LockedOperatorIsUnlocked) {
@@ -282,19 +314,29 @@ TEST_F(OperatorAccountsTest, LastHolderIsNotShutOutForGood) {
     SetOption("locked_for", "H0");
     SetOption("first_use_days", 3);
     Guess("SYSADMIN", 5);
-    EXPECT_EQ(SignOn("SYSADMIN", SamplePassword("SYSADMIN")), status::InvalidSignOn);
+    const auto signOn = [&](const QString& peer) {
+        return m_server.Connect(peer)->SignOn("SYSADMIN", SamplePassword("SYSADMIN"));
+    };
+    const QString desk = "198.51.100.7";
+    EXPECT_EQ(signOn(desk), status::InvalidSignOn);
     m_server.Advance(3600);
     Guess("SYSADMIN", 1); // guessing goes on at the rate of one in an hour
-    EXPECT_EQ(SignOn("SYSADMIN", SamplePassword("SYSADMIN")), status::InvalidSignOn);
+    EXPECT_EQ(signOn(desk), status::InvalidSignOn);
     m_server.Advance(3600);
-    EXPECT_EQ(SignOn("SYSADMIN", SamplePassword("SYSADMIN")), status::Ok);
+    EXPECT_EQ(signOn(desk), status::Ok);
+    // On the server's own machine at any time.
+    for (const char* own : {"local", "127.0.0.1", "::1"}) {
+        Guess("SYSADMIN", 5);
+        EXPECT_EQ(signOn(desk), status::InvalidSignOn);
+        EXPECT_EQ(signOn(own), status::Ok) << own;
+        EXPECT_EQ(signOn(desk), status::Ok) << "that ended the lock";
+    }
     SetOperator("SYSADMIN", "reset_at", StoredTime(m_server.Now()));
     m_server.Advance(10 * 86400);
     EXPECT_EQ(SignOn("SYSADMIN", SamplePassword("SYSADMIN")), status::Ok);
     SetOperator("SYSADMIN", "restrict_change", "Y");
     SetOperator("SYSADMIN", "expired", "Y");
-    const auto reply = m_server.Connect()->Ask(
-        "SignOn", {{"OI", "SYSADMIN"}, {"PW", m_server.Client().Seal(SamplePassword("SYSADMIN"))}});
+    const auto reply = m_server.Connect()->TrySignOn("SYSADMIN", SamplePassword("SYSADMIN"));
     EXPECT_EQ(reply->status, status::Ok);
     EXPECT_EQ(wire::FirstValue(reply->fields, "CHG"), "N") << "could not do it";
 
@@ -305,7 +347,15 @@ TEST_F(OperatorAccountsTest, LastHolderIsNotShutOutForGood) {
     AddAdministrator("zoe");
     Guess("SYSADMIN", 5);
     m_server.Advance(86400);
-    EXPECT_EQ(SignOn("SYSADMIN", SamplePassword("SYSADMIN")), status::InvalidSignOn);
+    EXPECT_EQ(signOn("local"), status::InvalidSignOn);
+    // Whoever locks all of them gains nothing on the server's own machine, with a lock that ends or not.
+    for (const char* lockedFor : {"H0", "H24"}) {
+        SetOption("locked_for", lockedFor);
+        Guess("SYSADMIN", 5);
+        Guess("zoe", 5);
+        EXPECT_EQ(signOn(desk), status::InvalidSignOn);
+        EXPECT_EQ(signOn("local"), status::Ok) << lockedFor;
+    }
 }
 
 TEST_F(OperatorAccountsTest, LogOfInvalidAttemptsComesLatestFirstInBatches) {
@@ -323,7 +373,7 @@ TEST_F(OperatorAccountsTest, LogOfInvalidAttemptsComesLatestFirstInBatches) {
     EXPECT_EQ(wire::FirstValue(reply.fields, "AT"), ShownTime(StoredTime(m_server.Now())));
     EXPECT_EQ(wire::FirstValue(reply.fields, "ON"), "Per Lindqvist");
     EXPECT_EQ(wire::FirstValue(reply.fields, "LC"), "1");
-    EXPECT_EQ(wire::FirstValue(reply.fields, "WI"), "local");
+    EXPECT_EQ(wire::FirstValue(reply.fields, "WI"), "203.0.113.1");
     int batches = 0;
     for (; reply.status == status::Continues && batches < 10; ++batches) {
         ids += ValuesOf(reply.fields, "LI");
@@ -382,7 +432,10 @@ TEST_F(OperatorAccountsTest, PasswordRulesInForceAreThoseOfTheOptions) {
     const auto one = m_server.Connect();
     ASSERT_EQ(one->SignOn("a1", "BERGberg"), status::Ok);
     const auto change = [&](const QString& password) {
-        return one->Ask("ChgOwnPwd", {{"OPW", one->Seal("BERGberg")}, {"PW", one->Seal(password)}})->status;
+        return one
+            ->Ask("ChgOwnPwd", {{"OPW", one->Seal("BERGberg", wire::PasswordPurpose::Confirm)},
+                                {"PW", one->Seal(password)}})
+            ->status;
     };
     EXPECT_EQ(change("lower-12"), status::WeakPassword);
     EXPECT_EQ(change("lower-123"), status::Ok);

@@ -215,11 +215,12 @@ TEST(LibraryTest, ANewLibraryHasOneAdministratorWhoMustChangeThePassword) {
     TestClient client(library, "192.0.2.1");
     ASSERT_EQ(client.SignOn("SYSADMIN", library->FirstPassword()), status::Ok);
     EXPECT_EQ(client.Send("LstVenTp").status, status::NotAuthorised);
-    EXPECT_EQ(client
-                  .Ask("ChgOwnPwd",
-                       {{"OPW", client.Seal(library->FirstPassword())}, {"PW", client.Seal("My-own-1")}})
-                  ->status,
-              status::Ok);
+    EXPECT_EQ(
+        client
+            .Ask("ChgOwnPwd", {{"OPW", client.Seal(library->FirstPassword(), wire::PasswordPurpose::Confirm)},
+                               {"PW", client.Seal("My-own-1")}})
+            ->status,
+        status::Ok);
     EXPECT_EQ(client.Send("LstVenTp").status, status::Ok);
     EXPECT_EQ(client.Send("AddVenTp", {{"Cd", "A"}, {"Nm", "B"}}).status, status::Ok);
     const auto again = Library::Open(options, &error);

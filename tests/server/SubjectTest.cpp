@@ -255,7 +255,50 @@ TEST_P(SubjectTest, SingleRecords) {
     EXPECT_EQ(StatusOf("UpdSecOptions", {{"LKD", "D2"}}), status::Ok);
     EXPECT_EQ(wire::FirstValue(Send("GetSecOptions").fields, "LKD"), "D2");
     EXPECT_EQ(wire::FirstValue(Send("GetSecOptions").fields, "PLM"), "8");
-    EXPECT_EQ(StatusOf("UpdSecOptions", {{"LKD", "W2"}}), status::ColumnError);
+    for (const char* wrong : {"W2", "H5\n", "\nH5", "H"})
+        EXPECT_EQ(StatusOf("UpdSecOptions", {{"LKD", wrong}}), status::ColumnError) << wrong;
+}
+
+TEST_P(SubjectTest, TextsComeBackExactlyOrAreRefused) {
+    const auto character = [](char32_t code) { return QString::fromUcs4(&code, 1); };
+    const QString mark = character(0xfeff);
+    const QString texts[] = {"a" + mark,          "a\u200b b\u00a0", "e\u0301 \u00e9",   "\t tab\r\n line ",
+                             character(0xfdd0),   character(0xfffd), character(0x1f511), character(0x1fffe),
+                             character(0x10ffff), "a\u0001\u007f",   "?'\"\\%_:1$1"};
+    for (const QString& text : texts) {
+        SCOPED_TRACE(text.toUtf8().toPercentEncoding().toStdString());
+        EXPECT_EQ(StatusOf("AddVenTp", {{"Cd", "ODD"}, {"Nm", text}}), status::Ok);
+        EXPECT_EQ(InRecord(Send("LstVenTp").fields, "Cd", "ODD", "Nm"), text);
+        EXPECT_EQ(StatusOf("DelVenTp", {{"Cd", "ODD"}}), status::Ok);
+    }
+    for (const QString& text : {QString("a") + QChar(0), QString(QChar(0)), mark, mark + "BOOK",
+                                "BOOK" + character(0xfffe), "BOOK" + character(0xffff)}) {
+        SCOPED_TRACE(text.toUtf8().toPercentEncoding().toStdString());
+        EXPECT_EQ(StatusOf("AddVenTp", {{"Cd", "ODD"}, {"Nm", text}}), status::ColumnError);
+        EXPECT_EQ(StatusOf("AddVenTp", {{"Cd", text}, {"Nm", "Odd"}}), status::ColumnError);
+        // It names no record, and nothing breaks of it.
+        EXPECT_EQ(StatusOf("UpdVenTp", {{"Cd", "ODD"}, {"Nm", "Odd"}, {"OCd", text}}), status::NotFound);
+        EXPECT_EQ(StatusOf("DelVenTp", {{"Cd", text}}), status::NotFound);
+        for (const char* get : {"GetOpr", "ExpOpr", "DelOpr", "GetLockoutStatus"})
+            EXPECT_EQ(StatusOf(get, {{"OI", text}}), status::NotFound) << get;
+        EXPECT_EQ(StatusOf("GetPatGp", {{"ID", text}}), status::NotFound);
+    }
+}
+
+TEST_P(SubjectTest, TheLogTellsNothingOfStatementsAndData) {
+    static QStringList logged;
+    logged.clear();
+    const QtMessageHandler before = qInstallMessageHandler(
+        [](QtMsgType, const QMessageLogContext&, const QString& text) { logged << text; });
+    m_server->GetDatabase().Run("DROP TABLE vendor_types");
+    const qint16 result = StatusOf("AddVenTp", {{"Cd", "SECRETCODE"}, {"Nm", "Secret name"}});
+    qInstallMessageHandler(before);
+    EXPECT_EQ(result, status::TableError);
+    ASSERT_FALSE(logged.isEmpty());
+    const QString text = logged.join('\n');
+    EXPECT_TRUE(text.contains("AddVenTp: the database has refused the work ("));
+    for (const char* word : {"vendor_types", "SELECT", "INSERT", "SECRET", "no such"})
+        EXPECT_FALSE(text.contains(word, Qt::CaseInsensitive)) << text.toStdString();
 }
 
 TEST_P(SubjectTest, HistoryTellsWhoChangedWhat) {

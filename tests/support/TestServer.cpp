@@ -25,18 +25,25 @@ wire::Reply TestClient::Send(const QString& name, const wire::Fields& fields) {
     return reply ? *reply : wire::Reply{m_number, wire::status::CommunicationsFailure, {}};
 }
 
-QString TestClient::Seal(const QString& password) {
+QString TestClient::Seal(const QString& password, wire::PasswordPurpose purpose) {
     const auto hello = Ask("Hello");
-    return server::Seal(password, QByteArray::fromBase64(wire::FirstValue(hello->fields, "PK").toLatin1()));
+    const bool inSession = !m_nonce.isEmpty() && purpose != wire::PasswordPurpose::SignOn;
+    return server::Seal(password, QByteArray::fromBase64(wire::FirstValue(hello->fields, "PK").toLatin1()),
+                        purpose, inSession ? m_nonce : wire::FirstValue(hello->fields, "NC"));
+}
+
+std::optional<wire::Reply> TestClient::TrySignOn(const QString& operatorId, const QString& password) {
+    const QString nonce = wire::FirstValue(Ask("Hello")->fields, "NC");
+    auto reply = Ask("SignOn", {{"OI", operatorId}, {"PW", Seal(password, wire::PasswordPurpose::SignOn)}});
+    m_nonce = nonce;
+    m_token = reply ? wire::FirstValue(reply->fields, "SID") : QString();
+    m_number = 0;
+    return reply;
 }
 
 qint16 TestClient::SignOn(const QString& operatorId, const QString& password) {
-    const auto reply = Ask("SignOn", {{"OI", operatorId}, {"PW", Seal(password)}});
-    if (!reply)
-        return wire::status::CommunicationsFailure;
-    m_token = wire::FirstValue(reply->fields, "SID");
-    m_number = 0;
-    return reply->status;
+    const auto reply = TrySignOn(operatorId, password);
+    return reply ? reply->status : wire::status::CommunicationsFailure;
 }
 
 qint16 TestClient::Resume(const QString& token, quint64 lastNumber) {
@@ -64,6 +71,7 @@ void TestServer::Open() {
     opening.hashCost = HashCost::Least();
     opening.now = [now = m_now] { return *now; };
     opening.registry = m_options.registry;
+    opening.servesOthers = m_options.servesOthers;
     QString error;
     m_library = Library::Open(opening, &error);
     if (!m_library)

@@ -24,12 +24,14 @@ public:
                                             const wire::Fields& fields = {});
     /// The reply to the next request. Status 1 stands for being cut off.
     wire::Reply Send(const QString& name, const wire::Fields& fields = {});
+    /// The whole reply to a sign-on; none when the server cut the client off.
+    std::optional<wire::Reply> TrySignOn(const QString& operatorId, const QString& password);
     /// Status of a sign-on; the token is kept for `Resume`.
     qint16 SignOn(const QString& operatorId, const QString& password);
     /// Takes a session over; the numbers go on after `lastNumber`.
     qint16 Resume(const QString& token, quint64 lastNumber);
-    /// A password as it travels.
-    QString Seal(const QString& password);
+    /// A password as it travels, for a purpose of this connection or of the session that it began.
+    QString Seal(const QString& password, wire::PasswordPurpose purpose = wire::PasswordPurpose::Set);
 
     const QString& Token() const { return m_token; }
     quint64 LastNumber() const { return m_number; }
@@ -38,6 +40,7 @@ public:
 private:
     server::ServerConnection m_connection;
     QString m_token;
+    QString m_nonce; ///< of the session
     quint64 m_number = 0;
 };
 
@@ -49,6 +52,7 @@ public:
         std::optional<server::StoreAddress> address = {};
         std::shared_ptr<const server::Registry> registry = {};
         QString signOnAs = "SYSADMIN"; ///< nobody when empty
+        bool servesOthers = false;
     };
 
     TestServer();

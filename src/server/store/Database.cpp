@@ -1,6 +1,7 @@
 #include "server/store/Database.h"
 
 #include "server/store/LibraryFolder.h"
+#include "server/store/Table.h"
 
 #include <QFile>
 #include <QRandomGenerator>
@@ -48,7 +49,44 @@ StoreError::Kind KindOf(StoreAddress::Engine engine, const QSqlError& error) {
     return Kind::Failure;
 }
 
+QByteArray Words(StoreError::Kind kind) {
+    switch (kind) {
+    case StoreError::Kind::Duplicate:
+        return "a unique value is there already";
+    case StoreError::Kind::Referenced:
+        return "a reference is in the way";
+    case StoreError::Kind::Transient:
+        return "other transactions were in the way";
+    case StoreError::Kind::Lost:
+        return "the connection to the database is lost";
+    case StoreError::Kind::Unstorable:
+        return "a text holds characters that cannot be stored";
+    case StoreError::Kind::Failure:
+        break;
+    }
+    return "the database has refused the work";
+}
+
+QtMessageHandler otherMessages = nullptr;
+
+void PassOnOtherMessages(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+    for (const char* driver : {"QSql", "QPSQL", "QSQLite", "Unable to free statement"})
+        if (text.startsWith(QLatin1String(driver)))
+            return;
+    otherMessages(type, context, text);
+}
+
 } // namespace
+
+StoreError::StoreError(Kind kind, const QString& text, const QString& code)
+    : m_kind(kind)
+    , m_text(text)
+    , m_what(code.isEmpty() ? text.toUtf8() : Words(kind) + " (" + code.toUtf8() + ')') {}
+
+void SilenceDatabaseDrivers() {
+    if (!otherMessages)
+        otherMessages = qInstallMessageHandler(PassOnOtherMessages);
+}
 
 QVariant ResultRow::value(int column) const {
     const QVariant value = m_query.value(column);
@@ -116,7 +154,8 @@ void Database::Throw(const QSqlError& error) {
     QString text = error.databaseText().trimmed();
     if (text.isEmpty())
         text = error.driverText().trimmed();
-    throw StoreError(m_database.isOpen() ? kind : StoreError::Kind::Lost, text.section('\n', 0, 0));
+    throw StoreError(m_database.isOpen() ? kind : StoreError::Kind::Lost, text.section('\n', 0, 0),
+                     error.nativeErrorCode().isEmpty() ? QString("no number") : error.nativeErrorCode());
 }
 
 // SQLite goes on writing to a file that nobody finds any more: such a change is not to be acknowledged.
@@ -133,6 +172,9 @@ int Database::RunOnce(const QString& sql) {
 }
 
 std::unique_ptr<QSqlQuery> Database::Execute(const QString& sql, const Values& values) {
+    for (const QVariant& value : values)
+        if (value.typeId() == QMetaType::QString && !IsStorable(value.toString()))
+            throw StoreError(StoreError::Kind::Unstorable, "A text holds characters that cannot be stored.");
     // A statement is taken out of the store while it runs: a nested use of the same text then prepares
     // another.
     std::unique_ptr<QSqlQuery> query;
@@ -147,9 +189,14 @@ std::unique_ptr<QSqlQuery> Database::Execute(const QString& sql, const Values& v
             Throw(query->lastError());
     }
     for (qsizetype i = 0; i < values.size(); ++i) {
-        // The drivers take a null text for NULL; here only an invalid value is.
-        const bool nullText = values[i].typeId() == QMetaType::QString && values[i].isNull();
-        query->bindValue(int(i), nullText ? QVariant(QString("")) : values[i]);
+        if (values[i].typeId() != QMetaType::QString) {
+            query->bindValue(int(i), values[i]);
+            continue;
+        }
+        // The drivers take a null text for NULL; here only an invalid value is. (A variant that holds a null
+        // text is not null itself.)
+        const QString text = values[i].toString();
+        query->bindValue(int(i), text.isNull() ? QString("") : text);
     }
     if (!query->exec()) {
         const QSqlError error = query->lastError();

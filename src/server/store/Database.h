@@ -23,6 +23,7 @@ namespace sysadmin::server {
 class StoreError : public std::exception {
 public:
     enum class Kind {
+        Unstorable, ///< a text that the engines would not give back as it was
         Failure,    ///< disk full, damaged file, wrong statement, ...
         Duplicate,  ///< a unique value is there already
         Referenced, ///< a reference would point nowhere
@@ -31,12 +32,14 @@ public:
         Lost,       ///< the connection is gone
     };
 
-    StoreError(Kind kind, const QString& text)
-        : m_kind(kind)
-        , m_text(text)
-        , m_what(text.toUtf8()) {}
+    /// `text` is the database's own message and `code` its number for the error; without a code it is a text
+    /// of the program's own.
+    StoreError(Kind kind, const QString& text, const QString& code = {});
     Kind GetKind() const { return m_kind; }
+    /// The database's own words, for whoever opens a library. They may quote statements and values: what goes
+    /// into a log is `what`.
     const QString& Text() const { return m_text; }
+    /// What happened, with the database's number for it and nothing of the statement or the data.
     const char* what() const noexcept override { return m_what.constData(); }
 
 private:
@@ -57,6 +60,10 @@ public:
 private:
     const QSqlQuery& m_query;
 };
+
+/// Keeps the warnings of the database drivers out of the program's messages: they may quote statements and
+/// values, and what matters of them arrives as a `StoreError`.
+void SilenceDatabaseDrivers();
 
 /// One connection to a library's database, for use by one thread. Statements use "?" for their values, are
 /// portable between the engines, and stay prepared. Everything throws `StoreError`.

@@ -152,6 +152,8 @@ std::optional<Row> Records::Find(const QString& tableName, qint64 id) const {
 
 std::optional<qint64> Records::IdWhere(const QString& table, const QString& column,
                                        const QVariant& value) const {
+    if (value.typeId() == QMetaType::QString && !IsStorable(value.toString()))
+        return std::nullopt; // so nothing holds it
     const QVariant id = m_database.FirstValue(
         "SELECT id FROM " + Named(table).name + " WHERE " + column + "=? ORDER BY id", {value});
     return id.isValid() ? std::optional(id.toLongLong()) : std::nullopt;

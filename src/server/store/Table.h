@@ -63,6 +63,12 @@ struct Table {
     bool IsUniqueText(const QString& column) const;
 };
 
+/// Whether both engines store the text and give it back exactly. One ends a text at NUL, the other drops a
+/// byte order mark at its beginning and replaces U+FFFE, U+FFFF and halves of pairs.
+bool IsStorable(const QString& text);
+/// The text without what cannot be stored, for logs.
+QString StorablePart(const QString& text);
+
 /// The form in which texts are compared for being the same.
 QString Fold(const QString& text);
 

@@ -22,7 +22,7 @@ bool IsGroupType(const QString& value) {
 }
 
 bool IsAddress(const QString& text) {
-    static const QRegularExpression form("^([0-9a-f]{4}:){7}[0-9a-f]{4}$");
+    static const QRegularExpression form("^([0-9a-f]{4}:){7}[0-9a-f]{4}\\z");
     return form.match(text).hasMatch() && text.size() == 39;
 }
 

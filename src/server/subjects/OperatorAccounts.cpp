@@ -145,14 +145,14 @@ void Stamp(const Context& context, Row& row) {
 
 /// Checks the request's password and, when it is to be `set`, gives it to the operator.
 qint16 TakePassword(Context& context, const wire::Fields& request, qint64 operatorRow, bool set) {
-    const auto password = OpenSealed(wire::FirstValue(request, "PW"), context.library.GetSealingKeys());
-    if (!password || password->Size() == 0)
+    const auto password = OpenSealed(wire::FirstValue(request, "PW"), context.library.GetSealingKeys(),
+                                     wire::PasswordPurpose::Set, context.requester.nonce);
+    if (!password)
         return status::ColumnError;
     const SecurityRules rules = ReadSecurityRules(context.database);
-    if (Sent(request, "SPV") != "Y")
-        if (const qint16 refused =
-                CheckNewPassword(context.records, context.library, operatorRow, *password, rules))
-            return refused;
+    if (const qint16 refused = CheckNewPassword(context.records, context.library, operatorRow, *password,
+                                                rules, Sent(request, "SPV") == "Y"))
+        return refused;
     if (!set)
         return status::Ok;
     SetPassword(context.records, context.library, operatorRow, *password);
@@ -160,6 +160,14 @@ qint16 TakePassword(Context& context, const wire::Fields& request, qint64 operat
     context.records.Update("operators", operatorRow,
                            {{"reset_at", isReset ? StoredTime(context.now) : QString("")}});
     return status::Ok;
+}
+
+/// Ends the sessions of an operator whose password has expired and who may not change it: the other sessions
+/// of an expired password go on as soon as it is changed.
+void EndStranded(Context& context, qint64 operatorRow) {
+    const auto row = context.records.Find("operators", operatorRow);
+    if (row && Text(*row, "expired") == "Y" && Text(*row, "restrict_change") == "Y")
+        Sessions(context.database).EndAllOf(operatorRow);
 }
 
 /// Refuses what would leave nobody who can change security settings.
@@ -216,9 +224,9 @@ Answer UpdateOperator(Context& context, const wire::Fields& request) {
             return {refused};
         context.records.Update("operators", account->id, {{"expired", expires == "Y" ? "Y" : "N"}});
         // Whoever knew the password before is out.
-        if (account->id != context.requester.row)
-            Sessions(context.database).EndAllOf(account->id);
+        Sessions(context.database).EndOthersOf(account->id, context.requester.session);
     }
+    EndStranded(context, account->id);
     return {RefuseLastHolder(context)};
 }
 
@@ -231,6 +239,7 @@ Answer ExpireOperator(Context& context, const wire::Fields& request) {
     Row row{{"expired", "Y"}};
     Stamp(context, row);
     context.records.Update("operators", account->id, row);
+    EndStranded(context, account->id);
     return {RefuseLastHolder(context)};
 }
 

@@ -25,6 +25,7 @@ void RegisterOperators(Registry& registry) {
                 {.name = "modified_on", .bookkeeping = true},
                 {.name = "modified_by", .bookkeeping = true},
                 {.name = "sample_password", .type = ColumnType::Flag, .bookkeeping = true},
+                {.name = "published_password", .type = ColumnType::Flag, .bookkeeping = true},
             },
         .uniqueTexts = {{.column = "operator_id"}},
     });

@@ -15,7 +15,7 @@ bool IsDate(const QString& value) {
 
 /// A number of years, months or days.
 bool IsOffset(const QString& value) {
-    static const QRegularExpression form("^[0-9]{1,4}[YMD]$");
+    static const QRegularExpression form("^[0-9]{1,4}[YMD]\\z");
     return value.isEmpty() || form.match(value).hasMatch();
 }
 

@@ -9,7 +9,7 @@ namespace sysadmin::server {
 namespace {
 
 bool IsTime(const QString& value) {
-    static const QRegularExpression form("^[MHD]\\d{1,6}$");
+    static const QRegularExpression form("^[MHD]\\d{1,6}\\z");
     return value.isEmpty() || form.match(value).hasMatch();
 }
 
