@@ -15,6 +15,8 @@ public:
     QStringList ServerArguments() const { return m_arguments; }
     const server::Library& GetLibrary() const { return *m_library; }
     std::unique_ptr<server::Database> Connect() const { return m_library->Connect(); }
+    /// For what is done to it inside this process.
+    std::shared_ptr<const server::Library> Get() const { return m_library; }
     /// Null with SQLite.
     testing::PostgresServer* Postgres() { return m_postgres.get(); }
 

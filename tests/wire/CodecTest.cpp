@@ -60,7 +60,10 @@ TEST(Codec, ReadsWhatItWrote) {
     EXPECT_EQ(DecodeReply(Encode(AReply)), AReply);
     const Request bare{std::numeric_limits<quint64>::max(), "", {}};
     EXPECT_EQ(DecodeRequest(Encode(bare)), bare);
-    const Request big{1, "Put", {{"V", QString(300000, 'x') + QString::fromUtf8("\0", 1)}, {"W", "\u20ac"}, {"\ufeffT", "\ufeff"}}};
+    const Request big{
+        1,
+        "Put",
+        {{"V", QString(300000, 'x') + QString::fromUtf8("\0", 1)}, {"W", "\u20ac"}, {"\ufeffT", "\ufeff"}}};
     EXPECT_EQ(DecodeRequest(Encode(big)), big);
     for (const int status : {0, 1, 23, 24, 255, 256, 32767, -1, -32768}) {
         const Reply reply{1, qint16(status), {}};

@@ -57,6 +57,8 @@ QByteArray Words(StoreError::Kind kind) {
         return "a reference is in the way";
     case StoreError::Kind::Transient:
         return "other transactions were in the way";
+    case StoreError::Kind::Busy:
+        return "others were in the way for too long";
     case StoreError::Kind::Lost:
         return "the connection to the database is lost";
     case StoreError::Kind::Unstorable:
