@@ -306,6 +306,7 @@ TEST_F(OperatorAccountsTest, SomebodyKeepsTheSecurityRight) {
     EXPECT_EQ(Get("zoe", "Exp"), "N");
     EXPECT_EQ(Update("zoe", {{"Exp", "Y"}, {"Rchg", "Y"}}), status::LastSecurityRight);
     EXPECT_EQ(Update("zoe", {{"Exp", "Y"}, {"Rchg", "N"}}), status::Ok) << "signs on and changes it";
+    SetOperator("zoe", "expired", "N");
     SetOperator("SYSADMIN", "locked_at", "");
     EXPECT_EQ(m_server.StatusOf("DelOpr", {{"OI", "zoe"}}), status::Ok);
 }
@@ -351,6 +352,7 @@ TEST_F(OperatorAccountsTest, LastHolderIsNotShutOutForGood) {
     // Whoever locks all of them gains nothing on the server's own machine, with a lock that ends or not.
     for (const char* lockedFor : {"H0", "H24"}) {
         SetOption("locked_for", lockedFor);
+        SetOperator("SYSADMIN", "locked_at", "");
         Guess("SYSADMIN", 5);
         Guess("zoe", 5);
         EXPECT_EQ(signOn(desk), status::InvalidSignOn);
