@@ -184,8 +184,8 @@ SignOnResult SignOn(Database& database, const Library& library, const wire::Fiel
             expiry.mustChange = false; // is in nevertheless, and may not
         const QString token = RandomToken();
         result.operatorRow = row->value("id").toLongLong();
-        result.sessionRow = Sessions(database).Start(token, nonce, result.operatorRow, peer, expiry.mustChange,
-                                                     now, library.MostSessions());
+        result.sessionRow = Sessions(database).Start(token, nonce, result.operatorRow, peer,
+                                                     expiry.mustChange, now, library.MostSessions());
         database.Run(
             "UPDATE operators SET failed_count=0, locked_at='', reset_at='', last_sign_on_at=? WHERE id=?",
             {StoredTime(now), result.operatorRow});
