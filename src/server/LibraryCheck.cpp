@@ -150,7 +150,8 @@ void Check::CheckKeys() {
     };
     const SealingKeys keys{key("sealing_public_key"), key("sealing_secret_key")};
     const QString probe = "probe";
-    const auto opened = OpenSealed(Seal(probe, keys.publicKey), keys);
+    constexpr auto Purpose = wire::PasswordPurpose::SignOn;
+    const auto opened = OpenSealed(Seal(probe, keys.publicKey, Purpose, probe), keys, Purpose, probe);
     if (opened && QByteArray(opened->Data(), opened->Size()) == probe.toUtf8())
         Good("The keys to which passwords are sealed fit together.");
     else
