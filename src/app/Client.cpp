@@ -2,6 +2,7 @@
 
 #include "acquisitions/AcquisitionsScreens.h"
 #include "circulation/CirculationScreens.h"
+#include "core/Appearance.h"
 #include "core/MainWindow.h"
 #include "core/StartUp.h"
 #include "framework/ClusterSelection.h"
@@ -10,6 +11,8 @@
 #include "security/SecurityScreens.h"
 #include "server/Embedded.h"
 #include "system/SystemScreens.h"
+
+#include <QApplication>
 
 namespace sysadmin {
 
@@ -38,6 +41,8 @@ bool Client::Start(const QStringList& arguments) {
     m_window = StartUp(m_application, arguments);
     if (!m_window)
         return false;
+    if (m_comm.GetSession().Line().appearance.isEmpty())
+        ApplyAppearance(*qApp, m_application.prefs.GetAppearance());
     m_window->SetClusterSelection({.choose = [this] { return GetClusterList(m_application, m_window.get()); },
                                    .change = [this] { ChangeCluster(m_application, m_window.get()); }});
     return true;

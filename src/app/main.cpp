@@ -85,9 +85,8 @@ int main(int argc, char** argv) {
     if (onlyPictures && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen"); // pictures need no display
     QApplication program(argc, argv);
-    QApplication::setApplicationDisplayName(ApplicationTitle());
     QApplication::setApplicationVersion(SYSADMIN_VERSION);
-    ApplyAppearance(program, *AppearanceOf(line.appearance));
+    ApplyAppearance(program, AppearanceOf(line.appearance).value_or(Appearance::System));
     // Whoever only looks leaves no trace in the settings of the operators who work here.
     QTemporaryDir settings;
     if (onlyPictures)

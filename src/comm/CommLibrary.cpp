@@ -156,6 +156,10 @@ void CommLibrary::ShowLoginInformation(QWidget* parent) {
     m_prompter.RunDialog(dialog);
 }
 
+QString CommLibrary::ServerName() const {
+    return m_choice.server ? m_choice.server->host : tr("this computer");
+}
+
 void CommLibrary::ChangePassword(QWidget* parent) {
     RunChangePassword(parent, {});
 }

@@ -38,6 +38,8 @@ public:
     void ShowSignOn() override;
     void CloseSignOn() override;
     bool PostSignOn() override;
+    QString LibraryName() const override { return m_greeting.libraryName; }
+    QString ServerName() const override;
     void ShowLoginInformation(QWidget* parent) override;
     void ChangePassword(QWidget* parent) override;
     QString EncodePassword(const QString& plain) const override;

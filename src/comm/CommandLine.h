@@ -15,7 +15,7 @@ struct CommandLine {
     QString traceFile;             ///< --trace
     QString describeDir;           ///< --describe
     QString tourDir;               ///< --tour
-    QString appearance = "system"; ///< --appearance: light, dark or system
+    QString appearance;            ///< --appearance: light, dark or system; empty: as the operator prefers
     bool noCheck = false;          ///< /nocheck: no check of the components' versions
     bool help = false;
     bool version = false;

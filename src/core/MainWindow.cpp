@@ -11,7 +11,9 @@
 #include "core/data/UserSettings.h"
 #include "look/IconLoader.h"
 
+#include <QAccessible>
 #include <QAction>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDesktopServices>
 #include <QGuiApplication>
@@ -22,6 +24,7 @@
 #include <QShortcut>
 #include <QSplitter>
 #include <QStatusBar>
+#include <QTimer>
 
 namespace sysadmin {
 
@@ -118,10 +121,10 @@ void MainWindow::BuildHelpMenu() {
 void MainWindow::BuildStatusBar() {
     auto* sbStatus = statusBar();
     sbStatus->setObjectName("sbStatus");
-    const auto makePanel = [&](const QString& name, const QString& accessibleName) {
+    const auto makePanel = [&](const QString& name, const QString& description) {
         auto* panel = new QLabel(sbStatus);
         panel->setObjectName(name);
-        panel->setAccessibleName(accessibleName);
+        panel->setAccessibleDescription(description); // its name is its text
         panel->setTextFormat(Qt::PlainText);
         panel->setContentsMargins(8, 2, 8, 2);
         return panel;
@@ -134,8 +137,15 @@ void MainWindow::BuildStatusBar() {
     sbStatus->addPermanentWidget(lblOperator);
     sbStatus->addPermanentWidget(lblScreen);
     sbStatus->addPermanentWidget(lblCluster);
+    lblPlace = makePanel("lblPlace", tr("Library and server"));
+    sbStatus->addPermanentWidget(lblPlace);
     lblCluster->hide();
-    ShowWaiting({});
+    m_doneTime = new QTimer(this);
+    m_doneTime->setSingleShot(true);
+    m_doneTime->setInterval(8000);
+    connect(m_doneTime, &QTimer::timeout, this, [this] { ShowActivity({}); });
+    connect(&m_application.notices, &Notices::Done, this, &MainWindow::ShowDone);
+    ShowActivity({});
     lblOperator->setText(m_application.OperatorId());
 }
 
@@ -220,8 +230,11 @@ void MainWindow::OpenScreen(const QString& key) {
 void MainWindow::ActivateWindow(QMdiSubWindow* window) {
     mdiScreens->setActiveSubWindow(window);
     OnScreenActivated();
-    if (window->widget() && !window->isAncestorOf(QApplication::focusWidget()))
-        window->widget()->setFocus();
+    QWidget* screen = window->widget();
+    if (!screen || window->isAncestorOf(QApplication::focusWidget()))
+        return;
+    QWidget* last = screen->focusWidget(); // where the operator was when another screen came to the front
+    (last ? last : screen)->setFocus();
 }
 
 QMdiSubWindow* MainWindow::FindWindow(const QString& key) const {
@@ -285,8 +298,26 @@ void MainWindow::OnClusterNotice() {
             screen->OnClusterChanged();
 }
 
-void MainWindow::ShowWaiting(const QString& text) {
+void MainWindow::ShowActivity(const QString& text) {
     lblActivity->setText(text.isEmpty() ? tr("Ready") : text);
+    // Screen readers say it without the operator's leaving the field.
+    QAccessibleEvent said(lblActivity, text.isEmpty() ? QAccessible::NameChanged : QAccessible::Alert);
+    QAccessible::updateAccessibility(&said);
+}
+
+void MainWindow::ShowWaiting(const QString& text) {
+    m_doneTime->stop();
+    ShowActivity(text);
+}
+
+void MainWindow::ShowDone(const QString& text) {
+    ShowActivity(text);
+    m_doneTime->start();
+}
+
+void MainWindow::ShowPlace(const QString& library, const QString& server) {
+    lblPlace->setText(library + "  (" + server + ')');
+    setWindowTitle(ApplicationTitle() + " - " + library + " (" + server + ')');
 }
 
 void MainWindow::ShowHelp(int helpContext) {

@@ -13,6 +13,7 @@ class QLabel;
 class QMdiSubWindow;
 class QMenu;
 class QSplitter;
+class QTimer;
 
 namespace sysadmin {
 
@@ -59,6 +60,10 @@ public:
 
     /// Says in the status bar what is being waited for; an empty text when nothing is.
     void ShowWaiting(const QString& text);
+    /// Says in the status bar for some seconds what was done ("Saved Bookseller").
+    void ShowDone(const QString& text);
+    /// Names the library that is worked on, in the title and in the status bar.
+    void ShowPlace(const QString& library, const QString& server);
     /// Shows the help topic of a context number; 0 shows the contents.
     void ShowHelp(int helpContext);
     /// How web addresses are opened; the system's browser unless set.
@@ -79,6 +84,7 @@ private:
     void OnScreenActivated();
     void OnClusterNotice();
     void ChangeCluster();
+    void ShowActivity(const QString& text);
     void ShowClusterPanel(const ScreenEntry* entry);
     void OpenAddress(const QString& settingsKey, const QString& otherwise);
     QMdiSubWindow* FindWindow(const QString& key) const;
@@ -98,10 +104,12 @@ private:
     NavigationBar* albMain = nullptr;
     QSplitter* splMain = nullptr;
     ScreenArea* mdiScreens = nullptr;
+    QTimer* m_doneTime = nullptr;
     QLabel* lblActivity = nullptr; // the status bar's panels, in order
     QLabel* lblOperator = nullptr;
     QLabel* lblScreen = nullptr;
     QLabel* lblCluster = nullptr;
+    QLabel* lblPlace = nullptr;
     HelpWindow* frmHelp = nullptr;
 };
 

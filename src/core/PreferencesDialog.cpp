@@ -2,12 +2,23 @@
 
 #include "core/Prefs.h"
 
+#include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
 
 namespace sysadmin {
+
+namespace {
+
+void Wear(Appearance appearance) {
+    ApplyAppearance(*qApp, appearance);
+}
+
+} // namespace
 
 PreferencesDialog::PreferencesDialog(Prefs& prefs, QWidget* parent)
     : QDialog(parent)
@@ -20,6 +31,20 @@ PreferencesDialog::PreferencesDialog(Prefs& prefs, QWidget* parent)
     chkWarnOnClose->setToolTip(tr("Ask before the main window closes"));
     chkWarnOnClose->setChecked(prefs.WarnOnClose());
 
+    auto* lblAppearance = new QLabel(tr("&Appearance:"), this);
+    lblAppearance->setObjectName("lblAppearance");
+    cboAppearance = new QComboBox(this);
+    cboAppearance->setObjectName("cboAppearance");
+    cboAppearance->setToolTip(tr("Light or dark colours"));
+    lblAppearance->setBuddy(cboAppearance);
+    for (const auto& [appearance, caption] : {std::pair{Appearance::System, tr("As the system")},
+                                              {Appearance::Light, tr("Light")},
+                                              {Appearance::Dark, tr("Dark")}})
+        cboAppearance->addItem(caption, WordOf(appearance));
+    cboAppearance->setCurrentIndex(cboAppearance->findData(WordOf(prefs.GetAppearance())));
+    connect(cboAppearance, &QComboBox::activated, this,
+            [this] { Wear(*AppearanceOf(cboAppearance->currentData().toString())); });
+
     auto* cmdOK = new QPushButton(tr("&OK"), this);
     cmdOK->setObjectName("cmdOK");
     cmdOK->setDefault(true);
@@ -31,10 +56,15 @@ PreferencesDialog::PreferencesDialog(Prefs& prefs, QWidget* parent)
     buttons->addWidget(cmdOK);
     buttons->addWidget(cmdCancel);
 
+    auto* appearance = new QHBoxLayout;
+    appearance->addWidget(lblAppearance);
+    appearance->addWidget(cboAppearance, 1);
+
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(20, 20, 20, 16);
     layout->setSpacing(24);
     layout->addWidget(chkWarnOnClose);
+    layout->addLayout(appearance);
     layout->addLayout(buttons);
     layout->setSizeConstraint(QLayout::SetFixedSize);
 
@@ -44,8 +74,14 @@ PreferencesDialog::PreferencesDialog(Prefs& prefs, QWidget* parent)
 
 void PreferencesDialog::accept() {
     m_prefs.SetWarnOnClose(chkWarnOnClose->isChecked());
+    m_prefs.SetAppearance(*AppearanceOf(cboAppearance->currentData().toString()));
     m_prefs.SavePreferences();
     QDialog::accept();
+}
+
+void PreferencesDialog::reject() {
+    Wear(m_prefs.GetAppearance());
+    QDialog::reject();
 }
 
 } // namespace sysadmin

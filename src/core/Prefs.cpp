@@ -19,10 +19,12 @@ QString SectionOf(const QString& operatorId) {
 void Prefs::LoadPreferences(const Session& session) {
     m_section = SectionOf(session.OperatorId());
     m_warnOnClose = Remembered("WarnOnClose", "False").toBool();
+    m_appearance = AppearanceOf(Remembered("Appearance").toString()).value_or(Appearance::System);
 }
 
 void Prefs::SavePreferences() const {
     Remember("WarnOnClose", m_warnOnClose ? "True" : "False");
+    Remember("Appearance", WordOf(m_appearance));
 }
 
 QVariant Prefs::Remembered(const QString& name, const QVariant& otherwise) const {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/Appearance.h"
+
 #include <QString>
 #include <QVariant>
 
@@ -16,6 +18,8 @@ public:
 
     bool WarnOnClose() const { return m_warnOnClose; }
     void SetWarnOnClose(bool warn) { m_warnOnClose = warn; }
+    Appearance GetAppearance() const { return m_appearance; }
+    void SetAppearance(Appearance appearance) { m_appearance = appearance; }
 
     /// How the operator left something on the screen (the width of a bar, ...), or `otherwise` when nothing
     /// is kept.
@@ -26,6 +30,7 @@ public:
 private:
     QString m_section;
     bool m_warnOnClose = false;
+    Appearance m_appearance = Appearance::System;
 };
 
 } // namespace sysadmin

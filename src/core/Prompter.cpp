@@ -34,20 +34,20 @@ QMessageBox::Icon MessageIcon(Box::Icon icon) {
     return QMessageBox::NoIcon;
 }
 
-void AddButtons(QMessageBox& window, Box::Buttons buttons) {
-    switch (buttons) {
+void AddButtons(QMessageBox& window, const Box& box) {
+    switch (box.buttons) {
     case Box::Buttons::Ok:
         window.setStandardButtons(QMessageBox::Ok);
         window.setEscapeButton(QMessageBox::Ok);
         break;
     case Box::Buttons::OkCancel:
         window.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
-        window.setDefaultButton(QMessageBox::Ok);
+        window.setDefaultButton(box.careful ? QMessageBox::Cancel : QMessageBox::Ok);
         window.setEscapeButton(QMessageBox::Cancel);
         break;
     case Box::Buttons::YesNo:
         window.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
-        window.setDefaultButton(QMessageBox::Yes);
+        window.setDefaultButton(box.careful ? QMessageBox::No : QMessageBox::Yes);
         window.setEscapeButton(QMessageBox::No);
         break;
     }
@@ -68,7 +68,7 @@ bool WindowPrompter::ShowBox(QWidget* parent, const Box& box) {
     window.setTextFormat(Qt::PlainText);
     window.setText(QString(box.text).replace("\r\n", "\n"));
     window.setTextInteractionFlags(Qt::TextSelectableByMouse);
-    AddButtons(window, box.buttons);
+    AddButtons(window, box);
     const int answer = window.exec();
     return answer == QMessageBox::Ok || answer == QMessageBox::Yes;
 }

@@ -19,6 +19,8 @@ struct Box {
     Icon icon = Icon::Exclamation;
     Buttons buttons = Buttons::Ok;
     QString title = ApplicationTitle();
+    /// Yes (or OK) destroys something or trusts somebody: whoever only presses Enter answers No (or Cancel).
+    bool careful = false;
 };
 
 /// The one place through which the program asks and tells the operator something in a window of its own.

@@ -14,6 +14,7 @@ ScreenArea::ScreenArea(QWidget* parent)
     setDocumentMode(true);
     setTabsClosable(true);
     setTabsMovable(true);
+    setActivationOrder(ActivationHistoryOrder); // closing a screen leads back to the one used before
     setFrameShape(QFrame::NoFrame);
     setBackground(Qt::NoBrush);
     if (auto* tabs = findChild<QTabBar*>()) {

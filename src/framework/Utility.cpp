@@ -22,7 +22,8 @@ bool ConfirmDelete(Application& application, QWidget* parent, const QString& sub
                                                          itemText + "\"\r\n\r\n" + Tr("Are you sure?"),
                                                  .icon = Box::Icon::Question,
                                                  .buttons = Box::Buttons::YesNo,
-                                                 .title = Tr("Delete ") + subject});
+                                                 .title = Tr("Delete ") + subject,
+                                                 .careful = true});
 }
 
 bool ConfirmDeleteEx(Application& application, QWidget* parent, const QString& subject,

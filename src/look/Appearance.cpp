@@ -9,6 +9,9 @@ namespace sysadmin {
 
 namespace {
 
+// Whether the desktop was dark before the program put its own palette on.
+constexpr char DarkDesktopProperty[] = "darkDesktop";
+
 // The few colours from which a palette is made.
 struct Colours {
     QColor window, base, alternate, button, raised;
@@ -60,6 +63,10 @@ std::optional<Appearance> AppearanceOf(const QString& word) {
     return {};
 }
 
+QString WordOf(Appearance appearance) {
+    return appearance == Appearance::Light ? "light" : appearance == Appearance::Dark ? "dark" : "system";
+}
+
 QPalette LightPalette() {
     return MakePalette({.window = "#f4f5f8",
                         .base = "#ffffff",
@@ -99,9 +106,13 @@ QPalette DarkPalette() {
 }
 
 void ApplyAppearance(QApplication& program, Appearance appearance) {
-    const bool darkDesktop = QApplication::palette().color(QPalette::Window).lightness() < 128;
+    if (!program.property(DarkDesktopProperty).isValid()) {
+        program.setProperty(DarkDesktopProperty,
+                            QApplication::palette().color(QPalette::Window).lightness() < 128);
+        program.setStyle(new FlatStyle);
+    }
+    const bool darkDesktop = program.property(DarkDesktopProperty).toBool();
     const bool dark = appearance == Appearance::Dark || (appearance == Appearance::System && darkDesktop);
-    program.setStyle(new FlatStyle);
     const QPalette palette = dark ? DarkPalette() : LightPalette();
     program.setPalette(palette);
     QToolTip::setPalette(palette); // tool tips do not follow the program's palette by themselves

@@ -18,12 +18,14 @@ enum class Appearance {
 
 /// The appearance of a word of the command line ("system", "light", "dark"), or nothing.
 std::optional<Appearance> AppearanceOf(const QString& word);
+QString WordOf(Appearance appearance);
 
 /// The program's own colours. Everything is drawn with them, so both go through all screens alike.
 QPalette LightPalette();
 QPalette DarkPalette();
 
-/// Gives the program its style and palette. Call it before the first window is made.
+/// Gives the program its style and palette, first before a window is made and again whenever the operator
+/// wants another appearance; open windows follow at once.
 void ApplyAppearance(QApplication& program, Appearance appearance);
 
 } // namespace sysadmin

@@ -166,6 +166,7 @@ int FlatStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidg
     switch (hint) {
     case SH_EtchDisabledText:
     case SH_MessageBox_CenterButtons:
+    case SH_DialogButtonBox_ButtonsHaveIcons:
         return 0;
     case SH_Table_GridLineColor:
         return option ? int(option->palette.color(QPalette::Midlight).rgb()) : 0;

@@ -55,7 +55,8 @@ bool frmSystem_Locations::ConfirmRowDelete(Table& table, const GridRow& row) {
                        "\r\n\r\n" + tr("This may take a long time!") + "\r\n\r\n" + tr("Are you sure?"),
                .icon = Box::Icon::Question,
                .buttons = Box::Buttons::YesNo,
-               .title = tr("Delete ") + table.spec.subject});
+               .title = tr("Delete ") + table.spec.subject,
+               .careful = true});
 }
 
 void frmSystem_Locations::RefreshOwnControls() {

@@ -29,7 +29,7 @@ TEST(CommandLine, TakesEveryOptionApart) {
     EXPECT_EQ(other.tourDir, "t");
     EXPECT_TRUE(other.help);
     EXPECT_FALSE(other.noCheck || other.server);
-    EXPECT_EQ(other.appearance, "system");
+    EXPECT_TRUE(other.appearance.isEmpty());
     EXPECT_EQ(ErrorOf({}), QString());
 }
 

@@ -35,6 +35,8 @@ public:
     void ShowSignOn() override;
     void CloseSignOn() override;
     bool PostSignOn() override;
+    QString LibraryName() const override { return "Test Library"; }
+    QString ServerName() const override { return "settings.example.org"; }
     void ShowLoginInformation(QWidget* parent) override;
     void ChangePassword(QWidget* parent) override;
     /// "sealed(" + plain + ")", so that a test sees what was sealed.

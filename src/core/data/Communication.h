@@ -22,6 +22,11 @@ public:
     /// Runs after sign-on, before the rights are loaded; true when the program may go on.
     virtual bool PostSignOn() = 0;
 
+    /// The library that is worked on, and where it is ("settings.example.org"; "this computer" for one that
+    /// needs no server). Both are empty before sign-on.
+    virtual QString LibraryName() const = 0;
+    virtual QString ServerName() const = 0;
+
     virtual void ShowLoginInformation(QWidget* parent) = 0;
     virtual void ChangePassword(QWidget* parent) = 0;
     /// Seals a plain password for the server; the only form in which one is ever put into a request.

@@ -17,6 +17,8 @@ signals:
     void SubjectChanged(const QString& subject);
     /// Another circulation cluster became the current one, or its name changed.
     void CurrentClusterChanged();
+    /// Something that the operator asked for is done ("Saved Bookseller").
+    void Done(const QString& text);
 };
 
 } // namespace sysadmin
