@@ -2,7 +2,7 @@
 
 #include "acquisitions/AcquisitionsScreens.h"
 #include "circulation/CirculationScreens.h"
-#include "core/Appearance.h"
+#include "look/Appearance.h"
 #include "core/MainWindow.h"
 #include "core/StartUp.h"
 #include "framework/ClusterSelection.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/Appearance.h"
+#include "look/Appearance.h"
 
 #include <QString>
 #include <QVariant>
