@@ -2,10 +2,10 @@
 
 #include "acquisitions/AcquisitionsScreens.h"
 #include "circulation/CirculationScreens.h"
-#include "look/Appearance.h"
 #include "core/MainWindow.h"
 #include "core/StartUp.h"
 #include "framework/ClusterSelection.h"
+#include "look/Appearance.h"
 #include "requests/RequestsScreens.h"
 #include "search/SearchScreens.h"
 #include "security/SecurityScreens.h"

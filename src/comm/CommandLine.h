@@ -10,13 +10,13 @@ namespace sysadmin {
 /// The program's command line, taken apart.
 struct CommandLine {
     std::optional<ServerAddress> server; ///< --server: a shared server
-    QString library;               ///< --library: the folder of a library on this computer; empty: not given
-    QString operatorId;            ///< --operator
-    QString traceFile;             ///< --trace
-    QString describeDir;           ///< --describe
-    QString tourDir;               ///< --tour
-    QString appearance;            ///< --appearance: light, dark or system; empty: as the operator prefers
-    bool noCheck = false;          ///< /nocheck: no check of the components' versions
+    QString library;      ///< --library: the folder of a library on this computer; empty: not given
+    QString operatorId;   ///< --operator
+    QString traceFile;    ///< --trace
+    QString describeDir;  ///< --describe
+    QString tourDir;      ///< --tour
+    QString appearance;   ///< --appearance: light, dark or system; empty: as the operator prefers
+    bool noCheck = false; ///< /nocheck: no check of the components' versions
     bool help = false;
     bool version = false;
 };
