@@ -17,7 +17,7 @@ const QSet<int> SeriousStatuses{1, 2, 3, 4, 5, 6, 10, 11, 12, 14, 15};
 bool HasText(int status) {
     return (status >= 1 && status <= 16) || (status >= 20 && status <= 52) ||
            (status >= 56 && status <= 96) || (status >= 101 && status <= 103) || status == 111 ||
-           status == 120 || status == 123 || status == -92;
+           status == 120 || status == 123 || status == 130 || status == -92;
 }
 
 TEST(StatusTable, RoutesEveryStatusToTheRightPlace) {
