@@ -60,9 +60,10 @@ public:
             problem = failure;
     }
 
-    /// Writes what the screen declares as NAME.declaration.json.
+    /// Writes what the screen declares as declarations/NAME.json.
     void DescribeDeclaration(const FormScreen& screen) {
-        QFile file(m_folder + "/" + screen.objectName() + ".declaration.json");
+        QDir(m_folder).mkpath("declarations");
+        QFile file(m_folder + "/declarations/" + screen.objectName() + ".json");
         const QByteArray text = QJsonDocument(ToJson(screen.Declaration())).toJson();
         if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
             problem = file.fileName() + ": " + file.errorString();
