@@ -2,6 +2,7 @@
 
 #include "core/Application.h"
 #include "core/Prompter.h"
+#include "framework/forms/Rules.h"
 
 namespace sysadmin {
 
@@ -20,11 +21,6 @@ void DefaultDate::FollowLoaded() {
     how.SetStored(exact.IsBlank() ? "R" : "E");
 }
 
-void DefaultDate::FollowChoice() {
-    exact.SetUsable(IsExact());
-    relative.SetUsable(!IsExact());
-}
-
 void DefaultDate::Put(RequestChannel& channel) const {
     channel.PutField(exact.Tag(), IsExact() ? exact.Draft() : QString());
     channel.PutField(relative.Tag(), IsExact() || relative.IsBlank() ? QString() : relative.Draft());
@@ -38,11 +34,8 @@ void DefaultDate::ClearOther() {
 }
 
 PatronDefaultDatesForm::PatronDefaultDatesForm() {
-    connect(this, &Form::Changed, this, [this](Field* field) {
-        for (DefaultDate* date : {&expiration, &purge})
-            if (field == &date->how)
-                date->FollowChoice();
-    });
+    for (DefaultDate* date : {&expiration, &purge})
+        When([date] { return date->IsExact(); }).Enable(date->exact).Disable(date->relative);
     expiration.FollowLoaded();
     purge.FollowLoaded();
 }

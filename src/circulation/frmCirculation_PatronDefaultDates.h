@@ -11,8 +11,6 @@ struct DefaultDate {
     bool IsExact() const { return how.Draft() == u"E"; }
     /// Tells exact from relative by what was loaded.
     void FollowLoaded();
-    /// Frees the control that is chosen and locks the other one.
-    void FollowChoice();
     /// Puts the chosen one, and the other one empty.
     void Put(RequestChannel& channel) const;
     /// The other one was saved empty.

@@ -4,6 +4,7 @@
 #include "core/Prompter.h"
 #include "core/data/YesNo.h"
 #include "framework/ClusterSelection.h"
+#include "framework/forms/Rules.h"
 #include "wire/Status.h"
 
 namespace sysadmin {
@@ -26,6 +27,12 @@ PutStep PutDesks(const CheckedField& desks) {
 }
 
 } // namespace
+
+ClusterForm::ClusterForm() {
+    // A new cluster has neither until circulation policy groups belong to it.
+    When([this] { return !lstOpacCircDesk.Items().isEmpty(); }).Enable(lstOpacCircDesk);
+    When([this] { return !lstDefPULoc.Items().isEmpty(); }).Enable(lstDefPULoc);
+}
 
 frmClusterMaintenance::frmClusterMaintenance(Application& application, QWidget* parent)
     : MaintenanceScreen(application, "frmClusterMaintenance", tr("Cluster Maintenance"), Area::Circulation,
@@ -126,12 +133,6 @@ bool frmClusterMaintenance::ConfirmRowDelete(Table& table, const GridRow& row) {
 void frmClusterMaintenance::AfterDelete(Table&, const GridRow& row) {
     App().clusters.Remove(row.key);
     emit App().notices.CurrentClusterChanged();
-}
-
-void frmClusterMaintenance::RefreshOwnControls() {
-    // A new cluster has neither until circulation policy groups belong to it.
-    m_form.lstOpacCircDesk.SetUsable(!m_form.lstOpacCircDesk.Items().isEmpty());
-    m_form.lstDefPULoc.SetUsable(!m_form.lstDefPULoc.Items().isEmpty());
 }
 
 QString frmClusterMaintenance::EditCaption(const Table& table, State state) const {

@@ -6,6 +6,8 @@
 namespace sysadmin {
 
 struct ClusterForm : Form {
+    ClusterForm();
+
     TextField txtCode{
         *this,
         {.name = "txtCode", .tag = "CCD", .caption = tr("Cluster Code:"), .maxLength = 40, .required = true}};
@@ -48,7 +50,6 @@ protected:
     bool ConfirmRowDelete(Table& table, const GridRow& row) override;
     void AfterDelete(Table& table, const GridRow& row) override;
     QString EditCaption(const Table& table, State state) const override;
-    void RefreshOwnControls() override;
 
 private:
     ClusterForm m_form;

@@ -11,8 +11,10 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QRadioButton>
+#include <QShortcut>
 #include <QSignalBlocker>
-#include <QTimeEdit>
+
+#include <vector>
 
 namespace sysadmin {
 
@@ -30,12 +32,11 @@ void FieldEditor::Lock(bool usable, bool readOnly) {
     m_widget->setEnabled(usable && !readOnly);
 }
 
-namespace {
-
-/// About so many characters wide, within what looks right in a form.
 int WidthForLength(const QWidget& widget, int characters) {
     return widget.fontMetrics().averageCharWidth() * (qBound(4, characters, 40) + 3);
 }
+
+namespace {
 
 /// A line edit that names the value's text: text, numbers, money, passwords.
 class LineEditor : public FieldEditor {
@@ -61,10 +62,6 @@ public:
         case Field::Kind::Money:
             m_edit->setAlignment(Qt::AlignRight);
             m_edit->setFixedWidth(WidthForLength(*m_edit, 12));
-            connect(m_edit, &QLineEdit::editingFinished, this, [this] {
-                if (!m_edit->isReadOnly())
-                    m_value.SetDraft(static_cast<MoneyField&>(m_value).Normalised(m_edit->text()));
-            });
             break;
         case Field::Kind::Password:
             m_edit->setEchoMode(QLineEdit::Password);
@@ -80,7 +77,7 @@ public:
                 [this](const QString& text) { m_value.SetDraft(text); });
         connect(m_edit, &QLineEdit::editingFinished, this, [this] {
             if (!m_edit->isReadOnly())
-                m_value.NotifyLeft();
+                m_value.Leave();
         });
     }
 
@@ -240,7 +237,7 @@ public:
         m_focusWidgets = {m_edit};
         connect(m_edit, &QDateEdit::dateChanged, this,
                 [this](QDate date) { m_date.SetDate(m_edit->IsBlank() ? QDate() : date); });
-        connect(m_edit, &QDateEdit::editingFinished, this, [this] { m_date.NotifyLeft(); });
+        connect(m_edit, &QDateEdit::editingFinished, this, [this] { m_date.Leave(); });
     }
 
 protected:
@@ -259,26 +256,53 @@ private:
     DateEdit* m_edit;
 };
 
+/// A time is typed as text, so that it may be missing or be one of the field's words; the arrow keys go by
+/// quarters of an hour.
 class TimeEditor : public FieldEditor {
 public:
     TimeEditor(TimeField& field, QWidget* parent)
         : FieldEditor(field)
         , m_time(field) {
-        m_edit = new QTimeEdit(parent);
+        m_edit = new QLineEdit(parent);
+        m_edit->setFixedWidth(WidthForLength(*m_edit, 9));
         m_widget = m_edit;
         m_focusWidgets = {m_edit};
-        connect(m_edit, &QTimeEdit::timeChanged, this, [this](QTime time) { m_time.SetTime(time); });
+        for (const int minutes : {15, -15}) {
+            auto* step = new QShortcut(minutes > 0 ? Qt::Key_Up : Qt::Key_Down, m_edit);
+            step->setContext(Qt::WidgetShortcut);
+            connect(step, &QShortcut::activated, this, [this, minutes] {
+                if (!m_edit->isReadOnly())
+                    m_time.SetTime(
+                        (m_time.Time().isValid() ? m_time.Time() : QTime(0, 0)).addSecs(60 * minutes));
+            });
+        }
+        connect(m_edit, &QLineEdit::textEdited, this, [this](const QString& text) {
+            m_typing = true;
+            m_time.TypeIn(text);
+            m_typing = false;
+        });
+        connect(m_edit, &QLineEdit::editingFinished, this, [this] {
+            if (m_edit->isReadOnly())
+                return;
+            m_time.Leave();
+            Refresh();
+        });
     }
 
 protected:
     void ShowValue() override {
-        const QSignalBlocker quiet(m_edit);
-        m_edit->setTime(m_time.Time().isValid() ? m_time.Time() : QTime(0, 0));
+        if (!m_typing && m_edit->text() != m_time.DisplayText())
+            m_edit->setText(m_time.DisplayText());
+    }
+    void Lock(bool usable, bool readOnly) override {
+        m_edit->setEnabled(usable);
+        m_edit->setReadOnly(readOnly);
     }
 
 private:
     TimeField& m_time;
-    QTimeEdit* m_edit;
+    QLineEdit* m_edit;
+    bool m_typing = false; // what is typed stands as it is until the field is left
 };
 
 class IntervalEditor : public FieldEditor {
@@ -301,6 +325,7 @@ public:
         line->addWidget(m_number);
         line->addWidget(m_unit);
         line->addStretch();
+        m_named = m_number;
         m_focusWidgets = {m_number, m_unit};
         connect(m_number, &QLineEdit::textEdited, this,
                 [this](const QString& text) { m_interval.SetParts(text, m_unit->currentData().toString()); });
@@ -308,7 +333,7 @@ public:
                 [this](int index) { m_interval.ChangeUnit(m_unit->itemData(index).toString()); });
         connect(m_number, &QLineEdit::editingFinished, this, [this] {
             if (!m_number->isReadOnly())
-                m_interval.NotifyLeft();
+                m_interval.Leave();
         });
     }
 
@@ -332,42 +357,49 @@ private:
     QComboBox* m_unit;
 };
 
+struct Registered {
+    std::type_index kind;
+    EditorMaker make;
+};
+
+std::vector<Registered>& Registry() {
+    static std::vector<Registered> registry;
+    return registry;
+}
+
+const EditorFor<TextField, LineEditor> textEditor;
+const EditorFor<PasswordField, LineEditor> passwordEditor;
+const EditorFor<NumberField, LineEditor> numberEditor;
+const EditorFor<MoneyField, LineEditor> moneyEditor;
+const EditorFor<MultiLineField, MultiLineEditor> multiLineEditor;
+const EditorFor<FlagField, FlagEditor> flagEditor;
+const EditorFor<ChoiceField, ChoiceEditor> choiceEditor;
+const EditorFor<LetterField, LetterEditor> letterEditor;
+const EditorFor<DateField, DateEditor> dateEditor;
+const EditorFor<TimeField, TimeEditor> timeEditor;
+const EditorFor<IntervalField, IntervalEditor> intervalEditor;
+
 std::unique_ptr<FieldEditor> MakeEditorOfKind(Field& field, QWidget* parent) {
-    switch (field.GetKind()) {
-    case Field::Kind::Text:
-    case Field::Kind::Password:
-    case Field::Kind::Number:
-    case Field::Kind::Money:
-        return std::make_unique<LineEditor>(static_cast<ValueField&>(field), parent);
-    case Field::Kind::MultiLine:
-        return std::make_unique<MultiLineEditor>(static_cast<ValueField&>(field), parent);
-    case Field::Kind::Flag:
-        return std::make_unique<FlagEditor>(static_cast<FlagField&>(field), parent);
-    case Field::Kind::Choice:
-        return std::make_unique<ChoiceEditor>(static_cast<ChoiceField&>(field), parent);
-    case Field::Kind::Letter:
-        return std::make_unique<LetterEditor>(static_cast<LetterField&>(field), parent);
-    case Field::Kind::Date:
-        return std::make_unique<DateEditor>(static_cast<DateField&>(field), parent);
-    case Field::Kind::Time:
-        return std::make_unique<TimeEditor>(static_cast<TimeField&>(field), parent);
-    case Field::Kind::Interval:
-        return std::make_unique<IntervalEditor>(static_cast<IntervalField&>(field), parent);
-    case Field::Kind::Rows:
-    case Field::Kind::Picked:
-    case Field::Kind::Checked:
-        break;
-    }
-    return MakeListEditor(field, parent);
+    RegisterListEditors();
+    const std::vector<Registered>& registry = Registry();
+    for (const Registered& entry : registry)
+        if (entry.kind == std::type_index(typeid(field)))
+            return entry.make(field, parent);
+    for (auto entry = registry.rbegin(); entry != registry.rend(); ++entry)
+        if (std::unique_ptr<FieldEditor> editor = entry->make(field, parent))
+            return editor;
+    qFatal("No editor is registered for the field %s", qPrintable(field.Name()));
 }
 
 } // namespace
 
+void RegisterEditor(std::type_index kind, EditorMaker make) {
+    Registry().push_back({kind, std::move(make)});
+}
+
 std::unique_ptr<FieldEditor> MakeFieldEditor(Field& field, QWidget* parent) {
     std::unique_ptr<FieldEditor> editor = MakeEditorOfKind(field, parent);
-    // A field of several controls names the first of them; option buttons carry names of their own.
-    const bool named = field.GetKind() == Field::Kind::Interval;
-    (named ? editor->FocusWidgets().first() : editor->Widget())->setObjectName(field.Name());
+    editor->NamedWidget()->setObjectName(field.Name());
     editor->Widget()->setToolTip(field.Spec().toolTip);
     for (QWidget* widget : editor->FocusWidgets())
         if (widget->accessibleName().isEmpty())

@@ -2,7 +2,9 @@
 
 #include <QObject>
 
+#include <functional>
 #include <memory>
+#include <typeindex>
 
 class QWidget;
 
@@ -23,6 +25,8 @@ public:
     QWidget* Widget() const { return m_widget; }
     /// The controls that take the focus, in tab order.
     const QList<QWidget*>& FocusWidgets() const { return m_focusWidgets; }
+    /// The control that carries the field's name.
+    QWidget* NamedWidget() const { return m_named ? m_named : m_widget; }
     /// Shows the draft, the choices and the usability as they are now.
     void Refresh();
     /// Display only, whatever the field's usability.
@@ -34,11 +38,30 @@ protected:
 
     Field& m_field;
     QWidget* m_widget = nullptr;
+    QWidget* m_named = nullptr; ///< where it is not the widget to place
     QList<QWidget*> m_focusWidgets;
 
 private:
     bool m_readOnly = false;
 };
+
+using EditorMaker = std::function<std::unique_ptr<FieldEditor>(Field&, QWidget* parent)>;
+/// Brings the editor for a kind of field. Of a kind that is derived from another one the nearer counts.
+void RegisterEditor(std::type_index kind, EditorMaker make);
+
+/// Registers an editor for a kind of field: one line beside the editor, and the kind is known everywhere.
+template <class FieldKind, class Editor>
+struct EditorFor {
+    EditorFor() {
+        RegisterEditor(typeid(FieldKind), [](Field& field, QWidget* parent) -> std::unique_ptr<FieldEditor> {
+            auto* own = dynamic_cast<FieldKind*>(&field);
+            return own ? std::make_unique<Editor>(*own, parent) : nullptr;
+        });
+    }
+};
+
+/// About so many characters wide, within what looks right in a form.
+int WidthForLength(const QWidget& widget, int characters);
 
 /// The editor for a field's kind, its widget below `parent` and named after the field.
 std::unique_ptr<FieldEditor> MakeFieldEditor(Field& field, QWidget* parent);

@@ -3,9 +3,11 @@
 #include "framework/Captions.h"
 #include "framework/WrappingRow.h"
 
+#include <QCheckBox>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
+#include <QPushButton>
 #include <QScrollArea>
 #include <QTabBar>
 #include <QTabWidget>
@@ -78,19 +80,27 @@ FormView::FormView(Form& form, const Layout& layout, QWidget* parent, const Slot
     for (qsizetype i = 1; i < m_tabOrder.size(); ++i)
         setTabOrder(m_tabOrder[i - 1], m_tabOrder[i]);
     connect(&form, &Form::Changed, this, &FormView::RefreshField);
+    connect(&form, &Form::PagesChanged, this, &FormView::RefreshPages);
+    for (Field* field : form.Fields())
+        RefreshLabel(*field);
+    RefreshPages();
+    RefreshButtons();
     // A screen's form goes before the controls: what they still say while they go reaches nobody.
     connect(&form, &QObject::destroyed, this, [this] { m_editors.clear(); });
 }
 
 void FormView::SetReadOnly(bool readOnly) {
     m_readOnly = readOnly;
-    for (const auto& [field, editor] : m_editors)
+    for (const std::unique_ptr<FieldEditor>& editor : m_editors)
         editor->SetReadOnly(readOnly);
+    RefreshButtons();
 }
 
 void FormView::FocusFirst() {
     for (QTabWidget* tabs : findChildren<QTabWidget*>())
-        tabs->setCurrentIndex(0);
+        for (int i = tabs->count(); i-- > 0;)
+            if (tabs->isTabEnabled(i))
+                tabs->setCurrentIndex(i);
     for (QWidget* widget : m_tabOrder)
         if (widget->isEnabledTo(this) && widget->focusPolicy() & Qt::TabFocus &&
             !qobject_cast<QTabBar*>(widget)) {
@@ -123,8 +133,28 @@ QWidget* FormView::InScrollArea(QWidget* parent) {
 }
 
 FieldEditor* FormView::EditorOf(const Field& field) const {
-    const auto found = m_editors.find(&field);
-    return found == m_editors.end() ? nullptr : found->second.get();
+    for (const std::unique_ptr<FieldEditor>& editor : m_editors)
+        if (&editor->GetField() == &field)
+            return editor.get();
+    return nullptr;
+}
+
+FieldEditor& FormView::AddEditor(Field& field, QWidget* parent) {
+    FieldEditor& editor = *m_editors.emplace_back(MakeFieldEditor(field, parent));
+    if (m_form.IsSeveral())
+        m_tabOrder.append(DrawChoosing(field, parent));
+    m_tabOrder.append(editor.FocusWidgets());
+    return editor;
+}
+
+/// The box that says whether the field is written to the records that are edited together.
+QWidget* FormView::DrawChoosing(Field& field, QWidget* parent) {
+    auto* box = new QCheckBox(parent);
+    box->setObjectName("chkModify" + RoleOf(field.Name()));
+    box->setAccessibleName(tr("Modify %1").arg(field.PlainCaption()));
+    box->setToolTip(tr("Writes this field to all selected records."));
+    connect(box, &QCheckBox::clicked, this, [&field](bool on) { field.SetChosen(on); });
+    return box;
 }
 
 void FormView::DrawColumn(const QList<Layout>& children, QWidget* parent) {
@@ -156,7 +186,7 @@ void FormView::DrawColumn(const QList<Layout>& children, QWidget* parent) {
 int FormView::DrawChild(const Layout& child, QWidget* parent, QGridLayout& grid, int row, int column,
                         bool inRow) {
     if (child.kind == Layout::Kind::Field)
-        return DrawField(*child.field, parent, grid, row, column, inRow);
+        return DrawField(*child.field, child.name, parent, grid, row, column, inRow);
 
     QWidget* widget = nullptr;
     switch (child.kind) {
@@ -179,6 +209,12 @@ int FormView::DrawChild(const Layout& child, QWidget* parent, QGridLayout& grid,
         widget = note;
         break;
     }
+    case Layout::Kind::Block:
+        widget = DrawBlock(child, parent);
+        break;
+    case Layout::Kind::Button:
+        widget = DrawButton(child, parent);
+        break;
     case Layout::Kind::Slot:
         widget = m_makeSlot(child.name);
         widget->setParent(parent);
@@ -192,42 +228,93 @@ int FormView::DrawChild(const Layout& child, QWidget* parent, QGridLayout& grid,
     }
     const int span = inRow ? CellsOfField : -1;
     grid.addWidget(widget, row, column, 1, span,
-                   child.kind == Layout::Kind::Slot ? Qt::AlignLeft : Qt::Alignment());
+                   child.kind == Layout::Kind::Slot || child.kind == Layout::Kind::Button ? Qt::AlignLeft
+                                                                                          : Qt::Alignment());
     return column + CellsOfField;
 }
 
-int FormView::DrawField(Field& field, QWidget* parent, QGridLayout& grid, int row, int column, bool inRow) {
+int FormView::DrawField(Field& field, const QString& name, QWidget* parent, QGridLayout& grid, int row,
+                        int column, bool inRow) {
     const bool labelled = field.GetKind() != Field::Kind::Flag && field.GetKind() != Field::Kind::Picked &&
-                          !field.Spec().caption.isEmpty();
-    std::unique_ptr<FieldEditor> editor = MakeFieldEditor(field, parent);
-    QWidget* widget = editor->Widget();
+                          !field.Caption().isEmpty();
+    FieldEditor& editor = AddEditor(field, parent);
+    QWidget* widget = editor.Widget();
+    if (!name.isEmpty())
+        editor.NamedWidget()->setObjectName(name);
     if (labelled) {
-        auto* label = new QLabel(field.Spec().caption, parent);
-        label->setObjectName("lbl" + RoleOf(field.Name()));
-        SetDeclaredCaption(*label, field.Spec().caption);
-        label->setBuddy(FocusTarget(*editor));
+        auto* label = new QLabel(field.Caption(), parent);
+        label->setObjectName("lbl" + RoleOf(name.isEmpty() ? field.Name() : name));
+        SetDeclaredCaption(*label, field.Caption());
+        label->setBuddy(FocusTarget(editor));
         grid.addWidget(label, row, column, WantsHeight(field) ? Qt::AlignTop : Qt::AlignVCenter);
-        m_labels[&field] = label;
+        m_labels.insert({&field, label});
     } else if (field.GetKind() == Field::Kind::Flag) {
-        SetDeclaredCaption(*widget, field.Spec().caption);
+        SetDeclaredCaption(*widget, field.Caption());
     }
 
     QWidget* placed = widget;
-    if (!field.Spec().unit.isEmpty()) {
+    if (!field.Unit().isEmpty() || m_form.IsSeveral()) {
         placed = new QWidget(parent);
         auto* line = new QHBoxLayout(placed);
         line->setContentsMargins({});
+        if (m_form.IsSeveral())
+            line->addWidget(m_tabOrder[m_tabOrder.size() - editor.FocusWidgets().size() - 1]);
         line->addWidget(widget);
-        line->addWidget(new QLabel(field.Spec().unit, placed));
-        line->addStretch();
+        if (!field.Unit().isEmpty()) {
+            auto* unit = new QLabel(field.Unit(), placed);
+            m_units.insert({&field, unit});
+            line->addWidget(unit);
+        }
+        if (!WantsHeight(field))
+            line->addStretch();
     }
     const int first = labelled ? column + 1 : column;
     const int span = !inRow ? -1 : labelled ? 1 : CellsOfField;
     const bool narrow = widget->maximumWidth() < QWIDGETSIZE_MAX || qobject_cast<QAbstractButton*>(widget);
     grid.addWidget(placed, row, first, 1, span, narrow && placed == widget ? Qt::AlignLeft : Qt::Alignment());
-    m_tabOrder.append(editor->FocusWidgets());
-    m_editors[&field] = std::move(editor);
     return column + CellsOfField;
+}
+
+QWidget* FormView::DrawBlock(const Layout& block, QWidget* parent) {
+    auto* widget = new QWidget(parent);
+    auto* grid = new QGridLayout(widget);
+    grid->setContentsMargins({});
+    for (int column = 0; column < block.headings.size(); ++column)
+        grid->addWidget(new QLabel(block.headings[column], widget), 0, column + 1);
+    for (int row = 0; row < block.children.size(); ++row) {
+        const Layout& line = block.children[row];
+        auto* heading = new QLabel(line.text, widget);
+        grid->addWidget(heading, row + 1, 0);
+        for (int column = 0; column < line.children.size(); ++column) {
+            const Layout& cell = line.children[column];
+            if (cell.kind != Layout::Kind::Field) {
+                DrawChild(cell, widget, *grid, row + 1, column + 1, true);
+                continue;
+            }
+            FieldEditor& editor = AddEditor(*cell.field, widget);
+            QString name = line.text;
+            if (const QString top = block.headings.value(column).simplified(); !top.isEmpty())
+                name += " " + top;
+            for (QWidget* each : editor.FocusWidgets())
+                if (each->accessibleName().isEmpty())
+                    each->setAccessibleName(QString(name).remove('&'));
+            if (column == 0)
+                heading->setBuddy(FocusTarget(editor));
+            grid->addWidget(editor.Widget(), row + 1, column + 1, Qt::AlignLeft);
+        }
+    }
+    grid->setColumnStretch(int(block.headings.size()) + 1, 1);
+    return widget;
+}
+
+QWidget* FormView::DrawButton(const Layout& layout, QWidget* parent) {
+    auto* button = new QPushButton(layout.text, parent);
+    button->setObjectName(layout.name);
+    button->setAutoDefault(false); // Enter belongs to the dialog's or screen's own default button
+    connect(button, &QPushButton::clicked, this, layout.press);
+    m_tabOrder.append(button);
+    m_buttons.push_back({button, layout.mayPress});
+    return button;
 }
 
 QWidget* FormView::DrawFrame(const Layout& layout, QWidget* parent) {
@@ -243,6 +330,7 @@ QWidget* FormView::DrawTabs(const Layout& layout, QWidget* parent) {
     // The bar alone takes the focus: with the tab widget the tab order would take its pages along.
     tabs->setFocusPolicy(Qt::NoFocus);
     m_tabOrder.append(tabs->tabBar());
+    QStringList names;
     for (const Layout& page : layout.children) {
         auto* widget = new QWidget(tabs);
         DrawColumn(page.children, widget);
@@ -252,18 +340,53 @@ QWidget* FormView::DrawTabs(const Layout& layout, QWidget* parent) {
         QWidget* shown = isLong ? MakeScrollArea(*widget, tabs) : widget;
         SetDeclaredCaption(*shown, page.text);
         tabs->addTab(shown, page.text);
+        names.append(page.name);
     }
+    m_tabs.append({tabs, names});
     return tabs;
 }
 
 void FormView::RefreshField(Field* changed) {
-    // A flag may rule over other fields' usability, so all are looked at; only what differs is touched.
-    for (const auto& [field, editor] : m_editors) {
-        if (field == changed ||
-            (changed->GetKind() == Field::Kind::Flag && field->IsUsable() != editor->Widget()->isEnabled()))
+    for (const std::unique_ptr<FieldEditor>& editor : m_editors)
+        if (&editor->GetField() == changed)
             editor->Refresh();
-        if (const auto label = m_labels.find(field); label != m_labels.end())
-            label->second->setEnabled(field->IsUsable());
+    RefreshLabel(*changed);
+    RefreshButtons();
+}
+
+void FormView::RefreshLabel(Field& field) {
+    const auto [label, end] = m_labels.equal_range(&field);
+    for (auto each = label; each != end; ++each) {
+        each->second->setEnabled(field.IsUsable());
+        if (DeclaredCaption(*each->second) != field.Caption()) {
+            SetDeclaredCaption(*each->second, field.Caption());
+            each->second->setText(field.Caption());
+        }
+    }
+    const auto [unit, last] = m_units.equal_range(&field);
+    for (auto each = unit; each != last; ++each)
+        each->second->setText(field.Unit());
+}
+
+void FormView::RefreshButtons() {
+    for (const auto& [button, mayPress] : m_buttons)
+        button->setEnabled(mayPress ? mayPress() : !m_readOnly);
+}
+
+// A page that does not belong to the record cannot be opened; where all belong, none is brought to the front.
+void FormView::RefreshPages() {
+    for (const auto& [tabs, names] : m_tabs) {
+        int first = -1;
+        bool anyLocked = false;
+        for (int i = 0; i < names.size(); ++i) {
+            const bool belongs = names[i].isEmpty() || m_form.HasPage(names[i]);
+            tabs->setTabEnabled(i, belongs);
+            anyLocked = anyLocked || !belongs;
+            if (belongs && !names[i].isEmpty() && first < 0)
+                first = i;
+        }
+        if (anyLocked && first >= 0)
+            tabs->setCurrentIndex(first);
     }
 }
 

@@ -7,9 +7,12 @@
 
 #include <functional>
 #include <map>
+#include <vector>
 
 class QGridLayout;
 class QLabel;
+class QPushButton;
+class QTabWidget;
 
 namespace sysadmin {
 
@@ -43,15 +46,26 @@ private:
     void DrawColumn(const QList<Layout>& children, QWidget* parent);
     /// Draws a child into the grid from a cell on; answers the first free column behind it.
     int DrawChild(const Layout& child, QWidget* parent, QGridLayout& grid, int row, int column, bool inRow);
-    int DrawField(Field& field, QWidget* parent, QGridLayout& grid, int row, int column, bool inRow);
+    int DrawField(Field& field, const QString& name, QWidget* parent, QGridLayout& grid, int row, int column,
+                  bool inRow);
     QWidget* DrawFrame(const Layout& frame, QWidget* parent);
     QWidget* DrawTabs(const Layout& tabs, QWidget* parent);
+    QWidget* DrawBlock(const Layout& block, QWidget* parent);
+    QWidget* DrawButton(const Layout& button, QWidget* parent);
+    QWidget* DrawChoosing(Field& field, QWidget* parent);
+    FieldEditor& AddEditor(Field& field, QWidget* parent);
     void RefreshField(Field* field);
+    void RefreshLabel(Field& field);
+    void RefreshButtons();
+    void RefreshPages();
 
     Form& m_form;
     SlotMaker m_makeSlot;
-    std::map<const Field*, std::unique_ptr<FieldEditor>> m_editors;
-    std::map<const Field*, QLabel*> m_labels;
+    std::vector<std::unique_ptr<FieldEditor>> m_editors; // several of a field that stands in several places
+    std::multimap<const Field*, QLabel*> m_labels;
+    std::multimap<const Field*, QLabel*> m_units;
+    std::vector<std::pair<QPushButton*, std::function<bool()>>> m_buttons;
+    QList<std::pair<QTabWidget*, QStringList>> m_tabs; // with the names of their pages
     QList<QWidget*> m_tabOrder;
     bool m_readOnly = false;
 };

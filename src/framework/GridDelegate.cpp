@@ -1,7 +1,12 @@
 #include "framework/GridDelegate.h"
 
+#include "framework/GridModel.h"
+
 #include <QAbstractItemView>
+#include <QComboBox>
 #include <QHelpEvent>
+#include <QIntValidator>
+#include <QLineEdit>
 #include <QToolTip>
 
 namespace sysadmin {
@@ -14,7 +19,53 @@ QColor Blend(const QColor& under, const QColor& over, double share) {
                   mix(under.blue(), over.blue()));
 }
 
+const CellEdit* EditOf(const QModelIndex& index) {
+    const auto* model = qobject_cast<const GridModel*>(index.model());
+    return model ? model->EditOf(index) : nullptr;
+}
+
 } // namespace
+
+QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&,
+                                    const QModelIndex& index) const {
+    const CellEdit* edit = EditOf(index);
+    if (!edit || edit->kind == CellEdit::Kind::Check)
+        return nullptr; // a check mark turns over where it stands
+    QWidget* editor = nullptr;
+    if (edit->kind == CellEdit::Kind::Choice) {
+        auto* box = new QComboBox(parent);
+        for (const PickItem& item : edit->items)
+            box->addItem(item.text, item.id);
+        editor = box;
+    } else {
+        auto* line = new QLineEdit(parent);
+        line->setFrame(false);
+        if (edit->kind == CellEdit::Kind::Number)
+            line->setValidator(new QIntValidator(edit->least, edit->most, line));
+        else if (edit->maxLength > 0)
+            line->setMaxLength(edit->maxLength);
+        editor = line;
+    }
+    editor->setAccessibleName(index.model()->headerData(index.column(), Qt::Horizontal).toString());
+    return editor;
+}
+
+void GridDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const {
+    if (auto* box = qobject_cast<QComboBox*>(editor))
+        box->setCurrentIndex(box->findText(index.data(Qt::EditRole).toString()));
+    else if (auto* line = qobject_cast<QLineEdit*>(editor))
+        line->setText(index.data(Qt::EditRole).toString());
+}
+
+void GridDelegate::setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const {
+    if (const auto* box = qobject_cast<QComboBox*>(editor)) {
+        if (box->currentIndex() >= 0)
+            model->setData(index, box->currentData());
+    } else if (const auto* line = qobject_cast<QLineEdit*>(editor);
+               line && line->text() != index.data(Qt::EditRole)) {
+        model->setData(index, line->text());
+    }
+}
 
 bool GridDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                              const QModelIndex& index) {

@@ -32,6 +32,26 @@ void GridModel::PutRow(const GridRow& row, const QString& formerKey) {
         RewriteRow(place, row);
 }
 
+void GridModel::PutRows(const QList<GridRow>& rows) {
+    if (rows.size() == 1) {
+        PutRow(rows.first());
+        return;
+    }
+    QList<GridRow> all = m_rows;
+    QHash<QString, qsizetype> added;
+    for (const GridRow& row : rows) {
+        if (const int place = PlaceOf(row.key); place >= 0) {
+            all[place] = row;
+        } else if (const auto again = added.constFind(row.key); again != added.constEnd()) {
+            all[*again] = row;
+        } else {
+            added.insert(row.key, all.size());
+            all.append(row);
+        }
+    }
+    SetRows(all);
+}
+
 bool GridModel::RemoveRow(const QString& key) {
     const int place = PlaceOf(key);
     if (place < 0)
@@ -83,6 +103,38 @@ QStringList GridModel::ShownKeys() const {
     return keys;
 }
 
+QStringList GridModel::SortedKeys() const {
+    std::vector<int> sorted(m_rows.size());
+    std::iota(sorted.begin(), sorted.end(), 0);
+    if (m_order.Column() >= 0)
+        std::sort(sorted.begin(), sorted.end(), [this](int a, int b) { return m_order.Before(a, b); });
+    QStringList keys;
+    for (int place : sorted)
+        keys.append(m_rows[place].key);
+    return keys;
+}
+
+const CellEdit* GridModel::EditOf(const QModelIndex& index) const {
+    const auto edit = m_edits.constFind(index.column());
+    return m_editable && index.isValid() && edit != m_edits.constEnd() ? &*edit : nullptr;
+}
+
+Qt::ItemFlags GridModel::flags(const QModelIndex& index) const {
+    Qt::ItemFlags flags = QAbstractTableModel::flags(index);
+    if (EditOf(index))
+        flags |= Qt::ItemIsEditable;
+    if (m_ranked && m_editable)
+        flags |= index.isValid() ? Qt::ItemIsDragEnabled : Qt::ItemIsDropEnabled;
+    return flags;
+}
+
+bool GridModel::setData(const QModelIndex& index, const QVariant& value, int role) {
+    if (role != Qt::EditRole || !EditOf(index))
+        return false;
+    emit CellEdited(RowAt(index.row()).key, index.column(), value.toString());
+    return true;
+}
+
 int GridModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : int(m_shown.size());
 }
@@ -96,6 +148,8 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
         return {};
     const bool yesNo = m_columns[index.column()].yesNo;
     switch (role) {
+    case Qt::EditRole:
+        return RowAt(index.row()).cells.value(index.column());
     case Qt::DisplayRole:
         return CellText(index.row(), index.column());
     case Qt::AccessibleTextRole:

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "framework/GridOrder.h"
-#include "framework/forms/GridRow.h"
+#include "framework/forms/RowsField.h"
 
 #include <QAbstractTableModel>
 #include <QHash>
@@ -25,6 +25,8 @@ public:
     /// Adds the row at the end of the list or rewrites the one that has `formerKey` (or, without it, the
     /// row's own key). Its place in the display follows the sort order.
     void PutRow(const GridRow& row, const QString& formerKey = {});
+    /// The same for many rows at once: one reset, whatever their number.
+    void PutRows(const QList<GridRow>& rows);
     /// False when there is no such row.
     bool RemoveRow(const QString& key);
     /// Shows only rows with this text, in whatever case, in a visible cell; empty shows all.
@@ -45,13 +47,31 @@ public:
     QString CellText(int displayRow, int column) const;
     /// The keys of the shown rows in display order.
     QStringList ShownKeys() const;
+    /// The same of all rows, those that the filter hides too.
+    QStringList SortedKeys() const;
+
+    /// Columns whose cells the operator edits in place, while that is allowed. The model itself changes
+    /// nothing: it tells, and whoever owns the rows hands them over anew.
+    void SetEdits(const QHash<int, CellEdit>& edits) { m_edits = edits; }
+    void SetEditable(bool editable) { m_editable = editable; }
+    /// How the cell is edited now; null when it is not.
+    const CellEdit* EditOf(const QModelIndex& index) const;
+    /// Rows can be dragged to another place while the list is editable.
+    void SetRanked(bool ranked) { m_ranked = ranked; }
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+    bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
+    Qt::DropActions supportedDropActions() const override { return Qt::MoveAction; }
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
     /// Sorts by the column; -1 goes back to the order in which the rows came.
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
+
+signals:
+    /// The operator edited the cell of the row with this key.
+    void CellEdited(const QString& key, int column, const QString& value);
 
 private:
     bool Passes(const GridRow& row) const;
@@ -72,6 +92,9 @@ private:
     GridOrder m_order;
     QString m_filter;
     QStringMatcher m_matcher;
+    QHash<int, CellEdit> m_edits;
+    bool m_editable = false;
+    bool m_ranked = false;
     mutable QHash<QString, int> m_places; // key to place in m_rows, filled when first asked
 };
 

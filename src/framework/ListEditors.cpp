@@ -1,41 +1,22 @@
 #include "framework/ListEditors.h"
 
-#include "framework/FieldEditor.h"
+#include "core/Prompter.h"
+#include "framework/FormView.h"
 #include "framework/ListGrid.h"
+#include "framework/RowsEditor.h"
 #include "framework/TwoListMover.h"
 #include "framework/forms/ListFields.h"
+#include "framework/forms/ValueFields.h"
 
+#include <QHBoxLayout>
 #include <QListWidget>
+#include <QPushButton>
+
+#include <utility>
 
 namespace sysadmin {
 
 namespace {
-
-/// Shows the rows; adding and changing them is the matter of buttons beside it.
-class RowsEditor : public FieldEditor {
-public:
-    RowsEditor(RowsField& field, QWidget* parent)
-        : FieldEditor(field)
-        , m_rows(field) {
-        m_grid = new ListGrid(field.Name(), field.Columns(), parent);
-        m_widget = m_grid;
-        m_focusWidgets = {m_grid};
-    }
-
-protected:
-    void ShowValue() override {
-        if (m_shown == m_rows.Rows())
-            return;
-        m_shown = m_rows.Rows();
-        m_grid->ReplaceRows(m_shown);
-    }
-    void Lock(bool usable, bool) override { m_grid->setEnabled(usable); }
-
-private:
-    RowsField& m_rows;
-    ListGrid* m_grid;
-    QList<GridRow> m_shown;
-};
 
 class CheckedEditor : public FieldEditor {
 public:
@@ -91,41 +72,160 @@ private:
     bool m_locked = false;
 };
 
+/// The two lists; where the field says so, with the selected row's settings in a form beside them, or in a
+/// dialog behind a button.
 class PickedEditor : public FieldEditor {
 public:
     PickedEditor(PickedField& field, QWidget* parent)
         : FieldEditor(field)
         , m_picked(field) {
+        const PickedSpec& spec = field.Behaviour();
+        const bool isAlone = !spec.settings && spec.modify.name.isEmpty();
+        m_widget = isAlone ? nullptr : new QWidget(parent);
         m_mover = new TwoListMover(
             field.Names(), field.Lists(), [this](const TwoListMover::Move& move) { m_picked.Move(move); },
-            parent);
-        m_widget = m_mover;
+            isAlone ? parent : m_widget, spec.more);
+        m_mover->SetVeto(
+            [this](const QStringList& keys, bool toSelected) { return m_picked.Veto(keys, toSelected); });
         m_focusWidgets = m_mover->FocusWidgets();
+        ListGrid& grid = m_mover->SelectedGrid();
+        grid.SetEdits(spec.edits);
+        if (spec.ranked) {
+            grid.SetRanked();
+            connect(&grid, &ListGrid::RowMoved, this, [this](const QString& key, int place) {
+                if (m_mayEdit && place >= 0)
+                    m_picked.Move([&](PickedLists& lists) { lists.MoveSelected(key, place); });
+                m_mover->SelectedGrid().SelectKey(key);
+            });
+        }
+        connect(&grid.Model(), &GridModel::CellEdited, this, &PickedEditor::EditCell, Qt::QueuedConnection);
+        if (isAlone) {
+            m_widget = m_mover;
+            return;
+        }
+        m_named = m_mover;
+        auto* line = new QHBoxLayout(m_widget);
+        line->setContentsMargins({});
+        line->addWidget(m_mover, 1);
+        if (spec.settings) {
+            QList<Layout> fields;
+            for (Field* each : spec.settings->Fields())
+                fields.append(*each);
+            m_settings = new FormView(*spec.settings, Column(fields), m_widget);
+            m_focusWidgets.append(m_settings->TabOrder());
+            line->addWidget(m_settings);
+            connect(&grid, &ListGrid::SelectionMoved, this, &PickedEditor::ShowSettings);
+            connect(spec.settings, &Form::Edited, this, &PickedEditor::TakeSetting);
+        }
+        if (!spec.modify.name.isEmpty()) {
+            m_modify = new QPushButton(spec.modify.caption, m_widget);
+            m_modify->setObjectName(spec.modify.name);
+            m_modify->setAutoDefault(false);
+            m_focusWidgets.append(m_modify);
+            line->addWidget(m_modify, 0, Qt::AlignTop);
+            connect(m_modify, &QPushButton::clicked, this, &PickedEditor::Ask);
+            connect(&grid, &ListGrid::SelectionMoved, this, &PickedEditor::RefreshButtons);
+        }
     }
 
 protected:
-    void ShowValue() override { m_mover->Refresh(); }
+    void ShowValue() override {
+        if (m_changing)
+            m_mover->SelectedGrid().ReplaceRows(m_picked.Lists().Selected());
+        m_mover->Refresh();
+        ShowSettings();
+    }
     void Lock(bool usable, bool readOnly) override {
         m_mover->setEnabled(usable);
         m_mover->SetReadOnly(readOnly);
+        m_mayEdit = usable && !readOnly;
+        m_mover->SelectedGrid().SetEditable(m_mayEdit);
+        if (m_settings)
+            m_settings->SetReadOnly(!m_mayEdit);
+        RefreshButtons();
     }
 
 private:
+    const GridRow* SelectedRow() const {
+        const QString key = m_mover->SelectedGrid().SelectedKey();
+        for (const GridRow& row : m_picked.Lists().Selected())
+            if (row.key == key)
+                return &row;
+        return nullptr;
+    }
+    /// The rows change, but they are the same record's: filter and selection stay.
+    template <class Change>
+    void ChangeRows(const Change& change) {
+        const bool wasChanging = std::exchange(m_changing, true);
+        m_picked.Move(change);
+        m_changing = wasChanging;
+    }
+    void EditCell(const QString& key, int column, const QString& value) {
+        const QString problem = CellProblem(m_picked.Behaviour().edits.value(column), value);
+        if (!m_mayEdit)
+            return;
+        if (problem.isEmpty())
+            ChangeRows([&](PickedLists& lists) { lists.SetCells({key}, column, value); });
+        else if (Prompter* prompter = m_mover->SelectedGrid().GetPrompter())
+            prompter->ShowBox(m_mover->window(), {.text = problem});
+    }
+    /// The settings' fields carry the tags of the further columns; the name is the first cell.
+    void ShowSettings() {
+        if (!m_settings || m_changing)
+            return;
+        Form& form = m_settings->GetForm();
+        const Form::Loading loading(form);
+        const GridRow* row = SelectedRow();
+        form.Clear();
+        const QList<GridColumn>& more = m_picked.Behaviour().more;
+        for (qsizetype i = 0; i < more.size(); ++i)
+            if (auto* value = dynamic_cast<ValueField*>(form.FindByTag(more[i].tag)); value && row)
+                value->SetStored(row->cells.value(i + 1));
+        m_settings->setEnabled(row);
+    }
+    void TakeSetting(Field* field) {
+        const QString key = m_mover->SelectedGrid().SelectedKey();
+        const auto* value = dynamic_cast<ValueField*>(field);
+        const QList<GridColumn>& more = m_picked.Behaviour().more;
+        for (qsizetype i = 0; i < more.size() && value && !key.isEmpty(); ++i)
+            if (more[i].tag == field->Tag())
+                ChangeRows([&](PickedLists& lists) { lists.SetCells({key}, int(i) + 1, value->Draft()); });
+    }
+    void Ask() {
+        const GridRow* selected = SelectedRow();
+        Prompter* prompter = m_mover->SelectedGrid().GetPrompter();
+        if (!selected || !prompter || !m_picked.Behaviour().ask)
+            return;
+        const GridRow former = *selected;
+        const auto any = [](const GridRow&, const GridRow*) { return QString(); };
+        const std::optional<GridRow> row =
+            m_picked.Behaviour().ask(m_mover->window(), *prompter, &former, any);
+        if (!row || !m_mayEdit)
+            return;
+        ChangeRows([&](PickedLists& lists) {
+            for (int column = 0; column < row->cells.size(); ++column)
+                lists.SetCells({former.key}, column, row->cells[column]);
+        });
+    }
+    void RefreshButtons() {
+        if (m_modify)
+            m_modify->setEnabled(m_mayEdit && SelectedRow());
+    }
+
     PickedField& m_picked;
-    TwoListMover* m_mover;
+    TwoListMover* m_mover = nullptr;
+    FormView* m_settings = nullptr;
+    QPushButton* m_modify = nullptr;
+    bool m_mayEdit = false;
+    bool m_changing = false;
 };
 
 } // namespace
 
-std::unique_ptr<FieldEditor> MakeListEditor(Field& field, QWidget* parent) {
-    switch (field.GetKind()) {
-    case Field::Kind::Rows:
-        return std::make_unique<RowsEditor>(static_cast<RowsField&>(field), parent);
-    case Field::Kind::Checked:
-        return std::make_unique<CheckedEditor>(static_cast<CheckedField&>(field), parent);
-    default:
-        return std::make_unique<PickedEditor>(static_cast<PickedField&>(field), parent);
-    }
+void RegisterListEditors() {
+    static const EditorFor<RowsField, RowsEditor> rowsEditor;
+    static const EditorFor<CheckedField, CheckedEditor> checkedEditor;
+    static const EditorFor<PickedField, PickedEditor> pickedEditor;
 }
 
 } // namespace sysadmin

@@ -36,8 +36,14 @@ ListGrid::ListGrid(const QString& name, const QList<GridColumn>& columns, QWidge
     SetSortable(true);
     SetUpColumns();
     SetUpFilter();
-    connect(this, &QTableView::doubleClicked, this,
-            [this](const QModelIndex& index) { emit RowActivated(m_model.RowAt(index.row()).key); });
+    connect(this, &QTableView::doubleClicked, this, [this](const QModelIndex& index) {
+        if (!EditCell(index))
+            emit RowActivated(m_model.RowAt(index.row()).key);
+    });
+    connect(this, &QTableView::clicked, this, [this](const QModelIndex& index) {
+        if (const CellEdit* edit = m_model.EditOf(index); edit && edit->kind == CellEdit::Kind::Check)
+            EditCell(index);
+    });
     connect(&m_model, &QAbstractItemModel::layoutChanged, this, [this] {
         m_sinceTyping.invalidate();
         scrollTo(currentIndex());
@@ -106,6 +112,24 @@ void ListGrid::SetSortable(bool sortable) {
     horizontalHeader()->setSectionsClickable(sortable);
 }
 
+void ListGrid::SetRanked() {
+    m_ranked = true;
+    SetSortable(false);
+    m_model.SetRanked(true);
+    setDragDropMode(InternalMove);
+    setDragDropOverwriteMode(false);
+    setDropIndicatorShown(true);
+}
+
+void ListGrid::SetEdits(const QHash<int, CellEdit>& edits) {
+    m_edits = edits;
+    m_model.SetEdits(edits);
+}
+
+void ListGrid::SetEditable(bool editable) {
+    m_model.SetEditable(editable);
+}
+
 void ListGrid::SetRows(const QList<GridRow>& rows) {
     m_quiet = true;
     m_model.SetFilter({});
@@ -120,15 +144,28 @@ void ListGrid::SetRows(const QList<GridRow>& rows) {
 }
 
 void ListGrid::ReplaceRows(const QList<GridRow>& rows) {
-    if (rows.isSharedWith(m_model.Rows()))
-        return;
+    if (!rows.isSharedWith(m_model.Rows()))
+        ChangeInPlace([&] { m_model.SetRows(rows); });
+}
+
+void ListGrid::PutRows(const QList<GridRow>& rows) {
+    if (!rows.isEmpty())
+        ChangeInPlace([&] { m_model.PutRows(rows); });
+}
+
+template <class Change>
+void ListGrid::ChangeInPlace(const Change& change) {
     m_quiet = true;
     const QStringList keys = SelectedKeys();
     const int scrolled = verticalScrollBar()->value();
-    m_model.SetRows(rows);
+    const int column = currentIndex().column();
+    change();
     updateGeometries();
     verticalScrollBar()->setValue(scrolled);
     KeepSelection(keys);
+    if (column >= 0 && currentIndex().isValid() && !m_edits.isEmpty())
+        selectionModel()->setCurrentIndex(m_model.index(currentIndex().row(), column),
+                                          QItemSelectionModel::NoUpdate);
     m_quiet = false;
     emit SelectionMoved();
 }

@@ -29,10 +29,18 @@ public:
     void FocusFilter();
     /// With a prompter the context menu offers the CSV export.
     void SetPrompter(Prompter& prompter) { m_prompter = &prompter; }
+    Prompter* GetPrompter() const { return m_prompter; }
     /// Lets the operator select several rows.
     void SetMultiSelect(bool multiSelect);
     /// Lists whose order means something are not sortable.
     void SetSortable(bool sortable);
+    /// Rows of a list whose order means something move by Alt with an arrow key and by dragging; the grid
+    /// only tells of it.
+    void SetRanked();
+    /// Columns whose cells are edited in place: by a double click, F2 or the space bar.
+    void SetEdits(const QHash<int, CellEdit>& edits);
+    /// Whether cells can be edited and rows moved now.
+    void SetEditable(bool editable);
 
     /// Replaces all rows, keeps the sort order, clears the filter, and selects the first row if there is one.
     void SetRows(const QList<GridRow>& rows);
@@ -42,6 +50,8 @@ public:
     /// Adds the row or, when one has its key, rewrites it; then selects it and scrolls to it. A filter that
     /// would hide the row is cleared. `formerKey` is the row's key until now, where saving changed it.
     void PutRow(const GridRow& row, const QString& formerKey = {});
+    /// Adds or rewrites many rows; sort order, filter, selection and scroll position stay.
+    void PutRows(const QList<GridRow>& rows);
     /// Removes the row and selects its neighbour.
     void RemoveRow(const QString& key);
     /// The selected row's key; empty while none is selected.
@@ -68,9 +78,12 @@ signals:
     void RowActivated(const QString& key);
     void InsertPressed();
     void DeletePressed();
+    /// The operator wants the row in another place, counted from 0.
+    void RowMoved(const QString& key, int place);
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void changeEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
@@ -78,6 +91,10 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    template <class Change>
+    void ChangeInPlace(const Change& change);
+    bool EditCell(const QModelIndex& index);
+    bool EditRowCell();
     void SetUpColumns();
     void SetUpFilter();
     void FitRowHeight();
@@ -92,7 +109,9 @@ private:
     GridModel m_model;
     QLineEdit* m_filterBox = nullptr; // null again once its own parent has deleted it
     Prompter* m_prompter = nullptr;
+    QHash<int, CellEdit> m_edits;
     QString m_searched;
+    bool m_ranked = false;
     QElapsedTimer m_sinceTyping;
     bool m_quiet = false; // selection changes of the grid's own making are told once, at the end
 };

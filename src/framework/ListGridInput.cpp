@@ -6,6 +6,7 @@
 
 #include <QClipboard>
 #include <QContextMenuEvent>
+#include <QDropEvent>
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -51,10 +52,16 @@ void ListGrid::keyPressEvent(QKeyEvent* event) {
     const bool isTyping =
         !m_searched.isEmpty() && m_sinceTyping.isValid() && !m_sinceTyping.hasExpired(TypingPauseMs);
     const QString key = SelectedKey();
+    const bool edits = event->key() == Qt::Key_F2 || (event->key() == Qt::Key_Space && !isTyping);
+    if (plain && edits && EditRowCell())
+        return;
     if (event->matches(QKeySequence::Copy))
         CopySelection();
     else if (event->matches(QKeySequence::Find) && m_filterBox && m_filterBox->isVisible())
         FocusFilter();
+    else if (m_ranked && event->modifiers() == Qt::AltModifier && !key.isEmpty() &&
+             (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down))
+        emit RowMoved(key, m_model.DisplayRow(key) + (event->key() == Qt::Key_Up ? -1 : 1));
     else if (plain &&
              (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter ||
               event->key() == Qt::Key_F2) &&
@@ -72,6 +79,49 @@ void ListGrid::keyPressEvent(QKeyEvent* event) {
         keyboardSearch(" ");
     else
         QTableView::keyPressEvent(event);
+}
+
+// A check mark turns over; anything else opens its editor.
+bool ListGrid::EditCell(const QModelIndex& index) {
+    const CellEdit* edit = m_model.EditOf(index);
+    if (!edit)
+        return false;
+    if (edit->kind == CellEdit::Kind::Check)
+        m_model.setData(index, index.data(Qt::EditRole) == "Y" ? "N" : "Y");
+    else
+        QTableView::edit(index);
+    return true;
+}
+
+// The current cell, or else the row's first one that can be edited.
+bool ListGrid::EditRowCell() {
+    const QModelIndex current = currentIndex();
+    if (!current.isValid() || EditCell(current))
+        return current.isValid();
+    for (int column : VisibleColumns())
+        if (const QModelIndex index = m_model.index(current.row(), column); m_model.EditOf(index)) {
+            setCurrentIndex(index);
+            return EditCell(index);
+        }
+    return false;
+}
+
+void ListGrid::dropEvent(QDropEvent* event) {
+    const QString key = SelectedKey();
+    if (!m_ranked || event->source() != this || key.isEmpty())
+        return;
+    const QModelIndex target = indexAt(event->position().toPoint());
+    const int from = m_model.DisplayRow(key);
+    int to = target.isValid() ? target.row() : m_model.rowCount() - 1;
+    if (target.isValid() && to > from && dropIndicatorPosition() == AboveItem)
+        --to;
+    else if (target.isValid() && to < from && dropIndicatorPosition() == BelowItem)
+        ++to;
+    // The view would remove the dragged row itself; who owns the rows moves it.
+    event->setDropAction(Qt::IgnoreAction);
+    event->accept();
+    setState(NoState);
+    emit RowMoved(key, to);
 }
 
 void ListGrid::keyboardSearch(const QString& typed) {

@@ -198,6 +198,7 @@ void MaintenanceScreen::StartEdit() {
 
 bool MaintenanceScreen::Save(bool stay) {
     Table& table = Current();
+    table.form->LeaveFields();
     if (!CheckBeforeSave(table))
         return false;
     table.form->Tidy(); // the list, the pick-lists and the search for the new record go by what is stored

@@ -99,6 +99,7 @@ bool SingleRecordScreen::CheckBeforeSave() {
 }
 
 void SingleRecordScreen::Save() {
+    m_form->LeaveFields();
     if (!CheckBeforeSave())
         return;
     m_form->Tidy();

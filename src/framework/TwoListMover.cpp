@@ -1,5 +1,6 @@
 #include "framework/TwoListMover.h"
 
+#include "core/Prompter.h"
 #include "framework/ListGrid.h"
 #include "framework/forms/ListFields.h"
 
@@ -58,6 +59,10 @@ TwoListMover::TwoListMover(const PickedNames& names, const PickedLists& lists, O
     connect(m_selected, &ListGrid::RowActivated, this, &TwoListMover::Discard);
     connect(m_available, &ListGrid::SelectionMoved, this, &TwoListMover::RefreshButtons);
     connect(m_selected, &ListGrid::SelectionMoved, this, &TwoListMover::RefreshButtons);
+    connect(&m_available->Model(), &GridModel::layoutChanged, this,
+            [this] { FollowOrder(*m_available, false); });
+    connect(&m_selected->Model(), &GridModel::layoutChanged, this,
+            [this] { FollowOrder(*m_selected, true); });
     m_available->SetRows(m_lists.Available());
     m_selected->SetRows(m_lists.Selected());
     RefreshButtons();
@@ -134,6 +139,11 @@ void TwoListMover::DiscardAll() {
 void TwoListMover::Shift(ListGrid& from, ListGrid& to, const QStringList& keys, bool toSelected) {
     if (m_readOnly || keys.isEmpty())
         return;
+    if (const QString refusal = m_veto ? m_veto(keys, toSelected) : QString(); !refusal.isEmpty()) {
+        if (Prompter* prompter = from.GetPrompter())
+            prompter->ShowBox(window(), {.text = refusal});
+        return;
+    }
     const int place = from.Model().DisplayRow(keys.first());
     m_isMoving = true;
     m_owner([&](PickedLists& lists) {
@@ -144,11 +154,22 @@ void TwoListMover::Shift(ListGrid& from, ListGrid& to, const QStringList& keys, 
     });
     Refresh();
     m_isMoving = false;
+    FollowOrder(to, toSelected);
     const int last = from.Model().rowCount() - 1;
     if (last >= 0)
         from.SelectKey(from.Model().RowAt(std::min(place, last)).key);
     to.SelectKeys(keys);
     emit Changed();
+}
+
+// Rows are sent in the order in which the grid shows them.
+void TwoListMover::FollowOrder(ListGrid& grid, bool selected) {
+    if (m_isMoving || grid.Model().SortColumn() < 0)
+        return;
+    m_isMoving = true;
+    m_owner([&](PickedLists& lists) { lists.Arrange(grid.Model().SortedKeys(), selected); });
+    Refresh();
+    m_isMoving = false;
 }
 
 void TwoListMover::RefreshButtons() {

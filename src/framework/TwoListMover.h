@@ -40,6 +40,10 @@ public:
     /// Display only: the lists can be looked through, nothing moves.
     void SetReadOnly(bool readOnly);
     void SetPrompter(Prompter& prompter);
+    /// Asked before rows move: why they may not; empty lets them go. The answer is shown to the operator.
+    void SetVeto(std::function<QString(const QStringList& keys, bool toSelected)> veto) {
+        m_veto = std::move(veto);
+    }
 
 signals:
     /// The operator moved rows.
@@ -55,10 +59,12 @@ private:
     void Discard();
     void DiscardAll();
     void Shift(ListGrid& from, ListGrid& to, const QStringList& keys, bool toSelected);
+    void FollowOrder(ListGrid& grid, bool selected);
     void RefreshButtons();
 
     const PickedLists& m_lists;
     Owner m_owner;
+    std::function<QString(const QStringList&, bool)> m_veto;
     ListGrid* m_available = nullptr;
     ListGrid* m_selected = nullptr;
     QPushButton* m_select = nullptr;

@@ -4,6 +4,7 @@
 #include "core/data/YesNo.h"
 #include "framework/ClusterSelection.h"
 #include "framework/forms/ListFields.h"
+#include "framework/forms/Rules.h"
 
 namespace sysadmin {
 
@@ -53,14 +54,11 @@ SelfRegistrationForm::SelfRegistrationForm() {
     add("birthDate", tr("Birth Date:"));
     fields.push_back(std::make_unique<RegistrationField>(*this, QString(), "Identifier", tr("Identifier:")));
 
-    // What a patron does not get to see cannot be asked of them.
-    connect(this, &Form::Changed, this, [this](Field* changed) {
-        for (const auto& field : fields)
-            if (changed == &field->visible && field->visible.IsChanged() && !field->visible.IsOn())
-                field->required.SetOn(false);
-    });
-    for (const auto& field : fields)
+    for (const auto& field : fields) {
         field->required.EnableBy(field->visible);
+        // What a patron does not get to see cannot be asked of them.
+        When([visible = &field->visible] { return !visible->IsOn(); }).Set(field->required, "N");
+    }
 }
 
 QString SelfRegistrationForm::IdentifierCode() const {
@@ -113,6 +111,7 @@ void frmWS_SelfRegistration::ReadRecord() {
         groups.append({row.key, row.cells.value(0)});
     m_form.cboDefaultGroup.SetItems(groups);
 
+    const Form::Loading loading(m_form);
     SingleRecordScreen::ReadRecord();
     while (channel.NextRecord("FC")) {
         const QString code = channel.GetField("FC");

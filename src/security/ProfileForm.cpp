@@ -1,6 +1,7 @@
 #include "security/ProfileForm.h"
 
 #include "core/data/RequestChannel.h"
+#include "framework/forms/Rules.h"
 
 namespace sysadmin {
 
@@ -44,10 +45,7 @@ ProfileForm::ProfileForm(const ProfileSpec& theSpec)
         lists.emplace_back(*this, FieldSpec{.name = "mov" + pair.name, .accessible = pair.pageCaption},
                            NamesFor(pair.name, pair.name, pair.availableCaption, pair.selectedCaption));
     if (chkAllLocations && locations)
-        connect(this, &Form::Changed, this, [this](Field* field) {
-            if (field == &*chkAllLocations)
-                locations->SetUsable(!chkAllLocations->IsOn());
-        });
+        When([this] { return chkAllLocations->IsOn(); }).Disable(*locations);
 }
 
 void ProfileForm::Read(RequestChannel& channel) {

@@ -1,6 +1,7 @@
 #include "security/SecurityOptionsForm.h"
 
 #include "core/data/RequestChannel.h"
+#include "framework/forms/Rules.h"
 
 #include <algorithm>
 
@@ -55,19 +56,56 @@ CountField::CountField(Form& form, FieldSpec spec, int most)
     : NumberField(form, Required(std::move(spec)), 0, most) {}
 
 SecurityOptionsForm::SecurityOptionsForm() {
-    connect(this, &Form::Changed, this, [this](Field* field) { FollowChange(field); });
-    connect(this, &Form::Left, this, [this](Field* field) { FollowLeft(field); });
-    RefreshUsable();
+    When([this] { return optGroupReq.Draft() == u"1"; })
+        .Enable(fpGroupReq, chkMinAlphaCharGrp, chkMinUpperCharGrp, chkMinLowerCharGrp, chkMinNumberCharGrp,
+                chkMinSpecialCharGrp);
+    // A number that is typed over is blank for a moment; 0 acts once the field is left.
+    When([this] {
+        return fpLoginAttempts.IsBlank() || fpLoginAttempts.Value() > 0;
+    }).Enable(fpLockoutDuration, fpLockoutCounter);
+    When([this] { return fpLoginAttempts.Value() > 0; }).Do([this] {
+        constexpr int UsualPeriod = 24;
+        constexpr int UsualReset = 10;
+        if (fpLockoutDuration.Amount() == 0)
+            fpLockoutDuration.SetAmount(UsualPeriod);
+        if (fpLockoutCounter.Amount() == 0)
+            fpLockoutCounter.SetAmount(UsualReset);
+    });
+    WhenLeft(fpLoginAttempts, [this] {
+        if (fpLoginAttempts.Value() > 0)
+            return;
+        fpLoginAttempts.SetValue(0);
+        fpLockoutDuration.SetAmount(0);
+        fpLockoutCounter.SetAmount(0);
+    });
+    WhenLeft(fpMinPasswordLen, [this] { LeaveLength(false); });
+    WhenLeft(fpMaxPasswordLen, [this] { LeaveLength(true); });
+    WhenLeft(fpReminderDays, [this] {
+        if (fpReminderDays.Value() > fpMaxPasswordAge.Value())
+            fpMaxPasswordAge.SetValue(fpReminderDays.Value());
+    });
+    WhenLeft(fpMinPasswordAge, [this] {
+        const qint64 days = DividedUp(fpMinPasswordAge.Minutes(), MinutesPerDay);
+        if (fpMaxPasswordAge.Value() > 0 && days > fpMaxPasswordAge.Value())
+            fpMaxPasswordAge.SetValue(int(std::min<qint64>(days, MostDays)));
+    });
+    WhenLeft(fpMaxPasswordAge, [this] {
+        const int days = fpMaxPasswordAge.Value();
+        if (days == 0)
+            return;
+        if (fpReminderDays.Value() > days)
+            fpReminderDays.SetValue(days);
+        if (fpMinPasswordAge.Minutes() > days * MinutesPerDay)
+            fpMinPasswordAge.SetAmount(days * MinutesPerDay / MinutesIn(fpMinPasswordAge.Unit()));
+    });
 }
 
 void SecurityOptionsForm::LoadOptions(RequestChannel& channel) {
-    m_loading = true;
+    const Loading loading(*this);
     Load(channel);
     const int count = channel.GetField("PGR").toInt();
     optGroupReq.SetStored(count > 0 ? "1" : "0");
     fpGroupReq.SetStored(QString::number(std::max(count, 1)));
-    m_loading = false;
-    RefreshUsable();
 }
 
 void SecurityOptionsForm::TakeExpiry(int days) {
@@ -86,63 +124,6 @@ wire::PasswordRules SecurityOptionsForm::Rules() const {
         if (const auto* value = dynamic_cast<const ValueField*>(field); value && !value->Tag().isEmpty())
             fields.append({value->Tag(), value->Draft()});
     return wire::PasswordRules::FromFields(fields);
-}
-
-QList<FlagField*> SecurityOptionsForm::GroupBoxes() {
-    return {&chkMinAlphaCharGrp, &chkMinUpperCharGrp, &chkMinLowerCharGrp, &chkMinNumberCharGrp,
-            &chkMinSpecialCharGrp};
-}
-
-void SecurityOptionsForm::RefreshUsable() {
-    const bool grouped = optGroupReq.Draft() == u"1";
-    fpGroupReq.SetUsable(grouped);
-    for (FlagField* box : GroupBoxes())
-        box->SetUsable(grouped);
-    const bool locks = fpLoginAttempts.Value() > 0;
-    fpLockoutDuration.SetUsable(locks);
-    fpLockoutCounter.SetUsable(locks);
-}
-
-void SecurityOptionsForm::FollowChange(const Field* field) {
-    if (m_loading)
-        return;
-    if (field == &optGroupReq) {
-        RefreshUsable();
-    } else if (field == &fpLoginAttempts && fpLoginAttempts.Value() > 0) {
-        // Acts while the number is typed: the operator tabs into the next fields. Going back to 0 waits until
-        // the field is left, since a number that is typed over is blank for a moment.
-        constexpr int UsualPeriod = 24;
-        constexpr int UsualReset = 10;
-        if (fpLockoutDuration.Amount() == 0)
-            fpLockoutDuration.SetAmount(UsualPeriod);
-        if (fpLockoutCounter.Amount() == 0)
-            fpLockoutCounter.SetAmount(UsualReset);
-        RefreshUsable();
-    }
-}
-
-void SecurityOptionsForm::FollowLeft(const Field* field) {
-    if (field == &fpMinPasswordLen || field == &fpMaxPasswordLen) {
-        LeaveLength(field == &fpMaxPasswordLen);
-    } else if (field == &fpLoginAttempts && fpLoginAttempts.Value() == 0) {
-        fpLoginAttempts.SetValue(0);
-        fpLockoutDuration.SetAmount(0);
-        fpLockoutCounter.SetAmount(0);
-        RefreshUsable();
-    } else if (field == &fpReminderDays) {
-        if (fpReminderDays.Value() > fpMaxPasswordAge.Value())
-            fpMaxPasswordAge.SetValue(fpReminderDays.Value());
-    } else if (field == &fpMinPasswordAge) {
-        const qint64 days = DividedUp(fpMinPasswordAge.Minutes(), MinutesPerDay);
-        if (fpMaxPasswordAge.Value() > 0 && days > fpMaxPasswordAge.Value())
-            fpMaxPasswordAge.SetValue(int(std::min<qint64>(days, MostDays)));
-    } else if (field == &fpMaxPasswordAge && fpMaxPasswordAge.Value() > 0) {
-        const int days = fpMaxPasswordAge.Value();
-        if (fpReminderDays.Value() > days)
-            fpReminderDays.SetValue(days);
-        if (fpMinPasswordAge.Minutes() > days * MinutesPerDay)
-            fpMinPasswordAge.SetAmount(days * MinutesPerDay / MinutesIn(fpMinPasswordAge.Unit()));
-    }
 }
 
 void SecurityOptionsForm::LeaveLength(bool maximum) {

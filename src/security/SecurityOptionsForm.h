@@ -188,13 +188,7 @@ public:
                                 {tr("Workstation IP")}}};
 
 private:
-    QList<FlagField*> GroupBoxes();
-    void FollowChange(const Field* field);
-    void FollowLeft(const Field* field);
     void LeaveLength(bool maximum);
-    void RefreshUsable();
-
-    bool m_loading = false;
 };
 
 } // namespace sysadmin

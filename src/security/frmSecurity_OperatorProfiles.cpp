@@ -3,6 +3,7 @@
 #include "core/Application.h"
 #include "core/Prompter.h"
 #include "framework/Utility.h"
+#include "framework/forms/Rules.h"
 #include "security/CompareDialog.h"
 #include "security/LastSecurityHolder.h"
 #include "security/frmSecurity_OperatorLockoutStatus.h"
@@ -36,6 +37,14 @@ GridRow RowOf(const QString& id, const QString& last, const QString& first, cons
 }
 
 } // namespace
+
+OperatorForm::OperatorForm() {
+    When([this] { return chkNeverExpire.IsOn() && !IsExpired(); }).Set(chkExpireNow, "N");
+    // An expiry ends with a new password and in no other way.
+    When([this] {
+        return chkNeverExpire.IsOn() || (IsExpired() && !HasNewPassword());
+    }).Disable(chkExpireNow);
+}
 
 frmSecurity_OperatorProfiles::frmSecurity_OperatorProfiles(Application& application, QWidget* parent)
     : MaintenanceScreen(application, "frmSecurity_OperatorProfiles", tr("Operator Profile"), Area::Security,
@@ -74,7 +83,7 @@ frmSecurity_OperatorProfiles::frmSecurity_OperatorProfiles(Application& applicat
               put("MdOpr", [this](const SaveContext&) { return App().OperatorId(); }),
               put("Srt", [this](const SaveContext&) { return m_sort; }),
               [this](RequestChannel& channel, const SaveContext&) {
-                  if (HasNewPassword())
+                  if (m_form.HasNewPassword())
                       channel.PutField("PW", App().comm.EncodePassword(m_form.txtPassword.Draft().trimmed()));
               },
               PutValue(m_form.chkSkipValidation), PutValue(m_form.chkNeverExpire),
@@ -97,11 +106,6 @@ frmSecurity_OperatorProfiles::frmSecurity_OperatorProfiles(Application& applicat
     header->setSortIndicatorShown(true);
     header->setToolTip(tr("Name: sorts by last name, clicked again by first name.  ID: sorts by ID."));
     connect(header, &QHeaderView::sectionClicked, this, &frmSecurity_OperatorProfiles::SortBy);
-    connect(&m_form, &Form::Changed, this, [this](Field* field) {
-        if (field == &m_form.chkNeverExpire && m_form.chkNeverExpire.IsOn() &&
-            m_form.chkExpireNow.Stored() != u"Y")
-            m_form.chkExpireNow.SetOn(false);
-    });
     ShowSortOrder();
 }
 
@@ -175,9 +179,7 @@ void frmSecurity_OperatorProfiles::ReadRecord(Table& table) {
 }
 
 void frmSecurity_OperatorProfiles::ShowStatus() {
-    m_form.txtStatus.SetStored(m_locked                               ? tr("Locked")
-                               : m_form.chkExpireNow.Stored() == u"Y" ? tr("Expired")
-                                                                      : tr("Active"));
+    m_form.txtStatus.SetStored(m_locked ? tr("Locked") : m_form.IsExpired() ? tr("Expired") : tr("Active"));
     RefreshOwnControls();
 }
 
@@ -189,7 +191,7 @@ void frmSecurity_OperatorProfiles::RefreshOwnControls() {
                              Current().grid->Model().Rows().size() > 1);
     const bool isNew = state == State::EditingNew;
     const bool isEditing = state == State::Editing;
-    const bool isExpired = m_form.chkExpireNow.Stored() == u"Y";
+    const bool isExpired = m_form.IsExpired();
     m_fraAccount->setVisible(!isNew);
     m_cmdChangePassword->setVisible(!isNew);
     m_chkShowPassword->setVisible(isNew);
@@ -201,8 +203,6 @@ void frmSecurity_OperatorProfiles::RefreshOwnControls() {
 
     m_form.txtOperatorID.SetUsable(state != State::Editing);
     m_form.txtPassword.SetUsable(isNew);
-    // An expiry ends with a new password and in no other way.
-    m_form.chkExpireNow.SetUsable(!m_form.chkNeverExpire.IsOn() && (!isExpired || HasNewPassword()));
 }
 
 bool frmSecurity_OperatorProfiles::SendGet(const QString& operation) {
@@ -220,7 +220,7 @@ void frmSecurity_OperatorProfiles::ChangePassword() {
         return;
     m_form.txtPassword.SetDraft(dialog.NewPassword());
     m_form.chkSkipValidation.SetOn(dialog.SkipsValidation());
-    if (m_form.chkExpireNow.Stored() == u"Y")
+    if (m_form.IsExpired())
         m_form.chkExpireNow.SetOn(false);
 }
 
@@ -255,8 +255,8 @@ void frmSecurity_OperatorProfiles::ShowLockout() {
 bool frmSecurity_OperatorProfiles::CheckBeforeSave(Table& table) {
     if (!MaintenanceScreen::CheckBeforeSave(table))
         return false;
-    m_liftsExpiry = !Saving().isNew && HasNewPassword() && m_form.chkExpireNow.Stored() == u"Y" &&
-                    !m_form.chkExpireNow.IsOn();
+    m_liftsExpiry =
+        !Saving().isNew && m_form.HasNewPassword() && m_form.IsExpired() && !m_form.chkExpireNow.IsOn();
     // The password of an operator who was there before has gone through the change-password dialog.
     if (!Saving().isNew || m_form.chkSkipValidation.IsOn() ||
         CheckPassword(App(), this, table.spec.subject, m_form.txtPassword.Draft().trimmed(), Owner()))

@@ -11,6 +11,11 @@ class QCheckBox;
 namespace sysadmin {
 
 struct OperatorForm : Form {
+    OperatorForm();
+    /// Whether the password was expired when the record was read.
+    bool IsExpired() const { return chkExpireNow.Stored() == u"Y"; }
+    bool HasNewPassword() const { return !txtPassword.IsBlank(); }
+
     TextField txtOperatorID{*this,
                             {.name = "txtOperatorID",
                              .tag = "OI",
@@ -92,7 +97,6 @@ private:
     void ShowLockout();
     void Compare();
     wire::PasswordOwner Owner() const;
-    bool HasNewPassword() const { return !m_form.txtPassword.IsBlank(); }
 
     OperatorForm m_form;
     QString m_sort = "L";

@@ -1,13 +1,10 @@
 #include "system/AddressPage.h"
 
 #include "core/Application.h"
-#include "core/Prompter.h"
 #include "framework/FormView.h"
 #include "framework/ListGrid.h"
-#include "system/frmSystem_PhoneNumbers.h"
 
 #include <QHBoxLayout>
-#include <QPushButton>
 
 namespace sysadmin {
 
@@ -24,50 +21,18 @@ AddressPage::AddressPage(Application& application, bool readOnly, QWidget* paren
         Frame("fraAddressType", tr("Address Type"),
               {Row({m_form.chkShipToAddress, m_form.chkBillToAddress, m_form.chkStreetAddress}),
                Row({m_form.chkCampusAddress, m_form.chkCircDeskAddress, m_form.chkOtherAddress})});
-    const Layout phones =
-        Frame("fraPhoneNumbers", tr("Phone Numbers"), {m_form.vsfPhone, Slot("phoneButtons")});
-    m_view = new FormView(m_form, Row({Column(m_form.PostalLayout()), Column({types, phones})}), this,
-                          [this](const QString&) { return MakePhoneButtons(); });
-    m_grid = findChild<ListGrid*>("vsfPhone");
-    m_grid->SetPrompter(application.prompter);
+    const Layout phones = Frame("fraPhoneNumbers", tr("Phone Numbers"), {m_form.vsfPhone});
+    RowsSpec& behaviour = m_form.vsfPhone.Behaviour();
+    behaviour.belongs = [this](const GridRow& phone) { return phone.cells.value(3) == m_id; };
+    behaviour.puts.append(PutFixed("PhAID", [this] { return m_id; }));
+    behaviour.shown.insert(0, [this](const GridRow& phone) { return TypeName(phone.cells.value(0)); });
+    behaviour.ask = AskPhone(application.pickLists);
+    m_view = new FormView(m_form, Row({Column(m_form.PostalLayout()), Column({types, phones})}), this);
+    findChild<ListGrid*>("vsfPhone")->SetPrompter(application.prompter);
     auto* whole = new QHBoxLayout(this);
     whole->addWidget(m_view);
-
-    connect(&m_form, &Form::Changed, this, [this] {
-        RefreshButtons();
-        emit Changed();
-    });
-    connect(m_grid, &ListGrid::SelectionMoved, this, &AddressPage::RefreshButtons);
-    const auto clickOn = [](QPushButton* button) {
-        return [button] {
-            if (button->isEnabled())
-                button->click();
-        };
-    };
-    connect(m_grid, &ListGrid::RowActivated, this, clickOn(cmdEdit));
-    connect(m_grid, &ListGrid::InsertPressed, this, clickOn(cmdAdd));
-    connect(m_grid, &ListGrid::DeletePressed, this, clickOn(cmdRemove));
+    connect(&m_form, &Form::Changed, this, &AddressPage::Changed);
     Close();
-}
-
-QWidget* AddressPage::MakePhoneButtons() {
-    auto* line = new QWidget;
-    auto* layout = new QHBoxLayout(line);
-    layout->setContentsMargins({});
-    const auto make = [&](const QString& name, const QString& caption) {
-        auto* button = new QPushButton(caption, line);
-        button->setObjectName(name);
-        button->setAutoDefault(false);
-        layout->addWidget(button);
-        return button;
-    };
-    cmdAdd = make("cmdAdd", tr("Add..."));
-    cmdEdit = make("cmdEdit", tr("Edit..."));
-    cmdRemove = make("cmdRemove", tr("Remove"));
-    connect(cmdAdd, &QPushButton::clicked, this, [this] { EditPhone(true); });
-    connect(cmdEdit, &QPushButton::clicked, this, [this] { EditPhone(false); });
-    connect(cmdRemove, &QPushButton::clicked, this, &AddressPage::RemovePhone);
-    return line;
 }
 
 bool AddressPage::IsBlank() const {
@@ -84,27 +49,14 @@ bool AddressPage::IsBlank() const {
 void AddressPage::ReadAddress(RequestChannel& channel) {
     m_id = channel.GetField("AdrID");
     m_isOpen = true;
-    m_phones = m_storedPhones = {};
     m_form.Load(channel);
     m_view->SetReadOnly(m_readOnly);
-    ShowPhones(true);
-}
-
-void AddressPage::ReadPhone(const RequestChannel& channel) {
-    const clsPhone phone{.sPhoneID = channel.GetField("PhID"),
-                         .sAddressID = m_id,
-                         .sType = channel.GetField("PhTp"),
-                         .sNumber = channel.GetField("PhNm")};
-    m_phones.Load(phone);
-    m_storedPhones.Load(phone);
-    ShowPhones(true);
 }
 
 void AddressPage::StartNew() {
     Close();
     m_isOpen = true;
     m_view->SetReadOnly(false);
-    RefreshButtons();
     emit Changed();
     FocusFirst();
 }
@@ -112,20 +64,16 @@ void AddressPage::StartNew() {
 void AddressPage::Close() {
     m_id.clear();
     m_isOpen = false;
-    m_phones = m_storedPhones = {};
     m_form.Clear();
     m_view->SetReadOnly(true);
-    RefreshButtons();
     emit Changed();
 }
 
 void AddressPage::Revert() {
-    if (m_id.isEmpty()) {
+    if (m_id.isEmpty())
         Close();
-        return;
-    }
-    m_phones = m_storedPhones;
-    m_form.Revert();
+    else
+        m_form.Revert();
 }
 
 void AddressPage::EmptyFields() {
@@ -138,65 +86,14 @@ void AddressPage::Put(RequestChannel& channel, Action action) {
     channel.PutField("AdrID", m_id);
     for (const Field* field : m_form.PostalFields() + m_form.TypeFlags())
         field->Put(channel);
-    for (int i = 0; i < m_phones.CountPhoneData(); ++i) {
-        const clsPhone& phone = m_phones.GetPhoneClass(i);
-        const bool removed = action == Action::Removed;
-        channel.PutField("PhNm", phone.sNumber);
-        channel.PutField("PhTp", phone.sType);
-        channel.PutField("PhRq", QString::number(int(removed ? clsPhone::Action::Removed : phone.action)));
-        channel.PutField("PhAID", m_id);
-    }
+    if (action == Action::Removed)
+        m_form.vsfPhone.PutRemoval(channel);
+    else
+        m_form.vsfPhone.Put(channel);
 }
 
 void AddressPage::FocusFirst() {
     m_view->FocusFirst();
-}
-
-void AddressPage::ShowPhones(bool stored) {
-    QList<GridRow> rows;
-    for (int i = 0; i < m_phones.CountPhoneData(); ++i) {
-        const clsPhone& phone = m_phones.GetPhoneClass(i);
-        if (phone.action != clsPhone::Action::Removed)
-            rows.append({QString::number(i),
-                         {TypeName(phone.sType), phone.sNumber, phone.sPhoneID, phone.sAddressID},
-                         {}});
-    }
-    if (stored)
-        m_form.vsfPhone.SetStoredRows(rows);
-    else
-        m_form.vsfPhone.SetRows(rows);
-}
-
-void AddressPage::EditPhone(bool isNew) {
-    const int index = isNew ? -1 : m_grid->SelectedKey().toInt();
-    const clsPhone phone = isNew ? clsPhone() : m_phones.GetPhoneClass(index);
-    frmSystem_PhoneNumbers dialog(m_application.pickLists.Items("cboPhoneType"), phone.sType, phone.sNumber,
-                                  this);
-    if (!m_application.prompter.RunDialog(dialog))
-        return;
-    const int kept = m_phones.UpdataPhoneData(index, dialog.Type(), dialog.Number());
-    ShowPhones(false);
-    m_grid->SelectKey(QString::number(kept));
-}
-
-void AddressPage::RemovePhone() {
-    const bool remove = m_application.prompter.ShowBox(
-        this, {.text = tr("Are you sure you want to delete this phone number?"),
-               .icon = Box::Icon::Question,
-               .buttons = Box::Buttons::YesNo,
-               .title = tr("Delete Phone Number")});
-    if (!remove)
-        return;
-    m_phones.RemovePhoneData(m_grid->SelectedKey().toInt());
-    ShowPhones(false);
-}
-
-void AddressPage::RefreshButtons() {
-    const bool mayEdit = m_isOpen && !m_readOnly;
-    const bool hasRow = m_grid && m_grid->SelectedRow();
-    cmdAdd->setEnabled(mayEdit);
-    cmdEdit->setEnabled(mayEdit && hasRow);
-    cmdRemove->setEnabled(mayEdit && hasRow);
 }
 
 QString AddressPage::TypeName(const QString& id) const {

@@ -2,17 +2,14 @@
 
 #include "framework/forms/ListFields.h"
 #include "system/PostalForm.h"
-#include "system/clsAddressInfo.h"
+#include "system/frmSystem_PhoneNumbers.h"
 
 #include <QWidget>
-
-class QPushButton;
 
 namespace sysadmin {
 
 class Application;
 class FormView;
-class ListGrid;
 
 struct AddressForm : PostalForm {
     AddressForm()
@@ -26,7 +23,16 @@ struct AddressForm : PostalForm {
     FlagField chkOtherAddress{*this, {.name = "chkOtherAddress", .tag = "Other", .caption = tr("Other")}};
     RowsField vsfPhone{*this,
                        {.name = "vsfPhone", .accessible = tr("Phone numbers")},
-                       {{tr("Type"), 130}, {tr("Number")}, {"PhID", 0, true}, {"PhAID", 0, true}}};
+                       PhoneColumns(),
+                       {.marker = "PhAID",
+                        .keyTag = "PhID",
+                        .puts = {PutCell("PhNm", 1), PutCell("PhTp", 0), PutState("PhRq")},
+                        .codes = {.unchanged = "2"},
+                        .add = {"cmdAdd", tr("Add...")},
+                        .modify = {"cmdEdit", tr("Edit...")},
+                        .remove = {"cmdRemove", tr("Remove")},
+                        .removeQuestion = tr("Are you sure you want to delete this phone number?"),
+                        .removeTitle = tr("Delete Phone Number")}};
 
     QList<Field*> TypeFlags();
 };
@@ -51,9 +57,8 @@ public:
     /// Whether anything is filled in.
     bool IsBlank() const;
 
-    /// Takes the address under the channel's cursor; its phones are added one by one.
+    /// Takes the address under the channel's cursor, and its phones from wherever they stand in the reply.
     void ReadAddress(RequestChannel& channel);
-    void ReadPhone(const RequestChannel& channel);
     /// Starts an address that the server does not know yet.
     void StartNew();
     /// Takes the address away.
@@ -71,25 +76,14 @@ signals:
     void Changed();
 
 private:
-    QWidget* MakePhoneButtons();
-    void ShowPhones(bool stored);
-    void EditPhone(bool isNew);
-    void RemovePhone();
-    void RefreshButtons();
     QString TypeName(const QString& id) const;
 
     Application& m_application;
     bool m_readOnly = false;
     AddressForm m_form;
-    clsAddressInfo m_phones;
-    clsAddressInfo m_storedPhones;
     QString m_id;
     bool m_isOpen = false;
     FormView* m_view = nullptr;
-    ListGrid* m_grid = nullptr;
-    QPushButton* cmdAdd = nullptr;
-    QPushButton* cmdEdit = nullptr;
-    QPushButton* cmdRemove = nullptr;
 };
 
 } // namespace sysadmin

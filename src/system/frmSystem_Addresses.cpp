@@ -102,7 +102,6 @@ qint16 frmSystem_Addresses::ReadLocation() {
 
 void frmSystem_Addresses::ReadAddresses(AddressPage* justSaved) {
     RequestChannel& channel = m_application.channel;
-    QList<AddressPage*> filled;
     while (channel.NextRecord("AdrID")) {
         AddressPage* page = PageOf(channel.GetField("AdrID"));
         if (!page && justSaved && justSaved->Id().isEmpty())
@@ -114,12 +113,6 @@ void frmSystem_Addresses::ReadAddresses(AddressPage* justSaved) {
         if (!page || (page != justSaved && page->IsChanged()))
             continue;
         page->ReadAddress(channel);
-        filled.append(page);
-    }
-    while (channel.NextRecord("PhAID")) {
-        AddressPage* page = PageOf(channel.GetField("PhAID"));
-        if (filled.contains(page))
-            page->ReadPhone(channel);
     }
     RefreshControls();
 }
@@ -146,6 +139,7 @@ void frmSystem_Addresses::StartNew() {
 
 void frmSystem_Addresses::Save() {
     AddressPage& page = CurrentPage();
+    page.Fields().LeaveFields();
     if (!page.IsChanged() || page.IsBlank())
         return;
     const AddressPage::Action action =

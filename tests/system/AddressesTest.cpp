@@ -1,6 +1,5 @@
 #include "framework/ListGrid.h"
 #include "support/ScreenTest.h"
-#include "system/clsAddressInfo.h"
 #include "system/frmSystem_Addresses.h"
 #include "system/frmSystem_DefaultAdd.h"
 
@@ -141,10 +140,10 @@ TEST_F(AddressesTest, ANewAddressGoesOutInsideTheLocation) {
 TEST_F(AddressesTest, PhonesAreAddedChangedAndRemoved) {
     OpenWith(Address("7", "Desk") + Phone("7", "1", "100", "30") + Phone("7", "1", "101", "31") +
              Phone("7", "2", "102", "32"));
-    In<ListGrid>("vsfPhone").SelectKey("0");
+    In<ListGrid>("vsfPhone").SelectKey("30");
     ExpectPhone("Fax", "900");
     Press("cmdEdit");
-    In<ListGrid>("vsfPhone").SelectKey("1");
+    In<ListGrid>("vsfPhone").SelectKey("31");
     const QString question = "Are you sure you want to delete this phone number?";
     prompter.ExpectBox(question, false, Box::Icon::Question, "Delete Phone Number");
     Press("cmdRemove");

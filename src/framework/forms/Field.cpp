@@ -1,8 +1,10 @@
 #include "framework/forms/Field.h"
 
+#include "framework/forms/Rules.h"
 #include "framework/forms/ValueFields.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace sysadmin {
 
@@ -20,7 +22,11 @@ QString Field::Problem() const {
 }
 
 bool Field::IsUsable() const {
-    return m_usable && (!m_enabledBy || (m_enabledBy->IsUsable() && m_enabledBy->IsOn()));
+    return m_usable && m_blocks == 0 && (m_chosen || !m_form.m_several);
+}
+
+void Field::EnableBy(const FlagField& flag) {
+    m_form.When([&flag] { return flag.IsUsable() && flag.IsOn(); }).Enable(*this);
 }
 
 void Field::SetUsable(bool usable) {
@@ -30,8 +36,36 @@ void Field::SetUsable(bool usable) {
     NotifyChange();
 }
 
+void Field::Block(bool block) {
+    const bool wasUsable = IsUsable();
+    m_blocks += block ? 1 : -1;
+    if (wasUsable != IsUsable())
+        NotifyChange();
+}
+
+void Field::SetChosen(bool chosen) {
+    if (m_chosen == chosen)
+        return;
+    m_chosen = chosen;
+    NotifyChange();
+}
+
+void Field::SetCaption(const QString& caption) {
+    if (Caption() == caption)
+        return;
+    m_caption = caption;
+    NotifyChange();
+}
+
+void Field::SetUnit(const QString& unit) {
+    if (Unit() == unit)
+        return;
+    m_unit = unit;
+    NotifyChange();
+}
+
 QString Field::PlainCaption() const {
-    QString plain = m_spec.caption.trimmed().isEmpty() ? m_spec.accessible : m_spec.caption;
+    QString plain = Caption().trimmed().isEmpty() ? m_spec.accessible : Caption();
     plain.remove('&');
     while (plain.endsWith(':') || plain.endsWith(' '))
         plain.chop(1);
@@ -40,10 +74,95 @@ QString Field::PlainCaption() const {
 
 void Field::NotifyChange() {
     emit m_form.Changed(this);
+    m_form.FollowRules(false);
 }
 
-void Field::NotifyLeft() {
-    emit m_form.Left(this);
+void Field::NotifyEdit() {
+    // What a rule wrote needs no correction when it is left: it is as the rule wants it.
+    m_typed = m_typed || !m_form.m_following;
+    emit m_form.Changed(this);
+    m_form.FollowRules(true);
+    emit m_form.Edited(this);
+}
+
+void Field::Leave() {
+    if (!m_typed)
+        return;
+    m_typed = false;
+    Tidy();
+    m_typed = false;
+    const bool wasFollowing = std::exchange(m_form.m_following, true);
+    for (const auto& [field, correct] : m_form.m_corrections)
+        if (field == this)
+            correct();
+    m_form.m_following = wasFollowing;
+    m_form.FollowRules(true);
+}
+
+Form::Form() = default;
+Form::~Form() = default;
+
+Form::Loading::~Loading() {
+    if (--m_form.m_loading == 0)
+        m_form.FollowRules(false);
+}
+
+Rule& Form::When(std::function<bool()> condition) {
+    return *m_rules.emplace_back(std::make_unique<Rule>(*this, std::move(condition)));
+}
+
+void Form::WhenLeft(const Field& field, std::function<void()> correct) {
+    m_corrections.append({&field, std::move(correct)});
+}
+
+void Form::LeaveFields() {
+    for (Field* field : m_fields)
+        field->Leave();
+}
+
+// A rule may move what another one looks at: they act until nothing moves any more, but not without end.
+void Form::FollowRules(bool edited) {
+    if (m_loading > 0)
+        return;
+    m_again = true;
+    if (m_following)
+        return;
+    m_following = true;
+    for (size_t round = 0; m_again && round <= m_rules.size(); ++round) {
+        m_again = false;
+        for (const std::unique_ptr<Rule>& rule : m_rules)
+            rule->Follow(edited);
+    }
+    m_following = false;
+}
+
+void Form::SetSeveral(bool several) {
+    const Loading loading(*this);
+    m_several = several;
+    for (Field* field : m_fields) {
+        field->m_chosen = false;
+        emit Changed(field);
+    }
+}
+
+QList<Field*> Form::Chosen() const {
+    QList<Field*> chosen;
+    std::copy_if(m_fields.begin(), m_fields.end(), std::back_inserter(chosen),
+                 [](const Field* field) { return field->IsChosen(); });
+    return chosen;
+}
+
+QList<std::any> Form::TakeDrafts() const {
+    QList<std::any> drafts;
+    for (const Field* field : m_fields)
+        drafts.append(field->TakeDraft());
+    return drafts;
+}
+
+void Form::GiveDrafts(const QList<std::any>& drafts) {
+    const Loading loading(*this);
+    for (qsizetype i = 0; i < m_fields.size(); ++i)
+        m_fields[i]->GiveDraft(drafts.value(i));
 }
 
 Field* Form::Find(const QString& name) const {
@@ -70,11 +189,13 @@ Field* Form::FindByColumn(const QString& tag) const {
 }
 
 void Form::Load(RequestChannel& channel) {
+    const Loading loading(*this);
     for (Field* field : m_fields)
         field->Load(channel);
 }
 
 void Form::Clear() {
+    const Loading loading(*this);
     for (Field* field : m_fields)
         field->Clear();
 }
@@ -85,16 +206,19 @@ void Form::Tidy() {
 }
 
 void Form::Accept() {
+    const Loading loading(*this);
     for (Field* field : m_fields)
         field->Accept();
 }
 
 void Form::Revert() {
+    const Loading loading(*this);
     for (Field* field : m_fields)
         field->Revert();
 }
 
 void Form::BecomeNew() {
+    const Loading loading(*this);
     for (Field* field : m_fields)
         field->BecomeNew();
 }
@@ -118,6 +242,14 @@ std::optional<Form::Finding> Form::FirstProblem() const {
             return Finding{field, problem};
     }
     return {};
+}
+
+QList<Form::Finding> Form::Problems() const {
+    QList<Finding> problems;
+    for (Field* field : m_fields)
+        if (const QString problem = field->IsUsable() ? field->Problem() : QString(); !problem.isEmpty())
+            problems.append({field, problem});
+    return problems;
 }
 
 } // namespace sysadmin

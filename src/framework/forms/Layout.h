@@ -2,6 +2,8 @@
 
 #include "framework/forms/Field.h"
 
+#include <functional>
+
 namespace sysadmin {
 
 /// Where the fields of a form stand: a short description that the form view draws.
@@ -16,6 +18,8 @@ struct Layout {
         Page,   ///< one tab: a column
         Note,   ///< explaining text
         Slot,   ///< a widget that the screen makes itself, by name
+        Block,  ///< rows of fields under common headings; its children are the rows, each with its heading
+        Button, ///< a button of its own among the fields
     };
 
     Layout(Field& one)
@@ -36,7 +40,10 @@ struct Layout {
     QString text; ///< a frame's or page's caption, a note's text
     Field* field = nullptr;
     QList<Layout> children;
-    int most = 0; ///< of a flow: so many frames side by side at the most
+    int most = 0;                     ///< of a flow: so many frames side by side at the most
+    QStringList headings{};           ///< of a block's columns
+    std::function<void()> press{};    ///< of a button
+    std::function<bool()> mayPress{}; ///< of a button; none: whenever the fields can be edited
 };
 
 inline Layout Column(const QList<Layout>& children) {
@@ -58,6 +65,34 @@ inline Layout Tabs(const QString& name, const QList<Layout>& pages) {
 }
 inline Layout Page(const QString& caption, const QList<Layout>& children) {
     return {Layout::Kind::Page, {}, caption, children};
+}
+/// The same for a page that rules of the form refer to.
+inline Layout Page(const QString& name, const QString& caption, const QList<Layout>& children) {
+    return {Layout::Kind::Page, name, caption, children};
+}
+/// A row of a block: its heading and a field per column.
+inline Layout BlockRow(const QString& heading, const QList<Layout>& fields) {
+    return {Layout::Kind::Row, {}, heading, fields};
+}
+/// Fields without captions of their own under common headings: a week of opening hours. A screen reader says
+/// both headings of a field.
+inline Layout Block(const QStringList& headings, const QList<Layout>& rows) {
+    Layout block{Layout::Kind::Block, {}, {}, rows};
+    block.headings = headings;
+    return block;
+}
+/// A field that stands elsewhere, too: both controls show and edit its value. `name` is this control's.
+inline Layout Again(Field& field, const QString& name) {
+    Layout again(field);
+    again.name = name;
+    return again;
+}
+inline Layout Button(const QString& name, const QString& caption, std::function<void()> press,
+                     std::function<bool()> mayPress = {}) {
+    Layout button{Layout::Kind::Button, name, caption, {}};
+    button.press = std::move(press);
+    button.mayPress = std::move(mayPress);
+    return button;
 }
 inline Layout Note(const QString& text) {
     return {Layout::Kind::Note, {}, text, {}};

@@ -2,41 +2,9 @@
 
 #include "core/data/RequestChannel.h"
 
-#include <algorithm>
+#include <QSet>
 
 namespace sysadmin {
-
-void RowsField::SetStoredRows(const QList<GridRow>& rows) {
-    m_stored = rows;
-    m_draft = rows;
-    NotifyChange();
-}
-
-void RowsField::SetRows(const QList<GridRow>& rows) {
-    m_draft = rows;
-    NotifyChange();
-}
-
-void RowsField::PutRow(const GridRow& row) {
-    const auto place = std::find_if(m_draft.begin(), m_draft.end(),
-                                    [&](const GridRow& other) { return other.key == row.key; });
-    if (place == m_draft.end())
-        m_draft.append(row);
-    else
-        *place = row;
-    NotifyChange();
-}
-
-void RowsField::RemoveRow(const QString& key) {
-    if (m_draft.removeIf([&](const GridRow& row) { return row.key == key; }) > 0)
-        NotifyChange();
-}
-
-const GridRow* RowsField::FindRow(const QString& key) const {
-    const auto place =
-        std::find_if(m_draft.begin(), m_draft.end(), [&](const GridRow& row) { return row.key == key; });
-    return place == m_draft.end() ? nullptr : &*place;
-}
 
 void CheckedField::SetStoredItems(const QList<CheckedItem>& items) {
     m_stored = items;
@@ -51,11 +19,16 @@ void CheckedField::SetChecked(qsizetype index, bool checked) {
         for (CheckedItem& item : m_draft)
             item.checked = false;
     m_draft[index].checked = checked;
-    NotifyChange();
+    NotifyEdit();
 }
 
 void CheckedField::Revert() {
     m_draft = m_stored;
+    NotifyChange();
+}
+
+void CheckedField::GiveDraft(const std::any& draft) {
+    m_draft = std::any_cast<QList<CheckedItem>>(draft);
     NotifyChange();
 }
 
@@ -72,6 +45,22 @@ void PickedField::LoadPairs(RequestChannel& channel, const QString& availableId,
 
 void PickedField::Move(const std::function<void(PickedLists&)>& move) {
     move(m_lists);
+    NotifyEdit();
+}
+
+QString PickedField::Veto(const QStringList& keys, bool toSelected) const {
+    if (!m_picked.veto)
+        return {};
+    const QSet<QString> wanted(keys.begin(), keys.end());
+    QList<GridRow> rows;
+    for (const GridRow& row : toSelected ? m_lists.Available() : m_lists.Selected())
+        if (wanted.contains(row.key))
+            rows.append(row);
+    return m_picked.veto(rows, toSelected);
+}
+
+void PickedField::GiveDraft(const std::any& draft) {
+    m_lists = std::any_cast<PickedLists>(draft);
     NotifyChange();
 }
 

@@ -1,42 +1,12 @@
 #pragma once
 
 #include "framework/forms/Field.h"
-#include "framework/forms/GridRow.h"
 #include "framework/forms/PickedLists.h"
+#include "framework/forms/RowsField.h"
 
 #include <functional>
 
 namespace sysadmin {
-
-/// A grid of attached things inside a record (phones, domain names, limits). Reading and putting the rows is
-/// the screen's own matter: their tags and order differ from request to request.
-class RowsField : public Field {
-public:
-    RowsField(Form& form, const FieldSpec& spec, const QList<GridColumn>& columns)
-        : Field(form, Kind::Rows, spec)
-        , m_columns(columns) {}
-    const QList<GridColumn>& Columns() const { return m_columns; }
-    const QList<GridRow>& Rows() const { return m_draft; }
-    void SetStoredRows(const QList<GridRow>& rows);
-    void SetRows(const QList<GridRow>& rows);
-    /// Adds the row or replaces the one with its key.
-    void PutRow(const GridRow& row);
-    void RemoveRow(const QString& key);
-    const GridRow* FindRow(const QString& key) const;
-
-    void Load(RequestChannel&) override {}
-    void Put(RequestChannel&) const override {}
-    void Clear() override { SetStoredRows({}); }
-    bool IsChanged() const override { return m_draft != m_stored; }
-    bool IsBlank() const override { return m_draft.isEmpty(); }
-    void Accept() override { m_stored = m_draft; }
-    void Revert() override { SetRows(m_stored); }
-
-private:
-    QList<GridColumn> m_columns;
-    QList<GridRow> m_stored;
-    QList<GridRow> m_draft;
-};
 
 /// An entry of a list whose entries can be checked.
 struct CheckedItem {
@@ -65,6 +35,8 @@ public:
     bool IsBlank() const override { return m_draft.isEmpty(); }
     void Accept() override { m_stored = m_draft; }
     void Revert() override;
+    std::any TakeDraft() const override { return m_draft; }
+    void GiveDraft(const std::any& draft) override;
 
 private:
     bool m_single;
@@ -84,12 +56,29 @@ struct PickedNames {
     QString discardAll = "cmdDiscardAll";
 };
 
+/// How a pair of lists behaves beyond moving rows.
+struct PickedSpec {
+    QList<GridColumn> more{};     ///< columns behind the name, by cell
+    bool ranked = false;          ///< the order of the selected rows means something and can be changed
+    QHash<int, CellEdit> edits{}; ///< columns of the selected rows that are edited in place
+    /// Says why the rows may not move there; empty lets them go.
+    std::function<QString(const QList<GridRow>& rows, bool toSelected)> veto{};
+    /// The selected row's settings, drawn beside the lists: a form whose fields carry the tags of `more`.
+    Form* settings = nullptr;
+    RowButton modify{}; ///< opens `ask` for the selected row
+    RowAsker ask{};
+};
+
 /// Two lists, available and selected, between which rows are moved. The screen reads and puts them.
 class PickedField : public Field {
 public:
-    PickedField(Form& form, const FieldSpec& spec, const PickedNames& names)
+    PickedField(Form& form, const FieldSpec& spec, const PickedNames& names, const PickedSpec& picked = {})
         : Field(form, Kind::Picked, spec)
-        , m_names(names) {}
+        , m_names(names)
+        , m_picked(picked)
+        , m_lists(picked.ranked) {}
+    const PickedSpec& Behaviour() const { return m_picked; }
+    PickedSpec& Behaviour() { return m_picked; }
     const PickedNames& Names() const { return m_names; }
     const PickedLists& Lists() const { return m_lists; }
     /// Replaces both lists with what the server has.
@@ -97,6 +86,8 @@ public:
     /// Reads both lists of the current reply: records of an id tag with a name tag each.
     void LoadPairs(RequestChannel& channel, const QString& availableId, const QString& availableName,
                    const QString& selectedId, const QString& selectedName);
+    /// Why the rows may not move; empty when they may.
+    QString Veto(const QStringList& keys, bool toSelected) const;
     /// Changes the lists and tells the form.
     void Move(const std::function<void(PickedLists&)>& move);
 
@@ -108,9 +99,12 @@ public:
     void Accept() override { m_lists.Accept(); }
     void Revert() override;
     void BecomeNew() override;
+    std::any TakeDraft() const override { return m_lists; }
+    void GiveDraft(const std::any& draft) override;
 
 private:
     PickedNames m_names;
+    PickedSpec m_picked;
     PickedLists m_lists;
 };
 

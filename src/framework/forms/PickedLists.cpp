@@ -1,6 +1,7 @@
 #include "framework/forms/PickedLists.h"
 
 #include <QHash>
+#include <QSet>
 
 #include <algorithm>
 
@@ -80,8 +81,49 @@ QList<GridRow> PickedLists::Removed() const {
     return RowsInState(m_available, LoadedSelected);
 }
 
+QList<GridRow> PickedLists::Altered() const {
+    QHash<QString, qsizetype> loaded;
+    for (qsizetype i = 0; i < m_loadedSelected.size(); ++i)
+        loaded.insert(m_loadedSelected[i].key, i);
+    QList<GridRow> altered;
+    for (qsizetype i = 0; i < m_selected.size(); ++i) {
+        const auto place = loaded.constFind(m_selected[i].key);
+        if (place != loaded.constEnd() &&
+            (m_loadedSelected[*place] != m_selected[i] || (m_ranked && *place != i)))
+            altered.append(m_selected[i]);
+    }
+    return altered;
+}
+
 bool PickedLists::Changed() const {
-    return HasState(m_selected, LoadedAvailable) || HasState(m_available, LoadedSelected);
+    return HasState(m_selected, LoadedAvailable) || HasState(m_available, LoadedSelected) ||
+           !Altered().isEmpty();
+}
+
+void PickedLists::SetCells(const QStringList& keys, int column, const QString& value) {
+    const QSet<QString> wanted(keys.begin(), keys.end());
+    for (GridRow& row : m_selected) {
+        if (!wanted.contains(row.key))
+            continue;
+        while (row.cells.size() <= column)
+            row.cells.append(QString());
+        row.cells[column] = value;
+    }
+}
+
+void PickedLists::MoveSelected(const QString& key, qsizetype place) {
+    for (qsizetype i = 0; i < m_selected.size(); ++i)
+        if (m_selected[i].key == key) {
+            m_selected.move(i, std::clamp(place, qsizetype(0), m_selected.size() - 1));
+            return;
+        }
+}
+
+void PickedLists::Arrange(const QStringList& keys, bool selected) {
+    QList<GridRow> rest = selected ? m_selected : m_available;
+    QList<GridRow> arranged;
+    MoveRows(rest, arranged, keys);
+    (selected ? m_selected : m_available) = arranged + rest;
 }
 
 void PickedLists::Accept() {

@@ -12,6 +12,10 @@ public:
     static constexpr QChar LoadedAvailable = u'A';
     static constexpr QChar LoadedSelected = u'S';
 
+    /// `ranked`: the order of the selected rows counts as a change.
+    explicit PickedLists(bool ranked = false)
+        : m_ranked(ranked) {}
+
     /// Takes what the server has; the rows' own states are replaced.
     void Load(const QList<GridRow>& available, const QList<GridRow>& selected);
     const QList<GridRow>& Available() const { return m_available; }
@@ -29,7 +33,17 @@ public:
     QList<GridRow> Added() const;
     /// The available rows that were loaded as selected, in list order.
     QList<GridRow> Removed() const;
+    /// The selected rows that were loaded as selected and differ from that, in a cell or, of ranked rows, in
+    /// their place; in list order.
+    QList<GridRow> Altered() const;
     bool Changed() const;
+
+    /// Sets a cell of the selected rows with these keys.
+    void SetCells(const QStringList& keys, int column, const QString& value);
+    /// Brings a selected row to another place, counted from 0.
+    void MoveSelected(const QString& key, qsizetype place);
+    /// Brings the selected rows, or the available ones, into the order of the keys; others stay behind them.
+    void Arrange(const QStringList& keys, bool selected);
 
     /// The lists were saved: each row belongs where it is now.
     void Accept();
@@ -37,6 +51,7 @@ public:
     void Revert();
 
 private:
+    bool m_ranked = false;
     QList<GridRow> m_available;
     QList<GridRow> m_selected;
     QList<GridRow> m_loadedAvailable;

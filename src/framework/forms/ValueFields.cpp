@@ -3,6 +3,7 @@
 #include "core/data/RequestChannel.h"
 
 #include <QLocale>
+#include <QRegularExpression>
 
 namespace sysadmin {
 
@@ -10,6 +11,16 @@ void ValueField::SetDraft(const QString& value) {
     if (m_draft == value)
         return;
     m_draft = value;
+    NotifyEdit();
+}
+
+void ValueField::Revert() {
+    m_draft = m_stored;
+    NotifyChange();
+}
+
+void ValueField::GiveDraft(const std::any& draft) {
+    m_draft = std::any_cast<QString>(draft);
     NotifyChange();
 }
 
@@ -90,6 +101,10 @@ QString MoneyField::Normalised(const QString& typed) const {
     return isAmount ? QString::number(amount, 'f', m_decimals) : plain;
 }
 
+void MoneyField::Tidy() {
+    SetDraft(Normalised(Draft()));
+}
+
 QString MoneyField::FromWire(const QString& value) const {
     return value.trimmed().isEmpty() ? QString() : QString(value).remove(',').trimmed();
 }
@@ -123,10 +138,38 @@ QString DateField::Problem() const {
     return Date().isValid() ? QString() : Form::tr("\"%1\" must be a date.").arg(PlainCaption());
 }
 
+void TimeField::TypeIn(const QString& text) {
+    const QString typed = text.simplified();
+    for (const QString& word : m_words)
+        if (word.compare(typed, Qt::CaseInsensitive) == 0) {
+            SetDraft(word);
+            return;
+        }
+    static const QRegularExpression pattern("^(\\d{1,2})(?:[:.]?(\\d{2}))?\\s*(?:([ap])\\.?m?\\.?)?$",
+                                            QRegularExpression::CaseInsensitiveOption);
+    const QRegularExpressionMatch match = pattern.match(typed);
+    int hour = match.captured(1).toInt();
+    const QString half = match.captured(3).toLower();
+    const bool fits = match.hasMatch() && (half.isEmpty() || (hour >= 1 && hour <= 12));
+    if (!half.isEmpty())
+        hour = hour % 12 + (half == u"p" ? 12 : 0);
+    const QTime time(hour, match.captured(2).toInt());
+    if (fits && time.isValid())
+        SetTime(time);
+    else
+        SetDraft(typed);
+}
+
+QString TimeField::DisplayText() const {
+    return Time().isValid() ? QLocale().toString(Time(), QLocale::ShortFormat) : Draft();
+}
+
 QString TimeField::Problem() const {
     if (const QString problem = Field::Problem(); !problem.isEmpty() || IsBlank())
         return problem;
-    return Time().isValid() ? QString() : Form::tr("\"%1\" must be a time of day.").arg(PlainCaption());
+    return Time().isValid() || m_words.contains(Draft())
+               ? QString()
+               : Form::tr("\"%1\" must be a time of day.").arg(PlainCaption());
 }
 
 QString IntervalField::Number() const {

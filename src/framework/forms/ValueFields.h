@@ -28,7 +28,9 @@ public:
     bool IsChanged() const override { return m_draft != m_stored; }
     bool IsBlank() const override { return m_draft.trimmed().isEmpty(); }
     void Accept() override { m_stored = m_draft; }
-    void Revert() override { SetDraft(m_stored); }
+    void Revert() override;
+    std::any TakeDraft() const override { return m_draft; }
+    void GiveDraft(const std::any& draft) override;
     QString Problem() const override;
 
 protected:
@@ -143,6 +145,7 @@ public:
     QString Problem() const override;
 
 protected:
+    void Tidy() override;
     QString FromWire(const QString& value) const override;
     QString ToWire() const override;
 
@@ -174,18 +177,26 @@ private:
     QString m_suffix;
 };
 
-/// A time of day, kept in the text form that travels.
+/// A time of day, kept in the text form that travels. It may be missing, and it may be one of a few words
+/// ("Closed") that stand where a time would.
 class TimeField : public ValueField {
 public:
-    TimeField(Form& form, const FieldSpec& spec, const QString& format = "HH:mm")
+    TimeField(Form& form, const FieldSpec& spec, const QString& format = "HH:mm",
+              const QStringList& words = {})
         : ValueField(form, Kind::Time, spec)
-        , m_format(format) {}
+        , m_format(format)
+        , m_words(words) {}
     QTime Time() const { return QTime::fromString(Draft(), m_format); }
     void SetTime(QTime time) { SetDraft(time.isValid() ? time.toString(m_format) : QString()); }
+    /// One of the words, or a time as people write it ("8:30 pm", "2030", "8"); anything else stays as it was
+    /// typed and is a problem.
+    void TypeIn(const QString& text);
+    QString DisplayText() const override;
     QString Problem() const override;
 
 private:
     QString m_format;
+    QStringList m_words;
 };
 
 /// A number with a unit that travels as one text: the unit's letter before the number or behind it.

@@ -1,6 +1,5 @@
-#include "system/MemberDialogs.h"
+#include "system/IpAddressDialog.h"
 
-#include "core/Application.h"
 #include "core/Prompter.h"
 #include "framework/Captions.h"
 #include "system/IpAddressBoxes.h"
@@ -9,7 +8,6 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
@@ -17,8 +15,6 @@
 namespace sysadmin {
 
 namespace {
-
-constexpr int LongestDomainName = 253;
 
 QDialogButtonBox* MakeButtons(QDialog& dialog, const QString& ok, const QString& cancel) {
     auto* buttons = new QDialogButtonBox(&dialog);
@@ -33,10 +29,10 @@ QDialogButtonBox* MakeButtons(QDialog& dialog, const QString& ok, const QString&
 
 } // namespace
 
-IpAddressDialog::IpAddressDialog(Application& application, const IpDialogNames& names,
-                                 const EntryCheck& check, QWidget* parent)
+IpAddressDialog::IpAddressDialog(Prompter& prompter, const IpDialogNames& names, const EntryCheck& check,
+                                 QWidget* parent)
     : QDialog(parent)
-    , m_application(application)
+    , m_prompter(prompter)
     , m_check(check) {
     setObjectName(names.form);
     setWindowTitle(names.title);
@@ -90,7 +86,7 @@ void IpAddressDialog::accept() {
     for (IpAddressBoxes* boxes : m_boxes) {
         const std::optional<QString> address = boxes->Address();
         if (!address) {
-            m_application.prompter.ShowBox(
+            m_prompter.ShowBox(
                 this, {.text = boxes->Family() == IpFamily::V4
                                    ? tr("IP Address must be a numeric value between 0 - 255.")
                                    : tr("IP Address must be an hexadecimal value between 0 - FFFF.")});
@@ -100,48 +96,11 @@ void IpAddressDialog::accept() {
         addresses.append(*address);
     }
     if (const QString refusal = m_check(addresses); !refusal.isEmpty()) {
-        m_application.prompter.ShowBox(this, {.text = refusal});
+        m_prompter.ShowBox(this, {.text = refusal});
         m_boxes.first()->FocusProblem();
         return;
     }
     m_addresses = addresses;
-    QDialog::accept();
-}
-
-DomainNameDialog::DomainNameDialog(Application& application, const QString& name, const EntryCheck& check,
-                                   QWidget* parent)
-    : QDialog(parent)
-    , m_application(application)
-    , m_check(check) {
-    setObjectName("frmDomainName");
-    setWindowTitle(tr("Domain Name"));
-    txtDomainName = new QLineEdit(name, this);
-    txtDomainName->setObjectName("txtDomainName");
-    txtDomainName->setMaxLength(LongestDomainName);
-    txtDomainName->setMinimumWidth(fontMetrics().averageCharWidth() * 45);
-    auto* label = new QLabel(tr("Name:"), this);
-    label->setBuddy(txtDomainName);
-    auto* line = new QHBoxLayout;
-    line->addWidget(label);
-    line->addWidget(txtDomainName, 1);
-    auto* whole = new QVBoxLayout(this);
-    whole->addLayout(line);
-    whole->addStretch(1);
-    whole->addWidget(MakeButtons(*this, "cmdOK_Domain", "cmdCancel_Domain"));
-    AssignMnemonics(*this);
-    txtDomainName->setFocus();
-}
-
-QString DomainNameDialog::Name() const {
-    return txtDomainName->text().trimmed();
-}
-
-void DomainNameDialog::accept() {
-    if (const QString refusal = m_check({Name()}); !refusal.isEmpty()) {
-        m_application.prompter.ShowBox(this, {.text = refusal});
-        txtDomainName->setFocus();
-        return;
-    }
     QDialog::accept();
 }
 

@@ -6,13 +6,12 @@
 
 #include <functional>
 
-class QLineEdit;
 class QRadioButton;
 
 namespace sysadmin {
 
-class Application;
 class IpAddressBoxes;
+class Prompter;
 
 /// Says why an entry is not taken; an empty text takes it.
 using EntryCheck = std::function<QString(const QStringList& entry)>;
@@ -33,8 +32,7 @@ class IpAddressDialog : public QDialog {
     Q_OBJECT
 
 public:
-    IpAddressDialog(Application& application, const IpDialogNames& names, const EntryCheck& check,
-                    QWidget* parent);
+    IpAddressDialog(Prompter& prompter, const IpDialogNames& names, const EntryCheck& check, QWidget* parent);
 
     /// Shows addresses in canonical form, as many as there are captions.
     void SetAddresses(const QStringList& addresses);
@@ -46,28 +44,12 @@ public:
 private:
     void SetFamily(IpFamily family);
 
-    Application& m_application;
+    Prompter& m_prompter;
     EntryCheck m_check;
     QStringList m_addresses;
     QRadioButton* m_ipv4 = nullptr;
     QRadioButton* m_ipv6 = nullptr;
     QList<IpAddressBoxes*> m_boxes;
-};
-
-/// Asks for a domain name. It closes only over a name that the check takes.
-class DomainNameDialog : public QDialog {
-    Q_OBJECT
-
-public:
-    DomainNameDialog(Application& application, const QString& name, const EntryCheck& check, QWidget* parent);
-
-    QString Name() const;
-    void accept() override;
-
-private:
-    Application& m_application;
-    EntryCheck m_check;
-    QLineEdit* txtDomainName = nullptr;
 };
 
 } // namespace sysadmin

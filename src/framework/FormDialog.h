@@ -1,0 +1,69 @@
+#pragma once
+
+#include "framework/FormView.h"
+#include "framework/forms/RowsField.h"
+
+#include <QDialog>
+
+class QPushButton;
+
+namespace sysadmin {
+
+/// What is said once about a dialog that edits a form.
+struct FormDialogSpec {
+    QString name{}; ///< the dialog's name ("frmSystem_PhoneNumbers")
+    QString title{};
+    QString okName = "cmdOK";
+    QString cancelName = "cmdCancel";
+    QString focus{};     ///< the field in which it begins; empty: the first one
+    QString okCaption{}; ///< empty: "&OK"
+    int helpContext = 0; ///< 0: that of the window that it was opened from
+    bool readOnly = false;
+    /// Several records at once: a box in front of each field says whether it is written to them.
+    bool several = false;
+    /// Says why the entry is not taken; empty takes it. Asked after the form's own checks.
+    std::function<QString()> check{};
+    FormView::SlotMaker makeSlot{};
+};
+
+/// Edits a form. OK leaves the form as the operator made it; Cancel and Esc leave it as it was. Nothing is
+/// sent. With several records at once `Form::Chosen` says afterwards which fields are to be written.
+class FormDialog : public QDialog {
+    Q_OBJECT
+
+public:
+    /// The form must live as long as the dialog.
+    FormDialog(Prompter& prompter, Form& form, const Layout& layout, const FormDialogSpec& spec,
+               QWidget* parent);
+    ~FormDialog() override;
+
+    FormView& View() { return *m_view; }
+    void accept() override;
+    void reject() override;
+
+private:
+    void RefreshButtons();
+
+    Prompter& m_prompter;
+    Form& m_form;
+    FormDialogSpec m_spec;
+    QList<std::any> m_before;
+    FormView* m_view = nullptr;
+    QPushButton* m_ok = nullptr;
+};
+
+/// A form for one row of a list; its fields carry the tags of the columns that they edit.
+class RowForm : public Form {
+public:
+    virtual Layout Draw() = 0;
+    /// Takes the row, or what a new one begins with.
+    virtual void TakeRow(const GridRow* row, const QList<GridColumn>& columns);
+    /// The row as it is entered now.
+    virtual GridRow MakeRow(const GridRow* former, const QList<GridColumn>& columns) const;
+};
+
+/// Asks for a row in a form dialog. `make` makes the form for each time it is opened.
+RowAsker AskInForm(const FormDialogSpec& spec, const QList<GridColumn>& columns,
+                   std::function<std::unique_ptr<RowForm>()> make);
+
+} // namespace sysadmin

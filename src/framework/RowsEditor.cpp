@@ -1,0 +1,199 @@
+#include "framework/RowsEditor.h"
+
+#include "core/Prompter.h"
+#include "framework/ListGrid.h"
+
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace sysadmin {
+
+QString CellProblem(const CellEdit& edit, const QString& value) {
+    if (edit.kind != CellEdit::Kind::Number || value.isEmpty())
+        return {};
+    bool isNumber = false;
+    const int number = value.toInt(&isNumber);
+    if (isNumber && number >= edit.least && number <= edit.most)
+        return {};
+    return RowsEditor::tr("Please enter a whole number from %1 to %2.").arg(edit.least).arg(edit.most);
+}
+
+RowsEditor::RowsEditor(RowsField& field, QWidget* parent)
+    : FieldEditor(field)
+    , m_rows(field) {
+    const RowsSpec& spec = field.Behaviour();
+    QWidget* around = parent;
+    const bool hasButtons = !(spec.add.name + spec.modify.name + spec.remove.name + spec.up.name).isEmpty();
+    if (hasButtons)
+        around = new QWidget(parent);
+    m_grid = new ListGrid(field.Name(), field.Columns(), around);
+    m_grid->SetEdits(spec.edits);
+    if (spec.ranked)
+        m_grid->SetRanked();
+    else if (hasButtons && std::none_of(spec.puts.begin(), spec.puts.end(), [](const RowTag& put) {
+                 return put.source == RowTag::Source::State;
+             }))
+        m_grid->SetSortable(false); // the rows are sent as a whole, in the order in which they are shown
+    m_widget = m_named = m_grid;
+    m_focusWidgets = {m_grid};
+    if (hasButtons) {
+        m_widget = around;
+        auto* whole = new QVBoxLayout(around);
+        whole->setContentsMargins({});
+        whole->addWidget(m_grid, 1);
+        auto* line = new QWidget(around);
+        auto* buttons = new QHBoxLayout(line);
+        buttons->setContentsMargins({});
+        m_add = MakeButton(spec.add, line);
+        m_modify = MakeButton(spec.modify, line);
+        m_remove = MakeButton(spec.remove, line);
+        m_up = MakeButton(spec.up, line);
+        m_down = MakeButton(spec.down, line);
+        buttons->addStretch();
+        whole->addWidget(line);
+    }
+    const auto onClick = [this](QPushButton* button, auto act) {
+        if (button)
+            connect(button, &QPushButton::clicked, this, act);
+    };
+    onClick(m_add, [this] { Ask(true); });
+    onClick(m_modify, [this] { Ask(false); });
+    onClick(m_remove, [this] { Remove(); });
+    onClick(m_up,
+            [this] { Move(m_grid->SelectedKey(), m_grid->Model().DisplayRow(m_grid->SelectedKey()) - 1); });
+    onClick(m_down,
+            [this] { Move(m_grid->SelectedKey(), m_grid->Model().DisplayRow(m_grid->SelectedKey()) + 1); });
+    const auto press = [](QPushButton* button) {
+        return [button] {
+            if (button && button->isEnabled())
+                button->click();
+        };
+    };
+    connect(m_grid, &ListGrid::RowActivated, this, press(m_modify));
+    connect(m_grid, &ListGrid::InsertPressed, this, press(m_add));
+    connect(m_grid, &ListGrid::DeletePressed, this, press(m_remove));
+    connect(m_grid, &ListGrid::SelectionMoved, this, &RowsEditor::RefreshButtons);
+    connect(m_grid, &ListGrid::RowMoved, this, &RowsEditor::Move);
+    // After the cell's editor is gone: rows that change under it would take it along.
+    connect(&m_grid->Model(), &GridModel::CellEdited, this, &RowsEditor::EditCell, Qt::QueuedConnection);
+}
+
+QPushButton* RowsEditor::MakeButton(const RowButton& spec, QWidget* line) {
+    if (spec.name.isEmpty())
+        return nullptr;
+    auto* button = new QPushButton(spec.caption, line);
+    button->setObjectName(spec.name);
+    button->setAutoDefault(false); // Enter belongs to the dialog's or screen's own default button
+    line->layout()->addWidget(button);
+    m_focusWidgets.append(button);
+    return button;
+}
+
+void RowsEditor::ShowValue() {
+    const QList<GridRow> rows = m_rows.ShownRows();
+    if (rows.isSharedWith(m_shown) || rows == m_shown)
+        return;
+    // One row alone is rewritten where it stands, so that the grid keeps everything else as it is.
+    QList<GridRow> changed;
+    bool sameRows = rows.size() == m_shown.size();
+    for (qsizetype i = 0; sameRows && i < rows.size(); ++i) {
+        sameRows = rows[i].key == m_shown[i].key;
+        if (rows[i] != m_shown[i])
+            changed.append(rows[i]);
+    }
+    m_shown = rows;
+    if (sameRows && changed.size() == 1)
+        m_grid->Model().PutRow(changed.first());
+    else
+        m_grid->ReplaceRows(m_shown);
+    RefreshButtons();
+}
+
+void RowsEditor::Lock(bool usable, bool readOnly) {
+    m_grid->setEnabled(usable);
+    m_mayEdit = usable && !readOnly;
+    m_grid->SetEditable(m_mayEdit);
+    RefreshButtons();
+}
+
+void RowsEditor::RefreshButtons() {
+    const QString key = m_grid->SelectedKey();
+    const auto allow = [](QPushButton* button, bool allowed) {
+        if (button)
+            button->setEnabled(allowed);
+    };
+    const int place = key.isEmpty() ? -1 : m_grid->Model().DisplayRow(key);
+    allow(m_add, m_mayEdit);
+    allow(m_modify, m_mayEdit && !key.isEmpty());
+    allow(m_remove, m_mayEdit && !key.isEmpty());
+    allow(m_up, m_mayEdit && place > 0);
+    allow(m_down, m_mayEdit && place >= 0 && place + 1 < m_grid->Model().rowCount());
+}
+
+void RowsEditor::Ask(bool isNew) {
+    const RowsSpec& spec = m_rows.Behaviour();
+    const GridRow* selected = isNew ? nullptr : m_rows.FindRow(m_grid->SelectedKey());
+    if (!spec.ask || !m_grid->GetPrompter() || (!isNew && !selected))
+        return;
+    const std::optional<GridRow> former = selected ? std::optional(*selected) : std::nullopt;
+    const GridRow* before = former ? &*former : nullptr;
+    const RowCheck check = [this](const GridRow& row, const GridRow* was) {
+        return m_rows.Refusal(row, was);
+    };
+    std::optional<GridRow> row = spec.ask(m_grid->window(), *m_grid->GetPrompter(), before, check);
+    if (!row)
+        return;
+    if (spec.keyColumn >= 0)
+        row->key = row->cells.value(spec.keyColumn);
+    if (row->key.isEmpty())
+        row->key = before ? before->key : m_rows.NewKey();
+    m_rows.ReplaceRow(before ? before->key : QString(), *row);
+    m_grid->SelectKey(row->key);
+}
+
+void RowsEditor::Remove() {
+    const RowsSpec& spec = m_rows.Behaviour();
+    const QString key = m_grid->SelectedKey();
+    if (key.isEmpty())
+        return;
+    if (!spec.removeQuestion.isEmpty() &&
+        !(m_grid->GetPrompter() &&
+          m_grid->GetPrompter()->ShowBox(m_grid->window(), {.text = spec.removeQuestion,
+                                                            .icon = Box::Icon::Question,
+                                                            .buttons = Box::Buttons::YesNo,
+                                                            .title = spec.removeTitle})))
+        return;
+    const int place = m_grid->Model().DisplayRow(key);
+    m_rows.RemoveRow(key);
+    if (const int last = m_grid->Model().rowCount() - 1; last >= 0)
+        m_grid->SelectKey(m_grid->Model().RowAt(qMin(place, last)).key);
+}
+
+void RowsEditor::Move(const QString& key, int place) {
+    if (!m_mayEdit || key.isEmpty() || place < 0 || place >= m_rows.Rows().size())
+        return;
+    m_rows.MoveRow(key, place);
+    m_grid->SelectKey(key);
+}
+
+void RowsEditor::EditCell(const QString& key, int column, const QString& value) {
+    const GridRow* former = m_rows.FindRow(key);
+    if (!m_mayEdit || !former || former->cells.value(column) == value)
+        return;
+    GridRow row = *former;
+    while (row.cells.size() <= column)
+        row.cells.append(QString());
+    row.cells[column] = value;
+    QString refusal = CellProblem(m_rows.Behaviour().edits.value(column), value);
+    if (refusal.isEmpty())
+        refusal = m_rows.Refusal(row, former);
+    if (refusal.isEmpty())
+        m_rows.SetCells({key}, column, value);
+    else if (m_grid->GetPrompter())
+        m_grid->GetPrompter()->ShowBox(m_grid->window(), {.text = refusal});
+}
+
+} // namespace sysadmin

@@ -1,0 +1,383 @@
+#include "framework/FieldEditor.h"
+#include "framework/FormDialog.h"
+#include "framework/ListGrid.h"
+#include "framework/MarcPlaceField.h"
+#include "framework/forms/ListFields.h"
+#include "support/ScriptedChannel.h"
+#include "support/ScriptedPrompter.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace sysadmin {
+
+namespace {
+
+const QList<GridColumn> Columns{{.caption = "Name", .tag = "Nm"}, {.caption = "Days", .tag = "Dy"}};
+
+struct RuleForm : RowForm {
+    TextField txtName{*this, {.name = "txtName", .tag = "Nm", .caption = "Name:", .required = true}};
+    NumberField txtDays{*this, {.name = "txtDays", .tag = "Dy", .caption = "Days:"}, 0, 99};
+    Layout Draw() override { return Column({txtName, txtDays}); }
+};
+
+RowsSpec SpecOf(bool ranked, bool onlyChanged) {
+    return {
+        .marker = "ID",
+        .puts = {PutKey("ID"), PutCell("Nm", 0), PutCell("Dy", 1), PutState("St")},
+        .codes = {.added = "A", .changed = "C", .removed = "R", .unchanged = "U"},
+        .onlyChanged = onlyChanged,
+        .ranked = ranked,
+        .edits = {{1, {.kind = CellEdit::Kind::Number, .most = 99}}},
+        .add = {"cmdAdd", "Add"},
+        .modify = {"cmdModify", "Modify"},
+        .remove = {"cmdRemove", "Remove"},
+        .up = {"cmdUp", "Up"},
+        .down = {"cmdDown", "Down"},
+        .ask = AskInForm({.name = "frmRule", .title = "Rule"}, Columns,
+                         [] { return std::make_unique<RuleForm>(); }),
+        .check = [](const GridRow& row,
+                    const GridRow*) { return row.cells[0] == "bad" ? QString("Not that one.") : QString(); },
+        .removeQuestion = "Remove it?",
+        .removeTitle = "Rules"};
+}
+
+struct ListForm : Form {
+    explicit ListForm(bool ranked = false, bool onlyChanged = false)
+        : vsfRules(*this, {.name = "vsfRules"}, Columns, SpecOf(ranked, onlyChanged)) {
+        ScriptedChannel channel;
+        channel.Answer("Get", 0,
+                       {{"ID", "1"},
+                        {"Nm", "one"},
+                        {"Dy", "10"},
+                        {"ID", "2"},
+                        {"Nm", "two"},
+                        {"Dy", "20"},
+                        {"ID", "3"},
+                        {"Nm", "three"}});
+        channel.SendRequest("Get");
+        Load(channel);
+    }
+    /// "key name days state" of each row that goes out.
+    QStringList Sent() const {
+        ScriptedChannel channel;
+        vsfRules.Put(channel);
+        channel.Answer("Save", 0);
+        channel.SendRequest("Save");
+        QStringList rows;
+        const wire::Fields& fields = channel.sent.last().fields;
+        for (qsizetype i = 0; i + 3 < fields.size(); i += 4)
+            rows.append(fields[i].value + ' ' + fields[i + 1].value + ' ' + fields[i + 2].value + ' ' +
+                        fields[i + 3].value);
+        return rows;
+    }
+    RowsField vsfRules;
+};
+
+TEST(RowsFieldTest, StatesAreComputedAndTravel) {
+    ListForm form;
+    EXPECT_EQ(form.Sent(), (QStringList{"1 one 10 U", "2 two 20 U", "3 three  U"}));
+    form.vsfRules.SetCells({"2", "3", "none"}, 1, "9");
+    form.vsfRules.SetCells({"2"}, 1, "20");
+    form.vsfRules.RemoveRow("1");
+    const QString added = form.vsfRules.NewKey();
+    form.vsfRules.PutRow({added, {"new", "1"}, {}});
+    const QString passing = form.vsfRules.NewKey();
+    form.vsfRules.PutRow({passing, {"passing", ""}, {}});
+    form.vsfRules.RemoveRow(passing);
+    const QStringList sent{"1 one 10 R", "2 two 20 U", "3 three 9 C", " new 1 A"};
+    EXPECT_EQ(form.Sent(), sent);
+    EXPECT_TRUE(form.IsChanged());
+    form.Accept();
+    EXPECT_FALSE(form.IsChanged());
+    form.vsfRules.RemoveRows({"2", "3"});
+    form.Revert();
+    EXPECT_EQ(form.vsfRules.Rows().size(), 3);
+    form.BecomeNew();
+    for (const QString& row : form.Sent())
+        EXPECT_TRUE(row.startsWith(' ') && row.endsWith('A')) << row.toStdString();
+}
+
+TEST(RowsFieldTest, RankedRowsKeepTheirOrderAndSendWhatMoved) {
+    ListForm form(true, true);
+    form.vsfRules.Behaviour().puts.append(PutRank("Rk"));
+    form.vsfRules.MoveRow("3", 0);
+    EXPECT_TRUE(form.IsChanged()) << "the order counts";
+    form.vsfRules.MoveRow("3", 99);
+    EXPECT_FALSE(form.IsChanged());
+    form.vsfRules.MoveRow("3", 1);
+    ScriptedChannel channel;
+    form.vsfRules.Put(channel);
+    channel.Answer("Save", 0);
+    channel.SendRequest("Save");
+    EXPECT_EQ(channel.sent.last().Values("ID"), (QStringList{"3", "2"})) << "the first row stayed";
+    EXPECT_EQ(channel.sent.last().Values("Rk"), (QStringList{"2", "3"}));
+    EXPECT_EQ(channel.sent.last().Values("St"), (QStringList{"C", "C"}));
+}
+
+class RowsEditorTest : public testing::Test {
+protected:
+    void Show(bool ranked) {
+        form = std::make_unique<ListForm>(ranked);
+        view = std::make_unique<FormView>(*form, Column({form->vsfRules}));
+        grid = view->findChild<ListGrid*>("vsfRules");
+        grid->SetPrompter(prompter);
+        view->resize(500, 400);
+        view->show();
+    }
+    QPushButton& Button(const QString& name) { return *view->findChild<QPushButton*>(name); }
+    QStringList Names() const {
+        QStringList names;
+        for (int row = 0; row < grid->Model().rowCount(); ++row)
+            names.append(grid->Model().CellText(row, 0));
+        return names;
+    }
+    void ExpectRule(const QString& name, const QString& button) {
+        prompter.ExpectDialogResult("frmRule", [=](QDialog& dialog) {
+            auto& edit = *dialog.findChild<QLineEdit*>("txtName");
+            edit.clear();
+            QTest::keyClicks(&edit, name);
+            dialog.findChild<QPushButton*>(button)->click();
+        });
+    }
+
+    ScriptedPrompter prompter;
+    std::unique_ptr<ListForm> form;
+    std::unique_ptr<FormView> view;
+    ListGrid* grid = nullptr;
+};
+
+TEST_F(RowsEditorTest, RowsAreAddedModifiedRefusedAndRemoved) {
+    Show(false);
+    ExpectRule("four", "cmdOK");
+    Button("cmdAdd").click();
+    ExpectRule("vier", "cmdCancel");
+    Button("cmdModify").click();
+    EXPECT_EQ(Names(), (QStringList{"one", "two", "three", "four"}));
+    grid->SelectKey("2");
+    prompter.ExpectDialogResult("frmRule", [this](QDialog& dialog) {
+        auto& edit = *dialog.findChild<QLineEdit*>("txtName");
+        EXPECT_EQ(edit.text(), "two");
+        edit.clear();
+        EXPECT_FALSE(dialog.findChild<QPushButton*>("cmdOK")->isEnabled());
+        QTest::keyClicks(&edit, "bad");
+        prompter.ExpectBox("Not that one.");
+        dialog.findChild<QPushButton*>("cmdOK")->click();
+        EXPECT_TRUE(dialog.isVisible());
+        edit.clear();
+        QTest::keyClicks(&edit, "TWO");
+        QTest::keyClick(&edit, Qt::Key_Return);
+    });
+    Button("cmdModify").click();
+    EXPECT_EQ(form->vsfRules.FindRow("2")->cells, (QStringList{"TWO", "20"})) << "the other cell stays";
+    EXPECT_EQ(grid->SelectedKey(), "2");
+    prompter.ExpectBox("Remove it?", false, Box::Icon::Question, "Rules");
+    Button("cmdRemove").click();
+    prompter.ExpectBox("Remove it?");
+    QTest::keyClick(grid, Qt::Key_Delete);
+    EXPECT_EQ(Names(), (QStringList{"one", "three", "four"}));
+    EXPECT_EQ(grid->SelectedKey(), "3");
+    view->SetReadOnly(true);
+    for (const char* name : {"cmdAdd", "cmdModify", "cmdRemove", "cmdUp"})
+        EXPECT_FALSE(Button(name).isEnabled()) << name;
+}
+
+TEST_F(RowsEditorTest, RankedRowsMoveByKeyAndButton) {
+    Show(true);
+    grid->SelectKey("1");
+    QTest::keyClick(grid, Qt::Key_Up, Qt::AltModifier);
+    EXPECT_EQ(Names(), (QStringList{"one", "two", "three"})) << "it is at the end";
+    QTest::keyClick(grid, Qt::Key_Down, Qt::AltModifier);
+    EXPECT_EQ(Names(), (QStringList{"two", "one", "three"}));
+    EXPECT_EQ(grid->SelectedKey(), "1");
+    Button("cmdDown").click();
+    EXPECT_FALSE(Button("cmdDown").isEnabled());
+    EXPECT_EQ(Names(), (QStringList{"two", "three", "one"}));
+    view->SetReadOnly(true);
+    QTest::keyClick(grid, Qt::Key_Up, Qt::AltModifier);
+    EXPECT_EQ(Names().last(), "one");
+}
+
+TEST_F(RowsEditorTest, CellsAreEditedInPlace) {
+    Show(false);
+    const auto type = [this](const QString& text) {
+        grid->setFocus();
+        QTest::keyClick(grid, Qt::Key_F2);
+        auto* edit = grid->findChild<QLineEdit*>();
+        ASSERT_TRUE(edit);
+        edit->setText(text);
+        QTest::keyClick(edit, Qt::Key_Return);
+        QCoreApplication::processEvents();
+    };
+    grid->SelectKey("2");
+    type("7");
+    EXPECT_EQ(form->vsfRules.FindRow("2")->cells[1], "7");
+    EXPECT_EQ(grid->SelectedKey(), "2");
+    view->SetReadOnly(true);
+    QTest::keyClick(grid, Qt::Key_F2);
+    EXPECT_FALSE(grid->findChild<QLineEdit*>() && grid->findChild<QLineEdit*>()->isVisible());
+}
+
+// The grid must not be told of each row by itself: its time would grow with the square of their number.
+TEST_F(RowsEditorTest, ABatchOfChangesIsToldOnce) {
+    Show(false);
+    QSignalSpy resets(&grid->Model(), &GridModel::modelReset);
+    QSignalSpy inserts(&grid->Model(), &GridModel::rowsInserted);
+    QSignalSpy changes(form.get(), &Form::Changed);
+    QSignalSpy edits(form.get(), &Form::Edited);
+    QList<GridRow> rows;
+    QStringList keys;
+    for (int i = 0; i < 12000; ++i) {
+        rows.append({QString::number(i + 10), {"row", "1"}, {}});
+        if (i % 4 == 0 && keys.size() < 2500)
+            keys.append(rows.last().key);
+    }
+    form->vsfRules.PutRows(rows);
+    EXPECT_EQ(grid->Model().rowCount(), 12003);
+    form->vsfRules.SetCells(keys, 1, "5");
+    EXPECT_EQ(resets.count(), 2);
+    EXPECT_EQ(inserts.count(), 0);
+    EXPECT_EQ(changes.count(), 2);
+    EXPECT_EQ(edits.count(), 2);
+    EXPECT_EQ(form->vsfRules.Changes().size(), 12003);
+    grid->PutRows(rows);
+    EXPECT_EQ(resets.count(), 3);
+}
+
+TEST(FormDialogTest, CancelLeavesTheFormAsItWasAndSeveralWritesChosenFields) {
+    ScriptedPrompter prompter;
+    RuleForm form;
+    form.txtName.SetStored("kept");
+    form.txtName.SetDraft("draft");
+    {
+        FormDialog dialog(prompter, form, form.Draw(), {.name = "dlg", .title = "Rule"}, nullptr);
+        form.txtName.SetDraft("other");
+        dialog.reject();
+    }
+    EXPECT_EQ(form.txtName.Draft(), "draft");
+    FormDialog dialog(prompter, form, form.Draw(), {.name = "dlg", .several = true}, nullptr);
+    dialog.show();
+    auto& days = *dialog.findChild<QLineEdit*>("txtDays");
+    auto& box = *dialog.findChild<QAbstractButton*>("chkModifyDays");
+    EXPECT_EQ(box.accessibleName(), "Modify Days");
+    EXPECT_FALSE(days.isEnabled());
+    EXPECT_FALSE(dialog.findChild<QPushButton*>("cmdOK")->isEnabled());
+    box.click();
+    EXPECT_TRUE(days.isEnabled());
+    QTest::keyClicks(&days, "3");
+    dialog.findChild<QPushButton*>("cmdOK")->click();
+    EXPECT_EQ(dialog.result(), QDialog::Accepted);
+    EXPECT_EQ(form.Chosen(), QList<Field*>{&form.txtDays});
+    EXPECT_EQ(form.txtDays.Draft(), "3");
+}
+
+TEST(PickedFieldTest, VetoSettingsAndOrder) {
+    ScriptedPrompter prompter;
+    Form form;
+    Form settings;
+    TextField limit(settings, {.name = "txtLimit", .tag = "Lm", .caption = "Limit:"});
+    PickedField picked(
+        form, {.name = "movAll"},
+        {.availableGrid = "vsfA", .availableCaption = "A", .selectedGrid = "vsfS", .selectedCaption = "S"},
+        {.more = {{.caption = "Limit", .tag = "Lm"}},
+         .ranked = true,
+         .veto =
+             [](const QList<GridRow>& rows, bool toSelected) {
+                 return !toSelected && rows.first().key == "3" ? QString("It is in use.") : QString();
+             },
+         .settings = &settings});
+    picked.LoadLists({{"1", {"b", ""}, {}}, {"2", {"a", ""}, {}}},
+                     {{"3", {"c", "9"}, {}}, {"4", {"d", "8"}, {}}});
+    FormView view(form, Column({picked}));
+    view.show();
+    auto& available = *view.findChild<ListGrid*>("vsfA");
+    auto& selected = *view.findChild<ListGrid*>("vsfS");
+    selected.SetPrompter(prompter);
+    auto& edit = *view.findChild<QLineEdit*>("txtLimit");
+    EXPECT_EQ(edit.text(), "9") << "the first row is selected";
+    selected.SelectKey("4");
+    EXPECT_EQ(edit.text(), "8");
+    EXPECT_FALSE(form.IsChanged()) << "looking is no edit";
+    edit.selectAll();
+    QTest::keyClicks(&edit, "77");
+    EXPECT_EQ(picked.Lists().Altered(), (QList<GridRow>{{"4", {"d", "77"}, PickedLists::LoadedSelected}}));
+    EXPECT_EQ(selected.SelectedKey(), "4");
+
+    selected.SelectKey("3");
+    prompter.ExpectBox("It is in use.");
+    view.findChild<QPushButton*>("cmdDiscard")->click();
+    EXPECT_EQ(picked.Lists().Selected().size(), 2);
+    available.sortByColumn(0, Qt::AscendingOrder);
+    view.findChild<QPushButton*>("cmdSelectAll")->click();
+    QStringList keys;
+    for (const GridRow& row : picked.Lists().Added())
+        keys.append(row.key);
+    EXPECT_EQ(keys, (QStringList{"2", "1"})) << "in the order in which the grid showed them";
+    selected.SelectKey("4");
+    QTest::keyClick(&selected, Qt::Key_Up, Qt::AltModifier);
+    EXPECT_EQ(picked.Lists().Selected().first().key, "4");
+    form.Revert();
+    EXPECT_FALSE(form.IsChanged());
+}
+
+TEST(FormViewTest, BlocksButtonsSecondPlacesAndMarcPlaces) {
+    Form form;
+    TimeField open(form, {.name = "txtMonOpen", .tag = "MnOTm"}, "HH:mm", {"Closed"});
+    TimeField close(form, {.name = "txtMonClose", .tag = "MnCTm"}, "HH:mm", {"Closed"});
+    TextField note(form, {.name = "txtNote", .tag = "N", .caption = "Note:"});
+    MarcPlaceField place(form, {.name = "fraPlace", .caption = "Barcode:"},
+                         {.field = {"F", "txtF"},
+                          .indicator1 = {"I1", "txtI1"},
+                          .indicator2 = {"I2", "txtI2"},
+                          .subfield = {"S", "txtS"},
+                          .blankIndicator = "_",
+                          .order = {"F", "S", "I1", "I2"}});
+    ScriptedChannel channel;
+    const wire::Fields record{{"F", "245"}, {"S", "a"}, {"I1", "_"}, {"I2", "1"}};
+    channel.Answer("Get", 0, record + wire::Fields{{"MnOTm", ""}, {"MnCTm", "Closed"}, {"N", "n"}});
+    channel.SendRequest("Get");
+    int pressed = 0;
+    FormView view(
+        form,
+        Tabs("tabAll", {Page("One", {Block({"Open Time", "Close Time"}, {BlockRow("Monday:", {open, close})}),
+                                     Row({note, Button("cmdSet", "Set...", [&] { ++pressed; })})}),
+                        Page("Two", {Again(note, "txtNote2"), place})}));
+    view.show();
+    form.Load(channel);
+    const auto edit = [&](const QString& name) -> QLineEdit& { return *view.findChild<QLineEdit*>(name); };
+    EXPECT_EQ(edit("txtMonOpen").text(), "") << "a missing time";
+    EXPECT_EQ(edit("txtMonClose").text(), "Closed");
+    EXPECT_EQ(edit("txtMonClose").accessibleName(), "Monday: Close Time");
+    edit("txtMonOpen").setFocus();
+    QTest::keyClicks(&edit("txtMonOpen"), "0930");
+    QTest::keyClick(&edit("txtMonOpen"), Qt::Key_Return);
+    EXPECT_EQ(open.Draft(), "09:30");
+    EXPECT_EQ(edit("txtMonOpen").text(), open.DisplayText());
+    EXPECT_EQ(edit("txtNote").text() + edit("txtNote2").text(), "nn");
+    QTest::keyClicks(&edit("txtNote"), "!");
+    EXPECT_EQ(edit("txtNote2").text(), "n!");
+    view.findChild<QPushButton*>("cmdSet")->click();
+    EXPECT_EQ(pressed, 1);
+    EXPECT_EQ(edit("txtI1").text(), "");
+    QTest::keyClicks(&edit("txtF"), "x");
+    edit("txtS").clear();
+    QTest::keyClicks(&edit("txtS"), "B");
+    EXPECT_EQ(edit("txtF").text(), "245") << "digits only";
+    place.Put(channel);
+    channel.Answer("Save", 0);
+    channel.SendRequest("Save");
+    EXPECT_EQ(channel.sent.last().fields, (wire::Fields{{"F", "245"}, {"S", "b"}, {"I1", "_"}, {"I2", "1"}}));
+    place.SetDraft(MarcPlaceField::FieldTag, "24");
+    EXPECT_EQ(place.Problem(), "\"Barcode\": a MARC field has three digits.");
+    view.SetReadOnly(true);
+    EXPECT_FALSE(view.findChild<QPushButton*>("cmdSet")->isEnabled());
+    EXPECT_TRUE(edit("txtF").isReadOnly() && edit("txtMonOpen").isReadOnly() &&
+                edit("txtNote2").isReadOnly());
+}
+
+} // namespace
+
+} // namespace sysadmin
