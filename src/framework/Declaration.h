@@ -16,6 +16,30 @@ struct OwnWords {
     QString title;
 };
 
+/// A further request of a save, sent under the record's key once the record itself is stored.
+struct SaveStep {
+    QString request;
+    QString caption;        ///< of a failure's report
+    QString keyTag;         ///< under which the record's key is put first
+    QList<Field*> fields{}; ///< what it stores: it is sent when one of them changed
+    QList<PutStep> puts{};  ///< empty: the fields
+};
+
+/// Several selected records edited at once, in a form of their own: a box in front of each field says whether
+/// it is written.
+struct SeveralSpec {
+    Form* form = nullptr; ///< null: the table does not offer it
+    Layout layout = Column({});
+    QString button{}; ///< name and caption of the button on the list side
+    QString buttonCaption{};
+    QString caption{}; ///< of the frame
+    QString request{};
+    QString saveCaption{};
+    QString keyTag = "ID";    ///< put once per selected record
+    QString failedTag = "Nm"; ///< begins the record of each one in the reply that failed
+    QString problemTag = "Err";
+};
+
 /// What is said once about a table that a maintenance screen maintains; the screen's behaviour comes from it.
 /// What is left out follows from `word`, `plural` and the form's fields (see `Complete`).
 struct TableSpec {
@@ -57,6 +81,10 @@ struct TableSpec {
     QStringList pickLists{}; ///< shared pick-lists that hold the records
     QString pickTag{};       ///< the tag whose field is a pick-list entry's text
 
+    bool namesRecord = false; ///< the edit frame's caption is "Edit " and the record's name, not the noun
+    QString nameTag = "Nm";   ///< of that name
+    QList<SaveStep> steps{};  ///< further requests of a save, in order
+    SeveralSpec several{};
     QList<PutStep> morePuts{}; ///< steps besides those of the fields
     QStringList putOrder{};    ///< tags of the steps in order; what is not named comes behind
 };

@@ -5,14 +5,16 @@
 #include <QJsonObject>
 #include <QMetaEnum>
 
+#include <algorithm>
+
 // What a declaration says, as the describe output writes it: whatever is empty or usual is left out.
 namespace sysadmin {
 
 namespace {
 
-constexpr const char* KindNames[] = {"Text",     "MultiLine", "Password", "Flag",   "Choice",
-                                     "Letter",   "Number",    "Money",    "Date",   "Time",
-                                     "Interval", "Rows",      "Picked",   "Checked"};
+constexpr const char* KindNames[] = {"Text",     "MultiLine", "Password", "Flag",    "Choice",
+                                     "Letter",   "Number",    "Money",    "Date",    "Time",
+                                     "Interval", "Rows",      "Picked",   "Checked", "Own"};
 constexpr const char* StepNames[] = {"value",  "constant", "changed",   "originalKey",
                                      "whenOn", "removals", "additions", "own"};
 constexpr const char* AreaNames[] = {"Acquisitions", "Cataloging", "Circulation", "CirculationConversion",
@@ -63,6 +65,40 @@ QJsonObject SourceOf(const ChoiceSource& source) {
     return object;
 }
 
+/// What the rows of a list put, by tag.
+QJsonArray RowTagsOf(const QList<RowTag>& puts) {
+    constexpr const char* names[] = {"key", "cell", "state", "rank", "fixed"};
+    QJsonArray array;
+    for (const RowTag& put : puts)
+        array.append(QJsonArray{put.tag, names[int(put.source)]});
+    return array;
+}
+
+void SayRows(QJsonObject& object, const RowsField& rows) {
+    const RowsSpec& spec = rows.Behaviour();
+    object["columns"] = ColumnsOf(rows.Columns());
+    Say(object, "marker", spec.marker);
+    Say(object, "keyTag", spec.keyTag);
+    if (!spec.moreTags.isEmpty())
+        object["moreTags"] = QJsonArray::fromStringList(spec.moreTags);
+    if (!spec.puts.isEmpty())
+        object["puts"] = RowTagsOf(spec.puts);
+    if (std::any_of(spec.puts.begin(), spec.puts.end(),
+                    [](const RowTag& put) { return put.source == RowTag::Source::State; }))
+        object["codes"] =
+            QJsonArray{spec.codes.added, spec.codes.changed, spec.codes.removed, spec.codes.unchanged};
+    Say(object, "onlyChanged", spec.onlyChanged);
+    Say(object, "ranked", spec.ranked);
+    QJsonArray buttons;
+    for (const RowButton* button : {&spec.add, &spec.modify, &spec.remove, &spec.up, &spec.down})
+        if (!button->name.isEmpty())
+            buttons.append(QJsonArray{button->name, button->caption});
+    if (!buttons.isEmpty())
+        object["buttons"] = buttons;
+    Say(object, "removeQuestion", spec.removeQuestion);
+    Say(object, "removeTitle", spec.removeTitle);
+}
+
 QJsonArray FieldsOf(const Form& form) {
     QJsonArray array;
     for (const Field* field : form.Fields())
@@ -98,8 +134,8 @@ QJsonObject WordsOf(const QHash<qint16, OwnWords>& words) {
 QJsonValue LayoutOf(const Layout& layout) {
     if (layout.kind == Layout::Kind::Field)
         return layout.field ? layout.field->Name() : layout.name;
-    constexpr const char* names[] = {"field", "column", "row",  "frame", "flow",
-                                     "tabs",  "page",   "note", "slot"};
+    constexpr const char* names[] = {"field", "column", "row",  "frame", "flow",  "tabs",
+                                     "page",  "note",   "slot", "block", "button"};
     QJsonArray children;
     for (const Layout& child : layout.children)
         children.append(LayoutOf(child));
@@ -129,6 +165,22 @@ QJsonObject ToJson(const TableDeclaration& table) {
              {"saveCaption", spec.saveCaption}, {"deleteCaption", spec.deleteCaption},
              {"matchTag", spec.matchTag},       {"pickTag", spec.pickTag}})
         Say(object, name, text);
+    if (spec.namesRecord)
+        Say(object, "nameTag", spec.nameTag);
+    QJsonArray steps;
+    for (const SaveStep& step : spec.steps)
+        steps.append(QJsonObject{{"request", step.request},
+                                 {"caption", step.caption},
+                                 {"keyTag", step.keyTag},
+                                 {"puts", StepsOf(step.puts)}});
+    if (!steps.isEmpty())
+        object["steps"] = steps;
+    if (spec.several.form)
+        object["several"] = QJsonObject{{"request", spec.several.request},
+                                        {"caption", spec.several.caption},
+                                        {"saveCaption", spec.several.saveCaption},
+                                        {"keyTag", spec.several.keyTag},
+                                        {"fields", FieldsOf(*spec.several.form)}};
     Say(object, "continuing", spec.continuing);
     Say(object, "boxOnLoadFailure", spec.boxOnLoadFailure);
     if (spec.sorted)
@@ -192,7 +244,7 @@ QJsonObject ToJson(const Field& field) {
     if (const auto* interval = dynamic_cast<const IntervalField*>(&field))
         object["options"] = ItemsOf(interval->Units());
     if (const auto* rows = dynamic_cast<const RowsField*>(&field))
-        object["columns"] = ColumnsOf(rows->Columns());
+        SayRows(object, *rows);
     return object;
 }
 

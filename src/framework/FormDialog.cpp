@@ -19,8 +19,6 @@ FormDialog::FormDialog(Prompter& prompter, Form& form, const Layout& layout, con
     , m_spec(spec) {
     setObjectName(spec.name);
     setWindowTitle(spec.title);
-    if (spec.helpContext > 0)
-        setProperty("helpContext", spec.helpContext);
     form.SetSeveral(spec.several);
     m_before = form.TakeDrafts();
     m_view = new FormView(form, layout, this, spec.makeSlot);

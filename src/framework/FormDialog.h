@@ -17,7 +17,6 @@ struct FormDialogSpec {
     QString cancelName = "cmdCancel";
     QString focus{};     ///< the field in which it begins; empty: the first one
     QString okCaption{}; ///< empty: "&OK"
-    int helpContext = 0; ///< 0: that of the window that it was opened from
     bool readOnly = false;
     /// Several records at once: a box in front of each field says whether it is written to them.
     bool several = false;

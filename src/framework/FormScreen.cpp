@@ -121,6 +121,31 @@ bool FormScreen::CheckForm(const Form& form, FormView& view) {
     return false;
 }
 
+bool FormScreen::CheckAll(const Form& form, FormView& view, const QString& beginning,
+                          const QStringList& more) {
+    const QList<Form::Finding> problems = form.Problems();
+    QStringList lines{beginning};
+    for (const Form::Finding& problem : problems)
+        lines.append(QString(QChar(0x2022)) + ' ' + problem.text);
+    for (const QString& text : more)
+        lines.append(QString(QChar(0x2022)) + ' ' + text);
+    if (lines.size() == 1)
+        return true;
+    Tell(lines.join("\r\n"));
+    if (!problems.isEmpty())
+        view.FocusField(*problems.first().field);
+    return false;
+}
+
+bool FormScreen::TellFailures(const QString& nameTag, const QString& problemTag) {
+    QStringList lines;
+    while (App().channel.NextRecord(nameTag))
+        lines.append(App().channel.GetField(nameTag) + ":  " + App().channel.GetField(problemTag));
+    if (!lines.isEmpty())
+        Tell(lines.join("\r\n"));
+    return !lines.isEmpty();
+}
+
 void FormScreen::CloseScreen() {
     QWidget* around = parentWidget();
     const bool isWindow = qobject_cast<QMdiSubWindow*>(around) || qobject_cast<QDialog*>(around);

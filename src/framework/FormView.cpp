@@ -154,6 +154,10 @@ QWidget* FormView::DrawChoosing(Field& field, QWidget* parent) {
     box->setAccessibleName(tr("Modify %1").arg(field.PlainCaption()));
     box->setToolTip(tr("Writes this field to all selected records."));
     connect(box, &QCheckBox::clicked, this, [&field](bool on) { field.SetChosen(on); });
+    connect(&m_form, &Form::Changed, box, [box, &field](const Field* changed) {
+        if (changed == &field)
+            box->setChecked(field.IsChosen());
+    });
     return box;
 }
 
@@ -185,6 +189,8 @@ void FormView::DrawColumn(const QList<Layout>& children, QWidget* parent) {
 
 int FormView::DrawChild(const Layout& child, QWidget* parent, QGridLayout& grid, int row, int column,
                         bool inRow) {
+    if (child.kind == Layout::Kind::Field && child.field->Name().isEmpty())
+        return column; // a field that has no control of its own
     if (child.kind == Layout::Kind::Field)
         return DrawField(*child.field, child.name, parent, grid, row, column, inRow);
 

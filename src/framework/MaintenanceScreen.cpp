@@ -137,16 +137,21 @@ bool MaintenanceScreen::ConfirmRowDelete(Table& table, const GridRow& row) {
 }
 
 QString MaintenanceScreen::EditCaption(const Table& table, State state) const {
+    if (state == State::EditingSeveral)
+        return table.spec.several.caption;
     const QString verb = m_mayEdit || state == State::EditingNew
                              ? (state == State::EditingNew ? tr("New ") : tr("Edit "))
                              : tr("View ");
-    return verb + table.spec.frameNoun + ":";
+    const auto* name = dynamic_cast<ValueField*>(table.form->FindByTag(table.spec.nameTag));
+    const bool names = table.spec.namesRecord && state != State::List && name && !name->IsBlank();
+    return verb + (names ? name->Stored().trimmed() : table.spec.frameNoun) + ":";
 }
 
 void MaintenanceScreen::StartNew() {
     Table& table = Current();
     table.form->Clear();
     m_context = {.isNew = true, .originalKey = {}};
+    m_isStored = false;
     if (!PrepareNew(table))
         return;
     SetState(State::EditingNew);
@@ -174,6 +179,7 @@ void MaintenanceScreen::StartCopy() {
         return;
     table.form->BecomeNew();
     m_context = {.isNew = true, .originalKey = {}};
+    m_isStored = false;
     SetState(State::EditingNew);
     table.view->FocusFirst();
 }
@@ -185,6 +191,7 @@ void MaintenanceScreen::StartEdit() {
         return;
     table.form->Clear();
     m_context = {.isNew = false, .originalKey = row->key};
+    m_isStored = false;
     if (!FillForm(table, GridRow(*row))) {
         table.form->Clear();
         return;
@@ -198,41 +205,108 @@ void MaintenanceScreen::StartEdit() {
 
 bool MaintenanceScreen::Save(bool stay) {
     Table& table = Current();
+    if (m_state == State::EditingSeveral)
+        return SaveSeveral(table);
     table.form->LeaveFields();
-    if (!CheckBeforeSave(table))
+    if (!CheckBeforeSave(table) || !SendRecord(table) || !SendSteps(table))
         return false;
-    table.form->Tidy(); // the list, the pick-lists and the search for the new record go by what is stored
-    const bool wasNew = m_context.isNew;
-    PutRecord(table, m_context);
-    const QString request = wasNew ? table.spec.addRequest : table.spec.updateRequest;
-    if (const qint16 result = App().channel.SendRequest(request); result != status::Ok) {
-        ReportSaveFailure(table, result);
-        return false;
-    }
 
-    const QString key = KeyAfterSave(table);
-    const GridRow row = RowFromForm(table, key);
-    if (key.isEmpty()) {
-        LoadList(table); // the server did not say under which id it keeps the record: ask for what it has
-    } else {
-        table.grid->PutRow(row, m_context.originalKey);
-    }
-    m_context = {.isNew = false, .originalKey = key};
-    if (const qint16 result = SendFollowUp(table, key); result != status::Ok) {
-        SetState(State::Editing);
-        ReportSaveFailure(table, result);
-        return false;
-    }
+    const GridRow row = RowFromForm(table, m_context.originalKey);
     table.form->Accept();
-    AfterSave(table, row, wasNew);
+    AfterSave(table, row, m_wasNew);
     const auto* text = dynamic_cast<ValueField*>(table.form->FindByTag(table.spec.pickTag));
-    if (text && !key.isEmpty())
-        App().pickLists.Put(table.spec.pickLists, {key, text->DisplayText()});
+    if (text && !row.key.isEmpty())
+        App().pickLists.Put(table.spec.pickLists, {row.key, text->DisplayText()});
     Announce(table.spec.notice);
     if (stay)
         SetState(State::Editing);
     else
         EndEdit();
+    return true;
+}
+
+// What one step of the save stored is accepted at once: saved again after a failure, the save goes on with
+// what is left, and with what was edited since.
+bool MaintenanceScreen::SendRecord(Table& table) {
+    QList<Field*> later;
+    for (const SaveStep& step : table.spec.steps)
+        later += step.fields;
+    const auto isLeft = [&](const Field* field) { return !later.contains(field) && field->IsChanged(); };
+    const QList<Field*>& fields = table.form->Fields();
+    if (m_isStored && std::none_of(fields.begin(), fields.end(), isLeft))
+        return true;
+    if (!m_isStored)
+        m_wasNew = m_context.isNew;
+    table.form->Tidy(); // the list, the pick-lists and the search for the new record go by what is stored
+    PutRecord(table, m_context);
+    const QString request = m_context.isNew ? table.spec.addRequest : table.spec.updateRequest;
+    if (const qint16 result = App().channel.SendRequest(request); result != status::Ok) {
+        ReportSaveFailure(table, result);
+        return false;
+    }
+    const QString key = KeyAfterSave(table);
+    if (key.isEmpty())
+        LoadList(table); // the server did not say under which id it keeps the record: ask for what it has
+    else
+        table.grid->PutRow(RowFromForm(table, key), m_context.originalKey);
+    m_context = {.isNew = false, .originalKey = key};
+    m_isStored = !table.spec.steps.isEmpty();
+    for (Field* field : fields)
+        if (m_isStored && !later.contains(field))
+            field->Accept();
+    return true;
+}
+
+bool MaintenanceScreen::SendSteps(Table& table) {
+    for (const SaveStep& step : table.spec.steps) {
+        if (std::none_of(step.fields.begin(), step.fields.end(),
+                         [](const Field* field) { return field->IsChanged(); }))
+            continue;
+        App().channel.PutField(step.keyTag, m_context.originalKey);
+        for (const PutStep& put : step.puts)
+            put(App().channel, m_context);
+        for (const Field* field : step.puts.isEmpty() ? step.fields : QList<Field*>())
+            field->Put(App().channel);
+        if (const qint16 result = App().channel.SendRequest(step.request); result != status::Ok) {
+            SetState(State::Editing);
+            App().ReportRequestFailure(result, step.caption, table.spec.subject);
+            return false;
+        }
+        for (Field* field : step.fields)
+            field->Accept();
+    }
+    return true;
+}
+
+void MaintenanceScreen::StartSeveral() {
+    Table& table = Current();
+    if (table.grid->SelectedKeys().isEmpty())
+        return;
+    Form& form = *table.spec.several.form;
+    form.Clear();
+    form.SetSeveral(true); // nothing is chosen yet
+    SetState(State::EditingSeveral);
+    table.severalView->FocusFirst();
+}
+
+bool MaintenanceScreen::SaveSeveral(Table& table) {
+    const SeveralSpec& spec = table.spec.several;
+    spec.form->LeaveFields();
+    if (!CheckForm(*spec.form, *table.severalView))
+        return false;
+    for (const QString& key : table.grid->SelectedKeys())
+        App().channel.PutField(spec.keyTag, key);
+    for (const Field* field : spec.form->Chosen())
+        field->Put(App().channel);
+    const qint16 result = App().channel.SendRequest(spec.request);
+    const bool anyFailed = TellFailures(spec.failedTag, spec.problemTag);
+    if (!anyFailed && result != status::Ok) {
+        App().ReportRequestFailure(result, spec.saveCaption, table.spec.subject);
+        return false;
+    }
+    Announce(table.spec.notice);
+    EndEdit();
+    LoadList(table);
     return true;
 }
 
@@ -304,6 +378,7 @@ void MaintenanceScreen::SetState(State state) {
     const bool editing = state != State::List;
     Table& table = Current();
     QList<QWidget*> listSide{m_cmdNew, m_cmdEdit, m_cmdDelete, table.grid, table.grid->FilterBox()};
+    m_views->setCurrentIndex(table.viewPage + (state == State::EditingSeveral ? 1 : 0));
     if (m_tabs)
         listSide.append(m_tabs->tabBar());
     for (Table& each : m_tables)
@@ -324,20 +399,26 @@ void MaintenanceScreen::RefreshButtons() {
     m_cmdEdit->setEnabled(inList && row);
     m_cmdDelete->setEnabled(inList && row && m_mayDelete && !table.spec.deleteRequest.isEmpty() &&
                             MayDeleteRow(*row));
-    m_cmdSave->setEnabled((m_state == State::Editing || m_state == State::EditingNew) &&
-                          table.form->IsComplete());
+    for (const Table& each : m_tables)
+        if (each.severalButton) {
+            each.severalButton->setVisible(&each == &table && m_mayEdit);
+            each.severalButton->setEnabled(inList && row);
+        }
+    const Form* several = m_state == State::EditingSeveral ? table.spec.several.form : nullptr;
+    m_cmdSave->setEnabled(several ? several->IsComplete() && !several->Chosen().isEmpty()
+                                  : IsEditing() && table.form->IsComplete());
     RefreshOwnControls();
 }
 
 void MaintenanceScreen::ShowTable(int index) {
     m_current = index;
-    m_views->setCurrentIndex(index);
+    m_views->setCurrentIndex(Current().viewPage);
     m_fraEdit->setTitle(EditCaption(Current(), m_state));
     SetState(State::List);
 }
 
 bool MaintenanceScreen::MayClose() {
-    if (m_state != State::Editing && m_state != State::EditingNew)
+    if (!IsEditing())
         return true;
     WarnEditInProgress(App(), this);
     return false;

@@ -22,7 +22,7 @@ class MaintenanceScreen : public FormScreen {
     Q_OBJECT
 
 public:
-    enum class State { List, EditingNew, Editing, Viewing };
+    enum class State { List, EditingNew, Editing, Viewing, EditingSeveral };
 
     void LoadScreen() override;
     bool MayClose() override;
@@ -35,6 +35,9 @@ protected:
         ListGrid* grid = nullptr;
         FormView* view = nullptr;
         QWidget* listPage = nullptr;
+        FormView* severalView = nullptr; ///< only where several records can be edited at once
+        QPushButton* severalButton = nullptr;
+        int viewPage = 0; ///< of the edit side; the one for several is behind it
     };
 
     MaintenanceScreen(Application& application, const QString& formName, const QString& caption, Area area,
@@ -79,9 +82,6 @@ protected:
     /// The screen's own checks; false (after its message) keeps the edit open.
     virtual bool CheckBeforeSave(Table& table);
     virtual void PutRecord(Table& table, const SaveContext& context);
-    /// Sends what belongs to the record but travels in a request of its own, after the record itself was
-    /// saved under this key. A status other than 0 is reported and keeps the edit open.
-    virtual qint16 SendFollowUp(Table&, const QString& /*key*/) { return 0; }
     /// Reports a save's failure.
     virtual void ReportSaveFailure(Table& table, qint16 status);
     /// The list row of the record in the form.
@@ -109,11 +109,17 @@ protected:
     /// Starts a new record that begins as a copy of the selected one.
     void StartCopy();
     void StartEdit();
+    void StartSeveral();
     void EndEdit();
     void RefreshButtons();
 
 private:
     void BuildTable(Table& table);
+    void BuildSeveral(Table& table);
+    bool SendRecord(Table& table);
+    bool SendSteps(Table& table);
+    bool SaveSeveral(Table& table);
+    bool IsEditing() const { return m_state != State::List && m_state != State::Viewing; }
     void OrderTabStops();
     void DeleteSelected();
     void SetState(State state);
@@ -126,6 +132,8 @@ private:
     bool m_mayDelete = false;
     State m_state = State::List;
     SaveContext m_context;
+    bool m_isStored = false; // the record itself; what is left of the save are its further requests
+    bool m_wasNew = false;
     std::deque<Table> m_tables; // a deque: rows, views and handlers refer to its elements
     int m_current = 0;
 

@@ -93,7 +93,9 @@ void MaintenanceScreen::BuildTable(Table& table) {
     page->addWidget(table.grid->FilterBox());
     page->addWidget(table.grid, 1);
     table.view = new FormView(*table.form, table.layout, m_fraEdit, table.makeSlot);
-    m_views->addWidget(table.view->InScrollArea(m_fraEdit));
+    table.viewPage = m_views->addWidget(table.view->InScrollArea(m_fraEdit));
+    if (own.several.form)
+        BuildSeveral(table);
 
     connect(table.grid, &ListGrid::SelectionMoved, this, &MaintenanceScreen::RefreshButtons);
     const auto clickOn = [this](QPushButton* button) {
@@ -106,6 +108,23 @@ void MaintenanceScreen::BuildTable(Table& table) {
     connect(table.grid, &ListGrid::InsertPressed, this, clickOn(m_cmdNew));
     connect(table.grid, &ListGrid::DeletePressed, this, clickOn(m_cmdDelete));
     connect(table.form, &Form::Changed, this, &MaintenanceScreen::RefreshButtons);
+}
+
+void MaintenanceScreen::BuildSeveral(Table& table) {
+    const SeveralSpec& spec = table.spec.several;
+    PrepareForm(*spec.form);
+    spec.form->SetSeveral(true);
+    Layout layout = spec.layout;
+    if (layout.children.isEmpty())
+        for (Field* field : spec.form->Fields())
+            layout.children.append(*field);
+    table.severalView = new FormView(*spec.form, layout, m_fraEdit);
+    m_views->addWidget(table.severalView->InScrollArea(m_fraEdit));
+    table.grid->SetMultiSelect(true);
+    table.severalButton = MakeButton(spec.button, spec.buttonCaption);
+    AddListButton(table.severalButton);
+    connect(table.severalButton, &QPushButton::clicked, this, &MaintenanceScreen::StartSeveral);
+    connect(spec.form, &Form::Changed, this, &MaintenanceScreen::RefreshButtons);
 }
 
 void MaintenanceScreen::Finish() {
@@ -160,7 +179,8 @@ void MaintenanceScreen::OrderTabStops() {
     appendButtons(*m_listButtons);
     appendButtons(*m_moreListButtons);
     for (const Table& table : m_tables)
-        order.append(table.view->TabOrder());
+        order.append(table.view->TabOrder() +
+                     (table.severalView ? table.severalView->TabOrder() : QList<QWidget*>()));
     appendButtons(*m_editButtons);
     for (qsizetype i = 1; i < order.size(); ++i)
         setTabOrder(order[i - 1], order[i]);

@@ -31,7 +31,8 @@ ProfileScreen::ProfileScreen(Application& application, const ProfileSpec& spec, 
               .editCaption = m_spec.editCaption,
               .matchTag = "Nm",
               .deleteWords = {{status::LastSecurityRight, {LastSecurityHolderText(), ApplicationTitle()}}},
-              .saveWords = {{status::LastSecurityRight, {LastSecurityHolderText(), ApplicationTitle()}}}},
+              .saveWords = {{status::LastSecurityRight, {LastSecurityHolderText(), ApplicationTitle()}}},
+              .steps = SaveSteps()},
              m_form, m_form.Draw(), PutSteps());
     Finish();
 }
@@ -62,6 +63,19 @@ QList<PutStep> ProfileScreen::PutSteps() {
     steps += {PutValue(m_form.txtName), OnUpdate(PutOriginalKey("ID")),
               OnUpdate(PutChanged("NNm", m_form.txtName))};
     return steps;
+}
+
+QList<SaveStep> ProfileScreen::SaveSteps() {
+    if (m_spec.listsUpdateRequest.isEmpty())
+        return {};
+    PickedField& list = m_form.lists.back();
+    const ProfileLists& pair = m_spec.lists.last();
+    return {{.request = m_spec.listsUpdateRequest,
+             .caption = "Save " + m_spec.caption,
+             .keyTag = "ID",
+             .fields = {&list},
+             .puts = {PutRemovals(list.Lists(), pair.selectedId, pair.stateTag),
+                      PutAdditions(list.Lists(), pair.selectedId, pair.stateTag)}}};
 }
 
 PutStep ProfileScreen::PutRight(const QString& tag) {
@@ -107,16 +121,6 @@ bool ProfileScreen::PrepareNew(Table&) {
 
 void ProfileScreen::ReadRecord(Table&) {
     m_form.Read(App().channel);
-}
-
-qint16 ProfileScreen::SendFollowUp(Table&, const QString& key) {
-    if (m_spec.listsUpdateRequest.isEmpty() || !m_form.lists.back().IsChanged())
-        return status::Ok;
-    const ProfileLists& pair = m_spec.lists.last();
-    App().channel.PutField("ID", key);
-    PutRemovals(m_form.lists.back().Lists(), pair.selectedId, pair.stateTag)(App().channel, {});
-    PutAdditions(m_form.lists.back().Lists(), pair.selectedId, pair.stateTag)(App().channel, {});
-    return App().channel.SendRequest(m_spec.listsUpdateRequest);
 }
 
 void ProfileScreen::RefreshOwnControls() {

@@ -15,11 +15,12 @@ public:
 protected:
     bool PrepareNew(Table& table) override;
     void ReadRecord(Table& table) override;
-    qint16 SendFollowUp(Table& table, const QString& key) override;
     void RefreshOwnControls() override;
 
 private:
     QList<PutStep> PutSteps();
+    /// A list that is stored in a request of its own.
+    QList<SaveStep> SaveSteps();
     PutStep PutRight(const QString& tag);
     /// Asks for a list of ids and names; false when there is nothing of it (which was reported).
     bool ReadAll(const QString& request, ListForm form, const QString& idTag, const QString& nameTag,

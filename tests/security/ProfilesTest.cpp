@@ -201,9 +201,10 @@ TEST_F(ProfilesTest, PatronIdsTravelInARequestOfTheirOwn) {
     const ScriptedChannel::Sent profile = channel.LastSent("UpdCrPrf");
     EXPECT_EQ(profile.fields.mid(0, 3), (wire::Fields{{"AllLoc", "Y"}, {"SelItmBlkID", "7"}, {"IBSt", "3"}}));
     EXPECT_EQ(profile.Value("SPI"), "");
-    channel.Answer("UpdCrPrf", 0);
+    const qsizetype sent = channel.sent.size();
     channel.Answer("UpdPINs", 0);
     Click("cmdSave");
+    EXPECT_EQ(channel.sent.size(), sent + 1) << "the profile itself is stored already";
     EXPECT_EQ(channel.sent.last().fields, (wire::Fields{{"ID", "1"}, {"SPI", "3"}, {"PSt", "1"}}));
     EXPECT_FALSE(IsEnabled("fraEdit"));
 }

@@ -188,39 +188,38 @@ Field* Form::FindByColumn(const QString& tag) const {
     return FindByTag(tag);
 }
 
-void Form::Load(RequestChannel& channel) {
+// Whatever is done to the whole form ends what was typed before.
+template <class Act>
+void Form::ForEach(const Act& act) {
     const Loading loading(*this);
-    for (Field* field : m_fields)
-        field->Load(channel);
+    for (Field* field : m_fields) {
+        act(*field);
+        field->m_typed = false;
+    }
+}
+
+void Form::Load(RequestChannel& channel) {
+    ForEach([&](Field& field) { field.Load(channel); });
 }
 
 void Form::Clear() {
-    const Loading loading(*this);
-    for (Field* field : m_fields)
-        field->Clear();
+    ForEach([](Field& field) { field.Clear(); });
 }
 
 void Form::Tidy() {
-    for (Field* field : m_fields)
-        field->Tidy();
+    ForEach([](Field& field) { field.Tidy(); });
 }
 
 void Form::Accept() {
-    const Loading loading(*this);
-    for (Field* field : m_fields)
-        field->Accept();
+    ForEach([](Field& field) { field.Accept(); });
 }
 
 void Form::Revert() {
-    const Loading loading(*this);
-    for (Field* field : m_fields)
-        field->Revert();
+    ForEach([](Field& field) { field.Revert(); });
 }
 
 void Form::BecomeNew() {
-    const Loading loading(*this);
-    for (Field* field : m_fields)
-        field->BecomeNew();
+    ForEach([](Field& field) { field.BecomeNew(); });
 }
 
 bool Form::IsChanged() const {

@@ -68,7 +68,7 @@ public:
     virtual bool IsBlank() const = 0;
     /// The draft was saved: it is what the server has now.
     virtual void Accept() = 0;
-    /// Takes away what is not meant to be stored, before a save.
+    /// Brings what was edited into the form in which it is stored: when the field is left, and before a save.
     virtual void Tidy() {}
     /// Throws the draft away.
     virtual void Revert() = 0;
@@ -101,8 +101,6 @@ protected:
     void NotifyChange();
     /// The operator, or a rule in his place, made something else of the draft.
     void NotifyEdit();
-    /// Brings what was typed into the form in which it is kept.
-    virtual void Tidy() {}
 
 private:
     friend class Form;
@@ -201,6 +199,8 @@ private:
     friend class Field;
     friend class Rule;
     void FollowRules(bool edited);
+    template <class Act>
+    void ForEach(const Act& act);
 
     QList<Field*> m_fields;
     std::vector<std::unique_ptr<Rule>> m_rules;

@@ -102,7 +102,8 @@ QString MoneyField::Normalised(const QString& typed) const {
 }
 
 void MoneyField::Tidy() {
-    SetDraft(Normalised(Draft()));
+    if (IsChanged())
+        SetDraft(Normalised(Draft()));
 }
 
 QString MoneyField::FromWire(const QString& value) const {

@@ -143,9 +143,9 @@ public:
     /// it is no amount.
     QString Normalised(const QString& typed) const;
     QString Problem() const override;
+    void Tidy() override;
 
 protected:
-    void Tidy() override;
     QString FromWire(const QString& value) const override;
     QString ToWire() const override;
 
