@@ -123,7 +123,7 @@ TEST_F(CatalogueTest, EachFieldHasItsTagAndItsControl) {
                 tags.insert(field->Tag());
                 FieldEditor* editor = view->EditorOf(*field);
                 ASSERT_TRUE(editor) << "declared, but not drawn";
-                EXPECT_TRUE(IsRightControl(field->GetKind(), editor->Widget()));
+                EXPECT_TRUE(IsRightControl(field->GetKind(), editor->NamedWidget()));
                 const bool speaksItself =
                     field->GetKind() == Kind::Picked || field->GetKind() == Kind::Rows ||
                     field->GetKind() == Kind::Letter; // its lists or options are captioned
