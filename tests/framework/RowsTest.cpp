@@ -3,6 +3,7 @@
 #include "framework/ListGrid.h"
 #include "framework/MarcPlaceField.h"
 #include "framework/forms/ListFields.h"
+#include "framework/forms/ValueFields.h"
 #include "support/ScriptedChannel.h"
 #include "support/ScriptedPrompter.h"
 

@@ -190,7 +190,9 @@ TEST_F(AccessGroupsTest, DomainNamesHaveADot) {
     StartEdit("3", {{"C", "WEB"}, {"N", "Web"}, {"T", "D"}, {"DI", "1"}, {"DN", "b.example.org"}});
     const auto enter = [&](const QString& button, const QString& name, const QString& message = {}) {
         prompter.ExpectDialogResult("frmDomainName", [=, this](QDialog& dialog) {
-            dialog.findChild<QLineEdit*>("txtDomainName")->setText(name);
+            auto& edit = *dialog.findChild<QLineEdit*>("txtDomainName");
+            edit.clear();
+            QTest::keyClicks(&edit, name);
             if (!message.isEmpty())
                 prompter.ExpectBox(message);
             Press(dialog, "cmdOK_Domain");
