@@ -48,6 +48,9 @@ QString FileNameFor(const QWidget& grid) {
 } // namespace
 
 void ListGrid::keyPressEvent(QKeyEvent* event) {
+    // What a cell's editor leaves over: Enter has closed it and means nothing more.
+    if (state() == EditingState)
+        return;
     const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
     const bool isTyping =
         !m_searched.isEmpty() && m_sinceTyping.isValid() && !m_sinceTyping.hasExpired(TypingPauseMs);

@@ -162,7 +162,8 @@ TEST_F(RowsEditorTest, RowsAreAddedModifiedRefusedAndRemoved) {
     prompter.ExpectDialogResult("frmRule", [this](QDialog& dialog) {
         auto& edit = *dialog.findChild<QLineEdit*>("txtName");
         EXPECT_EQ(edit.text(), "two");
-        edit.clear();
+        edit.selectAll();
+        QTest::keyClick(&edit, Qt::Key_Delete);
         EXPECT_FALSE(dialog.findChild<QPushButton*>("cmdOK")->isEnabled());
         QTest::keyClicks(&edit, "bad");
         prompter.ExpectBox("Not that one.");
@@ -211,6 +212,7 @@ TEST_F(RowsEditorTest, CellsAreEditedInPlace) {
         ASSERT_TRUE(edit);
         edit->setText(text);
         QTest::keyClick(edit, Qt::Key_Return);
+        QCoreApplication::processEvents();
         QCoreApplication::processEvents();
     };
     grid->SelectKey("2");
