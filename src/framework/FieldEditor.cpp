@@ -10,6 +10,7 @@
 #include <QIntValidator>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QShortcut>
 #include <QSignalBlocker>
@@ -402,7 +403,8 @@ std::unique_ptr<FieldEditor> MakeFieldEditor(Field& field, QWidget* parent) {
     editor->NamedWidget()->setObjectName(field.Name());
     editor->Widget()->setToolTip(field.Spec().toolTip);
     for (QWidget* widget : editor->FocusWidgets())
-        if (widget->accessibleName().isEmpty())
+        if (widget->accessibleName().isEmpty() &&
+            !qobject_cast<QPushButton*>(widget)) // buttons say their own
             widget->setAccessibleName(field.Spec().accessible);
     editor->Refresh();
     return editor;
