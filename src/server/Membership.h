@@ -1,5 +1,6 @@
 #pragma once
 
+#include "server/OnlyWhere.h"
 #include "server/store/Table.h"
 #include "wire/Message.h"
 
@@ -31,6 +32,8 @@ struct Membership {
     QString state = "LS"; ///< per member in requests: "1" attached, "3" removed; "4" left as it is
     /// Requests name all members instead of the changes; a request without any leaves none.
     bool whole = false;
+    /// Records that do not suit have no members.
+    OnlyWhere where = {};
     /// Part of the reply that says what a new record may have attached.
     bool offered = true;
 

@@ -6,6 +6,12 @@
 
 namespace sysadmin::server {
 
+bool RequestRule::Allows(const Rights& held) const {
+    if (rights)
+        return rights->IsHeld(held);
+    return access == Access::Edit ? held.MayEdit(area) : held.MayView(area);
+}
+
 Registry::Registry() {
     for (const Table& table : HistoryTables())
         AddTable(table);
@@ -75,6 +81,9 @@ void Registry::AddSubject(Subject declared) {
                       .columns = {{.name = membership.ownerColumn,
                                    .type = ColumnType::Reference,
                                    .target = subject.table}}});
+    for (const Children& children : subject.children)
+        for (const Table& rows : children.StoredAs(subject.table))
+            AddTable(rows);
     for (const UsedBy& use : subject.usedBy)
         AddTable({.name = use.table,
                   .columns = {{.name = use.column, .type = ColumnType::Reference, .target = subject.table}}});
@@ -90,6 +99,15 @@ void Registry::AddRequest(RequestRule rule) {
 
 void Registry::AddRead(const QString& name, Area area, Handler handler) {
     AddRequest({.name = name, .area = area, .handler = std::move(handler)});
+}
+
+void Registry::AddList(const QString& name, Area area, const QList<ColumnList>& lists) {
+    AddRead(name, area, [lists](Context& context, const wire::Fields&) {
+        Answer answer;
+        for (const ColumnList& list : lists)
+            PutList(context, list, answer.fields);
+        return answer;
+    });
 }
 
 void Registry::AddChange(const QString& name, Area area, Handler handler) {

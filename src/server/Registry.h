@@ -20,6 +20,10 @@ struct RequestRule {
     /// twice.
     bool changes = false;
     Handler handler;
+    /// In place of the area's rights.
+    std::optional<RequestRights> rights = {};
+
+    bool Allows(const Rights& held) const;
 };
 
 /// Everything that the server knows to store and to answer, collected once when the program starts.
@@ -36,6 +40,8 @@ public:
     void AddRequest(RequestRule rule);
     /// Shorthand for a request that only reads.
     void AddRead(const QString& name, Area area, Handler handler);
+    /// A request that answers these lists, one after the other.
+    void AddList(const QString& name, Area area, const QList<ColumnList>& lists);
     /// Shorthand for a request that changes something.
     void AddChange(const QString& name, Area area, Handler handler);
     void AddMigration(Migration migration);

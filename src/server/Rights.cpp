@@ -4,37 +4,6 @@
 
 namespace sysadmin::server {
 
-namespace {
-
-struct AreaTags {
-    QString edit;
-    QString view;
-};
-
-AreaTags TagsOf(Area area) {
-    switch (area) {
-    case Area::AnyOperator:
-        break;
-    case Area::Acquisitions:
-        return {"ASPG", "ASPGV"};
-    case Area::Cataloging:
-        return {"CatPG", "CatPGV"};
-    case Area::Circulation:
-        return {"CrcPG", "CrcPGV"};
-    case Area::CirculationConversion:
-        return {"CrCnv", "CrCnvV"};
-    case Area::PatronGroups:
-        return {"EditPatGrp", "PatGrpV"};
-    case Area::Security:
-        return {"Sec", "SecV"};
-    case Area::System:
-        return {"SysDf", "SysDfV"};
-    }
-    return {};
-}
-
-} // namespace
-
 const QList<MasterRight>& MasterRights() {
     static const QList<MasterRight> rights{
         {"Sec", "security_edit"},
@@ -78,11 +47,11 @@ Rights Rights::Of(Database& database, qint64 operatorRow) {
 }
 
 bool Rights::MayEdit(Area area) const {
-    return area == Area::AnyOperator || Has(TagsOf(area).edit);
+    return area == Area::AnyOperator || Has(wire::RightsOf(area).edit);
 }
 
 bool Rights::MayView(Area area) const {
-    return MayEdit(area) || Has(TagsOf(area).view);
+    return MayEdit(area) || Has(wire::RightsOf(area).view);
 }
 
 } // namespace sysadmin::server

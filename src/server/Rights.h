@@ -1,5 +1,7 @@
 #pragma once
 
+#include "wire/Area.h"
+
 #include <QHash>
 #include <QString>
 
@@ -7,17 +9,7 @@ namespace sysadmin::server {
 
 class Database;
 
-/// The module areas by which requests are allowed or refused.
-enum class Area {
-    AnyOperator, ///< pick-lists and the like: whoever is signed on
-    Acquisitions,
-    Cataloging,
-    Circulation,
-    CirculationConversion,
-    PatronGroups,
-    Security,
-    System,
-};
+using wire::Area;
 
 /// A right of the master profiles: its tag in requests and the column that stores it.
 struct MasterRight {

@@ -174,8 +174,7 @@ Answer ServerConnection::Carry(const wire::Request& request, const RequestRule& 
                                const StoredSession& session, ListCursor& cursor) {
     Database& database = GetDatabase();
     const Rights rights = Rights::Of(database, session.requester.row);
-    const bool allowed = rule.access == Access::Edit ? rights.MayEdit(rule.area) : rights.MayView(rule.area);
-    if (!allowed || session.mustChangePassword)
+    if (!rule.Allows(rights) || session.mustChangePassword)
         return {status::NotAuthorised};
     Requester requester = session.requester;
     requester.peer = m_peer;

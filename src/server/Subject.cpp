@@ -1,5 +1,7 @@
 #include "server/Subject.h"
 
+#include <algorithm>
+
 namespace sysadmin::server {
 
 namespace {
@@ -102,6 +104,12 @@ Field Field::Checked(bool (*theCheck)(const QString&)) && {
 Field Field::Carrying(const QString& column) && {
     targetColumn = column;
     return std::move(*this);
+}
+
+bool RequestRights::IsHeld(const Rights& rights) const {
+    const bool any =
+        std::any_of(anyOf.begin(), anyOf.end(), [&](const QString& tag) { return rights.Has(tag); });
+    return (any || (orView && rights.MayView(*orView))) && (unless.isEmpty() || !rights.Has(unless));
 }
 
 Column Field::StoredAs() const {

@@ -1,84 +1,14 @@
 #pragma once
 
+#include "server/Children.h"
+#include "server/ColumnList.h"
 #include "server/Context.h"
+#include "server/Field.h"
 #include "server/Membership.h"
 
 #include <functional>
-#include <limits>
 
 namespace sysadmin::server {
-
-/// How long codes and names may be unless a subject has a reason of its own. What came from elsewhere is kept
-/// whole, also where a screen's own field is shorter.
-inline constexpr int CodeLength = 40;
-inline constexpr int NameLength = 100;
-inline constexpr int NoteLength = 4000;
-
-/// A field of a subject's records: its tag on the wire and the column that keeps it. A field is part of the
-/// reply to a get and is taken from add and update requests unless it says otherwise.
-///
-///     Field::Text("Nm", "name", 40).Required().Unique(status::DuplicateName).InList()
-class Field {
-public:
-    enum class Kind { Text, Flag, Whole, Decimal, Reference, Joined };
-
-    /// A text of up to `limit` characters.
-    static Field Text(const QString& tag, const QString& column, int limit);
-    /// "Y" or "N"; "N" unless something else is said.
-    static Field Flag(const QString& tag, const QString& column, const QString& fallback = "N");
-    /// A whole number, or nothing.
-    static Field Whole(const QString& tag, const QString& column, qint64 least = 0,
-                       qint64 most = std::numeric_limits<qint32>::max());
-    /// An amount: digits with an optional decimal point and sign, or nothing. Kept exactly as it was sent.
-    static Field Decimal(const QString& tag, const QString& column);
-    /// The id of a record of another table, or nothing.
-    static Field Reference(const QString& tag, const QString& column, const QString& target,
-                           OnRemoval onRemoval = OnRemoval::Refuse);
-    /// A column of the record to which the reference column `through` points. Never written.
-    static Field Joined(const QString& tag, const QString& through, const QString& target,
-                        const QString& column);
-
-    /// Must not be empty.
-    Field Required() &&;
-    /// No two records have the same text; a second one is refused with the status. With `within` (the column
-    /// of a reference) only records that refer to the same record are compared.
-    Field Unique(qint16 status, const QString& within = {}) &&;
-    /// Part of list replies too.
-    Field InList() &&;
-    /// Part of list replies only.
-    Field OnlyInList() &&;
-    /// Sent in replies and never taken from requests.
-    Field ReadOnly() &&;
-    /// Taken from requests and never sent.
-    Field WriteOnly() &&;
-    /// What a new record gets when the request does not say.
-    Field Default(const QString& value) &&;
-    /// A check of the value's own; a value that fails it is refused like a wrong number.
-    Field Checked(bool (*check)(const QString& value)) &&;
-    /// On the wire a reference carries this column of its record ("code") instead of the id.
-    Field Carrying(const QString& targetColumn) &&;
-
-    QString tag;
-    QString column;
-    Kind kind = Kind::Text;
-    int limit = 0;
-    qint64 least = 0;
-    qint64 most = 0;
-    QString target;       ///< Reference and Joined: the other table
-    QString targetColumn; ///< Joined, and Reference that carries another column than the id
-    OnRemoval onRemoval = OnRemoval::Refuse;
-    QString fallback;
-    bool required = false;
-    qint16 duplicateStatus = 0; ///< 0: need not be unique
-    QString uniqueWithin;
-    bool inList = false;
-    bool inGet = true;
-    bool inPut = true;
-    bool (*check)(const QString& value) = nullptr;
-
-    /// The column that it needs in its table.
-    Column StoredAs() const;
-};
 
 /// Rows of another table that keep a record from being removed.
 struct UsedBy {
@@ -104,6 +34,15 @@ struct RequestNames {
     QString available = {}; ///< what a new record may have attached
 };
 
+/// Rights of their own that a request asks for in place of its area's.
+struct RequestRights {
+    QStringList anyOf = {};                ///< one of them, by its tag, ...
+    std::optional<wire::Area> orView = {}; ///< ... or the right to view this area
+    QString unless = {};                   ///< and not this one, which takes rights away
+
+    bool IsHeld(const Rights& rights) const;
+};
+
 /// A list request narrowed by a field of the request: only records that hold its value in the column.
 struct ListFilter {
     QString tag;
@@ -127,11 +66,16 @@ struct Subject {
     QString originalKey = {};
     /// Who may list; everybody may use lists from which other screens choose.
     std::optional<Area> listArea = {};
+    /// By the name of the request, where it is not the area's rights that count.
+    QHash<QString, RequestRights> rights = {};
     /// Columns that no request carries.
     QList<Column> columns = {};
     QList<UsedBy> usedBy = {};
     QList<UsageKind> usages = {};
     QList<Membership> memberships = {};
+    QList<Children> children = {};
+    /// What else the reply to a list carries.
+    QList<ColumnList> alsoListed = {};
     /// Tags that the reply to an add carries (the key and fields).
     QStringList addReply = {};
     QList<ListFilter> listFilters = {};

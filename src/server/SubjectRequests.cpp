@@ -210,6 +210,8 @@ qint16 ListAll(Context& context, const Subject& subject, const Shape& shape, con
         if (subject.batch > 0)
             context.cursor.after = row.value(0).toLongLong();
     });
+    for (const ColumnList& list : subject.alsoListed)
+        PutList(context, list, reply);
     if (subject.addToList)
         subject.addToList(context, request, reply);
     return more ? status::Continues : status::Ok;
@@ -235,14 +237,27 @@ Answer Get(Context& context, const Subject& subject, const Shape& shape, const w
     }
     if (subject.addToGet)
         subject.addToGet(context, *id, answer.fields);
+    if (!subject.children.isEmpty()) {
+        const Row record = *context.records.Find(subject.table, *id);
+        for (const Children& children : subject.children)
+            if (children.where.Holds(record))
+                PutChildren(context, children, *id, answer.fields);
+    }
     return answer;
 }
 
 qint16 FinishPut(Context& context, const Subject& subject, const wire::Fields& request, qint64 id,
                  bool added) {
+    const Row record = *context.records.Find(subject.table, id);
     for (const Membership& membership : subject.memberships)
-        if (const qint16 refused = ApplyMembers(context, membership, id, request))
-            return refused;
+        if (membership.where.Holds(record)) {
+            if (const qint16 refused = ApplyMembers(context, membership, id, request))
+                return refused;
+        } else {
+            context.records.RemoveWhere(membership.table, membership.ownerColumn, id);
+        }
+    if (const qint16 refused = ApplyChildren(context, subject.children, record, id, request))
+        return refused;
     return subject.afterPut ? subject.afterPut(context, request, id, added) : status::Ok;
 }
 
@@ -253,7 +268,7 @@ Answer Add(Context& context, const Subject& subject, const wire::Fields& request
             return {status::DuplicateRecord};
         row.insert("only_one", "Y");
     }
-    if (const qint16 refused = ReadFields(context, subject, request, true, row))
+    if (const qint16 refused = ReadFields(context, subject.fields, request, true, row))
         return {refused};
     if (const qint16 refused = subject.checkPut ? subject.checkPut(context, request, {}, row) : status::Ok)
         return {refused};
@@ -283,7 +298,7 @@ Answer Update(Context& context, const Subject& subject, const wire::Fields& requ
         return {status::NotFound};
     const Row before = *context.records.Find(subject.table, *id);
     Row after = before;
-    if (const qint16 refused = ReadFields(context, subject, request, false, after))
+    if (const qint16 refused = ReadFields(context, subject.fields, request, false, after))
         return {refused};
     if (const qint16 refused =
             subject.checkPut ? subject.checkPut(context, request, before, after) : status::Ok)
@@ -313,9 +328,9 @@ Answer Remove(Context& context, const Subject& subject, const wire::Fields& requ
 
 } // namespace
 
-qint16 ReadFields(Context& context, const Subject& subject, const wire::Fields& request, bool adding,
+qint16 ReadFields(Context& context, const QList<Field>& fields, const wire::Fields& request, bool adding,
                   Row& row) {
-    for (const Field& field : subject.fields) {
+    for (const Field& field : fields) {
         if (!field.inPut)
             continue;
         std::optional<QString> value = Sent(request, field.tag);
@@ -384,6 +399,9 @@ QList<RequestRule> RequestsOf(const Subject& subject) {
     change(names.add, Add);
     change(names.update, Update);
     change(names.remove, Remove);
+    for (RequestRule& rule : rules)
+        if (const auto own = subject.rights.constFind(rule.name); own != subject.rights.constEnd())
+            rule.rights = *own;
     return rules;
 }
 

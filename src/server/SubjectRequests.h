@@ -13,9 +13,9 @@ namespace sysadmin::server {
 /// not know are ignored.
 QList<RequestRule> RequestsOf(const Subject& subject);
 
-/// Reads a subject's fields out of a request into `row`, under the names of their columns. Of an update only
+/// Reads fields out of a request into `row`, under the names of their columns. Of an update only
 /// the fields that were put are taken. Answers 0 or 3.
-qint16 ReadFields(Context& context, const Subject& subject, const wire::Fields& request, bool adding,
+qint16 ReadFields(Context& context, const QList<Field>& fields, const wire::Fields& request, bool adding,
                   Row& row);
 
 /// The status of the first record that keeps this one from being removed, or 0.

@@ -4,8 +4,6 @@ namespace sysadmin::server {
 
 namespace {
 
-constexpr int TextLength = 40;
-constexpr int EdiCodeLength = 10;
 constexpr qint16 VendorReportInOtherClaims = 63;
 constexpr qint16 VendorReportInSerialsClaims = 64;
 constexpr qint16 MarkReasonOnLineItems = 65;

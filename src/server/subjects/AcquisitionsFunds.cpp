@@ -6,7 +6,6 @@ namespace sysadmin::server {
 
 namespace {
 
-constexpr int TextLength = 40;
 constexpr int MostPercent = 999;
 constexpr qint16 UsedByRollovers = 57;
 constexpr qint16 UsedByFunds = 88;

@@ -4,8 +4,6 @@ namespace sysadmin::server {
 
 namespace {
 
-constexpr int CurrencyCodeLength = 10;
-
 bool IsDelimiter(const QString& value) {
     return value == "." || value == ",";
 }

@@ -1,49 +1,27 @@
 #include "server/Library.h"
-#include "server/SubjectRequests.h"
 #include "server/store/Database.h"
 #include "server/subjects/Registrations.h"
+
+#include <algorithm>
 
 namespace sysadmin::server {
 
 namespace {
 
-/// The fields of a cluster. Rights of their own, and not an area's, say who may change clusters: that is why
-/// the requests are written out.
-const Subject& Clusters() {
-    static const Subject clusters{
-        .table = "clusters",
-        .fields =
-            {
-                Field::Text("CCD", "code", CodeLength).Required().Unique(status::DuplicateCode),
-                Field::Text("CNM", "name", NameLength).Required().Unique(status::DuplicateName),
-                Field::Reference("CPLID", "pickup_location_id", "locations", OnRemoval::Clear),
-                Field::Flag("BLT", "blocks_local"),
-            },
-        .key = "CID",
-    };
-    return clusters;
-}
-
 bool IsAboutRequester(const Context& context, const wire::Fields& request, const QString& tag) {
     return Fold(wire::FirstValue(request, tag)) == Fold(context.requester.id);
 }
 
-bool MayChange(const Context& context, const QString& right) {
-    return context.rights.Has(right) && !context.rights.Has("CluViewOnly");
+/// The rights over clusters, which are not an area's.
+const QStringList& ClusterRights() {
+    static const QStringList rights{"CluViewOnly", "CluCreate", "CluEdit", "CluDelete"};
+    return rights;
 }
 
 /// Whoever maintains or looks after clusters sees them all, also those that no location belongs to yet.
 bool SeesAll(const Context& context) {
-    for (const char* right : {"CluCreate", "CluEdit", "CluDelete", "CluViewOnly"})
-        if (context.rights.Has(right))
-            return true;
-    return false;
-}
-
-std::optional<qint64> FindCluster(Context& context, const wire::Fields& request) {
-    bool isNumber = false;
-    const qint64 id = wire::FirstValue(request, "CID").toLongLong(&isNumber);
-    return isNumber ? context.records.IdWhere("clusters", "id", id) : std::nullopt;
+    return std::any_of(ClusterRights().begin(), ClusterRights().end(),
+                       [&](const QString& right) { return context.rights.Has(right); });
 }
 
 /// The circulation policy groups' locations of a cluster that have a flag.
@@ -58,7 +36,7 @@ Answer ReadSecurity(Context& context, const wire::Fields& request) {
     if (!IsAboutRequester(context, request, "SOI"))
         return {status::NotAuthorised};
     Answer answer;
-    for (const char* right : {"CluViewOnly", "CluCreate", "CluEdit", "CluDelete"})
+    for (const QString& right : ClusterRights())
         Put(answer.fields, right, context.rights.Has(right) ? "Y" : "N");
     return answer;
 }
@@ -99,52 +77,34 @@ Answer List(Context& context, const wire::Fields& request) {
     return answer;
 }
 
-Answer Get(Context& context, const wire::Fields& request) {
-    if (!SeesAll(context) && !context.rights.MayView(Area::Circulation))
-        return {status::NotAuthorised};
-    const auto id = FindCluster(context, request);
-    if (!id)
-        return {status::NotFound};
-    const Row cluster = *context.records.Find("clusters", *id);
-    Answer answer;
-    Put(answer.fields, "CCD", cluster["code"].toString());
-    Put(answer.fields, "CNM", cluster["name"].toString());
-    Put(answer.fields, "CPL", cluster["pickup_location_id"].toString());
-    Put(answer.fields, "BLT", cluster["blocks_local"].toString());
-    context.database.Each(LocationsWhere("is_desk"), {*id}, [&](const ResultRow& row) {
-        Put(answer.fields, "CPGID", row.value(1).toString());
-        Put(answer.fields, "CLOCID", row.value(2).toString());
-        Put(answer.fields, "CLOCNM", row.value(3).toString());
-        Put(answer.fields, "COPCDF", row.value(4).toString());
+void AddLocations(Context& context, qint64 id, wire::Fields& reply) {
+    context.database.Each(LocationsWhere("is_desk"), {id}, [&](const ResultRow& row) {
+        Put(reply, "CPGID", row.value(1).toString());
+        Put(reply, "CLOCID", row.value(2).toString());
+        Put(reply, "CLOCNM", row.value(3).toString());
+        Put(reply, "COPCDF", row.value(4).toString());
     });
-    context.database.Each(LocationsWhere("is_pickup"), {*id}, [&](const ResultRow& row) {
-        Put(answer.fields, "CPLID", row.value(2).toString());
-        Put(answer.fields, "CPLNm", row.value(3).toString());
+    context.database.Each(LocationsWhere("is_pickup"), {id}, [&](const ResultRow& row) {
+        Put(reply, "CPLID", row.value(2).toString());
+        Put(reply, "CPLNm", row.value(3).toString());
     });
-    return answer;
 }
 
-/// Reads and checks the record's own fields.
-qint16 ReadCluster(Context& context, const wire::Fields& request, qint64 id, Row& row) {
-    const QVariant formerPickup = row.value("pickup_location_id");
-    if (const qint16 refused = ReadFields(context, Clusters(), request, id == 0, row))
-        return refused;
-    for (const Field& field : Clusters().fields)
-        if (field.duplicateStatus != 0 && context.records.IsTaken("clusters", {.column = field.column},
-                                                                  row[field.column].toString(), {}, id))
-            return field.duplicateStatus;
-    const QVariant pickup = row.value("pickup_location_id");
-    if (pickup.isNull() || pickup == formerPickup)
+/// Only a pickup location of its own can be a cluster's; one that was chosen earlier may stay.
+qint16 CheckPickup(Context& context, const wire::Fields&, const Row& before, Row& after) {
+    const QVariant pickup = after.value("pickup_location_id");
+    if (pickup.isNull() || pickup == before.value("pickup_location_id"))
         return status::Ok;
+    const auto id = context.records.IdOfText("clusters", "code", before.value("code").toString());
     bool isPickup = false;
-    context.database.Each(LocationsWhere("is_pickup"), {id}, [&](const ResultRow& place) {
+    context.database.Each(LocationsWhere("is_pickup"), {id.value_or(0)}, [&](const ResultRow& place) {
         isPickup = isPickup || place.value(2).toLongLong() == pickup.toLongLong();
     });
     return isPickup ? status::Ok : status::NotFound;
 }
 
 /// Moves the mark of the public catalogue's desk. A cluster has one at the most.
-qint16 MarkDesk(Context& context, const wire::Fields& request, qint64 cluster) {
+qint16 MarkDesk(Context& context, const wire::Fields& request, qint64 cluster, bool) {
     QHash<QPair<QString, QString>, QString> said; // group and location to mark
     QPair<QString, QString> entry;
     int marked = 0;
@@ -179,65 +139,39 @@ qint16 MarkDesk(Context& context, const wire::Fields& request, qint64 cluster) {
     return status::Ok;
 }
 
-Answer Add(Context& context, const wire::Fields& request) {
-    if (!MayChange(context, "CluCreate"))
-        return {status::NotAuthorised};
-    Row row;
-    if (const qint16 refused = ReadCluster(context, request, 0, row))
-        return {refused};
-    const qint64 id = context.records.Insert("clusters", row);
-    if (const qint16 refused = MarkDesk(context, request, id))
-        return {refused};
-    Answer answer;
-    Put(answer.fields, "CID", QString::number(id));
-    Put(answer.fields, "CCD", row["code"].toString());
-    return answer;
-}
-
-Answer Update(Context& context, const wire::Fields& request) {
-    if (!MayChange(context, "CluEdit"))
-        return {status::NotAuthorised};
-    const auto id = FindCluster(context, request);
-    if (!id)
-        return {status::NotFound};
-    Row row = *context.records.Find("clusters", *id);
-    if (const qint16 refused = ReadCluster(context, request, *id, row))
-        return {refused};
-    context.records.Update("clusters", *id, row);
-    return {MarkDesk(context, request, *id)};
-}
-
-Answer Remove(Context& context, const wire::Fields& request) {
-    if (!MayChange(context, "CluDelete"))
-        return {status::NotAuthorised};
-    const auto id = FindCluster(context, request);
-    if (!id)
-        return {status::NotFound};
-    for (const Table& table : context.library.GetRegistry().GetTables())
-        for (const Column& column : table.columns)
-            if (column.target == u"clusters" && column.onRemoval == OnRemoval::Refuse &&
-                context.records.Count(table.name, column.name, *id) > 0)
-                return {status::InUse};
-    context.records.Remove("clusters", *id);
-    return {};
-}
-
 } // namespace
 
 void RegisterClusters(Registry& registry) {
-    Table table{.name = "clusters", .columns = {}};
-    for (const Field& field : Clusters().fields) {
-        table.columns << field.StoredAs();
-        if (field.duplicateStatus != 0)
-            table.uniqueTexts << UniqueText{.column = field.column};
-    }
-    registry.AddTable(table);
+    const auto change = [](const QString& right) {
+        return RequestRights{.anyOf = {right}, .unless = "CluViewOnly"};
+    };
+    registry.AddSubject({
+        .table = "clusters",
+        .area = Area::Circulation,
+        .requests =
+            {.get = "GetCluster", .add = "AddCluster", .update = "UpdCluster", .remove = "DelCluster"},
+        .fields =
+            {
+                Field::Text("CCD", "code", CodeLength).Required().Unique(status::DuplicateCode),
+                Field::Text("CNM", "name", NameLength).Required().Unique(status::DuplicateName),
+                Field::Reference("CPLID", "pickup_location_id", "locations", OnRemoval::Clear).WriteOnly(),
+                Field::Reference("CPL", "pickup_location_id", "locations", OnRemoval::Clear).ReadOnly(),
+                Field::Flag("BLT", "blocks_local"),
+            },
+        .key = "CID",
+        .rights = {{"GetCluster", {.anyOf = ClusterRights(), .orView = Area::Circulation}},
+                   {"AddCluster", change("CluCreate")},
+                   {"UpdCluster", change("CluEdit")},
+                   {"DelCluster", change("CluDelete")}},
+        .usedBy = {{"circulation_policy_groups", "cluster_id", status::InUse},
+                   {"patron_groups", "cluster_id", status::InUse}},
+        .addReply = {"CID", "CCD"},
+        .checkPut = CheckPickup,
+        .afterPut = MarkDesk,
+        .addToGet = AddLocations,
+    });
     registry.AddRead("GetClusterSecurity", Area::AnyOperator, ReadSecurity);
     registry.AddRead("GetClusterList", Area::AnyOperator, List);
-    registry.AddRead("GetCluster", Area::AnyOperator, Get);
-    registry.AddChange("AddCluster", Area::AnyOperator, Add);
-    registry.AddChange("UpdCluster", Area::AnyOperator, Update);
-    registry.AddChange("DelCluster", Area::AnyOperator, Remove);
 }
 
 } // namespace sysadmin::server

@@ -1,4 +1,3 @@
-#include "server/store/Database.h"
 #include "server/subjects/Registrations.h"
 
 namespace sysadmin::server {
@@ -7,28 +6,6 @@ namespace {
 
 constexpr qint16 UsedByFines = 87;
 constexpr qint16 UsedByPayments = 90;
-
-/// Reasons, payment types and posting types, one after the other: a screen shows all three at once.
-Answer ListAll(Context& context, const wire::Fields&) {
-    struct List {
-        QString table;
-        QStringList columns;
-        QStringList tags;
-    };
-    static const QList<List> lists{
-        {"fine_fee_reasons", {"id", "code", "name"}, {"ID", "Cd", "Nm"}},
-        {"payment_types", {"id", "name"}, {"PId", "PNm"}},
-        {"posting_types", {"id", "name", "for_fines", "for_demerits"}, {"PstId", "PstNm", "TF", "TD"}},
-    };
-    Answer answer;
-    for (const List& list : lists)
-        context.database.Each("SELECT " + list.columns.join(", ") + " FROM " + list.table + " ORDER BY id",
-                              {}, [&](const ResultRow& row) {
-                                  for (qsizetype i = 0; i < list.tags.size(); ++i)
-                                      Put(answer.fields, list.tags[i], row.value(int(i)).toString());
-                              });
-    return answer;
-}
 
 } // namespace
 
@@ -69,7 +46,11 @@ void RegisterFineFeeReasons(Registry& registry) {
         .addReply = {"PstId", "PstNm"},
     });
     // Circulation policies choose a posting type from it.
-    registry.AddRead("LstFee", Area::AnyOperator, ListAll);
+    registry.AddList("LstFee", Area::AnyOperator,
+                     {{"fine_fee_reasons", {{"ID", "id"}, {"Cd", "code"}, {"Nm", "name"}}},
+                      {"payment_types", {{"PId", "id"}, {"PNm", "name"}}},
+                      {"posting_types",
+                       {{"PstId", "id"}, {"PstNm", "name"}, {"TF", "for_fines"}, {"TD", "for_demerits"}}}});
 }
 
 } // namespace sysadmin::server

@@ -58,7 +58,7 @@ qint16 CheckRemoval(Context& context, qint64 id, const Row&) {
     return isDesk ? IsOpacDesk : status::Ok;
 }
 
-/// The names of the policy groups, then the addresses.
+/// The names of the policy groups.
 void AddToRecord(Context& context, qint64 id, wire::Fields& reply) {
     const QList<QPair<QString, QString>> groups{
         {"CtGrp", "cataloging"}, {"ASGrp", "acquisitions"}, {"CrGrp", "circulation"}};
@@ -69,7 +69,6 @@ void AddToRecord(Context& context, qint64 id, wire::Fields& reply) {
                                 "_policy_locations l ON l.group_id=g.id WHERE l.location_id=?",
                             {id})
                 .toString());
-    PutAddresses(context, id, reply);
 }
 
 } // namespace
@@ -97,15 +96,16 @@ void RegisterLocations(Registry& registry) {
                    {"circulation_policy_locations", "location_id", InCirculationGroup},
                    {"data_change_profiles_locations", "location_id", InDataChangeProfile}},
         .usages = LocationUsages(),
+        .children = {LocationAddresses()},
+        .alsoListed = {{"phone_types", {{"PTps", "id"}, {"PDsc", "name"}}}},
         .addReply = {"ID", "Cd"},
-        .afterPut = [](Context& context, const wire::Fields& request, qint64 id,
-                       bool) { return ApplyAddresses(context, request, id); },
         .checkRemove = CheckRemoval,
         .addToGet = AddToRecord,
-        .addToList = [](Context& context, const wire::Fields&,
-                        wire::Fields& reply) { PutPhoneTypes(context, reply); },
     });
-    DeclareLocationAddresses(registry);
+    registry.AddTable({.name = "phone_types",
+                       .columns = {{.name = "name"}},
+                       .uniqueTexts = {{.column = "name"}},
+                       .ordered = true});
 }
 
 } // namespace sysadmin::server

@@ -2,12 +2,7 @@
 
 namespace sysadmin::server {
 
-namespace {
-
-constexpr int TypeCodeLength = 10;
-constexpr int TextLength = 40;
-
-} // namespace
+namespace {} // namespace
 
 void RegisterMaterialTypes(Registry& registry) {
     registry.AddSubject({
@@ -16,7 +11,10 @@ void RegisterMaterialTypes(Registry& registry) {
         .requests = {.list = "LstBF", .get = "GetBF", .add = "AddBF", .update = "UpdBF", .remove = "DelBF"},
         .fields =
             {
-                Field::Text("Cd", "code", TypeCodeLength).Required().Unique(status::DuplicateCode).InList(),
+                Field::Text("Cd", "code", MaterialCodeLength)
+                    .Required()
+                    .Unique(status::DuplicateCode)
+                    .InList(),
                 Field::Text("Nm", "name", TextLength).Required().Unique(status::DuplicateName).InList(),
             },
         .key = "Cd",

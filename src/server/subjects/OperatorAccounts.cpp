@@ -118,8 +118,9 @@ qint16 ReadAccount(const wire::Fields& request, Row& row) {
         QString column;
         int limit;
     };
-    static const QList<TextColumn> texts{
-        {"LNm", "last_name", 30}, {"FNm", "first_name", 30}, {"MI", "middle_initial", 1}};
+    static const QList<TextColumn> texts{{"LNm", "last_name", OperatorNameLength},
+                                         {"FNm", "first_name", OperatorNameLength},
+                                         {"MI", "middle_initial", 1}};
     static const QList<QPair<QString, QString>> flags{{"Nexp", "never_expires"}, {"Rchg", "restrict_change"}};
     for (const wire::Field& field : request) {
         for (const TextColumn& text : texts)
@@ -179,9 +180,8 @@ qint16 RefuseLastHolder(Context& context, qint64 withoutOperator = 0) {
 }
 
 Answer AddOperator(Context& context, const wire::Fields& request) {
-    constexpr int LongestId = 20;
     const QString id = Sent(request, "OI");
-    if (id.isEmpty() || id.size() > LongestId || id.contains(QChar(0)))
+    if (id.isEmpty() || id.size() > OperatorIdLength || id.contains(QChar(0)))
         return {status::ColumnError};
     if (context.records.IdOfText("operators", "operator_id", id))
         return {status::DuplicateId};

@@ -2,11 +2,7 @@
 
 namespace sysadmin::server {
 
-namespace {
-
-constexpr int TextLength = 40;
-
-} // namespace
+namespace {} // namespace
 
 void RegisterPatronNoteTypes(Registry& registry) {
     registry.AddSubject({

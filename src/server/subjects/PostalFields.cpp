@@ -5,14 +5,18 @@
 namespace sysadmin::server {
 
 QList<Field> PostalFields() {
-    constexpr int LineLength = 60;
     return {
-        Field::Text("EMl", "email", NameLength),   Field::Text("Adr1", "line1", LineLength),
-        Field::Text("Adr2", "line2", LineLength),  Field::Text("Adr3", "line3", LineLength),
-        Field::Text("Adr4", "line4", LineLength),  Field::Text("Adr5", "line5", LineLength),
-        Field::Text("City", "city", LineLength),   Field::Text("St", "state", 40),
-        Field::Text("Zip", "postal_code", 20),     Field::Text("Cty", "country", LineLength),
-        Field::Text("SAN", "standard_number", 20),
+        Field::Text("EMl", "email", NameLength),
+        Field::Text("Adr1", "line1", AddressLineLength),
+        Field::Text("Adr2", "line2", AddressLineLength),
+        Field::Text("Adr3", "line3", AddressLineLength),
+        Field::Text("Adr4", "line4", AddressLineLength),
+        Field::Text("Adr5", "line5", AddressLineLength),
+        Field::Text("City", "city", AddressLineLength),
+        Field::Text("St", "state", StateLength),
+        Field::Text("Zip", "postal_code", PostalCodeLength),
+        Field::Text("Cty", "country", AddressLineLength),
+        Field::Text("SAN", "standard_number", StandardNumberLength),
     };
 }
 

@@ -7,9 +7,6 @@ namespace sysadmin::server {
 
 namespace {
 
-constexpr int LocationCodeLength = 20;
-constexpr int TextLength = 40;
-
 /// There is one default at the most: a location that becomes it takes the mark from the one that had it.
 qint16 TakeDefault(Context& context, const wire::Fields& request, qint64 id, bool) {
     if (wire::FirstValue(request, "DP") != "Y")
@@ -36,7 +33,7 @@ void RegisterPrintLocations(Registry& registry) {
         .requests = {.list = "LstPL", .get = "GetPL", .add = "AddPL", .update = "UpdPL", .remove = "DelPL"},
         .fields =
             {
-                Field::Text("Cd", "code", LocationCodeLength)
+                Field::Text("Cd", "code", PrintLocationCodeLength)
                     .Required()
                     .Unique(status::DuplicateCode)
                     .InList(),

@@ -18,9 +18,14 @@ Answer ReadRights(Context& context, const wire::Fields& request) {
     if (!IsAboutRequester(context, request))
         return {status::NotAuthorised};
     Answer answer;
-    for (const char* tag : {"ASPG", "ASPGV", "CatPG", "CatPGV", "CrcPG", "CrcPGV", "CrCnv", "CrCnvV", "Sec",
-                            "SecV", "ChgPwd", "SysDf", "SysDfV"})
-        Append(context, tag, answer.fields);
+    for (const wire::AreaRights& rights : wire::AreasWithRights()) {
+        if (rights.area == Area::PatronGroups)
+            continue;
+        Append(context, rights.edit, answer.fields);
+        Append(context, rights.view, answer.fields);
+        if (rights.area == Area::Security)
+            Append(context, "ChgPwd", answer.fields);
+    }
     const QVariant decimals = context.database.FirstValue("SELECT decimals FROM base_currency ORDER BY id");
     Put(answer.fields, "Dec", decimals.isNull() ? QString("2") : decimals.toString());
     Put(answer.fields, "PRB", ReadSetting(context.database, "web_services", "N"));
@@ -31,8 +36,9 @@ Answer ReadPatronGroupRights(Context& context, const wire::Fields& request) {
     if (!IsAboutRequester(context, request))
         return {status::NotAuthorised};
     Answer answer;
-    Append(context, "EditPatGrp", answer.fields);
-    Append(context, "PatGrpV", answer.fields);
+    const wire::AreaRights rights = wire::RightsOf(Area::PatronGroups);
+    Append(context, rights.edit, answer.fields);
+    Append(context, rights.view, answer.fields);
     return answer;
 }
 

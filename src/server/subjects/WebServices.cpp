@@ -5,8 +5,6 @@ namespace sysadmin::server {
 
 namespace {
 
-constexpr int PinLength = 25;
-constexpr int AlertLength = 250;
 constexpr int MostDays = 9999;
 
 /// The fields of the registration form, by the names that the web service gives them. The last two are the
