@@ -244,7 +244,7 @@ QString TableFiles::ReadCell(const Column& column, const QString& cell, Row& row
         cell.toLongLong(&isNumber);
     if (!isNumber)
         return FileHeading(column) + " is no number.";
-    if (cell.contains(QChar(0)))
+    if (!IsStorable(cell))
         return FileHeading(column) + " holds a character that no text may hold.";
     row.insert(column.name, cell);
     return {};
