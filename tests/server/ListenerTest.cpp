@@ -226,7 +226,7 @@ TEST_F(ListenerTest, PastTheLimitTheIdlestSessionGoes) {
     Sessions sessions(m_server.GetDatabase());
     QList<qint64> rows;
     for (const char* token : {"a", "b", "c", "d"})
-        rows.append(sessions.Start(token, 1, "", false, m_server.Now().addSecs(rows.size()), 3));
+        rows.append(sessions.Start(token, "nonce", 1, "", false, m_server.Now().addSecs(rows.size()), 3));
     EXPECT_FALSE(sessions.Load(rows[0], m_server.Now()));
     for (const qint64 row : rows.mid(1))
         EXPECT_TRUE(sessions.Load(row, m_server.Now()));
