@@ -1,0 +1,350 @@
+#include "exact/ExactTables.h"
+
+#include <QDate>
+#include <QDir>
+#include <QFile>
+
+#include <stdexcept>
+
+namespace sysadmin::exact {
+
+namespace {
+
+/// Words, or texts in double quotes (also behind a "="), in which \n is a line break.
+QStringList Split(const QString& line) {
+    QStringList words;
+    QString word;
+    bool quoted = false;
+    bool any = false;
+    for (qsizetype i = 0; i < line.size(); ++i) {
+        const QChar letter = line[i];
+        if (quoted && letter == '\\' && i + 1 < line.size()) {
+            const QChar next = line[++i];
+            word += next == 'n' ? QString("\r\n") : QString(next);
+        } else if (letter == '"') {
+            quoted = !quoted;
+            any = true;
+        } else if (letter == ' ' && !quoted) {
+            if (any)
+                words.append(word);
+            word.clear();
+            any = false;
+        } else {
+            word += letter;
+            any = true;
+        }
+    }
+    if (any)
+        words.append(word);
+    return words;
+}
+
+/// The words of a line, taken one after the other.
+class Line {
+public:
+    explicit Line(const QString& text)
+        : m_text(text)
+        , m_words(Split(text)) {}
+    bool AtEnd() const { return m_words.isEmpty(); }
+    QString Take() {
+        if (m_words.isEmpty())
+            throw std::runtime_error("too short: " + m_text.toStdString());
+        return m_words.takeFirst();
+    }
+    QStringList Rest() { return std::exchange(m_words, {}); }
+    [[noreturn]] void Fail(const QString& word) const {
+        throw std::runtime_error("unknown word " + word.toStdString() + " in: " + m_text.toStdString());
+    }
+
+private:
+    QString m_text;
+    QStringList m_words;
+};
+
+wire::Fields Pairs(const QStringList& words) {
+    wire::Fields fields;
+    for (const QString& word : words)
+        fields.append(wire::Field{word.section('=', 0, 0), word.section('=', 1)});
+    return fields;
+}
+
+Put ReadPut(const QString& word) {
+    using Kind = Put::Kind;
+    if (const qsizetype at = word.indexOf('='); at > 0)
+        return word.mid(at + 1) == "@" ? Put{Kind::Key, word.left(at), {}}
+                                       : Put{Kind::Constant, word.left(at), word.mid(at + 1)};
+    if (const qsizetype at = word.indexOf('~'); at > 0)
+        return {Kind::Changed, word.left(at), word.mid(at + 1)};
+    if (const qsizetype at = word.indexOf('>'); at > 0)
+        return {Kind::WhenOn, word.left(at), word.mid(at + 1)};
+    if (const qsizetype at = word.indexOf('/'); at > 0)
+        return {word.endsWith('-') ? Kind::Out : Kind::In, word.left(at), word.mid(at + 1).chopped(1)};
+    return {Kind::Value, word, {}};
+}
+
+QList<Put> ReadPuts(const QStringList& words) {
+    QList<Put> puts;
+    for (const QString& word : words)
+        puts.append(ReadPut(word));
+    return puts;
+}
+
+Field ReadField(const QString& kind, Line& line) {
+    Field field{.kind = kind, .control = line.Take()};
+    if (kind == u"picked") {
+        field.caption = line.Take();
+        field.available = line.Take();
+        field.selectedCaption = line.Take();
+        field.selected = line.Take();
+        field.tags = line.Take().split('/');
+        field.buttons = line.Rest();
+        return field;
+    }
+    field.tag = line.Take();
+    field.caption = line.Take();
+    while (!line.AtEnd()) {
+        const QString word = line.Take();
+        const QString name = word.section('=', 0, 0);
+        const QString value = word.section('=', 1);
+        if (name == u"max")
+            field.max = value.toInt();
+        else if (name == u"range") {
+            field.least = value.section("..", 0, 0).toInt();
+            field.most = value.section("..", 1).toInt();
+        } else if (name == u"required")
+            field.required = true;
+        else if (name == u"shown")
+            field.shown = true;
+        else if (name == u"edit-only")
+            field.editOnly = true;
+        else if (name == u"initial")
+            field.initial = value;
+        else if (name == u"unit")
+            field.unit = value;
+        else if (name == u"by")
+            field.by = value;
+        else if (name == u"suffix")
+            field.suffix = value;
+        else if (name == u"format")
+            field.format = value;
+        else if (name == u"loads")
+            field.loads = value;
+        else if (name == u"values")
+            field.values = value.split('|');
+        else if (name == u"entry")
+            field.entries.append({value.section(':', 0, 0), value.section(':', 1)});
+        else if (name == u"from")
+            field.source.request = value;
+        else if (name == u"tags") {
+            field.source.id = value.section('/', 0, 0);
+            field.source.text = value.section('/', 1);
+        } else if (name == u"none")
+            field.source.none = value;
+        else if (name == u"pick")
+            field.source.pickList = value;
+        else if (name == u"report")
+            field.source.caption = value;
+        else if (name == u"unable")
+            field.source.unable = value;
+        else
+            line.Fail(word);
+    }
+    return field;
+}
+
+void ReadTableLine(Table& table, const QString& word, Line& line) {
+    const auto dash = [](const QString& text) { return text == u"-" ? QString() : text; };
+    static const QStringList kinds{"text", "flag",  "letter",   "choice", "number",
+                                   "date", "lines", "interval", "picked", "other"};
+    if (kinds.contains(word)) {
+        table.fields.append(ReadField(word, line));
+    } else if (word == u"frame") {
+        table.frame = line.Take();
+    } else if (word == u"list-frame") {
+        table.listFrame = line.Take();
+    } else if (word == u"view-frame") {
+        table.viewFrame = line.Take();
+    } else if (word == u"tab") {
+        table.tab = line.Take();
+        table.grid = line.Take();
+    } else if (word == u"list") {
+        table.list = line.Take();
+        table.record = line.Take();
+        for (const QString& how : line.Rest())
+            if (how == u"strict" || how == u"continuing")
+                table.strict = how == u"strict";
+            else if (how == u"unable")
+                table.unable = true;
+            else if (how == u"unsorted")
+                table.sorted = false;
+            else if (how == u"shared")
+                table.sharesList = true;
+            else
+                line.Fail(how);
+    } else if (word == u"column") {
+        Column column{.tag = line.Take(), .caption = line.Take()};
+        for (const QString& how : line.Rest())
+            if (how == u"hidden")
+                column.hidden = true;
+            else if (how == u"yes-no")
+                column.yesNo = true;
+            else
+                column.field = how;
+        table.columns.append(column);
+    } else if (word == u"get") {
+        table.get = line.Take();
+        if (!line.AtEnd())
+            table.getKey = line.Take();
+    } else if (word == u"add") {
+        table.add = line.Take();
+        table.adds = ReadPuts(line.Rest());
+    } else if (word == u"update") {
+        table.update = line.Take();
+        table.updates = ReadPuts(line.Rest());
+    } else if (word == u"delete") {
+        table.remove = line.Take();
+        table.getKey = line.Take();
+    } else if (word == u"captions") {
+        table.loadCaption = dash(line.Take());
+        table.editCaption = dash(line.Take());
+        table.saveCaption = dash(line.Take());
+        table.deleteCaption = dash(line.Take());
+    } else if (word == u"failures") {
+        table.loadFailure = line.Take();
+        table.saveFailure = line.Take();
+    } else if (word == u"exists-as") {
+        table.existsAs = line.Rest();
+    } else if (word == u"question") {
+        table.question = line.Take();
+    } else if (word == u"notice") {
+        table.notice = line.Take();
+    } else if (word == u"finds") {
+        table.finds = line.Take();
+    } else if (word == u"picks") {
+        table.pickTag = line.Take();
+        table.pickLists = line.Rest();
+    } else if (word == u"available") {
+        Available available{.request = line.Take()};
+        const QString tags = line.Take();
+        available.id = tags.section('/', 0, 0);
+        available.name = tags.section('/', 1);
+        available.control = line.Take();
+        available.continuing = !line.AtEnd() && line.Take() == u"continuing";
+        table.available.append(available);
+    } else if (word == u"words") {
+        Words words{.onDelete = line.Take() == u"delete"};
+        words.status = line.Take().toShort();
+        words.text = line.Take();
+        words.title = line.Take();
+        table.words.append(words);
+    } else if (word == u"refuses") {
+        Refusal refusal{.status = line.Take().toShort()};
+        refusal.kind = line.Take();
+        if (!line.AtEnd()) {
+            refusal.table = line.Take();
+            refusal.column = line.Take();
+        }
+        table.refusals.append(refusal);
+    } else if (word == u"gives") {
+        const QString request = line.Take();
+        table.given.append({request, Pairs(line.Rest())});
+    } else if (word == u"box") {
+        const QString name = line.Take();
+        table.frames.append({name, line.Take()});
+    } else if (word == u"pages") {
+        table.pages = line.Rest();
+    } else if (word == u"note") {
+        table.notes.append(line.Take());
+    } else {
+        line.Fail(word);
+    }
+}
+
+void Finish(Table& table) {
+    if (table.frame.isEmpty())
+        table.frame = table.subject;
+    if (table.getKey.isEmpty())
+        table.getKey = table.record;
+    if (table.notice.isEmpty())
+        table.notice = table.update.mid(3);
+}
+
+} // namespace
+
+QList<Screen> ReadTables(const QString& subsystem) {
+    QFile file(QString(SYSADMIN_SOURCE_DIR) + "/tests/exact/" + subsystem + ".txt");
+    if (!file.open(QIODevice::ReadOnly))
+        throw std::runtime_error("cannot read " + file.fileName().toStdString());
+    QList<Screen> screens;
+    for (const QString& text : QString::fromUtf8(file.readAll()).split('\n')) {
+        if (text.trimmed().isEmpty() || text.startsWith('#'))
+            continue;
+        Line line(text.trimmed());
+        const QString word = line.Take();
+        if (word == u"screen") {
+            Screen screen{.key = line.Take()};
+            screen.name = line.Take();
+            screen.caption = line.Take();
+            screen.area = line.Take();
+            screens.append(screen);
+        } else if (word == u"asks") {
+            const QString request = line.Take();
+            screens.last().asksFirst.append({request, Pairs(line.Rest())});
+        } else if (word == u"list-puts") {
+            screens.last().listPuts = Pairs(line.Rest());
+        } else if (word == u"table" || word == u"record") {
+            screens.last().tables.append(Table{.subject = line.Take()});
+            screens.last().tables.last().single = word == u"record";
+        } else {
+            ReadTableLine(screens.last().tables.last(), word, line);
+        }
+    }
+    for (Screen& screen : screens)
+        for (Table& table : screen.tables)
+            Finish(table);
+    return screens;
+}
+
+const QList<Screen>& AllScreens() {
+    static const QList<Screen> screens = [] {
+        QList<Screen> all;
+        for (const QString& file : QDir(QString(SYSADMIN_SOURCE_DIR) + "/tests/exact")
+                                       .entryList({"*.txt"}, QDir::Files, QDir::Name))
+            all += ReadTables(file.chopped(4));
+        return all;
+    }();
+    return screens;
+}
+
+const Screen& FindScreen(const QString& key) {
+    for (const Screen& screen : AllScreens())
+        if (screen.key == key)
+            return screen;
+    throw std::runtime_error("no rows for " + key.toStdString());
+}
+
+QString ValueOf(const Table& table, const Field& field, int record) {
+    if (!field.values.isEmpty())
+        return field.values.value(record - 1);
+    if (field.kind == u"flag") {
+        qsizetype place = 0;
+        while (&table.fields[place] != &field)
+            ++place;
+        return (place + record) % 2 ? "Y" : "N";
+    }
+    if (field.kind == u"number")
+        return QString::number(field.least + record);
+    if (field.kind == u"date")
+        return QDate(2040, record, 10 + record).toString(field.format) + field.suffix;
+    if (field.kind == u"interval")
+        return field.entries.value(record % field.entries.size()).id + QString::number(record);
+    if (field.kind == u"letter")
+        return field.entries.value(record % field.entries.size()).id;
+    if (field.kind == u"choice")
+        return field.entries.isEmpty() ? QString::number(10 + record % 2)
+                                       : field.entries.value(record % field.entries.size()).id;
+    QString text = QString("%1 %2").arg(record).arg(field.tag);
+    return field.max > 0 ? text.left(field.max) : text;
+}
+
+} // namespace sysadmin::exact
