@@ -90,7 +90,9 @@ QList<Put> ReadPuts(const QStringList& words) {
 }
 
 Field ReadField(const QString& kind, Line& line) {
-    Field field{.kind = kind, .control = line.Take()};
+    Field field;
+    field.kind = kind;
+    field.control = line.Take();
     if (kind == u"picked") {
         field.caption = line.Take();
         field.available = line.Take();
@@ -108,6 +110,10 @@ Field ReadField(const QString& kind, Line& line) {
         const QString value = word.section('=', 1);
         if (name == u"max")
             field.max = value.toInt();
+        else if (name == u"server-max")
+            field.serverMax = value.toInt();
+        else if (name == u"unique")
+            field.unique = value.toShort();
         else if (name == u"range") {
             field.least = value.section("..", 0, 0).toInt();
             field.most = value.section("..", 1).toInt();
@@ -177,12 +183,16 @@ void ReadTableLine(Table& table, const QString& word, Line& line) {
                 table.unable = true;
             else if (how == u"unsorted")
                 table.sorted = false;
+            else if (how == u"open")
+                table.open = true;
             else if (how == u"shared")
                 table.sharesList = true;
             else
                 line.Fail(how);
     } else if (word == u"column") {
-        Column column{.tag = line.Take(), .caption = line.Take()};
+        Column column;
+        column.tag = line.Take();
+        column.caption = line.Take();
         for (const QString& how : line.Rest())
             if (how == u"hidden")
                 column.hidden = true;
@@ -204,6 +214,11 @@ void ReadTableLine(Table& table, const QString& word, Line& line) {
     } else if (word == u"delete") {
         table.remove = line.Take();
         table.getKey = line.Take();
+    } else if (word == u"stored") {
+        table.stored = line.Take();
+    } else if (word == u"follows") {
+        table.follow = line.Take();
+        table.follows = ReadPuts(line.Rest());
     } else if (word == u"captions") {
         table.loadCaption = dash(line.Take());
         table.editCaption = dash(line.Take());
@@ -224,7 +239,8 @@ void ReadTableLine(Table& table, const QString& word, Line& line) {
         table.pickTag = line.Take();
         table.pickLists = line.Rest();
     } else if (word == u"available") {
-        Available available{.request = line.Take()};
+        Available available;
+        available.request = line.Take();
         const QString tags = line.Take();
         available.id = tags.section('/', 0, 0);
         available.name = tags.section('/', 1);
@@ -232,13 +248,15 @@ void ReadTableLine(Table& table, const QString& word, Line& line) {
         available.continuing = !line.AtEnd() && line.Take() == u"continuing";
         table.available.append(available);
     } else if (word == u"words") {
-        Words words{.onDelete = line.Take() == u"delete"};
+        Words words;
+        words.onDelete = line.Take() == u"delete";
         words.status = line.Take().toShort();
         words.text = line.Take();
         words.title = line.Take();
         table.words.append(words);
     } else if (word == u"refuses") {
-        Refusal refusal{.status = line.Take().toShort()};
+        Refusal refusal;
+        refusal.status = line.Take().toShort();
         refusal.kind = line.Take();
         if (!line.AtEnd()) {
             refusal.table = line.Take();
@@ -282,7 +300,8 @@ QList<Screen> ReadTables(const QString& subsystem) {
         Line line(text.trimmed());
         const QString word = line.Take();
         if (word == u"screen") {
-            Screen screen{.key = line.Take()};
+            Screen screen;
+            screen.key = line.Take();
             screen.name = line.Take();
             screen.caption = line.Take();
             screen.area = line.Take();
@@ -293,7 +312,8 @@ QList<Screen> ReadTables(const QString& subsystem) {
         } else if (word == u"list-puts") {
             screens.last().listPuts = Pairs(line.Rest());
         } else if (word == u"table" || word == u"record") {
-            screens.last().tables.append(Table{.subject = line.Take()});
+            screens.last().tables.append(Table());
+            screens.last().tables.last().subject = line.Take();
             screens.last().tables.last().single = word == u"record";
         } else {
             ReadTableLine(screens.last().tables.last(), word, line);
@@ -321,6 +341,38 @@ const Screen& FindScreen(const QString& key) {
         if (screen.key == key)
             return screen;
     throw std::runtime_error("no rows for " + key.toStdString());
+}
+
+wire::Fields FieldsOf(const QList<Put>& puts, const Saving& saving) {
+    using Kind = Put::Kind;
+    wire::Fields fields;
+    for (const Put& put : puts) {
+        switch (put.kind) {
+        case Kind::Value:
+            fields.append(wire::Field{put.tag, saving.value(put.tag)});
+            break;
+        case Kind::Constant:
+            fields.append(wire::Field{put.tag, put.other});
+            break;
+        case Kind::Changed:
+            fields.append(wire::Field{put.tag, saving.isChanged(put.other) ? "Y" : "N"});
+            break;
+        case Kind::Key:
+            fields.append(wire::Field{put.tag, saving.key});
+            break;
+        case Kind::WhenOn:
+            fields.append(wire::Field{put.tag, saving.value(put.tag)});
+            if (saving.value(put.tag) == u"Y")
+                fields.append(wire::Field{put.other, saving.value(put.other)});
+            break;
+        case Kind::Out:
+        case Kind::In:
+            for (const QString& id : (put.kind == Kind::Out ? saving.out : saving.in)[put.tag])
+                fields += {{put.tag, id}, {put.other, put.kind == Kind::Out ? "3" : "1"}};
+            break;
+        }
+    }
+    return fields;
 }
 
 QString ValueOf(const Table& table, const Field& field, int record) {

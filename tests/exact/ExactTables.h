@@ -3,7 +3,10 @@
 #include "core/data/PickLists.h"
 #include "wire/Message.h"
 
+#include <QMap>
 #include <QStringList>
+
+#include <functional>
 
 namespace sysadmin::exact {
 
@@ -34,6 +37,8 @@ struct Field {
     QString tag;
     QString caption;
     int max = 0;
+    int serverMax = 0; ///< where the server keeps longer texts that came from elsewhere
+    qint16 unique = 0; ///< status of a second record with the same text
     int least = 0;
     int most = 0;
     bool required = false;
@@ -79,9 +84,13 @@ struct Table {
     bool strict = true;
     bool unable = false;
     bool sorted = true;
+    bool open = false;       ///< everybody who is signed on may list
     bool sharesList = false; ///< its records come with the first table's list
     QString loadCaption, editCaption, saveCaption, deleteCaption;
     QString loadFailure, saveFailure;
+    QString stored; ///< the server's table
+    QString follow; ///< a further request of a save, when it has something to put
+    QList<Put> follows;
     QString question; ///< delete question; "%1" is the item
     QStringList pickLists;
     QString pickTag;
@@ -102,6 +111,18 @@ struct Screen {
     QList<QPair<QString, wire::Fields>> asksFirst; ///< requests before everything else, and what they put
     QList<Table> tables;
 };
+
+/// What a save knows: values and changes by tag, the key before the edit, ids moved out and in by tag.
+struct Saving {
+    std::function<QString(const QString& tag)> value;
+    std::function<bool(const QString& tag)> isChanged;
+    QString key;
+    QMap<QString, QStringList> out = {};
+    QMap<QString, QStringList> in = {};
+};
+
+/// What a request puts.
+wire::Fields FieldsOf(const QList<Put>& puts, const Saving& saving);
 
 /// The screens of one file of `tests/exact`; README.md there says how it is written.
 QList<Screen> ReadTables(const QString& subsystem);

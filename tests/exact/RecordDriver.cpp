@@ -26,7 +26,7 @@ void ScreenDriver::RunRecord(const Table& table) {
         CheckFocusOrder();
         m_rig->channel.Always(table.update, {});
         Click("cmdSave");
-        ExpectSent("saving what was loaded", {Saved(table.update, table.updates, {})});
+        ExpectSent("saving what was loaded", Saved(table.update, table.updates, {}));
         ExpectTold("saving what was loaded", {});
         Expect("notice", m_rig->notices.join(' '), table.notice);
         CheckRequired();
@@ -42,11 +42,11 @@ void ScreenDriver::RunRecord(const Table& table) {
             m_rig->channel.Once(table.update, {2, {}});
             Click("cmdSave");
             ExpectTold("a failing save", {failure(2, table.saveFailure, table.saveCaption)});
-            ExpectSent("a failing save", {Saved(table.update, table.updates, {})});
+            ExpectSent("a failing save", Saved(table.update, table.updates, {}));
             ExpectValues("after a failing save");
             m_rig->channel.Once(table.update, {});
             Click("cmdSave");
-            ExpectSent("saving what was changed", {Saved(table.update, table.updates, {})});
+            ExpectSent("saving what was changed", Saved(table.update, table.updates, {}));
             ExpectTold("saving what was changed", {});
         });
     Guard("a failing load", [&] {
@@ -65,9 +65,9 @@ void ScreenDriver::RunRecord(const Table& table) {
             m_rig->channel.Once(table.add, {});
             m_rig->channel.Once(table.update, {});
             Click("cmdSave");
-            ExpectSent("saving the first time", {Saved(table.add, table.adds, {})});
+            ExpectSent("saving the first time", Saved(table.add, table.adds, {}));
             Click("cmdSave");
-            ExpectSent("saving again", {Saved(table.update, table.updates, {})});
+            ExpectSent("saving again", Saved(table.update, table.updates, {}));
             // There is a record as soon as this field is filled.
             OpenRecord(true, [&] {
                 m_rig->channel.Once(table.get, {0, {{table.existsAs.value(0), "X"}}});

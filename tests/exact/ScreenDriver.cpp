@@ -149,6 +149,8 @@ void ScreenDriver::Script(bool mayEdit) {
                                                  {source.text, "Entry 10"},
                                                  {source.id, "11"},
                                                  {source.text, "Entry 11"}}});
+        if (!table.follow.isEmpty())
+            channel.Always(table.follow, {});
         for (const auto& [request, more] : table.given)
             if (request != table.get && request != table.list)
                 channel.Always(request, {0, more});
@@ -297,44 +299,27 @@ void ScreenDriver::MovePicked(bool isNew) {
     }
 }
 
-QString ScreenDriver::Saved(const QString& request, const QList<Put>& puts, const QString& key) {
-    using Kind = Put::Kind;
-    wire::Fields fields;
-    const auto valueOf = [this](const QString& tag) {
+QStringList ScreenDriver::Saved(const QString& request, const QList<Put>& puts, const QString& key) {
+    const auto controlOf = [this](const QString& tag) {
         const Field* field = FieldOf(tag);
         if (!field)
             throw std::runtime_error("the rows have no field for " + tag.toStdString());
-        return m_values.value(field->control);
+        return field->control;
     };
-    for (const Put& put : puts) {
-        switch (put.kind) {
-        case Kind::Value:
-            fields.append(wire::Field{put.tag, valueOf(put.tag)});
-            break;
-        case Kind::Constant:
-            fields.append(wire::Field{put.tag, put.other});
-            break;
-        case Kind::Changed: {
-            const QString control = FieldOf(put.other)->control;
-            fields.append(wire::Field{put.tag, m_values[control] != m_loaded[control] ? "Y" : "N"});
-            break;
-        }
-        case Kind::Key:
-            fields.append(wire::Field{put.tag, key});
-            break;
-        case Kind::WhenOn:
-            fields.append(wire::Field{put.tag, valueOf(put.tag)});
-            if (valueOf(put.tag) == u"Y")
-                fields.append(wire::Field{put.other, valueOf(put.other)});
-            break;
-        case Kind::Out:
-        case Kind::In:
-            for (const QString& id : (put.kind == Kind::Out ? m_out : m_in)[put.tag])
-                fields += {{put.tag, id}, {put.other, put.kind == Kind::Out ? "3" : "1"}};
-            break;
-        }
+    Saving saving{
+        [&](const QString& tag) { return m_values.value(controlOf(tag)); },
+        [&](const QString& tag) { return m_values.value(controlOf(tag)) != m_loaded.value(controlOf(tag)); },
+        key, m_out, m_in};
+    QStringList lines{Line(request, FieldsOf(puts, saving))};
+    bool follows = false;
+    for (const Put& put : m_table->follows)
+        follows = follows || !m_out[put.tag].isEmpty() || !m_in[put.tag].isEmpty();
+    if (follows) {
+        if (saving.key.isEmpty())
+            saving.key = KeyOf(3);
+        lines.append(Line(m_table->follow, FieldsOf(m_table->follows, saving)));
     }
-    return Line(request, fields);
+    return lines;
 }
 
 void ScreenDriver::CheckRequired() {

@@ -72,7 +72,7 @@ private:
     QString RowFromValues(int formerRecord) const;
     wire::Fields ListReply(const Table& table, const QList<int>& records) const;
     wire::Fields GetReply(const Table& table, int record) const;
-    QString Saved(const QString& request, const QList<Put>& puts, const QString& key);
+    QStringList Saved(const QString& request, const QList<Put>& puts, const QString& key);
     const Field* FieldOf(const QString& tag) const;
     QStringList SourceRequests() const;
 

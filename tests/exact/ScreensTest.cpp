@@ -20,10 +20,11 @@ QStringList Keys() {
     return keys;
 }
 
-INSTANTIATE_TEST_SUITE_P(All, ExactScreen, testing::ValuesIn(Keys()),
-                         [](const testing::TestParamInfo<QString>& info) {
-                             return info.param.toStdString();
-                         });
+std::string NameOf(const testing::TestParamInfo<QString>& key) {
+    return key.param.toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(All, ExactScreen, testing::ValuesIn(Keys()), NameOf);
 
 } // namespace
 
