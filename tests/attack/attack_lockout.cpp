@@ -26,7 +26,7 @@ void Guess(const AttackLibrary& library, const QString& peer, const std::atomic<
            Stranger& stranger) {
     // Ten tries are what a connection is good for.
     while (!over) {
-        testing::TestClient client(library.Get(), peer);
+        sysadmin::testing::TestClient client(library.Get(), peer);
         const QString guess = client.Seal("guess", wire::PasswordPurpose::SignOn);
         while (!over) {
             const auto reply = client.Ask("SignOn", {{"OI", "SYSADMIN"}, {"PW", guess}});
@@ -52,8 +52,8 @@ struct Operator {
 /// One session that goes on, and one sign-on after another.
 Operator Work(const AttackLibrary& library, const QString& peer, double seconds) {
     Operator figures;
-    testing::TestClient working(library.Get(), peer);
-    if (working.SignOn("SYSADMIN", testing::SamplePassword("SYSADMIN")) != 0)
+    sysadmin::testing::TestClient working(library.Get(), peer);
+    if (working.SignOn("SYSADMIN", sysadmin::testing::SamplePassword("SYSADMIN")) != 0)
         qFatal("The operator cannot sign on before the attack.");
     QElapsedTimer all;
     all.start();
@@ -63,8 +63,8 @@ Operator Work(const AttackLibrary& library, const QString& peer, double seconds)
         figures.failed += working.Send("LstVenTp").status != 0 ? 1 : 0;
         ++figures.requests;
         figures.longestRequest = qMax(figures.longestRequest, one.restart());
-        testing::TestClient another(library.Get(), peer);
-        const bool isIn = another.SignOn("SYSADMIN", testing::SamplePassword("SYSADMIN")) == 0;
+        sysadmin::testing::TestClient another(library.Get(), peer);
+        const bool isIn = another.SignOn("SYSADMIN", sysadmin::testing::SamplePassword("SYSADMIN")) == 0;
         ++(isIn ? figures.signOns : figures.refused);
         figures.longestSignOn = qMax(figures.longestSignOn, one.elapsed());
         another.Ask("SignOff");

@@ -245,9 +245,9 @@ TEST_F(ListenerTest, PipelinedMessagesWithResetsCostTheirConnectionOnly) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return m_listener->CountConnections() == 0; }));
     EXPECT_TRUE(IsServing());
     TlsClient patient(Port());
+    const QByteArray one = wire::Encode(*patient.Ask(0, "Hello"));
     patient.Write(hellos);
     QByteArray received;
-    const QByteArray one = wire::Encode(*TlsClient(Port()).Ask(0, "Hello"));
     EXPECT_TRUE(QTest::qWaitFor([&] {
         received += patient.Socket().readAll();
         return received.size() >= one.size() * 20;
