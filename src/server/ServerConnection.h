@@ -7,6 +7,8 @@
 
 namespace sysadmin::server {
 
+class SessionView;
+
 /// The server's end of a client's connection: keeps to the protocol, signs on, and carries out requests. It
 /// may be called from several threads, one at a time.
 class ServerConnection : public wire::Endpoint {
@@ -30,7 +32,7 @@ private:
     Answer Hello();
     Answer ChangePassword(const wire::Fields& request);
     Answer Carry(const wire::Request& request, const RequestRule& rule, const StoredSession& session,
-                 ListCursor& cursor);
+                 SessionView& view, ListCursor& cursor);
     void TouchSession();
 
     std::shared_ptr<const Library> m_library;

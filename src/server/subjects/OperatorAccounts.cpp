@@ -298,6 +298,9 @@ void RegisterOperatorAccounts(Registry& registry) {
         {.name = "PwdUsg", .area = Area::Security, .access = Access::Edit, .handler = CheckPasswordUse});
     registry.AddRead("GetLockoutStatus", Area::Security, GetLockout);
     registry.AddChange("ClearLockoutStatus", Area::Security, ClearLockout);
+    registry.About("LstOpr", {"operators"});
+    for (const char* request : {"GetOpr", "UpdOpr", "DelOpr"})
+        registry.About(request, {"operators"}, {"OI"}, "operator_id");
 }
 
 } // namespace sysadmin::server
