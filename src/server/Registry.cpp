@@ -22,8 +22,7 @@ Registry::Registry() {
         AddTable(table);
     AddMigration({2, [this](Database& database) { ConvertFormerHistory(database, m_tables); }});
     AddMigration({3, ConvertSampleParts});
-    for (const Table& table : Changes::Declare())
-        AddTable(table);
+    AddTable(Changes::Declare());
     AddTable({.name = "usage",
               .columns = {{.name = "table_name"},
                           {.name = "kind"},

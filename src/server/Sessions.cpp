@@ -37,11 +37,13 @@ qint64 Sessions::Start(const QString& token, const QString& nonce, qint64 operat
         m_database.Run(
             "DELETE FROM sessions WHERE id IN (SELECT id FROM sessions ORDER BY used_at, id LIMIT ?)",
             {count - most + 1});
+    Changes changes(m_database);
+    changes.Prune();
     return m_database.RunInsert(
         "INSERT INTO sessions (token_hash, nonce, operator_row, peer, must_change, started_at, used_at, "
         "start_change) VALUES (?, ?, ?, ?, ?, ?, ?, ?)",
-        {TokenHash(token), nonce, operatorRow, peer, mustChange ? "Y" : "N", StoredTime(now),
-         StoredTime(now), Changes(m_database).Last()});
+        {TokenHash(token), nonce, operatorRow, peer, mustChange ? "Y" : "N", StoredTime(now), StoredTime(now),
+         changes.Last()});
 }
 
 std::optional<StoredSession> Sessions::Resume(const QString& token, const QDateTime& now) {

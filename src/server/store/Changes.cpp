@@ -4,39 +4,32 @@
 
 namespace sysadmin::server {
 
-QList<Table> Changes::Declare() {
-    const Table counter{
-        .name = "change_counter",
-        .columns = {{.name = "only_one"}, {.name = "number", .type = ColumnType::Whole, .fallback = "0"}},
-        .uniqueSets = {{"only_one"}},
-        .content = Content::Record};
-    const Table changes{.name = "record_changes",
-                        .columns = {{.name = "table_name"},
-                                    {.name = "record_id", .type = ColumnType::Whole},
-                                    {.name = "number", .type = ColumnType::Whole},
-                                    {.name = "session", .type = ColumnType::Whole},
-                                    {.name = "changed_by"},
-                                    {.name = "changed_at"},
-                                    {.name = "removed", .type = ColumnType::Flag},
-                                    {.name = "key_text"},
-                                    {.name = "earlier_number", .type = ColumnType::Whole, .fallback = "0"},
-                                    {.name = "earlier_by"},
-                                    {.name = "earlier_at"}},
-                        .uniqueSets = {{"table_name", "record_id"}},
-                        .indexed = {{"number"}},
-                        .content = Content::Record};
-    return {counter, changes};
+Table Changes::Declare() {
+    return {.name = "record_changes",
+            .columns = {{.name = "table_name"},
+                        {.name = "record_id", .type = ColumnType::Whole},
+                        {.name = "number", .type = ColumnType::Whole},
+                        {.name = "session", .type = ColumnType::Whole},
+                        {.name = "changed_by"},
+                        {.name = "changed_at"},
+                        {.name = "removed", .type = ColumnType::Flag},
+                        {.name = "key_text"},
+                        {.name = "earlier_number", .type = ColumnType::Whole, .fallback = "0"},
+                        {.name = "earlier_by"},
+                        {.name = "earlier_at"}},
+            .uniqueSets = {{"table_name", "record_id"}},
+            .indexed = {{"number"}},
+            .content = Content::Record};
 }
 
 qint64 Changes::Last() const {
-    return m_database.FirstValue("SELECT number FROM change_counter").toLongLong();
+    return m_database.FirstValue("SELECT MAX(id) FROM history_requests").toLongLong();
 }
 
-qint64 Changes::Take() {
-    m_database.Run("INSERT INTO change_counter (only_one, number) VALUES (?, 1) "
-                   "ON CONFLICT (only_one) DO UPDATE SET number=change_counter.number+1",
-                   {"Y"});
-    return Last();
+void Changes::Prune() {
+    const QVariant oldest = m_database.FirstValue("SELECT MIN(start_change) FROM sessions");
+    m_database.Run("DELETE FROM record_changes WHERE number<=?",
+                   {oldest.isNull() ? Last() : oldest.toLongLong()});
 }
 
 void Changes::Enter(const QString& table, qint64 id, qint64 number, const Changer& changer,

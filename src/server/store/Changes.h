@@ -23,24 +23,26 @@ struct Change {
 };
 
 /// The register of changes: for each record that was ever changed the number of its last change, who made it,
-/// and the same for the last change before it by another session. Numbers grow with each request that changes
-/// something and are given out in the order in which the changes become visible, so that "everything up to
-/// number N has been read" is a sound statement. A setting of which there is one record has the id 0.
+/// and the same for the last change before it by another session. The numbers are those of the requests in the
+/// history: they grow with each request that changes something and are given out in the order in which the
+/// changes become visible, so that "everything up to number N has been read" is a sound statement. A setting
+/// of which there is one record has the id 0.
 /// Everything throws `StoreError`.
 class Changes {
 public:
     explicit Changes(Database& database)
         : m_database(database) {}
 
-    static QList<Table> Declare();
+    static Table Declare();
 
     /// The number of the last change that this transaction sees.
     qint64 Last() const;
-    /// Takes the next number. Whoever wants one too waits until this transaction is over.
-    qint64 Take();
     /// Enters a change of a record; `removedKey` is the folded key text of a record that is removed.
     void Enter(const QString& table, qint64 id, qint64 number, const Changer& changer,
                const std::optional<QString>& removedKey);
+
+    /// Drops what no session can ask about any more: what was changed before all of them began.
+    void Prune();
 
     /// The last change of a record by another session.
     std::optional<Change> ByOthers(const QString& table, qint64 id, qint64 session) const;

@@ -243,15 +243,13 @@ void Records::Enter(const Table& table, qint64 id, const std::optional<QString>&
     if (!removedKey && m_entered.contains(record))
         return;
     m_entered.insert(record);
-    Changes changes(m_database);
-    if (m_changeNumber == 0)
-        m_changeNumber = changes.Take();
-    changes.Enter(table.name, entered, m_changeNumber, {m_author->session, m_author->name, m_author->time},
-                  removedKey);
+    Changes(m_database)
+        .Enter(table.name, entered, ChangeNumber(), {m_author->session, m_author->name, m_author->time},
+               removedKey);
 }
 
 void Records::Touch(const QString& table, qint64 id) {
-    if (m_author)
+    if (ChangeNumber() != 0)
         Enter(Named(table), id);
 }
 

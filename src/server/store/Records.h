@@ -58,7 +58,7 @@ public:
     /// Removes the rows of which a column holds the value.
     void RemoveWhere(const QString& table, const QString& column, const QVariant& value);
 
-    /// Enters a change of a record that shows what is stored elsewhere.
+    /// Enters a change of a record that shows what this request has changed elsewhere.
     void Touch(const QString& table, qint64 id);
 
     /// All columns of a row.
@@ -92,8 +92,7 @@ private:
     const Tables& m_tables;
     std::optional<Author> m_author;
     std::unique_ptr<HistoryWriter> m_history;
-    qint64 m_changeNumber = 0; ///< in the register of changes; 0: nothing was changed yet
-    QSet<QPair<QString, qint64>> m_entered;
+    QSet<QPair<QString, qint64>> m_entered; ///< in the register of changes
 };
 
 } // namespace sysadmin::server
