@@ -48,12 +48,14 @@ void SessionView::FindRecord(const wire::Fields& request) {
     if (tag == m_rule.keyTags.end())
         return;
     m_key = wire::FirstValue(request, *tag);
+    if (!IsStorable(m_key))
+        m_key.clear(); // no record has such a key
     QVariant id;
     if (m_rule.keyColumn.isEmpty()) {
         bool isNumber = false;
         if (const qint64 number = m_key.toLongLong(&isNumber); isNumber)
             id = m_database.FirstValue("SELECT id FROM " + m_rule.tables.first() + " WHERE id=?", {number});
-    } else if (!m_key.contains(QChar(0))) {
+    } else {
         m_text = Fold(m_key);
         id = m_database.FirstValue("SELECT id FROM " + m_rule.tables.first() + " WHERE " +
                                        FoldedName(m_rule.keyColumn) + "=?",

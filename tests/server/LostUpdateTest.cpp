@@ -1,6 +1,7 @@
 #include "Engines.h"
 
 #include "server/Registry.h"
+#include "server/store/Changes.h"
 #include "support/TestServer.h"
 
 #include <algorithm>
@@ -79,9 +80,12 @@ TEST_P(LostUpdateTest, EveryUpdateAndDeleteIsRefusedOnceSomebodyElseChangedTheRe
                                             : wire::Fields();
         const auto change = [&](qint64 session) {
             RunInTransaction(m_server->GetDatabase(), [&] {
-                Records(m_server->GetDatabase(), registry.GetTables(),
-                        Author{"ANNA", "local", "Test", StoredTime(m_server->Now()), "Anna Other", session})
-                    .Touch(table, id);
+                Database& database = m_server->GetDatabase();
+                const QString now = StoredTime(m_server->Now());
+                const qint64 number = database.RunInsert(
+                    "INSERT INTO history_requests (at, operator_id, peer, request) VALUES (?, ?, ?, ?)",
+                    {now, "ANNA", "local", "Test"});
+                Changes(database).Enter(table, id, number, {session, "Anna Other", now}, {});
             });
         };
 
