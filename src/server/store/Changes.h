@@ -23,11 +23,10 @@ struct Change {
 };
 
 /// The register of changes: for each record that was ever changed the number of its last change, who made it,
-/// and the same for the last change before it by another session. The numbers are those of the requests in the
-/// history: they grow with each request that changes something and are given out in the order in which the
-/// changes become visible, so that "everything up to number N has been read" is a sound statement. A setting
-/// of which there is one record has the id 0.
-/// Everything throws `StoreError`.
+/// and the same for the last change before it by another session. The numbers are those of the requests in
+/// the history: they grow with each request that changes something and are given out in the order in which
+/// the changes become visible, so that "everything up to number N has been read" is a sound statement. A
+/// setting of which there is one record has the id 0. Everything throws `StoreError`.
 class Changes {
 public:
     explicit Changes(Database& database)
