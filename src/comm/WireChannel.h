@@ -46,8 +46,7 @@ public:
     /// Changes the operator's own password, both sealed; the server's status.
     qint16 ChangeOwnPassword(const QString& sealedOld, const QString& sealedNew);
 
-    /// Why the last request or sign-on failed, in words for the operator; empty when it did not.
-    const QString& LastProblem() const { return m_problem; }
+    const QString& LastProblem() const override { return m_problem; }
     ConnectionInfo Describe() const;
 
     /// How long a request may take, connecting anew included; 60 seconds unless set.

@@ -4,6 +4,7 @@
 #include "core/MainWindow.h"
 #include "core/Prompter.h"
 #include "core/data/StatusTable.h"
+#include "wire/Status.h"
 
 namespace sysadmin {
 
@@ -17,7 +18,9 @@ void Application::ReportRequestFailure(qint16 status, const QString& operation, 
     const StatusText text = TextOfStatus(status);
     const QString message = prefix + text.message;
     if (text.serious && !message.isEmpty()) {
-        ErrorDialog dialog({message, operation, screenName, status}, mainWindow);
+        const QString cause =
+            status == wire::status::CommunicationsFailure ? channel.LastProblem() : QString();
+        ErrorDialog dialog({message, operation, screenName, status, cause}, mainWindow);
         prompter.RunDialog(dialog);
     } else {
         prompter.ShowBox(mainWindow, {message});

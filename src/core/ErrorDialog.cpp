@@ -97,6 +97,8 @@ void ErrorDialog::BuildDetails(const Failure& failure) {
     addRow("FormName", tr("Form:"), failure.screenName);
     addRow("Module", tr("Module:"), failure.operation);
     addRow("ReturnCode", tr("Return Code:"), QString::number(failure.status));
+    if (!failure.cause.isEmpty())
+        addRow("Cause", tr("Cause:"), failure.cause);
 }
 
 void ErrorDialog::ShowDetails(bool shown) {

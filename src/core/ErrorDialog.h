@@ -13,6 +13,7 @@ struct Failure {
     QString operation;  ///< what was being done
     QString screenName; ///< the screen that asked
     int status = 0;
+    QString cause = {}; ///< why it failed, where more is known than the status says
 };
 
 /// The window in which serious failures are shown, with details for whoever looks into them (`frmError`).

@@ -173,7 +173,7 @@ QList<Table> Children::StoredAs(const QString& ownerTable) const {
     return tables;
 }
 
-void PutChildren(Context& context, const Children& children, qint64 owner, wire::Fields& reply) {
+void PutChildren(Context& context, const Children& children, qint64 owner, ReplyFields& reply) {
     QHash<QString, QString> columns{{children.idTag, "c.id"}, {children.ownerTag, "c." + children.owner}};
     QStringList tags = children.replyOrder;
     const bool isGiven = !tags.isEmpty();

@@ -6,6 +6,7 @@
 
 namespace sysadmin::server {
 
+class ReplyFields;
 struct Context;
 
 /// The rows of another table that are parts of a record and travel with it: the addresses of a location, and
@@ -36,7 +37,7 @@ struct Children {
 };
 
 /// Appends the rows of a record, then those of its rows.
-void PutChildren(Context& context, const Children& children, qint64 owner, wire::Fields& reply);
+void PutChildren(Context& context, const Children& children, qint64 owner, ReplyFields& reply);
 /// Stores what a request says of a record's rows. 3 when a row is not in order, 5 when one is not there.
 qint16 ApplyChildren(Context& context, const QList<Children>& all, const Row& record, qint64 owner,
                      const wire::Fields& request);

@@ -5,7 +5,7 @@
 
 namespace sysadmin::server {
 
-void PutList(Context& context, const ColumnList& list, wire::Fields& reply) {
+void PutList(Context& context, const ColumnList& list, ReplyFields& reply) {
     QStringList columns;
     for (const auto& [tag, column] : list.columns)
         columns << column;

@@ -4,6 +4,7 @@
 
 namespace sysadmin::server {
 
+class ReplyFields;
 struct Context;
 
 /// Chosen columns of all records of a table, under the tags by which they travel.
@@ -14,6 +15,6 @@ struct ColumnList {
 };
 
 /// Appends the records.
-void PutList(Context& context, const ColumnList& list, wire::Fields& reply);
+void PutList(Context& context, const ColumnList& list, ReplyFields& reply);
 
 } // namespace sysadmin::server

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "server/ReplyFields.h"
 #include "server/Rights.h"
 #include "server/store/Records.h"
 #include "wire/Message.h"
@@ -10,6 +11,7 @@
 namespace sysadmin::server {
 
 class Library;
+class NewPassword;
 namespace status = wire::status;
 
 /// The operator who sent a request.
@@ -38,18 +40,14 @@ struct Context {
     const Rights& rights;
     QDateTime now; ///< UTC
     ListCursor cursor;
+    NewPassword* password = nullptr; ///< the request's, where the rule of the request prepares one
 };
 
 /// What a handler answers. Fields go out with status 0 and 55 only.
 struct Answer {
     qint16 status = wire::status::Ok;
-    wire::Fields fields = {};
+    ReplyFields fields = {};
 };
-
-/// Appends a field to a reply.
-inline void Put(wire::Fields& fields, const QString& tag, const QString& value) {
-    fields.append(wire::Field{tag, value});
-}
 
 /// The form in which points in time are stored.
 inline QString StoredTime(const QDateTime& time) {

@@ -117,7 +117,8 @@ void Library::MakeFirstAdministrator(Database& database) {
                                                               {"created_on", today},
                                                               {"modified_on", today},
                                                               {"modified_by", "SYSADMIN"}});
-    SetPassword(records, *this, administrator, Secret::FromText(m_firstPassword));
+    NewPassword password(Secret::FromText(m_firstPassword), *this);
+    SetPassword(records, *this, administrator, password);
     records.Update("operators", administrator, {{"expired", "Y"}});
     Row profile{{"name", "System administrators"}};
     for (const MasterRight& right : MasterRights())

@@ -8,7 +8,7 @@ namespace sysadmin::server {
 
 namespace {
 
-/// A reply of so many bytes is a long one.
+/// A reply of so many bytes takes a while and much memory to build.
 constexpr qint64 LongReplyBytes = 1024 * 1024;
 
 } // namespace
@@ -18,7 +18,8 @@ Listener::Listener(const ServerIdentity& identity, wire::EndpointFactory factory
     : QTcpServer(parent)
     , m_factory(std::move(factory))
     , m_limits(limits)
-    , m_workers(std::make_unique<WorkerPool>(limits.workers)) {
+    , m_workers(std::make_unique<WorkerPool>(limits.workers))
+    , m_writers(std::make_unique<WorkerPool>(limits.writers)) {
     m_configuration = wire::TlsConfiguration();
     m_configuration.setPeerVerifyMode(
         QSslSocket::VerifyNone); // operators prove themselves by their passwords
@@ -33,6 +34,7 @@ Listener::Listener(const ServerIdentity& identity, wire::EndpointFactory factory
 Listener::~Listener() {
     close();
     m_workers.reset();
+    m_writers.reset();
     for (auto& [number, peer] : m_peers)
         delete peer.connection;
 }
@@ -73,8 +75,9 @@ void Listener::Handle(quint64 number, const QByteArray& message, const QByteArra
     const bool stranger = !peer.connection->IsSignedOn();
     const WorkerPool::Account account{stranger,
                                       stranger ? peer.connection->Address() : peer.connection->Account()};
-    m_workers->Submit(account, [this, number, endpoint = peer.endpoint, alive = peer.alive,
-                                message = QByteArray(message), request]() mutable {
+    WorkerPool& pool = peer.endpoint->Writes(request) ? *m_writers : *m_workers;
+    pool.Submit(account, [this, number, endpoint = peer.endpoint, alive = peer.alive,
+                          message = QByteArray(message), request]() mutable {
         const bool isLong = message.size() > MemoryShares::LargeBytes;
         auto outcome = std::make_shared<Outcome>();
         if (*alive)

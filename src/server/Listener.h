@@ -33,8 +33,10 @@ struct PeerLimits {
     int signOnMilliseconds = 10 * 60'000;
     /// Replies that wait for their peers to take them; past it the one that waits longest goes.
     qint64 unsentBytes = 64 * 1024 * 1024;
-    /// Threads that handle requests.
-    int workers = 32;
+    /// Threads that handle requests that only read.
+    int workers = 20;
+    /// Threads that handle the others: while these wait for each other, who reads goes on.
+    int writers = 12;
 };
 
 /// Accepts TLS connections and serves all of them in its own thread; messages are handled by a few workers.
@@ -90,6 +92,7 @@ private:
     /// Requests that gave a long reply: they are carried out a few at a time.
     std::set<QByteArray> m_longReplies;
     std::unique_ptr<WorkerPool> m_workers; // goes before all that its work uses
+    std::unique_ptr<WorkerPool> m_writers; // likewise
 };
 
 } // namespace sysadmin::server

@@ -16,7 +16,7 @@ QString Attached(const Membership& membership) {
 
 void PutMembers(Context& context, const Membership& membership, const QString& condition,
                 const QVariantList& values, const QString& idTag, const QString& nameTag,
-                wire::Fields& reply) {
+                ReplyFields& reply) {
     QStringList conditions;
     if (!membership.condition.isEmpty())
         conditions << membership.condition;
@@ -112,7 +112,7 @@ std::optional<Table> Membership::StoredAs(const QString& ownerTable) const {
 }
 
 void PutAvailable(Context& context, const Membership& membership, std::optional<qint64> owner,
-                  wire::Fields& reply) {
+                  ReplyFields& reply) {
     if (!membership.availableMarker.isEmpty())
         Put(reply, membership.availableMarker, "");
     QString condition;
@@ -127,7 +127,7 @@ void PutAvailable(Context& context, const Membership& membership, std::optional<
                reply);
 }
 
-void PutSelected(Context& context, const Membership& membership, qint64 owner, wire::Fields& reply) {
+void PutSelected(Context& context, const Membership& membership, qint64 owner, ReplyFields& reply) {
     if (!membership.selectedMarker.isEmpty())
         Put(reply, membership.selectedMarker, "");
     PutMembers(context, membership, Attached(membership), {owner}, membership.selectedId,

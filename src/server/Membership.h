@@ -8,6 +8,7 @@
 
 namespace sysadmin::server {
 
+class ReplyFields;
 struct Context;
 
 /// The records that may be attached to a record of a subject, split into available and selected ones: the
@@ -43,9 +44,9 @@ struct Membership {
 
 /// Appends the members that are not attached to the owner; all of them when there is no owner yet.
 void PutAvailable(Context& context, const Membership& membership, std::optional<qint64> owner,
-                  wire::Fields& reply);
+                  ReplyFields& reply);
 /// Appends the members that are attached to the owner.
-void PutSelected(Context& context, const Membership& membership, qint64 owner, wire::Fields& reply);
+void PutSelected(Context& context, const Membership& membership, qint64 owner, ReplyFields& reply);
 /// Attaches and removes what a request says. 3 when an id or state is wrong, 5 when a member is not there.
 qint16 ApplyMembers(Context& context, const Membership& membership, qint64 owner,
                     const wire::Fields& request);

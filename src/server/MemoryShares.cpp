@@ -17,7 +17,7 @@ Stock StockOf(MemoryShares::Share share) {
     case MemoryShares::Share::Large:
         return {16, 4};
     case MemoryShares::Share::Reply:
-        return {2, 1};
+        return {1, 1};
     default:
         return {1, 1};
     }

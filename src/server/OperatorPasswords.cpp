@@ -3,6 +3,8 @@
 #include "server/Library.h"
 #include "server/store/Database.h"
 
+#include <QSemaphoreReleaser>
+
 #include <sodium.h>
 
 namespace sysadmin::server {
@@ -31,7 +33,54 @@ bool FollowsRules(const Secret& password, const wire::PasswordRules& rules,
     return follows;
 }
 
+/// The hashes of the passwords that the operator may not have again, the present one first.
+QVariantList ForbiddenHashes(Database& database, qint64 operatorRow, const SecurityRules& rules) {
+    if (rules.previousPasswords <= 0)
+        return {};
+    QVariantList hashes =
+        database.FirstColumn("SELECT password_hash FROM operators WHERE id=?", {operatorRow});
+    hashes +=
+        database.FirstColumn("SELECT password_hash FROM password_history WHERE operator_row=? ORDER BY id "
+                             "DESC LIMIT " +
+                                 QString::number(rules.previousPasswords - 1),
+                             {operatorRow});
+    return hashes;
+}
+
+bool IsRepeated(NewPassword& password, const QVariantList& hashes) {
+    return std::any_of(hashes.begin(), hashes.end(),
+                       [&](const QVariant& hash) { return password.Fits(hash.toString()); });
+}
+
 } // namespace
+
+NewPassword::NewPassword(Secret password, const Library& library)
+    : m_plain(std::move(password))
+    , m_library(library) {}
+
+bool NewPassword::Fits(const QString& hash) {
+    if (hash.isEmpty())
+        return false;
+    const auto known = m_fits.constFind(hash);
+    if (known != m_fits.constEnd())
+        return *known;
+    m_library.HashingSlots().acquire();
+    const QSemaphoreReleaser releaser(m_library.HashingSlots());
+    return *m_fits.insert(hash, VerifyPassword(hash, m_plain));
+}
+
+const QString& NewPassword::Hash() {
+    if (m_hash.isEmpty()) {
+        m_library.HashingSlots().acquire();
+        const QSemaphoreReleaser releaser(m_library.HashingSlots());
+        m_hash = HashPassword(m_plain, m_library.GetHashCost());
+    }
+    return m_hash;
+}
+
+void PrepareCheck(NewPassword& password, Database& database, qint64 operatorRow) {
+    IsRepeated(password, ForbiddenHashes(database, operatorRow, ReadSecurityRules(database)));
+}
 
 const QList<SampleOperator>& SampleOperators() {
     static const QList<SampleOperator> operators{
@@ -51,10 +100,10 @@ bool IsPublished(const Secret& password) {
 }
 
 qint16 CheckNewPassword(const Records& records, const Library& library, qint64 operatorRow,
-                        const Secret& password, const SecurityRules& rules, bool skipRules) {
-    if (password.Size() == 0)
+                        NewPassword& password, const SecurityRules& rules, bool skipRules) {
+    if (password.Plain().Size() == 0)
         return status::ColumnError;
-    if (library.ServesOthers() && IsPublished(password))
+    if (library.ServesOthers() && IsPublished(password.Plain()))
         return status::PublishedPassword;
     if (skipRules)
         return status::Ok;
@@ -66,24 +115,16 @@ qint16 CheckNewPassword(const Records& records, const Library& library, qint64 o
     const bool expired = row->value("expired").toString() == "Y";
     if (rules.leastAge > 0 && !expired && changed.isValid() && changed.secsTo(library.Now()) < rules.leastAge)
         return status::MinimumPasswordAge;
-    QVariantList hashes;
-    if (rules.previousPasswords > 0) {
-        hashes << row->value("password_hash");
-        hashes += records.GetDatabase().FirstColumn(
-            "SELECT password_hash FROM password_history WHERE operator_row=? ORDER BY id DESC LIMIT " +
-                QString::number(rules.previousPasswords - 1),
-            {operatorRow});
-    }
-    for (const QVariant& hash : hashes)
-        if (!hash.toString().isEmpty() && VerifyPassword(hash.toString(), password))
-            return status::RepeatedPassword;
+    if (IsRepeated(password, ForbiddenHashes(records.GetDatabase(), operatorRow, rules)))
+        return status::RepeatedPassword;
     const wire::PasswordOwner owner{row->value("operator_id").toString(), row->value("last_name").toString(),
                                     row->value("first_name").toString()};
-    return FollowsRules(password, ReadPasswordRules(records.GetDatabase()), owner) ? status::Ok
-                                                                                   : status::WeakPassword;
+    return FollowsRules(password.Plain(), ReadPasswordRules(records.GetDatabase()), owner)
+               ? status::Ok
+               : status::WeakPassword;
 }
 
-void SetPassword(Records& records, const Library& library, qint64 operatorRow, const Secret& password) {
+void SetPassword(Records& records, const Library& library, qint64 operatorRow, NewPassword& password) {
     const auto row = records.Find("operators", operatorRow);
     if (!row)
         return;
@@ -97,13 +138,13 @@ void SetPassword(Records& records, const Library& library, qint64 operatorRow, c
                          QString::number(KeptPasswords) + ')',
                      {operatorRow, operatorRow});
     }
-    records.Update(
-        "operators", operatorRow,
-        {{"password_hash", HashPassword(password, library.GetHashCost())},
-         {"password_changed_at", StoredTime(library.Now())},
-         {"expired", "N"},
-         {"sample_password", IsSamplePassword(row->value("operator_id").toString(), password) ? "Y" : "N"},
-         {"published_password", IsPublished(password) ? "Y" : "N"}});
+    records.Update("operators", operatorRow,
+                   {{"password_hash", password.Hash()},
+                    {"password_changed_at", StoredTime(library.Now())},
+                    {"expired", "N"},
+                    {"sample_password",
+                     IsSamplePassword(row->value("operator_id").toString(), password.Plain()) ? "Y" : "N"},
+                    {"published_password", IsPublished(password.Plain()) ? "Y" : "N"}});
 }
 
 } // namespace sysadmin::server

@@ -42,8 +42,10 @@ void FillAccounts(const Library& library, Records& records) {
     const QString today = library.Now().date().toString(Qt::ISODate);
     database.Run("UPDATE operators SET created_on=?, modified_on=?, modified_by='SYSADMIN'", {today, today});
     for (const SampleOperator& account : SampleOperators())
-        if (const auto id = records.IdOfText("operators", "operator_id", account.id))
-            SetPassword(records, library, *id, Secret::FromText(account.password));
+        if (const auto id = records.IdOfText("operators", "operator_id", account.id)) {
+            NewPassword password(Secret::FromText(account.password), library);
+            SetPassword(records, library, *id, password);
+        }
     if (const auto locked = records.IdOfText("operators", "operator_id", "CIRC2")) {
         const QString hourAgo = StoredTime(library.Now().addSecs(-3600));
         records.Update("operators", *locked,

@@ -1,7 +1,6 @@
 #include "server/ServerConnection.h"
 
 #include "server/OperatorPasswords.h"
-#include "server/SessionView.h"
 #include "server/SignOn.h"
 #include "server/store/Database.h"
 #include "wire/Codec.h"
@@ -15,24 +14,11 @@ constexpr int MostWrongSignOns = 10;
 /// How exact the time of a session's last use is.
 constexpr qint64 TouchSeconds = 300;
 
-QByteArray Encoded(quint64 number, const Answer& answer, const QStringList& changed = {}) {
-    // Of the refusals, those say more that are about a lock or about somebody else's change.
+QByteArray Encoded(quint64 number, const Answer& answer) {
     const bool withFields = answer.status == status::Ok || answer.status == status::Continues ||
-                            answer.status == status::InvalidSignOn ||
-                            answer.status == status::RecordChanged || answer.status == status::NotFound;
+                            answer.status == status::InvalidSignOn;
     return wire::Encode(
-        wire::Reply{number, answer.status, withFields ? answer.fields : wire::Fields(), changed});
-}
-
-/// What a reply may hold, in characters of its texts: it must fit into a message, whatever the characters.
-constexpr qsizetype MostReplyCharacters = 20 * 1024 * 1024;
-constexpr qsizetype MostReplyFields = 2 * 1024 * 1024;
-
-bool IsTooLong(const wire::Fields& fields) {
-    qsizetype characters = 0;
-    for (const wire::Field& field : fields)
-        characters += field.tag.size() + field.value.size();
-    return characters > MostReplyCharacters || fields.size() > MostReplyFields;
+        wire::Reply{number, answer.status, withFields ? wire::Fields(answer.fields) : wire::Fields()});
 }
 
 qint16 StatusOf(const StoreError& error) {
@@ -59,6 +45,14 @@ ServerConnection::ServerConnection(std::shared_ptr<const Library> library, const
     , m_databases(databases ? std::move(databases) : std::make_shared<Databases>(m_library)) {}
 
 ServerConnection::~ServerConnection() = default;
+
+bool ServerConnection::Writes(const QByteArray& request) const {
+    for (const char* name : {"SignOn", "Resume", "SignOff", "ChgOwnPwd"})
+        if (request == name)
+            return true;
+    const RequestRule* rule = m_library->GetRegistry().Find(QString::fromUtf8(request));
+    return rule && rule->changes;
+}
 
 qint64 ServerConnection::MessageLimit() const {
     return IsSignedOn() ? wire::Limits().message : wire::Limits::BeforeSignOn().message;
@@ -89,6 +83,7 @@ std::optional<QByteArray> ServerConnection::Handle(const QByteArray& message) {
         return Encoded(request->number, {StatusOf(error)});
     } catch (const std::exception& error) { // out of memory, say: nothing of the request was kept
         qWarning("%s: %s", qPrintable(request->name), error.what());
+        m_databases->CloseOfThisThread(); // its transaction may not have ended
         if (request->number != 0) {
             m_number = request->number;
             m_resumed = false;
@@ -110,8 +105,6 @@ std::optional<QByteArray> ServerConnection::HandleSessionRequest(const wire::Req
             m_nonce.clear(); // it is the session's now
         m_session = result.sessionRow;
         m_operator = wire::FirstValue(answer.fields, "OI");
-        if (IsSignedOn())
-            m_library->Seen().Begin(m_session);
         m_epoch = 0;
         m_number = 0;
         m_resumed = false;
@@ -177,33 +170,44 @@ Answer ServerConnection::ChangePassword(const wire::Fields& request) {
 }
 
 Answer ServerConnection::Carry(const wire::Request& request, const RequestRule& rule,
-                               const StoredSession& session, SessionView& view, ListCursor& cursor) {
+                               const StoredSession& session, NewPassword* password, ListCursor& cursor) {
     Database& database = GetDatabase();
     const Rights rights = Rights::Of(database, session.requester.row);
     if (!rule.Allows(rights) || session.mustChangePassword)
         return {status::NotAuthorised};
-    if (auto refusal = view.Refusal(m_library->Seen()))
-        return *refusal;
     Requester requester = session.requester;
     requester.peer = m_peer;
     const QDateTime now = m_library->Now();
-    Context context{
-        .library = *m_library,
-        .database = database,
-        .records = Records(database, m_library->GetRegistry().GetTables(),
-                           Author{requester.id, m_peer, request.name, StoredTime(now),
-                                  requester.name.isEmpty() ? requester.id : requester.name, session.row}),
-        .requester = requester,
-        .rights = rights,
-        .now = now,
-        .cursor = session.cursor};
-    Answer answer = rule.handler(context, request.fields);
+    Context context{.library = *m_library,
+                    .database = database,
+                    .records = Records(database, m_library->GetRegistry().GetTables(),
+                                       Author{requester.id, m_peer, request.name, StoredTime(now)}),
+                    .requester = requester,
+                    .rights = rights,
+                    .now = now,
+                    .cursor = session.cursor,
+                    .password = password};
+    Answer answer;
+    try {
+        answer = rule.handler(context, request.fields);
+    } catch (const ReplyTooLongError&) {
+        return {status::ReplyTooLong};
+    }
     context.records.Finish();
-    if (answer.status == status::NotFound)
-        answer.fields.clear();
-    view.ExplainMissing(answer);
     cursor = context.cursor;
-    return IsTooLong(answer.fields) ? Answer{status::ReplyTooLong} : answer;
+    return answer;
+}
+
+std::shared_ptr<NewPassword> ServerConnection::Prepare(const wire::Request& request,
+                                                       const RequestRule* rule) {
+    if (!rule || !rule->prepare)
+        return nullptr;
+    Database& database = GetDatabase();
+    const auto session = Sessions(database).Load(m_session, m_library->Now());
+    const bool isNew = session && session->epoch == m_epoch && request.number > session->number;
+    if (!isNew || !rule->Allows(Rights::Of(database, session->requester.row)))
+        return nullptr; // it will be refused, or was answered before
+    return rule->prepare(database, *m_library, session->requester, request.fields);
 }
 
 std::optional<QByteArray> ServerConnection::HandleNumbered(const wire::Request& request) {
@@ -211,14 +215,12 @@ std::optional<QByteArray> ServerConnection::HandleNumbered(const wire::Request& 
         return std::nullopt;
     const RequestRule* rule = m_library->GetRegistry().Find(request.name);
     const bool changes = rule && rule->changes;
+    const std::shared_ptr<NewPassword> password = Prepare(request, rule);
     std::optional<QByteArray> reply; // stays empty when the peer is to be cut off
     bool touch = false;
-    std::optional<SessionView> view;
-    qint16 answered = status::Ok;
 
     RunInTransaction(GetDatabase(), changes ? Transaction::Mode::Write : Transaction::Mode::Read, [&] {
         reply.reset();
-        view.reset();
         Sessions sessions(GetDatabase());
         const QDateTime now = m_library->Now();
         const auto session = sessions.Load(m_session, now);
@@ -233,14 +235,9 @@ std::optional<QByteArray> ServerConnection::HandleNumbered(const wire::Request& 
             return false;
         touch = session->usedAt.secsTo(now) > TouchSeconds;
         ListCursor cursor;
-        static const RequestRule nobodys;
-        view.emplace(GetDatabase(), SessionStart{session->row, session->startChange}, rule ? *rule : nobodys,
-                     request.fields);
         const Answer answer =
-            rule ? Carry(request, *rule, *session, *view, cursor) : Answer{status::UnknownRequest};
-        answered = answer.status;
-        reply =
-            Encoded(request.number, answer, view->ChangedWords(m_library->Seen(), m_library->GetRegistry()));
+            rule ? Carry(request, *rule, *session, password.get(), cursor) : Answer{status::UnknownRequest};
+        reply = Encoded(request.number, answer);
         if (!changes || (answer.status != status::Ok && answer.status != status::Continues))
             return false;
         sessions.Keep(m_session, request.number, *reply, cursor, now);
@@ -252,8 +249,6 @@ std::optional<QByteArray> ServerConnection::HandleNumbered(const wire::Request& 
     }
     m_number = request.number;
     m_resumed = false;
-    if (view)
-        view->Keep(m_library->Seen(), answered);
     if (touch && !changes)
         TouchSession();
     return reply;

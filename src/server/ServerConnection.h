@@ -7,8 +7,6 @@
 
 namespace sysadmin::server {
 
-class SessionView;
-
 /// The server's end of a client's connection: keeps to the protocol, signs on, and carries out requests. It
 /// may be called from several threads, one at a time.
 class ServerConnection : public wire::Endpoint {
@@ -21,6 +19,7 @@ public:
 
     std::optional<QByteArray> Handle(const QByteArray& message) override;
     QString Account() const override { return IsSignedOn() ? m_operator : QString(); }
+    bool Writes(const QByteArray& request) const override;
     qint64 MessageLimit() const override;
 
     bool IsSignedOn() const { return m_session != 0; }
@@ -32,7 +31,9 @@ private:
     Answer Hello();
     Answer ChangePassword(const wire::Fields& request);
     Answer Carry(const wire::Request& request, const RequestRule& rule, const StoredSession& session,
-                 SessionView& view, ListCursor& cursor);
+                 NewPassword* password, ListCursor& cursor);
+    /// Does what of a request is slow and can be done before its transaction.
+    std::shared_ptr<NewPassword> Prepare(const wire::Request& request, const RequestRule* rule);
     void TouchSession();
 
     std::shared_ptr<const Library> m_library;

@@ -91,8 +91,8 @@ struct Subject {
     std::function<qint16(Context&, const wire::Fields& request, const Row& before, Row& after)> checkPut = {};
     std::function<qint16(Context&, const wire::Fields& request, qint64 id, bool added)> afterPut = {};
     std::function<qint16(Context&, qint64 id, const Row& record)> checkRemove = {};
-    std::function<void(Context&, qint64 id, wire::Fields& reply)> addToGet = {};
-    std::function<void(Context&, const wire::Fields& request, wire::Fields& reply)> addToList = {};
+    std::function<void(Context&, qint64 id, ReplyFields& reply)> addToGet = {};
+    std::function<void(Context&, const wire::Fields& request, ReplyFields& reply)> addToList = {};
 };
 
 } // namespace sysadmin::server

@@ -18,6 +18,9 @@ public:
     virtual std::optional<QByteArray> Handle(const QByteArray& message) = 0;
     /// Who is signed on; empty while nobody is. Peers share the server fairly by this.
     virtual QString Account() const = 0;
+    /// Whether a request of this name may write, and so have to wait for the changes of others. May be asked
+    /// while another thread handles a message.
+    virtual bool Writes(const QByteArray& request) const = 0;
     /// The size in bytes up to which the next message is accepted.
     virtual qint64 MessageLimit() const = 0;
 };

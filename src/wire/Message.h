@@ -2,7 +2,6 @@
 
 #include <QList>
 #include <QString>
-#include <QStringList>
 
 namespace sysadmin::wire {
 
@@ -29,8 +28,6 @@ struct Reply {
     quint64 number = 0;
     qint16 status = 0;
     Fields fields;
-    /// The words of the subjects ("VenTp", "Loc") that others changed since the session's last request.
-    QStringList changed = {};
     bool operator==(const Reply&) const = default;
 };
 

@@ -145,8 +145,12 @@ void SendResets(const Target& target, unsigned seed, qint64 rounds, Figures& fig
     }
 }
 
+/// 63 MiB of text; the most empty fields that the server lends memory for; and more than that, which it
+/// refuses when it has seen the number.
+enum class LargeKind { Text, ManyFields, TooManyFields };
+
 /// Sends one message after the other, slice by slice, as fast as the server takes them.
-void SendLarge(const Target& target, bool manyFields, const QElapsedTimer& time, qint64 seconds,
+void SendLarge(const Target& target, LargeKind kind, const QElapsedTimer& time, qint64 seconds,
                Figures& figures) {
     const QByteArray start = QByteArray::fromHex("8301684c737456656e5470"); // [1, "LstVenTp",
     const QByteArray value = QByteArray::fromHex("61567a000fffff") + QByteArray(0xfffff, 'x');
@@ -157,10 +161,13 @@ void SendLarge(const Target& target, bool manyFields, const QElapsedTimer& time,
             ++figures.refusedConnections;
             continue;
         }
-        peer.Write(start +
-                   QByteArray::fromHex(manyFields ? "9a00600000" : "9a0000007e")); // 3 Mi or 63 fields
-        const QByteArray slice = manyFields ? QByteArray(64 * 1024, char(0x60)) : value;
-        const int slices = manyFields ? 96 : 63;
+        const bool text = kind == LargeKind::Text;
+        // 63 fields, 3 Mi or 4 Mi.
+        peer.Write(start + QByteArray::fromHex(text                            ? "9a0000007e"
+                                               : kind == LargeKind::ManyFields ? "9a00600000"
+                                                                               : "9a00800000"));
+        const QByteArray slice = text ? value : QByteArray(64 * 1024, char(0x60));
+        const int slices = text ? 63 : 96;
         for (int i = 0; i < slices && peer.IsConnected() && time.elapsed() < seconds * 1000; ++i)
             peer.Write(slice);
         if (peer.IsConnected() && peer.Read())
@@ -194,8 +201,9 @@ void InThreads(int threads, const Work& work) {
 
 int AttackMemory(const Target& target, int peers, qint64 seconds, const QElapsedTimer& time,
                  Figures& figures) {
-    std::thread attack(
-        [&] { InThreads(peers, [&](int i) { SendLarge(target, i % 2 == 0, time, seconds, figures); }); });
+    std::thread attack([&] {
+        InThreads(peers, [&](int i) { SendLarge(target, LargeKind(i % 3), time, seconds, figures); });
+    });
     RawPeer normal(target.Port());
     bool served = normal.SignOn("SYSADMIN");
     qint64 slowest = 0;

@@ -20,6 +20,7 @@ public:
         return reply ? std::optional(wire::Encode(*reply)) : std::nullopt;
     }
     QString Account() const override { return "MODEL"; }
+    bool Writes(const QByteArray&) const override { return false; }
     qint64 MessageLimit() const override { return wire::Limits().message; }
 
 private:

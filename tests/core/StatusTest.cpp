@@ -85,10 +85,18 @@ TEST_F(ReportTest, ShowsTheErrorDialogForASeriousFailure) {
         EXPECT_EQ(text("lblModuleText"), "Load Acquisitions Vendor Types");
         EXPECT_EQ(text("lblReturnCodeText"), "55");
         EXPECT_FALSE(dialog.findChild<QLabel*>("imgError")->pixmap(Qt::ReturnByValue).isNull());
+        EXPECT_FALSE(dialog.findChild<QLabel*>("lblCauseText"));
         dialog.findChild<QPushButton*>("cmdOKCompress")->click();
         EXPECT_EQ(dialog.result(), QDialog::Accepted);
     });
+    channel.problem = "The connection was cut off.";
     application.ReportRequestFailure(55, "Load Acquisitions Vendor Types", "Vendor Type", "Loading: ");
+    // Only of a failed communication is more known than the status says.
+    prompter.ExpectDialogResult("frmError", [](QDialog& dialog) {
+        EXPECT_EQ(dialog.findChild<QLabel*>("lblCause")->text(), "Cause:");
+        EXPECT_EQ(dialog.findChild<QLabel*>("lblCauseText")->text(), "The connection was cut off.");
+    });
+    application.ReportRequestFailure(1, "Load Acquisitions Vendor Types", "Vendor Type");
 }
 
 TEST_F(ReportTest, WritesNegativeReturnCodesWithTheirSign) {

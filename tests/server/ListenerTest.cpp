@@ -255,6 +255,36 @@ TEST_F(ListenerTest, PipelinedMessagesWithResetsCostTheirConnectionOnly) {
     EXPECT_EQ(received, one.repeated(20));
 }
 
+TEST_F(ListenerTest, WhoReadsWaitsForNobodyWhoWrites) {
+    Listen({.workers = 2, .writers = 4});
+    std::vector<std::unique_ptr<TlsClient>> writers;
+    for (int i = 0; i < 16; ++i) {
+        writers.push_back(std::make_unique<TlsClient>(Port()));
+        ASSERT_FALSE(writers.back()->SignOn(i % 2 == 0 ? "SYSADMIN" : "VIEWER").isEmpty());
+    }
+    TlsClient reader(Port());
+    ASSERT_FALSE(reader.SignOn("VIEWER").isEmpty());
+    {
+        const auto database = m_server.GetLibrary().Connect();
+        const Transaction others(*database, Transaction::Mode::Write);
+        for (int i = 0; i < 16; ++i)
+            writers[size_t(i)]->Write(wire::Encode(wire::Request{
+                1, "AddVenTp", {{"Cd", "W" + QString::number(i)}, {"Nm", "Waits " + QString::number(i)}}}));
+        // Also those who sign on, resume or sign off.
+        TlsClient stranger(Port());
+        stranger.Write(wire::Encode(wire::Request{0, "SignOn", {{"OI", "NOBODY"}}}).repeated(4));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return m_server.GetLibrary().Writers().CountWaiting() == 4; }));
+        EXPECT_EQ(reader.Ask(1, "LstVenTp")->status, status::Ok);
+        EXPECT_EQ(TlsClient(Port()).Ask(0, "Hello")->status, status::Ok);
+        EXPECT_EQ(m_server.GetLibrary().Writers().CountWaiting(), 4);
+    }
+    for (int i = 0; i < 16; ++i) {
+        const auto reply = writers[size_t(i)]->Read();
+        ASSERT_TRUE(reply);
+        EXPECT_EQ(reply->status, i % 2 == 0 ? status::Ok : status::NotAuthorised);
+    }
+}
+
 /// Does with a message what its name says.
 class OddEndpoint : public wire::Endpoint {
 public:
@@ -269,6 +299,7 @@ public:
         return wire::Encode(wire::Reply{0, 0, {}});
     }
     QString Account() const override { return "ODD"; }
+    bool Writes(const QByteArray&) const override { return false; }
     qint64 MessageLimit() const override { return wire::Limits().message; }
 
 private:

@@ -399,7 +399,10 @@ TEST_P(SubjectTest, ListsInBatches) {
                           .listArea = Area::AnyOperator,
                           .batch = 3});
     registry->AddRead("LstLong", Area::AnyOperator, [](Context&, const wire::Fields&) {
-        return Answer{status::Ok, wire::Fields(21, {"T", QString(1024 * 1024, 'x')})};
+        Answer answer;
+        for (;;) // it ends where the reply would not fit into a message
+            Put(answer.fields, "T", "x");
+        return answer;
     });
     m_server = std::make_unique<TestServer>(TestServer::Options{.address = Address(), .registry = registry});
     EXPECT_EQ(StatusOf("LstLong"), status::ReplyTooLong);

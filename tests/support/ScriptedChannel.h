@@ -27,6 +27,9 @@ public:
     QList<Sent> sent;
     /// What the next `SignOn` answers.
     bool signOnResult = true;
+    /// Why the last request failed.
+    QString problem;
+    const QString& LastProblem() const override { return problem; }
     /// How often `SignOn` was called.
     int signOns = 0;
 

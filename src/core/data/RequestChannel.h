@@ -29,6 +29,10 @@ public:
     /// its status: 0 success, 55 the list continues, 1 no connection or no answer in time, else a refusal.
     qint16 SendRequest(const QString& name);
 
+    /// Why the last request or sign-on failed, in words for the operator; empty when it did not or when its
+    /// status says all.
+    virtual const QString& LastProblem() const = 0;
+
     /// The first field with this tag in the record under the cursor, or in the whole reply while there is
     /// none. A missing tag is an empty text.
     QString GetField(const QString& tag) const;

@@ -5,7 +5,6 @@
 
 #include <QFile>
 #include <QRandomGenerator>
-#include <QScopeGuard>
 #include <QSqlError>
 #include <QSqlRecord>
 #include <QThread>
@@ -166,6 +165,17 @@ void Database::CheckFile() const {
         throw StoreError(StoreError::Kind::Lost, FileIsGone(m_address.file));
 }
 
+bool Database::TryImmediate() {
+    try {
+        RunOnce("BEGIN IMMEDIATE");
+        return true;
+    } catch (const StoreError& error) {
+        if (error.GetKind() != StoreError::Kind::Transient)
+            throw;
+        return false;
+    }
+}
+
 int Database::RunOnce(const QString& sql) {
     QSqlQuery query(m_database);
     if (!query.exec(sql))
@@ -312,7 +322,7 @@ void Transaction::BeginWriting(bool wait) {
             m_database.RunOnce(QString("SELECT pg_advisory_xact_lock(%1)").arg(WritersLock));
         else if (!m_database.FirstValue("SELECT pg_try_advisory_xact_lock(?)", {WritersLock}).toBool())
             throw StoreError(StoreError::Kind::Busy, "Somebody else is changing something.");
-    } catch (const StoreError&) {
+    } catch (...) {
         Undo();
         throw;
     }
@@ -322,20 +332,25 @@ void Transaction::BeginImmediate(WriterQueue::Clock::time_point deadline) {
     // The engine's own waiting looks ten times a second, and would seldom find a moment between the changes
     // of a busy program.
     m_database.RunOnce("PRAGMA busy_timeout=0");
-    const auto patientAgain = qScopeGuard(
-        [this] { m_database.RunOnce("PRAGMA busy_timeout=" + QString::number(BusyMilliseconds)); });
-    for (;;) {
-        try {
-            m_database.RunOnce("BEGIN IMMEDIATE");
-            return;
-        } catch (const StoreError& error) {
-            if (error.GetKind() != StoreError::Kind::Transient)
-                throw;
+    std::exception_ptr refused;
+    try {
+        while (!m_database.TryImmediate()) {
             if (WriterQueue::Clock::now() >= deadline)
-                throw StoreError(StoreError::Kind::Busy, error.Text());
+                throw StoreError(StoreError::Kind::Busy, "Changes of other programs take too long.");
+            QThread::usleep(500 + QRandomGenerator::global()->bounded(1500u));
         }
-        QThread::usleep(500 + QRandomGenerator::global()->bounded(1500u));
+    } catch (...) {
+        refused = std::current_exception();
     }
+    try {
+        m_database.RunOnce("PRAGMA busy_timeout=" + QString::number(BusyMilliseconds));
+    } catch (...) {
+        if (!refused)
+            Undo(); // nobody else would: the transaction has not come about
+        throw;
+    }
+    if (refused)
+        std::rethrow_exception(refused);
 }
 
 Transaction::~Transaction() {
@@ -346,8 +361,9 @@ Transaction::~Transaction() {
 void Transaction::Undo() {
     try {
         m_database.RunOnce("ROLLBACK");
-    } catch (const StoreError&) {
-        // The connection is gone, and the transaction with it.
+    } catch (const std::exception&) {
+        // The connection is gone, and the transaction with it. (Without memory it is not: then whoever sees
+        // that closes the connection.)
     }
 }
 

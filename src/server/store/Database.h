@@ -104,6 +104,7 @@ private:
     std::unique_ptr<QSqlQuery> Execute(const QString& sql, const Values& values);
     void Keep(const QString& sql, std::unique_ptr<QSqlQuery> query);
     int RunOnce(const QString& sql);
+    bool TryImmediate();
     void CheckFile() const;
     [[noreturn]] void Throw(const QSqlError& error);
 

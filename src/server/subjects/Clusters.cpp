@@ -77,7 +77,7 @@ Answer List(Context& context, const wire::Fields& request) {
     return answer;
 }
 
-void AddLocations(Context& context, qint64 id, wire::Fields& reply) {
+void AddLocations(Context& context, qint64 id, ReplyFields& reply) {
     context.database.Each(LocationsWhere("is_desk"), {id}, [&](const ResultRow& row) {
         Put(reply, "CPGID", row.value(1).toString());
         Put(reply, "CLOCID", row.value(2).toString());
@@ -136,8 +136,6 @@ qint16 MarkDesk(Context& context, const wire::Fields& request, qint64 cluster, b
         return status::NotFound;
     for (const auto& [place, mark] : changes)
         context.records.Update("circulation_policy_locations", place, {{"is_opac_desk", mark}});
-    if (!changes.isEmpty())
-        context.records.Touch("clusters", cluster);
     return status::Ok;
 }
 
@@ -174,7 +172,6 @@ void RegisterClusters(Registry& registry) {
     });
     registry.AddRead("GetClusterSecurity", Area::AnyOperator, ReadSecurity);
     registry.AddRead("GetClusterList", Area::AnyOperator, List);
-    registry.About("GetClusterList", {"clusters"});
 }
 
 } // namespace sysadmin::server

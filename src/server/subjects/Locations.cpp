@@ -59,7 +59,7 @@ qint16 CheckRemoval(Context& context, qint64 id, const Row&) {
 }
 
 /// The names of the policy groups.
-void AddToRecord(Context& context, qint64 id, wire::Fields& reply) {
+void AddToRecord(Context& context, qint64 id, ReplyFields& reply) {
     const QList<QPair<QString, QString>> groups{
         {"CtGrp", "cataloging"}, {"ASGrp", "acquisitions"}, {"CrGrp", "circulation"}};
     for (const auto& [tag, kind] : groups)

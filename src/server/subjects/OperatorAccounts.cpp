@@ -94,7 +94,7 @@ Answer GetOperator(Context& context, const wire::Fields& request) {
     const SecurityRules rules = ReadSecurityRules(context.database);
     const Row& row = account->row;
     Answer answer;
-    wire::Fields& reply = answer.fields;
+    ReplyFields& reply = answer.fields;
     Put(reply, "FNm", Text(row, "first_name"));
     Put(reply, "LNm", Text(row, "last_name"));
     Put(reply, "MI", Text(row, "middle_initial"));
@@ -144,19 +144,35 @@ void Stamp(const Context& context, Row& row) {
     row.insert("modified_by", context.requester.id);
 }
 
+/// Opens the request's password; `set` when the operator is to get it.
+template <bool set>
+std::shared_ptr<NewPassword> PreparePassword(Database& database, const Library& library,
+                                             const Requester& requester, const wire::Fields& request) {
+    auto plain = OpenSealed(wire::FirstValue(request, "PW"), library.GetSealingKeys(),
+                            wire::PasswordPurpose::Set, requester.nonce);
+    if (!plain)
+        return nullptr;
+    auto password = std::make_shared<NewPassword>(std::move(*plain), library);
+    const auto id = Records(database, library.GetRegistry().GetTables())
+                        .IdOfText("operators", "operator_id", Sent(request, "OI"));
+    if (id && Sent(request, "SPV") != "Y")
+        PrepareCheck(*password, database, *id);
+    if (set)
+        password->Hash();
+    return password;
+}
+
 /// Checks the request's password and, when it is to be `set`, gives it to the operator.
 qint16 TakePassword(Context& context, const wire::Fields& request, qint64 operatorRow, bool set) {
-    const auto password = OpenSealed(wire::FirstValue(request, "PW"), context.library.GetSealingKeys(),
-                                     wire::PasswordPurpose::Set, context.requester.nonce);
-    if (!password)
+    if (!context.password)
         return status::ColumnError;
     const SecurityRules rules = ReadSecurityRules(context.database);
-    if (const qint16 refused = CheckNewPassword(context.records, context.library, operatorRow, *password,
-                                                rules, Sent(request, "SPV") == "Y"))
+    if (const qint16 refused = CheckNewPassword(context.records, context.library, operatorRow,
+                                                *context.password, rules, Sent(request, "SPV") == "Y"))
         return refused;
     if (!set)
         return status::Ok;
-    SetPassword(context.records, context.library, operatorRow, *password);
+    SetPassword(context.records, context.library, operatorRow, *context.password);
     const bool isReset = operatorRow != context.requester.row;
     context.records.Update("operators", operatorRow,
                            {{"reset_at", isReset ? StoredTime(context.now) : QString("")}});
@@ -296,11 +312,11 @@ void RegisterOperatorAccounts(Registry& registry) {
     registry.AddChange("ExpOpr", Area::Security, ExpireOperator);
     registry.AddRequest(
         {.name = "PwdUsg", .area = Area::Security, .access = Access::Edit, .handler = CheckPasswordUse});
+    for (const char* request : {"AddOpr", "UpdOpr"})
+        registry.Prepare(request, PreparePassword<true>);
+    registry.Prepare("PwdUsg", PreparePassword<false>);
     registry.AddRead("GetLockoutStatus", Area::Security, GetLockout);
     registry.AddChange("ClearLockoutStatus", Area::Security, ClearLockout);
-    registry.About("LstOpr", {"operators"});
-    for (const char* request : {"GetOpr", "UpdOpr", "DelOpr"})
-        registry.About(request, {"operators"}, {"OI"}, "operator_id");
 }
 
 } // namespace sysadmin::server

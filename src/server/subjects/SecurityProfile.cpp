@@ -10,7 +10,7 @@ bool IsAboutRequester(const Context& context, const wire::Fields& request) {
     return Fold(wire::FirstValue(request, "OI")) == Fold(context.requester.id);
 }
 
-void Append(const Context& context, const QString& tag, wire::Fields& reply) {
+void Append(const Context& context, const QString& tag, ReplyFields& reply) {
     Put(reply, tag, context.rights.Has(tag) ? "Y" : "N");
 }
 

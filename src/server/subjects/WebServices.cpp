@@ -119,10 +119,8 @@ void RegisterWebServices(Registry& registry) {
                                    {.name = "visible", .type = ColumnType::Flag, .fallback = "N"},
                                    {.name = "required", .type = ColumnType::Flag, .fallback = "N"}},
                        .uniqueSets = {{"code"}},
-                       .ordered = true,
-                       .partOf = "self_registration"});
+                       .ordered = true});
     registry.AddRead("GetWSSelfReg", Area::System, ReadSelfRegistration);
-    registry.About("GetWSSelfReg", {"self_registration"});
     // The markers in the texts belong to the web service.
     registry.AddSubject({
         .table = "login_summary",
