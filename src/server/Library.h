@@ -2,6 +2,7 @@
 
 #include "server/Passwords.h"
 #include "server/Registry.h"
+#include "server/SeenRecords.h"
 #include "server/SignOnThrottle.h"
 #include "server/store/StoreAddress.h"
 #include "server/store/WriterQueue.h"
@@ -67,6 +68,9 @@ public:
     QSemaphore& HashingSlots() const { return m_hashingSlots; }
     SignOnThrottle& Throttle() const { return m_throttle; }
 
+    /// What the sessions have read.
+    SeenRecords& Seen() const { return m_seen; }
+
 private:
     explicit Library(const LibraryOptions& options);
     void Fill(Database& database);
@@ -82,6 +86,7 @@ private:
     bool m_sample = false;
     mutable QSemaphore m_hashingSlots{2};
     mutable SignOnThrottle m_throttle;
+    mutable SeenRecords m_seen;
 };
 
 /// Whether one of the published passwords of the sample library still opens it. Throws `StoreError`.

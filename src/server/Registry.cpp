@@ -2,7 +2,12 @@
 
 #include "server/SampleLibrary.h"
 #include "server/SubjectRequests.h"
+#include "server/store/Changes.h"
 #include "server/store/History.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
 
 namespace sysadmin::server {
 
@@ -17,6 +22,7 @@ Registry::Registry() {
         AddTable(table);
     AddMigration({2, [this](Database& database) { ConvertFormerHistory(database, m_tables); }});
     AddMigration({3, ConvertSampleParts});
+    AddTable(Changes::Declare());
     AddTable({.name = "usage",
               .columns = {{.name = "table_name"},
                           {.name = "kind"},
@@ -37,12 +43,15 @@ void Registry::AddTable(const Table& table) {
         m_tableOrder << table.name;
     }
     for (const Column& column : table.columns) {
-        const Column* present = known->Find(column.name);
-        if (!present)
+        const auto present = std::find_if(known->columns.begin(), known->columns.end(),
+                                          [&](const Column& other) { return other.name == column.name; });
+        if (present == known->columns.end())
             known->columns << column;
         else if (present->type != column.type)
             qFatal("The column %s.%s is declared with two types.", qPrintable(table.name),
                    qPrintable(column.name));
+        else if (column.showsThere)
+            present->showsThere = true;
     }
     for (const UniqueText& unique : table.uniqueTexts)
         if (!known->IsUniqueText(unique.column))
@@ -54,6 +63,10 @@ void Registry::AddTable(const Table& table) {
         known->owner = table.owner;
     if (table.content != Content::Settings)
         known->content = table.content;
+    if (!table.keyText.isEmpty())
+        known->keyText = table.keyText;
+    if (!table.partOf.isEmpty())
+        known->partOf = table.partOf;
 }
 
 void Registry::AddSubject(Subject declared) {
@@ -71,6 +84,8 @@ void Registry::AddSubject(Subject declared) {
             table.columns << field.StoredAs();
         if (field.duplicateStatus != 0)
             table.uniqueTexts << UniqueText{field.column, field.uniqueWithin};
+        if (field.tag == subject.key && field.kind == Field::Kind::Text)
+            table.keyText = field.column;
     }
     AddTable(table);
     for (const Membership& membership : subject.memberships)
@@ -80,7 +95,8 @@ void Registry::AddSubject(Subject declared) {
             AddTable({.name = membership.memberTable,
                       .columns = {{.name = membership.ownerColumn,
                                    .type = ColumnType::Reference,
-                                   .target = subject.table}}});
+                                   .target = subject.table,
+                                   .showsThere = true}}});
     for (const Children& children : subject.children)
         for (const Table& rows : children.StoredAs(subject.table))
             AddTable(rows);
@@ -113,6 +129,33 @@ void Registry::AddList(const QString& name, Area area, const QList<ColumnList>& 
 void Registry::AddChange(const QString& name, Area area, Handler handler) {
     AddRequest(
         {.name = name, .area = area, .access = Access::Edit, .changes = true, .handler = std::move(handler)});
+}
+
+void Registry::About(const QString& request, const QStringList& tables, const QStringList& keyTags,
+                     const QString& keyColumn, const QString& scope) {
+    const auto rule = m_requests.find(request);
+    if (rule == m_requests.end())
+        qFatal("The request \"%s\" is not declared.", qPrintable(request));
+    rule->tables = tables;
+    rule->keyTags = keyTags;
+    rule->keyColumn = keyColumn;
+    rule->scope = scope;
+    rule->single = GetTables().value(tables.first()).IsSingle();
+}
+
+QString RequestRule::Word() const {
+    static const QRegularExpression verb("^(Lst|Get|Add|Upd|Del)(?=[A-Z])");
+    return QString(name).remove(verb);
+}
+
+QStringList Registry::WordsOf(const QStringList& tables) const {
+    QStringList words;
+    for (const RequestRule& rule : m_requests)
+        for (const QString& table : rule.tables)
+            if (tables.contains(table) && !words.contains(rule.Word()))
+                words << rule.Word();
+    words.sort();
+    return words;
 }
 
 void Registry::Prepare(const QString& request, Preparation preparation) {

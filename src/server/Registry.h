@@ -27,10 +27,22 @@ struct RequestRule {
     Handler handler;
     /// In place of the area's rights.
     std::optional<RequestRights> rights = {};
+    /// The tables of the records that it reads or changes; none when that is nothing that an operator edits.
+    QStringList tables = {};
+    /// The tag of the record's key, the first of these that was sent; none: all records, or the only one.
+    QStringList keyTags = {};
+    /// The unique text that is the key; empty: the id.
+    QString keyColumn = {};
+    bool single = false;        ///< there is one record of the table at the most
+    QStringList narrowing = {}; ///< tags with which a list answers a part of the records only
+    /// Sets apart what a session reads of a record that several requests read in parts.
+    QString scope = {};
     /// Runs before the transaction of the handler; empty for most.
     Preparation prepare = {};
 
     bool Allows(const Rights& held) const;
+    /// The request's own word ("VenTp" of "LstVenTp"): what its records are called towards the client.
+    QString Word() const;
 };
 
 /// Everything that the server knows to store and to answer, collected once when the program starts.
@@ -51,12 +63,17 @@ public:
     void AddList(const QString& name, Area area, const QList<ColumnList>& lists);
     /// Shorthand for a request that changes something.
     void AddChange(const QString& name, Area area, Handler handler);
+    /// Says which records a request reads or changes.
+    void About(const QString& request, const QStringList& tables, const QStringList& keyTags = {},
+               const QString& keyColumn = {}, const QString& scope = {});
     /// Gives a request a preparation.
     void Prepare(const QString& request, Preparation preparation);
     void AddMigration(Migration migration);
 
     /// The rule of a request name, or null.
     const RequestRule* Find(const QString& name) const;
+    /// The words of the requests that are about one of the tables.
+    QStringList WordsOf(const QStringList& tables) const;
     QStringList RequestNames() const { return m_requests.keys(); }
     const Tables& GetTables() const { return m_tables; }
     Schema GetSchema() const;

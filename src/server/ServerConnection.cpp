@@ -1,6 +1,7 @@
 #include "server/ServerConnection.h"
 
 #include "server/OperatorPasswords.h"
+#include "server/SessionView.h"
 #include "server/SignOn.h"
 #include "server/store/Database.h"
 #include "wire/Codec.h"
@@ -14,11 +15,13 @@ constexpr int MostWrongSignOns = 10;
 /// How exact the time of a session's last use is.
 constexpr qint64 TouchSeconds = 300;
 
-QByteArray Encoded(quint64 number, const Answer& answer) {
+QByteArray Encoded(quint64 number, const Answer& answer, const QStringList& changed = {}) {
+    // Of the refusals, those say more that are about a lock or about somebody else's change.
     const bool withFields = answer.status == status::Ok || answer.status == status::Continues ||
-                            answer.status == status::InvalidSignOn;
-    return wire::Encode(
-        wire::Reply{number, answer.status, withFields ? wire::Fields(answer.fields) : wire::Fields()});
+                            answer.status == status::InvalidSignOn ||
+                            answer.status == status::RecordChanged || answer.status == status::NotFound;
+    return wire::Encode(wire::Reply{number, answer.status,
+                                    withFields ? wire::Fields(answer.fields) : wire::Fields(), changed});
 }
 
 qint16 StatusOf(const StoreError& error) {
@@ -105,6 +108,8 @@ std::optional<QByteArray> ServerConnection::HandleSessionRequest(const wire::Req
             m_nonce.clear(); // it is the session's now
         m_session = result.sessionRow;
         m_operator = wire::FirstValue(answer.fields, "OI");
+        if (IsSignedOn())
+            m_library->Seen().Begin(m_session);
         m_epoch = 0;
         m_number = 0;
         m_resumed = false;
@@ -170,23 +175,28 @@ Answer ServerConnection::ChangePassword(const wire::Fields& request) {
 }
 
 Answer ServerConnection::Carry(const wire::Request& request, const RequestRule& rule,
-                               const StoredSession& session, NewPassword* password, ListCursor& cursor) {
+                               const StoredSession& session, SessionView& view, NewPassword* password,
+                               ListCursor& cursor) {
     Database& database = GetDatabase();
     const Rights rights = Rights::Of(database, session.requester.row);
     if (!rule.Allows(rights) || session.mustChangePassword)
         return {status::NotAuthorised};
+    if (auto refusal = view.Refusal(m_library->Seen()))
+        return *refusal;
     Requester requester = session.requester;
     requester.peer = m_peer;
     const QDateTime now = m_library->Now();
-    Context context{.library = *m_library,
-                    .database = database,
-                    .records = Records(database, m_library->GetRegistry().GetTables(),
-                                       Author{requester.id, m_peer, request.name, StoredTime(now)}),
-                    .requester = requester,
-                    .rights = rights,
-                    .now = now,
-                    .cursor = session.cursor,
-                    .password = password};
+    Context context{
+        .library = *m_library,
+        .database = database,
+        .records = Records(database, m_library->GetRegistry().GetTables(),
+                           Author{requester.id, m_peer, request.name, StoredTime(now),
+                                  requester.name.isEmpty() ? requester.id : requester.name, session.row}),
+        .requester = requester,
+        .rights = rights,
+        .now = now,
+        .cursor = session.cursor,
+        .password = password};
     Answer answer;
     try {
         answer = rule.handler(context, request.fields);
@@ -194,6 +204,9 @@ Answer ServerConnection::Carry(const wire::Request& request, const RequestRule& 
         return {status::ReplyTooLong};
     }
     context.records.Finish();
+    if (answer.status == status::NotFound)
+        answer.fields.clear();
+    view.ExplainMissing(answer);
     cursor = context.cursor;
     return answer;
 }
@@ -218,9 +231,12 @@ std::optional<QByteArray> ServerConnection::HandleNumbered(const wire::Request& 
     const std::shared_ptr<NewPassword> password = Prepare(request, rule);
     std::optional<QByteArray> reply; // stays empty when the peer is to be cut off
     bool touch = false;
+    std::optional<SessionView> view;
+    qint16 answered = status::Ok;
 
     RunInTransaction(GetDatabase(), changes ? Transaction::Mode::Write : Transaction::Mode::Read, [&] {
         reply.reset();
+        view.reset();
         Sessions sessions(GetDatabase());
         const QDateTime now = m_library->Now();
         const auto session = sessions.Load(m_session, now);
@@ -235,9 +251,14 @@ std::optional<QByteArray> ServerConnection::HandleNumbered(const wire::Request& 
             return false;
         touch = session->usedAt.secsTo(now) > TouchSeconds;
         ListCursor cursor;
-        const Answer answer =
-            rule ? Carry(request, *rule, *session, password.get(), cursor) : Answer{status::UnknownRequest};
-        reply = Encoded(request.number, answer);
+        static const RequestRule nobodys;
+        view.emplace(GetDatabase(), SessionStart{session->row, session->startChange}, rule ? *rule : nobodys,
+                     request.fields);
+        const Answer answer = rule ? Carry(request, *rule, *session, *view, password.get(), cursor)
+                                   : Answer{status::UnknownRequest};
+        answered = answer.status;
+        reply =
+            Encoded(request.number, answer, view->ChangedWords(m_library->Seen(), m_library->GetRegistry()));
         if (!changes || (answer.status != status::Ok && answer.status != status::Continues))
             return false;
         sessions.Keep(m_session, request.number, *reply, cursor, now);
@@ -249,6 +270,8 @@ std::optional<QByteArray> ServerConnection::HandleNumbered(const wire::Request& 
     }
     m_number = request.number;
     m_resumed = false;
+    if (view)
+        view->Keep(m_library->Seen(), answered);
     if (touch && !changes)
         TouchSession();
     return reply;

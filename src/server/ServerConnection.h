@@ -7,6 +7,8 @@
 
 namespace sysadmin::server {
 
+class SessionView;
+
 /// The server's end of a client's connection: keeps to the protocol, signs on, and carries out requests. It
 /// may be called from several threads, one at a time.
 class ServerConnection : public wire::Endpoint {
@@ -31,7 +33,7 @@ private:
     Answer Hello();
     Answer ChangePassword(const wire::Fields& request);
     Answer Carry(const wire::Request& request, const RequestRule& rule, const StoredSession& session,
-                 NewPassword* password, ListCursor& cursor);
+                 SessionView& view, NewPassword* password, ListCursor& cursor);
     /// Does what of a request is slow and can be done before its transaction.
     std::shared_ptr<NewPassword> Prepare(const wire::Request& request, const RequestRule* rule);
     void TouchSession();

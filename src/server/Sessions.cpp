@@ -1,6 +1,7 @@
 #include "server/Sessions.h"
 
 #include "server/Passwords.h"
+#include "server/store/Changes.h"
 #include "server/store/Database.h"
 
 namespace sysadmin::server {
@@ -20,6 +21,7 @@ Table Sessions::Declare() {
                         {.name = "must_change", .type = ColumnType::Flag},
                         {.name = "started_at"},
                         {.name = "used_at"},
+                        {.name = "start_change", .type = ColumnType::Whole, .fallback = "0"},
                         {.name = "cursor_request"},
                         {.name = "cursor_after", .type = ColumnType::Whole, .fallback = "0"}},
             .uniqueSets = {{"token_hash"}},
@@ -35,11 +37,13 @@ qint64 Sessions::Start(const QString& token, const QString& nonce, qint64 operat
         m_database.Run(
             "DELETE FROM sessions WHERE id IN (SELECT id FROM sessions ORDER BY used_at, id LIMIT ?)",
             {count - most + 1});
+    Changes changes(m_database);
+    changes.Prune();
     return m_database.RunInsert(
-        "INSERT INTO sessions (token_hash, nonce, operator_row, peer, must_change, started_at, used_at) "
-        "VALUES (?, ?, ?, ?, ?, ?, ?)",
-        {TokenHash(token), nonce, operatorRow, peer, mustChange ? "Y" : "N", StoredTime(now),
-         StoredTime(now)});
+        "INSERT INTO sessions (token_hash, nonce, operator_row, peer, must_change, started_at, used_at, "
+        "start_change) VALUES (?, ?, ?, ?, ?, ?, ?, ?)",
+        {TokenHash(token), nonce, operatorRow, peer, mustChange ? "Y" : "N", StoredTime(now), StoredTime(now),
+         changes.Last()});
 }
 
 std::optional<StoredSession> Sessions::Resume(const QString& token, const QDateTime& now) {
@@ -54,8 +58,8 @@ std::optional<StoredSession> Sessions::Resume(const QString& token, const QDateT
 std::optional<StoredSession> Sessions::Load(qint64 row, const QDateTime& now) const {
     const auto values = m_database.FirstRow(
         "SELECT s.number, s.epoch, s.must_change, s.used_at, s.cursor_request, s.cursor_after, s.peer, o.id, "
-        "o.operator_id, o.first_name, o.last_name, s.nonce, o.expired, o.restrict_change FROM sessions s "
-        "JOIN operators o ON o.id=s.operator_row "
+        "o.operator_id, o.first_name, o.last_name, s.nonce, o.expired, o.restrict_change, s.start_change "
+        "FROM sessions s JOIN operators o ON o.id=s.operator_row "
         "WHERE s.id=?",
         {row});
     if (!values)
@@ -74,6 +78,7 @@ std::optional<StoredSession> Sessions::Load(qint64 row, const QDateTime& now) co
                          text(6),
                          row,
                          text(11)};
+    session.startChange = (*values)[14].toLongLong();
     if (session.usedAt.secsTo(now) > IdleSeconds)
         return std::nullopt;
     return session;

@@ -9,8 +9,9 @@ namespace sysadmin::server {
 /// A session as it is stored.
 struct StoredSession {
     qint64 row = 0;
-    quint64 number = 0; ///< of the last request whose reply is kept
-    qint64 epoch = 0;   ///< grows with each connection that takes the session over
+    quint64 number = 0;     ///< of the last request whose reply is kept
+    qint64 epoch = 0;       ///< grows with each connection that takes the session over
+    qint64 startChange = 0; ///< number of the last change before it began
     bool mustChangePassword = false;
     QDateTime usedAt;
     ListCursor cursor;

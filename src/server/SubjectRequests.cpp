@@ -331,7 +331,8 @@ Answer Remove(Context& context, const Subject& subject, const wire::Fields& requ
 qint16 ReadFields(Context& context, const QList<Field>& fields, const wire::Fields& request, bool adding,
                   Row& row) {
     for (const Field& field : fields) {
-        if (!field.inPut)
+        // "NNm" says whether the operator changed the name: one that is as it was read may be old by now.
+        if (!field.inPut || (!adding && field.column == u"name" && Sent(request, "NNm") == "N"))
             continue;
         std::optional<QString> value = Sent(request, field.tag);
         if (!value) {
@@ -399,9 +400,24 @@ QList<RequestRule> RequestsOf(const Subject& subject) {
     change(names.add, Add);
     change(names.update, Update);
     change(names.remove, Remove);
-    for (RequestRule& rule : rules)
+    for (RequestRule& rule : rules) {
         if (const auto own = subject.rights.constFind(rule.name); own != subject.rights.constEnd())
             rule.rights = *own;
+        if (rule.name == names.available)
+            continue;
+        rule.tables = {subject.table};
+        rule.single = subject.single;
+        if (rule.name == names.list)
+            for (const ListFilter& filter : subject.listFilters)
+                rule.narrowing << filter.tag;
+        if (subject.single || rule.name == names.list || rule.name == names.add)
+            continue;
+        if (rule.name == names.update && !subject.originalKey.isEmpty())
+            rule.keyTags << subject.originalKey;
+        rule.keyTags << subject.key;
+        if (const Field* key = KeyField(subject))
+            rule.keyColumn = key->column;
+    }
     return rules;
 }
 

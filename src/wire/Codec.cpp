@@ -14,14 +14,15 @@ namespace {
 constexpr qsizetype SpareBytesPerText = 4;
 
 template <typename Second>
-QByteArray EncodeMessage(quint64 number, const Second& second, const Fields& fields) {
+QByteArray EncodeMessage(quint64 number, const Second& second, const Fields& fields,
+                         const QStringList& changed = {}) {
     QByteArray bytes;
     qsizetype size = 128;
     for (const Field& field : fields)
         size += field.tag.size() + field.value.size() + 2 * SpareBytesPerText;
     bytes.reserve(size);
     QCborStreamWriter writer(&bytes);
-    writer.startArray(3);
+    writer.startArray(changed.isEmpty() ? 3 : 4);
     writer.append(number);
     writer.append(second);
     writer.startArray(quint64(fields.size()) * 2);
@@ -30,6 +31,12 @@ QByteArray EncodeMessage(quint64 number, const Second& second, const Fields& fie
         writer.append(QStringView(field.value));
     }
     writer.endArray();
+    if (!changed.isEmpty()) {
+        writer.startArray(quint64(changed.size()));
+        for (const QString& word : changed)
+            writer.append(QStringView(word));
+        writer.endArray();
+    }
     writer.endArray();
     return bytes;
 }
@@ -139,6 +146,20 @@ bool ReadFields(TextReader& texts, Fields& fields) {
     return reader.leaveContainer();
 }
 
+bool ReadChanged(TextReader& texts, QStringList& changed) {
+    QCborStreamReader& reader = texts.Reader();
+    const auto count = qsizetype(reader.length());
+    if (!reader.enterContainer())
+        return false;
+    for (qsizetype i = 0; i < count; ++i) {
+        QString word;
+        if (!texts.ReadText(word))
+            return false;
+        changed.append(std::move(word));
+    }
+    return reader.leaveContainer();
+}
+
 // The scanner has checked the structure and every limit when this answers true.
 bool IsOneMessage(const QByteArray& message, const Limits& limits) {
     FrameScanner scanner(limits);
@@ -152,7 +173,7 @@ QByteArray Encode(const Request& request) {
 }
 
 QByteArray Encode(const Reply& reply) {
-    return EncodeMessage(reply.number, qint64(reply.status), reply.fields);
+    return EncodeMessage(reply.number, qint64(reply.status), reply.fields, reply.changed);
 }
 
 std::optional<Request> DecodeRequest(const QByteArray& message, const Limits& limits) {
@@ -160,8 +181,9 @@ std::optional<Request> DecodeRequest(const QByteArray& message, const Limits& li
         return {};
     TextReader texts(message);
     Request request;
-    if (!texts.Reader().enterContainer() || !ReadNumber(texts.Reader(), request.number) ||
-        !texts.ReadText(request.name) || !ReadFields(texts, request.fields))
+    if (texts.Reader().length() != 3 || !texts.Reader().enterContainer() ||
+        !ReadNumber(texts.Reader(), request.number) || !texts.ReadText(request.name) ||
+        !ReadFields(texts, request.fields))
         return {};
     return request;
 }
@@ -171,8 +193,10 @@ std::optional<Reply> DecodeReply(const QByteArray& message, const Limits& limits
         return {};
     TextReader texts(message);
     Reply reply;
+    const bool hasChanged = texts.Reader().length() == 4;
     if (!texts.Reader().enterContainer() || !ReadNumber(texts.Reader(), reply.number) ||
-        !ReadStatus(texts.Reader(), reply.status) || !ReadFields(texts, reply.fields))
+        !ReadStatus(texts.Reader(), reply.status) || !ReadFields(texts, reply.fields) ||
+        (hasChanged && !ReadChanged(texts, reply.changed)))
         return {};
     return reply;
 }

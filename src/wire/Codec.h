@@ -11,7 +11,8 @@ namespace sysadmin::wire {
 
 /// A request as the CBOR array [number, name, [tag, value, ...]].
 QByteArray Encode(const Request& request);
-/// A reply as the CBOR array [number, status, [tag, value, ...]].
+/// A reply as the CBOR array [number, status, [tag, value, ...]], with the array of changed subjects as
+/// fourth element when there are some.
 QByteArray Encode(const Reply& reply);
 
 /// The request of exactly one encoded message; none when it is malformed, not UTF-8, or breaks a limit.
@@ -48,16 +49,17 @@ public:
     void Reset();
 
 private:
-    // The array, the number, the name or status, the field array; its texts are counted by m_fieldsLeft.
-    static constexpr int Items = 4;
+    // The array, the number, the name or status, the field array, perhaps the array of changed subjects; the
+    // texts of an array are counted by m_textsLeft.
+    int m_items = 4;
 
     Limits m_limits;
     qint64 m_position = 0; // where the next header stands, or will when the bytes before it have arrived
     qint64 m_nameStart = 0;
     qint64 m_nameLength = 0;
     qint64 m_decodedBytes = 0;
-    int m_item = 0;          // items seen so far
-    qint64 m_fieldsLeft = 0; // texts still to come: an even count stands in front of a tag
+    int m_item = 0;         // items seen so far
+    qint64 m_textsLeft = 0; // texts still to come: among fields an even count stands in front of a tag
 };
 
 } // namespace sysadmin::wire

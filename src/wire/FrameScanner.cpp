@@ -10,6 +10,7 @@ constexpr int MajorUnsigned = 0;
 constexpr int MajorNegative = 1;
 constexpr int MajorText = 3;
 constexpr int MajorArray = 4;
+constexpr quint64 MostChanged = 1000;
 
 // What stands in front of every item: its kind and, for a text or an array, its length.
 struct Header {
@@ -68,7 +69,7 @@ bool IsText(const Header& header, qint64 limit) {
 } // namespace
 
 FrameScanner::Result FrameScanner::Scan(const QByteArray& bytes) {
-    while (m_item != Items || m_fieldsLeft > 0) {
+    while (m_item != m_items || m_textsLeft > 0) {
         Header header;
         const qint64 available = bytes.size() - m_position;
         switch (ReadHeader(bytes.constData() + qMin<qint64>(m_position, bytes.size()), available, header)) {
@@ -80,45 +81,50 @@ FrameScanner::Result FrameScanner::Scan(const QByteArray& bytes) {
             break;
         }
         qint64 content = 0;
-        switch (m_item) {
-        case 0:
-            if (!IsArrayOf(header, 3))
-                return Result::Broken;
-            ++m_item;
-            break;
-        case 1:
-            if (header.major != MajorUnsigned)
-                return Result::Broken;
-            ++m_item;
-            break;
-        case 2:
-            // A request has its name here, a reply its status.
-            if (IsText(header, m_limits.name)) {
-                content = qint64(header.value);
-                m_nameStart = m_position + header.size;
-                m_nameLength = content;
-            } else if (header.major != MajorUnsigned && header.major != MajorNegative)
-                return Result::Broken;
-            ++m_item;
-            break;
-        case 3:
-            if (header.major != MajorArray || header.value % 2 != 0 ||
-                header.value / 2 > quint64(m_limits.fields))
-                return Result::Broken;
-            m_fieldsLeft = qint64(header.value);
-            m_decodedBytes += m_fieldsLeft / 2 * qint64(sizeof(Field));
-            ++m_item;
-            break;
-        default:
-            if (!IsText(header, m_fieldsLeft % 2 == 0 ? m_limits.tag : m_limits.value))
+        if (m_textsLeft > 0) {
+            const bool isTag = m_item == 5 || m_textsLeft % 2 == 0;
+            if (!IsText(header, isTag ? m_limits.tag : m_limits.value))
                 return Result::Broken;
             content = qint64(header.value);
             m_decodedBytes += DecodedText(content);
-            --m_fieldsLeft;
+            --m_textsLeft;
+        } else {
+            switch (m_item) {
+            case 0:
+                if (!IsArrayOf(header, 3) && !IsArrayOf(header, 4))
+                    return Result::Broken;
+                m_items = 1 + int(header.value);
+                break;
+            case 1:
+                if (header.major != MajorUnsigned)
+                    return Result::Broken;
+                break;
+            case 2:
+                // A request has its name here, a reply its status.
+                if (IsText(header, m_limits.name)) {
+                    content = qint64(header.value);
+                    m_nameStart = m_position + header.size;
+                    m_nameLength = content;
+                } else if (header.major != MajorUnsigned && header.major != MajorNegative)
+                    return Result::Broken;
+                break;
+            case 3:
+                if (header.major != MajorArray || header.value % 2 != 0 ||
+                    header.value / 2 > quint64(m_limits.fields))
+                    return Result::Broken;
+                m_textsLeft = qint64(header.value);
+                m_decodedBytes += m_textsLeft / 2 * qint64(sizeof(Field));
+                break;
+            default:
+                if (header.major != MajorArray || header.value > MostChanged)
+                    return Result::Broken;
+                m_textsLeft = qint64(header.value);
+            }
+            ++m_item;
         }
         m_position += header.size + content;
         // Each text to come takes one byte at least.
-        if (m_position + m_fieldsLeft > m_limits.message)
+        if (m_position + m_textsLeft > m_limits.message)
             return Result::Broken;
     }
     return bytes.size() < m_position ? Result::Incomplete : Result::Complete;
@@ -136,7 +142,8 @@ void FrameScanner::Reset() {
     m_nameLength = 0;
     m_decodedBytes = 0;
     m_item = 0;
-    m_fieldsLeft = 0;
+    m_items = 4;
+    m_textsLeft = 0;
 }
 
 } // namespace sysadmin::wire

@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 namespace sysadmin::wire {
 
@@ -28,6 +29,8 @@ struct Reply {
     quint64 number = 0;
     qint16 status = 0;
     Fields fields;
+    /// The words of the subjects ("VenTp", "Loc") that others changed since the session's last request.
+    QStringList changed = {};
     bool operator==(const Reply&) const = default;
 };
 

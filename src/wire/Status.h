@@ -27,5 +27,7 @@ inline constexpr qint16 MinimumPasswordAge = 108;
 inline constexpr qint16 WeakPassword = 109;
 inline constexpr qint16 PublishedPassword = 110;
 inline constexpr qint16 ReplyTooLong = 130;
+/// Somebody else changed the record after this session read it: nothing was written.
+inline constexpr qint16 RecordChanged = 131;
 
 } // namespace sysadmin::wire::status

@@ -117,6 +117,7 @@ constexpr Row Rows[] = {
     {120, Plain, QT_TRANSLATE_NOOP("StatusTable", "This item type cannot be deleted because it is in use in an Acq Policy definition.")},
     {123, Plain, QT_TRANSLATE_NOOP("StatusTable", "This calendar cannot be saved.  A date is outside the calendar's coverage dates.")},
     {130, Plain, QT_TRANSLATE_NOOP("StatusTable", "The list is too long to be shown.")},
+    {131, Plain, QT_TRANSLATE_NOOP("StatusTable", "Somebody else has changed this record in the meantime.  Nothing was saved.")},
     {-92, Plain, QT_TRANSLATE_NOOP("StatusTable", "The server or database is not compatible with this version of your application. The application will be aborted. Client version: #  Server version: #  Database version: #")},
 };
 // clang-format on

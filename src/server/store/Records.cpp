@@ -1,5 +1,6 @@
 #include "server/store/Records.h"
 
+#include "server/store/Changes.h"
 #include "server/store/Database.h"
 #include "server/store/History.h"
 
@@ -32,6 +33,7 @@ QVariant Stored(const Column& column, const QVariant& value) {
 Records::Records(Database& database, const Tables& tables, const std::optional<Author>& author)
     : m_database(database)
     , m_tables(tables)
+    , m_author(author)
     , m_history(author ? std::make_unique<HistoryWriter>(database, tables, *author) : nullptr) {}
 
 Records::~Records() = default;
@@ -69,8 +71,11 @@ qint64 Records::Insert(const QString& tableName, const Row& values) {
         names.isEmpty() ? "INSERT INTO " + table.name + " DEFAULT VALUES"
                         : "INSERT INTO " + table.name + " (" + names.join(", ") + ") VALUES (" + places + ')',
         bound);
-    if (m_history)
-        m_history->Note(HistoryWriter::Kind::Added, table, id, {}, *Find(tableName, id));
+    if (m_history) {
+        const Row row = *Find(tableName, id);
+        m_history->Note(HistoryWriter::Kind::Added, table, id, {}, row);
+        EnterChange(table, id, row, row, false);
+    }
     return id;
 }
 
@@ -95,8 +100,10 @@ bool Records::Update(const QString& tableName, qint64 id, const Row& values) {
     Append(table, changed, names, bound);
     bound << id;
     m_database.Run("UPDATE " + table.name + " SET " + names.join("=?, ") + "=? WHERE id=?", bound);
-    if (m_history)
+    if (m_history) {
         m_history->Note(HistoryWriter::Kind::Changed, table, id, replaced, changed);
+        EnterChange(table, id, *before, changed, false);
+    }
     return true;
 }
 
@@ -122,8 +129,10 @@ bool Records::Remove(const QString& tableName, qint64 id) {
         }
     }
     m_database.Run("DELETE FROM " + table.name + " WHERE id=?", {id});
-    if (m_history)
+    if (m_history) {
         m_history->Note(HistoryWriter::Kind::Removed, table, id, *before, {});
+        EnterChange(table, id, *before, *before, true);
+    }
     return true;
 }
 
@@ -198,6 +207,50 @@ qint64 Records::ChangeNumber() const {
 
 QList<RecordName> Records::Changed() const {
     return m_history ? m_history->Changed() : QList<RecordName>();
+}
+
+void Records::EnterChange(const Table& table, qint64 id, const Row& row, const Row& changed, bool removed) {
+    if (removed)
+        Enter(table, id, Fold(row.value(table.keyText).toString()));
+    else
+        Enter(table, id);
+    for (const Column& column : table.columns) {
+        const bool isOwner = column.name == table.owner;
+        if (!isOwner && !(column.showsThere && changed.contains(column.name)))
+            continue;
+        for (const QVariant& owner : {row.value(column.name), changed.value(column.name)})
+            if (!owner.isNull())
+                EnterOwner(Named(column.target), owner.toLongLong());
+    }
+    if (!table.partOf.isEmpty())
+        Enter(Named(table.partOf), 0);
+}
+
+void Records::EnterOwner(const Table& table, qint64 id) {
+    Enter(table, id);
+    if (table.owner.isEmpty())
+        return;
+    const auto row = Find(table.name, id);
+    if (row && !row->value(table.owner).isNull())
+        EnterOwner(Named(table.Find(table.owner)->target), row->value(table.owner).toLongLong());
+}
+
+void Records::Enter(const Table& table, qint64 id, const std::optional<QString>& removedKey) {
+    if (table.IsPart())
+        return;
+    const qint64 entered = table.IsSingle() ? 0 : id;
+    const QPair<QString, qint64> record{table.name, entered};
+    if (!removedKey && m_entered.contains(record))
+        return;
+    m_entered.insert(record);
+    Changes(m_database)
+        .Enter(table.name, entered, ChangeNumber(), {m_author->session, m_author->name, m_author->time},
+               removedKey);
+}
+
+void Records::Touch(const QString& table, qint64 id) {
+    if (ChangeNumber() != 0)
+        Enter(Named(table), id);
 }
 
 } // namespace sysadmin::server

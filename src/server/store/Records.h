@@ -3,6 +3,7 @@
 #include "server/store/Table.h"
 
 #include <QMap>
+#include <QSet>
 #include <QVariantMap>
 
 #include <memory>
@@ -21,7 +22,9 @@ struct Author {
     QString operatorId;
     QString peer; ///< the address from which the request came
     QString request;
-    QString time; ///< UTC, ISO 8601
+    QString time;       ///< UTC, ISO 8601
+    QString name = {};  ///< of the operator, for people
+    qint64 session = 0; ///< row of the session; 0: none
 };
 
 /// A stored record.
@@ -33,8 +36,9 @@ struct RecordName {
 /// The declared tables by name.
 using Tables = QMap<QString, Table>;
 
-/// Reads and changes single rows. Every change goes into the history with the values before and after it; the
-/// folded forms of unique texts are kept beside them. All of it throws `StoreError`.
+/// Reads and changes single rows. Every change goes into the history with the values before and after it, and
+/// into the register of changes for the record to which the row belongs; the folded forms of unique texts are
+/// kept beside them. All of it throws `StoreError`.
 class Records {
 public:
     /// Without an author nothing is written to the history (the sample library, the server's own
@@ -53,6 +57,9 @@ public:
     bool Remove(const QString& table, qint64 id);
     /// Removes the rows of which a column holds the value.
     void RemoveWhere(const QString& table, const QString& column, const QVariant& value);
+
+    /// Enters a change of a record that shows what this request has changed elsewhere.
+    void Touch(const QString& table, qint64 id);
 
     /// All columns of a row.
     std::optional<Row> Find(const QString& table, qint64 id) const;
@@ -77,10 +84,15 @@ public:
 private:
     const Table& Named(const QString& table) const;
     void Append(const Table& table, const Row& values, QStringList& names, QVariantList& bound) const;
+    void EnterChange(const Table& table, qint64 id, const Row& row, const Row& changed, bool removed);
+    void EnterOwner(const Table& table, qint64 id);
+    void Enter(const Table& table, qint64 id, const std::optional<QString>& removedKey = {});
 
     Database& m_database;
     const Tables& m_tables;
+    std::optional<Author> m_author;
     std::unique_ptr<HistoryWriter> m_history;
+    QSet<QPair<QString, qint64>> m_entered; ///< in the register of changes
 };
 
 } // namespace sysadmin::server

@@ -29,6 +29,8 @@ struct Column {
     bool bookkeeping = false;
     /// For a number that is the id of a record: the column that names the record's table.
     QString tableIn = {};
+    /// The row is shown as a member of the one it refers to: when this changes, both records change.
+    bool showsThere = false;
 };
 
 /// A text column whose values differ, letter case and surrounding blanks apart, among all rows or among those
@@ -58,9 +60,16 @@ struct Table {
     /// The reference column that names the record of which the rows are a part, if they are one.
     QString owner = {};
     Content content = Content::Settings;
+    QString keyText = {}; ///< the column by whose text requests know a record; empty: its id
+    /// The table of the one setting of which the rows are a part, without a reference.
+    QString partOf = {};
 
     const Column* Find(const QString& column) const;
     bool IsUniqueText(const QString& column) const;
+    /// Whether its rows are nothing but parts of other records.
+    bool IsPart() const { return !owner.isEmpty() || !partOf.isEmpty(); }
+    /// Whether it holds a setting of which there is one record.
+    bool IsSingle() const { return Find("only_one") != nullptr; }
 };
 
 /// Whether both engines store the text and give it back exactly. One ends a text at NUL, the other drops a

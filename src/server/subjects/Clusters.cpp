@@ -136,6 +136,8 @@ qint16 MarkDesk(Context& context, const wire::Fields& request, qint64 cluster, b
         return status::NotFound;
     for (const auto& [place, mark] : changes)
         context.records.Update("circulation_policy_locations", place, {{"is_opac_desk", mark}});
+    if (!changes.isEmpty())
+        context.records.Touch("clusters", cluster);
     return status::Ok;
 }
 
@@ -172,6 +174,7 @@ void RegisterClusters(Registry& registry) {
     });
     registry.AddRead("GetClusterSecurity", Area::AnyOperator, ReadSecurity);
     registry.AddRead("GetClusterList", Area::AnyOperator, List);
+    registry.About("GetClusterList", {"clusters"});
 }
 
 } // namespace sysadmin::server

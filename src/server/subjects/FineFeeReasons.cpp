@@ -51,6 +51,7 @@ void RegisterFineFeeReasons(Registry& registry) {
                       {"payment_types", {{"PId", "id"}, {"PNm", "name"}}},
                       {"posting_types",
                        {{"PstId", "id"}, {"PstNm", "name"}, {"TF", "for_fines"}, {"TD", "for_demerits"}}}});
+    registry.About("LstFee", {"fine_fee_reasons", "payment_types", "posting_types"});
 }
 
 } // namespace sysadmin::server

@@ -317,6 +317,9 @@ void RegisterOperatorAccounts(Registry& registry) {
     registry.Prepare("PwdUsg", PreparePassword<false>);
     registry.AddRead("GetLockoutStatus", Area::Security, GetLockout);
     registry.AddChange("ClearLockoutStatus", Area::Security, ClearLockout);
+    registry.About("LstOpr", {"operators"});
+    for (const char* request : {"GetOpr", "UpdOpr", "DelOpr"})
+        registry.About(request, {"operators"}, {"OI"}, "operator_id");
 }
 
 } // namespace sysadmin::server

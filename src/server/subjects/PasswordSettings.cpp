@@ -87,6 +87,9 @@ void RegisterPasswordSettings(Registry& registry) {
     registry.AddChange("ClearInvalidLogins", Area::Security, ClearAttempts);
     registry.AddRead("GetMscExpire", Area::Security, GetExpiry);
     registry.AddChange("UpdMscExpire", Area::Security, UpdateExpiry);
+    // The same setting as one of the security options, read and changed by a screen of its own.
+    for (const char* request : {"GetMscExpire", "UpdMscExpire"})
+        registry.About(request, {"security_options"}, {}, {}, "expiry");
 }
 
 } // namespace sysadmin::server

@@ -119,8 +119,10 @@ void RegisterWebServices(Registry& registry) {
                                    {.name = "visible", .type = ColumnType::Flag, .fallback = "N"},
                                    {.name = "required", .type = ColumnType::Flag, .fallback = "N"}},
                        .uniqueSets = {{"code"}},
-                       .ordered = true});
+                       .ordered = true,
+                       .partOf = "self_registration"});
     registry.AddRead("GetWSSelfReg", Area::System, ReadSelfRegistration);
+    registry.About("GetWSSelfReg", {"self_registration"});
     // The markers in the texts belong to the web service.
     registry.AddSubject({
         .table = "login_summary",

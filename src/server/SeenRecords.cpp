@@ -1,0 +1,81 @@
+#include "server/SeenRecords.h"
+
+#include <algorithm>
+
+namespace sysadmin::server {
+
+SeenRecords::Marks& SeenRecords::Of(const SessionStart& session) {
+    auto found = m_sessions.find(session.row);
+    if (found != m_sessions.end()) {
+        m_order.splice(m_order.end(), m_order, found->place);
+        return *found;
+    }
+    if (m_sessions.size() >= MostSessions) {
+        m_sessions.remove(m_order.front());
+        m_order.pop_front();
+    }
+    Marks marks{.floor = session.change, .told = session.change, .tables = {}, .place = {}};
+    marks.place = m_order.insert(m_order.end(), session.row);
+    return *m_sessions.insert(session.row, marks);
+}
+
+void SeenRecords::Begin(qint64 session) {
+    const QMutexLocker lock(&m_mutex);
+    Marks& marks = Of({session, 0});
+    marks.floor.reset();
+    marks.tables.clear();
+}
+
+void SeenRecords::ReadAll(const SessionStart& session, const QString& table, qint64 number) {
+    const QMutexLocker lock(&m_mutex);
+    Of(session).tables[table].list = number;
+}
+
+void SeenRecords::ReadOne(const SessionStart& session, const QString& table, qint64 id, const QString& text,
+                          qint64 number) {
+    const QMutexLocker lock(&m_mutex);
+    TableMarks& marks = Of(session).tables[table];
+    if (marks.byId.size() + marks.byText.size() >= MostRecordsOfTable) {
+        qint64 oldest = marks.forgotten.value_or(number);
+        for (const qint64 mark : marks.byId)
+            oldest = qMin(oldest, mark);
+        marks.forgotten = oldest;
+        marks.byId.clear();
+        marks.byText.clear();
+    }
+    marks.byId.insert(id, number);
+    if (!text.isEmpty())
+        marks.byText.insert(text, number);
+}
+
+std::optional<qint64> SeenRecords::Known(const SessionStart& session, const QString& table, qint64 id,
+                                         const QString& text, bool latest) {
+    const QMutexLocker lock(&m_mutex);
+    const Marks& marks = Of(session);
+    const auto known = marks.tables.constFind(table);
+    if (known == marks.tables.constEnd())
+        return marks.floor;
+    std::optional<qint64> one;
+    if (const auto byId = known->byId.constFind(id); byId != known->byId.constEnd())
+        one = *byId;
+    else if (const auto byText = known->byText.constFind(text);
+             !text.isEmpty() && byText != known->byText.constEnd())
+        one = *byText;
+    else
+        one = known->forgotten;
+    if (latest && one && known->list)
+        return qMax(*one, *known->list);
+    return one ? one : known->list ? known->list : marks.floor;
+}
+
+qint64 SeenRecords::Told(const SessionStart& session) {
+    const QMutexLocker lock(&m_mutex);
+    return Of(session).told;
+}
+
+void SeenRecords::Tell(const SessionStart& session, qint64 number) {
+    const QMutexLocker lock(&m_mutex);
+    Of(session).told = number;
+}
+
+} // namespace sysadmin::server

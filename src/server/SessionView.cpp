@@ -1,0 +1,119 @@
+#include "server/SessionView.h"
+
+#include "server/Registry.h"
+#include "server/store/Database.h"
+
+#include <algorithm>
+
+namespace sysadmin::server {
+
+namespace {
+
+void PutChange(ReplyFields& reply, const Change& change) {
+    Put(reply, "ChBy", change.by);
+    Put(reply, "ChAt", ShownTime(change.at));
+}
+
+bool Has(const wire::Fields& request, const QString& tag) {
+    return std::any_of(request.begin(), request.end(),
+                       [&](const wire::Field& field) { return field.tag == tag; });
+}
+
+} // namespace
+
+SessionView::SessionView(Database& database, const SessionStart& session, const RequestRule& rule,
+                         const wire::Fields& request)
+    : m_database(database)
+    , m_session(session)
+    , m_rule(rule)
+    , m_changes(database)
+    , m_number(m_changes.Last()) {
+    if (rule.tables.isEmpty())
+        return;
+    FindRecord(request);
+    // Of a list that goes out in parts, the first part says how old it is.
+    m_readsAll = rule.access == Access::View && rule.keyTags.isEmpty() && !rule.single &&
+                 !Has(request, "55") &&
+                 std::none_of(rule.narrowing.begin(), rule.narrowing.end(),
+                              [&](const QString& tag) { return Has(request, tag); });
+}
+
+void SessionView::FindRecord(const wire::Fields& request) {
+    if (m_rule.single) {
+        m_id = 0;
+        return;
+    }
+    const auto tag = std::find_if(m_rule.keyTags.begin(), m_rule.keyTags.end(),
+                                  [&](const QString& candidate) { return Has(request, candidate); });
+    if (tag == m_rule.keyTags.end())
+        return;
+    m_key = wire::FirstValue(request, *tag);
+    if (!IsStorable(m_key))
+        m_key.clear(); // no record has such a key
+    QVariant id;
+    if (m_rule.keyColumn.isEmpty()) {
+        bool isNumber = false;
+        if (const qint64 number = m_key.toLongLong(&isNumber); isNumber)
+            id = m_database.FirstValue("SELECT id FROM " + m_rule.tables.first() + " WHERE id=?", {number});
+    } else {
+        m_text = Fold(m_key);
+        id = m_database.FirstValue("SELECT id FROM " + m_rule.tables.first() + " WHERE " +
+                                       FoldedName(m_rule.keyColumn) + "=?",
+                                   {m_text});
+    }
+    if (id.isValid())
+        m_id = id.toLongLong();
+}
+
+QString SessionView::MarkOf(const QString& table) const {
+    return m_rule.scope.isEmpty() ? table : QString(table + '/' + m_rule.scope);
+}
+
+std::optional<Answer> SessionView::Refusal(SeenRecords& seen) {
+    if (m_rule.access != Access::Edit || !m_id)
+        return std::nullopt;
+    const QString table = m_rule.tables.first();
+    const auto change = m_changes.ByOthers(table, *m_id, m_session.row);
+    if (!change)
+        return std::nullopt;
+    // A row is removed by what its list shows, and changed by what an edit has read.
+    const bool removes = m_rule.name.startsWith("Del");
+    const auto known = seen.Known(m_session, MarkOf(table), *m_id, m_text, removes);
+    if (!known || change->number <= *known)
+        return std::nullopt;
+    Answer refusal{status::RecordChanged};
+    PutChange(refusal.fields, *change);
+    return refusal;
+}
+
+void SessionView::ExplainMissing(Answer& answer) {
+    if (answer.status != status::NotFound || m_id || m_key.isEmpty())
+        return;
+    const QString table = m_rule.tables.first();
+    const auto removal = m_rule.keyColumn.isEmpty()
+                             ? m_changes.RemovalOf(table, m_key.toLongLong(), m_session.row)
+                             : m_changes.RemovalOf(table, m_key, m_session.row);
+    if (!removal)
+        return;
+    answer.fields.clear();
+    PutChange(answer.fields, *removal);
+}
+
+QStringList SessionView::ChangedWords(SeenRecords& seen, const Registry& registry) {
+    const qint64 told = seen.Told(m_session);
+    return told >= m_number ? QStringList()
+                            : registry.WordsOf(m_changes.TablesChangedSince(told, m_session.row));
+}
+
+void SessionView::Keep(SeenRecords& seen, qint16 answered) const {
+    seen.Tell(m_session, m_number);
+    if (m_rule.access != Access::View || (answered != status::Ok && answered != status::Continues))
+        return;
+    if (m_readsAll)
+        for (const QString& table : m_rule.tables)
+            seen.ReadAll(m_session, MarkOf(table), m_number);
+    else if (m_id)
+        seen.ReadOne(m_session, MarkOf(m_rule.tables.first()), *m_id, m_text, m_number);
+}
+
+} // namespace sysadmin::server

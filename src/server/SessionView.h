@@ -1,0 +1,46 @@
+#pragma once
+
+#include "server/Context.h"
+#include "server/SeenRecords.h"
+#include "server/store/Changes.h"
+
+#include <optional>
+
+namespace sysadmin::server {
+
+class Registry;
+struct RequestRule;
+
+/// What one request of a session may not overwrite, and what it lets the session know. Made inside the
+/// request's transaction; everything but `Keep` throws `StoreError`.
+class SessionView {
+public:
+    SessionView(Database& database, const SessionStart& session, const RequestRule& rule,
+                const wire::Fields& request);
+
+    /// The refusal of a change to a record that somebody else changed after this session read it: its fields
+    /// say who that was and when.
+    std::optional<Answer> Refusal(SeenRecords& seen);
+    /// Adds who removed the record to an answer that it was not found.
+    void ExplainMissing(Answer& answer);
+    /// The words of the subjects that other sessions changed since this session's last request.
+    QStringList ChangedWords(SeenRecords& seen, const Registry& registry);
+    /// Remembers what the session knows now. Call it when the transaction is over.
+    void Keep(SeenRecords& seen, qint16 answered) const;
+
+private:
+    QString MarkOf(const QString& table) const;
+    void FindRecord(const wire::Fields& request);
+
+    Database& m_database;
+    SessionStart m_session;
+    const RequestRule& m_rule;
+    Changes m_changes;
+    qint64 m_number = 0;        // the last change that the request sees
+    std::optional<qint64> m_id; // of the record that it names
+    QString m_key;              // as it was sent
+    QString m_text;             // folded, when the key is a text
+    bool m_readsAll = false;
+};
+
+} // namespace sysadmin::server

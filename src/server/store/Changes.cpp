@@ -1,0 +1,92 @@
+#include "server/store/Changes.h"
+
+#include "server/store/Database.h"
+
+namespace sysadmin::server {
+
+Table Changes::Declare() {
+    return {.name = "record_changes",
+            .columns = {{.name = "table_name"},
+                        {.name = "record_id", .type = ColumnType::Whole},
+                        {.name = "number", .type = ColumnType::Whole},
+                        {.name = "session", .type = ColumnType::Whole},
+                        {.name = "changed_by"},
+                        {.name = "changed_at"},
+                        {.name = "removed", .type = ColumnType::Flag},
+                        {.name = "key_text"},
+                        {.name = "earlier_number", .type = ColumnType::Whole, .fallback = "0"},
+                        {.name = "earlier_by"},
+                        {.name = "earlier_at"}},
+            .uniqueSets = {{"table_name", "record_id"}},
+            .indexed = {{"number"}},
+            .content = Content::Record};
+}
+
+qint64 Changes::Last() const {
+    return m_database.FirstValue("SELECT MAX(id) FROM history_requests").toLongLong();
+}
+
+void Changes::Prune() {
+    const QVariant oldest = m_database.FirstValue("SELECT MIN(start_change) FROM sessions");
+    m_database.Run("DELETE FROM record_changes WHERE number<=?",
+                   {oldest.isNull() ? Last() : oldest.toLongLong()});
+}
+
+void Changes::Enter(const QString& table, qint64 id, qint64 number, const Changer& changer,
+                    const std::optional<QString>& removedKey) {
+    const auto kept = [](const QString& column, const QString& earlier) {
+        return earlier + "=CASE WHEN record_changes.session=excluded.session THEN record_changes." + earlier +
+               " ELSE record_changes." + column + " END, ";
+    };
+    static const QString sql =
+        "INSERT INTO record_changes "
+        "(table_name, record_id, number, session, changed_by, changed_at, removed, key_text) "
+        "VALUES (?, ?, ?, ?, ?, ?, ?, ?) ON CONFLICT (table_name, record_id) DO UPDATE SET " +
+        kept("number", "earlier_number") + kept("changed_by", "earlier_by") +
+        kept("changed_at", "earlier_at") +
+        "number=excluded.number, session=excluded.session, changed_by=excluded.changed_by, "
+        "changed_at=excluded.changed_at, removed=excluded.removed, key_text=excluded.key_text";
+    // A null text would be bound as NULL.
+    const auto text = [](const QString& value) { return value.isNull() ? QString("") : value; };
+    m_database.Run(sql, {table, id, number, changer.session, text(changer.name), changer.time,
+                         removedKey ? "Y" : "N", text(removedKey.value_or(QString()))});
+}
+
+std::optional<Change> Changes::ByOthers(const QString& table, qint64 id, qint64 session) const {
+    const auto row = m_database.FirstRow(
+        "SELECT session, number, changed_by, changed_at, earlier_number, earlier_by, earlier_at "
+        "FROM record_changes WHERE table_name=? AND record_id=?",
+        {table, id});
+    if (!row)
+        return std::nullopt;
+    const int first = (*row)[0].toLongLong() == session ? 4 : 1;
+    const Change change{(*row)[first].toLongLong(), (*row)[first + 1].toString(),
+                        (*row)[first + 2].toString()};
+    return change.number > 0 ? std::optional(change) : std::nullopt;
+}
+
+std::optional<Change> Changes::RemovalOf(const QString& table, qint64 id, qint64 session) const {
+    const auto row = m_database.FirstRow("SELECT number, changed_by, changed_at FROM record_changes "
+                                         "WHERE table_name=? AND record_id=? AND removed='Y' AND session<>?",
+                                         {table, id, session});
+    return row ? std::optional(Change{(*row)[0].toLongLong(), (*row)[1].toString(), (*row)[2].toString()})
+               : std::nullopt;
+}
+
+std::optional<Change> Changes::RemovalOf(const QString& table, const QString& keyText, qint64 session) const {
+    const QVariant id = m_database.FirstValue("SELECT record_id FROM record_changes WHERE table_name=? AND "
+                                              "removed='Y' AND key_text=? ORDER BY number DESC",
+                                              {table, Fold(keyText)});
+    return id.isValid() ? RemovalOf(table, id.toLongLong(), session) : std::nullopt;
+}
+
+QStringList Changes::TablesChangedSince(qint64 number, qint64 session) const {
+    QStringList tables;
+    m_database.Each("SELECT DISTINCT table_name FROM record_changes "
+                    "WHERE number>? AND (session<>? OR earlier_number>?)",
+                    {number, session, number},
+                    [&](const ResultRow& row) { tables << row.value(0).toString(); });
+    return tables;
+}
+
+} // namespace sysadmin::server

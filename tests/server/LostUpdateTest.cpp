@@ -1,0 +1,241 @@
+#include "Engines.h"
+
+#include "server/Registry.h"
+#include "server/store/Changes.h"
+#include "support/TestServer.h"
+
+#include <algorithm>
+
+namespace sysadmin::testing {
+namespace {
+
+using namespace server;
+
+/// Two operators on one library: neither overwrites what the other one changed and he has not seen.
+class LostUpdateTest : public EngineTest {
+protected:
+    void SetUp() override {
+        EngineTest::SetUp();
+        if (IsSkipped())
+            return;
+        m_server = std::make_unique<TestServer>(TestServer::Options{.address = Address()});
+        m_other = m_server->Connect();
+        ASSERT_EQ(m_other->SignOn("SYSADMIN", SamplePassword("SYSADMIN")), status::Ok);
+    }
+
+    TestClient& Mine() { return m_server->Client(); }
+    TestClient& Other() { return *m_other; }
+
+    /// The name of the request by which a session reads what the rule changes.
+    QPair<QString, bool> ReaderOf(const RequestRule& rule) {
+        const Registry& registry = m_server->GetLibrary().GetRegistry();
+        QString list;
+        for (const QString& name : registry.RequestNames()) {
+            const RequestRule* reader = registry.Find(name);
+            if (reader->access != Access::View || !reader->tables.contains(rule.tables.first()) ||
+                reader->scope != rule.scope)
+                continue;
+            if (!reader->keyTags.isEmpty() || reader->single)
+                return {name, true};
+            list = name;
+        }
+        return {list, false};
+    }
+
+    std::unique_ptr<TestServer> m_server;
+    std::unique_ptr<TestClient> m_other;
+};
+INSTANTIATE_ON_ENGINES(LostUpdateTest);
+
+TEST_P(LostUpdateTest, EveryUpdateAndDeleteIsRefusedOnceSomebodyElseChangedTheRecord) {
+    const Registry& registry = m_server->GetLibrary().GetRegistry();
+    int tried = 0;
+    // What is deleted cannot be updated any more: those come last.
+    QStringList requests = registry.RequestNames();
+    std::stable_partition(requests.begin(), requests.end(),
+                          [](const QString& name) { return !name.startsWith("Del"); });
+    for (const QString& name : requests) {
+        const RequestRule& rule = *registry.Find(name);
+        if (!rule.changes || rule.access != Access::Edit)
+            continue;
+        const bool names = !rule.keyTags.isEmpty() || rule.single;
+        const bool mustSay = name.startsWith("Del") || (name.startsWith("Upd") && name != "UpdPINs");
+        EXPECT_TRUE(names || !mustSay) << name.toStdString() << " does not say which record it changes";
+        if (!names)
+            continue;
+        SCOPED_TRACE(name.toStdString());
+        const QString table = rule.tables.first();
+        const QString column = rule.keyColumn.isEmpty() ? QString("id") : rule.keyColumn;
+        const QString key =
+            rule.single ? QString() : m_server->Value("SELECT " + column + " FROM " + table + " ORDER BY id");
+        const qint64 id =
+            rule.single ? 0 : m_server->Value("SELECT id FROM " + table + " ORDER BY id").toLongLong();
+        wire::Fields fields;
+        if (!rule.single)
+            fields.append({rule.keyTags.first(), key});
+        const auto [reader, byKey] = ReaderOf(rule);
+        ASSERT_FALSE(reader.isEmpty());
+        const wire::Fields readFields = byKey && !rule.single
+                                            ? wire::Fields{{registry.Find(reader)->keyTags.first(), key}}
+                                            : wire::Fields();
+        const auto change = [&](qint64 session) {
+            RunInTransaction(m_server->GetDatabase(), [&] {
+                Database& database = m_server->GetDatabase();
+                const QString now = StoredTime(m_server->Now());
+                const qint64 number = database.RunInsert(
+                    "INSERT INTO history_requests (at, operator_id, peer, request) VALUES (?, ?, ?, ?)",
+                    {now, "ANNA", "local", "Test"});
+                Changes(database).Enter(table, id, number, {session, "Anna Other", now}, {});
+            });
+        };
+
+        ASSERT_EQ(Mine().Send(reader, readFields).status, status::Ok);
+        change(987654);
+        const wire::Reply refused = Mine().Send(name, fields);
+        EXPECT_EQ(refused.status, status::RecordChanged);
+        EXPECT_EQ(wire::FirstValue(refused.fields, "ChBy"), "Anna Other");
+        EXPECT_FALSE(wire::FirstValue(refused.fields, "ChAt").isEmpty());
+        // The answer to the question is to read it again.
+        ASSERT_EQ(Mine().Send(reader, readFields).status, status::Ok);
+        EXPECT_NE(Mine().Send(name, fields).status, status::RecordChanged);
+        ++tried;
+    }
+    EXPECT_GT(tried, 40);
+}
+
+TEST_P(LostUpdateTest, NobodyStandsInHisOwnWay) {
+    ASSERT_EQ(Mine().Send("LstVenTp").status, status::Ok);
+    for (const char* name : {"First", "Second", "Third"})
+        EXPECT_EQ(Mine().Send("UpdVenTp", {{"Cd", "BOOK"}, {"Nm", name}, {"OCd", "BOOK"}}).status,
+                  status::Ok);
+    // The other one has read nothing yet; then he has, and a third session's change counts for him alone.
+    EXPECT_EQ(Other().Send("UpdVenTp", {{"Cd", "BOOK"}, {"Nm", "Fourth"}, {"OCd", "BOOK"}}).status,
+              status::Ok);
+    EXPECT_EQ(Mine().Send("UpdVenTp", {{"Cd", "BOOK"}, {"Nm", "Fifth"}, {"OCd", "BOOK"}}).status,
+              status::RecordChanged);
+    EXPECT_EQ(Other().Send("UpdVenTp", {{"Cd", "BOOK"}, {"Nm", "Sixth"}, {"OCd", "BOOK"}}).status,
+              status::Ok);
+    EXPECT_EQ(InRecord(Mine().Send("LstVenTp").fields, "Cd", "BOOK", "Nm"), "Sixth");
+}
+
+TEST_P(LostUpdateTest, PartsOfARecordCountAsTheRecord) {
+    struct Case {
+        const char* what;
+        QString read;
+        wire::Fields readFields;
+        QString otherChange;
+        wire::Fields otherFields;
+        QString change;
+        wire::Fields changeFields;
+    };
+    const QString location = m_server->Value("SELECT location_id FROM location_addresses ORDER BY id");
+    const QString address = m_server->Value("SELECT id FROM location_addresses ORDER BY id");
+    const QList<Case> cases{
+        {"phones of an address of a location",
+         "GetLoc",
+         {{"ID", location}},
+         "UpdLoc",
+         {{"ID", location},
+          {"AdrRq", "2"},
+          {"AdrID", address},
+          {"PhNm", "+1 555 0199"},
+          {"PhTp", ""},
+          {"PhRq", "1"},
+          {"PhAID", address}},
+         "UpdLoc",
+         {{"ID", location}}},
+        {"a setting that two requests write",
+         "GetSecOptions",
+         {},
+         "UpdMscExpire",
+         {{"ED", "77"}},
+         "UpdSecOptions",
+         {{"PAX", "66"}}},
+        {"rows that belong to the one setting",
+         "GetWSSelfReg",
+         {},
+         "UpdWSSelfReg",
+         {{"FC", "firstName"}, {"FV", "N"}, {"FR", "N"}},
+         "UpdWSSelfReg",
+         {{"P", "12"}}},
+    };
+    for (const Case& one : cases) {
+        SCOPED_TRACE(one.what);
+        ASSERT_EQ(Mine().Send(one.read, one.readFields).status, status::Ok);
+        ASSERT_EQ(Other().Send(one.otherChange, one.otherFields).status, status::Ok);
+        EXPECT_EQ(Mine().Send(one.change, one.changeFields).status, status::RecordChanged);
+    }
+}
+
+TEST_P(LostUpdateTest, AKeyThatNamesAnotherRecordNowIsNoWayAround) {
+    ASSERT_EQ(Mine().Send("LstVenTp").status, status::Ok);
+    ASSERT_EQ(Other().Send("UpdVenTp", {{"Cd", "BOOK2"}, {"Nm", "Was Book"}, {"OCd", "BOOK"}}).status,
+              status::Ok);
+    ASSERT_EQ(Other().Send("AddVenTp", {{"Cd", "BOOK"}, {"Nm", "Quite Another"}}).status, status::Ok);
+    EXPECT_EQ(Mine().Send("UpdVenTp", {{"Cd", "BOOK"}, {"Nm", "Mine"}, {"OCd", "BOOK"}}).status,
+              status::RecordChanged);
+    EXPECT_EQ(Mine().Send("DelVenTp", {{"Cd", "BOOK"}}).status, status::RecordChanged);
+    EXPECT_EQ(InRecord(Mine().Send("LstVenTp").fields, "Cd", "BOOK", "Nm"), "Quite Another");
+
+    // One that is gone is not found, and who removed it is said.
+    ASSERT_EQ(Other().Send("DelVenTp", {{"Cd", "BOOK"}}).status, status::Ok);
+    const wire::Reply gone = Mine().Send("UpdVenTp", {{"Cd", "BOOK"}, {"Nm", "Mine"}, {"OCd", "BOOK"}});
+    EXPECT_EQ(gone.status, status::NotFound);
+    EXPECT_FALSE(wire::FirstValue(gone.fields, "ChBy").isEmpty());
+    EXPECT_TRUE(Mine().Send("DelVenTp", {{"Cd", "NEVER"}}).fields.isEmpty());
+}
+
+TEST_P(LostUpdateTest, AnUnchangedNameStaysAsItIs) {
+    ASSERT_EQ(
+        Mine().Send("UpdVenTp", {{"Cd", "BOOK"}, {"Nm", "Old Name"}, {"NNm", "N"}, {"OCd", "BOOK"}}).status,
+        status::Ok);
+    EXPECT_NE(InRecord(Mine().Send("LstVenTp").fields, "Cd", "BOOK", "Nm"), "Old Name");
+    ASSERT_EQ(
+        Mine().Send("UpdVenTp", {{"Cd", "BOOK"}, {"Nm", "New Name"}, {"NNm", "Y"}, {"OCd", "BOOK"}}).status,
+        status::Ok);
+    EXPECT_EQ(InRecord(Mine().Send("LstVenTp").fields, "Cd", "BOOK", "Nm"), "New Name");
+}
+
+TEST_P(LostUpdateTest, ARestartForgetsNoConflict) {
+    const QString token = Mine().Token();
+    ASSERT_EQ(Mine().Send("GetSecOptions").status, status::Ok);
+    const quint64 number = Mine().LastNumber();
+    ASSERT_EQ(Other().Send("UpdSecOptions", {{"PAX", "66"}}).status, status::Ok);
+    m_server->Restart();
+    auto again = m_server->Connect();
+    ASSERT_EQ(again->Resume(token, number), status::Ok);
+    EXPECT_EQ(again->Send("UpdSecOptions", {{"PAX", "55"}}).status, status::RecordChanged);
+    ASSERT_EQ(again->Send("GetSecOptions").status, status::Ok);
+    EXPECT_EQ(again->Send("UpdSecOptions", {{"PAX", "55"}}).status, status::Ok);
+}
+
+TEST_P(LostUpdateTest, TwoProgramsOnOneLibrarySeeEachOther) {
+    LibraryOptions options;
+    options.address = m_server->GetLibrary().GetAddress();
+    options.hashCost = m_server->GetLibrary().GetHashCost();
+    options.now = [this] { return m_server->Now(); };
+    QString error;
+    const auto second = Library::Open(options, &error);
+    ASSERT_TRUE(second) << error.toStdString();
+    TestClient there(second, "local");
+    ASSERT_EQ(there.SignOn("SYSADMIN", SamplePassword("SYSADMIN")), status::Ok);
+    ASSERT_EQ(there.Send("LstVenTp").status, status::Ok);
+    ASSERT_EQ(Mine().Send("UpdVenTp", {{"Cd", "BOOK"}, {"Nm", "Here"}, {"OCd", "BOOK"}}).status, status::Ok);
+    EXPECT_EQ(there.Send("UpdVenTp", {{"Cd", "BOOK"}, {"Nm", "There"}, {"OCd", "BOOK"}}).status,
+              status::RecordChanged);
+}
+
+TEST_P(LostUpdateTest, RepliesSayWhichSubjectsOthersChanged) {
+    Mine().Send("LstVenTp");
+    EXPECT_EQ(Mine().Send("UpdVenTp", {{"Cd", "BOOK"}, {"Nm", "Mine"}, {"OCd", "BOOK"}}).changed,
+              QStringList());
+    EXPECT_EQ(Mine().Send("GetBsCur").changed, QStringList());
+    ASSERT_EQ(Other().Send("UpdVenTp", {{"Cd", "PUB"}, {"Nm", "Theirs"}, {"OCd", "PUB"}}).status, status::Ok);
+    EXPECT_EQ(Mine().Send("GetBsCur").changed, QStringList{"VenTp"});
+    EXPECT_EQ(Mine().Send("GetBsCur").changed, QStringList()) << "once is enough";
+    ASSERT_EQ(Other().Send("UpdMscExpire", {{"ED", "70"}}).status, status::Ok);
+    EXPECT_EQ(Mine().Send("GetBsCur").changed, (QStringList{"MscExpire", "SecOptions"}));
+}
+
+} // namespace
+} // namespace sysadmin::testing
