@@ -20,7 +20,7 @@ FieldDeclaration NameField(const QString& tag, const QString& caption) {
     return Declare<TextField>({.name = "txtName",
                                .tag = tag,
                                .caption = caption,
-                               .maxLength = 40,
+                               .maxLength = TextLength,
                                .required = true,
                                .column = {tr("Names")},
                                .changedTag = "NNm"});
@@ -29,7 +29,7 @@ FieldDeclaration NameField(const QString& tag, const QString& caption) {
 /// The code that stands for a record in electronic messages.
 FieldDeclaration EdiCodeField(const QString& tag) {
     return Declare<TextField>(
-        {.name = "txtEDICode", .tag = tag, .caption = tr("EDI Code:"), .maxLength = 10});
+        {.name = "txtEDICode", .tag = tag, .caption = tr("EDI Code:"), .maxLength = EdiCodeLength});
 }
 
 /// Why the price of an order or invoice differs, and how that reads in electronic messages.
@@ -37,8 +37,11 @@ PlainTable AdjustReasons() {
     return {{"Acquisitions_AdjustReasons", 50301, tr("Adjust Reasons"), Area::Acquisitions},
             {.subject = tr("Adjust Reason"), .word = "Adj", .plural = "Acquisitions Adjust Reason"},
             {NameField("T", tr("Adjust Reason Text :")), EdiCodeField("EC"),
-             Declare<LetterField>({.name = "optKind", .tag = "CC", .caption = tr("Kind:"), .initial = "C"},
-                                  QList<PickItem>{{"C", tr("Charge")}, {"A", tr("Allowance")}}),
+             Declare<LetterField>({.name = "optKind",
+                                   .tag = "CC",
+                                   .caption = tr("Kind:"),
+                                   .initial = "C",
+                                   .options = {{"C", tr("Charge")}, {"A", tr("Allowance")}}}),
              Declare<ChoiceField>(
                  {.name = "cboVendor",
                   .tag = "V",

@@ -9,7 +9,7 @@ struct FiscalPeriodForm : Form {
                       {.name = "txtName",
                        .tag = "Nm",
                        .caption = tr("Fiscal Period Name:"),
-                       .maxLength = 40,
+                       .maxLength = TextLength,
                        .required = true,
                        .column = {tr("Names")},
                        .changedTag = "NNm"}};
@@ -17,9 +17,11 @@ struct FiscalPeriodForm : Form {
         *this, {.name = "fpStartDate", .tag = "StDt", .caption = tr("Start Date:"), .required = true}};
     // The period includes the whole of its last day.
     DateField fpEndDate{*this,
-                        {.name = "fpEndDate", .tag = "EDt", .caption = tr("End Date:"), .required = true},
-                        "yyyy-MM-dd",
-                        " 23:59:59"};
+                        {.name = "fpEndDate",
+                         .tag = "EDt",
+                         .caption = tr("End Date:"),
+                         .required = true,
+                         .suffix = " 23:59:59"}};
 };
 
 /// Fiscal periods, each from a first to a last day.
@@ -33,7 +35,7 @@ protected:
     bool CheckBeforeSave(Table& table) override;
 
 private:
-    FiscalPeriodForm m_form;
+    FiscalPeriodForm& m_form = KeepForm<FiscalPeriodForm>();
 };
 
 } // namespace sysadmin

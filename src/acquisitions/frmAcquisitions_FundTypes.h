@@ -9,14 +9,13 @@ class PercentField : public NumberField {
 public:
     PercentField(Form& form, const FlagField& flag, const QString& name, const QString& tag,
                  const QString& accessible)
-        : NumberField(form,
-                      {.name = name,
-                       .tag = tag,
-                       .maxLength = 3,
-                       .required = true,
-                       .unit = "%",
-                       .accessible = accessible},
-                      0, 999) {
+        : NumberField(form, {.name = name,
+                             .tag = tag,
+                             .maxLength = 3,
+                             .required = true,
+                             .unit = "%",
+                             .accessible = accessible,
+                             .most = 999}) {
         EnableBy(flag);
     }
 };
@@ -26,7 +25,7 @@ struct FundTypeForm : Form {
                       {.name = "txtName",
                        .tag = "Nm",
                        .caption = tr("Fund Type Name:"),
-                       .maxLength = 40,
+                       .maxLength = TextLength,
                        .required = true}};
     FlagField chkOverCommitWarning{
         *this, {.name = "chkOverCommitWarning", .tag = "OCW", .caption = tr("Overcommit Warning:")}};
@@ -60,7 +59,7 @@ public:
     frmAcquisitions_FundTypes(Application& application, QWidget* parent);
 
 private:
-    FundTypeForm m_form;
+    FundTypeForm& m_form = KeepForm<FundTypeForm>();
 };
 
 } // namespace sysadmin

@@ -33,7 +33,7 @@ PlainTable PatronNoteTypes() {
         {Declare<TextField>({.name = "txtName",
                              .tag = "D",
                              .caption = tr("Name:"),
-                             .maxLength = 40,
+                             .maxLength = TextLength,
                              .required = true,
                              .column = {tr("Names")},
                              .changedTag = "NNm"})}};

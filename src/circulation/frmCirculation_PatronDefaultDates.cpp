@@ -7,15 +7,20 @@
 namespace sysadmin {
 
 DefaultDate::DefaultDate(Form& form, const QString& role, const QString& tagStart, const QString& caption)
-    : how(form, {.name = "opt" + role, .initial = "R", .accessible = caption},
-          {{"E", Form::tr("Exact date")}, {"R", Form::tr("Relative to the record's creation")}})
-    , exact(form, {.name = "dtp" + role + "Date", .tag = tagStart + "Date", .caption = Form::tr("Date:")},
-            "yyyyMMdd")
-    , relative(
-          form,
-          {.name = "txt" + role + "Offset", .tag = tagStart + "Offset", .caption = Form::tr("Interval:")},
-          "cbo" + role + "Unit", {{"Y", Form::tr("Year")}, {"M", Form::tr("Month")}, {"D", Form::tr("Day")}},
-          IntervalField::LetterPlace::Behind) {}
+    : how(form,
+          {.name = "opt" + role,
+           .initial = "R",
+           .accessible = caption,
+           .options = {{"E", Form::tr("Exact date")}, {"R", Form::tr("Relative to the record's creation")}}})
+    , exact(form, {.name = "dtp" + role + "Date",
+                   .tag = tagStart + "Date",
+                   .caption = Form::tr("Date:"),
+                   .format = "yyyyMMdd"})
+    , relative(form, {.name = "txt" + role + "Offset",
+                      .tag = tagStart + "Offset",
+                      .caption = Form::tr("Interval:"),
+                      .options = {{"Y", Form::tr("Year")}, {"M", Form::tr("Month")}, {"D", Form::tr("Day")}},
+                      .unitName = "cbo" + role + "Unit"}) {}
 
 void DefaultDate::FollowLoaded() {
     how.SetStored(exact.IsBlank() ? "R" : "E");
@@ -55,8 +60,8 @@ frmCirculation_PatronDefaultDates::frmCirculation_PatronDefaultDates(Application
            .loadCaption = "Load Circulation Patron Default Dates - REQ_CIRC_PATRON_DEFAULT_DATES_GET",
            .saveCaption = "Save Circulation Patron Default Dates"},
           m_form,
-          Column({frame("fraExpiration", tr("Expiration Date"), m_form.expiration),
-                  frame("fraPurge", tr("Purge Date"), m_form.purge)}),
+          Below({frame("fraExpiration", tr("Expiration Date"), m_form.expiration),
+                 frame("fraPurge", tr("Purge Date"), m_form.purge)}),
           {[this](RequestChannel& channel, const SaveContext&) {
               m_form.expiration.Put(channel);
               m_form.purge.Put(channel);

@@ -43,7 +43,7 @@ private:
     /// Whether the date may be saved: there is one, and it lies ahead or the operator takes it all the same.
     bool CheckDate(const DefaultDate& date, const QString& missing, const QString& past);
 
-    PatronDefaultDatesForm m_form;
+    PatronDefaultDatesForm& m_form = KeepForm<PatronDefaultDatesForm>();
 };
 
 } // namespace sysadmin

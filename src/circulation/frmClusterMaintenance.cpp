@@ -56,8 +56,8 @@ frmClusterMaintenance::frmClusterMaintenance(Application& application, QWidget* 
               .deleteCaption = "Delete Circ Cluster",
               .matchTag = "CCD"},
              m_form,
-             Column({m_form.txtCode, m_form.txtName, m_form.lstOpacCircDesk, m_form.lstDefPULoc,
-                     m_form.chkBlockLocalTrans}),
+             Below({m_form.txtCode, m_form.txtName, m_form.lstOpacCircDesk, m_form.lstDefPULoc,
+                    m_form.chkBlockLocalTrans}),
              {OnUpdate(PutOriginalKey("CID")), PutValue(m_form.txtCode), PutValue(m_form.txtName),
               PutDesks(m_form.lstOpacCircDesk), PutValue(m_form.lstDefPULoc),
               PutValue(m_form.chkBlockLocalTrans)});

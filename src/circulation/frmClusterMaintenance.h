@@ -8,14 +8,17 @@ namespace sysadmin {
 struct ClusterForm : Form {
     ClusterForm();
 
-    TextField txtCode{
-        *this,
-        {.name = "txtCode", .tag = "CCD", .caption = tr("Cluster Code:"), .maxLength = 40, .required = true}};
+    TextField txtCode{*this,
+                      {.name = "txtCode",
+                       .tag = "CCD",
+                       .caption = tr("Cluster Code:"),
+                       .maxLength = CodeLength,
+                       .required = true}};
     TextField txtName{*this,
                       {.name = "txtName",
                        .tag = "CNM",
                        .caption = tr("Cluster Name:"),
-                       .maxLength = 100,
+                       .maxLength = NameLength,
                        .required = true}};
     /// Entries: id a location's, data its policy group's.
     CheckedField lstOpacCircDesk{
@@ -52,7 +55,7 @@ protected:
     QString EditCaption(const Table& table, State state) const override;
 
 private:
-    ClusterForm m_form;
+    ClusterForm& m_form = KeepForm<ClusterForm>();
 };
 
 } // namespace sysadmin

@@ -13,7 +13,7 @@ void FillIn(QString& text, const QString& otherwise) {
 
 /// Puts the fields into a layout that has none, and finds those that it knows by name.
 void Resolve(Layout& layout, Form& form, bool isWhole) {
-    if (isWhole && layout.kind == Layout::Kind::Column && layout.children.isEmpty())
+    if (isWhole && layout.kind == Layout::Kind::Below && layout.children.isEmpty())
         for (Field* field : form.Fields())
             layout.children.append(*field);
     if (layout.kind == Layout::Kind::Field && !layout.field) {

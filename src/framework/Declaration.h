@@ -29,7 +29,7 @@ struct SaveStep {
 /// it is written.
 struct SeveralSpec {
     Form* form = nullptr; ///< null: the table does not offer it
-    Layout layout = Column({});
+    Layout layout = Below({});
     QString button{}; ///< name and caption of the button on the list side
     QString buttonCaption{};
     QString caption{}; ///< of the frame
@@ -112,15 +112,15 @@ struct RecordSpec {
 struct TableDeclaration {
     TableSpec spec;
     Form* form = nullptr;
-    Layout layout = Column({}); ///< without children: the fields below each other
-    QList<PutStep> puts{};      ///< empty: they follow from the fields
+    Layout layout = Below({}); ///< without children: the fields below each other
+    QList<PutStep> puts{};     ///< empty: they follow from the fields
 };
 
 /// A single record with the form in which it is edited.
 struct RecordDeclaration {
     RecordSpec spec;
     Form* form = nullptr;
-    Layout layout = Column({});
+    Layout layout = Below({});
     QList<PutStep> puts{};
 };
 

@@ -17,8 +17,8 @@ constexpr const char* KindNames[] = {"Text",     "MultiLine", "Password", "Flag"
                                      "Interval", "Rows",      "Picked",   "Checked", "Own"};
 constexpr const char* StepNames[] = {"value",  "constant", "changed",   "originalKey",
                                      "whenOn", "removals", "additions", "own"};
-constexpr const char* AreaNames[] = {"Acquisitions", "Cataloging", "Circulation", "CirculationConversion",
-                                     "PatronGroups", "Security",   "System"};
+constexpr const char* AreaNames[] = {"AnyOperator",           "Acquisitions", "Cataloging", "Circulation",
+                                     "CirculationConversion", "PatronGroups", "Security",   "System"};
 
 void Say(QJsonObject& object, const QString& name, const QString& text) {
     if (!text.isEmpty())
@@ -134,8 +134,8 @@ QJsonObject WordsOf(const QHash<qint16, OwnWords>& words) {
 QJsonValue LayoutOf(const Layout& layout) {
     if (layout.kind == Layout::Kind::Field)
         return layout.field ? layout.field->Name() : layout.name;
-    constexpr const char* names[] = {"field", "column", "row",  "frame", "flow",  "tabs",
-                                     "page",  "note",   "slot", "block", "button"};
+    constexpr const char* names[] = {"field", "below", "beside", "frame", "flow",  "tabs",
+                                     "page",  "note",  "slot",   "block", "button"};
     QJsonArray children;
     for (const Layout& child : layout.children)
         children.append(LayoutOf(child));
@@ -229,6 +229,9 @@ QJsonObject ToJson(const Field& field) {
                                                                 {"toolTip", spec.toolTip},
                                                                 {"accessible", spec.accessible},
                                                                 {"changedTag", spec.changedTag},
+                                                                {"unitName", spec.unitName},
+                                                                {"format", spec.format},
+                                                                {"suffix", spec.suffix},
                                                                 {"enabledBy", spec.enabledBy}})
         Say(object, name, text);
     Say(object, "required", spec.required);
@@ -239,10 +242,13 @@ QJsonObject ToJson(const Field& field) {
         object["source"] = source;
     if (const auto* number = dynamic_cast<const NumberField*>(&field))
         object["range"] = QJsonArray{number->Least(), number->Most()};
-    if (const auto* letter = dynamic_cast<const LetterField*>(&field))
-        object["options"] = ItemsOf(letter->Options());
     if (const auto* interval = dynamic_cast<const IntervalField*>(&field))
-        object["options"] = ItemsOf(interval->Units());
+        object["range"] = QJsonArray{0, interval->Most()};
+    if (!spec.options.isEmpty())
+        object["options"] = ItemsOf(spec.options);
+    Say(object, "letterFirst", spec.letterFirst);
+    if (!spec.words.isEmpty())
+        object["words"] = QJsonArray::fromStringList(spec.words);
     if (const auto* rows = dynamic_cast<const RowsField*>(&field))
         SayRows(object, *rows);
     return object;

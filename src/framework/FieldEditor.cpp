@@ -1,5 +1,6 @@
 #include "framework/FieldEditor.h"
 
+#include "framework/Captions.h"
 #include "framework/DateEdit.h"
 #include "framework/ListEditors.h"
 #include "framework/forms/ValueFields.h"
@@ -39,7 +40,7 @@ int WidthForLength(const QWidget& widget, int characters) {
 
 namespace {
 
-/// A line edit that names the value's text: text, numbers, money, passwords.
+/// A line edit that shows the value's text.
 class LineEditor : public FieldEditor {
 public:
     LineEditor(ValueField& field, QWidget* parent)
@@ -52,28 +53,6 @@ public:
         const int maxLength = field.Spec().maxLength;
         if (maxLength > 0)
             m_edit->setMaxLength(maxLength);
-        switch (field.GetKind()) {
-        case Field::Kind::Number: {
-            const auto& number = static_cast<NumberField&>(field);
-            m_edit->setValidator(new QIntValidator(qMin(0, number.Least()), number.Most(), m_edit));
-            m_edit->setAlignment(Qt::AlignRight);
-            m_edit->setFixedWidth(WidthForLength(*m_edit, int(QString::number(number.Most()).size()) + 1));
-            break;
-        }
-        case Field::Kind::Money:
-            m_edit->setAlignment(Qt::AlignRight);
-            m_edit->setFixedWidth(WidthForLength(*m_edit, 12));
-            break;
-        case Field::Kind::Password:
-            m_edit->setEchoMode(QLineEdit::Password);
-            break;
-        default:
-            // What is only shown may be narrow where room is short.
-            const int least = field.Spec().displayOnly ? 15 : 30;
-            m_edit->setMinimumWidth(WidthForLength(*m_edit, maxLength > 0 ? qMin(maxLength, least) : least));
-            if (maxLength > 0 && maxLength <= 25)
-                m_edit->setMaximumWidth(WidthForLength(*m_edit, maxLength) + 12);
-        }
         connect(m_edit, &QLineEdit::textEdited, this,
                 [this](const QString& text) { m_value.SetDraft(text); });
         connect(m_edit, &QLineEdit::editingFinished, this, [this] {
@@ -92,9 +71,50 @@ protected:
         m_edit->setReadOnly(readOnly);
     }
 
+    QLineEdit* m_edit;
+
 private:
     ValueField& m_value;
-    QLineEdit* m_edit;
+};
+
+class TextEditor : public LineEditor {
+public:
+    TextEditor(TextField& field, QWidget* parent)
+        : LineEditor(field, parent) {
+        // What is only shown may be narrow where room is short.
+        const int maxLength = field.Spec().maxLength;
+        const int least = field.Spec().displayOnly ? 15 : 30;
+        m_edit->setMinimumWidth(WidthForLength(*m_edit, maxLength > 0 ? qMin(maxLength, least) : least));
+        if (maxLength > 0 && maxLength <= 25)
+            m_edit->setMaximumWidth(WidthForLength(*m_edit, maxLength) + 12);
+    }
+};
+
+class PasswordEditor : public LineEditor {
+public:
+    PasswordEditor(PasswordField& field, QWidget* parent)
+        : LineEditor(field, parent) {
+        m_edit->setEchoMode(QLineEdit::Password);
+    }
+};
+
+class NumberEditor : public LineEditor {
+public:
+    NumberEditor(NumberField& field, QWidget* parent)
+        : LineEditor(field, parent) {
+        m_edit->setValidator(new QIntValidator(qMin(0, field.Least()), field.Most(), m_edit));
+        m_edit->setAlignment(Qt::AlignRight);
+        m_edit->setFixedWidth(WidthForLength(*m_edit, int(QString::number(field.Most()).size()) + 1));
+    }
+};
+
+class MoneyEditor : public LineEditor {
+public:
+    MoneyEditor(MoneyField& field, QWidget* parent)
+        : LineEditor(field, parent) {
+        m_edit->setAlignment(Qt::AlignRight);
+        m_edit->setFixedWidth(WidthForLength(*m_edit, 12));
+    }
 };
 
 class MultiLineEditor : public FieldEditor {
@@ -133,6 +153,7 @@ public:
         : FieldEditor(field)
         , m_flag(field) {
         m_box = new QCheckBox(field.Spec().caption, parent);
+        SetDeclaredCaption(*m_box, field.Spec().caption);
         m_widget = m_box;
         m_focusWidgets = {m_box};
         connect(m_box, &QCheckBox::clicked, this, [this](bool checked) { m_flag.SetOn(checked); });
@@ -188,7 +209,7 @@ public:
         m_widget = new QWidget(parent);
         auto* line = new QHBoxLayout(m_widget);
         line->setContentsMargins({});
-        for (const PickItem& option : field.Options()) {
+        for (const PickItem& option : field.Spec().options) {
             auto* button = new QRadioButton(option.text, m_widget);
             button->setObjectName(field.Name() + option.id);
             button->setProperty("letter", option.id);
@@ -319,7 +340,7 @@ public:
         m_number->setAlignment(Qt::AlignRight);
         m_number->setFixedWidth(WidthForLength(*m_number, int(QString::number(field.Most()).size()) + 1));
         m_unit = new QComboBox(m_widget);
-        m_unit->setObjectName(field.UnitName());
+        m_unit->setObjectName(field.Spec().unitName);
         m_unit->setAccessibleName(QObject::tr("Unit"));
         for (const PickItem& unit : field.Units())
             m_unit->addItem(unit.text, unit.id);
@@ -368,10 +389,10 @@ std::vector<Registered>& Registry() {
     return registry;
 }
 
-const EditorFor<TextField, LineEditor> textEditor;
-const EditorFor<PasswordField, LineEditor> passwordEditor;
-const EditorFor<NumberField, LineEditor> numberEditor;
-const EditorFor<MoneyField, LineEditor> moneyEditor;
+const EditorFor<TextField, TextEditor> textEditor;
+const EditorFor<PasswordField, PasswordEditor> passwordEditor;
+const EditorFor<NumberField, NumberEditor> numberEditor;
+const EditorFor<MoneyField, MoneyEditor> moneyEditor;
 const EditorFor<MultiLineField, MultiLineEditor> multiLineEditor;
 const EditorFor<FlagField, FlagEditor> flagEditor;
 const EditorFor<ChoiceField, ChoiceEditor> choiceEditor;

@@ -21,7 +21,7 @@ FormDialog::FormDialog(Prompter& prompter, Form& form, const Layout& layout, con
     setWindowTitle(spec.title);
     form.SetSeveral(spec.several);
     m_before = form.TakeDrafts();
-    m_view = new FormView(form, layout, this, spec.makeSlot);
+    m_view = std::make_unique<FormView>(form, layout, this, spec.makeSlot);
     m_view->SetReadOnly(spec.readOnly);
     auto* buttons = new QDialogButtonBox(this);
     if (!spec.readOnly) {
@@ -33,7 +33,7 @@ FormDialog::FormDialog(Prompter& prompter, Form& form, const Layout& layout, con
     buttons->addButton(spec.readOnly ? tr("&Close") : tr("&Cancel"), QDialogButtonBox::RejectRole)
         ->setObjectName(spec.cancelName);
     auto* whole = new QVBoxLayout(this);
-    whole->addWidget(m_view, 1);
+    whole->addWidget(m_view.get(), 1);
     whole->addWidget(buttons);
     for (ListGrid* grid : findChildren<ListGrid*>())
         grid->SetPrompter(prompter);
@@ -49,7 +49,6 @@ FormDialog::FormDialog(Prompter& prompter, Form& form, const Layout& layout, con
 }
 
 FormDialog::~FormDialog() {
-    disconnect(&m_form, nullptr, this, nullptr);
     if (m_spec.several)
         m_form.SetSeveral(false);
 }

@@ -31,7 +31,7 @@ class FormDialog : public QDialog {
     Q_OBJECT
 
 public:
-    /// The form must live as long as the dialog.
+    /// The form outlives the dialog.
     FormDialog(Prompter& prompter, Form& form, const Layout& layout, const FormDialogSpec& spec,
                QWidget* parent);
     ~FormDialog() override;
@@ -47,8 +47,8 @@ private:
     Form& m_form;
     FormDialogSpec m_spec;
     QList<std::any> m_before;
-    FormView* m_view = nullptr;
     QPushButton* m_ok = nullptr;
+    std::unique_ptr<FormView> m_view; // the last: it goes before what it tells of its end
 };
 
 /// A form for one row of a list; its fields carry the tags of the columns that they edit.

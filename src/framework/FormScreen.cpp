@@ -30,6 +30,13 @@ FormScreen::FormScreen(Application& application, const QString& formName, const 
     : Screen(application, formName, caption, parent)
     , m_declaration{.name = formName, .caption = caption, .area = area} {}
 
+FormScreen::~FormScreen() = default;
+
+FormView* FormScreen::MakeView(Form& form, const Layout& layout, QWidget* parent,
+                               const FormView::SlotMaker& makeSlot) {
+    return m_views.emplace_back(std::make_unique<FormView>(form, layout, parent, makeSlot)).get();
+}
+
 void FormScreen::Declare() {
     for (TableDeclaration& table : m_declaration.tables)
         Complete(table);
@@ -54,8 +61,9 @@ void FormScreen::Follow(ChoiceField& field, const QString& pickList, const QStri
 
 void FormScreen::LoadChoices(const Form& form, const QString& loadCaption, const QString& subject) {
     for (Field* field : form.Fields())
-        if (field->GetKind() == Field::Kind::Choice && !field->Spec().source.request.isEmpty())
-            LoadChoice(static_cast<ChoiceField&>(*field), loadCaption, subject);
+        if (auto* choice = dynamic_cast<ChoiceField*>(field);
+            choice && !field->Spec().source.request.isEmpty())
+            LoadChoice(*choice, loadCaption, subject);
 }
 
 void FormScreen::LoadChoice(ChoiceField& field, const QString& loadCaption, const QString& subject) {
@@ -102,8 +110,8 @@ void FormScreen::PrepareForm(Form& form) {
     }
     const auto setDecimals = [this, &form] {
         for (Field* field : form.Fields())
-            if (field->GetKind() == Field::Kind::Money)
-                static_cast<MoneyField*>(field)->SetDecimals(App().profile.MoneyDecimals());
+            if (auto* money = dynamic_cast<MoneyField*>(field))
+                money->SetDecimals(App().profile.MoneyDecimals());
     };
     setDecimals();
     connect(&App().notices, &Notices::SubjectChanged, this, [setDecimals](const QString& subject) {

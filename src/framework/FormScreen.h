@@ -2,14 +2,13 @@
 
 #include "core/Screen.h"
 #include "framework/Declaration.h"
+#include "framework/FormView.h"
 #include "framework/forms/ReadList.h"
 
 class QKeySequence;
 class QPushButton;
 
 namespace sysadmin {
-
-class FormView;
 
 /// What the standard maintenance screen and the single-record screen have in common.
 class FormScreen : public Screen {
@@ -18,6 +17,7 @@ class FormScreen : public Screen {
 public:
     FormScreen(Application& application, const QString& formName, const QString& caption, Area area,
                QWidget* parent);
+    ~FormScreen() override;
 
     /// What the screen declares; complete once it is built.
     const ScreenDeclaration& Declaration() const { return m_declaration; }
@@ -26,6 +26,17 @@ public:
     void Follow(ChoiceField& field, const QString& pickList, const QString& none = {});
 
 protected:
+    /// Makes a form that outlives the views of it: `FundTypeForm& m_form = KeepForm<FundTypeForm>();`
+    template <class Kind, class... Arguments>
+    Kind& KeepForm(Arguments&&... arguments) {
+        auto form = std::make_unique<Kind>(std::forward<Arguments>(arguments)...);
+        Kind& kept = *form;
+        m_forms.push_back(std::move(form));
+        return kept;
+    }
+    /// Draws a form that the screen keeps.
+    FormView* MakeView(Form& form, const Layout& layout, QWidget* parent,
+                       const FormView::SlotMaker& makeSlot = {});
     /// Tells other screens that a record of the subject changed.
     void Announce(const QString& subject);
     /// Ends the building: every grid gets what it asks the operator through, every control its mnemonic.
@@ -59,6 +70,9 @@ protected:
 
 private:
     void LoadChoice(ChoiceField& field, const QString& loadCaption, const QString& subject);
+
+    std::vector<std::unique_ptr<Form>> m_forms;
+    std::vector<std::unique_ptr<FormView>> m_views; // behind the forms: they go first
 };
 
 } // namespace sysadmin

@@ -18,22 +18,10 @@ namespace sysadmin {
 
 namespace {
 
-/// Fields that are better the more room they get.
-bool WantsHeight(const Field& field) {
-    switch (field.GetKind()) {
-    case Field::Kind::MultiLine:
-    case Field::Kind::Rows:
-    case Field::Kind::Picked:
-    case Field::Kind::Checked:
-        return true;
-    default:
-        return false;
-    }
-}
-
-/// The same for whatever stands in a layout: a frame wants what its children want.
+/// Whether what stands in a layout is the better the more height it gets: a frame wants what its children
+/// want.
 bool WantsHeight(const Layout& layout) {
-    if (layout.kind == Layout::Kind::Tabs || (layout.field && WantsHeight(*layout.field)))
+    if (layout.kind == Layout::Kind::Tabs || (layout.field && layout.field->WantsHeight()))
         return true;
     return std::any_of(layout.children.begin(), layout.children.end(),
                        [](const Layout& child) { return WantsHeight(child); });
@@ -76,7 +64,7 @@ FormView::FormView(Form& form, const Layout& layout, QWidget* parent, const Slot
     : QWidget(parent)
     , m_form(form)
     , m_makeSlot(makeSlot) {
-    DrawColumn(layout.kind == Layout::Kind::Column ? layout.children : QList<Layout>{layout}, this);
+    DrawColumn(layout.kind == Layout::Kind::Below ? layout.children : QList<Layout>{layout}, this);
     for (qsizetype i = 1; i < m_tabOrder.size(); ++i)
         setTabOrder(m_tabOrder[i - 1], m_tabOrder[i]);
     connect(&form, &Form::Changed, this, &FormView::RefreshField);
@@ -85,8 +73,6 @@ FormView::FormView(Form& form, const Layout& layout, QWidget* parent, const Slot
         RefreshLabel(*field);
     RefreshPages();
     RefreshButtons();
-    // A screen's form goes before the controls: what they still say while they go reaches nobody.
-    connect(&form, &QObject::destroyed, this, [this] { m_editors.clear(); });
 }
 
 void FormView::SetReadOnly(bool readOnly) {
@@ -169,7 +155,7 @@ void FormView::DrawColumn(const QList<Layout>& children, QWidget* parent) {
     bool stretches = false;
     for (const Layout& child : children) {
         const bool tall = WantsHeight(child);
-        if (child.kind == Layout::Kind::Row) {
+        if (child.kind == Layout::Kind::Beside) {
             int column = 0;
             for (const Layout& cell : child.children)
                 column = DrawChild(cell, parent, *grid, row, column, true);
@@ -229,7 +215,7 @@ int FormView::DrawChild(const Layout& child, QWidget* parent, QGridLayout& grid,
         break;
     default: // a column or row inside another one
         widget = new QWidget(parent);
-        DrawColumn(child.kind == Layout::Kind::Row ? QList<Layout>{child} : child.children, widget);
+        DrawColumn(child.kind == Layout::Kind::Beside ? QList<Layout>{child} : child.children, widget);
         widget->layout()->setContentsMargins(inRow && column > 0 ? ColumnGap : 0, 0, 0, 0);
     }
     const int span = inRow ? CellsOfField : -1;
@@ -241,8 +227,7 @@ int FormView::DrawChild(const Layout& child, QWidget* parent, QGridLayout& grid,
 
 int FormView::DrawField(Field& field, const QString& name, QWidget* parent, QGridLayout& grid, int row,
                         int column, bool inRow) {
-    const bool labelled = field.GetKind() != Field::Kind::Flag && field.GetKind() != Field::Kind::Picked &&
-                          !field.Caption().isEmpty();
+    const bool labelled = !field.ShowsOwnCaption() && !field.Caption().isEmpty();
     FieldEditor& editor = AddEditor(field, parent);
     QWidget* widget = editor.Widget();
     if (!name.isEmpty())
@@ -252,10 +237,8 @@ int FormView::DrawField(Field& field, const QString& name, QWidget* parent, QGri
         label->setObjectName("lbl" + RoleOf(name.isEmpty() ? field.Name() : name));
         SetDeclaredCaption(*label, field.Caption());
         label->setBuddy(FocusTarget(editor));
-        grid.addWidget(label, row, column, WantsHeight(field) ? Qt::AlignTop : Qt::AlignVCenter);
+        grid.addWidget(label, row, column, field.WantsHeight() ? Qt::AlignTop : Qt::AlignVCenter);
         m_labels.insert({&field, label});
-    } else if (field.GetKind() == Field::Kind::Flag) {
-        SetDeclaredCaption(*widget, field.Caption());
     }
 
     QWidget* placed = widget;
@@ -271,7 +254,7 @@ int FormView::DrawField(Field& field, const QString& name, QWidget* parent, QGri
             m_units.insert({&field, unit});
             line->addWidget(unit);
         }
-        if (!WantsHeight(field))
+        if (!field.WantsHeight())
             line->addStretch();
     }
     const int first = labelled ? column + 1 : column;

@@ -111,7 +111,7 @@ public:
             QList<Layout> fields;
             for (Field* each : spec.settings->Fields())
                 fields.append(*each);
-            m_settings = new FormView(*spec.settings, Column(fields), m_widget);
+            m_settings = new FormView(*spec.settings, Below(fields), m_widget);
             m_focusWidgets.append(m_settings->TabOrder());
             line->addWidget(m_settings);
             connect(&grid, &ListGrid::SelectionMoved, this, &PickedEditor::ShowSettings);

@@ -45,7 +45,7 @@ protected:
 
     /// Declares a table. Call it once per table in the constructor, then `Finish`. Layout and put steps
     /// follow from the fields where they are not given.
-    void AddTable(const TableSpec& spec, Form& form, const Layout& layout = Column({}),
+    void AddTable(const TableSpec& spec, Form& form, const Layout& layout = Below({}),
                   const QList<PutStep>& puts = {}, const FormView::SlotMaker& makeSlot = {});
     /// Builds what was declared.
     void Finish();

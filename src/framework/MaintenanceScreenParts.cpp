@@ -92,7 +92,7 @@ void MaintenanceScreen::BuildTable(Table& table) {
     table.listPage->setMinimumWidth(listWidth);
     page->addWidget(table.grid->FilterBox());
     page->addWidget(table.grid, 1);
-    table.view = new FormView(*table.form, table.layout, m_fraEdit, table.makeSlot);
+    table.view = MakeView(*table.form, table.layout, m_fraEdit, table.makeSlot);
     table.viewPage = m_views->addWidget(table.view->InScrollArea(m_fraEdit));
     if (own.several.form)
         BuildSeveral(table);
@@ -118,7 +118,7 @@ void MaintenanceScreen::BuildSeveral(Table& table) {
     if (layout.children.isEmpty())
         for (Field* field : spec.form->Fields())
             layout.children.append(*field);
-    table.severalView = new FormView(*spec.form, layout, m_fraEdit);
+    table.severalView = MakeView(*spec.form, layout, m_fraEdit);
     m_views->addWidget(table.severalView->InScrollArea(m_fraEdit));
     table.grid->SetMultiSelect(true);
     table.severalButton = MakeButton(spec.button, spec.buttonCaption);

@@ -14,26 +14,18 @@ QString NameOf(const ScreenHead& head) {
 class PlainTableScreen : public MaintenanceScreen {
 public:
     PlainTableScreen(Application& application, const PlainTable& plain, QWidget* parent)
-        : MaintenanceScreen(application, NameOf(plain.head), plain.head.caption, plain.head.area, parent)
-        , m_form(plain.fields) {
-        AddTable(plain.table, m_form, plain.layout);
+        : MaintenanceScreen(application, NameOf(plain.head), plain.head.caption, plain.head.area, parent) {
+        AddTable(plain.table, KeepForm<DeclaredForm>(plain.fields), plain.layout);
         Finish();
     }
-
-private:
-    DeclaredForm m_form;
 };
 
 class PlainRecordScreen : public SingleRecordScreen {
 public:
     PlainRecordScreen(Application& application, const PlainRecord& plain, QWidget* parent)
-        : SingleRecordScreen(application, NameOf(plain.head), plain.head.caption, plain.head.area, parent)
-        , m_form(plain.fields) {
-        Build(plain.record, m_form, plain.layout);
+        : SingleRecordScreen(application, NameOf(plain.head), plain.head.caption, plain.head.area, parent) {
+        Build(plain.record, KeepForm<DeclaredForm>(plain.fields), plain.layout);
     }
-
-private:
-    DeclaredForm m_form;
 };
 
 } // namespace

@@ -24,7 +24,7 @@ struct PlainTable {
     ScreenHead head;
     TableSpec table;
     QList<FieldDeclaration> fields;
-    Layout layout = Column({}); ///< without children: the fields below each other
+    Layout layout = Below({}); ///< without children: the fields below each other
 
     Screen* MakeScreen(Application& application, QWidget* parent) const;
 };
@@ -34,7 +34,7 @@ struct PlainRecord {
     ScreenHead head;
     RecordSpec record;
     QList<FieldDeclaration> fields;
-    Layout layout = Column({});
+    Layout layout = Below({});
 
     Screen* MakeScreen(Application& application, QWidget* parent) const;
 };

@@ -35,7 +35,7 @@ void SingleRecordScreen::Build(const RecordSpec& spec, Form& form, const Layout&
     if (!m_spec.frameNoun.isEmpty())
         m_fraEdit->setTitle((m_readOnly ? tr("View ") : tr("Edit ")) + m_spec.frameNoun + m_spec.frameEnd);
     auto* frame = new QVBoxLayout(m_fraEdit);
-    m_view = new FormView(form, m_declaration.records.first().layout, m_fraEdit, makeSlot);
+    m_view = MakeView(form, m_declaration.records.first().layout, m_fraEdit, makeSlot);
     frame->addWidget(m_view->InScrollArea(m_fraEdit));
     whole->addWidget(m_fraEdit, 1);
 

@@ -23,7 +23,7 @@ protected:
 
     /// Draws the record. Call it once, in the constructor. Layout and put steps follow from the fields where
     /// they are not given.
-    void Build(const RecordSpec& spec, Form& form, const Layout& layout = Column({}),
+    void Build(const RecordSpec& spec, Form& form, const Layout& layout = Below({}),
                const QList<PutStep>& puts = {}, const FormView::SlotMaker& makeSlot = {});
     /// Puts a further button in front of Save.
     void AddButton(QPushButton* button);

@@ -29,7 +29,7 @@ PlainRecord Configuration() {
              Declare<TextField>({.name = "txtDefaultPIN",
                                  .tag = "DP",
                                  .caption = tr("&Default PIN:"),
-                                 .maxLength = 25,
+                                 .maxLength = PinLength,
                                  .toolTip = tr("The PIN of patrons who have none of their own")})}};
 }
 
@@ -44,7 +44,7 @@ FieldDeclaration AlertText(const QString& role, const QString& tag, const QStrin
                            const QString& accessible) {
     return Declare<TextField>({.name = "txt" + role,
                                .tag = tag,
-                               .maxLength = 250,
+                               .maxLength = AlertLength,
                                .initial = initial,
                                .accessible = accessible,
                                .enabledBy = "chk" + role});
@@ -75,15 +75,15 @@ PlainRecord LoginSummary() {
                                .tag = "ED",
                                .caption = tr("Expiration Alert &Days:"),
                                .initial = "30",
-                               .enabledBy = "chkExpire"},
-                              0, 9999)},
-        Column({"chkWebService",
-                Frame("fraAlerts", tr("Alerts"),
-                      {Row({"chkOverdue", "txtOverdue"}), Row({"chkFines", "txtFines"}),
-                       Row({"chkBlocks", "txtBlocks"}), Row({"chkExpire", "txtExpire"}),
-                       Row({Note({}), "txtExpirationDays"}),
-                       Note(tr("In the alert texts \\\\l stands for the location, \\\\d for the expiration "
-                               "date and \\\\n for the number of days until then."))})})};
+                               .enabledBy = "chkExpire",
+                               .most = 9999})},
+        Below({"chkWebService",
+               Frame("fraAlerts", tr("Alerts"),
+                     {Beside({"chkOverdue", "txtOverdue"}), Beside({"chkFines", "txtFines"}),
+                      Beside({"chkBlocks", "txtBlocks"}), Beside({"chkExpire", "txtExpire"}),
+                      Beside({Note({}), "txtExpirationDays"}),
+                      Note(tr("In the alert texts \\\\l stands for the location, \\\\d for the expiration "
+                              "date and \\\\n for the number of days until then."))})})};
 }
 
 } // namespace

@@ -15,10 +15,11 @@ FieldSpec FlagOf(const QString& role, const QString& end, const QString& accessi
 }
 
 Layout FieldColumn(const SelfRegistrationForm& form, size_t from, size_t to) {
-    QList<Layout> rows{Row({Note({}), Note(Form::tr("Visible?")), Note(Form::tr("Required?"))})};
+    QList<Layout> rows{Beside({Note({}), Note(Form::tr("Visible?")), Note(Form::tr("Required?"))})};
     for (size_t i = from; i < to; ++i)
-        rows.append(Row({Note(form.fields[i]->caption), form.fields[i]->visible, form.fields[i]->required}));
-    return Column(rows);
+        rows.append(
+            Beside({Note(form.fields[i]->caption), form.fields[i]->visible, form.fields[i]->required}));
+    return Below(rows);
 }
 
 } // namespace
@@ -79,10 +80,10 @@ frmWS_SelfRegistration::frmWS_SelfRegistration(Application& application, QWidget
            .loadFailure = tr("Unable to load self-registration configuration."),
            .saveFailure = tr("Unable to save self-registration configuration.")},
           m_form,
-          Column({m_form.chkWebService, m_form.cboDefaultGroup, m_form.cboIdType, m_form.txtPurgePeriod,
-                  Frame("fraFields", tr("Registration Fields"),
-                        {Row({FieldColumn(m_form, 0, third), FieldColumn(m_form, third, 2 * third),
-                              FieldColumn(m_form, 2 * third, count)})})}),
+          Below({m_form.chkWebService, m_form.cboDefaultGroup, m_form.cboIdType, m_form.txtPurgePeriod,
+                 Frame("fraFields", tr("Registration Fields"),
+                       {Beside({FieldColumn(m_form, 0, third), FieldColumn(m_form, third, 2 * third),
+                                FieldColumn(m_form, 2 * third, count)})})}),
           {[this](RequestChannel& channel, const SaveContext&) { PutFields(channel); },
            PutValue(m_form.chkWebService), PutValue(m_form.txtPurgePeriod), PutValue(m_form.cboDefaultGroup),
            PutValue(m_form.cboIdType)});

@@ -28,13 +28,16 @@ struct SelfRegistrationForm : Form {
     ChoiceField cboDefaultGroup{
         *this, {.name = "cboDefaultGroup", .tag = "G", .caption = tr("Default Patron Group:")}};
     ChoiceField cboIdType{*this,
-                          {.name = "cboIdType", .tag = "IDC", .caption = tr("Identifier Type:")},
-                          {{"SSN", tr("SSN")}, {"institutionId", tr("Institution ID")}}};
-    NumberField txtPurgePeriod{
-        *this,
-        {.name = "txtPurgePeriod", .tag = "P", .caption = tr("Purge Period:"), .unit = tr("days")},
-        0,
-        9999};
+                          {.name = "cboIdType",
+                           .tag = "IDC",
+                           .caption = tr("Identifier Type:"),
+                           .options = {{"SSN", tr("SSN")}, {"institutionId", tr("Institution ID")}}}};
+    NumberField txtPurgePeriod{*this,
+                               {.name = "txtPurgePeriod",
+                                .tag = "P",
+                                .caption = tr("Purge Period:"),
+                                .unit = tr("days"),
+                                .most = 9999}};
     /// In the order in which they are shown and sent; the identifier is the last.
     std::vector<std::unique_ptr<RegistrationField>> fields;
 };
@@ -56,7 +59,7 @@ protected:
 private:
     void PutFields(RequestChannel& channel) const;
 
-    SelfRegistrationForm m_form;
+    SelfRegistrationForm& m_form = KeepForm<SelfRegistrationForm>();
 };
 
 } // namespace sysadmin

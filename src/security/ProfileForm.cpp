@@ -26,13 +26,13 @@ ProfileForm::ProfileForm(const ProfileSpec& theSpec)
                                           .tag = right.tag,
                                           .caption = right.caption});
     if (spec.hasLevel)
-        cboLevel.emplace(
-            *this,
-            FieldSpec{
-                .name = "cboLevel", .tag = "RepPrfLevId", .caption = tr("Reporting level:"), .initial = "1"},
-            QList<PickItem>{{"1", tr("Run reports")},
-                            {"2", tr("Run and schedule reports")},
-                            {"3", tr("Run, schedule and design reports")}});
+        cboLevel.emplace(*this, FieldSpec{.name = "cboLevel",
+                                          .tag = "RepPrfLevId",
+                                          .caption = tr("Reporting level:"),
+                                          .initial = "1",
+                                          .options = {{"1", tr("Run reports")},
+                                                      {"2", tr("Run and schedule reports")},
+                                                      {"3", tr("Run, schedule and design reports")}}});
     if (spec.hasAllLocations)
         chkAllLocations.emplace(*this, FieldSpec{.name = "chkAllLoc",
                                                  .tag = "AllLoc",
@@ -88,7 +88,7 @@ Layout ProfileForm::Draw() {
     }
     for (size_t i = 0; i < lists.size(); ++i)
         pages.append(Page(spec.lists[qsizetype(i)].pageCaption, {lists[i]}));
-    return Column({txtName, Tabs("tabProfile", pages)});
+    return Below({txtName, Tabs("tabProfile", pages)});
 }
 
 } // namespace sysadmin

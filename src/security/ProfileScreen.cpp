@@ -16,7 +16,7 @@ namespace status = wire::status;
 ProfileScreen::ProfileScreen(Application& application, const ProfileSpec& spec, QWidget* parent)
     : MaintenanceScreen(application, spec.formName, spec.caption, Area::Security, parent)
     , m_spec(spec)
-    , m_form(m_spec) {
+    , m_form(KeepForm<ProfileForm>(m_spec)) {
     m_cmdDuplicate = MakeButton("cmdDuplicate", tr("D&uplicate"));
     m_cmdCompare = MakeButton("cmdCompare", tr("Co&mpare..."));
     connect(m_cmdDuplicate, &QPushButton::clicked, this, [this] { StartCopy(); });

@@ -28,7 +28,7 @@ private:
     void Compare();
 
     ProfileSpec m_spec;
-    ProfileForm m_form;
+    ProfileForm& m_form;
     QPushButton* m_cmdDuplicate = nullptr;
     QPushButton* m_cmdCompare = nullptr;
 };

@@ -30,16 +30,14 @@ QList<PickItem> UnitsOf(const QString& letters) {
     return units;
 }
 
-FieldSpec Required(FieldSpec spec) {
-    spec.required = true;
-    return spec;
-}
-
 } // namespace
 
-TimeSpanField::TimeSpanField(Form& form, const FieldSpec& spec, const QString& unitName,
-                             const QString& unitLetters)
-    : IntervalField(form, spec, unitName, UnitsOf(unitLetters), LetterPlace::Before, MostAmount) {}
+TimeSpanField::TimeSpanField(Form& form, const FieldSpec& spec, const QString& units)
+    : IntervalField(form, spec) {
+    Declaration().options = UnitsOf(units);
+    Declaration().letterFirst = true;
+    Declaration().most = MostAmount;
+}
 
 void TimeSpanField::ChangeUnit(const QString& unit) {
     if (IsBlank())
@@ -52,8 +50,10 @@ qint64 TimeSpanField::Minutes() const {
     return Amount() * MinutesIn(Unit());
 }
 
-CountField::CountField(Form& form, FieldSpec spec, int most)
-    : NumberField(form, Required(std::move(spec)), 0, most) {}
+CountField::CountField(Form& form, const FieldSpec& spec)
+    : NumberField(form, spec) {
+    Declaration().required = true;
+}
 
 SecurityOptionsForm::SecurityOptionsForm() {
     When([this] { return optGroupReq.Draft() == u"1"; })

@@ -10,7 +10,8 @@ namespace sysadmin {
 /// does not come out even is rounded up, so that no span becomes shorter or nothing.
 class TimeSpanField : public IntervalField {
 public:
-    TimeSpanField(Form& form, const FieldSpec& spec, const QString& unitName, const QString& unitLetters);
+    /// `units`: their letters ("MHD").
+    TimeSpanField(Form& form, const FieldSpec& spec, const QString& units);
 
     void ChangeUnit(const QString& unit) override;
     int Amount() const { return Number().toInt(); }
@@ -22,7 +23,7 @@ public:
 /// A number that may not be left blank.
 class CountField : public NumberField {
 public:
-    CountField(Form& form, FieldSpec spec, int most);
+    CountField(Form& form, const FieldSpec& spec);
 };
 
 /// The rules for passwords and sign-on, with the dependencies between them.
@@ -43,136 +44,143 @@ public:
     /// The rules as they are drawn up now.
     wire::PasswordRules Rules() const;
 
-    CountField fpMinPasswordLen{
-        *this,
-        {.name = "fpMinPasswordLen", .tag = "PLM", .caption = tr("Minimum - at least:")},
-        MostCharacters};
-    CountField fpMaxPasswordLen{
-        *this,
-        {.name = "fpMaxPasswordLen", .tag = "PLX", .caption = tr("Maximum - at most:")},
-        MostCharacters};
+    CountField fpMinPasswordLen{*this,
+                                {.name = "fpMinPasswordLen",
+                                 .tag = "PLM",
+                                 .caption = tr("Minimum - at least:"),
+                                 .most = MostCharacters}};
+    CountField fpMaxPasswordLen{*this,
+                                {.name = "fpMaxPasswordLen",
+                                 .tag = "PLX",
+                                 .caption = tr("Maximum - at most:"),
+                                 .most = MostCharacters}};
     FlagField chkContainUserId{*this, {.name = "chkContainUserId", .tag = "PCI", .caption = tr("User's Id")}};
     FlagField chkContainUserName{*this,
                                  {.name = "chkContainUserName", .tag = "PCN", .caption = tr("User's name")}};
     LetterField optGroupReq{*this,
-                            {.name = "optGroupReq", .initial = "0"},
-                            {{"0", tr("All requirements below")}, {"1", tr("At least")}}};
+                            {.name = "optGroupReq",
+                             .initial = "0",
+                             .options = {{"0", tr("All requirements below")}, {"1", tr("At least")}}}};
     NumberField fpGroupReq{*this,
                            {.name = "fpGroupReq",
                             .required = true,
                             .unit = tr("of the requirements selected below"),
-                            .accessible = tr("Number of requirements")},
-                           1,
-                           5};
+                            .accessible = tr("Number of requirements"),
+                            .least = 1,
+                            .most = 5}};
     CountField fpMinAlphaChar{*this,
                               {.name = "fpMinAlphaChar",
                                .tag = "PAL",
                                .caption = tr("At least"),
-                               .unit = tr("alphabetic character(s)")},
-                              MostCharacters};
+                               .unit = tr("alphabetic character(s)"),
+                               .most = MostCharacters}};
     FlagField chkMinAlphaCharGrp{
         *this, {.name = "chkMinAlphaCharGrp", .tag = "PAG", .caption = tr("Include requirement")}};
     CountField fpMinUpperChar{*this,
                               {.name = "fpMinUpperChar",
                                .tag = "PUL",
                                .caption = tr("At least"),
-                               .unit = tr("uppercase character(s)")},
-                              MostCharacters};
+                               .unit = tr("uppercase character(s)"),
+                               .most = MostCharacters}};
     FlagField chkMinUpperCharGrp{
         *this, {.name = "chkMinUpperCharGrp", .tag = "PUG", .caption = tr("Include requirement")}};
     CountField fpMinLowerChar{*this,
                               {.name = "fpMinLowerChar",
                                .tag = "PLL",
                                .caption = tr("At least"),
-                               .unit = tr("lowercase character(s)")},
-                              MostCharacters};
+                               .unit = tr("lowercase character(s)"),
+                               .most = MostCharacters}};
     FlagField chkMinLowerCharGrp{
         *this, {.name = "chkMinLowerCharGrp", .tag = "PLG", .caption = tr("Include requirement")}};
     CountField fpMinNumberChar{*this,
                                {.name = "fpMinNumberChar",
                                 .tag = "PNL",
                                 .caption = tr("At least"),
-                                .unit = tr("number character(s)")},
-                               MostCharacters};
+                                .unit = tr("number character(s)"),
+                                .most = MostCharacters}};
     FlagField chkMinNumberCharGrp{
         *this, {.name = "chkMinNumberCharGrp", .tag = "PNG", .caption = tr("Include requirement")}};
     CountField fpMinSpecialChar{*this,
                                 {.name = "fpMinSpecialChar",
                                  .tag = "PSL",
                                  .caption = tr("At least"),
-                                 .unit = tr("special character/symbol(s)")},
-                                MostCharacters};
+                                 .unit = tr("special character/symbol(s)"),
+                                 .most = MostCharacters}};
     FlagField chkMinSpecialCharGrp{
         *this, {.name = "chkMinSpecialCharGrp", .tag = "PSG", .caption = tr("Include requirement")}};
-    TextField txtSpecialChar{
-        *this,
-        {.name = "txtSpecialChar", .tag = "PSC", .caption = tr("Special / symbols:"), .maxLength = 100}};
+    TextField txtSpecialChar{*this,
+                             {.name = "txtSpecialChar",
+                              .tag = "PSC",
+                              .caption = tr("Special / symbols:"),
+                              .maxLength = NameLength}};
 
     CountField fpPreviousCnt{*this,
                              {.name = "fpPreviousCnt",
                               .tag = "PMC",
                               .caption = tr("New password cannot be same as previous"),
-                              .unit = tr("passwords")},
-                             24};
-    TimeSpanField fpMinPasswordAge{
-        *this,
-        {.name = "fpMinPasswordAge", .tag = "PAM", .caption = tr("Minimum password age:"), .required = true},
-        "cboMinPasswordAge",
-        "HD"};
+                              .unit = tr("passwords"),
+                              .most = 24}};
+    TimeSpanField fpMinPasswordAge{*this,
+                                   {.name = "fpMinPasswordAge",
+                                    .tag = "PAM",
+                                    .caption = tr("Minimum password age:"),
+                                    .required = true,
+                                    .unitName = "cboMinPasswordAge"},
+                                   "HD"};
     CountField fpMaxPasswordAge{*this,
                                 {.name = "fpMaxPasswordAge",
                                  .tag = "PAX",
                                  .caption = tr("Maximum password age (expiration):"),
                                  .unit = tr("days"),
-                                 .toolTip = tr("0: passwords never expire.")},
-                                MostDays};
+                                 .toolTip = tr("0: passwords never expire."),
+                                 .most = MostDays}};
     CountField fpReminderDays{*this,
                               {.name = "fpReminderDays",
                                .tag = "ERD",
                                .caption = tr("Alert user"),
-                               .unit = tr("days before password will expire")},
-                              MostDays};
+                               .unit = tr("days before password will expire"),
+                               .most = MostDays}};
     CountField fpDisableDays{*this,
                              {.name = "fpDisableDays",
                               .tag = "PDD",
                               .caption = tr("Account will be disabled if not accessed within"),
                               .unit = tr("days of a password reset"),
-                              .toolTip = tr("0: accounts are never disabled.")},
-                             MostDays};
+                              .toolTip = tr("0: accounts are never disabled."),
+                              .most = MostDays}};
     CountField fpLoginAttempts{*this,
                                {.name = "fpLoginAttempts",
                                 .tag = "LGA",
                                 .caption = tr("Account will be locked after"),
                                 .unit = tr("invalid login attempts"),
-                                .toolTip = tr("0: accounts are never locked.")},
-                               99};
+                                .toolTip = tr("0: accounts are never locked."),
+                                .most = 99}};
     TimeSpanField fpLockoutDuration{*this,
                                     {.name = "fpLockoutDuration",
                                      .tag = "LKD",
                                      .caption = tr("If locked out, the lockout period will be"),
                                      .required = true,
-                                     .toolTip = tr("0: until an administrator unlocks the account.")},
-                                    "cboLockoutDuration",
+                                     .toolTip = tr("0: until an administrator unlocks the account."),
+                                     .unitName = "cboLockoutDuration"},
                                     "MHD"};
     TimeSpanField fpLockoutCounter{*this,
                                    {.name = "fpLockoutCounter",
                                     .tag = "LKR",
                                     .caption = tr("Account lockout counter will be reset after"),
                                     .required = true,
-                                    .toolTip = tr("0: only by a valid login.")},
-                                   "cboLockoutCounter",
+                                    .toolTip = tr("0: only by a valid login."),
+                                    .unitName = "cboLockoutCounter"},
                                    "MHD"};
     MultiLineField txtPasswordDisplay{
         *this,
         {.name = "txtPasswordDisplay",
          .tag = "PDT",
-         .maxLength = 4000,
+         .maxLength = NoteLength,
          .accessible = tr("Enter text that will be shown on the change password screen:")}};
 
     MultiLineField txtSecurityText{*this,
                                    {.name = "txtSecurityText",
                                     .tag = "SWT",
-                                    .maxLength = 4000,
+                                    .maxLength = NoteLength,
                                     .accessible = tr("Enter text that will be shown on the login screen:")}};
 
     FlagField chkLogingAtteptAuditTrail{

@@ -50,13 +50,13 @@ frmSecurity_OperatorProfiles::frmSecurity_OperatorProfiles(Application& applicat
     : MaintenanceScreen(application, "frmSecurity_OperatorProfiles", tr("Operator Profile"), Area::Security,
                         parent) {
     const Layout account = Frame("fraAccount", tr("Account"),
-                                 {Row({m_form.txtStatus, Slot("cmdExpire"), Slot("cmdLockoutStatus")}),
+                                 {Beside({m_form.txtStatus, Slot("cmdExpire"), Slot("cmdLockoutStatus")}),
                                   m_form.txtCreateDate, m_form.txtModifyDate, m_form.txtModifyOperator});
     const Layout layout =
         Tabs("tabOperator",
              {Page(tr("&Operator"),
-                   {m_form.txtOperatorID, m_form.txtLastName, Row({m_form.txtFirstName, m_form.txtMIName}),
-                    Row({m_form.txtPassword, Slot("passwordControls")}), m_form.chkSkipValidation,
+                   {m_form.txtOperatorID, m_form.txtLastName, Beside({m_form.txtFirstName, m_form.txtMIName}),
+                    Beside({m_form.txtPassword, Slot("passwordControls")}), m_form.chkSkipValidation,
                     m_form.chkNeverExpire, m_form.chkRestrictChange, m_form.chkExpireNow, account}),
               Page(tr("Current &Profiles"), {m_form.vsfOperatorList})});
     const auto put = [](const QString& tag,

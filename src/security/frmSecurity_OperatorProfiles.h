@@ -20,16 +20,19 @@ struct OperatorForm : Form {
                             {.name = "txtOperatorID",
                              .tag = "OI",
                              .caption = tr("Operator ID:"),
-                             .maxLength = 20,
+                             .maxLength = OperatorIdLength,
                              .required = true}};
     TextField txtLastName{*this,
                           {.name = "txtLastName",
                            .tag = "LNm",
                            .caption = tr("Last Name:"),
-                           .maxLength = 30,
+                           .maxLength = OperatorNameLength,
                            .required = true}};
-    TextField txtFirstName{
-        *this, {.name = "txtFirstName", .tag = "FNm", .caption = tr("First Name:"), .maxLength = 30}};
+    TextField txtFirstName{*this,
+                           {.name = "txtFirstName",
+                            .tag = "FNm",
+                            .caption = tr("First Name:"),
+                            .maxLength = OperatorNameLength}};
     TextField txtMIName{*this, {.name = "txtMIName", .tag = "MI", .caption = tr("M.I."), .maxLength = 1}};
     PasswordField txtPassword{
         *this,
@@ -98,7 +101,7 @@ private:
     void Compare();
     wire::PasswordOwner Owner() const;
 
-    OperatorForm m_form;
+    OperatorForm& m_form = KeepForm<OperatorForm>();
     QString m_sort = "L";
     bool m_locked = false;
     bool m_liftsExpiry = false; // what is being saved replaces an expired password

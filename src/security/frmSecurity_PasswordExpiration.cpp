@@ -7,19 +7,18 @@ namespace sysadmin {
 frmSecurity_PasswordExpiration::frmSecurity_PasswordExpiration(Application& application, QWidget* parent)
     : SingleRecordScreen(application, "frmSecurity_PasswordExpiration", tr("Password Expiration"),
                          Area::Security, parent) {
-    Build(
-        {.subject = windowTitle(),
-         .notice = "MscExpire",
-         .getRequest = "GetMscExpire",
-         .updateRequest = "UpdMscExpire",
-         .loadCaption = "Load " + windowTitle(),
-         .saveCaption = "Save " + windowTitle()},
-        m_form,
-        Column(
-            {Note(tr("Enter the number of days for operator password expiration.  The maximum number of days "
+    Build({.subject = windowTitle(),
+           .notice = "MscExpire",
+           .getRequest = "GetMscExpire",
+           .updateRequest = "UpdMscExpire",
+           .loadCaption = "Load " + windowTitle(),
+           .saveCaption = "Save " + windowTitle()},
+          m_form,
+          Below({Note(tr(
+                     "Enter the number of days for operator password expiration.  The maximum number of days "
                      "allowed is 999.  Entering 0 will indicate that operator passwords never expire.")),
-             m_form.txtExpireInterval}),
-        {PutValue(m_form.txtExpireInterval)});
+                 m_form.txtExpireInterval}),
+          {PutValue(m_form.txtExpireInterval)});
 }
 
 void frmSecurity_PasswordExpiration::AfterSave() {

@@ -12,9 +12,8 @@ struct PasswordExpirationForm : Form {
                                    .tag = "ED",
                                    .caption = tr("Expire Passwords after"),
                                    .required = true,
-                                   .unit = tr("days.")},
-                                  0,
-                                  999};
+                                   .unit = tr("days."),
+                                   .most = 999}};
 };
 
 /// The number of days after which operator passwords expire, by itself.
@@ -32,7 +31,7 @@ protected:
     void AfterSave() override;
 
 private:
-    PasswordExpirationForm m_form;
+    PasswordExpirationForm& m_form = KeepForm<PasswordExpirationForm>();
 };
 
 /// The dialog in which the screen stands; it stays open while there is something to lose.

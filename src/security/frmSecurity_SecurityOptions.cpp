@@ -23,19 +23,19 @@ constexpr const char* LogTags[] = {"LI", "ON", "AT", "LC", "LT", "WI"};
 Layout DescribeLayout(SecurityOptionsForm& form) {
     const Layout composition =
         Frame("fraRequirements", form.tr("Character Requirements"),
-              {Row({form.optGroupReq, form.fpGroupReq}), Row({Column({}), Slot("lblIncludeInGroup")}),
-               Row({form.fpMinAlphaChar, form.chkMinAlphaCharGrp}),
-               Row({form.fpMinUpperChar, form.chkMinUpperCharGrp}),
-               Row({form.fpMinLowerChar, form.chkMinLowerCharGrp}),
-               Row({form.fpMinNumberChar, form.chkMinNumberCharGrp}),
-               Row({form.fpMinSpecialChar, form.chkMinSpecialCharGrp}), form.txtSpecialChar});
+              {Beside({form.optGroupReq, form.fpGroupReq}), Beside({Below({}), Slot("lblIncludeInGroup")}),
+               Beside({form.fpMinAlphaChar, form.chkMinAlphaCharGrp}),
+               Beside({form.fpMinUpperChar, form.chkMinUpperCharGrp}),
+               Beside({form.fpMinLowerChar, form.chkMinLowerCharGrp}),
+               Beside({form.fpMinNumberChar, form.chkMinNumberCharGrp}),
+               Beside({form.fpMinSpecialChar, form.chkMinSpecialCharGrp}), form.txtSpecialChar});
     return Tabs(
         "tabOptions",
         {Page(form.tr("&Password Requirements"),
-              {Row({Frame("fraLength", form.tr("Password Length"),
-                          {form.fpMinPasswordLen, form.fpMaxPasswordLen}),
-                    Frame("fraMayContain", form.tr("Password may contain:"),
-                          {form.chkContainUserId, form.chkContainUserName})}),
+              {Beside({Frame("fraLength", form.tr("Password Length"),
+                             {form.fpMinPasswordLen, form.fpMaxPasswordLen}),
+                       Frame("fraMayContain", form.tr("Password may contain:"),
+                             {form.chkContainUserId, form.chkContainUserName})}),
                composition}),
          Page(form.tr("Password Requirements &2"),
               {form.fpPreviousCnt, form.fpMinPasswordAge, form.fpMaxPasswordAge, form.fpReminderDays,

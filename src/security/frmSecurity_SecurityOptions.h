@@ -25,7 +25,7 @@ private:
     void ExportLog();
     void ShowExpiration();
 
-    SecurityOptionsForm m_form;
+    SecurityOptionsForm& m_form = KeepForm<SecurityOptionsForm>();
 };
 
 } // namespace sysadmin

@@ -28,7 +28,7 @@ struct SentRow {
 
 QList<SentRow> ReadRows(const wire::Fields& request, const Children& children, const QString& parentMarker) {
     QStringList tags{children.idTag, children.state, children.ownerTag};
-    for (const Field& field : children.fields)
+    for (const SubjectField& field : children.fields)
         tags << field.tag;
     const QString marker = MarkerOf(children);
     QList<SentRow> rows;
@@ -56,8 +56,9 @@ void Replace(Context& context, const Children& children, qint64 owner, QList<Row
     for (const QVariant& id : Present(context, children, owner)) {
         const Row row = *context.records.Find(children.table, id.toLongLong());
         const auto same = std::find_if(wanted.begin(), wanted.end(), [&](const Row& other) {
-            return std::all_of(children.fields.begin(), children.fields.end(),
-                               [&](const Field& field) { return other[field.column] == row[field.column]; });
+            return std::all_of(
+                children.fields.begin(), children.fields.end(),
+                [&](const SubjectField& field) { return other[field.column] == row[field.column]; });
         });
         if (children.ordered || same == wanted.end())
             spare.append(id.toLongLong());
@@ -165,7 +166,7 @@ QList<Table> Children::StoredAs(const QString& ownerTable) const {
                            .target = ownerTable,
                            .onRemoval = OnRemoval::RemoveToo}},
               .owner = owner};
-    for (const Field& field : fields)
+    for (const SubjectField& field : fields)
         own.columns << field.StoredAs();
     QList<Table> tables{own};
     for (const Children& nested : children)
@@ -179,7 +180,7 @@ void PutChildren(Context& context, const Children& children, qint64 owner, Reply
     const bool isGiven = !tags.isEmpty();
     if (!isGiven && !children.idTag.isEmpty())
         tags << children.idTag;
-    for (const Field& field : children.fields) {
+    for (const SubjectField& field : children.fields) {
         columns.insert(field.tag, "c." + field.column);
         if (!isGiven)
             tags << field.tag;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "server/Field.h"
 #include "server/OnlyWhere.h"
+#include "server/SubjectField.h"
 #include "wire/Message.h"
 
 namespace sysadmin::server {
@@ -18,7 +18,7 @@ struct Context;
 struct Children {
     QString table;
     QString owner; ///< the column that refers to the record
-    QList<Field> fields;
+    QList<SubjectField> fields;
     QString marker = {}; ///< tag that begins a row in requests; that of the first field when empty
     QString idTag = {};  ///< the row's id; not sent when empty
     QString state = {};  ///< tag of the state, which may be the marker

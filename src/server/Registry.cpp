@@ -77,14 +77,14 @@ void Registry::AddSubject(Subject declared) {
         table.columns << Column{.name = "only_one", .fallback = "Y", .bookkeeping = true};
         table.uniqueSets << QStringList{"only_one"};
     }
-    for (const Field& field : subject.fields) {
-        if (field.tag == subject.key && field.kind == Field::Kind::Text && field.duplicateStatus == 0)
+    for (const SubjectField& field : subject.fields) {
+        if (field.tag == subject.key && field.kind == SubjectField::Kind::Text && field.duplicateStatus == 0)
             qFatal("The key of %s must be unique.", qPrintable(subject.table));
-        if (field.kind != Field::Kind::Joined)
+        if (field.kind != SubjectField::Kind::Joined)
             table.columns << field.StoredAs();
         if (field.duplicateStatus != 0)
             table.uniqueTexts << UniqueText{field.column, field.uniqueWithin};
-        if (field.tag == subject.key && field.kind == Field::Kind::Text)
+        if (field.tag == subject.key && field.kind == SubjectField::Kind::Text)
             table.keyText = field.column;
     }
     AddTable(table);

@@ -6,8 +6,8 @@ namespace sysadmin::server {
 
 namespace {
 
-Field Make(Field::Kind kind, const QString& tag, const QString& column) {
-    Field field;
+SubjectField Make(SubjectField::Kind kind, const QString& tag, const QString& column) {
+    SubjectField field;
     field.kind = kind;
     field.tag = tag;
     field.column = column;
@@ -16,92 +16,92 @@ Field Make(Field::Kind kind, const QString& tag, const QString& column) {
 
 } // namespace
 
-Field Field::Text(const QString& tag, const QString& column, int limit) {
-    Field field = Make(Kind::Text, tag, column);
+SubjectField SubjectField::Text(const QString& tag, const QString& column, int limit) {
+    SubjectField field = Make(Kind::Text, tag, column);
     field.limit = limit;
     return field;
 }
 
-Field Field::Flag(const QString& tag, const QString& column, const QString& fallback) {
-    Field field = Make(Kind::Flag, tag, column);
+SubjectField SubjectField::Flag(const QString& tag, const QString& column, const QString& fallback) {
+    SubjectField field = Make(Kind::Flag, tag, column);
     field.fallback = fallback;
     return field;
 }
 
-Field Field::Whole(const QString& tag, const QString& column, qint64 least, qint64 most) {
-    Field field = Make(Kind::Whole, tag, column);
+SubjectField SubjectField::Whole(const QString& tag, const QString& column, qint64 least, qint64 most) {
+    SubjectField field = Make(Kind::Whole, tag, column);
     field.least = least;
     field.most = most;
     return field;
 }
 
-Field Field::Decimal(const QString& tag, const QString& column) {
-    Field field = Make(Kind::Decimal, tag, column);
+SubjectField SubjectField::Decimal(const QString& tag, const QString& column) {
+    SubjectField field = Make(Kind::Decimal, tag, column);
     field.limit = 32;
     return field;
 }
 
-Field Field::Reference(const QString& tag, const QString& column, const QString& target,
-                       OnRemoval onRemoval) {
-    Field field = Make(Kind::Reference, tag, column);
+SubjectField SubjectField::Reference(const QString& tag, const QString& column, const QString& target,
+                                     OnRemoval onRemoval) {
+    SubjectField field = Make(Kind::Reference, tag, column);
     field.target = target;
     field.onRemoval = onRemoval;
     return field;
 }
 
-Field Field::Joined(const QString& tag, const QString& through, const QString& target,
-                    const QString& column) {
-    Field field = Make(Kind::Joined, tag, through);
+SubjectField SubjectField::Joined(const QString& tag, const QString& through, const QString& target,
+                                  const QString& column) {
+    SubjectField field = Make(Kind::Joined, tag, through);
     field.target = target;
     field.targetColumn = column;
     field.inPut = false;
     return field;
 }
 
-Field Field::Required() && {
+SubjectField SubjectField::Required() && {
     required = true;
     return std::move(*this);
 }
 
-Field Field::Unique(qint16 status, const QString& within) && {
+SubjectField SubjectField::Unique(qint16 status, const QString& within) && {
     duplicateStatus = status;
     uniqueWithin = within;
     return std::move(*this);
 }
 
-Field Field::InList() && {
+SubjectField SubjectField::InList() && {
     inList = true;
     return std::move(*this);
 }
 
-Field Field::OnlyInList() && {
+SubjectField SubjectField::OnlyInList() && {
     inList = true;
     inGet = false;
     inPut = false;
     return std::move(*this);
 }
 
-Field Field::ReadOnly() && {
+SubjectField SubjectField::ReadOnly() && {
     inPut = false;
     return std::move(*this);
 }
 
-Field Field::WriteOnly() && {
+SubjectField SubjectField::WriteOnly() && {
     inGet = false;
     return std::move(*this);
 }
 
-Field Field::Default(const QString& value) && {
+SubjectField SubjectField::Default(const QString& value) && {
     fallback = value;
     return std::move(*this);
 }
 
-Field Field::Checked(bool (*theCheck)(const QString&)) && {
+SubjectField SubjectField::Checked(bool (*theCheck)(const QString&)) && {
     check = theCheck;
     return std::move(*this);
 }
 
-Field Field::Carrying(const QString& column) && {
+SubjectField SubjectField::Carrying(const QString& column) && {
     targetColumn = column;
     return std::move(*this);
 }
@@ -112,7 +112,7 @@ bool RequestRights::IsHeld(const Rights& rights) const {
     return (any || (orView && rights.MayView(*orView))) && (unless.isEmpty() || !rights.Has(unless));
 }
 
-Column Field::StoredAs() const {
+Column SubjectField::StoredAs() const {
     switch (kind) {
     case Kind::Text:
     case Kind::Decimal:

@@ -3,8 +3,8 @@
 #include "server/Children.h"
 #include "server/ColumnList.h"
 #include "server/Context.h"
-#include "server/Field.h"
 #include "server/Membership.h"
+#include "server/SubjectField.h"
 
 #include <functional>
 
@@ -57,7 +57,7 @@ struct Subject {
     QString table;
     Area area = Area::System;
     RequestNames requests = {};
-    QList<Field> fields = {};
+    QList<SubjectField> fields = {};
 
     /// The tag of the key. When it is one of the fields the record is found by that (unique) text, else by
     /// its id.

@@ -15,9 +15,9 @@ std::optional<QString> Sent(const wire::Fields& request, const QString& tag) {
     return std::nullopt;
 }
 
-const Field* KeyField(const Subject& subject) {
-    for (const Field& field : subject.fields)
-        if (field.tag == subject.key && field.kind == Field::Kind::Text)
+const SubjectField* KeyField(const Subject& subject) {
+    for (const SubjectField& field : subject.fields)
+        if (field.tag == subject.key && field.kind == SubjectField::Kind::Text)
             return &field;
     return nullptr;
 }
@@ -34,7 +34,7 @@ std::optional<qint64> FindKey(Context& context, const Subject& subject, const wi
         key = Sent(request, subject.key);
     if (!key)
         return std::nullopt;
-    if (const Field* field = KeyField(subject))
+    if (const SubjectField* field = KeyField(subject))
         return context.records.IdOfText(subject.table, field->column, *key);
     bool valid = false;
     const qint64 id = key->toLongLong(&valid);
@@ -47,7 +47,7 @@ bool IsDecimal(const QString& value) {
 }
 
 /// The value to store; none when the request's value does not fit the field.
-std::optional<QVariant> ToStore(Context& context, const Field& field, const QString& value) {
+std::optional<QVariant> ToStore(Context& context, const SubjectField& field, const QString& value) {
     if (!IsStorable(value))
         return std::nullopt;
     const QString trimmed = value.trimmed();
@@ -56,17 +56,17 @@ std::optional<QVariant> ToStore(Context& context, const Field& field, const QStr
     if (field.check && !field.check(value))
         return std::nullopt;
     switch (field.kind) {
-    case Field::Kind::Text:
+    case SubjectField::Kind::Text:
         if (value.size() > field.limit)
             return std::nullopt;
         return value;
-    case Field::Kind::Flag:
+    case SubjectField::Kind::Flag:
         if (trimmed.isEmpty())
             return field.fallback;
         if (value != "Y" && value != "N")
             return std::nullopt;
         return value;
-    case Field::Kind::Whole: {
+    case SubjectField::Kind::Whole: {
         if (trimmed.isEmpty())
             return QVariant();
         bool valid = false;
@@ -75,11 +75,11 @@ std::optional<QVariant> ToStore(Context& context, const Field& field, const QStr
             return std::nullopt;
         return number;
     }
-    case Field::Kind::Decimal:
+    case SubjectField::Kind::Decimal:
         if (!trimmed.isEmpty() && (!IsDecimal(trimmed) || trimmed.size() > field.limit))
             return std::nullopt;
         return trimmed;
-    case Field::Kind::Reference: {
+    case SubjectField::Kind::Reference: {
         if (trimmed.isEmpty())
             return QVariant();
         std::optional<qint64> id;
@@ -95,7 +95,7 @@ std::optional<QVariant> ToStore(Context& context, const Field& field, const QStr
         }
         return id ? std::optional<QVariant>(*id) : std::nullopt;
     }
-    case Field::Kind::Joined:
+    case SubjectField::Kind::Joined:
         break;
     }
     return std::nullopt;
@@ -103,7 +103,7 @@ std::optional<QVariant> ToStore(Context& context, const Field& field, const QStr
 
 /// The refusal for the first unique text that another record has, or 0.
 qint16 FindDuplicate(Context& context, const Subject& subject, const Row& row, qint64 except) {
-    for (const Field& field : subject.fields) {
+    for (const SubjectField& field : subject.fields) {
         if (field.duplicateStatus != 0 &&
             context.records.IsTaken(subject.table, {field.column, field.uniqueWithin},
                                     row.value(field.column).toString(), row.value(field.uniqueWithin),
@@ -128,7 +128,7 @@ Shape MakeShape(const Subject& subject, bool list) {
         shape.tags << subject.key;
         columns << "t.id";
     }
-    for (const Field& field : subject.fields) {
+    for (const SubjectField& field : subject.fields) {
         if (list ? !field.inList : !field.inGet)
             continue;
         shape.tags << field.tag;
@@ -150,10 +150,10 @@ void AppendRecord(const Shape& shape, const ResultRow& row, ReplyFields& reply) 
 }
 
 bool IsNumber(const Subject& subject, const QString& column) {
-    for (const Field& field : subject.fields)
+    for (const SubjectField& field : subject.fields)
         if (field.column == column)
-            return field.kind == Field::Kind::Whole || field.kind == Field::Kind::Reference ||
-                   field.kind == Field::Kind::Joined;
+            return field.kind == SubjectField::Kind::Whole || field.kind == SubjectField::Kind::Reference ||
+                   field.kind == SubjectField::Kind::Joined;
     for (const Column& hidden : subject.columns)
         if (hidden.name == column)
             return hidden.type == ColumnType::Whole || hidden.type == ColumnType::Reference;
@@ -222,7 +222,7 @@ Answer Get(Context& context, const Subject& subject, const Shape& shape, const w
     const auto id = FindKey(context, subject, request, false);
     if (!id && subject.single) {
         if (subject.requests.add.isEmpty())
-            for (const Field& field : subject.fields)
+            for (const SubjectField& field : subject.fields)
                 if (field.inGet)
                     Put(answer.fields, field.tag, field.fallback);
         return answer;
@@ -283,7 +283,7 @@ Answer Add(Context& context, const Subject& subject, const wire::Fields& request
             Put(answer.fields, tag, QString::number(id));
             continue;
         }
-        for (const Field& field : subject.fields)
+        for (const SubjectField& field : subject.fields)
             if (field.tag == tag)
                 Put(answer.fields, tag, row.value(field.column).toString());
     }
@@ -328,9 +328,9 @@ Answer Remove(Context& context, const Subject& subject, const wire::Fields& requ
 
 } // namespace
 
-qint16 ReadFields(Context& context, const QList<Field>& fields, const wire::Fields& request, bool adding,
-                  Row& row) {
-    for (const Field& field : fields) {
+qint16 ReadFields(Context& context, const QList<SubjectField>& fields, const wire::Fields& request,
+                  bool adding, Row& row) {
+    for (const SubjectField& field : fields) {
         // "NNm" says whether the operator changed the name: one that is as it was read may be old by now.
         if (!field.inPut || (!adding && field.column == u"name" && Sent(request, "NNm") == "N"))
             continue;
@@ -415,7 +415,7 @@ QList<RequestRule> RequestsOf(const Subject& subject) {
         if (rule.name == names.update && !subject.originalKey.isEmpty())
             rule.keyTags << subject.originalKey;
         rule.keyTags << subject.key;
-        if (const Field* key = KeyField(subject))
+        if (const SubjectField* key = KeyField(subject))
             rule.keyColumn = key->column;
     }
     return rules;

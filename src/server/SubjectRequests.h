@@ -15,8 +15,8 @@ QList<RequestRule> RequestsOf(const Subject& subject);
 
 /// Reads fields out of a request into `row`, under the names of their columns. Of an update only
 /// the fields that were put are taken. Answers 0 or 3.
-qint16 ReadFields(Context& context, const QList<Field>& fields, const wire::Fields& request, bool adding,
-                  Row& row);
+qint16 ReadFields(Context& context, const QList<SubjectField>& fields, const wire::Fields& request,
+                  bool adding, Row& row);
 
 /// The status of the first record that keeps this one from being removed, or 0.
 qint16 FindUse(Context& context, const Subject& subject, qint64 id);

@@ -1,7 +1,6 @@
 #include "system/AddressPage.h"
 
 #include "core/Application.h"
-#include "framework/FormView.h"
 #include "framework/ListGrid.h"
 
 #include <QHBoxLayout>
@@ -19,18 +18,19 @@ AddressPage::AddressPage(Application& application, bool readOnly, QWidget* paren
     , m_readOnly(readOnly) {
     const Layout types =
         Frame("fraAddressType", tr("Address Type"),
-              {Row({m_form.chkShipToAddress, m_form.chkBillToAddress, m_form.chkStreetAddress}),
-               Row({m_form.chkCampusAddress, m_form.chkCircDeskAddress, m_form.chkOtherAddress})});
+              {Beside({m_form.chkShipToAddress, m_form.chkBillToAddress, m_form.chkStreetAddress}),
+               Beside({m_form.chkCampusAddress, m_form.chkCircDeskAddress, m_form.chkOtherAddress})});
     const Layout phones = Frame("fraPhoneNumbers", tr("Phone Numbers"), {m_form.vsfPhone});
     RowsSpec& behaviour = m_form.vsfPhone.Behaviour();
     behaviour.belongs = [this](const GridRow& phone) { return phone.cells.value(3) == m_id; };
     behaviour.puts.append(PutFixed("PhAID", [this] { return m_id; }));
     behaviour.shown.insert(0, [this](const GridRow& phone) { return TypeName(phone.cells.value(0)); });
     behaviour.ask = AskPhone(application.pickLists);
-    m_view = new FormView(m_form, Row({Column(m_form.PostalLayout()), Column({types, phones})}), this);
+    m_view = std::make_unique<FormView>(m_form,
+                                        Beside({Below(m_form.PostalLayout()), Below({types, phones})}), this);
     findChild<ListGrid*>("vsfPhone")->SetPrompter(application.prompter);
     auto* whole = new QHBoxLayout(this);
-    whole->addWidget(m_view);
+    whole->addWidget(m_view.get());
     connect(&m_form, &Form::Changed, this, &AddressPage::Changed);
     Close();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/FormView.h"
 #include "framework/forms/ListFields.h"
 #include "system/PostalForm.h"
 #include "system/frmSystem_PhoneNumbers.h"
@@ -9,7 +10,6 @@
 namespace sysadmin {
 
 class Application;
-class FormView;
 
 struct AddressForm : PostalForm {
     AddressForm()
@@ -83,7 +83,7 @@ private:
     AddressForm m_form;
     QString m_id;
     bool m_isOpen = false;
-    FormView* m_view = nullptr;
+    std::unique_ptr<FormView> m_view; // behind the form: it goes first
 };
 
 } // namespace sysadmin

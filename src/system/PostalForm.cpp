@@ -3,9 +3,10 @@
 namespace sysadmin {
 
 PostalForm::PostalForm(const QString& contactTag, const QString& stateCaption)
-    : txtContact(*this,
-                 {.name = "txtContact", .tag = contactTag, .caption = tr("Contact Name:"), .maxLength = 100})
-    , txtState(*this, {.name = "txtState", .tag = "St", .caption = stateCaption, .maxLength = 40}) {}
+    : txtContact(
+          *this,
+          {.name = "txtContact", .tag = contactTag, .caption = tr("Contact Name:"), .maxLength = NameLength})
+    , txtState(*this, {.name = "txtState", .tag = "St", .caption = stateCaption, .maxLength = StateLength}) {}
 
 QList<Field*> PostalForm::PostalFields() {
     return {&txtContact,  &txtEmail, &txtAddress1, &txtAddress2, &txtAddress3, &txtAddress4,

@@ -11,13 +11,10 @@ namespace sysadmin {
 
 namespace {
 
-constexpr int LongestDomainName = 253;
-
 struct DomainForm : RowForm {
     TextField txtDomainName{
-        *this,
-        {.name = "txtDomainName", .tag = "DN", .caption = tr("Name:"), .maxLength = LongestDomainName}};
-    Layout Draw() override { return Column({txtDomainName}); }
+        *this, {.name = "txtDomainName", .tag = "DN", .caption = tr("Name:"), .maxLength = DomainNameLength}};
+    Layout Draw() override { return Below({txtDomainName}); }
 };
 
 IpRange RangeOf(const GridRow& row) {
@@ -156,11 +153,11 @@ frmSystem_AccessControlGroups::frmSystem_AccessControlGroups(Application& applic
               .deleteCaption = "Delete Access Control Groups",
               .matchTag = "C"},
              m_form,
-             Column({m_form.txtCode, m_form.txtName, m_form.cboGroupType,
-                     Tabs("tabMembers", {Page("D", tr("D&omain Name"), {m_form.vsfDomain}),
-                                         Page("I", tr("&IP Address"), {m_form.vsfIPAddress}),
-                                         Page("R", tr("I&P Range"), {m_form.vsfIPRange}),
-                                         Page("P", tr("Pa&tron Group"), {m_form.patronGroups})})}),
+             Below({m_form.txtCode, m_form.txtName, m_form.cboGroupType,
+                    Tabs("tabMembers", {Page("D", tr("D&omain Name"), {m_form.vsfDomain}),
+                                        Page("I", tr("&IP Address"), {m_form.vsfIPAddress}),
+                                        Page("R", tr("I&P Range"), {m_form.vsfIPRange}),
+                                        Page("P", tr("Pa&tron Group"), {m_form.patronGroups})})}),
              {PutValue(m_form.cboGroupType), OnUpdate(PutOriginalKey("I")), PutValue(m_form.txtCode),
               PutValue(m_form.txtName),
               [this](RequestChannel& channel, const SaveContext&) { m_form.PutMembers(channel); },

@@ -10,19 +10,27 @@ struct AccessGroupForm : Form {
     /// Puts the members of the group's type, in list order.
     void PutMembers(RequestChannel& channel) const;
 
-    TextField txtCode{
-        *this,
-        {.name = "txtCode", .tag = "C", .caption = tr("Group Code:"), .maxLength = 40, .required = true}};
-    TextField txtName{
-        *this,
-        {.name = "txtName", .tag = "N", .caption = tr("Group Name:"), .maxLength = 100, .required = true}};
-    ChoiceField cboGroupType{
-        *this,
-        {.name = "cboGroupType", .tag = "T", .caption = tr("Group Type:"), .initial = "D"},
-        {{"D", tr("Domain Name")},
-         {"I", tr("IP Address")},
-         {"R", tr("IP Range")},
-         {"P", tr("Patron Group")}}};
+    TextField txtCode{*this,
+                      {.name = "txtCode",
+                       .tag = "C",
+                       .caption = tr("Group Code:"),
+                       .maxLength = CodeLength,
+                       .required = true}};
+    TextField txtName{*this,
+                      {.name = "txtName",
+                       .tag = "N",
+                       .caption = tr("Group Name:"),
+                       .maxLength = NameLength,
+                       .required = true}};
+    ChoiceField cboGroupType{*this,
+                             {.name = "cboGroupType",
+                              .tag = "T",
+                              .caption = tr("Group Type:"),
+                              .initial = "D",
+                              .options = {{"D", tr("Domain Name")},
+                                          {"I", tr("IP Address")},
+                                          {"R", tr("IP Range")},
+                                          {"P", tr("Patron Group")}}}};
     // Addresses are kept in canonical form and shown in the one that people read.
     RowsField vsfDomain;
     RowsField vsfIPAddress;
@@ -50,7 +58,7 @@ protected:
     GridRow RowFromForm(const Table& table, const QString& key) const override;
 
 private:
-    AccessGroupForm m_form;
+    AccessGroupForm& m_form = KeepForm<AccessGroupForm>();
 };
 
 } // namespace sysadmin

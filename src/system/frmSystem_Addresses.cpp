@@ -63,7 +63,7 @@ frmSystem_Addresses::frmSystem_Addresses(Application& application, const QString
     AssignMnemonics(*this);
     resize(900, 560);
 
-    connect(tabAddress, &QTabWidget::currentChanged, this, &frmSystem_Addresses::RefreshControls);
+    connect(tabAddress, &QTabWidget::currentChanged, &m_whileOpen, [this] { RefreshControls(); });
     connect(cmdNew, &QPushButton::clicked, this, &frmSystem_Addresses::StartNew);
     connect(cmdSave, &QPushButton::clicked, this, &frmSystem_Addresses::Save);
     connect(cmdDelete, &QPushButton::clicked, this, &frmSystem_Addresses::Delete);
@@ -72,10 +72,6 @@ frmSystem_Addresses::frmSystem_Addresses(Application& application, const QString
     connect(cmdClose, &QPushButton::clicked, this, &QDialog::reject);
     connect(new QShortcut(QKeySequence::Save, this), &QShortcut::activated, cmdSave, &QPushButton::click);
     RefreshControls();
-}
-
-frmSystem_Addresses::~frmSystem_Addresses() {
-    disconnect(tabAddress, nullptr, this, nullptr); // tabs tell of their pages' end, too
 }
 
 bool frmSystem_Addresses::Load() {

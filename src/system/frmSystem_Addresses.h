@@ -17,10 +17,7 @@ class frmSystem_Addresses : public QDialog {
     Q_OBJECT
 
 public:
-    static constexpr int MostAddresses = 6;
-
     frmSystem_Addresses(Application& application, const QString& locationId, bool readOnly, QWidget* parent);
-    ~frmSystem_Addresses() override;
 
     /// Reads the addresses; false when that failed (and was told).
     bool Load();
@@ -51,6 +48,7 @@ private:
     QPushButton* cmdClear = nullptr;
     QPushButton* cmdDelete = nullptr;
     QPushButton* cmdClose = nullptr;
+    QObject m_whileOpen; // ends before the tabs do, which tell of their pages' end, too
 };
 
 } // namespace sysadmin

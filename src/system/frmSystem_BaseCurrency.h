@@ -6,27 +6,27 @@ namespace sysadmin {
 
 struct BaseCurrencyForm : Form {
     TextField txtCountryName{
-        *this, {.name = "txtCountryName", .tag = "CtNm", .caption = tr("Country Name:"), .maxLength = 100}};
+        *this,
+        {.name = "txtCountryName", .tag = "CtNm", .caption = tr("Country Name:"), .maxLength = NameLength}};
     TextField txtCurrencyName{*this,
                               {.name = "txtCurrencyName",
                                .tag = "CrNm",
                                .caption = tr("Currency Name:"),
-                               .maxLength = 100,
+                               .maxLength = NameLength,
                                .required = true}};
     TextField txtCurrencyCode{*this,
                               {.name = "txtCurrencyCode",
                                .tag = "CrCd",
                                .caption = tr("Currency Code:"),
-                               .maxLength = 10,
+                               .maxLength = CurrencyCodeLength,
                                .required = true}};
     NumberField txtBaseDecimals{*this,
                                 {.name = "txtBaseDecimals",
                                  .tag = "Dec",
                                  .caption = tr("Base Decimals:"),
                                  .required = true,
-                                 .initial = "2"},
-                                0,
-                                4};
+                                 .initial = "2",
+                                 .most = 4}};
     TextField txtDecimalDelimiter{*this,
                                   {.name = "txtDecimalDelimiter",
                                    .tag = "Dlm",
@@ -48,7 +48,7 @@ protected:
     void AfterSave() override;
 
 private:
-    BaseCurrencyForm m_form;
+    BaseCurrencyForm& m_form = KeepForm<BaseCurrencyForm>();
 };
 
 } // namespace sysadmin

@@ -16,7 +16,7 @@ frmSystem_DefaultAdd::frmSystem_DefaultAdd(Application& application, QWidget* pa
            .plural = "Default Address",
            .frameNoun = tr("Default Address"),
            .existsTag = "LNm"},
-          m_form, Column(layout), puts);
+          m_form, Below(layout), puts);
     QPushButton* cmdClear = MakeButton("cmdClear", tr("C&lear"));
     cmdClear->setVisible(!IsReadOnly());
     AddButton(cmdClear);

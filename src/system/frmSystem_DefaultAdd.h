@@ -12,7 +12,7 @@ struct DefaultAddressForm : PostalForm {
                       {.name = "txtName",
                        .tag = "LNm",
                        .caption = tr("Library Name:"),
-                       .maxLength = 100,
+                       .maxLength = NameLength,
                        .required = true}};
 };
 
@@ -24,7 +24,7 @@ public:
     frmSystem_DefaultAdd(Application& application, QWidget* parent);
 
 private:
-    DefaultAddressForm m_form;
+    DefaultAddressForm& m_form = KeepForm<DefaultAddressForm>();
 };
 
 } // namespace sysadmin

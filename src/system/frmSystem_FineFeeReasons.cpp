@@ -51,8 +51,8 @@ frmSystem_FineFeeReasons::frmSystem_FineFeeReasons(Application& application, QWi
               // A posting type has no code that could be another one.
               .morePuts = {OnUpdate(PutConstant("NCd", "N"))}},
              m_posting,
-             Column({m_posting.txtPostingName, Frame("fraUse", tr("Use Posting Type For:"),
-                                                     {m_posting.chkFines, m_posting.chkDemerits})}));
+             Below({m_posting.txtPostingName, Frame("fraUse", tr("Use Posting Type For:"),
+                                                    {m_posting.chkFines, m_posting.chkDemerits})}));
     Finish();
 }
 

@@ -9,7 +9,7 @@ struct FineFeeReasonForm : Form {
                       {.name = "txtCode",
                        .tag = "Cd",
                        .caption = tr("Code:"),
-                       .maxLength = 40,
+                       .maxLength = CodeLength,
                        .required = true,
                        .column = {tr("Codes"), 120},
                        .changedTag = "NCd"}};
@@ -17,7 +17,7 @@ struct FineFeeReasonForm : Form {
                       {.name = "txtName",
                        .tag = "Nm",
                        .caption = tr("Name:"),
-                       .maxLength = 100,
+                       .maxLength = NameLength,
                        .required = true,
                        .column = {tr("Names")},
                        .changedTag = "NNm"}};
@@ -28,7 +28,7 @@ struct PaymentTypeForm : Form {
                              {.name = "txtPaymentName",
                               .tag = "PNm",
                               .caption = tr("Name:"),
-                              .maxLength = 100,
+                              .maxLength = NameLength,
                               .required = true,
                               .column = {tr("Names")}}};
 };
@@ -38,7 +38,7 @@ struct PostingTypeForm : Form {
                              {.name = "txtPostingName",
                               .tag = "PstNm",
                               .caption = tr("Name:"),
-                              .maxLength = 100,
+                              .maxLength = NameLength,
                               .required = true,
                               .column = {tr("Names")},
                               .changedTag = "NNm"}};
@@ -66,9 +66,9 @@ protected:
     QString EditCaption(const Table& table, State state) const override;
 
 private:
-    FineFeeReasonForm m_reason;
-    PaymentTypeForm m_payment;
-    PostingTypeForm m_posting;
+    FineFeeReasonForm& m_reason = KeepForm<FineFeeReasonForm>();
+    PaymentTypeForm& m_payment = KeepForm<PaymentTypeForm>();
+    PostingTypeForm& m_posting = KeepForm<PostingTypeForm>();
     bool m_isOpening = false;
 };
 

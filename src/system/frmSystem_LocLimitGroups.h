@@ -10,14 +10,14 @@ struct LocationLimitGroupForm : Form {
                       {.name = "txtCode",
                        .tag = "C",
                        .caption = tr("Code:"),
-                       .maxLength = 40,
+                       .maxLength = CodeLength,
                        .required = true,
                        .column = {tr("Codes"), 120}}};
     TextField txtName{*this,
                       {.name = "txtName",
                        .tag = "N",
                        .caption = tr("Name:"),
-                       .maxLength = 100,
+                       .maxLength = NameLength,
                        .required = true,
                        .column = {tr("Names")}}};
     FlagField chkCheck{*this, {.name = "chkCheck", .tag = "O", .caption = tr("Suppress in OPAC?")}};
@@ -42,7 +42,7 @@ protected:
     QString EditCaption(const Table& table, State state) const override;
 
 private:
-    LocationLimitGroupForm m_form;
+    LocationLimitGroupForm& m_form = KeepForm<LocationLimitGroupForm>();
 };
 
 } // namespace sysadmin

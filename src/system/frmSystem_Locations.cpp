@@ -29,11 +29,11 @@ frmSystem_Locations::frmSystem_Locations(Application& application, QWidget* pare
               .morePuts = {OnUpdate(PutConstant("NCd", "False"))},
               .putOrder = {"Cd", "Nm", "Spn", "Dsp", "OPAC", "Lb"}},
              m_form,
-             Column({m_form.txtCode, m_form.txtName, m_form.txtSpine, m_form.txtOPACName, m_form.chkOPAC,
-                     m_form.cboOwningLib,
-                     Frame("fraPolicies", tr("Policies"),
-                           {m_form.fpCatalogPolicyGroup, m_form.fpAcqSerialsPolicyGroup,
-                            m_form.fpCirculationPolicyGroup})}));
+             Below({m_form.txtCode, m_form.txtName, m_form.txtSpine, m_form.txtOPACName, m_form.chkOPAC,
+                    m_form.cboOwningLib,
+                    Frame("fraPolicies", tr("Policies"),
+                          {m_form.fpCatalogPolicyGroup, m_form.fpAcqSerialsPolicyGroup,
+                           m_form.fpCirculationPolicyGroup})}));
     cmdAddress = MakeButton("cmdAddress", tr("&Address"));
     AddEditButton(cmdAddress);
     Finish();

@@ -9,21 +9,23 @@ struct LocationForm : Form {
                       {.name = "txtCode",
                        .tag = "Cd",
                        .caption = tr("Code:"),
-                       .maxLength = 40,
+                       .maxLength = CodeLength,
                        .required = true,
                        .column = {tr("Codes"), 120}}};
     TextField txtName{*this,
                       {.name = "txtName",
                        .tag = "Nm",
                        .caption = tr("Name:"),
-                       .maxLength = 100,
+                       .maxLength = NameLength,
                        .required = true,
                        .column = {tr("Names")},
                        .changedTag = "NNm"}};
     TextField txtSpine{
-        *this, {.name = "txtSpine", .tag = "Spn", .caption = tr("Spine Label Name:"), .maxLength = 100}};
+        *this,
+        {.name = "txtSpine", .tag = "Spn", .caption = tr("Spine Label Name:"), .maxLength = NameLength}};
     TextField txtOPACName{
-        *this, {.name = "txtOPACName", .tag = "Dsp", .caption = tr("OPAC Display Name:"), .maxLength = 100}};
+        *this,
+        {.name = "txtOPACName", .tag = "Dsp", .caption = tr("OPAC Display Name:"), .maxLength = NameLength}};
     FlagField chkOPAC{*this, {.name = "chkOPAC", .tag = "OPAC", .caption = tr("Suppress in OPAC")}};
     ChoiceField cboOwningLib{*this,
                              {.name = "cboOwningLib",
@@ -69,7 +71,7 @@ private:
     void ReloadList();
     void EditAddresses();
 
-    LocationForm m_form;
+    LocationForm& m_form = KeepForm<LocationForm>();
     QPushButton* cmdAddress = nullptr;
     bool m_isListOld = false; // another screen changed what the list shows while an edit was open
 };

@@ -10,13 +10,15 @@ struct OwningLibraryForm : Form {
                       {.name = "txtName",
                        .tag = "LN",
                        .caption = tr("Library Name:"),
-                       .maxLength = 100,
+                       .maxLength = NameLength,
                        .required = true,
                        .column = {tr("Library Names")},
                        .changedTag = "NNm"}};
     TextField txtDisplayName{
-        *this, {.name = "txtDisplayName", .tag = "DN", .caption = tr("Display Name:"), .maxLength = 100}};
-    TextField txtCode{*this, {.name = "txtCode", .tag = "NC", .caption = tr("NUC Code:"), .maxLength = 40}};
+        *this,
+        {.name = "txtDisplayName", .tag = "DN", .caption = tr("Display Name:"), .maxLength = NameLength}};
+    TextField txtCode{*this,
+                      {.name = "txtCode", .tag = "NC", .caption = tr("NUC Code:"), .maxLength = CodeLength}};
     PickedField locations{*this,
                           {.name = "fraLocations"},
                           {.availableGrid = "vsfAvailableLocations",
@@ -37,7 +39,7 @@ protected:
     void ReadAvailable(Table& table) override;
 
 private:
-    OwningLibraryForm m_form;
+    OwningLibraryForm& m_form = KeepForm<OwningLibraryForm>();
 };
 
 } // namespace sysadmin

@@ -11,19 +11,21 @@ namespace {
 
 struct PhoneForm : RowForm {
     explicit PhoneForm(const QList<PickItem>& types)
-        : cboPhoneType(
-              *this, {.name = "cboPhoneType", .tag = "PhTp", .caption = tr("Phone Type:"), .required = true},
-              types) {}
+        : cboPhoneType(*this, {.name = "cboPhoneType",
+                               .tag = "PhTp",
+                               .caption = tr("Phone Type:"),
+                               .required = true,
+                               .options = types}) {}
 
     ChoiceField cboPhoneType;
     TextField txtPhoneNumber{*this,
                              {.name = "txtPhoneNumber",
                               .tag = "PhNm",
                               .caption = tr("Phone Number:"),
-                              .maxLength = 40,
+                              .maxLength = PhoneLength,
                               .required = true}};
 
-    Layout Draw() override { return Column({cboPhoneType, txtPhoneNumber}); }
+    Layout Draw() override { return Below({cboPhoneType, txtPhoneNumber}); }
     void TakeRow(const GridRow* row, const QList<GridColumn>& columns) override {
         RowForm::TakeRow(row, columns);
         // The library's first type is the usual one; the list itself is in alphabetical order.

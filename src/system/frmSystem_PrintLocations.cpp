@@ -16,10 +16,10 @@ frmSystem_PrintLocations::frmSystem_PrintLocations(Application& application, QWi
               .pickLists = {"cboPrintLocation"},
               .pickTag = "Nm"},
              m_form,
-             Column({m_form.txtCode, m_form.txtName, m_form.chkDefault,
-                     Frame("fraGroups", tr("Policy Groups That May Choose It"),
-                           {m_form.chkCircGroups, m_form.chkAcqGroups, m_form.chkMediaGroups,
-                            m_form.chkCatGroups})}));
+             Below({m_form.txtCode, m_form.txtName, m_form.chkDefault,
+                    Frame("fraGroups", tr("Policy Groups That May Choose It"),
+                          {m_form.chkCircGroups, m_form.chkAcqGroups, m_form.chkMediaGroups,
+                           m_form.chkCatGroups})}));
     Finish();
 }
 

@@ -9,14 +9,14 @@ struct PrintLocationForm : Form {
                       {.name = "txtCode",
                        .tag = "Cd",
                        .caption = tr("Code:"),
-                       .maxLength = 20,
+                       .maxLength = PrintLocationCodeLength,
                        .required = true,
                        .changedTag = "NCd"}};
     TextField txtName{*this,
                       {.name = "txtName",
                        .tag = "Nm",
                        .caption = tr("Name:"),
-                       .maxLength = 40,
+                       .maxLength = TextLength,
                        .required = true,
                        .changedTag = "NNm"}};
     FlagField chkDefault{*this, {.name = "chkDefault", .tag = "DP", .caption = tr("Default Print Location")}};
@@ -40,7 +40,7 @@ protected:
     void AfterSave(Table& table, const GridRow& row, bool wasNew) override;
 
 private:
-    PrintLocationForm m_form;
+    PrintLocationForm& m_form = KeepForm<PrintLocationForm>();
 };
 
 } // namespace sysadmin

@@ -12,16 +12,20 @@ struct SampleForm : Form {
     TextField txtCode{*this,
                       {.name = "txtCode", .tag = "Cd", .caption = "Code:", .maxLength = 5, .required = true}};
     FlagField chkLimit{*this, {.name = "chkLimit", .tag = "L", .caption = "Limit:"}};
-    NumberField txtLimit{*this, {.name = "txtLimit", .tag = "LP", .caption = "Limit percentage:"}, 0, 100};
+    NumberField txtLimit{*this,
+                         {.name = "txtLimit", .tag = "LP", .caption = "Limit percentage:", .most = 100}};
     ChoiceField cboLibrary{
-        *this, {.name = "cboLibrary", .tag = "Lb", .caption = "Library:"}, {{"1", "Main"}, {"2", "Law"}}};
+        *this,
+        {.name = "cboLibrary", .tag = "Lb", .caption = "Library:", .options = {{"1", "Main"}, {"2", "Law"}}}};
     MoneyField txtFee{*this, {.name = "txtFee", .tag = "Fee", .caption = "Fee:"}};
-    DateField dtEnd{*this, {.name = "dtEnd", .tag = "EDt", .caption = "End:"}, "yyyy-MM-dd", " 23:59:59"};
+    DateField dtEnd{*this, {.name = "dtEnd", .tag = "EDt", .caption = "End:", .suffix = " 23:59:59"}};
     IntervalField fpPeriod{*this,
-                           {.name = "fpPeriod", .tag = "LKD", .caption = "Period:"},
-                           "cboPeriod",
-                           {{"M", "Minutes"}, {"H", "Hours"}},
-                           IntervalField::LetterPlace::Before};
+                           {.name = "fpPeriod",
+                            .tag = "LKD",
+                            .caption = "Period:",
+                            .options = {{"M", "Minutes"}, {"H", "Hours"}},
+                            .unitName = "cboPeriod",
+                            .letterFirst = true}};
     MultiLineField txtNote{*this, {.name = "txtNote", .tag = "N", .caption = "Note:"}};
 
     SampleForm() { txtLimit.EnableBy(chkLimit); }

@@ -21,8 +21,8 @@ const QList<GridColumn> Columns{{.caption = "Name", .tag = "Nm"}, {.caption = "D
 
 struct RuleForm : RowForm {
     TextField txtName{*this, {.name = "txtName", .tag = "Nm", .caption = "Name:", .required = true}};
-    NumberField txtDays{*this, {.name = "txtDays", .tag = "Dy", .caption = "Days:"}, 0, 99};
-    Layout Draw() override { return Column({txtName, txtDays}); }
+    NumberField txtDays{*this, {.name = "txtDays", .tag = "Dy", .caption = "Days:", .most = 99}};
+    Layout Draw() override { return Below({txtName, txtDays}); }
 };
 
 RowsSpec SpecOf(bool ranked, bool onlyChanged) {
@@ -123,7 +123,7 @@ class RowsEditorTest : public testing::Test {
 protected:
     void Show(bool ranked) {
         form = std::make_unique<ListForm>(ranked);
-        view = std::make_unique<FormView>(*form, Column({form->vsfRules}));
+        view = std::make_unique<FormView>(*form, Below({form->vsfRules}));
         grid = view->findChild<ListGrid*>("vsfRules");
         grid->SetPrompter(prompter);
         view->resize(500, 400);
@@ -294,7 +294,7 @@ TEST(PickedFieldTest, VetoSettingsAndOrder) {
          .settings = &settings});
     picked.LoadLists({{"1", {"b", ""}, {}}, {"2", {"a", ""}, {}}},
                      {{"3", {"c", "9"}, {}}, {"4", {"d", "8"}, {}}});
-    FormView view(form, Column({picked}));
+    FormView view(form, Below({picked}));
     view.show();
     auto& available = *view.findChild<ListGrid*>("vsfA");
     auto& selected = *view.findChild<ListGrid*>("vsfS");
@@ -328,8 +328,8 @@ TEST(PickedFieldTest, VetoSettingsAndOrder) {
 
 TEST(FormViewTest, BlocksButtonsSecondPlacesAndMarcPlaces) {
     Form form;
-    TimeField open(form, {.name = "txtMonOpen", .tag = "MnOTm"}, "HH:mm", {"Closed"});
-    TimeField close(form, {.name = "txtMonClose", .tag = "MnCTm"}, "HH:mm", {"Closed"});
+    TimeField open(form, {.name = "txtMonOpen", .tag = "MnOTm", .words = {"Closed"}});
+    TimeField close(form, {.name = "txtMonClose", .tag = "MnCTm", .words = {"Closed"}});
     TextField note(form, {.name = "txtNote", .tag = "N", .caption = "Note:"});
     MarcPlaceField place(form, {.name = "fraPlace", .caption = "Barcode:"},
                          {.field = {"F", "txtF"},
@@ -346,7 +346,7 @@ TEST(FormViewTest, BlocksButtonsSecondPlacesAndMarcPlaces) {
     FormView view(
         form,
         Tabs("tabAll", {Page("One", {Block({"Open Time", "Close Time"}, {BlockRow("Monday:", {open, close})}),
-                                     Row({note, Button("cmdSet", "Set...", [&] { ++pressed; })})}),
+                                     Beside({note, Button("cmdSet", "Set...", [&] { ++pressed; })})}),
                         Page("Two", {Again(note, "txtNote2"), place})}));
     view.show();
     form.Load(channel);

@@ -14,7 +14,7 @@ struct RuledForm : Form {
     FlagField chkInner{*this, {.name = "chkInner", .tag = "In"}};
     NumberField txtLeast{*this, {.name = "txtLeast", .tag = "Le", .caption = "Least:", .unit = "days"}};
     NumberField txtMost{*this, {.name = "txtMost", .tag = "Mo", .caption = "Most:"}};
-    ChoiceField cboUnit{*this, {.name = "cboUnit", .tag = "U"}, {{"D", "Days"}, {"H", "Hours"}}};
+    ChoiceField cboUnit{*this, {.name = "cboUnit", .tag = "U", .options = {{"D", "Days"}, {"H", "Hours"}}}};
     MoneyField txtFee{*this, {.name = "txtFee", .tag = "Fee"}};
 
     RuledForm() {
@@ -114,7 +114,7 @@ TEST(RulesTest, SeveralRecordsTakeChosenFieldsOnly) {
 
 TEST(TimeFieldTest, TimesAsPeopleWriteThem) {
     Form form;
-    TimeField time(form, {.name = "txtOpen", .caption = "Open:"}, "HH:mm:ss", {"Closed"});
+    TimeField time(form, {.name = "txtOpen", .caption = "Open:", .format = "HH:mm:ss", .words = {"Closed"}});
     const QList<std::pair<QString, QString>> typed{
         {"8:30 pm", "20:30:00"}, {"2030", "20:30:00"}, {"8", "08:00:00"},  {"12 am", "00:00:00"},
         {"12p", "12:00:00"},     {"closed", "Closed"}, {"", ""},           {"0:00", "00:00:00"},

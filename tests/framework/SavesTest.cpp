@@ -11,8 +11,8 @@ namespace {
 struct CalendarForm : Form {
     TextField txtName{
         *this, {.name = "txtName", .tag = "Nm", .caption = "Name:", .required = true, .column = {"Names"}}};
-    NumberField txtLeast{*this, {.name = "txtLeast", .tag = "Le", .caption = "Least:"}, 0, 999};
-    NumberField txtMost{*this, {.name = "txtMost", .tag = "Mo", .caption = "Most:"}, 0, 999};
+    NumberField txtLeast{*this, {.name = "txtLeast", .tag = "Le", .caption = "Least:", .most = 999}};
+    NumberField txtMost{*this, {.name = "txtMost", .tag = "Mo", .caption = "Most:", .most = 999}};
     TextField txtHours{*this, {.name = "txtHours", .tag = "Hr", .caption = "Hours:"}};
     TextField txtTerms{*this, {.name = "txtTerms", .tag = "Tr", .caption = "Terms:"}};
 
@@ -51,14 +51,14 @@ public:
                               .caption = "Edit Several Calendars:",
                               .request = "UpdMultCal",
                               .saveCaption = "Save Several"}},
-                 m_form, Column({}),
+                 m_form, Below({}),
                  {PutValue(m_form.txtName), PutValue(m_form.txtLeast), PutValue(m_form.txtMost),
                   OnUpdate(PutOriginalKey("ID"))});
         Finish();
     }
 
 private:
-    CalendarForm m_form;
+    CalendarForm& m_form = KeepForm<CalendarForm>();
     SeveralForm m_several;
 };
 

@@ -395,7 +395,7 @@ TEST_P(SubjectTest, ListsInBatches) {
 #undef FAMILY
     registry->AddSubject({.table = "notes",
                           .requests = {.list = "LstNote", .add = "AddNote"},
-                          .fields = {Field::Text("T", "text", 20).InList()},
+                          .fields = {SubjectField::Text("T", "text", 20).InList()},
                           .listArea = Area::AnyOperator,
                           .batch = 3});
     registry->AddRead("LstLong", Area::AnyOperator, [](Context&, const wire::Fields&) {

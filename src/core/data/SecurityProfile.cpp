@@ -6,19 +6,17 @@ namespace sysadmin {
 
 void SecurityProfile::Load(RequestChannel& channel, const QString& operatorId) {
     *this = {};
-    const auto readRights = [&](Area area, const QString& tag, const QString& viewTag) {
-        m_rights[int(area)] = {channel.GetFlag(tag), channel.GetFlag(viewTag)};
+    // The rights over patron groups come with a request of their own.
+    const auto readRights = [&](bool ofPatronGroups) {
+        for (const wire::AreaRights& rights : wire::AreasWithRights())
+            if ((rights.area == Area::PatronGroups) == ofPatronGroups)
+                m_rights[int(rights.area)] = {channel.GetFlag(rights.edit), channel.GetFlag(rights.view)};
     };
 
     channel.PutField("OI", operatorId);
     if (channel.SendRequest("SAInit") == 0) {
-        readRights(Area::Acquisitions, "ASPG", "ASPGV");
-        readRights(Area::Cataloging, "CatPG", "CatPGV");
-        readRights(Area::Circulation, "CrcPG", "CrcPGV");
-        readRights(Area::CirculationConversion, "CrCnv", "CrCnvV");
-        readRights(Area::Security, "Sec", "SecV");
+        readRights(false);
         m_changePassword = channel.GetFlag("ChgPwd");
-        readRights(Area::System, "SysDf", "SysDfV");
         m_moneyDecimals = channel.GetField("Dec").toInt();
         m_mainWindowFlag = channel.GetFlag("PRB");
     } else {
@@ -28,7 +26,7 @@ void SecurityProfile::Load(RequestChannel& channel, const QString& operatorId) {
     // Asked even after a failure; its success never makes up for one.
     channel.PutField("OI", operatorId);
     if (channel.SendRequest("CheckMasterProfile") == 0)
-        readRights(Area::PatronGroups, "EditPatGrp", "PatGrpV");
+        readRights(true);
     else
         m_loadFailed = true;
 }

@@ -1,21 +1,14 @@
 #pragma once
 
+#include "wire/Area.h"
+
 #include <QString>
 
 namespace sysadmin {
 
 class RequestChannel;
 
-/// The module areas whose edit and view rights the profile keeps.
-enum class Area {
-    Acquisitions,
-    Cataloging,
-    Circulation,
-    CirculationConversion,
-    PatronGroups,
-    Security,
-    System
-};
+using wire::Area;
 
 /// What the signed-on operator may do in this program. Read once after sign-on; whatever was not read is
 /// denied.

@@ -77,6 +77,10 @@ public:
     virtual void GiveDraft(const std::any&) {}
     /// Keeps the draft as what a record that the server does not have yet begins with.
     virtual void BecomeNew() {}
+    /// Whether its control is the better the more height it gets.
+    virtual bool WantsHeight() const { return false; }
+    /// Whether its control says the caption itself: no label is drawn for it.
+    virtual bool ShowsOwnCaption() const { return false; }
     /// What is wrong with the draft, in a sentence for the operator; empty when nothing is.
     virtual QString Problem() const;
 

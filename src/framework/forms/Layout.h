@@ -10,12 +10,12 @@ namespace sysadmin {
 struct Layout {
     enum class Kind {
         Field,  ///< one field with its label
-        Column, ///< its children below each other, labels and controls aligned
-        Row,    ///< its children side by side, aligned with the other rows of the column
-        Frame,  ///< a titled frame around a column
+        Below,  ///< its children below each other, labels and controls aligned
+        Beside, ///< its children side by side, aligned with the others of their kind below each other
+        Frame,  ///< a titled frame around what stands below each other
         Flow,   ///< frames side by side, as many as fit; the others below them
         Tabs,   ///< a tab widget; its children are pages
-        Page,   ///< one tab: a column
+        Page,   ///< one tab; its children below each other
         Note,   ///< explaining text
         Slot,   ///< a widget that the screen makes itself, by name
         Block,  ///< rows of fields under common headings; its children are the rows, each with its heading
@@ -46,11 +46,11 @@ struct Layout {
     std::function<bool()> mayPress{}; ///< of a button; none: whenever the fields can be edited
 };
 
-inline Layout Column(const QList<Layout>& children) {
-    return {Layout::Kind::Column, {}, {}, children};
+inline Layout Below(const QList<Layout>& children) {
+    return {Layout::Kind::Below, {}, {}, children};
 }
-inline Layout Row(const QList<Layout>& children) {
-    return {Layout::Kind::Row, {}, {}, children};
+inline Layout Beside(const QList<Layout>& children) {
+    return {Layout::Kind::Beside, {}, {}, children};
 }
 inline Layout Frame(const QString& name, const QString& caption, const QList<Layout>& children) {
     return {Layout::Kind::Frame, name, caption, children};
@@ -72,7 +72,7 @@ inline Layout Page(const QString& name, const QString& caption, const QList<Layo
 }
 /// A row of a block: its heading and a field per column.
 inline Layout BlockRow(const QString& heading, const QList<Layout>& fields) {
-    return {Layout::Kind::Row, {}, heading, fields};
+    return {Layout::Kind::Beside, {}, heading, fields};
 }
 /// Fields without captions of their own under common headings: a week of opening hours. A screen reader says
 /// both headings of a field.

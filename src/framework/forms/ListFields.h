@@ -33,6 +33,7 @@ public:
     void Clear() override { SetStoredItems({}); }
     bool IsChanged() const override { return m_draft != m_stored; }
     bool IsBlank() const override { return m_draft.isEmpty(); }
+    bool WantsHeight() const override { return true; }
     void Accept() override { m_stored = m_draft; }
     void Revert() override;
     std::any TakeDraft() const override { return m_draft; }
@@ -96,6 +97,8 @@ public:
     void Clear() override { LoadLists({}, {}); }
     bool IsChanged() const override { return m_lists.Changed(); }
     bool IsBlank() const override { return m_lists.Selected().isEmpty(); }
+    bool WantsHeight() const override { return true; }
+    bool ShowsOwnCaption() const override { return true; }
     void Accept() override { m_lists.Accept(); }
     void Revert() override;
     void BecomeNew() override;

@@ -156,6 +156,7 @@ public:
     void Clear() override { SetStoredRows({}); }
     bool IsChanged() const override { return m_draft != m_stored; }
     bool IsBlank() const override { return m_draft.isEmpty(); }
+    bool WantsHeight() const override { return true; }
     void Accept() override;
     void Revert() override;
     void BecomeNew() override;

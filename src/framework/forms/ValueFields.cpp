@@ -61,14 +61,14 @@ QString MultiLineField::ToWire() const {
 }
 
 void ChoiceField::SetItems(const QList<PickItem>& items) {
-    if (m_items == items)
+    if (Items() == items)
         return;
     m_items = items;
     NotifyChange();
 }
 
 QString ChoiceField::DisplayText() const {
-    for (const PickItem& item : m_items)
+    for (const PickItem& item : Items())
         if (item.id == Draft())
             return item.text;
     return Draft();
@@ -79,11 +79,11 @@ QString NumberField::Problem() const {
         return problem;
     bool isNumber = false;
     const int value = Draft().toInt(&isNumber);
-    if (!isNumber || value < m_least || value > m_most)
+    if (!isNumber || value < Least() || value > Most())
         return Form::tr("\"%1\" must be a whole number from %2 to %3.")
             .arg(PlainCaption())
-            .arg(m_least)
-            .arg(m_most);
+            .arg(Least())
+            .arg(Most());
     return {};
 }
 
@@ -130,7 +130,8 @@ QString DateField::DisplayText() const {
 }
 
 QString DateField::FromWire(const QString& value) const {
-    return !m_suffix.isEmpty() && value.endsWith(m_suffix) ? value.chopped(m_suffix.size()) : value;
+    const QString& suffix = Spec().suffix;
+    return !suffix.isEmpty() && value.endsWith(suffix) ? value.chopped(suffix.size()) : value;
 }
 
 QString DateField::Problem() const {
@@ -141,7 +142,7 @@ QString DateField::Problem() const {
 
 void TimeField::TypeIn(const QString& text) {
     const QString typed = text.simplified();
-    for (const QString& word : m_words)
+    for (const QString& word : Spec().words)
         if (word.compare(typed, Qt::CaseInsensitive) == 0) {
             SetDraft(word);
             return;
@@ -168,25 +169,23 @@ QString TimeField::DisplayText() const {
 QString TimeField::Problem() const {
     if (const QString problem = Field::Problem(); !problem.isEmpty() || IsBlank())
         return problem;
-    return Time().isValid() || m_words.contains(Draft())
+    return Time().isValid() || Spec().words.contains(Draft())
                ? QString()
                : Form::tr("\"%1\" must be a time of day.").arg(PlainCaption());
 }
 
 QString IntervalField::Number() const {
-    return m_place == LetterPlace::Before ? Draft().mid(1)
-                                          : Draft().chopped(qMin(qsizetype(1), Draft().size()));
+    return Spec().letterFirst ? Draft().mid(1) : Draft().chopped(qMin(qsizetype(1), Draft().size()));
 }
 
 QString IntervalField::Unit() const {
     if (Draft().isEmpty())
-        return m_units.isEmpty() ? QString() : m_units.first().id;
-    return m_place == LetterPlace::Before ? Draft().left(1) : Draft().right(1);
+        return Units().isEmpty() ? QString() : Units().first().id;
+    return Spec().letterFirst ? Draft().left(1) : Draft().right(1);
 }
 
 void IntervalField::SetParts(const QString& number, const QString& unit) {
-    SetDraft(m_place == LetterPlace::Before ? QString(unit + number.trimmed())
-                                            : QString(number.trimmed() + unit));
+    SetDraft(Spec().letterFirst ? QString(unit + number.trimmed()) : QString(number.trimmed() + unit));
 }
 
 QString IntervalField::Problem() const {
@@ -196,8 +195,8 @@ QString IntervalField::Problem() const {
         return {};
     bool isNumber = false;
     const int value = Number().toInt(&isNumber);
-    if (!isNumber || value < 0 || value > m_most)
-        return Form::tr("\"%1\" must be a whole number from 0 to %2.").arg(PlainCaption()).arg(m_most);
+    if (!isNumber || value < 0 || value > Most())
+        return Form::tr("\"%1\" must be a whole number from 0 to %2.").arg(PlainCaption()).arg(Most());
     return {};
 }
 

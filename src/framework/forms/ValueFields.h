@@ -57,6 +57,7 @@ class MultiLineField : public ValueField {
 public:
     MultiLineField(Form& form, const FieldSpec& spec)
         : ValueField(form, Kind::MultiLine, spec) {}
+    bool WantsHeight() const override { return true; }
 
 protected:
     QString FromWire(const QString& value) const override;
@@ -81,6 +82,7 @@ public:
     void SetOn(bool on) { SetDraft(on ? "Y" : "N"); }
     void Clear() override { SetStored(Spec().initial.isEmpty() ? "N" : Spec().initial); }
     bool IsBlank() const override { return false; }
+    bool ShowsOwnCaption() const override { return true; }
 
 protected:
     QString ToWire() const override { return IsOn() ? "Y" : "N"; }
@@ -89,10 +91,9 @@ protected:
 /// One of a list of entries, known by its id. An id that the list lacks survives load and save.
 class ChoiceField : public ValueField {
 public:
-    ChoiceField(Form& form, const FieldSpec& spec, const QList<PickItem>& items = {})
-        : ValueField(form, Kind::Choice, spec)
-        , m_items(items) {}
-    const QList<PickItem>& Items() const { return m_items; }
+    ChoiceField(Form& form, const FieldSpec& spec)
+        : ValueField(form, Kind::Choice, spec) {}
+    const QList<PickItem>& Items() const { return m_items.isEmpty() ? Spec().options : m_items; }
     void SetItems(const QList<PickItem>& items);
     QString DisplayText() const override;
 
@@ -105,31 +106,22 @@ private:
 /// appended.
 class LetterField : public ValueField {
 public:
-    LetterField(Form& form, const FieldSpec& spec, const QList<PickItem>& options)
-        : ValueField(form, Kind::Letter, spec)
-        , m_options(options) {}
-    const QList<PickItem>& Options() const { return m_options; }
-
-private:
-    QList<PickItem> m_options;
+    LetterField(Form& form, const FieldSpec& spec)
+        : ValueField(form, Kind::Letter, spec) {}
 };
 
-/// A whole number in a range.
+/// A whole number in the range that its declaration gives.
 class NumberField : public ValueField {
 public:
-    NumberField(Form& form, const FieldSpec& spec, int least = 0, int most = 999999)
-        : ValueField(form, Kind::Number, spec)
-        , m_least(least)
-        , m_most(most) {}
-    int Least() const { return m_least; }
-    int Most() const { return m_most; }
+    static constexpr int UsualMost = 999999;
+
+    NumberField(Form& form, const FieldSpec& spec)
+        : ValueField(form, Kind::Number, spec) {}
+    int Least() const { return Spec().least; }
+    int Most() const { return Spec().most > 0 ? Spec().most : UsualMost; }
     int Value() const { return Draft().toInt(); }
     void SetValue(int value) { SetDraft(QString::number(value)); }
     QString Problem() const override;
-
-private:
-    int m_least;
-    int m_most;
 };
 
 /// An amount of money: kept with a decimal point and without group marks, travels as one blank when empty.
@@ -153,41 +145,33 @@ private:
     int m_decimals = 2;
 };
 
-/// A date, kept in the text form that travels (`format` as QDate takes it), which may be followed by a fixed
-/// text.
+/// A date, kept in the text form that travels, which may be followed by a fixed text.
 class DateField : public ValueField {
 public:
-    DateField(Form& form, const FieldSpec& spec, const QString& format = "yyyy-MM-dd",
-              const QString& suffix = {})
-        : ValueField(form, Kind::Date, spec)
-        , m_format(format)
-        , m_suffix(suffix) {}
+    DateField(Form& form, const FieldSpec& spec)
+        : ValueField(form, Kind::Date, spec) {}
     /// The draft as a date; invalid when it is blank.
-    QDate Date() const { return QDate::fromString(Draft(), m_format); }
-    void SetDate(QDate date) { SetDraft(date.isValid() ? date.toString(m_format) : QString()); }
+    QDate Date() const { return QDate::fromString(Draft(), Format()); }
+    void SetDate(QDate date) { SetDraft(date.isValid() ? date.toString(Format()) : QString()); }
     QString DisplayText() const override;
     QString Problem() const override;
 
 protected:
     QString FromWire(const QString& value) const override;
-    QString ToWire() const override { return IsBlank() ? QString() : Draft() + m_suffix; }
+    QString ToWire() const override { return IsBlank() ? QString() : Draft() + Spec().suffix; }
 
 private:
-    QString m_format;
-    QString m_suffix;
+    QString Format() const { return Spec().format.isEmpty() ? "yyyy-MM-dd" : Spec().format; }
 };
 
 /// A time of day, kept in the text form that travels. It may be missing, and it may be one of a few words
 /// ("Closed") that stand where a time would.
 class TimeField : public ValueField {
 public:
-    TimeField(Form& form, const FieldSpec& spec, const QString& format = "HH:mm",
-              const QStringList& words = {})
-        : ValueField(form, Kind::Time, spec)
-        , m_format(format)
-        , m_words(words) {}
-    QTime Time() const { return QTime::fromString(Draft(), m_format); }
-    void SetTime(QTime time) { SetDraft(time.isValid() ? time.toString(m_format) : QString()); }
+    TimeField(Form& form, const FieldSpec& spec)
+        : ValueField(form, Kind::Time, spec) {}
+    QTime Time() const { return QTime::fromString(Draft(), Format()); }
+    void SetTime(QTime time) { SetDraft(time.isValid() ? time.toString(Format()) : QString()); }
     /// One of the words, or a time as people write it ("8:30 pm", "2030", "8"); anything else stays as it was
     /// typed and is a problem.
     void TypeIn(const QString& text);
@@ -195,26 +179,18 @@ public:
     QString Problem() const override;
 
 private:
-    QString m_format;
-    QStringList m_words;
+    QString Format() const { return Spec().format.isEmpty() ? "HH:mm" : Spec().format; }
 };
 
 /// A number with a unit that travels as one text: the unit's letter before the number or behind it.
 class IntervalField : public ValueField {
 public:
-    enum class LetterPlace { Before, Behind };
+    static constexpr int UsualMost = 9999;
 
-    /// `units`: id the letter, text the caption. `unitName`: the unit list's control name.
-    IntervalField(Form& form, const FieldSpec& spec, const QString& unitName, const QList<PickItem>& units,
-                  LetterPlace place, int most = 9999)
-        : ValueField(form, Kind::Interval, spec)
-        , m_unitName(unitName)
-        , m_units(units)
-        , m_place(place)
-        , m_most(most) {}
-    const QString& UnitName() const { return m_unitName; }
-    const QList<PickItem>& Units() const { return m_units; }
-    int Most() const { return m_most; }
+    IntervalField(Form& form, const FieldSpec& spec)
+        : ValueField(form, Kind::Interval, spec) {}
+    const QList<PickItem>& Units() const { return Spec().options; }
+    int Most() const { return Spec().most > 0 ? Spec().most : UsualMost; }
     /// The number as text (blank when there is none) and the unit's letter (the first unit's when there is
     /// none).
     QString Number() const;
@@ -224,12 +200,6 @@ public:
     virtual void ChangeUnit(const QString& unit) { SetParts(Number(), unit); }
     bool IsBlank() const override { return Number().trimmed().isEmpty(); }
     QString Problem() const override;
-
-private:
-    QString m_unitName;
-    QList<PickItem> m_units;
-    LetterPlace m_place;
-    int m_most;
 };
 
 } // namespace sysadmin

@@ -45,7 +45,7 @@ bool AreRangesApart(const QList<Row>& ranges) {
 }
 
 /// The members of groups of a type. Only those of its own type belong to a group.
-Children Members(const QString& type, const QList<Field>& fields, bool (*check)(const QList<Row>&)) {
+Children Members(const QString& type, const QList<SubjectField>& fields, bool (*check)(const QList<Row>&)) {
     return {.table = "access_group_members",
             .owner = "group_id",
             .fields = fields,
@@ -56,12 +56,13 @@ Children Members(const QString& type, const QList<Field>& fields, bool (*check)(
 
 QList<Children> MembersByType() {
     QList<Children> members{
-        Members("D", {Field::Text("DN", "least", DomainNameLength).Required().Checked(IsDomainName)},
+        Members("D", {SubjectField::Text("DN", "least", DomainNameLength).Required().Checked(IsDomainName)},
                 AreDifferent),
-        Members("I", {Field::Text("IP", "least", AddressLength).Required().Checked(IsAddress)}, AreDifferent),
+        Members("I", {SubjectField::Text("IP", "least", AddressLength).Required().Checked(IsAddress)},
+                AreDifferent),
         Members("R",
-                {Field::Text("MI", "least", AddressLength).Required().Checked(IsAddress),
-                 Field::Text("XI", "most", AddressLength).Required().Checked(IsAddress)},
+                {SubjectField::Text("MI", "least", AddressLength).Required().Checked(IsAddress),
+                 SubjectField::Text("XI", "most", AddressLength).Required().Checked(IsAddress)},
                 AreRangesApart),
     };
     members.first().idTag = "DI";
@@ -82,9 +83,9 @@ void RegisterAccessGroups(Registry& registry) {
                      .available = "AvlAG"},
         .fields =
             {
-                Field::Text("T", "type", 1).Required().Checked(IsGroupType).InList(),
-                Field::Text("C", "code", CodeLength).Required().Unique(status::DuplicateCode).InList(),
-                Field::Text("N", "name", NameLength).Required().Unique(status::DuplicateName).InList(),
+                SubjectField::Text("T", "type", 1).Required().Checked(IsGroupType).InList(),
+                SubjectField::Text("C", "code", CodeLength).Required().Unique(status::DuplicateCode).InList(),
+                SubjectField::Text("N", "name", NameLength).Required().Unique(status::DuplicateName).InList(),
             },
         .key = "I",
         .usages = {{"access rules", status::InUse}},

@@ -13,12 +13,12 @@ constexpr qint16 AdjustReasonInPrices = 86;
 constexpr qint16 OrderTypeInOrders = 91;
 constexpr qint16 ClaimTypeInSerialClaims = 101;
 
-Field UniqueName(const QString& tag) {
-    return Field::Text(tag, "name", TextLength).Required().Unique(status::DuplicateName).InList();
+SubjectField UniqueName(const QString& tag) {
+    return SubjectField::Text(tag, "name", TextLength).Required().Unique(status::DuplicateName).InList();
 }
 
-Field EdiCode(const QString& tag) {
-    return Field::Text(tag, "edi_code", EdiCodeLength);
+SubjectField EdiCode(const QString& tag) {
+    return SubjectField::Text(tag, "edi_code", EdiCodeLength);
 }
 
 bool IsAdjustmentKind(const QString& value) {
@@ -43,7 +43,7 @@ void RegisterAcquisitionsCodes(Registry& registry) {
         .area = Area::Acquisitions,
         .requests =
             {.list = "LstMark", .get = "GetMark", .add = "AddMark", .update = "UpdMark", .remove = "DelMark"},
-        .fields = {UniqueName("Nm"), Field::Reference("C", "claim_type_id", "claim_types")},
+        .fields = {UniqueName("Nm"), SubjectField::Reference("C", "claim_type_id", "claim_types")},
         .usages = {{"marked line items", MarkReasonOnLineItems}, {"marked issues", MarkReasonOnIssues}},
         .addReply = {"ID", "Nm"},
     });
@@ -52,8 +52,8 @@ void RegisterAcquisitionsCodes(Registry& registry) {
         .table = "vendors",
         .area = Area::Acquisitions,
         .requests = {.list = "LstVen"},
-        .fields = {Field::Text("Cd", "code", CodeLength).InList(),
-                   Field::Text("Nm", "name", NameLength).InList()},
+        .fields = {SubjectField::Text("Cd", "code", CodeLength).InList(),
+                   SubjectField::Text("Nm", "name", NameLength).InList()},
         .order = {"name"},
     });
     registry.AddSubject({
@@ -61,8 +61,9 @@ void RegisterAcquisitionsCodes(Registry& registry) {
         .area = Area::Acquisitions,
         .requests =
             {.list = "LstAdj", .get = "GetAdj", .add = "AddAdj", .update = "UpdAdj", .remove = "DelAdj"},
-        .fields = {UniqueName("T"), EdiCode("EC"), Field::Text("CC", "kind", 1).Checked(IsAdjustmentKind),
-                   Field::Reference("V", "vendor_id", "vendors")},
+        .fields = {UniqueName("T"), EdiCode("EC"),
+                   SubjectField::Text("CC", "kind", 1).Checked(IsAdjustmentKind),
+                   SubjectField::Reference("V", "vendor_id", "vendors")},
         .usages = {{"price adjustments", AdjustReasonInPrices}},
         .addReply = {"ID", "T"},
     });
@@ -74,7 +75,8 @@ void RegisterAcquisitionsCodes(Registry& registry) {
         .fields = {UniqueName("D"),
                    // How the acquisitions client treats orders of the type: delivered at the vendor's choice,
                    // and renewed each term.
-                   Field::Flag("B", "blanket").OnlyInList(), Field::Flag("RT", "recurring").OnlyInList()},
+                   SubjectField::Flag("B", "blanket").OnlyInList(),
+                   SubjectField::Flag("RT", "recurring").OnlyInList()},
         .key = "T",
         .usages = {{"purchase orders", OrderTypeInOrders}},
         .addReply = {"T", "D"},

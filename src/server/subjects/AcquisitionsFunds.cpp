@@ -28,12 +28,12 @@ const QList<FundRule>& FundRules() {
     return rules;
 }
 
-QList<Field> FundTypeFields() {
-    QList<Field> fields{
-        Field::Text("Nm", "name", TextLength).Required().Unique(status::DuplicateName).InList()};
+QList<SubjectField> FundTypeFields() {
+    QList<SubjectField> fields{
+        SubjectField::Text("Nm", "name", TextLength).Required().Unique(status::DuplicateName).InList()};
     for (const FundRule& rule : FundRules())
-        fields << Field::Flag(rule.flagTag, rule.column)
-               << Field::Whole(rule.PercentTag(), rule.PercentColumn(), 0, MostPercent);
+        fields << SubjectField::Flag(rule.flagTag, rule.column)
+               << SubjectField::Whole(rule.PercentTag(), rule.PercentColumn(), 0, MostPercent);
     return fields;
 }
 
@@ -91,9 +91,12 @@ void RegisterAcquisitionsFunds(Registry& registry) {
                      .remove = "DelFscPr"},
         .fields =
             {
-                Field::Text("Nm", "name", TextLength).Required().Unique(status::DuplicateName).InList(),
-                Field::Text("StDt", "start_date", 10).Required().Checked(IsFirstDay),
-                Field::Text("EDt", "end_date", 19).Required().Checked(IsEnd),
+                SubjectField::Text("Nm", "name", TextLength)
+                    .Required()
+                    .Unique(status::DuplicateName)
+                    .InList(),
+                SubjectField::Text("StDt", "start_date", 10).Required().Checked(IsFirstDay),
+                SubjectField::Text("EDt", "end_date", 19).Required().Checked(IsEnd),
             },
         .usages = {{"ledgers", UsedByLedgers}, {"rollover rules", UsedByRollovers}},
         .addReply = {"ID", "Nm"},

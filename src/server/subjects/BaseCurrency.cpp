@@ -17,11 +17,11 @@ void RegisterBaseCurrency(Registry& registry) {
         .requests = {.get = "GetBsCur", .add = "AddBsCur", .update = "UpdBsCur"},
         .fields =
             {
-                Field::Text("CtNm", "country", NameLength),
-                Field::Text("CrNm", "name", NameLength).Required(),
-                Field::Text("CrCd", "code", CurrencyCodeLength).Required(),
-                Field::Whole("Dec", "decimals", 0, 4).Required(),
-                Field::Text("Dlm", "delimiter", 1).Default(".").Checked(IsDelimiter),
+                SubjectField::Text("CtNm", "country", NameLength),
+                SubjectField::Text("CrNm", "name", NameLength).Required(),
+                SubjectField::Text("CrCd", "code", CurrencyCodeLength).Required(),
+                SubjectField::Whole("Dec", "decimals", 0, 4).Required(),
+                SubjectField::Text("Dlm", "delimiter", 1).Default(".").Checked(IsDelimiter),
             },
         .single = true,
     });

@@ -154,11 +154,13 @@ void RegisterClusters(Registry& registry) {
             {.get = "GetCluster", .add = "AddCluster", .update = "UpdCluster", .remove = "DelCluster"},
         .fields =
             {
-                Field::Text("CCD", "code", CodeLength).Required().Unique(status::DuplicateCode),
-                Field::Text("CNM", "name", NameLength).Required().Unique(status::DuplicateName),
-                Field::Reference("CPLID", "pickup_location_id", "locations", OnRemoval::Clear).WriteOnly(),
-                Field::Reference("CPL", "pickup_location_id", "locations", OnRemoval::Clear).ReadOnly(),
-                Field::Flag("BLT", "blocks_local"),
+                SubjectField::Text("CCD", "code", CodeLength).Required().Unique(status::DuplicateCode),
+                SubjectField::Text("CNM", "name", NameLength).Required().Unique(status::DuplicateName),
+                SubjectField::Reference("CPLID", "pickup_location_id", "locations", OnRemoval::Clear)
+                    .WriteOnly(),
+                SubjectField::Reference("CPL", "pickup_location_id", "locations", OnRemoval::Clear)
+                    .ReadOnly(),
+                SubjectField::Flag("BLT", "blocks_local"),
             },
         .key = "CID",
         .rights = {{"GetCluster", {.anyOf = ClusterRights(), .orView = Area::Circulation}},

@@ -8,8 +8,8 @@ void RegisterDefaultAddress(Registry& registry) {
         .table = "default_address",
         .area = Area::System,
         .requests = {.get = "GetDAdr", .add = "AddDAdr", .update = "UpdDAdr"},
-        .fields = QList<Field>{Field::Text("LNm", "library_name", NameLength).Required(),
-                               Field::Text("CCm", "contact", NameLength)} +
+        .fields = QList<SubjectField>{SubjectField::Text("LNm", "library_name", NameLength).Required(),
+                                      SubjectField::Text("CCm", "contact", NameLength)} +
                   PostalFields(),
         .single = true,
     });

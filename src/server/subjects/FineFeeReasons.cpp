@@ -16,8 +16,8 @@ void RegisterFineFeeReasons(Registry& registry) {
         .requests = {.add = "AddFee", .update = "UpdFee", .remove = "DelFee"},
         .fields =
             {
-                Field::Text("Cd", "code", CodeLength).Required().Unique(status::DuplicateCode),
-                Field::Text("Nm", "name", NameLength).Required().Unique(status::DuplicateName),
+                SubjectField::Text("Cd", "code", CodeLength).Required().Unique(status::DuplicateCode),
+                SubjectField::Text("Nm", "name", NameLength).Required().Unique(status::DuplicateName),
             },
         .usages = {{"fines and fees", UsedByFines}},
         .addReply = {"ID", "Cd"},
@@ -26,7 +26,7 @@ void RegisterFineFeeReasons(Registry& registry) {
         .table = "payment_types",
         .area = Area::System,
         .requests = {.add = "AddPmt", .update = "UpdPmt", .remove = "DelPmt"},
-        .fields = {Field::Text("PNm", "name", NameLength).Required().Unique(status::DuplicateName)},
+        .fields = {SubjectField::Text("PNm", "name", NameLength).Required().Unique(status::DuplicateName)},
         .key = "PId",
         .usages = {{"fine and fee transactions", UsedByPayments}},
         .addReply = {"PId", "PNm"},
@@ -37,9 +37,9 @@ void RegisterFineFeeReasons(Registry& registry) {
         .requests = {.add = "AddPstTp", .update = "UpdPstTp", .remove = "DelPstTp"},
         .fields =
             {
-                Field::Text("PstNm", "name", NameLength).Required().Unique(status::DuplicateName),
-                Field::Flag("TF", "for_fines"),
-                Field::Flag("TD", "for_demerits"),
+                SubjectField::Text("PstNm", "name", NameLength).Required().Unique(status::DuplicateName),
+                SubjectField::Flag("TF", "for_fines"),
+                SubjectField::Flag("TD", "for_demerits"),
             },
         .key = "PstId",
         .usages = {{"fine and fee transactions", status::InUse}},

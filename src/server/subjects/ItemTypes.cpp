@@ -20,9 +20,15 @@ void RegisterItemTypes(Registry& registry) {
                      .remove = "DelItmTp"},
         .fields =
             {
-                Field::Text("Cd", "code", CodeLength).Required().Unique(status::DuplicateCode).InList(),
-                Field::Text("Nm", "name", NameLength).Required().Unique(status::DuplicateName).InList(),
-                Field::Text("Dsp", "display_name", NameLength),
+                SubjectField::Text("Cd", "code", CodeLength)
+                    .Required()
+                    .Unique(status::DuplicateCode)
+                    .InList(),
+                SubjectField::Text("Nm", "name", NameLength)
+                    .Required()
+                    .Unique(status::DuplicateName)
+                    .InList(),
+                SubjectField::Text("Dsp", "display_name", NameLength),
             },
         .listArea = Area::AnyOperator,
         .usages = {{"items", UsedByItems}, {"acquisitions policies", UsedByAcquisitionsPolicy}},

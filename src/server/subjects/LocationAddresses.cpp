@@ -8,8 +8,8 @@ Children LocationAddresses() {
     const Children phones{
         .table = "location_phones",
         .owner = "address_id",
-        .fields = {Field::Text("PhNm", "number", PhoneLength).Required(),
-                   Field::Reference("PhTp", "phone_type_id", "phone_types")},
+        .fields = {SubjectField::Text("PhNm", "number", PhoneLength).Required(),
+                   SubjectField::Reference("PhTp", "phone_type_id", "phone_types")},
         .idTag = "PhID",
         .state = "PhRq",
         .ownerTag = "PhAID",
@@ -18,14 +18,14 @@ Children LocationAddresses() {
     return {
         .table = "location_addresses",
         .owner = "location_id",
-        .fields = QList<Field>{Field::Text("AdrNm", "contact", NameLength)} + PostalFields() +
-                  QList<Field>{
-                      Field::Flag("Ship", "is_ship_to"),
-                      Field::Flag("Bill", "is_bill_to"),
-                      Field::Flag("Strt", "is_street"),
-                      Field::Flag("Cmp", "is_campus"),
-                      Field::Flag("CDsk", "is_circ_desk"),
-                      Field::Flag("Other", "is_other"),
+        .fields = QList<SubjectField>{SubjectField::Text("AdrNm", "contact", NameLength)} + PostalFields() +
+                  QList<SubjectField>{
+                      SubjectField::Flag("Ship", "is_ship_to"),
+                      SubjectField::Flag("Bill", "is_bill_to"),
+                      SubjectField::Flag("Strt", "is_street"),
+                      SubjectField::Flag("Cmp", "is_campus"),
+                      SubjectField::Flag("CDsk", "is_circ_desk"),
+                      SubjectField::Flag("Other", "is_other"),
                   },
         .marker = "AdrRq",
         .idTag = "AdrID",

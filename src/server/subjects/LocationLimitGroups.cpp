@@ -14,9 +14,9 @@ void RegisterLocationLimitGroups(Registry& registry) {
                      .available = "AvlLmt"},
         .fields =
             {
-                Field::Text("C", "code", CodeLength).Required().Unique(status::DuplicateCode).InList(),
-                Field::Text("N", "name", NameLength).Required().Unique(status::DuplicateName).InList(),
-                Field::Flag("O", "suppressed"),
+                SubjectField::Text("C", "code", CodeLength).Required().Unique(status::DuplicateCode).InList(),
+                SubjectField::Text("N", "name", NameLength).Required().Unique(status::DuplicateName).InList(),
+                SubjectField::Flag("O", "suppressed"),
             },
         .usages = {{"saved searches", status::InUse}},
         .memberships = {{.table = "location_limit_group_members",

@@ -81,14 +81,17 @@ void RegisterLocations(Registry& registry) {
             {.list = "LstLoc", .get = "GetLoc", .add = "AddLoc", .update = "UpdLoc", .remove = "DelLoc"},
         .fields =
             {
-                Field::Text("Cd", "code", CodeLength).Required().Unique(status::DuplicateCode).InList(),
+                SubjectField::Text("Cd", "code", CodeLength)
+                    .Required()
+                    .Unique(status::DuplicateCode)
+                    .InList(),
                 // Real libraries give several locations the same name.
-                Field::Text("Nm", "name", NameLength).Required().InList(),
-                Field::Text("Spn", "spine_label", NameLength),
-                Field::Text("Dsp", "display_name", NameLength),
-                Field::Flag("OPAC", "suppressed"),
-                Field::Reference("Lb", "owning_library_id", "owning_libraries"),
-                Field::Joined("LN", "owning_library_id", "owning_libraries", "name").OnlyInList(),
+                SubjectField::Text("Nm", "name", NameLength).Required().InList(),
+                SubjectField::Text("Spn", "spine_label", NameLength),
+                SubjectField::Text("Dsp", "display_name", NameLength),
+                SubjectField::Flag("OPAC", "suppressed"),
+                SubjectField::Reference("Lb", "owning_library_id", "owning_libraries"),
+                SubjectField::Joined("LN", "owning_library_id", "owning_libraries", "name").OnlyInList(),
             },
         .listArea = Area::AnyOperator,
         .usedBy = {{"acquisitions_policy_locations", "location_id", InAcquisitionsGroup},

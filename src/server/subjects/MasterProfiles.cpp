@@ -6,11 +6,11 @@
 namespace sysadmin::server {
 
 void RegisterMasterProfiles(Registry& registry) {
-    QList<Field> fields{
-        Field::Text("Nm", "name", NameLength).Required().Unique(status::DuplicateName).InList(),
+    QList<SubjectField> fields{
+        SubjectField::Text("Nm", "name", NameLength).Required().Unique(status::DuplicateName).InList(),
     };
     for (const MasterRight& right : MasterRights())
-        fields << Field::Flag(right.tag, right.column);
+        fields << SubjectField::Flag(right.tag, right.column);
     registry.AddSubject({
         .table = "master_profiles",
         .area = Area::Security,

@@ -11,11 +11,14 @@ void RegisterMaterialTypes(Registry& registry) {
         .requests = {.list = "LstBF", .get = "GetBF", .add = "AddBF", .update = "UpdBF", .remove = "DelBF"},
         .fields =
             {
-                Field::Text("Cd", "code", MaterialCodeLength)
+                SubjectField::Text("Cd", "code", MaterialCodeLength)
                     .Required()
                     .Unique(status::DuplicateCode)
                     .InList(),
-                Field::Text("Nm", "name", TextLength).Required().Unique(status::DuplicateName).InList(),
+                SubjectField::Text("Nm", "name", TextLength)
+                    .Required()
+                    .Unique(status::DuplicateName)
+                    .InList(),
             },
         .key = "Cd",
         .originalKey = "OC",

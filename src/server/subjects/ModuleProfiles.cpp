@@ -122,14 +122,14 @@ void DeclareCirculationLists(Registry& registry) {
 void RegisterModuleProfiles(Registry& registry) {
     DeclareCirculationLists(registry);
     for (const Module& module : Modules()) {
-        QList<Field> fields{
-            Field::Text("Nm", "name", NameLength).Required().Unique(status::DuplicateName).InList()};
+        QList<SubjectField> fields{
+            SubjectField::Text("Nm", "name", NameLength).Required().Unique(status::DuplicateName).InList()};
         for (const QString& tag : module.rights)
-            fields << Field::Flag(tag, ColumnOf(tag));
+            fields << SubjectField::Flag(tag, ColumnOf(tag));
         if (module.word == "CrPrf")
-            fields << Field::Flag("AllLoc", "all_locations");
+            fields << SubjectField::Flag("AllLoc", "all_locations");
         if (module.word == "RPrf")
-            fields << Field::Whole("RepPrfLevId", "level", 1, 3).Default("1");
+            fields << SubjectField::Whole("RepPrfLevId", "level", 1, 3).Default("1");
         Subject subject{
             .table = module.table,
             .area = Area::Security,

@@ -21,9 +21,12 @@ void RegisterOwningLibraries(Registry& registry) {
                      .available = "AvlLib"},
         .fields =
             {
-                Field::Text("LN", "name", NameLength).Required().Unique(status::DuplicateName).InList(),
-                Field::Text("DN", "display_name", NameLength),
-                Field::Text("NC", "nuc_code", CodeLength),
+                SubjectField::Text("LN", "name", NameLength)
+                    .Required()
+                    .Unique(status::DuplicateName)
+                    .InList(),
+                SubjectField::Text("DN", "display_name", NameLength),
+                SubjectField::Text("NC", "nuc_code", CodeLength),
             },
         .listArea = Area::AnyOperator,
         .usedBy = {{"locations", "owning_library_id", OwnsLocations}},

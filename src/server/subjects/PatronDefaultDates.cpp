@@ -36,10 +36,10 @@ void RegisterPatronDefaultDates(Registry& registry) {
         .requests = {.get = "GetPatDefDates", .update = "UpdPatDefDates"},
         .fields =
             {
-                Field::Text("PatExpDate", "expiration_date", DateLength).Checked(IsDate),
-                Field::Text("PatExpOffset", "expiration_offset", OffsetLength).Checked(IsOffset),
-                Field::Text("PatPurgeDate", "purge_date", DateLength).Checked(IsDate),
-                Field::Text("PatPurgeOffset", "purge_offset", OffsetLength).Checked(IsOffset),
+                SubjectField::Text("PatExpDate", "expiration_date", DateLength).Checked(IsDate),
+                SubjectField::Text("PatExpOffset", "expiration_offset", OffsetLength).Checked(IsOffset),
+                SubjectField::Text("PatPurgeDate", "purge_date", DateLength).Checked(IsDate),
+                SubjectField::Text("PatPurgeOffset", "purge_offset", OffsetLength).Checked(IsOffset),
             },
         .single = true,
         .checkPut = CheckPut,

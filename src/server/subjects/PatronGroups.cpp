@@ -21,20 +21,20 @@ void RegisterPatronGroups(Registry& registry) {
                      .remove = "DelPatGp"},
         .fields =
             {
-                Field::Reference("CID", "cluster_id", "clusters").Required().WriteOnly(),
-                Field::Text("Cd", "code", CodeLength)
+                SubjectField::Reference("CID", "cluster_id", "clusters").Required().WriteOnly(),
+                SubjectField::Text("Cd", "code", CodeLength)
                     .Required()
                     .Unique(status::DuplicateCode, "cluster_id")
                     .InList(),
                 // Real libraries give several groups the same name.
-                Field::Text("Nm", "name", NameLength).Required().InList(),
-                Field::Text("Dsp", "display_name", NameLength),
-                Field::Whole("MaxDem", "most_demerits"),
-                Field::Whole("SusDays", "suspension_days"),
-                Field::Flag("DemAply", "demerits_apply"),
-                Field::Flag("ChrgdStatDsply", "shows_charged_messages"),
-                Field::Flag("PatChrgLmtAply", "limit_applies"),
-                Field::Whole("PatChrgLmt", "charge_limit"),
+                SubjectField::Text("Nm", "name", NameLength).Required().InList(),
+                SubjectField::Text("Dsp", "display_name", NameLength),
+                SubjectField::Whole("MaxDem", "most_demerits"),
+                SubjectField::Whole("SusDays", "suspension_days"),
+                SubjectField::Flag("DemAply", "demerits_apply"),
+                SubjectField::Flag("ChrgdStatDsply", "shows_charged_messages"),
+                SubjectField::Flag("PatChrgLmtAply", "limit_applies"),
+                SubjectField::Whole("PatChrgLmt", "charge_limit"),
             },
         .listArea = Area::AnyOperator,
         .usages = {{"patron barcodes", UsedByPatronBarcodes},

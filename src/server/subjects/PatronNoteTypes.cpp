@@ -12,7 +12,8 @@ void RegisterPatronNoteTypes(Registry& registry) {
                      .add = "AddPatNoteTp",
                      .update = "UpdPatNoteTp",
                      .remove = "DelPatNoteTp"},
-        .fields = {Field::Text("D", "name", TextLength).Required().Unique(status::DuplicateName).InList()},
+        .fields =
+            {SubjectField::Text("D", "name", TextLength).Required().Unique(status::DuplicateName).InList()},
         .usages = {{"patron notes"}},
         .addReply = {"ID", "D"},
     });

@@ -4,19 +4,19 @@
 
 namespace sysadmin::server {
 
-QList<Field> PostalFields() {
+QList<SubjectField> PostalFields() {
     return {
-        Field::Text("EMl", "email", NameLength),
-        Field::Text("Adr1", "line1", AddressLineLength),
-        Field::Text("Adr2", "line2", AddressLineLength),
-        Field::Text("Adr3", "line3", AddressLineLength),
-        Field::Text("Adr4", "line4", AddressLineLength),
-        Field::Text("Adr5", "line5", AddressLineLength),
-        Field::Text("City", "city", AddressLineLength),
-        Field::Text("St", "state", StateLength),
-        Field::Text("Zip", "postal_code", PostalCodeLength),
-        Field::Text("Cty", "country", AddressLineLength),
-        Field::Text("SAN", "standard_number", StandardNumberLength),
+        SubjectField::Text("EMl", "email", NameLength),
+        SubjectField::Text("Adr1", "line1", AddressLineLength),
+        SubjectField::Text("Adr2", "line2", AddressLineLength),
+        SubjectField::Text("Adr3", "line3", AddressLineLength),
+        SubjectField::Text("Adr4", "line4", AddressLineLength),
+        SubjectField::Text("Adr5", "line5", AddressLineLength),
+        SubjectField::Text("City", "city", AddressLineLength),
+        SubjectField::Text("St", "state", StateLength),
+        SubjectField::Text("Zip", "postal_code", PostalCodeLength),
+        SubjectField::Text("Cty", "country", AddressLineLength),
+        SubjectField::Text("SAN", "standard_number", StandardNumberLength),
     };
 }
 

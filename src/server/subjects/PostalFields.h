@@ -6,6 +6,6 @@ namespace sysadmin::server {
 
 /// The fields that every postal address has, from e-mail to standard number, in the order in which they
 /// travel.
-QList<Field> PostalFields();
+QList<SubjectField> PostalFields();
 
 } // namespace sysadmin::server

@@ -33,16 +33,19 @@ void RegisterPrintLocations(Registry& registry) {
         .requests = {.list = "LstPL", .get = "GetPL", .add = "AddPL", .update = "UpdPL", .remove = "DelPL"},
         .fields =
             {
-                Field::Text("Cd", "code", PrintLocationCodeLength)
+                SubjectField::Text("Cd", "code", PrintLocationCodeLength)
                     .Required()
                     .Unique(status::DuplicateCode)
                     .InList(),
-                Field::Text("Nm", "name", TextLength).Required().Unique(status::DuplicateName).InList(),
-                Field::Flag("DP", "is_default").InList(),
-                Field::Flag("CG", "for_circulation"),
-                Field::Flag("AG", "for_acquisitions"),
-                Field::Flag("MSG", "for_media"),
-                Field::Flag("CtG", "for_cataloging"),
+                SubjectField::Text("Nm", "name", TextLength)
+                    .Required()
+                    .Unique(status::DuplicateName)
+                    .InList(),
+                SubjectField::Flag("DP", "is_default").InList(),
+                SubjectField::Flag("CG", "for_circulation"),
+                SubjectField::Flag("AG", "for_acquisitions"),
+                SubjectField::Flag("MSG", "for_media"),
+                SubjectField::Flag("CtG", "for_cataloging"),
             },
         .listArea = Area::AnyOperator,
         .usages = {{"workstations"}},

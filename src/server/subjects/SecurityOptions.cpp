@@ -13,8 +13,8 @@ bool IsTime(const QString& value) {
     return value.isEmpty() || form.match(value).hasMatch();
 }
 
-Field Number(const QString& tag, const QString& column, qint64 most, const QString& fallback) {
-    return Field::Whole(tag, column, 0, most).Default(fallback);
+SubjectField Number(const QString& tag, const QString& column, qint64 most, const QString& fallback) {
+    return SubjectField::Whole(tag, column, 0, most).Default(fallback);
 }
 
 } // namespace
@@ -28,32 +28,32 @@ void RegisterSecurityOptions(Registry& registry) {
         .fields =
             {
                 Number("PMC", "previous_passwords", 24, "3"),
-                Field::Text("PAM", "least_age", 7).Default("H0").Checked(IsTime),
+                SubjectField::Text("PAM", "least_age", 7).Default("H0").Checked(IsTime),
                 Number("PAX", "most_age_days", 999, "0"),
                 Number("ERD", "reminder_days", 999, "0"),
-                Field::Whole("PLM", "least_length", 8, 128).Required().Default("8"),
-                Field::Whole("PLX", "most_length", 1, 128).Required().Default("25"),
-                Field::Flag("PCI", "may_contain_id"),
-                Field::Flag("PCN", "may_contain_name"),
+                SubjectField::Whole("PLM", "least_length", 8, 128).Required().Default("8"),
+                SubjectField::Whole("PLX", "most_length", 1, 128).Required().Default("25"),
+                SubjectField::Flag("PCI", "may_contain_id"),
+                SubjectField::Flag("PCN", "may_contain_name"),
                 Number("PAL", "least_letters", 128, "2"),
-                Field::Flag("PAG", "letters_in_group"),
+                SubjectField::Flag("PAG", "letters_in_group"),
                 Number("PUL", "least_uppercase", 128, "0"),
-                Field::Flag("PUG", "uppercase_in_group"),
+                SubjectField::Flag("PUG", "uppercase_in_group"),
                 Number("PLL", "least_lowercase", 128, "0"),
-                Field::Flag("PLG", "lowercase_in_group"),
+                SubjectField::Flag("PLG", "lowercase_in_group"),
                 Number("PNL", "least_digits", 128, "1"),
-                Field::Flag("PNG", "digits_in_group"),
+                SubjectField::Flag("PNG", "digits_in_group"),
                 Number("PSL", "least_special", 128, "1"),
-                Field::Flag("PSG", "special_in_group"),
+                SubjectField::Flag("PSG", "special_in_group"),
                 Number("PGR", "group_requirement", 5, "0"),
-                Field::Text("PSC", "special_characters", NameLength).Default("!@#$%^&*?~\":;|=-.,"),
+                SubjectField::Text("PSC", "special_characters", NameLength).Default("!@#$%^&*?~\":;|=-.,"),
                 Number("PDD", "first_use_days", 999, "0"),
                 Number("LGA", "sign_on_attempts", 99, "5"),
-                Field::Text("LKD", "locked_for", 7).Default("H24").Checked(IsTime),
-                Field::Text("LKR", "attempts_forgotten", 7).Default("M10").Checked(IsTime),
-                Field::Text("PDT", "rules_text", NoteLength),
-                Field::Text("SWT", "warning_text", NoteLength),
-                Field::Flag("LAT", "log_attempts", "Y"),
+                SubjectField::Text("LKD", "locked_for", 7).Default("H24").Checked(IsTime),
+                SubjectField::Text("LKR", "attempts_forgotten", 7).Default("M10").Checked(IsTime),
+                SubjectField::Text("PDT", "rules_text", NoteLength),
+                SubjectField::Text("SWT", "warning_text", NoteLength),
+                SubjectField::Flag("LAT", "log_attempts", "Y"),
             },
         .single = true,
     });

@@ -9,10 +9,10 @@ void RegisterSystemMiscellaneous(Registry& registry) {
         .requests = {.get = "GetMsc", .update = "UpdMsc"},
         .fields =
             {
-                Field::Flag("RP", "keeps_circulation_patrons"),
-                Field::Flag("MP", "keeps_booking_patrons"),
-                Field::Flag("D", "keeps_distribution_patrons"),
-                Field::Flag("DSS", "shows_subfield_separators"),
+                SubjectField::Flag("RP", "keeps_circulation_patrons"),
+                SubjectField::Flag("MP", "keeps_booking_patrons"),
+                SubjectField::Flag("D", "keeps_distribution_patrons"),
+                SubjectField::Flag("DSS", "shows_subfield_separators"),
             },
         .single = true,
     });

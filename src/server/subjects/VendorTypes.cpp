@@ -9,8 +9,14 @@ void RegisterVendorTypes(Registry& registry) {
         .requests = {.list = "LstVenTp", .add = "AddVenTp", .update = "UpdVenTp", .remove = "DelVenTp"},
         .fields =
             {
-                Field::Text("Cd", "code", CodeLength).Required().Unique(status::DuplicateCode).InList(),
-                Field::Text("Nm", "name", NameLength).Required().Unique(status::DuplicateName).InList(),
+                SubjectField::Text("Cd", "code", CodeLength)
+                    .Required()
+                    .Unique(status::DuplicateCode)
+                    .InList(),
+                SubjectField::Text("Nm", "name", NameLength)
+                    .Required()
+                    .Unique(status::DuplicateName)
+                    .InList(),
             },
         .key = "Cd",
         .originalKey = "OCd",

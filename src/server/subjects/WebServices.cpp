@@ -92,9 +92,9 @@ void RegisterWebServices(Registry& registry) {
         .requests = {.get = "GetZebConfig", .update = "UpdZebConfig"},
         .fields =
             {
-                Field::Flag("US", "change_sms"),
-                Field::Flag("UP", "change_pin"),
-                Field::Text("DP", "default_pin", PinLength),
+                SubjectField::Flag("US", "change_sms"),
+                SubjectField::Flag("UP", "change_pin"),
+                SubjectField::Text("DP", "default_pin", PinLength),
             },
         .columns = {{.name = "default_pin", .secret = true}},
         .single = true,
@@ -105,10 +105,11 @@ void RegisterWebServices(Registry& registry) {
         .requests = {.update = "UpdWSSelfReg"},
         .fields =
             {
-                Field::Flag("SRE", "enabled"),
-                Field::Whole("P", "purge_days", 0, MostDays),
-                Field::Reference("G", "default_group_id", "patron_groups", OnRemoval::Clear).Required(),
-                Field::Text("IDC", "identifier_type", NameLength).Required().Checked(IsIdentifierType),
+                SubjectField::Flag("SRE", "enabled"),
+                SubjectField::Whole("P", "purge_days", 0, MostDays),
+                SubjectField::Reference("G", "default_group_id", "patron_groups", OnRemoval::Clear)
+                    .Required(),
+                SubjectField::Text("IDC", "identifier_type", NameLength).Required().Checked(IsIdentifierType),
             },
         .single = true,
         .afterPut = [](Context& context, const wire::Fields& request, qint64,
@@ -130,19 +131,19 @@ void RegisterWebServices(Registry& registry) {
         .requests = {.get = "GetWSLoginSum", .update = "UpdWSLoginSum"},
         .fields =
             {
-                Field::Flag("LSE", "enabled"),
-                Field::Flag("OA", "overdue"),
-                Field::Flag("FA", "fines"),
-                Field::Flag("BA", "blocks"),
-                Field::Flag("EA", "expiration"),
-                Field::Whole("ED", "expiration_days", 0, MostDays).Default("30"),
-                Field::Text("OAT", "overdue_text", AlertLength)
+                SubjectField::Flag("LSE", "enabled"),
+                SubjectField::Flag("OA", "overdue"),
+                SubjectField::Flag("FA", "fines"),
+                SubjectField::Flag("BA", "blocks"),
+                SubjectField::Flag("EA", "expiration"),
+                SubjectField::Whole("ED", "expiration_days", 0, MostDays).Default("30"),
+                SubjectField::Text("OAT", "overdue_text", AlertLength)
                     .Default("You have overdue materials at \\\\l."),
-                Field::Text("FAT", "fines_text", AlertLength)
+                SubjectField::Text("FAT", "fines_text", AlertLength)
                     .Default("You have outstanding fines/fees at \\\\l."),
-                Field::Text("BAT", "blocks_text", AlertLength)
+                SubjectField::Text("BAT", "blocks_text", AlertLength)
                     .Default("You have circulation blocks at \\\\l."),
-                Field::Text("EAT", "expiration_text", AlertLength)
+                SubjectField::Text("EAT", "expiration_text", AlertLength)
                     .Default("Your account will expire on \\\\d, \\\\n days from today."),
             },
         .single = true,
