@@ -121,7 +121,7 @@ TEST_F(SecurityJobTest, LockedUnlockedExpiredChanged) {
     EXPECT_FALSE(StartWithDialog());
     ExpectSignOn("CLARA", {"wrong-1", "wrong-2", "wrong-3", "wrong-4", "wrong-5", firstPassword}, true);
     EXPECT_FALSE(StartWithDialog());
-    QTest::qWait(2100); // this address has to wait, whoever signs on from it
+    Advance(3); // this address has to wait, whoever signs on from it
 
     SignOn("SYSADMIN");
     screen = &Edit("CLARA");
