@@ -172,6 +172,8 @@ void SendLarge(const Target& target, LargeKind kind, const QElapsedTimer& time, 
             peer.Write(slice);
         if (peer.IsConnected() && peer.Read())
             ++figures.messages;
+        else // what was refused is tried again, but the handshakes are not the attack
+            std::this_thread::sleep_for(std::chrono::seconds(1));
     }
 }
 
