@@ -203,11 +203,12 @@ void InThreads(int threads, const Work& work) {
 
 int AttackMemory(const Target& target, int peers, qint64 seconds, const QElapsedTimer& time,
                  Figures& figures) {
+    // First, since all come from one address, whose strangers make room for each other.
+    RawPeer normal(target.Port());
+    bool served = normal.SignOn("SYSADMIN");
     std::thread attack([&] {
         InThreads(peers, [&](int i) { SendLarge(target, LargeKind(i % 3), time, seconds, figures); });
     });
-    RawPeer normal(target.Port());
-    bool served = normal.SignOn("SYSADMIN");
     qint64 slowest = 0;
     quint64 requests = 0;
     while (served && time.elapsed() < seconds * 1000) {
