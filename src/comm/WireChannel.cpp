@@ -213,7 +213,7 @@ RequestChannel::Answer WireChannel::SendInSession(const QString& name, const wir
     }
     m_unsettled.reset();
     m_lastNumber = request.number;
-    return {reply->status, std::move(reply->fields)};
+    return {reply->status, std::move(reply->fields), std::move(reply->changed)};
 }
 
 // Whether the server has carried out the unsettled request is not known, and so neither which number is the

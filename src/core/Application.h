@@ -20,6 +20,9 @@ struct ScreenDeclaration;
 class Application {
 public:
     Application(Communication& communication, Prompter& prompter);
+    ~Application();
+    Application(const Application&) = delete;
+    Application& operator=(const Application&) = delete;
 
     Communication& comm;
     RequestChannel& channel;
@@ -42,6 +45,11 @@ public:
     /// subject, `prefix` stands directly in front of the message.
     void ReportRequestFailure(qint16 status, const QString& operation, const QString& screenName,
                               const QString& prefix = {});
+
+private:
+    void TellOfChanges();
+
+    QStringList m_changedByOthers; // not told yet
 };
 
 } // namespace sysadmin

@@ -76,12 +76,19 @@ void FormScreen::LoadChoice(ChoiceField& field, const QString& loadCaption, cons
             App().ReportRequestFailure(status, source.caption.isEmpty() ? loadCaption : source.caption,
                                        subject);
     };
+    ReadChoice(field, report);
+}
+
+void FormScreen::ReadChoice(ChoiceField& field, const std::function<void(qint16)>& report) {
+    const ChoiceSource& source = field.Spec().source;
     QList<PickItem> items;
     const auto read = [&](RequestChannel& channel) {
         items.append({channel.GetField(source.idTag), channel.GetField(source.textTag)});
     };
     const qint16 result =
         ReadList(App().channel, {.request = source.request, .report = report}, {{source.idTag, read}});
+    if (result != wire::status::Ok && !field.Items().isEmpty())
+        return; // the old entries do
     if (source.pickList.isEmpty())
         field.SetItems(WithNone(items, source.none));
     else if (result == wire::status::Ok)
@@ -108,6 +115,12 @@ void FormScreen::PrepareForm(Form& form) {
         if (auto* choice = dynamic_cast<ChoiceField*>(field); choice && !spec.source.pickList.isEmpty())
             Follow(*choice, spec.source.pickList, spec.source.none);
     }
+    connect(&App().notices, &Notices::ChangedByOthers, this, [this, &form](const QString& subject) {
+        for (Field* field : form.Fields())
+            if (const QString request = field->Spec().source.request;
+                field->GetKind() == Field::Kind::Choice && SubjectOf(request) == subject)
+                ReadChoice(static_cast<ChoiceField&>(*field), [](qint16) {});
+    });
     const auto setDecimals = [this, &form] {
         for (Field* field : form.Fields())
             if (auto* money = dynamic_cast<MoneyField*>(field))

@@ -70,6 +70,7 @@ protected:
 
 private:
     void LoadChoice(ChoiceField& field, const QString& loadCaption, const QString& subject);
+    void ReadChoice(ChoiceField& field, const std::function<void(qint16)>& report);
 
     std::vector<std::unique_ptr<Form>> m_forms;
     std::vector<std::unique_ptr<FormView>> m_views; // behind the forms: they go first

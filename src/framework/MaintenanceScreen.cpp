@@ -3,6 +3,7 @@
 #include "core/Application.h"
 #include "core/Prompter.h"
 #include "framework/Captions.h"
+#include "framework/ConflictCheck.h"
 #include "framework/Utility.h"
 #include "wire/Status.h"
 
@@ -11,6 +12,7 @@
 #include <QStackedLayout>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTimer>
 
 #include <algorithm>
 
@@ -241,6 +243,8 @@ bool MaintenanceScreen::SendRecord(Table& table) {
     PutRecord(table, m_context);
     const QString request = m_context.isNew ? table.spec.addRequest : table.spec.updateRequest;
     if (const qint16 result = App().channel.SendRequest(request); result != status::Ok) {
+        if (const auto conflict = ConflictOf(App().channel, result, table.spec.subject))
+            return SettleSaveConflict(table, *conflict) && SendRecord(table);
         ReportSaveFailure(table, result);
         return false;
     }
@@ -269,6 +273,8 @@ bool MaintenanceScreen::SendSteps(Table& table) {
             field->Put(App().channel);
         if (const qint16 result = App().channel.SendRequest(step.request); result != status::Ok) {
             SetState(State::Editing);
+            if (const auto conflict = ConflictOf(App().channel, result, table.spec.subject))
+                return SettleSaveConflict(table, *conflict) && SendRecord(table) && SendSteps(table);
             App().ReportRequestFailure(result, step.caption, table.spec.subject);
             return false;
         }
@@ -354,12 +360,20 @@ void MaintenanceScreen::DeleteSelected() {
     if (!selected)
         return;
     const GridRow row = *selected;
-    if (!ConfirmRowDelete(table, row))
-        return;
+    if (ConfirmRowDelete(table, row))
+        SendDelete(row);
+}
+
+void MaintenanceScreen::SendDelete(const GridRow& row) {
+    Table& table = Current();
     App().channel.PutField(table.spec.getKeyTag, row.key);
     const qint16 result = App().channel.SendRequest(table.spec.deleteRequest);
     if (const auto words = table.spec.deleteWords.find(result); words != table.spec.deleteWords.end()) {
         App().prompter.ShowBox(this, {.text = words->text, .icon = Box::Icon::None, .title = words->title});
+        return;
+    }
+    if (const auto conflict = ConflictOf(App().channel, result, table.spec.subject)) {
+        SettleDeleteConflict(table, *conflict, row);
         return;
     }
     if (result != status::Ok) {
@@ -387,6 +401,9 @@ void MaintenanceScreen::SetState(State state) {
     SetEditMode(editing, listSide, {m_fraEdit});
     m_cmdSave->setDefault(editing);
     RefreshButtons();
+    // Later: whoever ends an edit goes on with the list as it is.
+    if (!editing && m_changedByOthers)
+        QTimer::singleShot(0, this, &MaintenanceScreen::ReloadLists);
 }
 
 void MaintenanceScreen::RefreshButtons() {

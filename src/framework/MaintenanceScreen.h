@@ -8,11 +8,14 @@
 
 class QGroupBox;
 class QHBoxLayout;
+class QLabel;
 class QStackedLayout;
 class QTabWidget;
 class QVBoxLayout;
 
 namespace sysadmin {
+
+struct Conflict;
 
 /// The standard maintenance screen: a list of records and an edit area, one state machine for all of them.
 ///
@@ -122,6 +125,13 @@ private:
     bool IsEditing() const { return m_state != State::List && m_state != State::Viewing; }
     void OrderTabStops();
     void DeleteSelected();
+    bool SettleSaveConflict(Table& table, const Conflict& conflict);
+    void SettleDeleteConflict(Table& table, const Conflict& conflict, const GridRow& row);
+    bool ReadTheirs(Table& table);
+    void SendDelete(const GridRow& row);
+    void OnChangedByOthers(const QString& subject);
+    void ReloadLists();
+    void ReloadRows(Table& table);
     void SetState(State state);
     QString KeyAfterSave(const Table& table) const;
     void ShowTable(int index);
@@ -136,6 +146,9 @@ private:
     bool m_wasNew = false;
     std::deque<Table> m_tables; // a deque: rows, views and handlers refer to its elements
     int m_current = 0;
+
+    bool m_changedByOthers = false; // the lists are older than what others stored
+    QLabel* m_lblChanged = nullptr;
 
     QWidget* m_listSide = nullptr;
     QVBoxLayout* m_listLayout = nullptr;

@@ -5,6 +5,7 @@
 
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QShortcut>
@@ -42,6 +43,10 @@ MaintenanceScreen::MaintenanceScreen(Application& application, const QString& fo
     m_moreListButtons = new QHBoxLayout;
     m_moreListButtons->addStretch();
     m_listLayout->addLayout(m_moreListButtons);
+    m_lblChanged = new QLabel(tr("Changed by others (F5)"), m_listSide);
+    m_lblChanged->setObjectName("lblChangedByOthers");
+    m_lblChanged->hide();
+    m_listLayout->addWidget(m_lblChanged);
 
     m_fraEdit = new QGroupBox(splitter);
     m_fraEdit->setObjectName("fraEdit");
@@ -63,6 +68,10 @@ MaintenanceScreen::MaintenanceScreen(Application& application, const QString& fo
     connect(m_cmdDelete, &QPushButton::clicked, this, &MaintenanceScreen::DeleteSelected);
     connect(m_cmdSave, &QPushButton::clicked, this, [this] { Save(); });
     connect(m_cmdCancel, &QPushButton::clicked, this, &MaintenanceScreen::EndEdit);
+    auto* reload = new QShortcut(Qt::Key_F5, this);
+    reload->setContext(Qt::WidgetWithChildrenShortcut);
+    connect(reload, &QShortcut::activated, this, &MaintenanceScreen::ReloadLists);
+    connect(&application.notices, &Notices::ChangedByOthers, this, &MaintenanceScreen::OnChangedByOthers);
     BindKey(QKeySequence::Save, m_cmdSave);
     BindKey(Qt::Key_Escape, m_cmdCancel);
     auto* find = new QShortcut(QKeySequence::Find, this);

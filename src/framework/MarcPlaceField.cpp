@@ -162,4 +162,12 @@ void MarcPlaceField::GiveDraft(const std::any& draft) {
     NotifyChange();
 }
 
+QStringList MarcPlaceField::Words() const {
+    QStringList parts;
+    for (const QString& part : m_draft)
+        if (!part.isEmpty())
+            parts << part;
+    return {parts.join(' ')};
+}
+
 } // namespace sysadmin

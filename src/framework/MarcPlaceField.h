@@ -51,6 +51,7 @@ public:
     QString Problem() const override;
     std::any TakeDraft() const override { return m_draft; }
     void GiveDraft(const std::any& draft) override;
+    QStringList Words() const override;
 
 private:
     QString ToWire(Part part) const;

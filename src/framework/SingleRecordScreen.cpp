@@ -2,12 +2,15 @@
 
 #include "core/Application.h"
 #include "framework/Captions.h"
+#include "framework/ConflictCheck.h"
 #include "framework/Utility.h"
 #include "wire/Status.h"
 
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QPushButton>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 namespace sysadmin {
@@ -40,6 +43,10 @@ void SingleRecordScreen::Build(const RecordSpec& spec, Form& form, const Layout&
     whole->addWidget(m_fraEdit, 1);
 
     m_buttons = new QHBoxLayout;
+    m_lblChanged = new QLabel(tr("Changed by others (F5)"), this);
+    m_lblChanged->setObjectName("lblChangedByOthers");
+    m_lblChanged->hide();
+    m_buttons->addWidget(m_lblChanged);
     m_buttons->addStretch();
     m_cmdSave = MakeButton("cmdSave", tr("&Save"));
     m_cmdCancel = MakeButton("cmdCancel", m_readOnly ? tr("&Close") : tr("&Cancel"));
@@ -50,6 +57,10 @@ void SingleRecordScreen::Build(const RecordSpec& spec, Form& form, const Layout&
     connect(m_cmdSave, &QPushButton::clicked, this, &SingleRecordScreen::Save);
     connect(m_cmdCancel, &QPushButton::clicked, this, &SingleRecordScreen::Cancel);
     connect(&form, &Form::Changed, this, &SingleRecordScreen::RefreshButtons);
+    auto* reload = new QShortcut(Qt::Key_F5, this);
+    reload->setContext(Qt::WidgetWithChildrenShortcut);
+    connect(reload, &QShortcut::activated, this, &SingleRecordScreen::Reload);
+    connect(&App().notices, &Notices::ChangedByOthers, this, &SingleRecordScreen::OnChangedByOthers);
     BindKey(QKeySequence::Save, m_cmdSave);
     BindKey(Qt::Key_Escape, m_cmdCancel);
     m_cmdSave->setDefault(true);
@@ -63,6 +74,15 @@ void SingleRecordScreen::AddButton(QPushButton* button) {
 }
 
 void SingleRecordScreen::LoadScreen() {
+    LoadRecord();
+    if (m_readOnly)
+        m_cmdCancel->setFocus();
+    else
+        m_view->FocusFirst();
+}
+
+void SingleRecordScreen::LoadRecord() {
+    m_lblChanged->hide();
     m_form->Clear();
     BeforeLoad();
     LoadChoices(*m_form, m_spec.loadCaption, m_spec.subject);
@@ -83,10 +103,6 @@ void SingleRecordScreen::LoadScreen() {
     }
     // A record that could not be read must not be overwritten by what stands in empty fields.
     m_view->SetReadOnly(m_readOnly || !m_loaded);
-    if (m_readOnly)
-        m_cmdCancel->setFocus();
-    else
-        m_view->FocusFirst();
     RefreshButtons();
 }
 
@@ -100,13 +116,20 @@ bool SingleRecordScreen::CheckBeforeSave() {
 
 void SingleRecordScreen::Save() {
     m_form->LeaveFields();
-    if (!CheckBeforeSave())
-        return;
+    if (CheckBeforeSave())
+        SendSave();
+}
+
+void SingleRecordScreen::SendSave() {
     m_form->Tidy();
     const bool adds = !m_exists && !m_spec.addRequest.isEmpty();
     for (const PutStep& put : m_puts)
         put(App().channel, {.isNew = adds, .originalKey = {}});
     const qint16 result = App().channel.SendRequest(adds ? m_spec.addRequest : m_spec.updateRequest);
+    if (const auto conflict = ConflictOf(App().channel, result, m_spec.subject)) {
+        SettleConflict(*conflict);
+        return;
+    }
     if (result != status::Ok) {
         if (!m_spec.saveFailure.isEmpty())
             Tell(m_spec.saveFailure);
@@ -119,6 +142,42 @@ void SingleRecordScreen::Save() {
     AfterSave();
     Announce(m_spec.notice);
     RefreshButtons();
+}
+
+void SingleRecordScreen::SettleConflict(const Conflict& conflict) {
+    const auto readTheirs = [this] {
+        PutKey();
+        if (const qint16 result = App().channel.SendRequest(m_spec.getRequest); result != status::Ok) {
+            App().ReportRequestFailure(result, m_spec.loadCaption, m_spec.subject);
+            return false;
+        }
+        m_exists = m_spec.existsTag.isEmpty() || !App().channel.GetField(m_spec.existsTag).isEmpty();
+        if (m_exists)
+            ReadRecord();
+        return true;
+    };
+    switch (SettleSave(App(), this, conflict, *m_form, true, readTheirs)) {
+    case ConflictAnswer::SaveMine:
+        SendSave();
+        break;
+    case ConflictAnswer::KeepTheirs:
+        LoadRecord();
+        break;
+    case ConflictAnswer::BackToEditing:
+        break;
+    }
+}
+
+void SingleRecordScreen::OnChangedByOthers(const QString& subject) {
+    if (subject != m_spec.notice && subject != SubjectOf(m_spec.getRequest))
+        return;
+    m_lblChanged->show();
+    Reload();
+}
+
+void SingleRecordScreen::Reload() {
+    if (!m_form->IsChanged())
+        LoadRecord();
 }
 
 void SingleRecordScreen::Cancel() {

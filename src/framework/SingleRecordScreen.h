@@ -5,8 +5,11 @@
 
 class QGroupBox;
 class QHBoxLayout;
+class QLabel;
 
 namespace sysadmin {
+
+struct Conflict;
 
 /// A settings screen that loads one record when it opens and writes it back.
 class SingleRecordScreen : public FormScreen {
@@ -41,7 +44,12 @@ protected:
     QPushButton* SaveButton() const { return m_cmdSave; }
 
 private:
+    void LoadRecord();
+    void Reload();
     void Save();
+    void SendSave();
+    void SettleConflict(const Conflict& conflict);
+    void OnChangedByOthers(const QString& subject);
     void Cancel();
     void RefreshButtons();
 
@@ -51,6 +59,7 @@ private:
     FormView* m_view = nullptr;
     QGroupBox* m_fraEdit = nullptr;
     QHBoxLayout* m_buttons = nullptr;
+    QLabel* m_lblChanged = nullptr;
     QPushButton* m_cmdSave = nullptr;
     QPushButton* m_cmdCancel = nullptr;
     bool m_readOnly = false;

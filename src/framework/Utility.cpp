@@ -41,6 +41,11 @@ void ReportUnableToLoad(Application& application, QWidget* parent, const QString
     application.prompter.ShowBox(parent, {.text = Tr("Unable to load ") + caption + "."});
 }
 
+QString SubjectOf(const QString& request) {
+    constexpr qsizetype Verb = 3; // "Lst" or "Get"
+    return request.mid(Verb);
+}
+
 void SetEditMode(bool editing, const QList<QWidget*>& listSide, const QList<QWidget*>& editSide) {
     // The side that takes over is enabled first: the focus never falls on something outside the screen.
     for (QWidget* widget : editing ? editSide : listSide)

@@ -20,6 +20,8 @@ bool ConfirmDeleteEx(Application& application, QWidget* parent, const QString& s
 void WarnEditInProgress(Application& application, QWidget* parent);
 /// Says that a list could not be loaded: "Unable to load " + caption + ".".
 void ReportUnableToLoad(Application& application, QWidget* parent, const QString& caption);
+/// The word for the records in the name of a request that reads them: "VenTp" of "LstVenTp" and "GetVenTp".
+QString SubjectOf(const QString& request);
 /// Turns the list side off and the edit side on, or the other way round.
 void SetEditMode(bool editing, const QList<QWidget*>& listSide, const QList<QWidget*>& editSide);
 

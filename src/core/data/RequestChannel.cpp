@@ -8,10 +8,14 @@ void RequestChannel::PutField(const QString& tag, const QString& value) {
 
 qint16 RequestChannel::SendRequest(const QString& name) {
     const wire::Fields fields = std::exchange(m_pending, {});
+    const bool wasBusy = std::exchange(m_busy, true);
     Answer answer = Exchange(name, fields);
+    m_busy = wasBusy;
     m_reply = std::move(answer.fields);
     m_places.clear();
     m_recordEnd = -1;
+    if (!answer.changed.isEmpty() && m_changeObserver)
+        m_changeObserver(answer.changed);
     return answer.status;
 }
 

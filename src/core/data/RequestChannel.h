@@ -4,6 +4,9 @@
 
 #include <QHash>
 #include <QString>
+#include <QStringList>
+
+#include <functional>
 
 namespace sysadmin {
 
@@ -47,10 +50,19 @@ public:
     /// The fields of the current reply, in order.
     const wire::Fields& ReplyFields() const { return m_reply; }
 
+    /// Is told the words of the subjects ("VenTp") that other sessions changed, as replies bring them. It is
+    /// called while the requesting code still reads its reply: act later.
+    void SetChangeObserver(std::function<void(const QStringList&)> observer) {
+        m_changeObserver = std::move(observer);
+    }
+    /// Whether a request is on its way.
+    bool IsBusy() const { return m_busy; }
+
 protected:
     struct Answer {
         qint16 status = 0;
         wire::Fields fields;
+        QStringList changed = {}; ///< subjects that others changed
     };
 
     RequestChannel() = default;
@@ -58,6 +70,8 @@ protected:
     virtual Answer Exchange(const QString& name, const wire::Fields& fields) = 0;
 
 private:
+    std::function<void(const QStringList&)> m_changeObserver;
+    bool m_busy = false;
     wire::Fields m_pending;
     wire::Fields m_reply;
     QHash<QString, qsizetype> m_places; // where the next search for a tag begins

@@ -81,6 +81,8 @@ public:
     virtual bool WantsHeight() const { return false; }
     /// Whether its control says the caption itself: no label is drawn for it.
     virtual bool ShowsOwnCaption() const { return false; }
+    /// The draft as an operator reads it, the entries of a list one by one.
+    virtual QStringList Words() const = 0;
     /// What is wrong with the draft, in a sentence for the operator; empty when nothing is.
     virtual QString Problem() const;
 
@@ -98,7 +100,7 @@ public:
     bool IsChosen() const { return m_chosen; }
     void SetChosen(bool chosen);
     /// The caption as plain words, without mnemonic mark and colon.
-    QString PlainCaption() const;
+    virtual QString PlainCaption() const;
 
 protected:
     /// The draft is what was loaded, cleared or saved, or the choices are other ones.

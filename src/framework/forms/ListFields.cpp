@@ -32,6 +32,14 @@ void CheckedField::GiveDraft(const std::any& draft) {
     NotifyChange();
 }
 
+QStringList CheckedField::Words() const {
+    QStringList words;
+    for (const CheckedItem& item : m_draft)
+        if (item.checked)
+            words << item.text;
+    return words;
+}
+
 void PickedField::LoadLists(const QList<GridRow>& available, const QList<GridRow>& selected) {
     m_lists.Load(available, selected);
     NotifyChange();
@@ -62,6 +70,20 @@ QString PickedField::Veto(const QStringList& keys, bool toSelected) const {
 void PickedField::GiveDraft(const std::any& draft) {
     m_lists = std::any_cast<PickedLists>(draft);
     NotifyChange();
+}
+
+QStringList PickedField::Words() const {
+    QStringList words;
+    for (const GridRow& row : m_lists.Selected())
+        words << InWords(row, QList<GridColumn>{{}} + m_picked.more);
+    return words;
+}
+
+QString PickedField::PlainCaption() const {
+    QString caption = QString(m_names.selectedCaption).remove('&');
+    while (caption.endsWith(':'))
+        caption.chop(1);
+    return caption.isEmpty() ? Field::PlainCaption() : caption;
 }
 
 void PickedField::Revert() {

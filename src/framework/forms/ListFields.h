@@ -38,6 +38,7 @@ public:
     void Revert() override;
     std::any TakeDraft() const override { return m_draft; }
     void GiveDraft(const std::any& draft) override;
+    QStringList Words() const override;
 
 private:
     bool m_single;
@@ -104,6 +105,8 @@ public:
     void BecomeNew() override;
     std::any TakeDraft() const override { return m_lists; }
     void GiveDraft(const std::any& draft) override;
+    QStringList Words() const override;
+    QString PlainCaption() const override;
 
 private:
     PickedNames m_names;

@@ -280,6 +280,18 @@ void RowsField::BecomeNew() {
     NotifyChange();
 }
 
+QStringList RowsField::Words() const {
+    QStringList words;
+    for (const GridRow& row : ShownRows())
+        words << InWords(row, m_columns);
+    return words;
+}
+
+QString RowsField::PlainCaption() const {
+    const QString own = Field::PlainCaption();
+    return own.isEmpty() && !m_columns.isEmpty() ? m_columns.first().caption : own;
+}
+
 void RowsField::GiveDraft(const std::any& draft) {
     m_draft = std::any_cast<QList<GridRow>>(draft);
     NotifyChange();
@@ -311,6 +323,18 @@ QList<GridRow> ReadRows(const RequestChannel& channel, const QString& marker, co
             }
     }
     return rows;
+}
+
+QString InWords(const GridRow& row, const QList<GridColumn>& columns) {
+    QStringList words;
+    for (qsizetype i = 0; i < row.cells.size(); ++i) {
+        const GridColumn column = columns.value(i);
+        const bool isOn = row.cells[i] == u"Y";
+        if (column.hidden || row.cells[i].isEmpty() || (column.yesNo && !isOn))
+            continue;
+        words << (column.yesNo ? column.caption : row.cells[i]);
+    }
+    return words.join(", ");
 }
 
 } // namespace sysadmin

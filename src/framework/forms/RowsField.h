@@ -160,6 +160,8 @@ public:
     void Accept() override;
     void Revert() override;
     void BecomeNew() override;
+    QStringList Words() const override;
+    QString PlainCaption() const override;
     std::any TakeDraft() const override { return m_draft; }
     void GiveDraft(const std::any& draft) override;
 
@@ -178,5 +180,8 @@ private:
 /// it is.
 QList<GridRow> ReadRows(const RequestChannel& channel, const QString& marker, const QString& keyTag,
                         const QStringList& cellTags);
+
+/// A row as one reads it aloud: the visible cells, and the captions of the marks that are set.
+QString InWords(const GridRow& row, const QList<GridColumn>& columns);
 
 } // namespace sysadmin

@@ -200,4 +200,20 @@ QString IntervalField::Problem() const {
     return {};
 }
 
+QStringList PasswordField::Words() const {
+    constexpr int Bullets = 8; // whatever its length is
+    return {QString(Draft().isEmpty() ? 0 : Bullets, QChar(0x2022))};
+}
+
+QStringList FlagField::Words() const {
+    return {IsOn() ? Form::tr("Yes") : Form::tr("No")};
+}
+
+QStringList LetterField::Words() const {
+    for (const PickItem& option : Spec().options)
+        if (option.id == Draft())
+            return {QString(option.text).remove('&')};
+    return {Draft()};
+}
+
 } // namespace sysadmin

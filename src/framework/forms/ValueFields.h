@@ -31,6 +31,7 @@ public:
     void Revert() override;
     std::any TakeDraft() const override { return m_draft; }
     void GiveDraft(const std::any& draft) override;
+    QStringList Words() const override { return {DisplayText()}; }
     QString Problem() const override;
 
 protected:
@@ -71,6 +72,7 @@ public:
         : ValueField(form, Kind::Password, spec) {}
     void Load(RequestChannel&) override { Clear(); }
     void Put(RequestChannel&) const override {}
+    QStringList Words() const override;
 };
 
 /// A Y/N switch. Whatever else the server sends is shown unchecked and kept until the operator changes it.
@@ -83,6 +85,7 @@ public:
     void Clear() override { SetStored(Spec().initial.isEmpty() ? "N" : Spec().initial); }
     bool IsBlank() const override { return false; }
     bool ShowsOwnCaption() const override { return true; }
+    QStringList Words() const override;
 
 protected:
     QString ToWire() const override { return IsOn() ? "Y" : "N"; }
@@ -108,6 +111,7 @@ class LetterField : public ValueField {
 public:
     LetterField(Form& form, const FieldSpec& spec)
         : ValueField(form, Kind::Letter, spec) {}
+    QStringList Words() const override;
 };
 
 /// A whole number in the range that its declaration gives.

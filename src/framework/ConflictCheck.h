@@ -1,0 +1,29 @@
+#pragma once
+
+#include "framework/ConflictDialog.h"
+#include "framework/forms/GridRow.h"
+
+#include <functional>
+#include <optional>
+
+namespace sysadmin {
+
+class Application;
+class Form;
+class RequestChannel;
+
+/// What the refusal in the channel's reply says about somebody else's change; none when the status is about
+/// something else.
+std::optional<Conflict> ConflictOf(const RequestChannel& channel, qint16 status, const QString& subject);
+
+/// Settles a refused save. `readTheirs` reads the record anew into the form; false when that failed. The form
+/// comes back as the operator left it. A change by others of which this form shows nothing needs no question:
+/// it answers SaveMine.
+ConflictAnswer SettleSave(Application& application, QWidget* parent, const Conflict& conflict, Form& form,
+                          bool canSave, const std::function<bool()>& readTheirs);
+
+/// Settles a refused delete: the row as the operator saw it beside the row as it is now. SaveMine: delete.
+ConflictAnswer SettleDelete(Application& application, QWidget* parent, const Conflict& conflict,
+                            const QList<GridColumn>& columns, const GridRow& seen, const GridRow& now);
+
+} // namespace sysadmin
