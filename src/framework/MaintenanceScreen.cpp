@@ -8,6 +8,7 @@
 #include "wire/Status.h"
 
 #include <QGroupBox>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QStackedLayout>
 #include <QTabBar>
