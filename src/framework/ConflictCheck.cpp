@@ -89,13 +89,10 @@ ConflictAnswer SettleSave(Application& application, QWidget* parent, const Confl
         const Form::Loading loading(form);
         const QList<std::any> draft = form.TakeDrafts();
         form.Revert();
-        const QList<std::any> before = form.TakeDrafts();
         stored = VersionOf(form);
         isRead = readTheirs();
         theirs = VersionOf(form);
-        form.GiveDrafts(before);
-        form.Accept();
-        form.GiveDrafts(draft);
+        form.GiveDrafts(draft); // from here on it is a change of theirs
     }
     for (Field* field : form.Fields())
         emit form.Changed(field); // the choices may be newer ones

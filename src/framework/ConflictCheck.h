@@ -17,8 +17,8 @@ class RequestChannel;
 std::optional<Conflict> ConflictOf(const RequestChannel& channel, qint16 status, const QString& subject);
 
 /// Settles a refused save. `readTheirs` reads the record anew into the form; false when that failed. The form
-/// comes back as the operator left it. A change by others of which this form shows nothing needs no question:
-/// it answers SaveMine.
+/// comes back with the operator's draft, as a change of what is stored now. A change by others of which this
+/// form shows nothing needs no question: it answers SaveMine.
 ConflictAnswer SettleSave(Application& application, QWidget* parent, const Conflict& conflict, Form& form,
                           bool canSave, const std::function<bool()>& readTheirs);
 

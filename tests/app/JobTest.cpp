@@ -37,6 +37,10 @@ const QHash<QString, QString>& TagPatterns() {
         {"CheckMasterProfile", "OI"},
         // locations, addresses and clusters
         {"LstLib", ""},
+        {"LstVenTp", ""},
+        {"AddVenTp", "Cd Nm"},
+        {"UpdVenTp", "Cd Nm.*"},
+        {"GetBsCur", ""},
         {"LstLoc", "(55)?"},
         {"GetLoc", "ID"},
         {"AddLoc", "Cd Nm Spn Dsp OPAC Lb"},

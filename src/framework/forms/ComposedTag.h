@@ -36,6 +36,7 @@ public:
     bool IsBlank() const override { return Text().trimmed().isEmpty(); }
     void Accept() override { m_loaded = Text(); }
     void Revert() override {}
+    QStringList Words() const override { return {}; } // its parts say it
 
 private:
     QList<ValueField*> m_parts;

@@ -68,7 +68,23 @@ QString PickedField::Veto(const QStringList& keys, bool toSelected) const {
 }
 
 void PickedField::GiveDraft(const std::any& draft) {
-    m_lists = std::any_cast<PickedLists>(draft);
+    const auto given = std::any_cast<PickedLists>(draft);
+    const auto keysOf = [](const QList<GridRow>& rows) {
+        QStringList keys;
+        for (const GridRow& row : rows)
+            keys.append(row.key);
+        return keys;
+    };
+    // The draft is which rows are selected; what the server has may be something else than it was then.
+    m_lists.Revert();
+    m_lists.MoveToSelected(keysOf(given.Selected()));
+    m_lists.MoveToAvailable(keysOf(given.Available()));
+    if (!m_picked.edits.isEmpty() || m_picked.settings || m_picked.ask)
+        for (const GridRow& row : given.Selected())
+            for (int column = 0; column < row.cells.size(); ++column)
+                m_lists.SetCells({row.key}, column, row.cells[column]);
+    m_lists.Arrange(keysOf(given.Selected()), true);
+    m_lists.Arrange(keysOf(given.Available()), false);
     NotifyChange();
 }
 
