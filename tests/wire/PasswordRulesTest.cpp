@@ -6,202 +6,112 @@ namespace sysadmin::wire {
 
 namespace {
 
-using Kind = PasswordFault::Kind;
-using Faults = QList<PasswordFault>;
-
 const PasswordOwner Anna{"ABERG", "Åberg", "Anna"};
 
-/// Rules that require nothing.
-PasswordRules Nothing() {
-    PasswordRules rules = PasswordRules::FromFields({});
-    rules.specialCharacters = "!#";
-    return rules;
+/// Rules of the security options' fields, as "PLM=8 PSC=!#"; "built-in" stands for those that hold without
+/// any.
+PasswordRules RulesOf(const QString& text) {
+    Fields fields;
+    for (const QString& field : text.split(' ', Qt::SkipEmptyParts))
+        fields.append({field.section('=', 0, 0), field.section('=', 1)});
+    return text == "built-in" ? PasswordRules() : PasswordRules::FromFields(fields);
 }
 
-CharacterRequirement& Of(PasswordRules& rules, CharacterKind kind) {
-    return rules.requirements[size_t(kind)];
+/// What is wrong with the password, a word or the initial of a kind of characters for each fault.
+QString Faults(const PasswordRules& rules, const QString& password, const PasswordOwner& owner = Anna) {
+    const QStringList words{"short", "long", "id", "name", "", "group"};
+    QStringList faults;
+    for (const PasswordFault& fault : FindPasswordFaults(rules, password, owner))
+        faults.append(fault.kind == PasswordFault::Kind::TooFewOfKind
+                          ? QString("AULDS").mid(int(fault.characters), 1)
+                          : words[int(fault.kind)]);
+    return faults.join(' ');
 }
 
-void Require(PasswordRules& rules, CharacterKind kind, int least, bool inGroup = false) {
-    Of(rules, kind).least = least;
-    Of(rules, kind).inGroup = inGroup;
-}
-
-Faults Check(const PasswordRules& rules, const QString& password) {
-    return FindPasswordFaults(rules, password, Anna);
-}
-
-TEST(PasswordRulesTest, BuiltInRulesAreThoseOfTheBuiltInText) {
-    const PasswordRules rules;
-    EXPECT_EQ(Check(rules, "ab-45678"), Faults());
-    EXPECT_EQ(Check(rules, "ab-4567"), (Faults{{Kind::TooShort}}));
-    EXPECT_EQ(Check(rules, "ab-45678901234567890123456"), (Faults{{Kind::TooLong}}));
-    EXPECT_EQ(Check(rules, "ab-4567890123456789012345"), Faults()) << "25 characters";
-    EXPECT_EQ(Check(rules, "a-345678"), (Faults{{Kind::TooFewOfKind, CharacterKind::Alphabetic}}));
-    EXPECT_EQ(Check(rules, "abcdefg-"), (Faults{{Kind::TooFewOfKind, CharacterKind::Digit}}));
-    EXPECT_EQ(Check(rules, "abcdefg1"), (Faults{{Kind::TooFewOfKind, CharacterKind::Special}}));
-    for (const QChar special : rules.specialCharacters)
-        EXPECT_EQ(Check(rules, "abcdef1" + QString(special)), Faults()) << int(special.unicode());
-    EXPECT_EQ(Check(rules, ""), (Faults{{Kind::TooShort},
-                                        {Kind::TooFewOfKind, CharacterKind::Alphabetic},
-                                        {Kind::TooFewOfKind, CharacterKind::Digit},
-                                        {Kind::TooFewOfKind, CharacterKind::Special}}));
-}
-
-TEST(PasswordRulesTest, FieldsAreReadAsTheOptionsCarryThem) {
-    const PasswordRules rules = PasswordRules::FromFields({{"PLM", "10"},
-                                                           {"PLX", "20"},
-                                                           {"PCI", "Y"},
-                                                           {"PCN", "N"},
-                                                           {"PAL", "1"},
-                                                           {"PAG", "Y"},
-                                                           {"PUL", "2"},
-                                                           {"PUG", "N"},
-                                                           {"PLL", "3"},
-                                                           {"PLG", "Y"},
-                                                           {"PNL", "4"},
-                                                           {"PNG", "N"},
-                                                           {"PSL", "5"},
-                                                           {"PSG", "Y"},
-                                                           {"PSC", "+/"},
-                                                           {"PGR", "2"}});
-    EXPECT_EQ(rules.minimumLength, 10);
-    EXPECT_EQ(rules.maximumLength, 20);
-    EXPECT_TRUE(rules.mayContainId);
-    EXPECT_FALSE(rules.mayContainName);
-    for (int i = 0; i < 5; ++i) {
-        EXPECT_EQ(int(rules.requirements[i].kind), i);
-        EXPECT_EQ(rules.requirements[i].least, i + 1);
-        EXPECT_EQ(rules.requirements[i].inGroup, i % 2 == 0);
-    }
-    EXPECT_EQ(rules.specialCharacters, "+/");
-    EXPECT_EQ(rules.groupCount, 2);
-}
-
-TEST(PasswordRulesTest, IdAndNamesAreFoundWhateverTheirCase) {
-    PasswordRules rules = Nothing();
-    EXPECT_EQ(Check(rules, "xxaBeRgxx"), (Faults{{Kind::ContainsId}}));
-    EXPECT_EQ(Check(rules, "xxåBERGxx"), (Faults{{Kind::ContainsName}})) << "letters beyond ASCII, too";
-    EXPECT_EQ(Check(rules, "annA"), (Faults{{Kind::ContainsName}}));
-    EXPECT_EQ(Check(rules, "a n n a"), Faults());
-    rules.mayContainId = true;
-    EXPECT_EQ(Check(rules, "xxabergxx"), Faults());
-    rules.mayContainName = true;
-    EXPECT_EQ(Check(rules, "annaåberg"), Faults());
-
+TEST(PasswordRulesTest, EveryFaultIsFoundAndNoOther) {
+    const QString cased = "PAL=2 PUL=1 PLL=1";
+    // Letters stand outside the group; the lowercase ones require nothing, so they are no member.
+    const QString grouped = "PAL=3 PUL=1 PUG=Y PNL=1 PNG=Y PSL=1 PSG=Y PLG=Y PSC=!# PGR=";
+    const struct {
+        QString rules;
+        QString password;
+        QString faults;
+    } cases[] = {
+        {"built-in", "ab-45678", ""},
+        {"built-in", "ab-4567", "short"},
+        {"built-in", "ab-4567890123456789012345", ""}, // 25 characters
+        {"built-in", "ab-45678901234567890123456", "long"},
+        {"built-in", "a-345678", "A"},
+        {"built-in", "abcdefg-", "D"},
+        {"built-in", "abcdefg1", "S"},
+        {"built-in", "", "short A D S"},
+        // Id and names whatever their case.
+        {"", "xxaBeRgxx", "id"},
+        {"", "xxåBERGxx", "name"},
+        {"", "annA", "name"},
+        {"", "a n n a", ""},
+        {"PCI=Y", "xxabergxx", ""},
+        {"PCN=Y", "annaåberg", ""},
+        // Characters count for every kind that they are of.
+        {cased, "xY", ""},
+        {cased, "xy", "U"},
+        {cased, "XY", "L"},
+        {cased, "ßÉ", ""},
+        {"PAL=2", "字典", ""},
+        {"PNL=1", "٣", "D"},
+        {"PSL=2 PSC=!#", "#!", ""},
+        {"PSL=2 PSC=!#", "#?", "S"},
+        // A character outside the basic plane is one character.
+        {"PLM=2 PSL=1 PSC=🔑", "🔑x", ""},
+        {"PLM=2 PSL=1 PSC=🔑", "🔑", "short"},
+        {"PLM=2 PSL=1 PSC=🔑", "🔒🔒", "S"},
+        // Some of a group are enough. 0 means all of them, and more than there are cannot be asked for.
+        {grouped + "2", "xyz1#", ""},
+        {grouped + "2", "xyZ1", ""},
+        {grouped + "2", "xyzz1", "group"},
+        {grouped + "2", "X1#", "A"},
+        {grouped + "0", "xyZ1#", ""},
+        {grouped + "0", "xyZ1", "S"},
+        {grouped + "5", "xyZ1#", ""},
+        {grouped + "5", "xyZ1", "group"},
+    };
+    for (const auto& [rules, password, faults] : cases)
+        EXPECT_EQ(Faults(RulesOf(rules), password), faults)
+            << rules.toStdString() << ": " << password.toStdString();
+    for (const QChar special : PasswordRules().specialCharacters)
+        EXPECT_EQ(Faults({}, "abcdef1" + QString(special)), "") << int(special.unicode());
     // What is not there is in no password, and one letter is no name.
-    rules = Nothing();
-    EXPECT_EQ(FindPasswordFaults(rules, u"anything", {"", " ", ""}), Faults());
-    EXPECT_EQ(FindPasswordFaults(rules, u"anything", {"Q7", "A", "Y"}), Faults());
-    EXPECT_EQ(FindPasswordFaults(rules, u"walimo", {"Q7", "Li", ""}), (Faults{{Kind::ContainsName}}));
-    EXPECT_EQ(FindPasswordFaults(rules, u"xq7x", {" Q7 ", "", ""}), (Faults{{Kind::ContainsId}}));
-}
-
-TEST(PasswordRulesTest, CharactersCountForEveryKindThatTheyAreOf) {
-    PasswordRules rules = Nothing();
-    Require(rules, CharacterKind::Alphabetic, 2);
-    Require(rules, CharacterKind::Uppercase, 1);
-    Require(rules, CharacterKind::Lowercase, 1);
-    EXPECT_EQ(Check(rules, "xY"), Faults()) << "cased letters are alphabetic, too";
-    EXPECT_EQ(Check(rules, "xy"), (Faults{{Kind::TooFewOfKind, CharacterKind::Uppercase}}));
-    EXPECT_EQ(Check(rules, "XY"), (Faults{{Kind::TooFewOfKind, CharacterKind::Lowercase}}));
-    EXPECT_EQ(Check(rules, "ßÉ"), Faults());
-
-    rules = Nothing();
-    Require(rules, CharacterKind::Alphabetic, 2);
-    EXPECT_EQ(Check(rules, QString("字典")), Faults()) << "letters without case";
-    Require(rules, CharacterKind::Alphabetic, 0);
-    Require(rules, CharacterKind::Digit, 1);
-    EXPECT_NE(Check(rules, QString("٣")), Faults()) << "only 0 to 9 are digits";
-    Require(rules, CharacterKind::Digit, 0);
-    Require(rules, CharacterKind::Special, 2);
-    EXPECT_EQ(Check(rules, "#!"), Faults());
-    EXPECT_NE(Check(rules, "#?"), Faults()) << "the question mark is not in the set";
-
-    // A character outside the basic plane is one character.
-    rules = Nothing();
-    rules.minimumLength = 2;
-    rules.specialCharacters = QString("🔑");
-    Require(rules, CharacterKind::Special, 1);
-    EXPECT_EQ(Check(rules, QString("🔑x")), Faults());
-    EXPECT_EQ(Check(rules, QString("🔑")), (Faults{{Kind::TooShort}}));
-    EXPECT_EQ(Check(rules, QString("🔒🔒")), (Faults{{Kind::TooFewOfKind, CharacterKind::Special}}));
-}
-
-TEST(PasswordRulesTest, SomeOfAGroupAreEnough) {
-    PasswordRules rules = Nothing();
-    Require(rules, CharacterKind::Alphabetic, 3); // stands outside the group
-    Require(rules, CharacterKind::Uppercase, 1, true);
-    Require(rules, CharacterKind::Digit, 1, true);
-    Require(rules, CharacterKind::Special, 1, true);
-    Require(rules, CharacterKind::Lowercase, 0, true); // requires nothing, so it is no member
-    rules.groupCount = 2;
-    EXPECT_EQ(rules.Group().size(), 3);
-    EXPECT_EQ(Check(rules, "xyz1#"), Faults());
-    EXPECT_EQ(Check(rules, "xyZ1"), Faults());
-    EXPECT_EQ(Check(rules, "xyzz1"), (Faults{{Kind::TooFewOfGroup}}));
-    EXPECT_EQ(Check(rules, "X1#"), (Faults{{Kind::TooFewOfKind, CharacterKind::Alphabetic}}));
-
-    // 0 means all of them and the boxes mean nothing; never "none".
-    rules.groupCount = 0;
-    EXPECT_EQ(Check(rules, "xyZ1#"), Faults());
-    EXPECT_EQ(Check(rules, "xyZ1"), (Faults{{Kind::TooFewOfKind, CharacterKind::Special}}));
-
-    // More than there are cannot be asked for.
-    rules.groupCount = 5;
-    EXPECT_EQ(rules.GroupCountInForce(), 3);
-    EXPECT_EQ(Check(rules, "xyZ1#"), Faults());
-    EXPECT_EQ(Check(rules, "xyZ1"), (Faults{{Kind::TooFewOfGroup}}));
+    const PasswordRules none = RulesOf("");
+    EXPECT_EQ(Faults(none, "anything", {"", " ", ""}), "");
+    EXPECT_EQ(Faults(none, "anything", {"Q7", "A", "Y"}), "");
+    EXPECT_EQ(Faults(none, "walimo", {"Q7", "Li", ""}), "name");
+    EXPECT_EQ(Faults(none, "xq7x", {" Q7 ", "", ""}), "id");
 }
 
 TEST(PasswordRulesTest, RulesThatNoPasswordCanFollowAreFound) {
-    EXPECT_TRUE(PasswordRules().CanBeMet());
-    PasswordRules rules = Nothing();
-    rules.maximumLength = 8;
-    Require(rules, CharacterKind::Alphabetic, 4);
-    Require(rules, CharacterKind::Uppercase, 2);
-    Require(rules, CharacterKind::Lowercase, 2);
-    Require(rules, CharacterKind::Digit, 2);
-    Require(rules, CharacterKind::Special, 2);
-    EXPECT_TRUE(rules.CanBeMet()) << "the cased letters are the alphabetic ones";
-    Require(rules, CharacterKind::Uppercase, 3);
-    EXPECT_FALSE(rules.CanBeMet()) << "nine characters in eight places";
-    rules.maximumLength = 9;
-    EXPECT_TRUE(rules.CanBeMet());
-    Require(rules, CharacterKind::Alphabetic, 6);
-    EXPECT_FALSE(rules.CanBeMet());
-    rules.maximumLength = 0;
-    EXPECT_TRUE(rules.CanBeMet());
-    rules.specialCharacters.clear();
-    EXPECT_FALSE(rules.CanBeMet());
-    Require(rules, CharacterKind::Special, 0);
-    EXPECT_TRUE(rules.CanBeMet());
-}
-
-TEST(PasswordRulesTest, AGroupIsMeasuredByWhatCanBeChosenFromIt) {
-    PasswordRules rules = Nothing();
-    rules.maximumLength = 10;
-    Require(rules, CharacterKind::Alphabetic, 8, true);
-    Require(rules, CharacterKind::Digit, 6, true);
-    Require(rules, CharacterKind::Special, 2, true);
-    rules.groupCount = 1;
-    EXPECT_TRUE(rules.CanBeMet());
-    rules.groupCount = 2;
-    EXPECT_TRUE(rules.CanBeMet()) << "eight letters and two special characters";
-    rules.specialCharacters.clear();
-    EXPECT_FALSE(rules.CanBeMet());
-    rules.specialCharacters = "#";
-    rules.groupCount = 3;
-    EXPECT_FALSE(rules.CanBeMet());
-    rules.maximumLength = 16;
-    EXPECT_TRUE(rules.CanBeMet());
-    rules.groupCount = 4;
-    EXPECT_FALSE(rules.CanBeMet()) << "the group has three";
-    rules.groupCount = 2;
-    Require(rules, CharacterKind::Special, 0, true);
-    EXPECT_TRUE(rules.CanBeMet());
-    Require(rules, CharacterKind::Digit, 0, true);
-    EXPECT_FALSE(rules.CanBeMet()) << "a requirement of nothing is no member";
+    const QString nine = "PUL=3 PLL=2 PNL=2 PSL=2 PSC=#";
+    const QString group = "PAL=8 PAG=Y PNL=6 PNG=Y PSG=Y ";
+    const std::pair<QString, bool> cases[] = {
+        {"built-in", true},
+        {"PLX=8 PAL=4 PUL=2 PLL=2 PNL=2 PSL=2 PSC=#", true}, // the cased letters are the alphabetic ones
+        {nine + " PLX=8 PAL=4", false},
+        {nine + " PLX=9 PAL=4", true},
+        {nine + " PLX=9 PAL=6", false},
+        {nine + " PLX=0 PAL=6", true},
+        {"PSL=2", false},
+        {"PSL=0", true},
+        // A group is measured by what can be chosen from it; a requirement of nothing is no member.
+        {group + "PSL=2 PSC=# PGR=1 PLX=10", true},
+        {group + "PSL=2 PSC=# PGR=2 PLX=10", true},
+        {group + "PSL=2 PGR=2 PLX=10", false},
+        {group + "PSL=2 PSC=# PGR=3 PLX=10", false},
+        {group + "PSL=2 PSC=# PGR=3 PLX=16", true},
+        {group + "PSL=2 PSC=# PGR=4 PLX=16", false},
+        {group + "PSC=# PGR=2 PLX=16", true},
+        {"PAL=8 PAG=Y PNG=Y PGR=2", false},
+    };
+    for (const auto& [rules, canBeMet] : cases)
+        EXPECT_EQ(RulesOf(rules).CanBeMet(), canBeMet) << rules.toStdString();
 }
 
 } // namespace
