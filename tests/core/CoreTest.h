@@ -19,10 +19,10 @@ public:
         : Screen(application, "frmTest", "Test Screen", parent) {}
 
     int loads = 0;
-    bool wasShownAtLoad = false;
     int closeChecks = 0;
-    bool mayClose = true;
     int clusterChanges = 0;
+    bool wasShownAtLoad = false;
+    bool mayClose = true;
 
     void LoadScreen() override {
         ++loads;
@@ -71,6 +71,5 @@ inline const QStringList AllRights{"ASPG",   "CatPG", "CrcPG", "CrCnv",     "Sec
                                    "ChgPwd", "SysDf", "PRB",   "EditPatGrp"};
 inline const QStringList ViewRights{"ASPGV", "CatPGV", "CrcPGV", "CrCnvV",
                                     "SecV",  "SysDfV", "PRB",    "PatGrpV"};
-inline const QStringList CirculationRights{"CrcPG"};
 
 } // namespace sysadmin

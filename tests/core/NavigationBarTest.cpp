@@ -36,7 +36,6 @@ protected:
 
     NavigationBar& Bar() { return *window->findChild<NavigationBar*>("albMain"); }
     QTreeWidget& Tree() { return *window->findChild<QTreeWidget*>("tvwScreens"); }
-    QLineEdit& FindBox() { return *window->findChild<QLineEdit*>("txtFindScreen"); }
     QTreeWidgetItem* Item(const QString& key) {
         for (QTreeWidgetItemIterator it(&Tree()); *it; ++it)
             if ((*it)->data(0, NavigationDelegate::KeyRole).toString() == key)
@@ -63,23 +62,16 @@ protected:
     std::unique_ptr<MainWindow> window;
 };
 
-TEST_F(NavigationBarTest, OpensOneGroupAtATimeAndItsItemsByAClick) {
+TEST_F(NavigationBarTest, OpensOneGroupAtATimeAndFollowsTheScreenInFront) {
     EXPECT_EQ(Bar().CurrentGroup(), "Acquisitions");
     Click("Search");
-    EXPECT_EQ(Bar().CurrentGroup(), "Search");
     EXPECT_EQ(ShownItems().size(), 12);
     EXPECT_EQ(Item("Search_SearchDefinitions")->text(0), "Indexes - Headings & Left-Anchored Definitions");
     Click("Search_HeadingFilter");
     EXPECT_TRUE(IsActive("Search_HeadingFilter"));
-}
-
-TEST_F(NavigationBarTest, FollowsTheScreenInFront) {
-    window->OpenScreen("System_Events");
-    EXPECT_EQ(Bar().CurrentGroup(), "System");
-    EXPECT_TRUE(Item("System_Events")->isSelected());
     window->OpenScreen("Security_Options");
-    EXPECT_FALSE(Item("System_Events")->isSelected());
-    EXPECT_TRUE(Item("Security_Options")->isSelected());
+    EXPECT_EQ(Bar().CurrentGroup(), "Security");
+    EXPECT_TRUE(Item("Security_Options")->isSelected() && !Item("Search_HeadingFilter")->isSelected());
 }
 
 TEST_F(NavigationBarTest, WorksByKeyboard) {
@@ -95,62 +87,44 @@ TEST_F(NavigationBarTest, WorksByKeyboard) {
 }
 
 TEST_F(NavigationBarTest, FindsItemsAcrossGroups) {
-    QTest::keyClicks(&FindBox(), "patron g");
+    auto& find = *window->findChild<QLineEdit*>("txtFindScreen");
+    QTest::keyClicks(&find, "patron g");
     EXPECT_EQ(ShownItems(), QStringList({"Circulation_PatronGroups", "Circulation_PatronGroupMapping"}));
-    QTest::keyClick(&FindBox(), Qt::Key_Return);
+    QTest::keyClick(&find, Qt::Key_Return);
     EXPECT_TRUE(IsActive("Circulation_PatronGroups"));
-    EXPECT_EQ(FindBox().text(), "");
-
-    QTest::keyClicks(&FindBox(), "web serv");
+    EXPECT_EQ(find.text(), "");
+    QTest::keyClicks(&find, "web serv");
     EXPECT_EQ(ShownItems(), QStringList({"WS_LoginSummary", "WS_SelfRegistration", "WS_Configuration"}));
-    QTest::keyClick(&FindBox(), Qt::Key_Escape);
+    QTest::keyClick(&find, Qt::Key_Escape);
     EXPECT_EQ(ShownItems().size(), 11) << "the open group is not back";
-
-    QTest::keyClicks(&FindBox(), "nothing like it");
+    QTest::keyClicks(&find, "nothing like it");
     EXPECT_TRUE(ShownItems().isEmpty());
-    QTest::keyClick(&FindBox(), Qt::Key_Return);
+    QTest::keyClick(&find, Qt::Key_Return);
     EXPECT_TRUE(IsActive("Circulation_PatronGroups"));
 }
 
-TEST_F(NavigationBarTest, EachGroupHasItsIconStyle) {
+TEST_F(NavigationBarTest, EachGroupHasItsIconStyleRememberedWithTheWidthPerOperator) {
+    const auto height = [&](const char* key) { return Tree().visualItemRect(Item(key)).height(); };
     Click("Cataloging");
-    const int small = Tree().visualItemRect(Item("Catalog_Miscellaneous")).height();
+    const int small = height("Catalog_Miscellaneous");
     window->findChild<QAction*>("mnuPopupLarge")->trigger();
-    EXPECT_GT(Tree().visualItemRect(Item("Catalog_Miscellaneous")).height(), small + 16);
+    EXPECT_GT(height("Catalog_Miscellaneous"), small + 16);
     Click("Circulation");
-    EXPECT_EQ(Tree().visualItemRect(Item("Circulation_Miscellaneous")).height(), small);
-    EXPECT_EQ(Bar().LargeGroups(), QStringList({"Cataloging"}));
-    Click("Cataloging");
-    window->findChild<QAction*>("mnuPopupSmall")->trigger();
-    EXPECT_EQ(Tree().visualItemRect(Item("Catalog_Miscellaneous")).height(), small);
-}
-
-TEST_F(NavigationBarTest, TheMenuShowsTheStyleOfTheOpenGroup) {
-    auto* menu = window->findChild<QMenu*>("mnuPopup");
-    const auto showsLarge = [&] {
-        QContextMenuEvent event(QContextMenuEvent::Keyboard, {10, 60}, Tree().mapToGlobal(QPoint(10, 60)));
-        QCoreApplication::sendEvent(&Tree(), &event);
-        EXPECT_TRUE(menu->isVisible());
-        menu->hide();
-        return window->findChild<QAction*>("mnuPopupLarge")->isChecked();
-    };
-    EXPECT_FALSE(showsLarge());
-    window->findChild<QAction*>("mnuPopupLarge")->trigger();
-    EXPECT_TRUE(showsLarge());
-    Click("Security");
-    EXPECT_FALSE(showsLarge());
-}
-
-TEST_F(NavigationBarTest, RemembersStyleAndWidthPerOperator) {
-    Click("System");
-    window->findChild<QAction*>("mnuPopupLarge")->trigger();
+    EXPECT_EQ(height("Circulation_Miscellaneous"), small);
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, {10, 60}, Tree().mapToGlobal(QPoint(10, 60)));
+    QCoreApplication::sendEvent(&Tree(), &event);
+    window->findChild<QMenu*>("mnuPopup")->hide();
+    EXPECT_FALSE(window->findChild<QAction*>("mnuPopupLarge")->isChecked());
     window->findChild<QSplitter*>("splMain")->setSizes({345, 855});
     Start("OTHER");
     EXPECT_TRUE(Bar().LargeGroups().isEmpty());
     EXPECT_NE(Bar().width(), 345);
     Start("TESTER");
-    EXPECT_EQ(Bar().LargeGroups(), QStringList({"System"}));
+    EXPECT_EQ(Bar().LargeGroups(), QStringList({"Cataloging"}));
     EXPECT_NEAR(Bar().width(), 345, 1);
+    Click("Cataloging");
+    window->findChild<QAction*>("mnuPopupSmall")->trigger();
+    EXPECT_EQ(height("Catalog_Miscellaneous"), small);
 }
 
 } // namespace

@@ -3,8 +3,6 @@
 #include "core/Navigation.h"
 #include "look/IconLoader.h"
 
-#include <QSet>
-
 namespace sysadmin {
 
 namespace {
@@ -32,21 +30,6 @@ protected:
 const QStringList AllGroups{"Acquisitions", "CallSlips", "Cataloging", "Circulation", "OPAC",
                             "Search",       "Security",  "System",     "WebServices"};
 
-TEST_F(NavigationTest, TheTableIsWhole) {
-    QList<qsizetype> counts;
-    const Navigation navigation(catalogue);
-    for (const NavigationGroup& group : navigation.Groups())
-        counts.append(group.items.size());
-    EXPECT_EQ(counts, QList<qsizetype>({9, 3, 8, 11, 5, 12, 8, 12, 3}));
-    QSet<QString> keys;
-    for (const ScreenEntry& entry : catalogue.Entries())
-        keys.insert(entry.key);
-    EXPECT_EQ(keys.size(), catalogue.Entries().size()) << "two items share a key";
-    EXPECT_EQ(catalogue.Find("Search_SearchDefinitions")->caption,
-              "Indexes - Headings && Left-Anchored Definitions");
-    EXPECT_EQ(catalogue.Find("System_Nothing"), nullptr);
-}
-
 TEST_F(NavigationTest, EveryItemAndGroupHasAPicture) {
     QStringList names;
     for (const ScreenEntry& entry : catalogue.Entries())
@@ -63,48 +46,35 @@ TEST_F(NavigationTest, EveryItemAndGroupHasAPicture) {
     }
 }
 
-TEST_F(NavigationTest, FullRightsKeepEverything) {
-    for (const QStringList& rights : {AllRights, ViewRights}) {
+TEST_F(NavigationTest, RightsDecideWhichGroupsStay) {
+    const struct {
+        QStringList rights;
+        QStringList groups;
+        bool mayStart;
+        bool hasPatronGroups;
+    } cases[] = {
+        {AllRights, AllGroups, true, true},
+        {ViewRights, AllGroups, true, true},
+        {{"CrcPG"}, {"Circulation"}, true, false},
+        {{"CrcPG", "PatGrpV"}, {"Circulation"}, true, true},
+        {{"SysDfV"}, {"CallSlips", "OPAC", "Search", "System"}, true, false},
+        {{"ASPG"}, {"Acquisitions"}, true, false},
+        {{"CatPGV"}, {"Cataloging"}, true, false},
+        {{"Sec"}, {"Security"}, true, false},
+        // The flag of the web services shows the group, but is no right.
+        {{"Sec", "PRB"}, {"Security", "WebServices"}, true, false},
+        {{"PRB", "ChgPwd", "EditPatGrp", "CrCnv"}, {"WebServices"}, false, false},
+        {{}, {}, false, false},
+    };
+    for (const auto& [rights, groups, mayStart, hasPatronGroups] : cases) {
+        SCOPED_TRACE(rights.join(' ').toStdString());
         Navigation navigation(catalogue);
-        EXPECT_TRUE(navigation.TrimToRights(ProfileWith(rights)));
-        EXPECT_EQ(Keys(navigation.Groups()), AllGroups);
-        EXPECT_TRUE(ItemKeys(navigation, "Circulation").contains("Circulation_PatronGroups"));
+        EXPECT_EQ(navigation.TrimToRights(ProfileWith(rights)), mayStart);
+        EXPECT_EQ(Keys(navigation.Groups()), groups);
+        const QStringList items = ItemKeys(navigation, "Circulation");
+        EXPECT_EQ(items.contains("Circulation_PatronGroups"), hasPatronGroups);
+        EXPECT_EQ(items.size(), groups.contains("Circulation") ? 10 + hasPatronGroups : 0);
     }
-}
-
-TEST_F(NavigationTest, CirculationAloneWithoutPatronGroups) {
-    Navigation navigation(catalogue);
-    EXPECT_TRUE(navigation.TrimToRights(ProfileWith(CirculationRights)));
-    EXPECT_EQ(Keys(navigation.Groups()), QStringList({"Circulation"}));
-    EXPECT_FALSE(ItemKeys(navigation, "Circulation").contains("Circulation_PatronGroups"));
-    EXPECT_EQ(ItemKeys(navigation, "Circulation").size(), 10);
-}
-
-TEST_F(NavigationTest, TheSystemRightOpensFourGroups) {
-    Navigation navigation(catalogue);
-    EXPECT_TRUE(navigation.TrimToRights(ProfileWith({"SysDfV"})));
-    EXPECT_EQ(Keys(navigation.Groups()), QStringList({"CallSlips", "OPAC", "Search", "System"}));
-}
-
-TEST_F(NavigationTest, EachRightOpensItsGroup) {
-    const QHash<QString, QString> groups{
-        {"ASPG", "Acquisitions"}, {"CatPGV", "Cataloging"}, {"Sec", "Security"}};
-    for (auto it = groups.begin(); it != groups.end(); ++it) {
-        Navigation navigation(catalogue);
-        EXPECT_TRUE(navigation.TrimToRights(ProfileWith({it.key()})));
-        EXPECT_EQ(Keys(navigation.Groups()), QStringList({it.value()}));
-    }
-}
-
-TEST_F(NavigationTest, TheWebServicesFlagShowsTheGroupButIsNoRight) {
-    Navigation withRight(catalogue);
-    EXPECT_TRUE(withRight.TrimToRights(ProfileWith({"Sec", "PRB"})));
-    EXPECT_EQ(Keys(withRight.Groups()), QStringList({"Security", "WebServices"}));
-    Navigation without(catalogue);
-    EXPECT_FALSE(without.TrimToRights(ProfileWith({"PRB", "ChgPwd", "EditPatGrp", "CrCnv"})));
-    Navigation nothing(catalogue);
-    EXPECT_FALSE(nothing.TrimToRights(ProfileWith({})));
-    EXPECT_TRUE(nothing.Groups().isEmpty());
 }
 
 TEST_F(NavigationTest, AFailedRemovalIsRememberedAndStopsNoOther) {
@@ -118,19 +88,7 @@ TEST_F(NavigationTest, AFailedRemovalIsRememberedAndStopsNoOther) {
     EXPECT_TRUE(withoutItem.RemoveItem("Circulation", "Circulation_PatronGroups"));
     EXPECT_FALSE(withoutItem.RemoveItem("Circulation", "Circulation_PatronGroups"));
     EXPECT_FALSE(withoutItem.RemoveItem("Nothing", "Circ_Calendars"));
-    EXPECT_FALSE(withoutItem.TrimToRights(ProfileWith(CirculationRights)));
-}
-
-TEST_F(NavigationTest, ShowsOnlyWhatHasAScreen) {
-    EXPECT_TRUE(Navigation(catalogue).ShownGroups().isEmpty());
-    catalogue.Contribute<TestScreen>("Security_Options", 1);
-    catalogue.Contribute<TestScreen>("Acquisitions_VendorTypes", 1);
-    Navigation navigation(catalogue);
-    EXPECT_EQ(Keys(navigation.ShownGroups()), QStringList({"Acquisitions", "Security"}));
-    EXPECT_EQ(navigation.ShownGroups().first().items.size(), 1);
-    EXPECT_TRUE(navigation.TrimToRights(ProfileWith({"SysDf"})))
-        << "rights count, not what happens to be built";
-    EXPECT_TRUE(navigation.ShownGroups().isEmpty());
+    EXPECT_FALSE(withoutItem.TrimToRights(ProfileWith({"CrcPG"})));
 }
 
 } // namespace

@@ -19,36 +19,22 @@ protected:
     }
 };
 
-TEST_F(PrefsTest, KeepsTheWarningPerOperator) {
-    Prefs first = LoadAs("ANNA");
-    EXPECT_FALSE(first.WarnOnClose());
-    first.SetWarnOnClose(true);
-    EXPECT_FALSE(LoadAs("ANNA").WarnOnClose()) << "kept before it was saved";
-    first.SavePreferences();
-
-    EXPECT_TRUE(LoadAs("ANNA").WarnOnClose());
-    EXPECT_FALSE(LoadAs("BERT").WarnOnClose());
+TEST_F(PrefsTest, AreKeptPerOperatorOnceSaved) {
+    for (const QString operatorId : {"ANNA", "A/B"}) {
+        Prefs prefs = LoadAs(operatorId);
+        prefs.SetWarnOnClose(true);
+        EXPECT_FALSE(LoadAs(operatorId).WarnOnClose()) << "kept before it was saved";
+        prefs.SavePreferences();
+        EXPECT_TRUE(LoadAs(operatorId).WarnOnClose());
+        for (const char* other : {"BERT", "A", "A\\B"})
+            EXPECT_FALSE(LoadAs(other).WarnOnClose());
+    }
     EXPECT_EQ(UserSettings().value("ANNA/WarnOnClose").toString(), "True");
-
-    first.SetWarnOnClose(false);
-    first.SavePreferences();
-    EXPECT_FALSE(LoadAs("ANNA").WarnOnClose());
-}
-
-TEST_F(PrefsTest, OperatorIdsWithSeparatorsStaySeparate) {
-    Prefs odd = LoadAs("A/B");
-    odd.SetWarnOnClose(true);
-    odd.SavePreferences();
-    EXPECT_TRUE(LoadAs("A/B").WarnOnClose());
-    EXPECT_FALSE(LoadAs("A").WarnOnClose());
-    EXPECT_FALSE(LoadAs("A\\B").WarnOnClose());
-}
-
-TEST_F(PrefsTest, KeepsNothingBeforeItKnowsWhose) {
-    const Prefs prefs;
-    prefs.Remember("NavigationWidth", 300);
+    UserSettings().clear();
+    const Prefs nobodys;
+    nobodys.Remember("NavigationWidth", 300);
     EXPECT_TRUE(UserSettings().allKeys().isEmpty());
-    EXPECT_EQ(prefs.Remembered("NavigationWidth", 270).toInt(), 270);
+    EXPECT_EQ(nobodys.Remembered("NavigationWidth", 270).toInt(), 270);
 }
 
 TEST_F(PrefsTest, TheDialogSavesOnlyWhenConfirmed) {

@@ -10,54 +10,25 @@ class ProfileTest : public CoreTest {};
 
 TEST_F(ProfileTest, ViewingGivesAccessButNoEditing) {
     const SecurityProfile profile = ProfileWith({"ASPGV", "Sec", "PatGrpV", "CrCnv"});
-    EXPECT_TRUE(profile.AcqAccess() && profile.AcqView());
-    EXPECT_FALSE(profile.AcqEdit());
-    EXPECT_TRUE(profile.SecurityAccess() && profile.SecurityEdit());
-    EXPECT_FALSE(profile.SecurityView());
-    EXPECT_TRUE(profile.PatronGroupAccess());
-    EXPECT_FALSE(profile.PatronGroupEdit());
-    EXPECT_TRUE(profile.CircConvAccess());
-    EXPECT_FALSE(profile.CatAccess() || profile.CircAccess() || profile.SystemAccess() ||
+    EXPECT_TRUE(profile.AcqAccess() && profile.AcqView() && profile.SecurityAccess() &&
+                profile.SecurityEdit() && profile.PatronGroupAccess() && profile.CircConvAccess());
+    EXPECT_FALSE(profile.AcqEdit() || profile.SecurityView() || profile.PatronGroupEdit() ||
+                 profile.CatAccess() || profile.CircAccess() || profile.SystemAccess() ||
                  profile.ChangePassword() || profile.MainWindowFlag() || profile.LoadFailed());
-}
-
-TEST_F(ProfileTest, AsksForTheOperatorTwiceAndTakesTheDecimals) {
-    channel.Answer("SAInit", 0, {{"Dec", "3"}, {"ChgPwd", "Y"}});
-    channel.Answer("CheckMasterProfile", 0);
-    SecurityProfile profile;
-    profile.Load(channel, "ANNA");
-    const QList<ScriptedChannel::Sent> wanted{{"SAInit", {{"OI", "ANNA"}}},
-                                              {"CheckMasterProfile", {{"OI", "ANNA"}}}};
+    EXPECT_EQ(profile.MoneyDecimals(), 2);
+    const QList<ScriptedChannel::Sent> wanted{{"SAInit", {{"OI", "TESTER"}}},
+                                              {"CheckMasterProfile", {{"OI", "TESTER"}}}};
     EXPECT_EQ(channel.sent, wanted);
-    EXPECT_EQ(profile.MoneyDecimals(), 3);
-    EXPECT_TRUE(profile.ChangePassword());
-}
-
-TEST_F(ProfileTest, OneFailureIsEnoughAndGrantsNothing) {
-    for (const bool firstFails : {true, false}) {
-        channel.Answer("SAInit", firstFails ? 2 : 0, {{"ASPG", "Y"}});
-        channel.Answer("CheckMasterProfile", firstFails ? 0 : 1, {{"EditPatGrp", "Y"}});
-        SecurityProfile profile;
-        profile.Load(channel, "ANNA");
-        EXPECT_TRUE(profile.LoadFailed());
-        EXPECT_EQ(profile.AcqEdit(), !firstFails);
-        EXPECT_EQ(profile.PatronGroupEdit(), firstFails);
-    }
-    EXPECT_TRUE(channel.AllAnswered()) << "the second request must follow a failure of the first";
+    EXPECT_TRUE(ProfileWith({"ChgPwd"}).ChangePassword());
 }
 
 TEST_F(ProfileTest, YesNoConversions) {
     channel.Answer("Get", 0, {{"N", "N"}, {"Y", "Y"}, {"y", "y"}, {"E", ""}});
     channel.SendRequest("Get");
-    EXPECT_EQ(YNToCheck(channel, "N"), 0);
-    EXPECT_EQ(YNToCheck(channel, "Y"), 1);
-    EXPECT_EQ(YNToCheck(channel, "y"), -1);
-    EXPECT_EQ(YNToCheck(channel, "E"), -1);
-    EXPECT_EQ(YNToCheck(channel, "missing"), -1);
+    for (const auto& [tag, state] : {std::pair{"N", 0}, {"Y", 1}, {"y", -1}, {"E", -1}, {"missing", -1}})
+        EXPECT_EQ(YNToCheck(channel, tag), state) << tag;
     EXPECT_EQ(YNIndex("NY"), -1);
-    EXPECT_EQ(CheckToYN(0) + CheckToYN(1), "NY");
-    EXPECT_EQ(CheckToYN(2), "");
-    EXPECT_EQ(BoolToYN(true) + BoolToYN(false), "YN");
+    EXPECT_EQ(CheckToYN(0) + CheckToYN(1) + CheckToYN(2) + BoolToYN(true) + BoolToYN(false), "NYYN");
 }
 
 TEST(PickLists, FollowSavesAndDeletesButWaitForTheirFirstReader) {

@@ -30,26 +30,29 @@ TEST(WindowPrompter, ShowsTheTextAsItIs) {
     });
 }
 
-TEST(WindowPrompter, AnswersByTheButton) {
-    const auto click = [](QMessageBox::StandardButton button) {
-        return [button](QMessageBox& window) { window.button(button)->click(); };
+TEST(WindowPrompter, AnswersByTheButtonAndLeavingIsNoOrCancel) {
+    const struct {
+        Box::Buttons buttons;
+        QMessageBox::StandardButton clicked; // the Escape key when none
+        bool answer;
+    } cases[] = {
+        {Box::Buttons::YesNo, QMessageBox::Yes, true},
+        {Box::Buttons::YesNo, QMessageBox::No, false},
+        {Box::Buttons::YesNo, QMessageBox::NoButton, false},
+        {Box::Buttons::OkCancel, QMessageBox::Ok, true},
+        {Box::Buttons::OkCancel, QMessageBox::Cancel, false},
+        {Box::Buttons::OkCancel, QMessageBox::NoButton, false},
     };
-    const Box question{"Sure?", Box::Icon::Question, Box::Buttons::YesNo, "Delete X"};
-    const Box warning{"Closing.", Box::Icon::Information, Box::Buttons::OkCancel};
-    EXPECT_TRUE(Show(question, click(QMessageBox::Yes)));
-    EXPECT_FALSE(Show(question, click(QMessageBox::No)));
-    EXPECT_TRUE(Show(warning, click(QMessageBox::Ok)));
-    EXPECT_FALSE(Show(warning, click(QMessageBox::Cancel)));
-}
-
-TEST(WindowPrompter, LeavingABoxIsNoOrCancel) {
-    const auto escape = [](QMessageBox& window) { QTest::keyClick(&window, Qt::Key_Escape); };
-    EXPECT_FALSE(Show({"Sure?", Box::Icon::Question, Box::Buttons::YesNo}, escape));
-    EXPECT_FALSE(Show({"Closing.", Box::Icon::Information, Box::Buttons::OkCancel}, escape));
-    EXPECT_FALSE(Show({"Sure?", Box::Icon::None, Box::Buttons::YesNo}, [](QMessageBox& window) {
-        EXPECT_EQ(window.icon(), QMessageBox::NoIcon);
-        window.close();
-    }));
+    for (const auto& [buttons, clicked, answer] : cases)
+        EXPECT_EQ(Show({"Sure?", Box::Icon::Question, buttons},
+                       [clicked = clicked](QMessageBox& window) {
+                           if (QAbstractButton* button = window.button(clicked))
+                               button->click();
+                           else
+                               QTest::keyClick(&window, Qt::Key_Escape);
+                       }),
+                  answer)
+            << int(buttons) << ' ' << clicked;
 }
 
 double Luminance(const QColor& colour) {
@@ -61,9 +64,8 @@ double Luminance(const QColor& colour) {
 }
 
 double Contrast(const QPalette& palette, QPalette::ColorRole text, QPalette::ColorRole surface) {
-    const double a = Luminance(palette.color(text));
-    const double b = Luminance(palette.color(surface));
-    return (qMax(a, b) + 0.05) / (qMin(a, b) + 0.05);
+    const auto [low, high] = std::minmax({Luminance(palette.color(text)), Luminance(palette.color(surface))});
+    return (high + 0.05) / (low + 0.05);
 }
 
 TEST(Appearance, TextIsReadableOnEverySurfaceOfBothPalettes) {

@@ -43,27 +43,23 @@ TEST_F(StartUpTest, TakesTheStepsInOrder) {
     EXPECT_EQ(window->findChild<QLabel*>("lblOperator")->text(), "TESTER");
 }
 
-TEST_F(StartUpTest, ThePreCheckEndsItSilently) {
+TEST_F(StartUpTest, EveryStepMayEndItBeforeTheNextOne) {
     comm.preCheckResult = true;
     ExpectRefused();
     EXPECT_EQ(comm.calls, QStringList({"PreCheck"}));
     EXPECT_EQ(channel.signOns, 0);
-}
-
-TEST_F(StartUpTest, AFailedSignOnClosesItsDialogAndEnds) {
+    comm.preCheckResult = false;
+    comm.calls.clear();
     channel.signOnResult = false;
     ExpectRefused();
     EXPECT_EQ(comm.calls, QStringList({"PreCheck", "ShowSignOn", "CloseSignOn"}));
-    EXPECT_TRUE(channel.sent.isEmpty());
-}
-
-TEST_F(StartUpTest, TheStepAfterSignOnMayRefuseSilently) {
+    channel.signOnResult = true;
     comm.postSignOnResult = false;
     ExpectRefused();
     EXPECT_TRUE(channel.sent.isEmpty());
 }
 
-TEST_F(StartUpTest, AProfileThatDoesNotLoadIsRefused) {
+TEST_F(StartUpTest, WithoutAProfileOrRightsItIsRefused) {
     for (const bool firstFails : {true, false}) {
         channel.Answer("SAInit", firstFails ? 5 : 0, {{"Sec", "Y"}});
         channel.Answer("CheckMasterProfile", firstFails ? 0 : 5);
@@ -71,9 +67,6 @@ TEST_F(StartUpTest, AProfileThatDoesNotLoadIsRefused) {
                            "System Administration");
         ExpectRefused();
     }
-}
-
-TEST_F(StartUpTest, AnOperatorWithoutRightsIsRefused) {
     AnswerRights({"PRB"});
     prompter.ExpectBox("You are not authorized to use System Adminstration.", true, Box::Icon::Critical,
                        "System Administration");
@@ -91,24 +84,20 @@ TEST_F(StartUpTest, RightsDecideAndNotWhichScreensAreThere) {
 class LookingCommunication : public FakeCommunication {
 public:
     using FakeCommunication::FakeCommunication;
-    std::function<bool()> mainWindowShows;
-    QList<bool> shown;
+    std::function<void()> look;
 
-    void ShowSignOn() override { shown.append(mainWindowShows()); }
-    void CloseSignOn() override { shown.append(mainWindowShows()); }
-    bool PostSignOn() override {
-        shown.append(mainWindowShows());
-        return true;
-    }
+    void ShowSignOn() override { look(); }
+    void CloseSignOn() override { look(); }
 };
 
 TEST_F(StartUpTest, TheWindowShowsBetweenSignOnAndTheClosingOfItsDialog) {
     LookingCommunication looking(channel);
     Application other(looking, prompter);
-    looking.mainWindowShows = [&] { return other.mainWindow && other.mainWindow->isVisible(); };
+    QList<bool> shown;
+    looking.look = [&] { shown.append(other.mainWindow && other.mainWindow->isVisible()); };
     AnswerRights(AllRights);
     EXPECT_TRUE(StartUp(other, {}));
-    EXPECT_EQ(looking.shown, QList<bool>({false, true, true}));
+    EXPECT_EQ(shown, QList<bool>({false, true}));
 }
 
 } // namespace

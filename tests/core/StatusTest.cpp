@@ -17,7 +17,7 @@ const QSet<int> SeriousStatuses{1, 2, 3, 4, 5, 6, 10, 11, 12, 14, 15};
 bool HasText(int status) {
     return (status >= 1 && status <= 16) || (status >= 20 && status <= 52) ||
            (status >= 56 && status <= 96) || (status >= 101 && status <= 103) || status == 111 ||
-           status == 120 || status == 123 || status == 130 || status == -92;
+           status == 120 || status == 123 || status == 130 || status == 131 || status == -92;
 }
 
 TEST(StatusTable, RoutesEveryStatusToTheRightPlace) {
@@ -56,6 +56,7 @@ TEST(StatusTable, KeepsTextsToTheLetter) {
         {96, "This patron group cannot be deleted because it is being used in a UB Patron Group Home Policy "
              "record."},
         {123, "This calendar cannot be saved.  A date is outside the calendar's coverage dates."},
+        {131, "Somebody else has changed this record in the meantime.  Nothing was saved."},
         {-92, "The server or database is not compatible with this version of your application. The "
               "application will "
               "be aborted. Client version: #  Server version: #  Database version: #"},
@@ -77,54 +78,38 @@ TEST_F(ReportTest, ShowsABoxForALightFailureWithThePrefixDirectlyInFront) {
 }
 
 TEST_F(ReportTest, ShowsTheErrorDialogForASeriousFailure) {
+    channel.problem = "The connection was cut off.";
     prompter.ExpectDialogResult("frmError", [](QDialog& dialog) {
         EXPECT_EQ(dialog.windowTitle(), "System Error");
         const auto text = [&](const char* label) { return dialog.findChild<QLabel*>(label)->text(); };
         EXPECT_EQ(text("lblErrorMessage"), "Loading: Database Error");
         EXPECT_EQ(text("lblFormNameText"), "Vendor Type");
         EXPECT_EQ(text("lblModuleText"), "Load Acquisitions Vendor Types");
-        EXPECT_EQ(text("lblReturnCodeText"), "55");
+        EXPECT_EQ(text("lblReturnCodeText"), "-7");
         EXPECT_FALSE(dialog.findChild<QLabel*>("imgError")->pixmap(Qt::ReturnByValue).isNull());
         EXPECT_FALSE(dialog.findChild<QLabel*>("lblCauseText"));
+        auto* expand = dialog.findChild<QPushButton*>("cmdDetailsExpand");
+        auto* compress = dialog.findChild<QPushButton*>("cmdDetailsCompress");
+        EXPECT_EQ(expand->text() + '|' + compress->text(), "&Details  >>|<<  &Details");
+        const auto showsDetails = [&](bool shows) {
+            return dialog.findChild<QFrame*>("fraDetails")->isVisible() == shows &&
+                   compress->isVisible() == shows && expand->isVisible() != shows;
+        };
+        EXPECT_TRUE(showsDetails(false));
+        expand->click();
+        EXPECT_TRUE(showsDetails(true));
+        compress->click();
+        EXPECT_TRUE(showsDetails(false));
         dialog.findChild<QPushButton*>("cmdOKCompress")->click();
         EXPECT_EQ(dialog.result(), QDialog::Accepted);
     });
-    channel.problem = "The connection was cut off.";
-    application.ReportRequestFailure(55, "Load Acquisitions Vendor Types", "Vendor Type", "Loading: ");
+    application.ReportRequestFailure(-7, "Load Acquisitions Vendor Types", "Vendor Type", "Loading: ");
     // Only of a failed communication is more known than the status says.
     prompter.ExpectDialogResult("frmError", [](QDialog& dialog) {
         EXPECT_EQ(dialog.findChild<QLabel*>("lblCause")->text(), "Cause:");
         EXPECT_EQ(dialog.findChild<QLabel*>("lblCauseText")->text(), "The connection was cut off.");
     });
     application.ReportRequestFailure(1, "Load Acquisitions Vendor Types", "Vendor Type");
-}
-
-TEST_F(ReportTest, WritesNegativeReturnCodesWithTheirSign) {
-    prompter.ExpectDialogResult("frmError", [](QDialog& dialog) {
-        EXPECT_EQ(dialog.findChild<QLabel*>("lblReturnCodeText")->text(), "-7");
-    });
-    application.ReportRequestFailure(-7, "Load", "Screen");
-}
-
-TEST_F(ReportTest, TheErrorDialogHidesItsDetailsUntilAsked) {
-    prompter.ExpectDialogResult("frmError", [](QDialog& dialog) {
-        auto* details = dialog.findChild<QFrame*>("fraDetails");
-        auto* expand = dialog.findChild<QPushButton*>("cmdDetailsExpand");
-        auto* compress = dialog.findChild<QPushButton*>("cmdDetailsCompress");
-        EXPECT_EQ(expand->text(), "&Details  >>");
-        EXPECT_EQ(compress->text(), "<<  &Details");
-        EXPECT_TRUE(expand->isVisible());
-        EXPECT_FALSE(details->isVisible() || compress->isVisible());
-
-        expand->click();
-        EXPECT_TRUE(details->isVisible() && compress->isVisible());
-        EXPECT_FALSE(expand->isVisible());
-
-        compress->click();
-        EXPECT_TRUE(expand->isVisible());
-        EXPECT_FALSE(details->isVisible() || compress->isVisible());
-    });
-    application.ReportRequestFailure(2, "Load", "Screen");
 }
 
 } // namespace
