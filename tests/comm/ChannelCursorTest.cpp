@@ -6,71 +6,44 @@
 namespace sysadmin {
 namespace {
 
-class ChannelCursorTest : public ::testing::Test {
-protected:
-    void Load(const wire::Fields& reply, qint16 status = 0) {
-        channel.Answer("Lst", status, reply);
-        EXPECT_EQ(channel.SendRequest("Lst"), status);
+/// Sends a request that gets this reply, then takes the steps. A step is the tag of the record to go to
+/// ("Cd>") or a field to read; what it gives stands behind "=", nothing where there is none.
+void Walk(ScriptedChannel& channel, const wire::Fields& reply, const QString& steps) {
+    channel.Answer("Lst", 55, reply);
+    EXPECT_EQ(channel.SendRequest("Lst"), 55);
+    for (const QString& step : steps.split(' ', Qt::SkipEmptyParts)) {
+        const QString tag = step.section('=', 0, 0);
+        const bool goes = tag.endsWith('>');
+        const QString given =
+            goes ? (channel.NextRecord(tag.chopped(1)) ? "yes" : "") : channel.GetField(tag);
+        EXPECT_EQ(given, step.section('=', 1)) << step.toStdString() << " of " << steps.toStdString();
     }
+}
 
+TEST(ChannelCursor, WalksRecordsAndReadsInsideThem) {
     ScriptedChannel channel;
-};
-
-TEST_F(ChannelCursorTest, WalksRecordsAndReadsInsideThem) {
-    Load({{"Total", "2"}, {"Cd", "A"}, {"Nm", "Alpha"}, {"Cd", "B"}, {"Fl", "Y"}});
-    EXPECT_EQ(channel.GetField("Nm"), "Alpha") << "before the first record the whole reply is read";
-    ASSERT_TRUE(channel.NextRecord("Cd"));
-    EXPECT_EQ(channel.GetField("Cd"), "A");
-    EXPECT_EQ(channel.GetField("Nm"), "Alpha");
-    EXPECT_EQ(channel.GetField("Total"), QString()) << "it stands before the record";
-    EXPECT_FALSE(channel.GetFlag("Fl")) << "it is the next one's";
-    ASSERT_TRUE(channel.NextRecord("Cd"));
-    EXPECT_EQ(channel.GetField("Nm"), QString()) << "not the record's before";
-    EXPECT_TRUE(channel.GetFlag("Fl"));
-    EXPECT_FALSE(channel.NextRecord("Cd"));
-    EXPECT_EQ(channel.GetField("Cd"), "A") << "after the last one the whole reply is read again";
-    EXPECT_EQ(channel.GetField("Total"), "2");
-    EXPECT_FALSE(channel.NextRecord("Cd"));
-    EXPECT_FALSE(channel.NextRecord("None"));
+    // Before the first record and after the last one the whole reply is read, inside only the record.
+    Walk(channel, {{"Total", "2"}, {"Cd", "A"}, {"Nm", "Alpha"}, {"Cd", "B"}, {"Fl", "Y"}},
+         "Nm=Alpha Cd>=yes Cd=A Nm=Alpha Total= Fl= Cd>=yes Nm= Fl=Y Cd>= Cd=A Total=2 Cd>= None>=");
+    // Each tag has a place of its own; a record reaches to the next one of its tag.
+    Walk(channel, {{"Grp", "1"}, {"Cd", "A"}, {"Cd", "B"}, {"Grp", "2"}, {"Cd", "C"}},
+         "Grp>=yes Cd=A Cd>=yes Cd>=yes Cd=B Grp=2 Grp>=yes Grp=2 Cd=C Cd>=yes Cd=C");
+    // A reply replaces the one before.
+    Walk(channel, {{"Cd", "C"}}, "Cd=C Cd>=yes Cd=C");
+    Walk(channel, {}, "Cd= Cd>=");
 }
 
-TEST_F(ChannelCursorTest, EachTagHasAPlaceOfItsOwn) {
-    Load({{"Grp", "1"}, {"Cd", "A"}, {"Cd", "B"}, {"Grp", "2"}, {"Cd", "C"}});
-    ASSERT_TRUE(channel.NextRecord("Grp"));
-    EXPECT_EQ(channel.GetField("Cd"), "A");
-    ASSERT_TRUE(channel.NextRecord("Cd"));
-    ASSERT_TRUE(channel.NextRecord("Cd"));
-    EXPECT_EQ(channel.GetField("Cd"), "B");
-    EXPECT_EQ(channel.GetField("Grp"), "2") << "the record of B reaches to the next one of its tag";
-    ASSERT_TRUE(channel.NextRecord("Grp"));
-    EXPECT_EQ(channel.GetField("Grp"), "2");
-    EXPECT_EQ(channel.GetField("Cd"), "C");
-    ASSERT_TRUE(channel.NextRecord("Cd"));
-    EXPECT_EQ(channel.GetField("Cd"), "C");
-}
-
-TEST_F(ChannelCursorTest, AReplyReplacesTheOneBeforeAndFieldsAreSentOnce) {
+TEST(ChannelCursor, FieldsAreSentOnceAndAFlagIsACapitalY) {
+    ScriptedChannel channel;
     channel.PutField("K", "1");
     channel.PutField("K", "");
-    Load({{"Cd", "A"}, {"Cd", "B"}});
-    EXPECT_TRUE(channel.NextRecord("Cd"));
-    EXPECT_TRUE(channel.NextRecord("Cd"));
-    Load({{"Cd", "C"}}, 55);
-    EXPECT_EQ(channel.GetField("Cd"), "C");
-    EXPECT_TRUE(channel.NextRecord("Cd"));
-    EXPECT_EQ(channel.GetField("Cd"), "C");
-    Load({}, 1);
-    EXPECT_EQ(channel.GetField("Cd"), QString());
-    EXPECT_FALSE(channel.NextRecord("Cd"));
+    Walk(channel, {}, "");
+    Walk(channel, {{"A", "Y"}, {"B", "y"}, {"C", "N"}, {"D", "YY"}}, "");
     EXPECT_EQ(channel.sent[0].fields, (wire::Fields{{"K", "1"}, {"K", ""}}));
-    EXPECT_TRUE(channel.sent[1].fields.isEmpty()) << "sent with the first request only";
-}
-
-TEST_F(ChannelCursorTest, AFlagIsACapitalY) {
-    Load({{"A", "Y"}, {"B", "y"}, {"C", "N"}, {"D", "YY"}});
+    EXPECT_TRUE(channel.sent[1].fields.isEmpty());
     EXPECT_TRUE(channel.GetFlag("A"));
-    for (const char* tag : {"B", "C", "D", "E"})
-        EXPECT_FALSE(channel.GetFlag(tag)) << tag;
+    EXPECT_FALSE(channel.GetFlag("B") || channel.GetFlag("C") || channel.GetFlag("D") ||
+                 channel.GetFlag("E"));
 }
 
 } // namespace

@@ -5,10 +5,6 @@
 namespace sysadmin {
 namespace {
 
-QString ErrorOf(const QStringList& arguments) {
-    return ParseCommandLine(arguments).error;
-}
-
 TEST(CommandLine, TakesEveryOptionApart) {
     const ParsedCommandLine parsed =
         ParseCommandLine({"--server", "Library.example.org:7500", "--operator=SYSADMIN", "--trace",
@@ -30,14 +26,12 @@ TEST(CommandLine, TakesEveryOptionApart) {
     EXPECT_TRUE(other.help);
     EXPECT_FALSE(other.noCheck || other.server);
     EXPECT_TRUE(other.appearance.isEmpty());
-    EXPECT_EQ(ErrorOf({}), QString());
+    EXPECT_EQ(ParseCommandLine({}).error, QString());
 }
 
 TEST(CommandLine, SaysInOneLineWhatIsWrongAndHowToDoItRight) {
-    const struct {
-        QStringList arguments;
-        QString named; // what the line must name
-    } wrong[] = {
+    const std::pair<QStringList, QString> wrong[] = {
+        // the line names the second
         {{"--sever", "x"}, "sever"},
         {{"library.example.org"}, "library.example.org"},
         {{"--server"}, "server"},
@@ -52,7 +46,7 @@ TEST(CommandLine, SaysInOneLineWhatIsWrongAndHowToDoItRight) {
         {{"--help=now"}, "help"},
     };
     for (const auto& [arguments, named] : wrong) {
-        const QString error = ErrorOf(arguments);
+        const QString error = ParseCommandLine(arguments).error;
         EXPECT_TRUE(error.contains(named))
             << arguments.join(' ').toStdString() << ": " << error.toStdString();
         EXPECT_TRUE(error.contains("--help")) << error.toStdString();
@@ -61,34 +55,20 @@ TEST(CommandLine, SaysInOneLineWhatIsWrongAndHowToDoItRight) {
 }
 
 TEST(ServerAddress, IsHostOrHostAndPort) {
-    const struct {
-        QString text;
-        QString shown; // empty: not an address
-    } cases[] = {
-        {"localhost", "localhost:7443"},
-        {" 10.0.0.7:1 ", "10.0.0.7:1"},
-        {"h:65535", "h:65535"},
-        {"[::1]:7500", "[::1]:7500"},
-        {"[fe80::1]", "[fe80::1]:7443"},
-        {"bücherei.example", "xn--bcherei-n2a.example:7443"},
-        {"h:0", {}},
-        {"h:65536", {}},
-        {"h:-1", {}},
-        {"h:x", {}},
-        {"h:", {}},
-        {":7443", {}},
-        {"::1", {}},
-        {"h/path", {}},
-        {"user@h", {}},
-        {"https://h", {}},
-        {"two words", {}},
-        {"", {}},
+    const std::pair<QString, QString> cases[] = {
+        {"localhost", "localhost:7443"}, {" 10.0.0.7:1 ", "10.0.0.7:1"},
+        {"h:65535", "h:65535"},          {"[::1]:7500", "[::1]:7500"},
+        {"[fe80::1]", "[fe80::1]:7443"}, {"bücherei.example", "xn--bcherei-n2a.example:7443"},
     };
     for (const auto& [text, shown] : cases) {
         const std::optional<ServerAddress> address = ParseServerAddress(text);
-        EXPECT_EQ(address ? address->Text() : QString(), shown) << text.toStdString();
-        EXPECT_TRUE(!address || ParseServerAddress(address->Text()) == address) << text.toStdString();
+        ASSERT_TRUE(address) << text.toStdString();
+        EXPECT_EQ(address->Text(), shown);
+        EXPECT_EQ(ParseServerAddress(shown), address);
     }
+    for (const char* none : {"h:0", "h:65536", "h:-1", "h:x", "h:", ":7443", "::1", "h/path", "user@h",
+                             "https://h", "two words", ""})
+        EXPECT_FALSE(ParseServerAddress(none)) << none;
 }
 
 } // namespace

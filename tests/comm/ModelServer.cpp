@@ -28,28 +28,25 @@ private:
     ModelServer::Connection m_connection;
 };
 
+unsigned char* Bytes(const QByteArray& bytes) {
+    return reinterpret_cast<unsigned char*>(const_cast<char*>(bytes.constData()));
+}
+
 } // namespace
 
-ModelServer::ModelServer() {
+ModelServer::ModelServer()
+    : m_publicKey(crypto_box_PUBLICKEYBYTES, 0)
+    , m_secretKey(crypto_box_SECRETKEYBYTES, 0) {
     if (sodium_init() < 0)
         qFatal("libsodium does not start");
-    m_publicKey.resize(crypto_box_PUBLICKEYBYTES);
-    m_secretKey.resize(crypto_box_SECRETKEYBYTES);
-    crypto_box_keypair(reinterpret_cast<unsigned char*>(m_publicKey.data()),
-                       reinterpret_cast<unsigned char*>(m_secretKey.data()));
+    crypto_box_keypair(Bytes(m_publicKey), Bytes(m_secretKey));
 }
 
 QString ModelServer::Open(const QString& sealed, wire::PasswordPurpose purpose, const QString& nonce) const {
     const QByteArray bytes = QByteArray::fromBase64(sealed.toLatin1());
-    if (bytes.size() < qsizetype(crypto_box_SEALBYTES))
-        return "(not sealed)";
-    QByteArray plain(bytes.size() - qsizetype(crypto_box_SEALBYTES), Qt::Uninitialized);
-    const int result =
-        crypto_box_seal_open(reinterpret_cast<unsigned char*>(plain.data()),
-                             reinterpret_cast<const unsigned char*>(bytes.constData()), size_t(bytes.size()),
-                             reinterpret_cast<const unsigned char*>(m_publicKey.constData()),
-                             reinterpret_cast<const unsigned char*>(m_secretKey.constData()));
-    if (result != 0)
+    QByteArray plain(qMax<qsizetype>(0, bytes.size() - qsizetype(crypto_box_SEALBYTES)), 0);
+    if (crypto_box_seal_open(Bytes(plain), Bytes(bytes), size_t(bytes.size()), Bytes(m_publicKey),
+                             Bytes(m_secretKey)) != 0)
         return "(not for this server)";
     const QByteArray prefix = wire::PasswordPrefix(purpose, nonce);
     return plain.startsWith(prefix) ? QString::fromUtf8(plain.mid(prefix.size())) : QString("(not for this)");
@@ -71,16 +68,13 @@ std::optional<wire::Reply> ModelServer::Handle(Connection& connection, const wir
         return session->reply;
     if (request.number != session->number + 1)
         return {};
-    wire::Reply reply{request.number, 6, {}};
+    session->number = request.number;
+    session->reply = {request.number, qint16(request.name == "Get" ? 0 : 6), request.fields};
     if (request.name == "Add") {
         m_added.append(wire::FirstValue(request.fields, "V"));
-        reply = {request.number, 0, {{"Count", QString::number(m_added.size())}}};
-    } else if (request.name == "Get") {
-        reply = {request.number, 0, request.fields};
+        session->reply = {request.number, 0, {{"Count", QString::number(m_added.size())}}};
     }
-    session->number = request.number;
-    session->reply = reply;
-    return reply;
+    return session->reply;
 }
 
 wire::Reply ModelServer::HandleOutsideSession(Connection& connection, const wire::Request& request) {
@@ -89,7 +83,7 @@ wire::Reply ModelServer::HandleOutsideSession(Connection& connection, const wire
         if (connection.nonce.isEmpty())
             connection.nonce = QString("nonce%1").arg(++m_nonces);
         const wire::Fields key{{"PK", QString::fromLatin1(m_publicKey.toBase64())}, {"NC", connection.nonce}};
-        return {0, 0, key + m_hello};
+        return {0, 0, key + hello};
     }
     using Purpose = wire::PasswordPurpose;
     if (request.name == "SignOn" && value("OI").toUpper() == "OPER" &&
@@ -97,7 +91,7 @@ wire::Reply ModelServer::HandleOutsideSession(Connection& connection, const wire
         connection.token = QString("token%1").arg(m_sessions.size() + 1);
         m_sessions.insert(connection.token, Session{.nonce = connection.nonce});
         return {0, 0,
-                wire::Fields{{"SID", connection.token}, {"OI", "OPER"}, {"ONM", "O. Perator"}} + m_signOn};
+                wire::Fields{{"SID", connection.token}, {"OI", "OPER"}, {"ONM", "O. Perator"}} + signOn};
     }
     if (request.name == "Resume" && m_sessions.contains(value("SID"))) {
         connection.token = value("SID");
@@ -107,9 +101,8 @@ wire::Reply ModelServer::HandleOutsideSession(Connection& connection, const wire
         const QString nonce = m_sessions[connection.token].nonce;
         if (Open(value("OPW"), Purpose::Confirm, nonce) != m_password)
             return {0, 11, {}};
-        if (m_changeStatus == 0)
-            m_password = Open(value("PW"), Purpose::Set, nonce);
-        return {0, m_changeStatus, {}};
+        m_password = Open(value("PW"), Purpose::Set, nonce);
+        return {0, 0, {}};
     }
     if (request.name == "SignOff") {
         m_sessions.remove(connection.token);

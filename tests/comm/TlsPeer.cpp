@@ -32,18 +32,14 @@ void Write(const QString& fileName, const QByteArray& contents) {
 SelfMadeCertificate MakeCertificate(const CertificateWish& wish) {
     const QTemporaryDir folder;
     // Valid in the past means to be signed in two steps: only the second takes such a number of days.
-    RunOpenSsl(folder, QStringList{"req", "-new", "-nodes", "-batch", "-subj", "/CN=" + wish.name, "-keyout",
-                                   "key.pem", "-out", "request.pem", "-newkey"} +
-                           (wish.weak ? QStringList{"rsa:1024"}
-                                      : QStringList{"ec", "-pkeyopt", "ec_paramgen_curve:prime256v1"}));
+    RunOpenSsl(folder, {"req", "-new", "-nodes", "-batch", "-subj", "/CN=" + wish.name, "-keyout", "key.pem",
+                        "-out", "request.pem", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1"});
     Write(folder.filePath("extensions"),
           QByteArray("basicConstraints=CA:") + (wish.isAuthority ? "TRUE" : "FALSE") +
               "\nsubjectAltName=DNS:localhost" + (wish.forThisHost ? ",IP:127.0.0.1" : "") + '\n');
-    QStringList sign{"x509",     "-req",
-                     "-in",      "request.pem",
-                     "-out",     "certificate.pem",
-                     "-days",    QString::number(wish.days),
-                     "-extfile", "extensions"};
+    QStringList sign = QString("x509 -req -in request.pem -out certificate.pem -extfile extensions -days %1")
+                           .arg(wish.days)
+                           .split(' ');
     if (wish.authority) {
         Write(folder.filePath("ca.pem"), wish.authority->certificate.toPem());
         Write(folder.filePath("ca-key.pem"), wish.authority->key.toPem());
@@ -54,51 +50,31 @@ SelfMadeCertificate MakeCertificate(const CertificateWish& wish) {
     RunOpenSsl(folder, sign);
     QFile keyFile(folder.filePath("key.pem"));
     QFile certificateFile(folder.filePath("certificate.pem"));
-    if (!keyFile.open(QIODevice::ReadOnly) || !certificateFile.open(QIODevice::ReadOnly))
-        return {QSslCertificate(), QSslKey()};
-    return {QSslCertificate(&certificateFile), QSslKey(&keyFile, wish.weak ? QSsl::Rsa : QSsl::Ec)};
+    EXPECT_TRUE(keyFile.open(QIODevice::ReadOnly) && certificateFile.open(QIODevice::ReadOnly));
+    return {QSslCertificate(&certificateFile), QSslKey(&keyFile, QSsl::Ec)};
 }
 
 class TlsPeer::Worker : public QObject {
 public:
-    Worker(ModelServer& model, const SelfMadeCertificate& certificate, std::atomic<int>& connections)
-        : m_model(model)
-        , m_connections(connections)
-        , m_server(this) {
-        Show(certificate);
-        connect(&m_server, &QSslServer::pendingConnectionAvailable, this, [this] {
-            while (auto* socket = qobject_cast<QSslSocket*>(m_server.nextPendingConnection()))
+    explicit Worker(ModelServer& model)
+        : m_model(model) {
+        connect(&server, &QSslServer::pendingConnectionAvailable, this, [this] {
+            while (auto* socket = qobject_cast<QSslSocket*>(server.nextPendingConnection()))
                 Serve(*socket);
         });
     }
 
-    void Show(const SelfMadeCertificate& certificate) {
-        m_certificate = certificate;
-        Offer(QSslConfiguration::defaultConfiguration());
+    /// Runs the function in the thread of the worker.
+    template <class Function>
+    void Run(Function function) {
+        QMetaObject::invokeMethod(this, std::move(function), Qt::BlockingQueuedConnection);
     }
 
-    void Offer(QSslConfiguration configuration) {
-        configuration.setLocalCertificate(m_certificate.certificate);
-        configuration.setPrivateKey(m_certificate.key);
-        m_server.setSslConfiguration(configuration);
-    }
-
-    quint16 Listen(quint16 port) {
-        EXPECT_TRUE(m_server.listen(QHostAddress::LocalHost, port));
-        return m_server.serverPort();
-    }
-
-    void Stop() {
-        m_server.close();
-        for (QSslSocket* socket : m_server.findChildren<QSslSocket*>())
-            socket->abort();
-    }
-
-    Faults faults;
+    QSslServer server{this};
+    QHash<QString, Fault> faults; // by request
 
 private:
     struct Client {
-        int number = 0;
         QByteArray received;
         wire::FrameScanner scanner;
         ModelServer::Connection connection;
@@ -106,7 +82,6 @@ private:
 
     void Serve(QSslSocket& socket) {
         auto client = std::make_shared<Client>();
-        client->number = ++m_connections;
         connect(&socket, &QSslSocket::readyRead, this, [this, &socket, client] { Read(socket, *client); });
         connect(&socket, &QSslSocket::disconnected, &socket, &QObject::deleteLater);
         Read(socket, *client);
@@ -118,48 +93,30 @@ private:
             const QByteArray message = client.received.left(client.scanner.Length());
             client.received.remove(0, message.size());
             client.scanner.Reset();
-            if (const std::optional<wire::Request> request = wire::DecodeRequest(message))
-                Answer(socket, client, *request);
-        }
-    }
-
-    void Answer(QSslSocket& socket, Client& client, const wire::Request& request) {
-        const Fault fault = faults ? faults(request, client.number) : Fault();
-        QThread::msleep(ulong(fault.delay));
-        std::optional<wire::Reply> reply;
-        if (fault.kind != Fault::CutBefore)
-            reply = m_model.Handle(client.connection, request);
-        if (!reply || fault.kind == Fault::CutAfter) {
-            socket.abort();
-            return;
-        }
-        QByteArray bytes;
-        if (fault.kind == Fault::None || fault.kind == Fault::Append)
-            bytes = wire::Encode(*reply);
-        if (fault.kind == Fault::Send || fault.kind == Fault::Append)
-            bytes += fault.bytes;
-        const qsizetype piece = fault.piece > 0 ? fault.piece : bytes.size();
-        for (qsizetype sent = 0; sent < bytes.size(); sent += piece) {
-            socket.write(bytes.mid(sent, piece));
-            if (fault.piece > 0) {
-                socket.flush();
-                QThread::msleep(1);
-            }
+            const std::optional<wire::Request> request = wire::DecodeRequest(message);
+            const std::optional<wire::Reply> reply =
+                request ? m_model.Handle(client.connection, *request) : std::nullopt;
+            if (!reply)
+                return socket.abort();
+            const Fault fault = faults.take(request->name);
+            QThread::msleep(fault.delay);
+            socket.write(fault.instead.value_or(wire::Encode(*reply)) + fault.behind);
         }
     }
 
     ModelServer& m_model;
-    std::atomic<int>& m_connections;
-    QSslServer m_server;
-    SelfMadeCertificate m_certificate;
 };
 
 TlsPeer::TlsPeer(ModelServer& model, const SelfMadeCertificate& certificate)
-    : m_worker(new Worker(model, certificate, m_connections)) {
+    : m_worker(new Worker(model)) {
     m_worker->moveToThread(&m_thread);
     QObject::connect(&m_thread, &QThread::finished, m_worker, &QObject::deleteLater);
     m_thread.start();
-    Start();
+    Offer(certificate);
+    m_worker->Run([this] {
+        EXPECT_TRUE(m_worker->server.listen(QHostAddress::LocalHost));
+        m_port = m_worker->server.serverPort();
+    });
 }
 
 TlsPeer::~TlsPeer() {
@@ -167,29 +124,18 @@ TlsPeer::~TlsPeer() {
     m_thread.wait();
 }
 
-void TlsPeer::SetFaults(Faults faults) {
-    QMetaObject::invokeMethod(
-        m_worker, [&] { m_worker->faults = std::move(faults); }, Qt::BlockingQueuedConnection);
+void TlsPeer::FailOnce(const QString& request, const Fault& fault) {
+    m_worker->Run([&] { m_worker->faults.insert(request, fault); });
 }
 
-void TlsPeer::Show(const SelfMadeCertificate& certificate) {
-    QMetaObject::invokeMethod(
-        m_worker, [&] { m_worker->Show(certificate); }, Qt::BlockingQueuedConnection);
+void TlsPeer::Offer(const SelfMadeCertificate& certificate, QSslConfiguration configuration) {
+    configuration.setLocalCertificate(certificate.certificate);
+    configuration.setPrivateKey(certificate.key);
+    m_worker->Run([&] { m_worker->server.setSslConfiguration(configuration); });
 }
 
-void TlsPeer::Offer(const QSslConfiguration& configuration) {
-    QMetaObject::invokeMethod(
-        m_worker, [&] { m_worker->Offer(configuration); }, Qt::BlockingQueuedConnection);
-}
-
-void TlsPeer::Stop() {
-    QMetaObject::invokeMethod(
-        m_worker, [this] { m_worker->Stop(); }, Qt::BlockingQueuedConnection);
-}
-
-void TlsPeer::Start() {
-    QMetaObject::invokeMethod(
-        m_worker, [this] { m_port = m_worker->Listen(m_port); }, Qt::BlockingQueuedConnection);
+void TlsPeer::StopListening() {
+    m_worker->Run([this] { m_worker->server.close(); });
 }
 
 } // namespace sysadmin
