@@ -17,7 +17,8 @@ bool RequestRule::Allows(const Rights& held) const {
     return access == Access::Edit ? held.MayEdit(area) : held.MayView(area);
 }
 
-Registry::Registry() {
+Registry::Registry(std::function<void(Subject&)> alter)
+    : m_alter(std::move(alter)) {
     for (const Table& table : HistoryTables())
         AddTable(table);
     AddMigration({2, [this](Database& database) { ConvertFormerHistory(database, m_tables); }});
@@ -70,6 +71,8 @@ void Registry::AddTable(const Table& table) {
 }
 
 void Registry::AddSubject(Subject declared) {
+    if (m_alter)
+        m_alter(declared);
     m_subjects.push_back(std::move(declared));
     const Subject& subject = m_subjects.back();
     Table table{.name = subject.table, .columns = subject.columns};

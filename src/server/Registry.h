@@ -48,7 +48,9 @@ struct RequestRule {
 /// Everything that the server knows to store and to answer, collected once when the program starts.
 class Registry {
 public:
-    Registry();
+    /// `alter` may change each subject before it is taken in: how tests find out whether a wrong letter is
+    /// noticed. Empty in the program.
+    explicit Registry(std::function<void(Subject&)> alter = {});
     Registry(const Registry&) = delete;
     Registry& operator=(const Registry&) = delete;
 
@@ -79,6 +81,7 @@ public:
     Schema GetSchema() const;
 
 private:
+    std::function<void(Subject&)> m_alter;
     std::deque<Subject> m_subjects; // handlers refer to them
     QHash<QString, RequestRule> m_requests;
     Tables m_tables;

@@ -22,6 +22,7 @@ frmSystem_FineFeeReasons::frmSystem_FineFeeReasons(Application& application, QWi
               .word = "Fee",
               .gridName = "vsfFineFeeReasons",
               .tabCaption = tr("Fine/Fee &Reasons"),
+              .boxOnLoadFailure = true,
               .wholeRows = true,
               .saveCaption = SaveCaption,
               .deleteCaption = DeleteCaption,
@@ -32,6 +33,7 @@ frmSystem_FineFeeReasons::frmSystem_FineFeeReasons(Application& application, QWi
               .gridName = "vsfPaymentTypes",
               .tabCaption = tr("&Payment Types"),
               .recordTag = "PId",
+              .boxOnLoadFailure = true,
               .wholeRows = true,
               .listRequest = "LstFee",
               .saveCaption = SaveCaption,
@@ -43,6 +45,7 @@ frmSystem_FineFeeReasons::frmSystem_FineFeeReasons(Application& application, QWi
               .gridName = "vsfPostingTypes",
               .tabCaption = tr("P&osting Types"),
               .recordTag = "PstId",
+              .boxOnLoadFailure = true,
               .wholeRows = true,
               .listRequest = "LstFee",
               .saveCaption = SaveCaption,
@@ -73,7 +76,8 @@ void frmSystem_FineFeeReasons::LoadList(Table& table) {
                       [this, i, &lists](RequestChannel&) { lists[i].append(ReadRow(Tables()[i])); }});
     ReadList(App().channel,
              {.request = table.spec.listRequest,
-              .report = [this](qint16) { ReportUnableToLoad(App(), this, windowTitle()); }},
+              .form = table.spec.continuing ? ListForm::Continuing : ListForm::Strict,
+              .report = [this, &table](qint16 result) { ReportLoadFailure(table, result); }},
              steps);
     for (size_t i = 0; i < lists.size(); ++i)
         Tables()[i].grid->SetRows(lists[i]);

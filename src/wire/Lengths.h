@@ -12,6 +12,7 @@ inline constexpr int NoteLength = 4000;
 
 /// Names and texts of code tables.
 inline constexpr int TextLength = 40;
+inline constexpr int VendorTypeCodeLength = 10;
 inline constexpr int EdiCodeLength = 10;
 inline constexpr int MaterialCodeLength = 10;
 inline constexpr int PrintLocationCodeLength = 20;

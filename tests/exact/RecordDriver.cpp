@@ -37,7 +37,9 @@ void ScreenDriver::RunRecord(const Table& table) {
             m_rig->channel.TakeSent();
             LoadValues(record);
             ExpectValues("after loading");
+            CheckRequired();
             EnterAll(3 - record);
+            CheckRequired();
             EnterAll(3);
             m_rig->channel.Once(table.update, {2, {}});
             Click("cmdSave");
@@ -53,6 +55,8 @@ void ScreenDriver::RunRecord(const Table& table) {
         OpenRecord(true, [&] { m_rig->channel.Once(table.get, {2, {}}); });
         ExpectTold("a failing load", {failure(2, table.loadFailure, table.loadCaption)});
         Expect("after a failing load Save is open", CanSave() ? "yes" : "no", "no");
+        LoadValues(0);
+        ExpectValues("after a failing load");
     });
     if (!table.add.isEmpty())
         Guard("adding", [&] {

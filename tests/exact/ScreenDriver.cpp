@@ -260,13 +260,9 @@ void ScreenDriver::CheckFocusOrder() {
             wanted.append(field.control);
         }
     QStringList is;
-    QWidget* first = ControlOf(root, m_table->fields.first());
-    QWidget* widget = first;
-    do {
+    for (QWidget* widget = root.nextInFocusChain(); widget != &root; widget = widget->nextInFocusChain())
         if (names.contains(widget))
             is.append(names[widget]);
-        widget = widget->nextInFocusChain();
-    } while (widget && widget != first);
     Expect("tab order", is.join(' '), wanted.join(' '));
 }
 
@@ -323,20 +319,21 @@ QStringList ScreenDriver::Saved(const QString& request, const QList<Put>& puts, 
 }
 
 void ScreenDriver::CheckRequired() {
-    // Save waits for every required field, and for no other one.
-    QList<const Field*> required;
+    // Save waits for every required field that is open, and for no other one.
     for (const Field& field : m_table->fields)
-        if (field.required && field.by.isEmpty())
-            required.append(&field);
-    for (const Field* field : required)
-        SetField(*field, ValueOf(*m_table, *field, 3));
+        if (field.required && field.by.isEmpty() && m_values.value(field.control).isEmpty())
+            SetField(field, ValueOf(*m_table, field, 3));
     Expect("with what is required, Save is open", CanSave() ? "yes" : "no", "yes");
-    for (const Field* field : required) {
-        if (field->kind == u"choice")
-            continue; // cannot be emptied
-        SetField(*field, {});
-        Expect("without " + field->control + " Save is open", CanSave() ? "yes" : "no", "no");
-        SetField(*field, ValueOf(*m_table, *field, 3));
+    static const QStringList emptied{"text", "number", "date", "interval", "lines"};
+    for (const Field& field : m_table->fields) {
+        const bool usable = field.by.isEmpty() || m_values.value(field.by) == u"Y";
+        if (!emptied.contains(field.kind) || field.shown || !usable)
+            continue;
+        const QString before = m_values[field.control];
+        SetField(field, {});
+        Expect("without " + field.control + " Save is open", CanSave() ? "yes" : "no",
+               field.required ? "no" : "yes");
+        SetField(field, before);
     }
 }
 

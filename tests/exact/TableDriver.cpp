@@ -178,6 +178,7 @@ void ScreenDriver::UpdateRecord() {
         LoadValues(2);
         m_rig->channel.TakeSent();
         m_rig->channel.Always(m_table->update, {});
+        CheckRequired();
         EnterAll(1);
         Click("cmdSave");
         ExpectSent("saving with the other flags", Saved(m_table->update, m_table->updates, KeyOf(1)));
@@ -263,6 +264,23 @@ void ScreenDriver::FailingLists() {
         return m_table->unable ? Told("Unable to load " + m_screen.caption + ".")
                                : Report(status, m_table->loadCaption, m_table->subject);
     };
+    // Where the reply to an add does not name the new record, the list is read again.
+    if (!FieldOf(m_table->record)) {
+        OpenTable();
+        Click("cmdNew");
+        LoadValues(0);
+        EnterAll(3);
+        m_rig->channel.TakeSent();
+        m_rig->channel.Always(m_table->add, {});
+        m_rig->channel.Once(m_table->list, {55, {}});
+        Click("cmdSave");
+        ExpectTold("reading the list again", m_table->strict ? QStringList{report(55)} : QStringList{});
+        wire::Fields again = m_screen.listPuts;
+        again.append(wire::Field{"55", "Y"});
+        Expect("reading the list again sends", m_rig->channel.TakeSent().mid(1).join("; "),
+               Line(m_table->list, m_screen.listPuts) + "; " + Line(m_table->list, again));
+        Expect("rows read again", QString::number(Grid().Model().rowCount()), "2");
+    }
     if (m_table->sharesList)
         return;
     OpenTable(true, [this] { m_rig->channel.Once(m_table->list, {2, {}}); });
@@ -289,10 +307,12 @@ void ScreenDriver::FailingSources() {
         ExpectTold("failing entries of " + field.control,
                    {source.unable.isEmpty() ? Report(2, caption, m_table->subject)
                                             : Told("Unable to load " + source.unable + ".")});
-        if (!source.caption.isEmpty() || source.unable.isEmpty())
+        if (source.unable.isEmpty())
             continue;
         Start(true, [&] { m_rig->channel.Once(source.request, {55, {}}); });
-        ExpectTold("split entries of " + field.control, {Told("Unable to load " + source.unable + ".")});
+        ExpectTold("split entries of " + field.control,
+                   {source.caption.isEmpty() ? Told("Unable to load " + source.unable + ".")
+                                             : Report(55, source.caption, m_table->subject)});
     }
 }
 

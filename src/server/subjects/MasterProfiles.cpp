@@ -7,7 +7,7 @@ namespace sysadmin::server {
 
 void RegisterMasterProfiles(Registry& registry) {
     QList<SubjectField> fields{
-        SubjectField::Text("Nm", "name", NameLength).Required().Unique(status::DuplicateName).InList(),
+        SubjectField::Text("Nm", "name", TextLength).Required().Unique(status::DuplicateName).InList(),
     };
     for (const MasterRight& right : MasterRights())
         fields << SubjectField::Flag(right.tag, right.column);

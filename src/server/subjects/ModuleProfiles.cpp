@@ -123,7 +123,7 @@ void RegisterModuleProfiles(Registry& registry) {
     DeclareCirculationLists(registry);
     for (const Module& module : Modules()) {
         QList<SubjectField> fields{
-            SubjectField::Text("Nm", "name", NameLength).Required().Unique(status::DuplicateName).InList()};
+            SubjectField::Text("Nm", "name", TextLength).Required().Unique(status::DuplicateName).InList()};
         for (const QString& tag : module.rights)
             fields << SubjectField::Flag(tag, ColumnOf(tag));
         if (module.word == "CrPrf")

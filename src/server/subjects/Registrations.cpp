@@ -4,8 +4,8 @@
 
 namespace sysadmin::server {
 
-std::shared_ptr<const Registry> MakeRegistry() {
-    auto registry = std::make_shared<Registry>();
+std::shared_ptr<const Registry> MakeRegistry(const std::function<void(Subject&)>& alter) {
+    auto registry = std::make_shared<Registry>(alter);
     registry->AddTable(Sessions::Declare());
 #define FAMILY(name) Register##name(*registry);
 #include "server/subjects/Families.inc"

@@ -10,7 +10,7 @@ namespace sysadmin::server {
 #include "server/subjects/Families.inc"
 #undef FAMILY
 
-/// All that the server stores and answers.
-std::shared_ptr<const Registry> MakeRegistry();
+/// All that the server stores and answers, each subject altered so (in tests).
+std::shared_ptr<const Registry> MakeRegistry(const std::function<void(Subject&)>& alter = {});
 
 } // namespace sysadmin::server

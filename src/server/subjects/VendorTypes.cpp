@@ -9,11 +9,11 @@ void RegisterVendorTypes(Registry& registry) {
         .requests = {.list = "LstVenTp", .add = "AddVenTp", .update = "UpdVenTp", .remove = "DelVenTp"},
         .fields =
             {
-                SubjectField::Text("Cd", "code", CodeLength)
+                SubjectField::Text("Cd", "code", VendorTypeCodeLength)
                     .Required()
                     .Unique(status::DuplicateCode)
                     .InList(),
-                SubjectField::Text("Nm", "name", NameLength)
+                SubjectField::Text("Nm", "name", TextLength)
                     .Required()
                     .Unique(status::DuplicateName)
                     .InList(),

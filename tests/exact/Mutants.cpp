@@ -1,0 +1,245 @@
+#include "exact/Mutants.h"
+
+#include "framework/Declaration.h"
+#include "server/Subject.h"
+
+namespace sysadmin::exact {
+
+void Mutator::Text(const QString& what, QString& text) {
+    QList<qsizetype> letters;
+    for (qsizetype i = 0; i < text.size(); ++i)
+        if (text[i].isLetterOrNumber())
+            letters.append(i);
+    if (letters.isEmpty())
+        return;
+    const qsizetype place = letters[qsizetype(m_random() % size_t(letters.size()))];
+    QChar other = text[place];
+    while (other == text[place])
+        other = QChar('a' + char16_t(m_random() % 26));
+    QString altered = text;
+    altered[place] = other;
+    m_mutants.push_back({what + ": " + text + " -> " + altered, [&text, altered] { text = altered; }});
+}
+
+void Mutator::Flag(const QString& what, bool& flag) {
+    m_mutants.push_back({what + (flag ? ": no longer" : ": now"), [&flag] { flag = !flag; }});
+}
+
+void Mutator::Number(const QString& what, const std::function<void(int by)>& add) {
+    const int by = m_random() % 2 ? 1 : -1;
+    m_mutants.push_back({what + QString(": by %1").arg(by), [add, by] { add(by); }});
+}
+
+namespace {
+
+void Words(Mutator& mutator, const QString& what, QHash<qint16, OwnWords>& words) {
+    for (auto each = words.begin(); each != words.end(); ++each) {
+        mutator.Text(what + " text", each->text);
+        mutator.Text(what + " title", each->title);
+        const qint16 status = each.key();
+        mutator.Number(what + " status",
+                       [&words, status](int by) { words.insert(qint16(status + by), words.take(status)); });
+    }
+}
+
+void Draw(Mutator& mutator, Layout& layout) {
+    if (layout.kind == Layout::Kind::Frame || layout.kind == Layout::Kind::Page ||
+        layout.kind == Layout::Kind::Note)
+        mutator.Text("text in the form", layout.text);
+    if (layout.kind == Layout::Kind::Field)
+        mutator.Text("name in the form", layout.name);
+    const bool ofFields = std::all_of(layout.children.begin(), layout.children.end(),
+                                      [](const Layout& child) { return child.kind == Layout::Kind::Field; });
+    if (ofFields || layout.kind == Layout::Kind::Tabs)
+        mutator.Order("order in the form", layout.children);
+    for (Layout& child : layout.children)
+        Draw(mutator, child);
+}
+
+void Puts(Mutator& mutator, QList<PutStep>& puts) {
+    mutator.Order("order of puts", puts);
+    for (PutStep& put : puts) {
+        if (put.kind == PutStep::Kind::Own)
+            continue;
+        if (put.kind != PutStep::Kind::Value && put.kind != PutStep::Kind::WhenOn)
+            mutator.Text("tag of a put", put.tag);
+        mutator.Text("constant", put.value);
+        mutator.Text("state tag", put.stateTag);
+        mutator.Add("a put on other occasions: " + put.Tag(), [&put] {
+            put.when = put.when == PutStep::When::Add ? PutStep::When::Update : PutStep::When::Add;
+        });
+        mutator.Add("a put left out: " + put.Tag(), [&puts, &put] { puts.removeAt(&put - puts.data()); });
+    }
+}
+
+void Fields(Mutator& mutator, Form& form) {
+    for (sysadmin::Field* field : form.Fields()) {
+        FieldSpec& spec = field->Declaration();
+        const QString of = " of " + spec.name;
+        mutator.Text("tag" + of, spec.tag);
+        if (field->GetKind() == sysadmin::Field::Kind::Picked ||
+            field->GetKind() == sysadmin::Field::Kind::Checked)
+            continue;
+        mutator.Text("caption" + of, spec.caption);
+        mutator.Text("unit" + of, spec.unit);
+        mutator.Text("initial value" + of, spec.initial);
+        mutator.Text("switch" + of, spec.enabledBy);
+        if (spec.maxLength > 0 && field->GetKind() == sysadmin::Field::Kind::Text)
+            mutator.Number("length" + of, [&spec](int by) { spec.maxLength += by; });
+        if (field->GetKind() != sysadmin::Field::Kind::Flag &&
+            field->GetKind() != sysadmin::Field::Kind::Letter && !spec.displayOnly)
+            mutator.Flag("required" + of, spec.required);
+        mutator.Flag("only shown" + of, spec.displayOnly);
+        ChoiceSource& source = spec.source;
+        if (source.request.isEmpty())
+            continue;
+        mutator.Text("entries' request" + of, source.request);
+        mutator.Text("entries' id" + of, source.idTag);
+        mutator.Text("entries' text" + of, source.textTag);
+        mutator.Text("no entry" + of, source.none);
+        mutator.Text("entries' caption" + of, source.caption);
+        mutator.Text("entries' failure" + of, source.unableToLoad);
+    }
+}
+
+void Table(Mutator& mutator, TableDeclaration& table, bool hasTabs) {
+    TableSpec& spec = table.spec;
+    for (const auto& [name, text] :
+         std::initializer_list<std::pair<const char*, QString*>>{{"subject", &spec.subject},
+                                                                 {"frame", &spec.frameNoun},
+                                                                 {"notice", &spec.notice},
+                                                                 {"grid", &spec.gridName},
+                                                                 {"record tag", &spec.recordTag},
+                                                                 {"key tag", &spec.keyTag},
+                                                                 {"list", &spec.listRequest},
+                                                                 {"get", &spec.getRequest},
+                                                                 {"add", &spec.addRequest},
+                                                                 {"update", &spec.updateRequest},
+                                                                 {"delete", &spec.deleteRequest},
+                                                                 {"available", &spec.availableRequest},
+                                                                 {"key in get and delete", &spec.getKeyTag},
+                                                                 {"save caption", &spec.saveCaption},
+                                                                 {"delete caption", &spec.deleteCaption},
+                                                                 {"match tag", &spec.matchTag},
+                                                                 {"pick tag", &spec.pickTag}})
+        mutator.Text(name, *text);
+    if (hasTabs)
+        mutator.Text("tab", spec.tabCaption);
+    if (!spec.getRequest.isEmpty())
+        mutator.Text("edit caption", spec.editCaption);
+    if (!spec.boxOnLoadFailure)
+        mutator.Text("load caption", spec.loadCaption);
+    mutator.Flag("continuing", spec.continuing);
+    mutator.Flag("box on load failure", spec.boxOnLoadFailure);
+    mutator.Flag("sorted", spec.sorted);
+    mutator.Order("columns", spec.columns);
+    for (GridColumn& column : spec.columns) {
+        mutator.Text("column", column.caption);
+        mutator.Text("tag of a column", column.tag);
+        mutator.Flag("hidden column " + column.caption, column.hidden);
+        mutator.Flag("yes-no column " + column.caption, column.yesNo);
+    }
+    for (QString& list : spec.pickLists)
+        mutator.Text("pick-list", list);
+    Words(mutator, "delete words", spec.deleteWords);
+    Words(mutator, "save words", spec.saveWords);
+    Fields(mutator, *table.form);
+    Draw(mutator, table.layout);
+    Puts(mutator, table.puts);
+}
+
+void Record(Mutator& mutator, RecordDeclaration& record) {
+    RecordSpec& spec = record.spec;
+    for (const auto& [name, text] :
+         std::initializer_list<std::pair<const char*, QString*>>{{"notice", &spec.notice},
+                                                                 {"frame", &spec.frameNoun},
+                                                                 {"end of the frame", &spec.frameEnd},
+                                                                 {"get", &spec.getRequest},
+                                                                 {"add", &spec.addRequest},
+                                                                 {"update", &spec.updateRequest},
+                                                                 {"exists", &spec.existsTag},
+                                                                 {"load failure", &spec.loadFailure},
+                                                                 {"save failure", &spec.saveFailure}})
+        mutator.Text(name, *text);
+    if (spec.loadFailure.isEmpty()) {
+        mutator.Text("subject", spec.subject);
+        mutator.Text("load caption", spec.loadCaption);
+        mutator.Text("save caption", spec.saveCaption);
+    }
+    Fields(mutator, *record.form);
+    Draw(mutator, record.layout);
+    Puts(mutator, record.puts);
+}
+
+} // namespace
+
+std::vector<Mutant> MutantsOf(server::Subject& subject, unsigned seed) {
+    Mutator mutator(seed);
+    server::RequestNames& requests = subject.requests;
+    for (QString* name : {&requests.list, &requests.get, &requests.add, &requests.update, &requests.remove,
+                          &requests.available})
+        mutator.Text("request", *name);
+    mutator.Add("area", [&subject] {
+        subject.area =
+            subject.area == wire::Area::Cataloging ? wire::Area::Acquisitions : wire::Area::Cataloging;
+    });
+    const bool keyIsText = std::any_of(subject.fields.begin(), subject.fields.end(),
+                                       [&](const server::Field& field) { return field.tag == subject.key; });
+    if (!subject.single && !keyIsText)
+        mutator.Text("key", subject.key);
+    mutator.Text("original key", subject.originalKey);
+    for (server::Field& field : subject.fields) {
+        const QString of = " of " + field.column;
+        mutator.Text("tag" + of, field.tag);
+        if (field.kind == server::Field::Kind::Text && field.check == nullptr)
+            mutator.Number("length" + of, [&field](int by) { field.limit += by; });
+        if (field.kind == server::Field::Kind::Whole) {
+            mutator.Number("least" + of, [&field](int by) { field.least += by; });
+            mutator.Number("most" + of, [&field](int by) { field.most += by; });
+        }
+        if (field.kind != server::Field::Kind::Flag && field.kind != server::Field::Kind::Joined &&
+            field.inPut && field.tag != subject.key)
+            mutator.Flag("required" + of, field.required);
+        if (field.duplicateStatus != 0)
+            mutator.Number("status of a second" + of,
+                           [&field](int by) { field.duplicateStatus += qint16(by); });
+        if (field.inGet && !requests.get.isEmpty())
+            mutator.Flag("answered" + of, field.inGet);
+        if (field.inList && !requests.list.isEmpty())
+            mutator.Flag("listed" + of, field.inList);
+        if (field.inPut)
+            mutator.Flag("taken" + of, field.inPut);
+    }
+    for (server::UsedBy& use : subject.usedBy)
+        mutator.Number("status while used by " + use.table, [&use](int by) { use.status += qint16(by); });
+    for (server::UsageKind& use : subject.usages) {
+        mutator.Text("use", use.kind);
+        mutator.Number("status while used by " + use.kind, [&use](int by) { use.status += qint16(by); });
+    }
+    for (server::Membership& membership : subject.memberships) {
+        for (QString* tag : {&membership.availableId, &membership.availableName, &membership.selectedId,
+                             &membership.selectedName, &membership.state})
+            mutator.Text("tag of a pair", *tag);
+        mutator.Flag("offered", membership.offered);
+    }
+    for (QString& tag : subject.addReply)
+        if (tag == subject.key)
+            mutator.Text("answer to an add", tag);
+    return std::move(mutator.Mutants());
+}
+
+std::vector<Mutant> MutantsOf(ScreenDeclaration& screen, unsigned seed) {
+    Mutator mutator(seed);
+    mutator.Text("name", screen.name);
+    mutator.Text("window caption", screen.caption);
+    mutator.Add("area", [&screen] {
+        screen.area = screen.area == Area::Cataloging ? Area::System : Area::Cataloging;
+    });
+    for (TableDeclaration& table : screen.tables)
+        Table(mutator, table, screen.tables.size() > 1);
+    for (RecordDeclaration& record : screen.records)
+        Record(mutator, record);
+    return std::move(mutator.Mutants());
+}
+
+} // namespace sysadmin::exact

@@ -1,0 +1,38 @@
+#include "exact/ServerDriver.h"
+#include "server/subjects/Registrations.h"
+
+#include <gtest/gtest.h>
+
+namespace sysadmin::exact {
+
+namespace {
+
+class ExactServer : public ::testing::TestWithParam<QString> {};
+
+TEST_P(ExactServer, AnswersAsTheRowsSay) {
+    const Screen& screen = FindScreen(GetParam());
+    for (const Table& table : screen.tables) {
+        QTemporaryDir folder;
+        for (const QString& difference :
+             ServerDriver(screen, table, server::MakeRegistry(), folder.path()).Run())
+            ADD_FAILURE() << difference.toStdString();
+    }
+}
+
+std::vector<QString> Keys() {
+    std::vector<QString> keys;
+    for (const Screen& screen : AllScreens())
+        if (screen.area != u"Cluster") // its rules are tested by themselves
+            keys.push_back(screen.key);
+    return keys;
+}
+
+std::string NameOf(const ::testing::TestParamInfo<QString>& key) {
+    return key.param.toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(All, ExactServer, ::testing::ValuesIn(Keys()), NameOf);
+
+} // namespace
+
+} // namespace sysadmin::exact
