@@ -17,23 +17,6 @@ protected:
     }
 };
 
-TEST_F(FiscalTypesTest, PeriodIncludesTheWholeOfItsLastDay) {
-    OpenOne();
-    channel.Answer("GetFscPr", 0,
-                   {{"Nm", "FY 2027"}, {"StDt", "2026-07-01"}, {"EDt", "2027-06-30 23:59:59"}});
-    Click("cmdEdit");
-    EXPECT_EQ(Get<QDateEdit>("fpEndDate").date(), QDate(2027, 6, 30));
-    Get<QDateEdit>("fpEndDate").setDate(QDate(2027, 5, 31));
-    channel.Answer("UpdFscPr", 0);
-    Click("cmdSave");
-    EXPECT_EQ(channel.sent.last(), (Sent{"UpdFscPr",
-                                         {{"Nm", "FY 2027"},
-                                          {"StDt", "2026-07-01"},
-                                          {"EDt", "2027-05-31 23:59:59"},
-                                          {"ID", "3"},
-                                          {"NNm", "N"}}}));
-}
-
 TEST_F(FiscalTypesTest, PeriodThatEndsBeforeItStartsIsNotSent) {
     OpenOne();
     Click("cmdNew");

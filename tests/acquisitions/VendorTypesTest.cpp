@@ -20,73 +20,11 @@ protected:
     }
 };
 
-TEST_F(VendorTypesTest, ListIsLoadedAndTheFirstRowSelected) {
-    OpenWith();
-    EXPECT_EQ(channel.sent, (QList<ScriptedChannel::Sent>{{"LstVenTp", {}}}));
-    EXPECT_EQ(GridRows(), (QStringList{"AG|Agent", "BK|Bookseller", "PUB|Publisher"}));
-    EXPECT_EQ(Grid().SelectedKey(), "AG");
-    EXPECT_FALSE(IsEnabled("fraEdit"));
-}
-
 TEST_F(VendorTypesTest, EmptyListLeavesOnlyNew) {
     OpenWith({});
     EXPECT_TRUE(IsEnabled("cmdNew"));
     EXPECT_FALSE(IsEnabled("cmdEdit"));
     EXPECT_FALSE(IsEnabled("cmdDelete"));
-}
-
-TEST_F(VendorTypesTest, EverySplitIsReportedAndOnlyTheLastBatchShown) {
-    channel.Answer("LstVenTp", 55, {{"Cd", "A"}, {"Nm", "First"}});
-    channel.Answer("LstVenTp", 55, {{"Cd", "B"}, {"Nm", "Second"}});
-    channel.Answer("LstVenTp", 0, {{"Cd", "C"}, {"Nm", "Third"}});
-    for (int split = 0; split < 2; ++split)
-        ExpectErrorDialog(prompter, "Database Error", 55, "Load Acquisitions Vendor Types", "Vendor Type");
-    Open(AddAcquisitionsScreens, "Acquisitions_VendorTypes");
-    const wire::Fields again{{"55", "Y"}};
-    EXPECT_EQ(channel.sent,
-              (QList<ScriptedChannel::Sent>{{"LstVenTp", {}}, {"LstVenTp", again}, {"LstVenTp", again}}));
-    EXPECT_EQ(GridRows(), QStringList{"C|Third"});
-}
-
-TEST_F(VendorTypesTest, NewRecordIsAddedToTheList) {
-    OpenWith();
-    Click("cmdNew");
-    EXPECT_EQ(FrameCaption(), "New Vendor Type:");
-    EXPECT_FALSE(IsEnabled("vsf"));
-    EXPECT_FALSE(IsEnabled("cmdSave"));
-    Type("txtCode", "ONL");
-    EXPECT_FALSE(IsEnabled("cmdSave"));
-    Type("txtName", "Online shop");
-    channel.Answer("AddVenTp", 0);
-    Click("cmdSave");
-    EXPECT_EQ(channel.sent.last(),
-              (ScriptedChannel::Sent{"AddVenTp", {{"Cd", "ONL"}, {"Nm", "Online shop"}}}));
-    EXPECT_EQ(GridRows().size(), 4);
-    EXPECT_EQ(Grid().SelectedKey(), "ONL");
-    EXPECT_FALSE(IsEnabled("fraEdit"));
-    EXPECT_TRUE(IsEnabled("vsf"));
-}
-
-TEST_F(VendorTypesTest, UpdateSendsWhatChanged) {
-    OpenWith();
-    Grid().SelectKey("BK");
-    Click("cmdEdit");
-    EXPECT_EQ(FrameCaption(), "Edit Vendor Type:");
-    EXPECT_EQ(TextOf("txtCode"), "BK");
-    channel.Answer("UpdVenTp", 0);
-    Click("cmdSave");
-    EXPECT_EQ(channel.sent.last().fields,
-              (wire::Fields{{"Cd", "BK"}, {"Nm", "Bookseller"}, {"NCd", "N"}, {"NNm", "N"}, {"OCd", "BK"}}));
-
-    Click("cmdEdit");
-    Type("txtCode", "BKS");
-    Type("txtName", "bookseller");
-    channel.Answer("UpdVenTp", 0);
-    Click("cmdSave");
-    EXPECT_EQ(channel.sent.last().fields,
-              (wire::Fields{{"Cd", "BKS"}, {"Nm", "bookseller"}, {"NCd", "N"}, {"NNm", "Y"}, {"OCd", "BK"}}));
-    EXPECT_EQ(GridRows(), (QStringList{"AG|Agent", "BKS|bookseller", "PUB|Publisher"}));
-    EXPECT_EQ(Grid().SelectedKey(), "BKS");
 }
 
 TEST_F(VendorTypesTest, RefusedSaveKeepsTheEditOpen) {
@@ -109,49 +47,6 @@ TEST_F(VendorTypesTest, RefusedSaveKeepsTheEditOpen) {
     Click("cmdCancel");
     EXPECT_EQ(TextOf("txtName"), "");
     EXPECT_TRUE(IsEnabled("cmdNew"));
-}
-
-TEST_F(VendorTypesTest, DeleteAsksFirst) {
-    OpenWith();
-    const QString question = "You will delete Vendor Type:\r\n\"AG\"\r\n\r\nAre you sure?";
-    prompter.ExpectBox(question, false, Box::Icon::Question, "Delete Vendor Type");
-    Click("cmdDelete");
-    EXPECT_EQ(channel.SentNames(), QStringList{"LstVenTp"});
-
-    prompter.ExpectBox(question);
-    prompter.ExpectBox("This vendor type cannot be deleted while\r\nthere are vendor records assigned to it.",
-                       true, Box::Icon::None, "Cannot Delete Vendor Type");
-    channel.Answer("DelVenTp", 13);
-    Click("cmdDelete");
-    EXPECT_EQ(GridRows().size(), 3);
-
-    prompter.ExpectBox(question);
-    channel.Answer("DelVenTp", 5);
-    ExpectErrorDialog(prompter, "Record not found to be updated.", 5, "Delete Acquisitions Vendor Types",
-                      "Vendor Type");
-    Click("cmdDelete");
-
-    prompter.ExpectBox(question);
-    channel.Answer("DelVenTp", 0);
-    Click("cmdDelete");
-    EXPECT_EQ(channel.sent.last().fields, (wire::Fields{{"Cd", "AG"}}));
-    EXPECT_EQ(GridRows(), (QStringList{"BK|Bookseller", "PUB|Publisher"}));
-    EXPECT_EQ(Grid().SelectedKey(), "BK");
-}
-
-TEST_F(VendorTypesTest, ReadOnlyOperatorOnlyLooks) {
-    SetRights(false);
-    OpenWith();
-    for (const char* gone : {"cmdNew", "cmdDelete", "cmdSave"})
-        EXPECT_TRUE(Get<QWidget>(gone).isHidden()) << gone;
-    EXPECT_EQ(Get<QAbstractButton>("cmdEdit").text(), "Vi&ew");
-    emit Grid().RowActivated(Grid().SelectedKey());
-    EXPECT_EQ(FrameCaption(), "View Vendor Type:");
-    EXPECT_EQ(TextOf("txtName"), "Agent");
-    EXPECT_TRUE(Get<QLineEdit>("txtName").isReadOnly());
-    EXPECT_TRUE(IsEnabled("cmdCancel"));
-    Click("cmdCancel");
-    EXPECT_FALSE(IsEnabled("fraEdit"));
 }
 
 TEST_F(VendorTypesTest, CloseIsRefusedWhileEditing) {

@@ -39,15 +39,6 @@ protected:
     QString Pickup() { return Get<QComboBox>("lstDefPULoc").currentText(); }
 };
 
-TEST_F(ClustersTest, RightsAndListAreLoaded) {
-    OpenWith();
-    EXPECT_EQ(channel.sent, (QList<ScriptedChannel::Sent>{{"GetClusterSecurity", {{"SOI", "TESTER"}}},
-                                                          {"GetClusterList", {{"OI", "TESTER"}}}}));
-    EXPECT_EQ(GridRows(), (QStringList{"MAIN|University", "PROF|Professional"}));
-    EXPECT_TRUE(IsEnabled("cmdNew"));
-    EXPECT_TRUE(IsEnabled("cmdDelete"));
-}
-
 TEST_F(ClustersTest, EachRightCountsForItself) {
     OpenWith({{"CluViewOnly", "N"}, {"CluCreate", "Y"}, {"CluEdit", "N"}, {"CluDelete", "N"}});
     EXPECT_TRUE(IsEnabled("cmdNew"));
@@ -128,30 +119,6 @@ TEST_F(ClustersTest, ARenamedCurrentClusterIsSeenAtOnce) {
     EXPECT_EQ(application.clusters.Current()->sInUsePULoc, "22");
     EXPECT_EQ(notices, 1);
     EXPECT_EQ(GridRows().first(), "MAIN|All Libraries");
-}
-
-TEST_F(ClustersTest, NewClusterIsFoundByItsCode) {
-    application.clusters.Put({"21", "University", "MAIN", "1"});
-    OpenWith();
-    Click("cmdNew");
-    EXPECT_EQ(FrameCaption(), "New Circ Cluster:");
-    Type("txtCode", " LAW ");
-    Type("txtName", "Law");
-    channel.Answer("AddCluster", 0); // without an id: the list is asked for
-    channel.Answer("GetClusterList", 0, List + wire::Fields{{"CID", "9"}, {"CCD", "LAW"}, {"CNM", "Law"}});
-    Click("cmdSave");
-    EXPECT_EQ(channel.LastSent("AddCluster").fields,
-              (wire::Fields{{"CCD", "LAW"}, {"CNM", "Law"}, {"CPLID", ""}, {"BLT", "N"}}));
-    EXPECT_EQ(Grid().SelectedKey(), "9");
-    ASSERT_TRUE(application.clusters.Find("9"));
-    EXPECT_EQ(application.clusters.Find("9")->sClusterCD, "LAW");
-
-    Click("cmdNew");
-    Type("txtCode", "MED");
-    Type("txtName", "Medical");
-    channel.Answer("AddCluster", 0, {{"CID", "10"}, {"CCD", "MED"}});
-    Click("cmdSave");
-    EXPECT_EQ(Grid().SelectedKey(), "10");
 }
 
 TEST_F(ClustersTest, AClusterInUseIsNotDeleted) {

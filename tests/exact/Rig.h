@@ -25,6 +25,7 @@ public:
     /// What was sent since it was last asked: a line per request.
     QStringList TakeSent() { return std::exchange(m_sent, {}); }
     bool SignOn(Session&) override { return true; }
+    const QString& LastProblem() const override { return m_problem; }
 
 protected:
     Answer Exchange(const QString& name, const wire::Fields& fields) override;
@@ -33,6 +34,7 @@ private:
     QHash<QString, Reply> m_always;
     QHash<QString, QList<Reply>> m_once;
     QStringList m_sent;
+    QString m_problem;
 };
 
 /// A request as a line of text.

@@ -21,53 +21,6 @@ protected:
     }
 };
 
-TEST_F(WebServicesTest, ConfigurationHasItsOwnFailureMessages) {
-    channel.Answer("GetZebConfig", 0, {{"US", "Y"}, {"UP", "N"}, {"DP", "0000"}});
-    Screen& screen = Open(AddRequestsScreens, "WS_Configuration");
-    Check("chkChangePIN", true);
-    Type("txtDefaultPIN", "1234");
-    channel.Answer("UpdZebConfig", 2);
-    prompter.ExpectBox("Unable to save web service configuration.", true, Box::Icon::Exclamation);
-    Click("cmdSave");
-    EXPECT_EQ(TextOf("txtDefaultPIN"), "1234");
-    channel.Answer("UpdZebConfig", 0);
-    Click("cmdSave");
-    EXPECT_EQ(channel.sent.last().fields, (wire::Fields{{"US", "Y"}, {"UP", "Y"}, {"DP", "1234"}}));
-
-    channel.Answer("GetZebConfig", 1);
-    prompter.ExpectBox("Unable to load web service configuration.");
-    screen.LoadScreen();
-    EXPECT_FALSE(IsEnabled("cmdSave")) << "what could not be read is not overwritten";
-}
-
-TEST_F(WebServicesTest, AlertTextsKeepTheirMarkers) {
-    const wire::Fields stored{{"LSE", "Y"},
-                              {"OA", "Y"},
-                              {"FA", "N"},
-                              {"BA", "N"},
-                              {"EA", "Y"},
-                              {"ED", "14"},
-                              {"OAT", "You have overdue materials at \\\\l."},
-                              {"FAT", " \\l \\\\\\\\d "},
-                              {"BAT", ""},
-                              {"EAT", "Your account will expire on \\\\d, \\\\n days from today."}};
-    channel.Answer("GetWSLoginSum", 0, stored);
-    Open(AddRequestsScreens, "WS_LoginSummary");
-    EXPECT_EQ(TextOf("txtOverdue"), "You have overdue materials at \\\\l.");
-    EXPECT_FALSE(IsEnabled("txtFines"));
-    EXPECT_TRUE(IsEnabled("txtExpirationDays"));
-    channel.Answer("UpdWSLoginSum", 0);
-    Click("cmdSave");
-    EXPECT_EQ(channel.sent.last().fields, stored);
-
-    Check("chkFines", true);
-    EXPECT_TRUE(IsEnabled("txtFines"));
-    channel.Answer("UpdWSLoginSum", 3);
-    prompter.ExpectBox("Unable to save login summary configuration.");
-    Click("cmdSave");
-    EXPECT_TRUE(Get<QCheckBox>("chkFines").isChecked());
-}
-
 TEST_F(WebServicesTest, SelfRegistrationAsksForGroupThenIdentifierType) {
     OpenSelfRegistration({});
     EXPECT_EQ(channel.sent.last(), (ScriptedChannel::Sent{"GetWSSelfReg", {{"CID", "2"}}}));

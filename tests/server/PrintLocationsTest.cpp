@@ -80,29 +80,6 @@ TEST_F(PrintLocations, DefaultAndThoseInUseAreNotDeleted) {
     EXPECT_EQ(Defaults(), QStringList{"Law Library"});
 }
 
-TEST(MaterialTypes, AreKnownByTheirCode) {
-    TestServer server;
-    ASSERT_EQ(server.StatusOf("AddBF", {{"Cd", "xx"}, {"Nm", "Something Else"}}), 0);
-    EXPECT_EQ(server.StatusOf("AddBF", {{"Cd", "AM"}, {"Nm", "Tome"}}), status::DuplicateCode);
-    EXPECT_EQ(server.StatusOf("AddBF", {{"Cd", "yy"}, {"Nm", "book"}}), status::DuplicateName);
-    const wire::Fields change{
-        {"Cd", "zz"}, {"Nm", "Something Else"}, {"OC", "xx"}, {"NCd", "Y"}, {"NNm", "N"}};
-    ASSERT_EQ(server.StatusOf("UpdBF", change), 0);
-    EXPECT_EQ(server.StatusOf("UpdBF", change), status::NotFound);
-    EXPECT_EQ(server.StatusOf("DelBF", {{"Cd", "am"}}), status::InUse);
-    EXPECT_EQ(server.StatusOf("DelBF", {{"Cd", "js"}}), 0);
-    EXPECT_EQ(server.StatusOf("DelBF", {{"Cd", "js"}}), status::NotFound);
-    server.Restart();
-    server.SignOnAs("VIEWER");
-    EXPECT_EQ(server.StatusOf("GetBF", {{"Cd", "xx"}}), status::NotFound);
-    EXPECT_EQ(server.Send("GetBF", {{"Cd", "zz"}}).fields,
-              (wire::Fields{{"Cd", "zz"}, {"Nm", "Something Else"}}));
-    EXPECT_EQ(server.StatusOf("AddBF", {{"Cd", "qq"}, {"Nm", "Q"}}), status::NotAuthorised);
-    EXPECT_EQ(server.StatusOf("DelBF", {{"Cd", "zz"}}), status::NotAuthorised);
-    server.SignOnAs("CIRC");
-    EXPECT_EQ(server.StatusOf("LstBF"), status::NotAuthorised);
-}
-
 } // namespace
 
 } // namespace sysadmin::testing

@@ -20,44 +20,6 @@ protected:
     TestServer server;
 };
 
-TEST_F(ServerProfilesTest, EveryModuleKeepsRightsOperatorsAndLocations) {
-    const struct {
-        QString word, right, otherRight;
-        bool hasLocations;
-    } modules[]{{"MPrf", "ChgPwd", "Sec", true},     {"CaPrf", "UTP", "UT", true},
-                {"CrPrf", "RC", "RM", true},         {"ASPrf", "DSC", "CLIB", true},
-                {"GDCPrf", "KillAL", "KillS", true}, {"RPrf", "RepLocUb", "RepCat", false}};
-    const QString location = server.Send("LstLoc").fields.first().value;
-    for (const auto& module : modules) {
-        SCOPED_TRACE(module.word.toStdString());
-        Fields put{{"SOI", "VIEWER"}, {"OSt", "1"}, {"SOI", "CIRC"}, {"OSt", "1"}};
-        if (module.hasLocations)
-            put += {{"3", location}, {"LSt", "1"}};
-        put += {{module.right, "Y"}, {"Nm", "Night shift"}};
-        ASSERT_EQ(server.StatusOf("Add" + module.word, put), 0);
-        EXPECT_EQ(server.StatusOf("Add" + module.word, put), 7) << "the name is unique";
-        const QString id = IdOf("Lst" + module.word, "Night shift");
-        ASSERT_FALSE(id.isEmpty());
-
-        EXPECT_EQ(server.StatusOf("Upd" + module.word, {{"SOI", "CIRC"},
-                                                        {"OSt", "3"},
-                                                        {module.otherRight, "Y"},
-                                                        {"Nm", "Night shift"},
-                                                        {"ID", id},
-                                                        {"NNm", "N"}}),
-                  0);
-        server.Restart();
-        const Fields kept = server.Send("Get" + module.word, {{"ID", id}}).fields;
-        EXPECT_EQ(wire::FirstValue(kept, module.right), "Y");
-        EXPECT_EQ(wire::FirstValue(kept, module.otherRight), "Y");
-        EXPECT_EQ(ValuesOf(kept, "SOI"), QStringList{"VIEWER"});
-        EXPECT_TRUE(ValuesOf(kept, "AOI").contains("CIRC"));
-        EXPECT_EQ(ValuesOf(kept, "3"), module.hasLocations ? QStringList{location} : QStringList{});
-        EXPECT_EQ(server.StatusOf("Del" + module.word, {{"ID", id}}), 0);
-        EXPECT_EQ(server.StatusOf("Get" + module.word, {{"ID", id}}), 5);
-    }
-}
-
 TEST_F(ServerProfilesTest, AChangeTakesEffectAtTheNextRequest) {
     const QString id = IdOf("LstMPrf", "Circulation Settings");
     const auto circ = server.Connect();

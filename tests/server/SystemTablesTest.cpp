@@ -30,55 +30,6 @@ protected:
     TestServer m_server;
 };
 
-TEST_F(SystemTablesTest, FineFeeTablesTravelInOneList) {
-    const QString reason = AddedId("AddFee", {{"Cd", "KEY"}, {"Nm", "Lost key"}});
-    const QString payment = AddedId("AddPmt", {{"PNm", "Barter"}}, "PId");
-    const QString posting = AddedId("AddPstTp", {{"PstNm", "Lottery"}, {"TF", "N"}, {"TD", "Y"}}, "PstId");
-    EXPECT_EQ(
-        StatusOf("UpdFee", {{"ID", reason}, {"Cd", "KEYS"}, {"Nm", "Lost keys"}, {"NCd", "Y"}, {"NNm", "Y"}}),
-        status::Ok);
-    EXPECT_EQ(StatusOf("UpdPmt", {{"PId", payment}, {"PNm", "Swap"}}), status::Ok);
-    EXPECT_EQ(
-        StatusOf(
-            "UpdPstTp",
-            {{"PstId", posting}, {"PstNm", "Draw"}, {"TF", "Y"}, {"TD", "N"}, {"NCd", "N"}, {"NNm", "Y"}}),
-        status::Ok);
-    Restart();
-    const wire::Fields list = Send("LstFee").fields;
-    EXPECT_EQ(list.mid(list.indexOf({"ID", reason}), 3),
-              (wire::Fields{{"ID", reason}, {"Cd", "KEYS"}, {"Nm", "Lost keys"}}));
-    EXPECT_EQ(list.mid(list.indexOf({"PId", payment}), 2), (wire::Fields{{"PId", payment}, {"PNm", "Swap"}}));
-    EXPECT_EQ(list.mid(list.indexOf({"PstId", posting}), 4),
-              (wire::Fields{{"PstId", posting}, {"PstNm", "Draw"}, {"TF", "Y"}, {"TD", "N"}}));
-    // Each table stands together, the reasons first.
-    EXPECT_LT(list.lastIndexOf({"ID", reason}), list.indexOf({"PId", ValuesOf(list, "PId").first()}));
-    EXPECT_LT(list.lastIndexOf({"PId", payment}), list.indexOf({"PstId", ValuesOf(list, "PstId").first()}));
-
-    EXPECT_EQ(StatusOf("DelFee", {{"ID", reason}}), status::Ok);
-    EXPECT_EQ(StatusOf("DelPmt", {{"PId", payment}}), status::Ok);
-    EXPECT_EQ(StatusOf("DelPstTp", {{"PstId", posting}}), status::Ok);
-    EXPECT_EQ(StatusOf("DelPstTp", {{"PstId", posting}}), status::NotFound);
-}
-
-TEST_F(SystemTablesTest, FineFeeTablesRefuse) {
-    const wire::Fields list = Send("LstFee").fields;
-    const auto first = [&](const QString& tag) { return wire::FirstValue(list, tag); };
-    EXPECT_EQ(StatusOf("AddFee", {{"Cd", first("Cd").toLower()}, {"Nm", "Else"}}), status::DuplicateCode);
-    EXPECT_EQ(StatusOf("AddFee", {{"Cd", "ELSE"}, {"Nm", first("Nm")}}), status::DuplicateName);
-    EXPECT_EQ(StatusOf("AddPmt", {{"PNm", first("PNm")}}), status::DuplicateName);
-    EXPECT_EQ(StatusOf("AddPstTp", {{"PstNm", first("PstNm")}, {"TF", "Y"}, {"TD", "Y"}}),
-              status::DuplicateName);
-    EXPECT_EQ(StatusOf("AddPstTp", {{"PstNm", "New"}, {"TF", "maybe"}}), status::ColumnError);
-    EXPECT_EQ(StatusOf("AddPmt", {{"PNm", " "}}), status::ColumnError);
-    EXPECT_EQ(StatusOf("UpdPmt", {{"PId", "99999"}, {"PNm", "New"}}), status::NotFound);
-    EXPECT_EQ(StatusOf("DelFee", {{"ID", first("ID")}}), 87);
-    EXPECT_EQ(StatusOf("DelPmt", {{"PId", first("PId")}}), 90);
-    EXPECT_EQ(
-        StatusOf("DelPstTp", {{"PstId", m_server.Value("SELECT id FROM posting_types WHERE name='Error'")}}),
-        status::InUse);
-    EXPECT_EQ(Send("LstFee").fields, list);
-}
-
 TEST_F(SystemTablesTest, LocationLimitGroupsShareLocations) {
     const QStringList locations = ValuesOf(Send("AvlLmt").fields, "AI");
     ASSERT_EQ(locations.size(), 633);

@@ -28,25 +28,6 @@ protected:
     }
 };
 
-TEST_F(FineFeeReasonsTest, OneRequestFillsAllThreeTables) {
-    OpenLists();
-    EXPECT_EQ(channel.sent, (QList<ScriptedChannel::Sent>{{"LstFee", {}}}));
-    EXPECT_EQ(GridRows("vsfFineFeeReasons"), (QStringList{"LOST|Lost item", "OVER|Overdue"}));
-    EXPECT_EQ(GridRows("vsfPaymentTypes"), (QStringList{"Card", "Cash"}));
-    EXPECT_EQ(GridRows("vsfPostingTypes"), (QStringList{"Amnesty", "Waiver"}));
-    EXPECT_EQ(FrameCaption(), "Edit Fine Fee Reasons");
-}
-
-TEST_F(FineFeeReasonsTest, AFailedOrSplitListIsTold) {
-    channel.Answer("LstFee", 55, ThreeLists);
-    channel.Answer("LstFee", 3);
-    for (int time = 0; time < 2; ++time)
-        prompter.ExpectBox("Unable to load System Fine Fee Reasons.", true, Box::Icon::Exclamation);
-    Open<frmSystem_FineFeeReasons>();
-    EXPECT_EQ(channel.sent.last().fields, (wire::Fields{{"55", "Y"}}));
-    EXPECT_TRUE(GridRows("vsfFineFeeReasons").isEmpty());
-}
-
 TEST_F(FineFeeReasonsTest, NounAndRequestsFollowTheTab) {
     OpenLists();
     Grid("vsfFineFeeReasons").SelectKey("2");

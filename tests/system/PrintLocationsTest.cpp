@@ -57,31 +57,6 @@ TEST_F(PrintLocationsTest, NewDefaultTakesTheMarkFromTheFormerOne) {
     EXPECT_EQ(Grid().SelectedKey(), "2");
 }
 
-TEST_F(PrintLocationsTest, NewLocationIsOpenToAllGroupsAndLeavesTheDefaultAlone) {
-    OpenTwo();
-    Click("cmdNew");
-    Type("txtCode", "MUS");
-    Type("txtName", "Music desk");
-    channel.Answer("AddPL", 0, {{"ID", "3"}});
-    Click("cmdSave");
-    EXPECT_EQ(channel.sent.last(), (Sent{"AddPL",
-                                         {{"Cd", "MUS"},
-                                          {"Nm", "Music desk"},
-                                          {"DP", "N"},
-                                          {"CG", "Y"},
-                                          {"AG", "Y"},
-                                          {"MSG", "Y"},
-                                          {"CtG", "Y"}}}));
-    QStringList rows = GridRows();
-    rows.sort();
-    EXPECT_EQ(rows, (QStringList{"|LAW|Law desk", "|MUS|Music desk", "✓|MAIN|Main desk"}));
-
-    channel.Answer("GetPL", 5);
-    ExpectErrorDialog(prompter, "Record not found to be updated.", 5, "Edit Print Locations",
-                      "Print Location");
-    Click("cmdEdit");
-}
-
 TEST_F(PrintLocationsTest, DefaultIsNotDeleted) {
     OpenTwo();
     prompter.ExpectBox("You will delete Print Location:\r\n\"LAW\"\r\n\r\nAre you sure?");
