@@ -90,6 +90,13 @@ void Fields(Mutator& mutator, Form& form) {
             field->GetKind() != sysadmin::Field::Kind::Letter && !spec.displayOnly)
             mutator.Flag("required" + of, spec.required);
         mutator.Flag("only shown" + of, spec.displayOnly);
+        mutator.Text("suffix" + of, spec.suffix);
+        if (field->GetKind() == sysadmin::Field::Kind::Number && spec.most > 0)
+            mutator.Number("most" + of, [&spec](int by) { spec.most += by; });
+        for (PickItem& option : spec.options) {
+            mutator.Text("letter of an option" + of, option.id);
+            mutator.Text("option" + of, option.text);
+        }
         ChoiceSource& source = spec.source;
         if (source.request.isEmpty())
             continue;
@@ -183,22 +190,23 @@ std::vector<Mutant> MutantsOf(server::Subject& subject, unsigned seed) {
         subject.area =
             subject.area == wire::Area::Cataloging ? wire::Area::Acquisitions : wire::Area::Cataloging;
     });
-    const bool keyIsText = std::any_of(subject.fields.begin(), subject.fields.end(),
-                                       [&](const server::Field& field) { return field.tag == subject.key; });
+    const bool keyIsText =
+        std::any_of(subject.fields.begin(), subject.fields.end(),
+                    [&](const server::SubjectField& field) { return field.tag == subject.key; });
     if (!subject.single && !keyIsText)
         mutator.Text("key", subject.key);
     mutator.Text("original key", subject.originalKey);
-    for (server::Field& field : subject.fields) {
+    for (server::SubjectField& field : subject.fields) {
         const QString of = " of " + field.column;
         mutator.Text("tag" + of, field.tag);
-        if (field.kind == server::Field::Kind::Text && field.check == nullptr)
+        if (field.kind == server::SubjectField::Kind::Text && field.check == nullptr)
             mutator.Number("length" + of, [&field](int by) { field.limit += by; });
-        if (field.kind == server::Field::Kind::Whole) {
+        if (field.kind == server::SubjectField::Kind::Whole) {
             mutator.Number("least" + of, [&field](int by) { field.least += by; });
             mutator.Number("most" + of, [&field](int by) { field.most += by; });
         }
-        if (field.kind != server::Field::Kind::Flag && field.kind != server::Field::Kind::Joined &&
-            field.inPut && field.tag != subject.key)
+        if (field.kind != server::SubjectField::Kind::Flag &&
+            field.kind != server::SubjectField::Kind::Joined && field.inPut && field.tag != subject.key)
             mutator.Flag("required" + of, field.required);
         if (field.duplicateStatus != 0)
             mutator.Number("status of a second" + of,
