@@ -1,5 +1,4 @@
 #include "comm/CommLibrary.h"
-#include "comm/ChangePasswordDialog.h"
 #include "comm/ModelServer.h"
 #include "comm/ProblemLabel.h"
 #include "comm/SignOnDialog.h"
@@ -43,18 +42,6 @@ protected:
             }
             if (passwords.isEmpty())
                 dialog.cmdCancel->click();
-        });
-    }
-
-    void ExpectPasswordChange(const QString& oldPassword) {
-        prompter.ExpectDialogResult("frmChangePassword", [=](QDialog& window) {
-            auto& dialog = dynamic_cast<ChangePasswordDialog&>(window);
-            dialog.txtOldPassword->setText(oldPassword);
-            dialog.txtNewPassword->setText("new");
-            dialog.txtRepeatPassword->setText("new");
-            dialog.cmdOK->click();
-            if (dialog.isVisible())
-                dialog.reject();
         });
     }
 
@@ -110,23 +97,13 @@ TEST_F(CommLibraryTest, SignsOnThroughTheDialogAndRemembersWhoAndWhere) {
     EXPECT_EQ(opened.last(), "/srv/other") << "the last one";
 }
 
-TEST_F(CommLibraryTest, APasswordThatMustBeChangedComesFirstAndItsEndIsRemindedOf) {
-    server.signOn = {{"CHG", "Y"}};
-    Start();
-    ASSERT_EQ(library->SignOnDirectly("OPER", "secret"), QString());
-    ExpectPasswordChange("wrong");
-    EXPECT_FALSE(library->PostSignOn());
-    ExpectPasswordChange("secret");
-    prompter.ExpectBox("Your password has been changed.", true, Box::Icon::Information);
-    EXPECT_TRUE(library->PostSignOn());
-    EXPECT_TRUE(library->PostSignOn()) << "once is enough";
-
+TEST_F(CommLibraryTest, RemindsOfThePasswordsEnd) {
     for (const auto& [days, sentence] : {std::pair{"0", "Your password expires today."},
                                          {"1", "Your password expires tomorrow."},
                                          {"7", "Your password expires in 7 days."}}) {
         server.signOn = {{"WARN", days}};
         Start();
-        ASSERT_EQ(library->SignOnDirectly("OPER", "new"), QString());
+        ASSERT_EQ(library->SignOnDirectly("OPER", "secret"), QString());
         prompter.ExpectBox(QString(sentence) + "\r\n\r\nChange it now?", false, Box::Icon::Question);
         EXPECT_TRUE(library->PostSignOn());
     }

@@ -33,7 +33,6 @@ TEST(CommandLine, SaysInOneLineWhatIsWrongAndHowToDoItRight) {
     const std::pair<QStringList, QString> wrong[] = {
         // the line names the second
         {{"--sever", "x"}, "sever"},
-        {{"library.example.org"}, "library.example.org"},
         {{"--server"}, "server"},
         {{"--operator", "/nocheck"}, "operator"},
         {{"--trace", "--operator", "X"}, "--trace needs"},

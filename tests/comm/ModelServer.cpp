@@ -87,21 +87,14 @@ wire::Reply ModelServer::HandleOutsideSession(Connection& connection, const wire
     }
     using Purpose = wire::PasswordPurpose;
     if (request.name == "SignOn" && value("OI").toUpper() == "OPER" &&
-        Open(value("PW"), Purpose::SignOn, connection.nonce) == m_password) {
+        Open(value("PW"), Purpose::SignOn, connection.nonce) == "secret") {
         connection.token = QString("token%1").arg(m_sessions.size() + 1);
-        m_sessions.insert(connection.token, Session{.nonce = connection.nonce});
+        m_sessions.insert(connection.token, {});
         return {0, 0,
                 wire::Fields{{"SID", connection.token}, {"OI", "OPER"}, {"ONM", "O. Perator"}} + signOn};
     }
     if (request.name == "Resume" && m_sessions.contains(value("SID"))) {
         connection.token = value("SID");
-        return {0, 0, {}};
-    }
-    if (request.name == "ChgOwnPwd" && m_sessions.contains(connection.token)) {
-        const QString nonce = m_sessions[connection.token].nonce;
-        if (Open(value("OPW"), Purpose::Confirm, nonce) != m_password)
-            return {0, 11, {}};
-        m_password = Open(value("PW"), Purpose::Set, nonce);
         return {0, 0, {}};
     }
     if (request.name == "SignOff") {

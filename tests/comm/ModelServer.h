@@ -46,7 +46,6 @@ private:
     struct Session {
         quint64 number = 0;
         wire::Reply reply = {};
-        QString nonce = {};
     };
 
     wire::Reply HandleOutsideSession(Connection& connection, const wire::Request& request);
@@ -54,7 +53,6 @@ private:
     mutable QMutex m_mutex;
     QByteArray m_publicKey;
     QByteArray m_secretKey;
-    QString m_password = "secret";
     QHash<QString, Session> m_sessions;
     QStringList m_added;
     QStringList m_received;

@@ -221,13 +221,13 @@ TEST_F(NetworkTransportTest, HostileRepliesEndTheConnection) {
         wire::Encode(wire::Reply{999999, 0, {}}),
     };
     for (const QByteArray& bytes : hostile) {
-        peer.FailOnce("Get", {.instead = bytes});
+        peer.FailOnce({.instead = bytes});
         EXPECT_EQ(channel->SendRequest("Get"), 1);
         EXPECT_FALSE(channel->LastProblem().isEmpty());
         EXPECT_EQ(channel->SendRequest("Get"), 0) << "a well-behaved server is taken back";
     }
     // What comes unasked is nobody's answer, whether it comes with the reply or after it.
-    peer.FailOnce("Get", {.behind = wire::Encode(wire::Reply{2, 0, {}})});
+    peer.FailOnce({.behind = wire::Encode(wire::Reply{2, 0, {}})});
     const int statusWithIt = channel->SendRequest("Get");
     QTest::qWait(50);
     EXPECT_EQ(statusWithIt + channel->SendRequest("Add"), 1);
@@ -235,7 +235,7 @@ TEST_F(NetworkTransportTest, HostileRepliesEndTheConnection) {
     // Before sign-on 64 KiB are enough.
     NetworkTransport transport(peer.Address(), prompter);
     ASSERT_EQ(transport.Open(), QString());
-    peer.FailOnce("Hello", {.instead = wire::Encode(wire::Reply{0, 0, {{"SWT", QString(66000, 'x')}}})});
+    peer.FailOnce({.instead = wire::Encode(wire::Reply{0, 0, {{"SWT", QString(66000, 'x')}}})});
     EXPECT_FALSE(transport.Exchange(Hello, 5s));
     EXPECT_EQ(int(transport.LastFailure()), int(TransportFailure::Broken));
 }
@@ -274,10 +274,10 @@ TEST_F(NetworkTransportTest, DuringALongWaitWhichIsToldAWindowPaintsAndTakesNoCl
         if (waiting)
             QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, QPoint(5, 5));
     });
-    peer.FailOnce("Get", {.delay = 150});
+    peer.FailOnce({.delay = 150});
     EXPECT_EQ(channel->SendRequest("Get"), 0);
     EXPECT_EQ(told, QStringList()) << "a short wait is no news";
-    peer.FailOnce("Get", {.delay = 600});
+    peer.FailOnce({.delay = 600});
     EXPECT_EQ(channel->SendRequest("Get"), 0);
     EXPECT_EQ(told, (QStringList{"Get begins", "Get ends"}));
     EXPECT_GT(window.paints, paintsBefore);

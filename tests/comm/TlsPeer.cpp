@@ -71,37 +71,28 @@ public:
     }
 
     QSslServer server{this};
-    QHash<QString, Fault> faults; // by request
+    Fault fault; // of the next reply
 
 private:
-    struct Client {
-        QByteArray received;
-        wire::FrameScanner scanner;
-        ModelServer::Connection connection;
-    };
-
     void Serve(QSslSocket& socket) {
-        auto client = std::make_shared<Client>();
-        connect(&socket, &QSslSocket::readyRead, this, [this, &socket, client] { Read(socket, *client); });
+        auto endpoint = std::shared_ptr<wire::Endpoint>(m_model.Endpoints()({}));
+        auto received = std::make_shared<QByteArray>();
+        const auto read = [this, &socket, endpoint, received] {
+            *received += socket.readAll();
+            wire::FrameScanner scanner;
+            if (scanner.Scan(*received) != wire::FrameScanner::Result::Complete)
+                return;
+            const std::optional<QByteArray> reply = endpoint->Handle(std::exchange(*received, {}));
+            const Fault now = std::exchange(fault, {});
+            QThread::msleep(now.delay);
+            if (reply)
+                socket.write(now.instead.value_or(*reply) + now.behind);
+            else
+                socket.abort();
+        };
+        connect(&socket, &QSslSocket::readyRead, this, read);
         connect(&socket, &QSslSocket::disconnected, &socket, &QObject::deleteLater);
-        Read(socket, *client);
-    }
-
-    void Read(QSslSocket& socket, Client& client) {
-        client.received += socket.readAll();
-        while (client.scanner.Scan(client.received) == wire::FrameScanner::Result::Complete) {
-            const QByteArray message = client.received.left(client.scanner.Length());
-            client.received.remove(0, message.size());
-            client.scanner.Reset();
-            const std::optional<wire::Request> request = wire::DecodeRequest(message);
-            const std::optional<wire::Reply> reply =
-                request ? m_model.Handle(client.connection, *request) : std::nullopt;
-            if (!reply)
-                return socket.abort();
-            const Fault fault = faults.take(request->name);
-            QThread::msleep(fault.delay);
-            socket.write(fault.instead.value_or(wire::Encode(*reply)) + fault.behind);
-        }
+        read();
     }
 
     ModelServer& m_model;
@@ -124,8 +115,8 @@ TlsPeer::~TlsPeer() {
     m_thread.wait();
 }
 
-void TlsPeer::FailOnce(const QString& request, const Fault& fault) {
-    m_worker->Run([&] { m_worker->faults.insert(request, fault); });
+void TlsPeer::FailOnce(const Fault& fault) {
+    m_worker->Run([&] { m_worker->fault = fault; });
 }
 
 void TlsPeer::Offer(const SelfMadeCertificate& certificate, QSslConfiguration configuration) {

@@ -40,8 +40,8 @@ public:
     TlsPeer(ModelServer& model, const SelfMadeCertificate& certificate);
     ~TlsPeer();
 
-    /// Lets the next reply to a request of this name go wrong.
-    void FailOnce(const QString& request, const Fault& fault);
+    /// Lets the next reply go wrong.
+    void FailOnce(const Fault& fault);
     /// Shows this certificate and talks in this way from the next connection on.
     void Offer(const SelfMadeCertificate& certificate,
                QSslConfiguration configuration = QSslConfiguration::defaultConfiguration());
