@@ -33,14 +33,12 @@ TEST(CommandLine, SaysInOneLineWhatIsWrongAndHowToDoItRight) {
     const std::pair<QStringList, QString> wrong[] = {
         // the line names the second
         {{"--sever", "x"}, "sever"},
-        {{"--server"}, "server"},
         {{"--operator", "/nocheck"}, "operator"},
         {{"--trace", "--operator", "X"}, "--trace needs"},
         {{"--library", ""}, "--library needs"},
         {{"--server", "a", "--server", "b"}, "twice"},
         {{"--server", "a", "--library", "b"}, "exclude"},
         {{"--describe", "a", "--tour", "b"}, "exclude"},
-        {{"--server", "host:"}, "HOST:PORT"},
         {{"--appearance", "blue"}, "light, dark or system"},
         {{"--help=now"}, "help"},
     };
