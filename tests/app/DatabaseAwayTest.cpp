@@ -1,17 +1,8 @@
-#include "app/Client.h"
 #include "app/ServedTest.h"
-#include "core/MainWindow.h"
-#include "core/Screen.h"
-#include "framework/ListGrid.h"
 #include "support/PostgresServer.h"
 
-#include <QAbstractButton>
-#include <QDialog>
 #include <QFileInfo>
-#include <QLabel>
-#include <QLineEdit>
 #include <QTemporaryDir>
-#include <QTest>
 #include <QThread>
 
 using namespace std::chrono_literals;
@@ -62,60 +53,28 @@ TEST_F(DatabaseAwayTest, TornAwayAgainAndAgainNothingIsLostOrDoubled) {
     const auto channel = SignedOnChannel();
     const QStringList before = Codes(*channel);
     QStringList added;
-    WhileItComesAndGoes(3, 700, [&] {
-        const QString code = "T" + QString::number(added.size());
-        // Hit three times in a row the client gives up; the operator presses "Save" again.
-        qint16 result = status::CommunicationsFailure;
-        for (int tries = 0; tries < 5 && result == status::CommunicationsFailure; ++tries)
-            result = Add(*channel, code);
-        ASSERT_EQ(result, status::Ok) << code.toStdString() << ": " << channel->LastProblem().toStdString();
-        added.append(code);
-    });
-    QStringList now = Codes(*channel);
-    QStringList wanted = before + added;
-    now.sort();
-    wanted.sort();
-    EXPECT_EQ(now, wanted);
+    WhileItComesAndGoes(3, 700,
+                        [&] { added.append(AddInTheEnd(*channel, "T" + QString::number(added.size()))); });
+    EXPECT_EQ(Sorted(Codes(*channel)), Sorted(before + added));
 }
 
 TEST_F(DatabaseAwayTest, AnEditSurvivesThatTheDatabaseIsAwayForLong) {
     ServeOnPostgres();
     if (IsSkipped())
         return;
-    CommandLine line;
-    line.server = Rig().Address();
-    Client client(prompter, line);
-    ASSERT_EQ(client.Comm().SignOnDirectly("SYSADMIN", testing::SamplePassword("SYSADMIN")), "");
-    ASSERT_TRUE(client.Start({"--server", line.server->Text()}));
-    MainWindow& window = *client.Window();
-    window.OpenScreen("Acquisitions_VendorTypes");
-    Screen* screen = window.FindScreen("Acquisitions_VendorTypes");
-    ASSERT_TRUE(screen);
-    const auto click = [&](const char* button) { screen->findChild<QAbstractButton*>(button)->click(); };
-    const auto isEditing = [&] { return screen->findChild<QAbstractButton*>("cmdCancel")->isEnabled(); };
-    click("cmdNew");
-    QTest::keyClicks(screen->findChild<QLineEdit*>("txtCode"), "AWAY");
-    QTest::keyClicks(screen->findChild<QLineEdit*>("txtName"), "Type AWAY");
-
+    OpenVendorTypes();
+    EnterNew("AWAY");
     Postgres().Crash();
-    client.Comm().GetChannel().SetReconnectLimit(300ms);
     for (int tries = 0; tries < 2; ++tries) {
-        prompter.ExpectDialogResult("frmError", [](QDialog& dialog) {
-            EXPECT_EQ(dialog.findChild<QLabel*>("lblErrorMessage")->text(), "Communications Failure");
-            dialog.findChild<QAbstractButton*>("cmdOKCompress")->click();
-        });
-        click("cmdSave");
-        EXPECT_TRUE(client.Comm().GetChannel().LastProblem().contains("database"));
-        EXPECT_TRUE(isEditing()) << "what was entered is not lost";
-        EXPECT_EQ(screen->findChild<QLineEdit*>("txtCode")->text(), "AWAY");
+        SaveInVain();
+        EXPECT_TRUE(Channel().LastProblem().contains("database"));
+        EXPECT_EQ(TextOf("txtCode"), "AWAY");
     }
     Postgres().Start();
-    click("cmdSave");
-    EXPECT_FALSE(isEditing()) << "the session has gone on";
-    EXPECT_EQ(screen->findChild<ListGrid*>("vsf")->SelectedKey(), "AWAY");
-    const auto channel = SignedOnChannel("VIEWER");
-    EXPECT_EQ(Codes(*channel).count("AWAY"), 1);
-    window.Abort = true;
+    Click("cmdSave");
+    EXPECT_FALSE(IsEditing()) << "the session has gone on";
+    EXPECT_EQ(Grid().SelectedKey(), "AWAY");
+    EXPECT_EQ(Codes(*SignedOnChannel("VIEWER")).count("AWAY"), 1);
 }
 
 TEST_F(DatabaseAwayTest, AFullDiskRefusesChangesAndEndsNoSession) {

@@ -1,14 +1,13 @@
 #pragma once
 
-#include "framework/ListGrid.h"
 #include "server/store/Database.h"
 #include "support/ClientTest.h"
 #include "support/ScriptedChannel.h"
 
 namespace sysadmin {
 
-/// A whole job on the real client. Whatever its clients send is traced and compared, at the end, with how
-/// each request is put together; no password that was typed may stand in the trace.
+/// A whole job on the real client. Whatever its clients send is traced; no password that was typed may stand
+/// in the trace.
 class JobTest : public ClientTest {
 protected:
     JobTest();
@@ -21,18 +20,6 @@ protected:
     Sent LastSent(const QString& request) const;
     /// A text that must not stand in the trace.
     QString Secret(const QString& text);
-
-    ListGrid& Grid(QWidget& parent, const QString& name = "vsf") { return Get<ListGrid>(parent, name); }
-    /// The shown rows of a grid, visible cells joined by "|".
-    QStringList Rows(QWidget& parent, const QString& grid = "vsf");
-    /// Selects the row whose visible cells begin so; a missing one fails the test by an exception.
-    void Select(QWidget& parent, const QString& beginning, const QString& grid = "vsf");
-    void Check(QWidget& parent, const QString& checkBox, bool on = true);
-    void Choose(QWidget& parent, const QString& comboBox, const QString& entry);
-    QString TextOf(QWidget& parent, const QString& lineEdit);
-    QString FrameCaption(QWidget& screen);
-    /// Enters a multi-line text in place of what stands there.
-    void Write(QWidget& parent, const QString& textEdit, const QString& text);
 
     /// The library's database. It stays open until the next day.
     server::Database& Store();

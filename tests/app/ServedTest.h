@@ -1,21 +1,24 @@
 #pragma once
 
+#include "app/Client.h"
 #include "app/ServerRig.h"
 #include "comm/NetworkTransport.h"
 #include "comm/PasswordEncoder.h"
 #include "comm/SessionData.h"
 #include "comm/WireChannel.h"
+#include "core/MainWindow.h"
 #include "server/Library.h"
-#include "support/ScriptedPrompter.h"
+#include "support/ControlTest.h"
 #include "support/TestServer.h"
 #include "wire/Status.h"
 
-#include <gtest/gtest.h>
+#include <QDialog>
+#include <QLabel>
 
 namespace sysadmin {
 
 /// The communication library and the settings server with a real network between them, on a sample library.
-class ServedTest : public ::testing::Test {
+class ServedTest : public ControlTest {
 protected:
     /// Makes the library, with cheap password hashes, and starts the server on it.
     void Serve(const server::StoreAddress& address, const QStringList& options) {
@@ -25,6 +28,9 @@ protected:
         TrustStore().Keep(Rig().Address(), Trust::Accepted(Fingerprint()));
     }
     void TearDown() override {
+        if (m_client)
+            m_client->Window()->Abort = true;
+        m_client.reset();
         if (m_rig)
             TrustStore().Forget(Rig().Address());
     }
@@ -49,9 +55,52 @@ protected:
         channel.PutField("Nm", "Type " + code);
         return channel.SendRequest("AddVenTp");
     }
+    /// Adds it, however often the client gives up: the operator presses "Save" again. The code.
+    static QString AddInTheEnd(WireChannel& channel, const QString& code) {
+        qint16 result = wire::status::CommunicationsFailure;
+        for (int tries = 0; tries < 5 && result == wire::status::CommunicationsFailure; ++tries)
+            result = Add(channel, code);
+        EXPECT_EQ(result, wire::status::Ok)
+            << code.toStdString() << ": " << channel.LastProblem().toStdString();
+        return code;
+    }
     static QStringList Codes(WireChannel& channel) {
         EXPECT_EQ(channel.SendRequest("LstVenTp"), wire::status::Ok) << channel.LastProblem().toStdString();
         return testing::ValuesOf(channel.ReplyFields(), "Cd");
+    }
+
+    static QStringList Sorted(QStringList codes) {
+        codes.sort();
+        return codes;
+    }
+
+    /// The whole client on this server, with the vendor types' screen in front.
+    void OpenVendorTypes() {
+        CommandLine line;
+        line.server = Rig().Address();
+        m_client = std::make_unique<Client>(prompter, line);
+        ASSERT_EQ(m_client->Comm().SignOnDirectly("SYSADMIN", testing::SamplePassword("SYSADMIN")), "");
+        ASSERT_TRUE(m_client->Start({"--server", line.server->Text()}));
+        m_client->Window()->OpenScreen("Acquisitions_VendorTypes");
+        front = m_client->Window()->FindScreen("Acquisitions_VendorTypes");
+        ASSERT_TRUE(front);
+    }
+    WireChannel& Channel() { return m_client->Comm().GetChannel(); }
+    void EnterNew(const QString& code) {
+        Click("cmdNew");
+        Type("txtCode", code);
+        Type("txtName", "Type " + code);
+    }
+    bool IsEditing() { return IsEnabled("cmdCancel"); }
+    /// Saves while nobody answers: the operator is told, and what was entered is not lost.
+    void SaveInVain() {
+        Channel().SetReconnectLimit(std::chrono::milliseconds(300));
+        prompter.ExpectDialogResult("frmError", [this](QDialog& dialog) {
+            EXPECT_EQ(Get<QLabel>(dialog, "lblErrorMessage").text(), "Communications Failure");
+            Click(dialog, "cmdOKCompress");
+        });
+        Click("cmdSave");
+        EXPECT_TRUE(IsEditing());
     }
 
     /// The library itself, for what is to be done to it while the server is down.
@@ -66,11 +115,10 @@ protected:
         return library;
     }
 
-    ScriptedPrompter prompter;
-
 private:
     server::StoreAddress m_address;
     std::unique_ptr<ServerRig> m_rig;
+    std::unique_ptr<Client> m_client;
 };
 
 } // namespace sysadmin

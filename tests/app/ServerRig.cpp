@@ -60,7 +60,6 @@ public:
     ServerProcess server;
     std::optional<Fault> expected;
     int faults = 0;
-    int pieces = 0;
     int killsLeft = 0;
     int killMilliseconds = 0;
 
@@ -92,13 +91,8 @@ private:
         const bool fails = expected && expected->direction == direction;
         if (fails)
             bytes.truncate(expected->passed);
-        const qsizetype piece = pieces > 0 ? pieces : bytes.size();
-        for (qsizetype sent = 0; sent < bytes.size(); sent += piece) {
-            to.write(bytes.mid(sent, piece));
-            to.flush();
-            if (pieces > 0)
-                QThread::usleep(300);
-        }
+        to.write(bytes);
+        to.flush();
         if (!fails)
             return;
         const Fault::Then then = expected->then;
@@ -168,10 +162,6 @@ QString ServerRig::Fingerprint() const {
     return InThread([this] { return m_worker->server.Fingerprint(); });
 }
 
-qint64 ServerRig::PeakMemory() const {
-    return InThread([this] { return m_worker->server.PeakMemory(); });
-}
-
 bool ServerRig::LimitFiles(quint64 bytes) {
     return InThread([this, bytes] { return m_worker->server.LimitFiles(bytes); });
 }
@@ -190,10 +180,6 @@ void ServerRig::Expect(const Fault& fault) {
 
 int ServerRig::Faults() const {
     return InThread([this] { return m_worker->faults; });
-}
-
-void ServerRig::SetPieces(int bytes) {
-    InThread([&] { m_worker->pieces = bytes; });
 }
 
 void ServerRig::KillAgainAndAgain(int times, int milliseconds) {

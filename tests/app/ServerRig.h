@@ -34,7 +34,6 @@ public:
     /// The server's own port.
     quint16 ServerPort() const;
     QString Fingerprint() const;
-    qint64 PeakMemory() const;
 
     /// Lets no file that the server writes to grow beyond so many bytes; 0 ends that. False where the system
     /// cannot.
@@ -47,8 +46,6 @@ public:
     void Expect(const Fault& fault);
     /// How many faults have happened.
     int Faults() const;
-    /// Lets bytes through in pieces of this size only, with a pause after each; 0 all at once.
-    void SetPieces(int bytes);
     /// Kills the server and starts it again, so many times, each time after it has run for a while.
     void KillAgainAndAgain(int times, int milliseconds);
 

@@ -3,8 +3,8 @@
 // must be there, once.
 
 #include "app/Programs.h"
-#include "app/RawPeer.h"
 #include "attack/AttackLibrary.h"
+#include "attack/RawPeer.h"
 #include "server/store/Database.h"
 
 #include <QCommandLineParser>

@@ -7,8 +7,8 @@
 //   s)
 
 #include "app/Programs.h"
-#include "app/RawPeer.h"
 #include "attack/AttackLibrary.h"
+#include "attack/RawPeer.h"
 #include "server/store/Database.h"
 #include "wire/Codec.h"
 

@@ -3,8 +3,8 @@
 // the same run, the bare engine: one connection that commits the same change as often as it can.
 
 #include "app/Programs.h"
-#include "app/RawPeer.h"
 #include "attack/AttackLibrary.h"
+#include "attack/RawPeer.h"
 #include "server/store/Database.h"
 
 #include <QCommandLineParser>

@@ -36,16 +36,6 @@ protected:
     int notices = 0;
 };
 
-TEST_F(ClusterSelectionTest, OneClusterIsTakenWithoutAsking) {
-    channel.Answer("GetClusterList", 0, TwoClusters.mid(0, 4));
-    EXPECT_TRUE(GetClusterList(application, nullptr));
-    EXPECT_EQ(channel.sent, (QList<ScriptedChannel::Sent>{{"GetClusterList", {{"OI", "TESTER"}}}}));
-    EXPECT_EQ(Current(), "University");
-    EXPECT_EQ(application.clusters.Current()->sClusterCD, "MAIN");
-    EXPECT_EQ(application.clusters.Current()->sInUsePULoc, "11");
-    EXPECT_EQ(notices, 1);
-}
-
 TEST_F(ClusterSelectionTest, TheOperatorChoosesAmongSeveral) {
     channel.Answer("GetClusterList", 0, TwoClusters);
     ExpectChoice("Art School");
@@ -79,15 +69,6 @@ TEST_F(ClusterSelectionTest, FailuresLeaveNone) {
     ExpectErrorDialog(prompter, "Communications Failure", 1, "Get Clusters", "Select Cluster Dialog");
     EXPECT_FALSE(GetClusterList(application, nullptr));
     EXPECT_EQ(application.clusters.Count(), 0);
-}
-
-TEST_F(ClusterSelectionTest, SplitListIsReportedAndAskedForAgain) {
-    channel.Answer("GetClusterList", 55, TwoClusters.mid(0, 4));
-    channel.Answer("GetClusterList", 0, TwoClusters.mid(4, 4));
-    ExpectErrorDialog(prompter, "Database Error", 55, "Get Clusters", "Select Cluster Dialog");
-    EXPECT_TRUE(GetClusterList(application, nullptr));
-    EXPECT_EQ(channel.sent.last().fields, (wire::Fields{{"OI", "TESTER"}, {"55", "Y"}}));
-    EXPECT_EQ(Current(), "Art School") << "the first part was not read";
 }
 
 TEST_F(ClusterSelectionTest, AChangeThatFailsKeepsTheClusterThatWas) {

@@ -85,32 +85,6 @@ TEST(FormTest, ChangeIsComputedFromTheValues) {
     EXPECT_EQ(form.txtCode.Stored(), "X");
 }
 
-TEST(FormTest, DependentValueCountsOnlyWhileItsFlagIsOn) {
-    SampleForm form;
-    form.LoadFrom(Record);
-    const QList<PutStep> pair{PutWhenOn(form.chkLimit, form.txtLimit)};
-    EXPECT_EQ(form.Put(pair, {}), (wire::Fields{{"L", "Y"}, {"LP", "90"}}));
-    form.txtLimit.SetDraft("900");
-    ASSERT_TRUE(form.FirstProblem());
-    EXPECT_EQ(form.FirstProblem()->field, &form.txtLimit);
-    form.chkLimit.SetOn(false);
-    EXPECT_FALSE(form.txtLimit.IsUsable());
-    EXPECT_FALSE(form.FirstProblem());
-    EXPECT_EQ(form.Put(pair, {}), (wire::Fields{{"L", "N"}}));
-}
-
-TEST(FormTest, SaveContextDecidesWhatIsPut) {
-    SampleForm form;
-    form.LoadFrom(Record);
-    const QList<PutStep> steps{PutValue(form.txtCode), OnUpdate(PutOriginalKey("OCd")),
-                               OnUpdate(PutChanged("NCd", form.txtCode)), OnAdd(PutConstant("X", "1"))};
-    form.txtCode.SetDraft(" NEW ");
-    form.Tidy();
-    EXPECT_EQ(form.Put(steps, {.isNew = true, .originalKey = {}}), (wire::Fields{{"Cd", "NEW"}, {"X", "1"}}));
-    EXPECT_EQ(form.Put(steps, {.isNew = false, .originalKey = "AB"}),
-              (wire::Fields{{"Cd", "NEW"}, {"OCd", "AB"}, {"NCd", "Y"}}));
-}
-
 TEST(FormTest, BlankValuesAndProblems) {
     SampleForm form;
     form.Clear();
@@ -134,20 +108,6 @@ TEST(FormTest, OddServerValuesSurvive) {
     EXPECT_FALSE(form.IsChanged());
     EXPECT_EQ(form.cboLibrary.Draft(), "no such library");
     EXPECT_EQ(form.cboLibrary.DisplayText(), "no such library");
-}
-
-TEST(FormTest, OnlyMovedRowsAreSentRemovalsAndAdditionsApart) {
-    Form form;
-    PickedField locations(form, {.name = "movLocations"}, {});
-    locations.LoadLists({{"1", {"A"}, {}}, {"2", {"B"}, {}}}, {{"3", {"C"}, {}}, {"4", {"D"}, {}}});
-    locations.Move([](PickedLists& lists) { lists.MoveToSelected({"2", "1"}); });
-    locations.Move([](PickedLists& lists) { lists.MoveToAvailable({"4", "1"}); });
-    ScriptedChannel channel;
-    PutRemovals(locations.Lists(), "SI", "LS")(channel, {});
-    PutAdditions(locations.Lists(), "SI", "LS")(channel, {});
-    channel.Answer("Save", 0);
-    channel.SendRequest("Save");
-    EXPECT_EQ(channel.sent.last().fields, (wire::Fields{{"SI", "4"}, {"LS", "3"}, {"SI", "2"}, {"LS", "1"}}));
 }
 
 } // namespace

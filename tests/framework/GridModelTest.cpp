@@ -63,50 +63,6 @@ TEST(GridModelTest, EqualCellsKeepTheirOrderBothWays) {
     EXPECT_EQ(model.ShownKeys(), QStringList({"1", "2", "3", "4"}));
 }
 
-TEST(GridModelTest, FilterLooksAtVisibleCellsOnly) {
-    GridModel model(CodeNameHidden);
-    model.SetRows(
-        {{"1", {"AB", "Jobber", "zz"}, {}}, {"2", {"CD", "Publisher", "job"}, {}}, {"3", {"job2"}, {}}});
-    model.SetFilter("JOB");
-    EXPECT_EQ(model.ShownKeys(), QStringList({"1", "3"}));
-    EXPECT_EQ(model.DisplayRow("2"), -1);
-    ASSERT_TRUE(model.FindRow("2"));
-    model.sort(0, Qt::DescendingOrder);
-    EXPECT_EQ(model.ShownKeys(), QStringList({"3", "1"}));
-    model.SetFilter({});
-    EXPECT_EQ(model.ShownKeys(), QStringList({"3", "2", "1"}));
-}
-
-TEST(GridModelTest, PutRowFollowsOrderAndFilter) {
-    GridModel model(CodeNameHidden);
-    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
-    model.SetRows({{"1", {"b"}, {}}, {"2", {"d"}, {}}, {"3", {"f"}, {}}});
-    model.sort(0, Qt::AscendingOrder);
-    model.PutRow({"4", {"c"}, {}});
-    EXPECT_EQ(model.ShownKeys(), QStringList({"1", "4", "2", "3"}));
-    const QPersistentModelIndex watched(model.index(0, 0));
-    model.PutRow({"1", {"e"}, {}});
-    EXPECT_EQ(model.ShownKeys(), QStringList({"4", "2", "1", "3"}));
-    EXPECT_EQ(watched.row(), 2) << "a row that moves takes its selection along";
-    model.PutRow({"3", {"a"}, {}});
-    EXPECT_EQ(model.ShownKeys(), QStringList({"3", "4", "2", "1"}));
-
-    model.SetFilter("e");
-    EXPECT_EQ(model.ShownKeys(), QStringList({"1"}));
-    model.PutRow({"4", {"bee"}, {}});
-    model.PutRow({"1", {"x"}, {}});
-    EXPECT_EQ(model.ShownKeys(), QStringList({"4"}));
-}
-
-TEST(GridModelTest, PutRowWithANewKeyReplacesTheOldOne) {
-    GridModel model(CodeNameHidden);
-    model.SetRows({{"A", {"A", "first"}, {}}, {"B", {"B", "second"}, {}}});
-    model.PutRow({"C", {"C", "renamed"}, {}}, "A");
-    EXPECT_EQ(model.ShownKeys(), QStringList({"C", "B"}));
-    EXPECT_EQ(model.FindRow("A"), nullptr);
-    EXPECT_EQ(model.FindRow("C")->cells[1], "renamed");
-}
-
 TEST(GridModelTest, ANumberColumnThatGetsAWordIsSortedAnew) {
     GridModel model({{.caption = "Only"}});
     model.SetRows({{"1", {"-1"}, {}}, {"2", {"-2"}, {}}, {"3", {"7"}, {}}});

@@ -71,14 +71,6 @@ TEST_F(GridTest, FirstClickSortsAscendingAndTheOrderLasts) {
     EXPECT_EQ(grid->Model().ShownKeys(), QStringList({"5", "1"}));
 }
 
-TEST_F(GridTest, AnUnsortableListKeepsItsOrder) {
-    ClickHeader(0);
-    grid->SetSortable(false);
-    EXPECT_EQ(grid->Model().ShownKeys(), QStringList({"1", "2", "3"}));
-    ClickHeader(1);
-    EXPECT_EQ(grid->Model().ShownKeys(), QStringList({"1", "2", "3"}));
-}
-
 TEST_F(GridTest, SavingAndRemovingSelect) {
     QSignalSpy moved(grid, &ListGrid::SelectionMoved);
     grid->FilterBox()->setText("jobber");
@@ -194,12 +186,6 @@ TEST_F(GridTest, ExportsShownRows) {
     prompter.ExpectBox("The file could not be written:\r\n" +
                        WriteCsv(directory.filePath("missing/out.csv"), {}));
     grid->ExportCsv();
-}
-
-TEST(GridCsvTest, QuotesWhatNeedsIt) {
-    EXPECT_EQ(CsvText({{"plain", "a,b", "say \"hi\"", "two\nlines", "", " blank "}}),
-              "plain,\"a,b\",\"say \"\"hi\"\"\",\"two\nlines\",, blank \r\n");
-    EXPECT_EQ(CsvText({{"a", ""}, {"b\"", "c"}}, CsvQuotes::Always), "\"a\",\"\"\r\n\"b\"\"\",\"c\"\r\n");
 }
 
 } // namespace

@@ -1,13 +1,9 @@
 #include "framework/ListGrid.h"
 #include "framework/TwoListMover.h"
 #include "framework/forms/ListFields.h"
+#include "support/ControlTest.h"
 
-#include <QLineEdit>
-#include <QPushButton>
 #include <QSignalSpy>
-#include <QTest>
-
-#include <gtest/gtest.h>
 
 namespace sysadmin {
 namespace {
@@ -44,37 +40,15 @@ TEST(MoverListsTest, OnlyRowsThatEndElsewhereAreSent) {
     EXPECT_FALSE(lists.Changed()) << "out and back is no change, whatever the order is now";
 }
 
-TEST(MoverListsTest, AcceptAndRevert) {
-    PickedLists lists;
-    lists.Load(Rows({"a", "b"}), Rows({"x"}));
-    lists.MoveAllToSelected();
-    EXPECT_EQ(Keys(lists.Selected()), QStringList({"x", "a", "b"}));
-    lists.Revert();
-    EXPECT_EQ(Keys(lists.Available()), QStringList({"a", "b"}));
-    EXPECT_FALSE(lists.Changed());
-    lists.MoveToSelected({"b"});
-    lists.Accept();
-    EXPECT_FALSE(lists.Changed());
-    lists.MoveAllToAvailable();
-    EXPECT_EQ(Keys(lists.Removed()), QStringList({"x", "b"})) << "what was saved is where rows belong now";
-    lists.Revert();
-    EXPECT_EQ(Keys(lists.Selected()), QStringList({"x", "b"}));
-}
-
-class MoverTest : public testing::Test {
+class MoverTest : public ControlTest {
 protected:
     MoverTest() {
         lists.Load(Rows({"a", "b", "c", "d"}), Rows({"x", "y"}));
         mover = std::make_unique<TwoListMover>(names, lists,
                                                [this](const TwoListMover::Move& move) { move(lists); });
         mover->show();
+        front = mover.get();
     }
-    void Click(const QString& name) {
-        auto* button = mover->findChild<QPushButton*>(name);
-        ASSERT_TRUE(button);
-        QTest::mouseClick(button, Qt::LeftButton);
-    }
-    bool IsEnabled(const QString& name) { return mover->findChild<QPushButton*>(name)->isEnabled(); }
 
     PickedNames names{.availableGrid = "vsfAvailable",
                       .availableCaption = "Available Locations",
@@ -111,36 +85,6 @@ TEST_F(MoverTest, AllMeansAllThatAreShown) {
     EXPECT_EQ(Keys(lists.Added()), QStringList({"c"}));
     EXPECT_EQ(mover->AvailableGrid().FilterBox()->text(), "name c") << "a move leaves the filter alone";
     EXPECT_FALSE(IsEnabled("cmdSelectAll"));
-}
-
-TEST_F(MoverTest, EnterAndDoubleClickMove) {
-    mover->AvailableGrid().SelectKey("c");
-    QTest::keyClick(&mover->AvailableGrid(), Qt::Key_Return);
-    EXPECT_EQ(Keys(lists.Selected()), QStringList({"x", "y", "c"}));
-    ListGrid& selected = mover->SelectedGrid();
-    const QPoint second = selected.visualRect(selected.Model().index(1, 0)).center();
-    QTest::mouseClick(selected.viewport(), Qt::LeftButton, {}, second);
-    QTest::mouseDClick(selected.viewport(), Qt::LeftButton, {}, second);
-    EXPECT_EQ(Keys(lists.Selected()), QStringList({"x", "c"}));
-}
-
-TEST_F(MoverTest, ReadOnlyMovesNothing) {
-    mover->SetReadOnly(true);
-    for (const char* name : {"cmdSelect", "cmdSelectAll", "cmdDiscard", "cmdDiscardAll"})
-        EXPECT_FALSE(IsEnabled(name)) << name;
-    QTest::keyClick(&mover->AvailableGrid(), Qt::Key_Return);
-    EXPECT_FALSE(lists.Changed());
-    EXPECT_TRUE(mover->AvailableGrid().isEnabled()) << "the lists can still be looked through";
-}
-
-TEST_F(MoverTest, AnotherRecordsRowsAreShownWithoutTheOldFilter) {
-    mover->AvailableGrid().FilterBox()->setText("name c");
-    mover->Refresh();
-    EXPECT_EQ(mover->AvailableGrid().FilterBox()->text(), "name c") << "same rows, nothing happened";
-    lists.Load(Rows({"m", "n"}), {});
-    mover->Refresh();
-    EXPECT_EQ(mover->AvailableGrid().Model().ShownKeys(), QStringList({"m", "n"}));
-    EXPECT_EQ(mover->SelectedGrid().Model().rowCount(), 0);
 }
 
 TEST_F(MoverTest, ManyRowsMoveAtOnce) {

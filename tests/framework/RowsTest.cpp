@@ -4,8 +4,8 @@
 #include "framework/MarcPlaceField.h"
 #include "framework/forms/ListFields.h"
 #include "framework/forms/ValueFields.h"
+#include "support/ControlTest.h"
 #include "support/ScriptedChannel.h"
-#include "support/ScriptedPrompter.h"
 
 #include <QLineEdit>
 #include <QPushButton>
@@ -119,33 +119,30 @@ TEST(RowsFieldTest, RankedRowsKeepTheirOrderAndSendWhatMoved) {
     EXPECT_EQ(channel.sent.last().Values("St"), (QStringList{"C", "C"}));
 }
 
-class RowsEditorTest : public testing::Test {
+class RowsEditorTest : public ControlTest {
 protected:
     void Show(bool ranked) {
         form = std::make_unique<ListForm>(ranked);
         view = std::make_unique<FormView>(*form, Below({form->vsfRules}));
-        grid = view->findChild<ListGrid*>("vsfRules");
+        front = view.get();
+        grid = &Grid("vsfRules");
         grid->SetPrompter(prompter);
         view->resize(500, 400);
         view->show();
     }
-    QPushButton& Button(const QString& name) { return *view->findChild<QPushButton*>(name); }
-    QStringList Names() const {
+    QString Names() {
         QStringList names;
-        for (int row = 0; row < grid->Model().rowCount(); ++row)
-            names.append(grid->Model().CellText(row, 0));
-        return names;
+        for (const QString& row : GridRows("vsfRules"))
+            names.append(row.section('|', 0, 0));
+        return names.join(' ');
     }
     void ExpectRule(const QString& name, const QString& button) {
-        prompter.ExpectDialogResult("frmRule", [=](QDialog& dialog) {
-            auto& edit = *dialog.findChild<QLineEdit*>("txtName");
-            edit.clear();
-            QTest::keyClicks(&edit, name);
-            dialog.findChild<QPushButton*>(button)->click();
+        prompter.ExpectDialogResult("frmRule", [=, this](QDialog& dialog) {
+            Type(dialog, "txtName", name);
+            Click(dialog, button);
         });
     }
 
-    ScriptedPrompter prompter;
     std::unique_ptr<ListForm> form;
     std::unique_ptr<FormView> view;
     ListGrid* grid = nullptr;
@@ -154,53 +151,50 @@ protected:
 TEST_F(RowsEditorTest, RowsAreAddedModifiedRefusedAndRemoved) {
     Show(false);
     ExpectRule("four", "cmdOK");
-    Button("cmdAdd").click();
+    Click("cmdAdd");
     ExpectRule("vier", "cmdCancel");
-    Button("cmdModify").click();
-    EXPECT_EQ(Names(), (QStringList{"one", "two", "three", "four"}));
+    Click("cmdModify");
+    EXPECT_EQ(Names(), "one two three four");
     grid->SelectKey("2");
     prompter.ExpectDialogResult("frmRule", [this](QDialog& dialog) {
-        auto& edit = *dialog.findChild<QLineEdit*>("txtName");
-        EXPECT_EQ(edit.text(), "two");
-        edit.selectAll();
-        QTest::keyClick(&edit, Qt::Key_Delete);
-        EXPECT_FALSE(dialog.findChild<QPushButton*>("cmdOK")->isEnabled());
-        QTest::keyClicks(&edit, "bad");
+        EXPECT_EQ(TextOf(dialog, "txtName"), "two");
+        Type(dialog, "txtName", "");
+        EXPECT_FALSE(Get<QWidget>(dialog, "cmdOK").isEnabled());
+        Type(dialog, "txtName", "bad");
         prompter.ExpectBox("Not that one.");
-        dialog.findChild<QPushButton*>("cmdOK")->click();
+        Click(dialog, "cmdOK");
         EXPECT_TRUE(dialog.isVisible());
-        edit.clear();
-        QTest::keyClicks(&edit, "TWO");
-        QTest::keyClick(&edit, Qt::Key_Return);
+        Type(dialog, "txtName", "TWO");
+        QTest::keyClick(&Get<QLineEdit>(dialog, "txtName"), Qt::Key_Return);
     });
-    Button("cmdModify").click();
+    Click("cmdModify");
     EXPECT_EQ(form->vsfRules.FindRow("2")->cells, (QStringList{"TWO", "20"})) << "the other cell stays";
     EXPECT_EQ(grid->SelectedKey(), "2");
     prompter.ExpectBox("Remove it?", false, Box::Icon::Question, "Rules");
-    Button("cmdRemove").click();
+    Click("cmdRemove");
     prompter.ExpectBox("Remove it?");
     QTest::keyClick(grid, Qt::Key_Delete);
-    EXPECT_EQ(Names(), (QStringList{"one", "three", "four"}));
+    EXPECT_EQ(Names(), "one three four");
     EXPECT_EQ(grid->SelectedKey(), "3");
     view->SetReadOnly(true);
     for (const char* name : {"cmdAdd", "cmdModify", "cmdRemove", "cmdUp"})
-        EXPECT_FALSE(Button(name).isEnabled()) << name;
+        EXPECT_FALSE(IsEnabled(name)) << name;
 }
 
 TEST_F(RowsEditorTest, RankedRowsMoveByKeyAndButton) {
     Show(true);
     grid->SelectKey("1");
     QTest::keyClick(grid, Qt::Key_Up, Qt::AltModifier);
-    EXPECT_EQ(Names(), (QStringList{"one", "two", "three"})) << "it is at the end";
+    EXPECT_EQ(Names(), "one two three") << "it is at the end";
     QTest::keyClick(grid, Qt::Key_Down, Qt::AltModifier);
-    EXPECT_EQ(Names(), (QStringList{"two", "one", "three"}));
+    EXPECT_EQ(Names(), "two one three");
     EXPECT_EQ(grid->SelectedKey(), "1");
-    Button("cmdDown").click();
-    EXPECT_FALSE(Button("cmdDown").isEnabled());
-    EXPECT_EQ(Names(), (QStringList{"two", "three", "one"}));
+    Click("cmdDown");
+    EXPECT_FALSE(IsEnabled("cmdDown"));
+    EXPECT_EQ(Names(), "two three one");
     view->SetReadOnly(true);
     QTest::keyClick(grid, Qt::Key_Up, Qt::AltModifier);
-    EXPECT_EQ(Names().last(), "one");
+    EXPECT_EQ(Names(), "two three one");
 }
 
 TEST_F(RowsEditorTest, CellsAreEditedInPlace) {

@@ -2,64 +2,38 @@
 
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QTest>
 #include <gtest/gtest.h>
 
 namespace sysadmin {
 
 namespace {
 
-class WrappingRowTest : public testing::Test {
-protected:
-    WrappingRowTest() {
-        area.setWidgetResizable(true);
-        row = new WrappingRow(3, nullptr);
-        for (const int width : {200, 100, 300, 150}) {
-            auto* widget = new QWidget(row);
-            widget->setMinimumSize(width, 80);
-            widgets.append(widget);
-            row->Add(widget);
-        }
-        area.setWidget(row);
-        area.show();
-    }
-    void Resize(int width) {
-        area.resize(width, 600);
-        QCoreApplication::processEvents();
-    }
-
+TEST(WrappingRowTest, AsManyStandSideBySideAsFitAndOnlyTheWidestIsTooWide) {
     QScrollArea area;
-    WrappingRow* row = nullptr;
+    area.setWidgetResizable(true);
+    auto* row = new WrappingRow(3, nullptr);
     QList<QWidget*> widgets;
-};
-
-TEST_F(WrappingRowTest, AsManyStandSideBySideAsFit) {
-    Resize(1000);
-    EXPECT_EQ(row->Columns(), 3);
-    EXPECT_EQ(widgets[2]->y(), widgets[0]->y());
-    EXPECT_GT(widgets[3]->y(), widgets[0]->y());
-    EXPECT_EQ(widgets[3]->x(), widgets[0]->x());
-    EXPECT_EQ(widgets[3]->width(), widgets[0]->width());
-    Resize(500); // 300 and 150 stand below each other
-    EXPECT_EQ(row->Columns(), 2);
-    EXPECT_EQ(widgets[2]->x(), widgets[0]->x());
-    EXPECT_EQ(widgets[3]->x(), widgets[1]->x());
-    Resize(400);
-    EXPECT_EQ(row->Columns(), 1);
-    EXPECT_GT(widgets[3]->y(), widgets[2]->y());
-    Resize(1000);
-    EXPECT_EQ(row->Columns(), 3);
-}
-
-TEST_F(WrappingRowTest, OnlyTheWidestIsTooWide) {
-    Resize(330);
-    EXPECT_EQ(area.horizontalScrollBar()->maximum(), 0);
-    Resize(250);
-    EXPECT_GT(area.horizontalScrollBar()->maximum(), 0);
-    EXPECT_GE(row->height(), 4 * 80) << "what does not fit is scrolled to";
-    widgets[2]->setMinimumWidth(120);
-    Resize(251);
-    EXPECT_EQ(area.horizontalScrollBar()->maximum(), 0) << "follows what its widgets want";
+    for (const int width : {200, 100, 300, 150}) {
+        widgets.append(new QWidget(row));
+        widgets.last()->setMinimumSize(width, 80);
+        row->Add(widgets.last());
+    }
+    area.setWidget(row);
+    area.show();
+    struct Case {
+        int width;
+        int columns;
+        bool scrolls;
+    };
+    for (const Case& one : {Case{1000, 3, false}, Case{500, 2, false}, Case{400, 1, false},
+                            Case{330, 1, false}, Case{250, 1, true}, Case{1000, 3, false}}) {
+        area.resize(one.width, 600);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(row->Columns(), one.columns) << one.width;
+        EXPECT_EQ(area.horizontalScrollBar()->maximum() > 0, one.scrolls) << one.width;
+        EXPECT_EQ(widgets[one.columns]->x(), widgets[0]->x());
+        EXPECT_GT(widgets[one.columns]->y(), widgets[0]->y());
+    }
 }
 
 } // namespace

@@ -4,10 +4,6 @@
 #include "server/ServerConnection.h"
 #include "support/TestServer.h"
 
-#include <QAbstractButton>
-#include <QLineEdit>
-#include <QTest>
-
 namespace sysadmin {
 
 ClientTest::ClientTest() {
@@ -70,24 +66,8 @@ Screen& ClientTest::Open(const QString& key) {
     Screen* screen = Window().FindScreen(key);
     if (!screen)
         throw std::runtime_error("no screen " + key.toStdString());
+    front = screen;
     return *screen;
-}
-
-void ClientTest::Click(QWidget& parent, const QString& button) {
-    auto& widget = Get<QAbstractButton>(parent, button);
-    ASSERT_TRUE(widget.isEnabled()) << button.toStdString() << " is disabled";
-    ASSERT_FALSE(widget.isHidden()) << button.toStdString() << " is hidden";
-    widget.click();
-}
-
-void ClientTest::Type(QWidget& parent, const QString& lineEdit, const QString& text) {
-    auto& edit = Get<QLineEdit>(parent, lineEdit);
-    ASSERT_TRUE(edit.isEnabled() && !edit.isReadOnly()) << lineEdit.toStdString() << " takes no input";
-    edit.setFocus();
-    edit.selectAll();
-    QTest::keyClick(&edit, Qt::Key_Delete);
-    QTest::keyClicks(&edit, text);
-    emit edit.editingFinished();
 }
 
 } // namespace sysadmin

@@ -4,16 +4,15 @@
 #include "core/MainWindow.h"
 #include "core/Screen.h"
 #include "server/Library.h"
-#include "support/ScriptedPrompter.h"
+#include "support/ControlTest.h"
 
 #include <QTemporaryDir>
-#include <gtest/gtest.h>
 
 namespace sysadmin {
 
 /// The whole client on a sample library of its own: real server in the process, real screens, scripted
 /// operator for boxes and dialogs.
-class ClientTest : public ::testing::Test {
+class ClientTest : public ControlTest {
 protected:
     ClientTest();
 
@@ -32,22 +31,9 @@ protected:
     const server::Library& GetLibrary() const { return *m_library; }
     Application& App() { return m_client->App(); }
     MainWindow& Window() { return *m_client->Window(); }
-    /// Opens a screen by its navigation key, or brings it back.
+    /// Opens a screen by its navigation key, or brings it to the front.
     Screen& Open(const QString& key);
 
-    /// Control of a screen by its given name; a missing one fails the test by an exception.
-    template <class Widget>
-    Widget& Get(QWidget& parent, const QString& name) {
-        auto* widget = parent.findChild<Widget*>(name);
-        if (!widget)
-            throw std::runtime_error("no control " + name.toStdString());
-        return *widget;
-    }
-    /// Clicks a button as an operator does; a hidden or disabled one fails the test.
-    void Click(QWidget& parent, const QString& button);
-    void Type(QWidget& parent, const QString& lineEdit, const QString& text);
-
-    ScriptedPrompter prompter;
     /// The command line of the clients made from here on.
     QStringList arguments;
 

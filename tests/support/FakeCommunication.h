@@ -31,16 +31,19 @@ public:
 
     Session& GetSession() override { return session; }
     RequestChannel& GetChannel() override { return channel; }
-    bool PreCheck() override;
-    void ShowSignOn() override;
-    void CloseSignOn() override;
-    bool PostSignOn() override;
+    bool PreCheck() override { return Note("PreCheck"), preCheckResult; }
+    void ShowSignOn() override { Note("ShowSignOn"); }
+    void CloseSignOn() override { Note("CloseSignOn"); }
+    bool PostSignOn() override { return Note("PostSignOn"), postSignOnResult; }
     QString LibraryName() const override { return "Test Library"; }
     QString ServerName() const override { return "settings.example.org"; }
-    void ShowLoginInformation(QWidget* parent) override;
-    void ChangePassword(QWidget* parent) override;
+    void ShowLoginInformation(QWidget*) override { Note("ShowLoginInformation"); }
+    void ChangePassword(QWidget*) override { Note("ChangePassword"); }
     /// "sealed(" + plain + ")", so that a test sees what was sealed.
-    QString EncodePassword(const QString& plain) const override;
+    QString EncodePassword(const QString& plain) const override { return "sealed(" + plain + ")"; }
+
+private:
+    void Note(const char* operation) { calls.append(operation); }
 };
 
 } // namespace sysadmin

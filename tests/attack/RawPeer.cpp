@@ -1,4 +1,4 @@
-#include "app/RawPeer.h"
+#include "attack/RawPeer.h"
 
 #include "server/Passwords.h"
 #include "support/TestServer.h"
@@ -77,13 +77,7 @@ bool RawPeer::SignOn(const QString& operatorId) {
             break;
         QThread::sleep(unsigned(wait));
     }
-    if (reply)
-        m_token = wire::FirstValue(reply->fields, "SID");
     return reply && reply->status == 0;
-}
-
-bool RawPeer::IsCutOff() {
-    return m_socket.state() == QAbstractSocket::UnconnectedState || m_socket.waitForDisconnected(Patience);
 }
 
 } // namespace sysadmin

@@ -22,18 +22,13 @@ public:
     std::optional<wire::Reply> Ask(quint64 number, const QString& name, const wire::Fields& fields = {});
     /// Whether a sample operator was accepted.
     bool SignOn(const QString& operatorId);
-    /// The token of the session that was begun.
-    const QString& Token() const { return m_token; }
     /// Reads and drops so many replies; false when the connection ended or nothing came in time.
     bool ReadAll(int replies);
     /// Breaks the connection off, whatever is still on its way.
     void Reset() { m_socket.abort(); }
-    /// Waits for the server to end the connection.
-    bool IsCutOff();
 
 private:
     QSslSocket m_socket;
-    QString m_token;
 };
 
 } // namespace sysadmin
