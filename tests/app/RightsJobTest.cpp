@@ -53,33 +53,6 @@ TEST_F(RightsJobTest, EachOperatorIsOfferedWhatTheRightsAllowAndTheServerRefuses
     EXPECT_EQ(Store().FirstValue("SELECT COUNT(*) FROM vendor_types WHERE code='SLY'").toInt(), 0);
 }
 
-TEST_F(RightsJobTest, ARightTakenAwayEndsWithTheNextRequest) {
-    const QString refusal = "User is not authorized for System Administration.";
-    const QString question = "You will delete Vendor Type:\r\n\"MAP\"\r\n\r\nAre you sure?";
-    SignOn("SYSADMIN");
-    Screen& screen = Open("Acquisitions_VendorTypes");
-    Click("cmdNew");
-    Type("txtCode", "LATE");
-    Type("txtName", "Too late");
-    Store().Run("UPDATE master_profiles SET acquisitions_edit='N'");
-    ExpectErrorDialog(prompter, refusal, 12, "Save Acquisitions Vendor Types", "Vendor Type");
-    Click("cmdSave");
-    EXPECT_EQ(TextOf("txtName"), "Too late");
-    Click("cmdCancel");
-
-    Select(screen, "MAP");
-    prompter.ExpectBox(question);
-    ExpectErrorDialog(prompter, refusal, 12, "Delete Acquisitions Vendor Types", "Vendor Type");
-    Click("cmdDelete");
-    EXPECT_TRUE(GridRows().contains("MAP|Map Dealer"));
-    EXPECT_EQ(Ask("LstVenTp"), status::Ok) << "the view right is still there";
-
-    Store().Run("UPDATE master_profiles SET acquisitions_edit='Y'");
-    prompter.ExpectBox(question);
-    Click("cmdDelete");
-    EXPECT_FALSE(GridRows().contains("MAP|Map Dealer"));
-}
-
 } // namespace
 
 } // namespace sysadmin

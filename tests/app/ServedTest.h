@@ -7,6 +7,7 @@
 #include "comm/SessionData.h"
 #include "comm/WireChannel.h"
 #include "core/MainWindow.h"
+#include "core/Screen.h"
 #include "server/Library.h"
 #include "support/ControlTest.h"
 #include "support/TestServer.h"

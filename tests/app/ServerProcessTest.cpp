@@ -70,7 +70,7 @@ TEST_F(ServerProcessTest, KilledAtAnyMomentNothingIsLostOrDoubled) {
     EXPECT_EQ(Sorted(Codes(*channel)), Sorted(before + added));
 }
 
-TEST_F(ServerProcessTest, AnotherCertificateThanBeforeIsRefused) {
+TEST_F(ServerProcessTest, AnotherCertificateIsRefusedUntilTheOperatorTrustsIt) {
     const auto channel = SignedOnChannel();
     const QString fingerprint = Rig().Fingerprint();
     Rig().KillServer();
@@ -86,6 +86,27 @@ TEST_F(ServerProcessTest, AnotherCertificateThanBeforeIsRefused) {
     EXPECT_TRUE(channel->LastProblem().contains("another certificate than before") &&
                 channel->LastProblem().contains(Rig().Fingerprint()))
         << channel->LastProblem().toStdString();
+
+    // What the question shows is what the server told its administrator when it started.
+    TrustStore().Forget(Rig().Address());
+    prompter.ExpectBox(
+        QString(
+            "This is the first connection to %1.\r\n\r\nThe server proves who it is with a certificate of "
+            "its "
+            "own making. Its fingerprint (SHA-256) is\r\n\r\n%2\r\n\r\nThe server's administrator can tell "
+            "whether that is right.\r\n\r\nDo you trust this server, now and in future?")
+            .arg(Rig().Address().Text(), Rig().Fingerprint()));
+    EXPECT_EQ(Add(*channel, "NEWCERT"), status::Ok) << channel->LastProblem().toStdString();
+    EXPECT_EQ(Codes(*channel).count("NEWCERT"), 1);
+}
+
+TEST_F(ServerProcessTest, ASlowNetworkIsOnlySlow) {
+    Rig().SetPieces(40);
+    const auto channel = SignedOnChannel();
+    const wire::Fields slowly = (Codes(*channel), channel->ReplyFields());
+    Rig().SetPieces(0);
+    Codes(*channel);
+    EXPECT_EQ(channel->ReplyFields(), slowly);
 }
 
 TEST_F(ServerProcessTest, AnEditSurvivesWhatHappensToTheServer) {

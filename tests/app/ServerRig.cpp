@@ -60,6 +60,7 @@ public:
     ServerProcess server;
     std::optional<Fault> expected;
     int faults = 0;
+    int pieces = 0;
     int killsLeft = 0;
     int killMilliseconds = 0;
 
@@ -91,8 +92,13 @@ private:
         const bool fails = expected && expected->direction == direction;
         if (fails)
             bytes.truncate(expected->passed);
-        to.write(bytes);
-        to.flush();
+        const qsizetype piece = pieces > 0 ? pieces : bytes.size();
+        for (qsizetype sent = 0; sent < bytes.size(); sent += piece) {
+            to.write(bytes.mid(sent, piece));
+            to.flush();
+            if (pieces > 0)
+                QThread::usleep(300);
+        }
         if (!fails)
             return;
         const Fault::Then then = expected->then;
@@ -180,6 +186,10 @@ void ServerRig::Expect(const Fault& fault) {
 
 int ServerRig::Faults() const {
     return InThread([this] { return m_worker->faults; });
+}
+
+void ServerRig::SetPieces(int bytes) {
+    InThread([&] { m_worker->pieces = bytes; });
 }
 
 void ServerRig::KillAgainAndAgain(int times, int milliseconds) {

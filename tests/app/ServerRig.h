@@ -46,6 +46,8 @@ public:
     void Expect(const Fault& fault);
     /// How many faults have happened.
     int Faults() const;
+    /// Lets bytes through in pieces of this size only, with a pause after each; 0 all at once.
+    void SetPieces(int bytes);
     /// Kills the server and starts it again, so many times, each time after it has run for a while.
     void KillAgainAndAgain(int times, int milliseconds);
 
