@@ -11,9 +11,9 @@
 
 namespace sysadmin {
 
-/// Works on the controls of screens and dialogs as an operator does, by their given names. A missing control fails
-/// the test at once by an exception; one that is hidden, disabled or read-only fails it, too. Without `parent` the
-/// window in front is meant.
+/// Works on the controls of screens and dialogs as an operator does, by their given names. A missing control
+/// fails the test at once by an exception; one that is hidden, disabled or read-only fails it, too. Without
+/// `parent` the window in front is meant.
 class ControlTest : public testing::Test {
 protected:
     template <class Widget>
@@ -37,7 +37,9 @@ protected:
     void Choose(QWidget& parent, const QString& comboBox, const QString& entry);
     /// Selects the row whose visible cells begin so.
     void Select(QWidget& parent, const QString& beginning, const QString& grid = "vsf");
-    QString TextOf(QWidget& parent, const QString& lineEdit) { return Get<QLineEdit>(parent, lineEdit).text(); }
+    QString TextOf(QWidget& parent, const QString& lineEdit) {
+        return Get<QLineEdit>(parent, lineEdit).text();
+    }
     QString FrameCaption(QWidget& screen);
     ListGrid& Grid(QWidget& parent, const QString& name = "vsf") { return Get<ListGrid>(parent, name); }
     /// The shown rows of a grid, visible cells joined by "|".
