@@ -2,12 +2,13 @@
 // QTableWidget.
 #include "support/BenchLibrary.h"
 
-#include "acquisitions/frmAcquisitions_VendorTypes.h"
+#include "acquisitions/AcquisitionsScreens.h"
 #include "comm/CommLibrary.h"
 #include "comm/CommandLine.h"
 #include "core/Application.h"
+#include "core/Screen.h"
 #include "framework/ListGrid.h"
-#include "system/frmSystem_Locations.h"
+#include "system/SystemScreens.h"
 
 #include <QApplication>
 #include <QTableWidget>
@@ -27,6 +28,8 @@ struct SignedOn {
         if (!problem.isEmpty())
             qFatal("%s", qPrintable(problem));
         application.profile.Load(application.channel, "SYSADMIN");
+        AddAcquisitionsScreens(application.catalogue);
+        AddSystemScreens(application.catalogue);
     }
 
     YesPrompter prompter;
@@ -47,10 +50,10 @@ void Paint(QWidget& window) {
     window.repaint();
 }
 
-void OpenScreen(benchmark::State& state) {
-    SignedOn program(LibraryOf(state));
+void OpenAgainAndAgain(benchmark::State& state, SignedOn& program, const QString& key) {
+    const ScreenEntry& entry = *program.application.catalogue.Find(key);
     for (auto _ : state) {
-        auto screen = std::make_unique<frmAcquisitions_VendorTypes>(program.application, nullptr);
+        std::unique_ptr<Screen> screen(entry.screen.make(program.application, nullptr));
         screen->LoadScreen();
         Paint(*screen);
         state.PauseTiming();
@@ -61,20 +64,16 @@ void OpenScreen(benchmark::State& state) {
     }
 }
 
+void OpenScreen(benchmark::State& state) {
+    SignedOn program(LibraryOf(state));
+    OpenAgainAndAgain(state, program, "Acquisitions_VendorTypes");
+}
+
 void OpenLocations(benchmark::State& state) {
     BenchLibrary& library = LibraryOf(state);
     library.GrowLocations(int(state.range(0)));
     SignedOn program(library);
-    for (auto _ : state) {
-        auto screen = std::make_unique<frmSystem_Locations>(program.application, nullptr);
-        screen->LoadScreen();
-        Paint(*screen);
-        state.PauseTiming();
-        if (screen->findChild<ListGrid*>("vsf")->Model().rowCount() != state.range(0))
-            state.SkipWithError("rows are missing");
-        screen.reset();
-        state.ResumeTiming();
-    }
+    OpenAgainAndAgain(state, program, "System_Locations");
 }
 
 void RequestOnly(benchmark::State& state) {

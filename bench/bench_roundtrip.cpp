@@ -29,6 +29,7 @@ class ReadyEndpoint : public wire::Endpoint {
 public:
     std::optional<QByteArray> Handle(const QByteArray&) override { return ReplyBytes; }
     QString Account() const override { return "BENCH"; }
+    bool Writes(const QByteArray&) const override { return false; }
     qint64 MessageLimit() const override { return wire::Limits().message; }
 };
 
@@ -105,9 +106,10 @@ void TransportToListener(benchmark::State& state) {
 }
 
 void SignOn(WireChannel& channel) {
-    const PasswordEncoder encoder(channel.Hello().publicKey);
+    const Greeting greeting = channel.Hello();
+    const PasswordEncoder encoder(greeting.publicKey, greeting.nonce);
     SessionData session;
-    session.SetCredentials("SYSADMIN", encoder.Encode("sample-admin-1"));
+    session.SetCredentials("SYSADMIN", encoder.Encode("sample-admin-1", wire::PasswordPurpose::SignOn));
     if (!channel.SignOn(session))
         qFatal("%s", qPrintable(channel.LastProblem()));
 }
