@@ -17,13 +17,21 @@ Databases::~Databases() {
 
 Database& Databases::OfThisThread() {
     QThread* const thread = QThread::currentThread();
+    quint64 generation = 0;
+    bool isOld = false;
     {
         const std::scoped_lock lock(m_mutex);
-        if (const auto entry = m_entries.find(thread); entry != m_entries.end())
-            return *entry->second.database;
+        generation = m_generation;
+        if (const auto entry = m_entries.find(thread); entry != m_entries.end()) {
+            isOld = entry->second.generation != generation;
+            if (!isOld)
+                return *entry->second.database;
+        }
     }
+    if (isOld)
+        CloseOfThisThread();
     // Connecting may take its time, and nobody else makes this thread's entry.
-    Entry entry{m_library->Connect(), {}};
+    Entry entry{m_library->Connect(), generation, {}};
     Database& database = *entry.database;
     entry.threadEnd = QObject::connect(thread, &QThread::finished, [this] { CloseOfThisThread(); });
     const std::scoped_lock lock(m_mutex);
@@ -40,6 +48,11 @@ void Databases::CloseOfThisThread() {
     closing = std::move(entry->second);
     m_entries.erase(entry);
     QObject::disconnect(closing.threadEnd);
+}
+
+void Databases::RenewAll() {
+    const std::scoped_lock lock(m_mutex);
+    ++m_generation;
 }
 
 } // namespace sysadmin::server

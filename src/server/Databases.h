@@ -25,16 +25,21 @@ public:
     Database& OfThisThread();
     /// Closes the calling thread's connection; the next use opens another.
     void CloseOfThisThread();
+    /// Makes every thread open another connection before its next use: the database went away, and with it
+    /// all connections.
+    void RenewAll();
 
 private:
     struct Entry {
         std::unique_ptr<Database> database;
+        quint64 generation = 0;
         QMetaObject::Connection threadEnd;
     };
 
     std::shared_ptr<const Library> m_library;
     std::mutex m_mutex;
     std::map<QThread*, Entry> m_entries;
+    quint64 m_generation = 0;
 };
 
 } // namespace sysadmin::server

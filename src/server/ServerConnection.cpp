@@ -71,11 +71,23 @@ std::optional<QByteArray> ServerConnection::Handle(const QByteArray& message) {
     if (!request)
         return std::nullopt;
     try {
-        return request->number == 0 ? HandleSessionRequest(*request) : HandleNumbered(*request);
+        if (request->number != 0)
+            return HandleNumbered(*request);
+        try {
+            return HandleSessionRequest(*request);
+        } catch (const StoreError& error) {
+            // A connection that was idle while the database went away and came back tells so only now. These
+            // requests may be carried out again; the client does not repeat them, what is sealed in them
+            // being good for one connection.
+            if (error.GetKind() != StoreError::Kind::Lost || request->name == "ChgOwnPwd")
+                throw;
+            m_databases->RenewAll();
+            return HandleSessionRequest(*request);
+        }
     } catch (const StoreError& error) {
         qWarning("%s: %s", qPrintable(request->name), error.what());
         if (error.GetKind() == StoreError::Kind::Lost) {
-            m_databases->CloseOfThisThread();
+            m_databases->RenewAll();
             if (request->number != 0)
                 return std::nullopt; // whether the change was kept is known to whoever resumes the session
         }

@@ -89,9 +89,10 @@ QString ServerDriver::Key(const Values& values, const QString& id) const {
 wire::Reply ServerDriver::Put(bool adding, const Values& values, const QString& key,
                               const QMap<QString, QStringList>& in, const QMap<QString, QStringList>& out,
                               const Values& before) {
-    const Saving saving{[&](const QString& tag) { return values.value(tag); },
-                        [&](const QString& tag) { return values.value(tag) != before.value(tag); }, key, out,
-                        in};
+    const Saving saving{
+        [&](const QString& tag) { return values.value(tag); },
+        [&](const QString& tag) { return before.isEmpty() || values.value(tag) != before.value(tag); }, key,
+        out, in};
     return adding ? Send(m_table.add, FieldsOf(m_table.adds, saving))
                   : Send(m_table.update, FieldsOf(m_table.updates, saving));
 }

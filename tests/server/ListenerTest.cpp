@@ -129,7 +129,7 @@ TEST_F(ListenerTest, ServesOverTls) {
     EXPECT_EQ(m_identity->Fingerprint().size(), 95);
 
     ASSERT_FALSE(client.SignOn("SYSADMIN").isEmpty());
-    const QString longName(NameLength, 'n');
+    const QString longName(40, 'n');
     EXPECT_EQ(client.Ask(1, "AddVenTp", {{"Cd", "ZINE"}, {"Nm", longName}})->status, status::Ok);
     // Byte by byte, and two requests at once.
     const QByteArray request = wire::Encode(wire::Request{2, "LstVenTp", {}});
@@ -359,6 +359,7 @@ TEST(WorkerPoolTest, AccountsTakeTurnsAndNoneHasAllThreads) {
     QSemaphore released;
     QSemaphore done;
     std::atomic<int> begun = 0;
+    std::atomic<int> begunByStrangers = 0;
     WorkerPool pool(4);
     for (int i = 0; i < 20; ++i)
         pool.Submit({false, "GREEDY"}, [&] {
@@ -367,10 +368,13 @@ TEST(WorkerPoolTest, AccountsTakeTurnsAndNoneHasAllThreads) {
         });
     for (int i = 0; i < 20; ++i)
         pool.Submit({true, QString::number(i)}, [&, i] {
-            if (i < 2)
+            if (i < 2) {
+                ++begunByStrangers;
                 released.acquire();
+            }
             done.release();
         });
+    ASSERT_TRUE(QTest::qWaitFor([&] { return begun == 2 && begunByStrangers == 2; }));
     pool.Submit({false, "OTHER"}, [&] { done.release(); });
     // Two threads are the greedy one's, two the strangers'.
     EXPECT_FALSE(done.tryAcquire(1, 100));
