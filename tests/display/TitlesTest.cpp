@@ -10,9 +10,11 @@
 #include "core/Application.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QProcess>
 #include <QTimer>
 #include <QWidget>
+#include <QWindow>
 #include <gtest/gtest.h>
 
 namespace sysadmin {
@@ -28,19 +30,34 @@ QString ShownTitle(const QWidget& window) {
     return answer.section('"', 1, 1);
 }
 
-/// The title of the modal window that `show` brings up; it is closed again.
-QString TitleOf(const std::function<void()>& show) {
-    QString title;
+/// Shows a modal window and, once the window manager has given it the focus, does something to it. One that
+/// never gets the focus is closed after a while.
+void WithModalWindow(const std::function<void()>& show, const std::function<void(QWidget&)>& act) {
+    QElapsedTimer waited;
+    waited.start();
     QTimer poll;
     QObject::connect(&poll, &QTimer::timeout, &poll, [&] {
         QWidget* window = QApplication::activeModalWidget();
-        if (!window || !window->isActiveWindow())
-            return; // the window manager has not given it the focus yet
-        title = ShownTitle(*window);
-        window->close();
+        if (!window || !window->windowHandle() || !window->windowHandle()->isExposed())
+            return;
+        if (window->isActiveWindow())
+            act(*window);
+        else if (waited.elapsed() < 20'000)
+            window->activateWindow();
+        else
+            window->close();
     });
-    poll.start(50);
+    poll.start(100);
     show();
+}
+
+/// The title of the modal window that `show` brings up; it is closed again.
+QString TitleOf(const std::function<void()>& show) {
+    QString title;
+    WithModalWindow(show, [&](QWidget& window) {
+        title = ShownTitle(window);
+        window.close();
+    });
     return title;
 }
 
@@ -71,15 +88,12 @@ TEST_F(TitlesTest, BoxesAndDialogsCarryTheirOwnTitlesOnly) {
 
 TEST_F(TitlesTest, EnterAnswersNoWhereYesDestroys) {
     const auto pressEnter = [](const std::function<bool()>& ask) {
-        QTimer poll;
-        QObject::connect(&poll, &QTimer::timeout, &poll, [] {
-            QWidget* window = QApplication::activeModalWidget();
-            if (!window || !window->isActiveWindow())
-                return;
-            QProcess::execute("xdotool", {"key", "Return"});
-        });
-        poll.start(50);
-        return ask();
+        bool answer = false;
+        WithModalWindow([&] { answer = ask(); },
+                        [](QWidget&) {
+                            QProcess::execute("xdotool", {"key", "Return"});
+                        });
+        return answer;
     };
     EXPECT_FALSE(
         pressEnter([&] { return ConfirmDelete(application, nullptr, "Vendor Type", "Bookseller"); }));
