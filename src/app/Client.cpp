@@ -2,7 +2,9 @@
 
 #include "acquisitions/AcquisitionsScreens.h"
 #include "circulation/CirculationScreens.h"
+#include "core/HelpWindow.h"
 #include "core/MainWindow.h"
+#include "core/Prompter.h"
 #include "core/StartUp.h"
 #include "framework/ClusterSelection.h"
 #include "look/Appearance.h"
@@ -29,13 +31,18 @@ Client::Client(Prompter& prompter, const CommandLine& line, EndpointMaker makeEn
     : m_comm(prompter, line, makeEndpoints ? std::move(makeEndpoints) : server::MakeEmbeddedEndpoint)
     , m_application(m_comm, prompter) {
     AddAllScreens(m_application.catalogue);
+    prompter.showHelp = [this](QDialog& dialog, int helpContext) {
+        HelpWindow::ShowOver(dialog, m_application.catalogue, helpContext);
+    };
     m_comm.SetWaitObserver([this](const QString&, bool waiting) {
         if (m_window)
             m_window->ShowWaiting(waiting ? MainWindow::tr("Waiting for the server ...") : QString());
     });
 }
 
-Client::~Client() = default;
+Client::~Client() {
+    m_application.prompter.showHelp = {};
+}
 
 bool Client::Start(const QStringList& arguments) {
     m_window = StartUp(m_application, arguments);

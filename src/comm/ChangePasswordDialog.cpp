@@ -2,6 +2,7 @@
 
 #include "comm/PasswordEncoder.h"
 #include "comm/ProblemLabel.h"
+#include "core/Prompter.h"
 #include "core/data/StatusTable.h"
 #include "wire/Status.h"
 
@@ -24,6 +25,7 @@ ChangePasswordDialog::ChangePasswordDialog(const QString& reason, Change change,
     : QDialog(parent)
     , m_change(std::move(change)) {
     setObjectName("frmChangePassword");
+    setProperty(HelpContextProperty, 50102);
     setWindowTitle(tr("Change Password"));
 
     auto* lblReason = new QLabel(reason, this);

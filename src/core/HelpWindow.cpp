@@ -5,6 +5,7 @@
 #include "look/Resources.h"
 
 #include <QAction>
+#include <QDialog>
 #include <QFile>
 #include <QShortcut>
 #include <QTextBlock>
@@ -134,6 +135,15 @@ void HelpWindow::ShowTopic(int helpContext) {
     raise();
     activateWindow();
     txtTopic->setFocus();
+}
+
+void HelpWindow::ShowOver(QDialog& dialog, const ScreenCatalogue& catalogue, int helpContext) {
+    auto* help = dialog.findChild<HelpWindow*>(QString(), Qt::FindDirectChildrenOnly);
+    if (!help) {
+        help = new HelpWindow(catalogue, &dialog);
+        connect(&dialog, &QDialog::finished, help, &QWidget::close);
+    }
+    help->ShowTopic(helpContext);
 }
 
 } // namespace sysadmin

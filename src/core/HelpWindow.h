@@ -2,6 +2,7 @@
 
 #include <QWidget>
 
+class QDialog;
 class QTextBrowser;
 
 namespace sysadmin {
@@ -18,6 +19,10 @@ public:
     /// Shows the topic of a help context, or the contents when it has none (0 never has), and brings the
     /// window up.
     void ShowTopic(int helpContext);
+
+    /// The same over a modal dialog, in a window of the dialog's own: one of the main window's could not be
+    /// used. It goes with the dialog.
+    static void ShowOver(QDialog& dialog, const ScreenCatalogue& catalogue, int helpContext);
 
 private:
     QTextBrowser* txtTopic = nullptr;

@@ -128,13 +128,6 @@ void NavigationBar::SetGroups(const QList<NavigationGroup>& groups) {
         OpenGroup(tvwScreens->topLevelItem(0));
 }
 
-QTreeWidgetItem* NavigationBar::FindGroup(const QString& key) const {
-    for (int i = 0; i < tvwScreens->topLevelItemCount(); ++i)
-        if (KeyOf(tvwScreens->topLevelItem(i)) == key)
-            return tvwScreens->topLevelItem(i);
-    return nullptr;
-}
-
 QString NavigationBar::CurrentGroup() const {
     return m_currentGroup;
 }

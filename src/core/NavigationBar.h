@@ -51,7 +51,6 @@ private:
     void Find(const QString& text);
     bool HandleTreeKey(int key);
     bool HandleFindKey(int key);
-    QTreeWidgetItem* FindGroup(const QString& key) const;
 
     QLineEdit* txtFindScreen = nullptr;
     QTreeWidget* tvwScreens = nullptr;

@@ -1,6 +1,7 @@
 #include "core/PreferencesDialog.h"
 
 #include "core/Prefs.h"
+#include "core/Prompter.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -24,6 +25,7 @@ PreferencesDialog::PreferencesDialog(Prefs& prefs, QWidget* parent)
     : QDialog(parent)
     , m_prefs(prefs) {
     setObjectName("frmPrefs");
+    setProperty(HelpContextProperty, 50101);
     setWindowTitle(tr("Preferences"));
 
     chkWarnOnClose = new QCheckBox(tr("&Warn before closing the program"), this);

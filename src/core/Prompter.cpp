@@ -5,6 +5,7 @@
 #include <QDialog>
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QShortcut>
 
 namespace sysadmin {
 
@@ -74,6 +75,12 @@ bool WindowPrompter::ShowBox(QWidget* parent, const Box& box) {
 }
 
 bool WindowPrompter::RunDialog(QDialog& dialog) {
+    // The main window's own key does not reach a modal dialog.
+    QShortcut help(QKeySequence::HelpContents, &dialog);
+    QObject::connect(&help, &QShortcut::activated, &dialog, [this, &dialog] {
+        if (showHelp)
+            showHelp(dialog, dialog.property(HelpContextProperty).toInt());
+    });
     return dialog.exec() == QDialog::Accepted;
 }
 

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <functional>
+
 class QDialog;
 class QWidget;
 
@@ -23,10 +25,15 @@ struct Box {
     bool careful = false;
 };
 
+/// The property in which a dialog carries the number of its help topic.
+inline constexpr char HelpContextProperty[] = "helpContext";
+
 /// The one place through which the program asks and tells the operator something in a window of its own.
 class Prompter {
 public:
     virtual ~Prompter() = default;
+    /// Shows the help topic of a dialog, usable while the dialog is open; whoever has a help sets it.
+    std::function<void(QDialog& dialog, int helpContext)> showHelp{};
     /// Shows the box; true for OK and Yes. Closing the box is Cancel or No.
     virtual bool ShowBox(QWidget* parent, const Box& box) = 0;
     /// Shows a modal dialog; true when it was accepted.

@@ -12,6 +12,7 @@ namespace sysadmin {
 namespace {
 
 constexpr char CaptionProperty[] = "caption";
+constexpr char MnemonicsProperty[] = "mnemonics"; // of a root whose captions have been given theirs
 // The main window's menus answer to these wherever the focus is.
 constexpr char16_t MenuLetters[] = u"FTH";
 
@@ -134,6 +135,19 @@ void AssignMnemonics(QWidget& root) {
     for (const char16_t* letter = MenuLetters; *letter; ++letter)
         used.insert(QChar(*letter));
     Assign(root, used);
+    root.setProperty(MnemonicsProperty, true);
+}
+
+void ChangeCaption(QWidget& widget, const QString& caption) {
+    if (DeclaredCaption(widget) == caption)
+        return;
+    SetDeclaredCaption(widget, caption);
+    SetText({&widget}, caption);
+    for (QWidget* root = &widget; root; root = root->parentWidget())
+        if (root->property(MnemonicsProperty).toBool()) {
+            AssignMnemonics(*root);
+            return;
+        }
 }
 
 } // namespace sysadmin

@@ -45,6 +45,7 @@ struct SeveralSpec {
 struct TableSpec {
     QString subject{};   ///< noun of the questions and reports ("Vendor Type")
     QString frameNoun{}; ///< noun of the edit frame's caption; empty: the subject
+    QString frameIdle{}; ///< the edit frame's caption while nothing is edited; empty: as in an edit
     QString word{};      ///< subject word: "VenTp" makes "LstVenTp", "AddVenTp" and so on
     QString plural{};    ///< "Acquisitions Vendor Types" makes the captions "Load ...", "Save ..." and so on
     QString notice{};    ///< subject word announced to other screens; empty: `word`

@@ -15,8 +15,7 @@ namespace {
 constexpr const char* KindNames[] = {"Text",     "MultiLine", "Password", "Flag",    "Choice",
                                      "Letter",   "Number",    "Money",    "Date",    "Time",
                                      "Interval", "Rows",      "Picked",   "Checked", "Own"};
-constexpr const char* StepNames[] = {"value",  "constant", "changed",   "originalKey",
-                                     "whenOn", "removals", "additions", "own"};
+constexpr const char* StepNames[] = {"value", "constant", "changed", "originalKey", "whenOn", "own"};
 constexpr const char* AreaNames[] = {"AnyOperator",           "Acquisitions", "Cataloging", "Circulation",
                                      "CirculationConversion", "PatronGroups", "Security",   "System"};
 
@@ -74,6 +73,57 @@ QJsonArray RowTagsOf(const QList<RowTag>& puts) {
     return array;
 }
 
+QJsonArray FieldsOf(const Form& form) {
+    QJsonArray array;
+    for (const Field* field : form.Fields())
+        array.append(ToJson(*field));
+    return array;
+}
+
+QJsonObject DialogOf(const RowAsker& asker) {
+    const FormDialogSpec& spec = asker.dialog;
+    QJsonObject object{{"name", spec.name},
+                       {"title", spec.title},
+                       {"helpContext", spec.helpContext},
+                       {"buttons", QJsonArray{spec.okName, spec.cancelName}}};
+    Say(object, "focus", spec.focus);
+    Say(object, "okCaption", spec.okCaption);
+    if (asker.form)
+        object["fields"] = FieldsOf(*asker.form);
+    if (!asker.captions.isEmpty())
+        object["captions"] = QJsonArray::fromStringList(asker.captions);
+    return object;
+}
+
+void SayButtons(QJsonObject& object, std::initializer_list<const RowButton*> buttons) {
+    QJsonArray array;
+    for (const RowButton* button : buttons)
+        if (!button->name.isEmpty())
+            array.append(QJsonArray{button->name, button->caption});
+    if (!array.isEmpty())
+        object["buttons"] = array;
+}
+
+void SayPicked(QJsonObject& object, const PickedField& picked) {
+    const PickedSpec& spec = picked.Behaviour();
+    const PickedNames& names = picked.Names();
+    object["lists"] = QJsonArray{QJsonArray{names.availableGrid, names.availableCaption},
+                                 QJsonArray{names.selectedGrid, names.selectedCaption}};
+    object["moves"] = QJsonArray{names.select, names.selectAll, names.discard, names.discardAll};
+    if (!spec.tags.availableId.isEmpty())
+        object["tags"] = QJsonArray{spec.tags.availableId, spec.tags.availableName, spec.tags.selectedId,
+                                    spec.tags.selectedName};
+    Say(object, "stateTag", spec.tags.state);
+    if (!spec.more.isEmpty())
+        object["more"] = ColumnsOf(spec.more);
+    Say(object, "ranked", spec.ranked);
+    if (spec.settings)
+        object["settings"] = FieldsOf(*spec.settings);
+    SayButtons(object, {&spec.modify});
+    if (spec.ask)
+        object["dialog"] = DialogOf(spec.ask);
+}
+
 void SayRows(QJsonObject& object, const RowsField& rows) {
     const RowsSpec& spec = rows.Behaviour();
     object["columns"] = ColumnsOf(rows.Columns());
@@ -89,21 +139,11 @@ void SayRows(QJsonObject& object, const RowsField& rows) {
             QJsonArray{spec.codes.added, spec.codes.changed, spec.codes.removed, spec.codes.unchanged};
     Say(object, "onlyChanged", spec.onlyChanged);
     Say(object, "ranked", spec.ranked);
-    QJsonArray buttons;
-    for (const RowButton* button : {&spec.add, &spec.modify, &spec.remove, &spec.up, &spec.down})
-        if (!button->name.isEmpty())
-            buttons.append(QJsonArray{button->name, button->caption});
-    if (!buttons.isEmpty())
-        object["buttons"] = buttons;
+    SayButtons(object, {&spec.add, &spec.modify, &spec.remove, &spec.up, &spec.down});
+    if (spec.ask)
+        object["dialog"] = DialogOf(spec.ask);
     Say(object, "removeQuestion", spec.removeQuestion);
     Say(object, "removeTitle", spec.removeTitle);
-}
-
-QJsonArray FieldsOf(const Form& form) {
-    QJsonArray array;
-    for (const Field* field : form.Fields())
-        array.append(ToJson(*field));
-    return array;
 }
 
 QJsonArray StepsOf(const QList<PutStep>& steps) {
@@ -112,13 +152,12 @@ QJsonArray StepsOf(const QList<PutStep>& steps) {
         QJsonObject one{{"put", StepNames[int(step.kind)]}};
         Say(one, "tag", step.Tag());
         Say(one, "value", step.value);
-        Say(one, "stateTag", step.stateTag);
         if (step.field)
             one["field"] = step.field->Name();
         if (step.dependent)
             one["dependent"] = step.dependent->Name();
         if (step.when != PutStep::When::Always)
-            one["when"] = step.when == PutStep::When::Add ? "add" : "update";
+            one["when"] = "update";
         array.append(one);
     }
     return array;
@@ -181,6 +220,7 @@ QJsonObject ToJson(const TableDeclaration& table) {
                                         {"saveCaption", spec.several.saveCaption},
                                         {"keyTag", spec.several.keyTag},
                                         {"fields", FieldsOf(*spec.several.form)}};
+    Say(object, "frameIdle", spec.frameIdle);
     Say(object, "continuing", spec.continuing);
     Say(object, "boxOnLoadFailure", spec.boxOnLoadFailure);
     if (spec.sorted)
@@ -251,6 +291,8 @@ QJsonObject ToJson(const Field& field) {
         object["words"] = QJsonArray::fromStringList(spec.words);
     if (const auto* rows = dynamic_cast<const RowsField*>(&field))
         SayRows(object, *rows);
+    if (const auto* picked = dynamic_cast<const PickedField*>(&field))
+        SayPicked(object, *picked);
     return object;
 }
 

@@ -160,7 +160,10 @@ public:
     }
 
 protected:
-    void ShowValue() override { m_box->setChecked(m_flag.IsOn()); }
+    void ShowValue() override {
+        ChangeCaption(*m_box, m_flag.Caption());
+        m_box->setChecked(m_flag.IsOn());
+    }
 
 private:
     FlagField& m_flag;

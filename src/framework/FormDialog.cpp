@@ -19,6 +19,7 @@ FormDialog::FormDialog(Prompter& prompter, Form& form, const Layout& layout, con
     , m_spec(spec) {
     setObjectName(spec.name);
     setWindowTitle(spec.title);
+    setProperty(HelpContextProperty, spec.helpContext);
     form.SetSeveral(spec.several);
     m_before = form.TakeDrafts();
     m_view = std::make_unique<FormView>(form, layout, this, spec.makeSlot);
@@ -103,22 +104,20 @@ GridRow RowForm::MakeRow(const GridRow* former, const QList<GridColumn>& columns
 }
 
 RowAsker AskInForm(const FormDialogSpec& spec, const QList<GridColumn>& columns,
-                   std::function<std::unique_ptr<RowForm>()> make) {
-    return [=](QWidget* parent, Prompter& prompter, const GridRow* former,
-               const RowCheck& check) -> std::optional<GridRow> {
-        const std::unique_ptr<RowForm> form = make();
+                   std::shared_ptr<RowForm> form) {
+    const auto ask = [form, columns](const FormDialogSpec& asked, QWidget* parent, Prompter& prompter,
+                                     const GridRow* former, const RowCheck& check) {
         form->TakeRow(former, columns);
-        FormDialogSpec own = spec;
+        FormDialogSpec own = asked;
         own.check = [&]() -> QString {
-            if (const QString refusal = spec.check ? spec.check() : QString(); !refusal.isEmpty())
+            if (const QString refusal = asked.check ? asked.check() : QString(); !refusal.isEmpty())
                 return refusal;
             return check(form->MakeRow(former, columns), former);
         };
         FormDialog dialog(prompter, *form, form->Draw(), own, parent);
-        if (!prompter.RunDialog(dialog))
-            return {};
-        return form->MakeRow(former, columns);
+        return prompter.RunDialog(dialog) ? std::optional(form->MakeRow(former, columns)) : std::nullopt;
     };
+    return {.dialog = spec, .ask = ask, .form = form};
 }
 
 } // namespace sysadmin

@@ -9,22 +9,6 @@ class QPushButton;
 
 namespace sysadmin {
 
-/// What is said once about a dialog that edits a form.
-struct FormDialogSpec {
-    QString name{}; ///< the dialog's name ("frmSystem_PhoneNumbers")
-    QString title{};
-    QString okName = "cmdOK";
-    QString cancelName = "cmdCancel";
-    QString focus{};     ///< the field in which it begins; empty: the first one
-    QString okCaption{}; ///< empty: "&OK"
-    bool readOnly = false;
-    /// Several records at once: a box in front of each field says whether it is written to them.
-    bool several = false;
-    /// Says why the entry is not taken; empty takes it. Asked after the form's own checks.
-    std::function<QString()> check{};
-    FormView::SlotMaker makeSlot{};
-};
-
 /// Edits a form. OK leaves the form as the operator made it; Cancel and Esc leave it as it was. Nothing is
 /// sent. With several records at once `Form::Chosen` says afterwards which fields are to be written.
 class FormDialog : public QDialog {
@@ -61,8 +45,8 @@ public:
     virtual GridRow MakeRow(const GridRow* former, const QList<GridColumn>& columns) const;
 };
 
-/// Asks for a row in a form dialog. `make` makes the form for each time it is opened.
+/// Asks for a row in a form dialog. The form serves each time that the dialog is opened.
 RowAsker AskInForm(const FormDialogSpec& spec, const QList<GridColumn>& columns,
-                   std::function<std::unique_ptr<RowForm>()> make);
+                   std::shared_ptr<RowForm> form);
 
 } // namespace sysadmin

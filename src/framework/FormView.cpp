@@ -347,10 +347,7 @@ void FormView::RefreshLabel(Field& field) {
     const auto [label, end] = m_labels.equal_range(&field);
     for (auto each = label; each != end; ++each) {
         each->second->setEnabled(field.IsUsable());
-        if (DeclaredCaption(*each->second) != field.Caption()) {
-            SetDeclaredCaption(*each->second, field.Caption());
-            each->second->setText(field.Caption());
-        }
+        ChangeCaption(*each->second, field.Caption());
     }
     const auto [unit, last] = m_units.equal_range(&field);
     for (auto each = unit; each != last; ++each)

@@ -51,10 +51,14 @@ QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
 }
 
 void GridDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const {
-    if (auto* box = qobject_cast<QComboBox*>(editor))
-        box->setCurrentIndex(box->findText(index.data(Qt::EditRole).toString()));
-    else if (auto* line = qobject_cast<QLineEdit*>(editor))
-        line->setText(index.data(Qt::EditRole).toString());
+    const QString cell = index.data(Qt::EditRole).toString();
+    if (auto* box = qobject_cast<QComboBox*>(editor)) {
+        // The cell holds the id, or what the list shows for it.
+        const int entry = box->findData(cell);
+        box->setCurrentIndex(entry >= 0 ? entry : box->findText(cell));
+    } else if (auto* line = qobject_cast<QLineEdit*>(editor)) {
+        line->setText(cell);
+    }
 }
 
 void GridDelegate::setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const {

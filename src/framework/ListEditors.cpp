@@ -198,8 +198,9 @@ private:
             return;
         const GridRow former = *selected;
         const auto any = [](const GridRow&, const GridRow*) { return QString(); };
+        const RowAsker& asker = m_picked.Behaviour().ask;
         const std::optional<GridRow> row =
-            m_picked.Behaviour().ask(m_mover->window(), *prompter, &former, any);
+            asker.ask(asker.dialog, m_mover->window(), *prompter, &former, any);
         if (!row || !m_mayEdit)
             return;
         ChangeRows([&](PickedLists& lists) {

@@ -5,6 +5,7 @@
 #include "framework/Captions.h"
 #include "framework/ConflictCheck.h"
 #include "framework/Utility.h"
+#include "framework/forms/ListFields.h"
 #include "wire/Status.h"
 
 #include <QGroupBox>
@@ -142,6 +143,8 @@ bool MaintenanceScreen::ConfirmRowDelete(Table& table, const GridRow& row) {
 QString MaintenanceScreen::EditCaption(const Table& table, State state) const {
     if (state == State::EditingSeveral)
         return table.spec.several.caption;
+    if (state == State::List && !table.spec.frameIdle.isEmpty())
+        return table.spec.frameIdle;
     const QString verb = m_mayEdit || state == State::EditingNew
                              ? (state == State::EditingNew ? tr("New ") : tr("Edit "))
                              : tr("View ");
@@ -170,6 +173,12 @@ bool MaintenanceScreen::PrepareNew(Table& table) {
     }
     ReadAvailable(table);
     return true;
+}
+
+void MaintenanceScreen::ReadAvailable(Table& table) {
+    for (Field* field : table.form->Fields())
+        if (auto* picked = dynamic_cast<PickedField*>(field))
+            picked->Load(App().channel);
 }
 
 void MaintenanceScreen::StartCopy() {

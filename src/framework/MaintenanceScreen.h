@@ -80,8 +80,8 @@ protected:
     /// Gets what is available to a new record into the cleared form; false when that failed (and was
     /// reported).
     virtual bool PrepareNew(Table& table);
-    /// Reads the reply of the request for what is available to a new record.
-    virtual void ReadAvailable(Table&) {}
+    /// Reads the reply of the request for what is available to a new record: into the pairs of lists.
+    virtual void ReadAvailable(Table& table);
     /// The screen's own checks; false (after its message) keeps the edit open.
     virtual bool CheckBeforeSave(Table& table);
     virtual void PutRecord(Table& table, const SaveContext& context);

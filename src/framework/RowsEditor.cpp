@@ -143,7 +143,8 @@ void RowsEditor::Ask(bool isNew) {
     const RowCheck check = [this](const GridRow& row, const GridRow* was) {
         return m_rows.Refusal(row, was);
     };
-    std::optional<GridRow> row = spec.ask(m_grid->window(), *m_grid->GetPrompter(), before, check);
+    std::optional<GridRow> row =
+        spec.ask.ask(spec.ask.dialog, m_grid->window(), *m_grid->GetPrompter(), before, check);
     if (!row)
         return;
     if (spec.keyColumn >= 0)

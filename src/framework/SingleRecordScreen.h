@@ -41,7 +41,6 @@ protected:
     virtual void AfterSave() {}
 
     FormView& View() { return *m_view; }
-    QPushButton* SaveButton() const { return m_cmdSave; }
 
 private:
     void LoadRecord();

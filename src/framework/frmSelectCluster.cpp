@@ -1,5 +1,6 @@
 #include "framework/frmSelectCluster.h"
 
+#include "core/Prompter.h"
 #include "core/data/Clusters.h"
 #include "framework/Captions.h"
 #include "framework/ListGrid.h"
@@ -21,6 +22,7 @@ constexpr qsizetype ManyClusters = 10;
 frmSelectCluster::frmSelectCluster(const ClusterCollection& clusters, QWidget* parent)
     : QDialog(parent) {
     setObjectName("frmSelectCluster");
+    setProperty(HelpContextProperty, 50501);
     setWindowTitle(tr("Select Cluster"));
 
     vsfClusters = new ListGrid("vsfClusters", {{tr("Cluster Names")}}, this);

@@ -40,6 +40,7 @@ CompareDialog::CompareDialog(const QString& caption, const PickItem& left, const
     , m_describe(std::move(describe))
     , m_left(m_describe(left.id)) {
     setObjectName("frmCompare");
+    setProperty(HelpContextProperty, 50741);
     setWindowTitle(tr("Compare %1").arg(caption));
     resize(860, 560);
 

@@ -17,8 +17,9 @@ PickedNames NamesFor(const QString& what, const QString& one, const QString& ava
 
 ProfileForm::ProfileForm(const ProfileSpec& theSpec)
     : spec(theSpec)
-    , operators(*this, {.name = "movOperators", .accessible = tr("Operators")},
-                NamesFor("Operators", "Operator", tr("Available Operators"), tr("Selected Operators"))) {
+    , operators(*this, {.name = "movOperators", .tag = "SOI", .accessible = tr("Operators")},
+                NamesFor("Operators", "Operator", tr("Available Operators"), tr("Selected Operators")),
+                {.tags = {"AOI", "AON", "SOI", "SON", "OSt"}}) {
     for (const RightGroup& group : spec.groups)
         for (const ProfileRight& right : group.rights)
             rights.emplace_back(*this,
@@ -39,24 +40,18 @@ ProfileForm::ProfileForm(const ProfileSpec& theSpec)
                                                  .caption = tr("All locations, those added later too")});
     if (spec.hasLocations)
         locations.emplace(
-            *this, FieldSpec{.name = "movLocations", .accessible = tr("Locations")},
-            NamesFor("Locations", "Location", tr("Available Locations"), tr("Selected Locations")));
+            *this, FieldSpec{.name = "movLocations", .tag = "3", .accessible = tr("Locations")},
+            NamesFor("Locations", "Location", tr("Available Locations"), tr("Selected Locations")),
+            PickedSpec{.tags = {"1", "2", "3", "4", "LSt"}});
     for (const ProfileLists& pair : spec.lists)
-        lists.emplace_back(*this, FieldSpec{.name = "mov" + pair.name, .accessible = pair.pageCaption},
-                           NamesFor(pair.name, pair.name, pair.availableCaption, pair.selectedCaption));
+        lists.emplace_back(
+            *this,
+            FieldSpec{.name = "mov" + pair.name, .tag = pair.selectedId, .accessible = pair.pageCaption},
+            NamesFor(pair.name, pair.name, pair.availableCaption, pair.selectedCaption),
+            PickedSpec{.tags = {pair.availableId, pair.availableName, pair.selectedId, pair.selectedName,
+                                pair.stateTag}});
     if (chkAllLocations && locations)
         When([this] { return chkAllLocations->IsOn(); }).Disable(*locations);
-}
-
-void ProfileForm::Read(RequestChannel& channel) {
-    Load(channel);
-    operators.LoadPairs(channel, "AOI", "AON", "SOI", "SON");
-    if (locations)
-        locations->LoadPairs(channel, "1", "2", "3", "4");
-    for (size_t i = 0; i < lists.size(); ++i) {
-        const ProfileLists& pair = spec.lists[qsizetype(i)];
-        lists[i].LoadPairs(channel, pair.availableId, pair.availableName, pair.selectedId, pair.selectedName);
-    }
 }
 
 FlagField* ProfileForm::FindRight(const QString& tag) {

@@ -14,8 +14,6 @@ namespace sysadmin {
 struct ProfileForm : Form {
     explicit ProfileForm(const ProfileSpec& spec);
 
-    /// Reads the reply of a get request.
-    void Read(RequestChannel& channel);
     Layout Draw();
     FlagField* FindRight(const QString& tag);
 

@@ -38,20 +38,15 @@ ProfileScreen::ProfileScreen(Application& application, const ProfileSpec& spec, 
 }
 
 QList<PutStep> ProfileScreen::PutSteps() {
-    QList<PutStep> steps{PutRemovals(m_form.operators.Lists(), "SOI", "OSt"),
-                         PutAdditions(m_form.operators.Lists(), "SOI", "OSt")};
+    QList<PutStep> steps{PutValue(m_form.operators)};
     if (m_form.locations)
-        steps += {PutRemovals(m_form.locations->Lists(), "3", "LSt"),
-                  PutAdditions(m_form.locations->Lists(), "3", "LSt")};
+        steps.append(PutValue(*m_form.locations));
     if (m_form.chkAllLocations)
         steps.append(PutValue(*m_form.chkAllLocations));
     const qsizetype inProfile =
         qsizetype(m_form.lists.size()) - (m_spec.listsUpdateRequest.isEmpty() ? 0 : 1);
-    for (qsizetype i = 0; i < inProfile; ++i) {
-        const ProfileLists& pair = m_spec.lists[i];
-        steps += {PutRemovals(m_form.lists[size_t(i)].Lists(), pair.selectedId, pair.stateTag),
-                  PutAdditions(m_form.lists[size_t(i)].Lists(), pair.selectedId, pair.stateTag)};
-    }
+    for (qsizetype i = 0; i < inProfile; ++i)
+        steps.append(PutValue(m_form.lists[size_t(i)]));
     QStringList order = m_spec.putOrder;
     if (order.isEmpty())
         for (const FlagField& right : m_form.rights)
@@ -69,13 +64,11 @@ QList<SaveStep> ProfileScreen::SaveSteps() {
     if (m_spec.listsUpdateRequest.isEmpty())
         return {};
     PickedField& list = m_form.lists.back();
-    const ProfileLists& pair = m_spec.lists.last();
     return {{.request = m_spec.listsUpdateRequest,
              .caption = "Save " + m_spec.caption,
              .keyTag = "ID",
              .fields = {&list},
-             .puts = {PutRemovals(list.Lists(), pair.selectedId, pair.stateTag),
-                      PutAdditions(list.Lists(), pair.selectedId, pair.stateTag)}}};
+             .puts = {PutValue(list)}}};
 }
 
 PutStep ProfileScreen::PutRight(const QString& tag) {
@@ -119,10 +112,6 @@ bool ProfileScreen::PrepareNew(Table&) {
     return true;
 }
 
-void ProfileScreen::ReadRecord(Table&) {
-    m_form.Read(App().channel);
-}
-
 void ProfileScreen::RefreshOwnControls() {
     const bool inList = GetState() == State::List && Current().grid;
     const bool hasRow = inList && Current().grid->SelectedRow();
@@ -139,7 +128,7 @@ void ProfileScreen::Compare() {
             App().ReportRequestFailure(result, m_spec.editCaption, m_spec.subject);
             return {};
         }
-        form.Read(App().channel);
+        form.Load(App().channel);
         ComparedRecord record;
         for (const FlagField& right : form.rights)
             record.append(

@@ -14,7 +14,6 @@ public:
 
 protected:
     bool PrepareNew(Table& table) override;
-    void ReadRecord(Table& table) override;
     void RefreshOwnControls() override;
 
 private:

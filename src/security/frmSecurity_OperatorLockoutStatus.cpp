@@ -1,6 +1,7 @@
 #include "security/frmSecurity_OperatorLockoutStatus.h"
 
 #include "core/Application.h"
+#include "core/Prompter.h"
 #include "framework/Captions.h"
 #include "wire/Status.h"
 
@@ -22,6 +23,7 @@ frmSecurity_OperatorLockoutStatus::frmSecurity_OperatorLockoutStatus(Application
     , m_application(application)
     , m_operatorId(operatorId.trimmed()) {
     setObjectName("frmSecurity_OperatorLockoutStatus");
+    setProperty(HelpContextProperty, 50762);
     setWindowTitle(tr("Lockout Status"));
 
     auto* form = new QFormLayout;

@@ -42,6 +42,7 @@ frmSecurity_OperatorPassword::frmSecurity_OperatorPassword(Application& applicat
     , m_application(application)
     , m_owner(owner) {
     setObjectName("frmSecurity_OperatorPassword");
+    setProperty(HelpContextProperty, 50761);
     setWindowTitle(tr("Change Password"));
 
     txtPasswordScreen = new QPlainTextEdit(this);

@@ -1,5 +1,7 @@
 #include "security/frmSecurity_PasswordExpiration.h"
 
+#include "core/Prompter.h"
+
 #include <QVBoxLayout>
 
 namespace sysadmin {
@@ -30,6 +32,7 @@ PasswordExpirationDialog::PasswordExpirationDialog(Application& application, QWi
     : QDialog(parent)
     , m_screen(new frmSecurity_PasswordExpiration(application, this)) {
     setObjectName("dlgPasswordExpiration");
+    setProperty(HelpContextProperty, 50771);
     setWindowTitle(m_screen->windowTitle());
     auto* whole = new QVBoxLayout(this);
     whole->setContentsMargins({});

@@ -28,8 +28,6 @@ public:
     std::optional<QString> Address() const;
     /// Puts the focus into the first box that does not hold what it should, else into the first one.
     void FocusProblem();
-    /// The boxes of both families, in tab order.
-    QList<QLineEdit*> Boxes() const { return m_boxes4 + m_boxes6; }
 
 signals:
     /// An address of the other family was pasted.

@@ -29,13 +29,14 @@ QDialogButtonBox* MakeButtons(QDialog& dialog, const QString& ok, const QString&
 
 } // namespace
 
-IpAddressDialog::IpAddressDialog(Prompter& prompter, const IpDialogNames& names, const EntryCheck& check,
-                                 QWidget* parent)
+IpAddressDialog::IpAddressDialog(Prompter& prompter, const FormDialogSpec& spec, const IpDialogNames& names,
+                                 const EntryCheck& check, QWidget* parent)
     : QDialog(parent)
     , m_prompter(prompter)
     , m_check(check) {
-    setObjectName(names.form);
-    setWindowTitle(names.title);
+    setObjectName(spec.name);
+    setWindowTitle(spec.title);
+    setProperty(HelpContextProperty, spec.helpContext);
     m_ipv4 = new QRadioButton(tr("IPv&4"), this);
     m_ipv4->setObjectName(names.optionIpv4);
     m_ipv4->setChecked(true);
@@ -61,7 +62,7 @@ IpAddressDialog::IpAddressDialog(Prompter& prompter, const IpDialogNames& names,
     whole->addLayout(options);
     whole->addLayout(ends);
     whole->addStretch(1);
-    whole->addWidget(MakeButtons(*this, names.ok, names.cancel));
+    whole->addWidget(MakeButtons(*this, spec.okName, spec.cancelName));
     AssignMnemonics(*this);
     connect(m_ipv4, &QRadioButton::clicked, this, [this] { SetFamily(IpFamily::V4); });
     connect(m_ipv6, &QRadioButton::clicked, this, [this] { SetFamily(IpFamily::V6); });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/forms/RowDialog.h"
 #include "system/IpAddress.h"
 
 #include <QDialog>
@@ -16,14 +17,10 @@ class Prompter;
 /// Says why an entry is not taken; an empty text takes it.
 using EntryCheck = std::function<QString(const QStringList& entry)>;
 
-/// The given names of a dialog for addresses, and a caption for each address that it asks for.
+/// The options' names in a dialog for addresses, and a caption for each address that it asks for.
 struct IpDialogNames {
-    QString form;
-    QString title;
     QString optionIpv4;
     QString optionIpv6;
-    QString ok;
-    QString cancel;
     QStringList captions;
 };
 
@@ -32,7 +29,8 @@ class IpAddressDialog : public QDialog {
     Q_OBJECT
 
 public:
-    IpAddressDialog(Prompter& prompter, const IpDialogNames& names, const EntryCheck& check, QWidget* parent);
+    IpAddressDialog(Prompter& prompter, const FormDialogSpec& spec, const IpDialogNames& names,
+                    const EntryCheck& check, QWidget* parent);
 
     /// Shows addresses in canonical form, as many as there are captions.
     void SetAddresses(const QStringList& addresses);

@@ -6,9 +6,7 @@
 #include "system/frmSystem_BaseCurrency.h"
 #include "system/frmSystem_DefaultAdd.h"
 #include "system/frmSystem_FineFeeReasons.h"
-#include "system/frmSystem_LocLimitGroups.h"
 #include "system/frmSystem_Locations.h"
-#include "system/frmSystem_OwningLibraries.h"
 #include "system/frmSystem_PrintLocations.h"
 
 #include <QCoreApplication>
@@ -19,6 +17,16 @@ namespace {
 
 QString tr(const char* text) {
     return QCoreApplication::translate("System", text);
+}
+
+/// The locations that belong to a record, of those that could.
+FieldDeclaration PickedLocations() {
+    return Declare<PickedField>({.name = "fraLocations", .tag = "SI"},
+                                PickedNames{.availableGrid = "vsfAvailableLocations",
+                                            .availableCaption = tr("Available Locations"),
+                                            .selectedGrid = "vsfSelectedLocations",
+                                            .selectedCaption = tr("Selected Locations")},
+                                PickedSpec{.tags = {"AI", "AN", "SI", "SN", "LS"}});
 }
 
 /// A code table whose records also stand in pick-lists of other screens.
@@ -74,6 +82,65 @@ PlainRecord Miscellaneous() {
                                  .caption = tr("Display Headings Subfield Separators")})}};
 }
 
+/// Location limit groups: named sets of locations.
+PlainTable LocationLimitGroups() {
+    return {{"System_LocLimitGroups", 50807, tr("System Location Limit Groups"), Area::System},
+            {.subject = tr("Location Limit Group"),
+             .frameIdle = tr("Location Limit Group"),
+             .word = "Lmt",
+             .plural = "System Location Limit Groups",
+             .asksAvailable = true,
+             .deleteCaption = "Edit Print Locations",
+             .matchTag = "C",
+             .putOrder = {"C", "N", "O", "SI"}},
+            {Declare<TextField>({.name = "txtCode",
+                                 .tag = "C",
+                                 .caption = tr("Code:"),
+                                 .maxLength = CodeLength,
+                                 .required = true,
+                                 .column = {tr("Codes"), 120}}),
+             Declare<TextField>({.name = "txtName",
+                                 .tag = "N",
+                                 .caption = tr("Name:"),
+                                 .maxLength = NameLength,
+                                 .required = true,
+                                 .column = {tr("Names")}}),
+             Declare<FlagField>({.name = "chkCheck", .tag = "O", .caption = tr("Suppress in OPAC?")}),
+             PickedLocations()},
+            Tabs("tabLocationLimitGroup", {Page(tr("N&ame"), {"txtCode", "txtName", "chkCheck"}),
+                                           Page(tr("&Locations"), {"fraLocations"})})};
+}
+
+/// Owning libraries with the locations that each of them owns.
+PlainTable OwningLibraries() {
+    return {{"System_OwningLibraries", 50809, tr("System Owning Libraries"), Area::System},
+            {.subject = tr("Owning Library"),
+             .word = "Lib",
+             .plural = "System Owning Libraries",
+             .asksAvailable = true,
+             .deleteCaption = "Delete",
+             .matchTag = "LN",
+             .pickLists = {"cboOwningLib", "cboOwningLibrary"},
+             .pickTag = "LN",
+             .putOrder = {"LN", "DN", "NC", "SI"}},
+            {Declare<TextField>({.name = "txtName",
+                                 .tag = "LN",
+                                 .caption = tr("Library Name:"),
+                                 .maxLength = NameLength,
+                                 .required = true,
+                                 .column = {tr("Library Names")},
+                                 .changedTag = "NNm"}),
+             Declare<TextField>({.name = "txtDisplayName",
+                                 .tag = "DN",
+                                 .caption = tr("Display Name:"),
+                                 .maxLength = NameLength}),
+             Declare<TextField>(
+                 {.name = "txtCode", .tag = "NC", .caption = tr("NUC Code:"), .maxLength = CodeLength}),
+             PickedLocations()},
+            Tabs("tabOwningLibrary", {Page(tr("Li&brary"), {"txtName", "txtDisplayName", "txtCode"}),
+                                      Page(tr("&Locations"), {"fraLocations"})})};
+}
+
 } // namespace
 
 void AddSystemScreens(ScreenCatalogue& catalogue) {
@@ -83,9 +150,9 @@ void AddSystemScreens(ScreenCatalogue& catalogue) {
     catalogue.Contribute<frmSystem_BaseCurrency>("System_BaseCurrency", 50801);
     catalogue.Contribute<frmSystem_DefaultAdd>("System_DefaultAddress", 50802);
     catalogue.Contribute<frmSystem_FineFeeReasons>("System_FineFeeReasons", 50804);
-    catalogue.Contribute<frmSystem_LocLimitGroups>("System_LocLimitGroups", 50807);
+    catalogue.Contribute(LocationLimitGroups());
     catalogue.Contribute<frmSystem_Locations>("System_Locations", 50806);
-    catalogue.Contribute<frmSystem_OwningLibraries>("System_OwningLibraries", 50809);
+    catalogue.Contribute(OwningLibraries());
     catalogue.Contribute<frmSystem_PrintLocations>("System_PrintLocations", 50810);
 }
 

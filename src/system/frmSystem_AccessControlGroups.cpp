@@ -28,26 +28,29 @@ QList<GridColumn> DomainColumns() {
 RowAsker AskDomain() {
     return AskInForm({.name = "frmDomainName",
                       .title = Form::tr("Domain Name"),
+                      .helpContext = 50813,
                       .okName = "cmdOK_Domain",
                       .cancelName = "cmdCancel_Domain"},
-                     DomainColumns(), [] { return std::make_unique<DomainForm>(); });
+                     DomainColumns(), std::make_shared<DomainForm>());
 }
 
 /// Asks for the address, or the addresses, of a row; the first one is its key.
-RowAsker AskAddresses(const IpDialogNames& names) {
-    return [names](QWidget* parent, Prompter& prompter, const GridRow* former,
-                   const RowCheck& check) -> std::optional<GridRow> {
+RowAsker AskAddresses(const FormDialogSpec& spec, const IpDialogNames& names) {
+    const auto ask = [names](const FormDialogSpec& asked, QWidget* parent, Prompter& prompter,
+                             const GridRow* former, const RowCheck& check) -> std::optional<GridRow> {
         const auto rowOf = [](const QStringList& addresses) {
             return GridRow{addresses.value(0), addresses, {}};
         };
         IpAddressDialog dialog(
-            prompter, names, [&](const QStringList& entry) { return check(rowOf(entry), former); }, parent);
+            prompter, asked, names, [&](const QStringList& entry) { return check(rowOf(entry), former); },
+            parent);
         if (former)
             dialog.SetAddresses(former->cells);
         if (!prompter.RunDialog(dialog))
             return {};
         return rowOf(dialog.Addresses());
     };
+    return {.dialog = spec, .ask = ask, .captions = names.captions};
 }
 
 /// What the lists of members have in common: their buttons' names end in `role`.
@@ -69,22 +72,24 @@ AccessGroupForm::AccessGroupForm()
     , vsfIPAddress(*this, {.name = "vsfIPAddress", .accessible = tr("IP addresses")},
                    {{.caption = tr("IP Address"), .tag = "IP"}},
                    MembersSpec("IPAddress", "IP",
-                               AskAddresses({.form = "frmIPAddress",
+                               AskAddresses({.name = "frmIPAddress",
                                              .title = tr("IP Address"),
-                                             .optionIpv4 = "OptIpv4Address",
+                                             .helpContext = 50814,
+                                             .okName = "cmdOK_IPAddress",
+                                             .cancelName = "cmdCancel_IPAddress"},
+                                            {.optionIpv4 = "OptIpv4Address",
                                              .optionIpv6 = "OptIpv6Address",
-                                             .ok = "cmdOK_IPAddress",
-                                             .cancel = "cmdCancel_IPAddress",
                                              .captions = {tr("IP Address")}})))
     , vsfIPRange(*this, {.name = "vsfIPRange", .accessible = tr("IP ranges")},
                  {{.caption = tr("IP Range"), .tag = "MI"}},
                  MembersSpec("IPRange", "MI",
-                             AskAddresses({.form = "frmIPRange",
+                             AskAddresses({.name = "frmIPRange",
                                            .title = tr("IP Range"),
-                                           .optionIpv4 = "OptIpv4Range",
+                                           .helpContext = 50815,
+                                           .okName = "cmdOK_IPRange",
+                                           .cancelName = "cmdCancel_IPRange"},
+                                          {.optionIpv4 = "OptIpv4Range",
                                            .optionIpv6 = "OptIpv6Range",
-                                           .ok = "cmdOK_IPRange",
-                                           .cancel = "cmdCancel_IPRange",
                                            .captions = {tr("Minimum"), tr("Maximum")}}))) {
     vsfDomain.Behaviour().check = [this](const GridRow& row, const GridRow* former) {
         if (!row.cells[0].contains('.'))
@@ -128,8 +133,7 @@ void AccessGroupForm::PutMembers(RequestChannel& channel) const {
     if (type == u"R")
         vsfIPRange.Put(channel);
     if (type == u"P")
-        for (const GridRow& row : patronGroups.Lists().Selected())
-            channel.PutField("SI", row.key);
+        patronGroups.Put(channel);
 }
 
 frmSystem_AccessControlGroups::frmSystem_AccessControlGroups(Application& application, QWidget* parent)
@@ -173,15 +177,6 @@ GridRow frmSystem_AccessControlGroups::ReadRow(const Table& table) {
             break;
         }
     return row;
-}
-
-void frmSystem_AccessControlGroups::ReadRecord(Table& table) {
-    MaintenanceScreen::ReadRecord(table);
-    m_form.patronGroups.LoadPairs(App().channel, "AI", "AN", "SI", "SN");
-}
-
-void frmSystem_AccessControlGroups::ReadAvailable(Table&) {
-    m_form.patronGroups.LoadPairs(App().channel, "AI", "AN", "SI", "SN");
 }
 
 GridRow frmSystem_AccessControlGroups::RowFromForm(const Table& table, const QString& key) const {

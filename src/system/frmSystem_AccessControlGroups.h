@@ -36,11 +36,12 @@ struct AccessGroupForm : Form {
     RowsField vsfIPAddress;
     RowsField vsfIPRange;
     PickedField patronGroups{*this,
-                             {.name = "fraPatronGroups"},
+                             {.name = "fraPatronGroups", .tag = "SI"},
                              {.availableGrid = "vsfAvailablePatron",
                               .availableCaption = tr("Available Patron Groups"),
                               .selectedGrid = "vsfSelectedPatron",
-                              .selectedCaption = tr("Selected Patron Groups")}};
+                              .selectedCaption = tr("Selected Patron Groups")},
+                             {.tags = {"AI", "AN", "SI", "SN"}}};
 };
 
 /// Access control groups: sets of domain names, addresses, address ranges or patron groups to which access is
@@ -53,8 +54,6 @@ public:
 
 protected:
     GridRow ReadRow(const Table& table) override;
-    void ReadRecord(Table& table) override;
-    void ReadAvailable(Table& table) override;
     GridRow RowFromForm(const Table& table, const QString& key) const override;
 
 private:

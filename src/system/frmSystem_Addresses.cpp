@@ -27,6 +27,7 @@ frmSystem_Addresses::frmSystem_Addresses(Application& application, const QString
     , m_locationId(locationId)
     , m_readOnly(readOnly) {
     setObjectName("frmSystem_Addresses");
+    setProperty(HelpContextProperty, 50811);
     setWindowTitle(tr("System Address"));
 
     tabAddress = new QTabWidget(this);

@@ -10,13 +10,15 @@ namespace sysadmin {
 namespace {
 
 struct PhoneForm : RowForm {
-    explicit PhoneForm(const QList<PickItem>& types)
-        : cboPhoneType(*this, {.name = "cboPhoneType",
+    explicit PhoneForm(const PickLists& thePickLists)
+        : pickLists(thePickLists)
+        , cboPhoneType(*this, {.name = "cboPhoneType",
                                .tag = "PhTp",
                                .caption = tr("Phone Type:"),
                                .required = true,
-                               .options = types}) {}
+                               .source = {.pickList = "cboPhoneType"}}) {}
 
+    const PickLists& pickLists;
     ChoiceField cboPhoneType;
     TextField txtPhoneNumber{*this,
                              {.name = "txtPhoneNumber",
@@ -27,6 +29,7 @@ struct PhoneForm : RowForm {
 
     Layout Draw() override { return Below({cboPhoneType, txtPhoneNumber}); }
     void TakeRow(const GridRow* row, const QList<GridColumn>& columns) override {
+        cboPhoneType.SetItems(pickLists.Items(cboPhoneType.Spec().source.pickList));
         RowForm::TakeRow(row, columns);
         // The library's first type is the usual one; the list itself is in alphabetical order.
         const QList<PickItem>& types = cboPhoneType.Items();
@@ -49,10 +52,11 @@ QList<GridColumn> PhoneColumns() {
 }
 
 RowAsker AskPhone(const PickLists& pickLists) {
-    return AskInForm(
-        {.name = "frmSystem_PhoneNumbers", .title = Form::tr("Phone Numbers"), .focus = "txtPhoneNumber"},
-        PhoneColumns(),
-        [&pickLists] { return std::make_unique<PhoneForm>(pickLists.Items("cboPhoneType")); });
+    return AskInForm({.name = "frmSystem_PhoneNumbers",
+                      .title = Form::tr("Phone Numbers"),
+                      .helpContext = 50812,
+                      .focus = "txtPhoneNumber"},
+                     PhoneColumns(), std::make_shared<PhoneForm>(pickLists));
 }
 
 } // namespace sysadmin

@@ -1,10 +1,14 @@
 #include "core/Prompter.h"
+#include "core/HelpWindow.h"
+#include "core/ScreenCatalogue.h"
 #include "look/Appearance.h"
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDialog>
 #include <QMessageBox>
 #include <QTest>
+#include <QTextBrowser>
 #include <QTimer>
 #include <gtest/gtest.h>
 
@@ -28,6 +32,24 @@ TEST(WindowPrompter, ShowsTheTextAsItIs) {
         EXPECT_EQ(window.icon(), QMessageBox::Warning);
         window.button(QMessageBox::Ok)->click();
     });
+}
+
+TEST(WindowPrompter, ADialogHasItsHelpWhileItIsOpen) {
+    WindowPrompter prompter;
+    const ScreenCatalogue catalogue;
+    prompter.showHelp = [&](QDialog& dialog, int topic) { HelpWindow::ShowOver(dialog, catalogue, topic); };
+    QDialog dialog;
+    dialog.setProperty(HelpContextProperty, 50812);
+    QTimer::singleShot(0, [&] {
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog));
+        QTest::keyClick(&dialog, Qt::Key_F1);
+        auto* help = dialog.findChild<HelpWindow*>();
+        ASSERT_TRUE(help);
+        EXPECT_TRUE(help->findChild<QTextBrowser*>()->toPlainText().startsWith("Phone Numbers"));
+        EXPECT_TRUE(QTest::qWaitForWindowActive(help)); // which a window behind a modal one never is
+        dialog.accept();
+    });
+    EXPECT_TRUE(prompter.RunDialog(dialog));
 }
 
 TEST(WindowPrompter, AnswersByTheButtonAndLeavingIsNoOrCancel) {

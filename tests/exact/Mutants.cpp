@@ -64,9 +64,8 @@ void Puts(Mutator& mutator, QList<PutStep>& puts) {
         if (put.kind != PutStep::Kind::Value && put.kind != PutStep::Kind::WhenOn)
             mutator.Text("tag of a put", put.tag);
         mutator.Text("constant", put.value);
-        mutator.Text("state tag", put.stateTag);
         mutator.Add("a put on other occasions: " + put.Tag(), [&put] {
-            put.when = put.when == PutStep::When::Add ? PutStep::When::Update : PutStep::When::Add;
+            put.when = put.when == PutStep::When::Always ? PutStep::When::Update : PutStep::When::Always;
         });
         mutator.Add("a put left out: " + put.Tag(), [&puts, &put] { puts.removeAt(&put - puts.data()); });
     }

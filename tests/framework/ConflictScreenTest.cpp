@@ -25,7 +25,10 @@ struct GroupForm : Form {
                    {{.caption = "Number", .tag = "Ph"}},
                    {.marker = "PhId", .puts = {PutKey("PhId"), PutCell("Ph", 0), PutState("PhRq")}}};
     PickedField members{
-        *this, {.name = "members"}, {"vsfAvailable", "Available:", "vsfMembers", "&Members:"}};
+        *this,
+        {.name = "members", .tag = "SI"},
+        {"vsfAvailable", "Available:", "vsfMembers", "&Members:"},
+        {.tags = {"AI", "AN", "SI", "SN", "St"}}};
 };
 
 class GroupScreen : public MaintenanceScreen {
@@ -45,10 +48,6 @@ public:
     }
 
 private:
-    void ReadRecord(Table& table) override {
-        MaintenanceScreen::ReadRecord(table);
-        m_form.members.LoadPairs(App().channel, "AI", "AN", "SI", "SN");
-    }
     GroupForm& m_form = KeepForm<GroupForm>();
 };
 

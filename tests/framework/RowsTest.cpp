@@ -7,6 +7,7 @@
 #include "support/ControlTest.h"
 #include "support/ScriptedChannel.h"
 
+#include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -38,8 +39,7 @@ RowsSpec SpecOf(bool ranked, bool onlyChanged) {
         .remove = {"cmdRemove", "Remove"},
         .up = {"cmdUp", "Up"},
         .down = {"cmdDown", "Down"},
-        .ask = AskInForm({.name = "frmRule", .title = "Rule"}, Columns,
-                         [] { return std::make_unique<RuleForm>(); }),
+        .ask = AskInForm({.name = "frmRule", .title = "Rule"}, Columns, std::make_shared<RuleForm>()),
         .check = [](const GridRow& row,
                     const GridRow*) { return row.cells[0] == "bad" ? QString("Not that one.") : QString(); },
         .removeQuestion = "Remove it?",
@@ -218,6 +218,33 @@ TEST_F(RowsEditorTest, CellsAreEditedInPlace) {
     EXPECT_FALSE(grid->findChild<QLineEdit*>() && grid->findChild<QLineEdit*>()->isVisible());
 }
 
+TEST_F(RowsEditorTest, CellsAreCheckedAndChosen) {
+    Show(false);
+    grid->SetEdits({{0, {.kind = CellEdit::Kind::Check}},
+                    {1, {.kind = CellEdit::Kind::Choice, .items = {{"10", "Ten"}, {"20", "Twenty"}}}}});
+    const auto edit = [this](int column, Qt::Key key) {
+        grid->setCurrentIndex(grid->Model().index(grid->Model().DisplayRow("1"), column));
+        QTest::keyClick(grid, key);
+        QCoreApplication::processEvents();
+    };
+    for (const char* mark : {"Y", "N"}) {
+        edit(0, Qt::Key_Space);
+        EXPECT_EQ(form->vsfRules.FindRow("1")->cells[0], mark);
+    }
+    edit(1, Qt::Key_F2);
+    auto* box = grid->findChild<QComboBox*>();
+    ASSERT_TRUE(box);
+    EXPECT_EQ(box->currentText(), "Ten");
+    box->setCurrentIndex(1);
+    QTest::keyClick(box, Qt::Key_Return);
+    QCoreApplication::processEvents();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(form->vsfRules.FindRow("1")->cells[1], "20");
+    view->SetReadOnly(true);
+    edit(0, Qt::Key_Space);
+    EXPECT_EQ(form->vsfRules.FindRow("1")->cells[0], "N");
+}
+
 // The grid must not be told of each row by itself: its time would grow with the square of their number.
 TEST_F(RowsEditorTest, ABatchOfChangesIsToldOnce) {
     Show(false);
@@ -318,6 +345,40 @@ TEST(PickedFieldTest, VetoSettingsAndOrder) {
     EXPECT_EQ(picked.Lists().Selected().first().key, "4");
     form.Revert();
     EXPECT_FALSE(form.IsChanged());
+}
+
+TEST(PickedFieldTest, LoadsAndPutsItselfWithSettingsInADialog) {
+    ScriptedPrompter prompter;
+    Form form;
+    PickedField picked(
+        form, {.name = "movAll", .tag = "SI"},
+        {.availableGrid = "vsfA", .availableCaption = "A", .selectedGrid = "vsfS", .selectedCaption = "S"},
+        {.tags = {"AI", "AN", "SI", "SN", "St"},
+         .more = {{.caption = "Days", .tag = "Dy"}},
+         .modify = {"cmdModify", "Modify..."},
+         .ask = AskInForm({.name = "frmRule", .title = "Rule"}, Columns, std::make_shared<RuleForm>())});
+    ScriptedChannel channel;
+    channel.Answer("Get", 0, {{"AI", "1"}, {"AN", "b"}, {"SI", "3"}, {"SN", "c"}, {"Dy", "9"}});
+    channel.SendRequest("Get");
+    form.Load(channel);
+    EXPECT_EQ(picked.Lists().Available().first().cells, (QStringList{"b", ""})) << "9 is the other row's";
+    FormView view(form, Below({picked}));
+    view.show();
+    view.findChild<ListGrid*>("vsfS")->SetPrompter(prompter);
+    prompter.ExpectDialogResult("frmRule", [](QDialog& dialog) {
+        auto& days = *dialog.findChild<QLineEdit*>("txtDays");
+        EXPECT_EQ(days.text(), "9");
+        days.clear();
+        QTest::keyClicks(&days, "12");
+        dialog.findChild<QPushButton*>("cmdOK")->click();
+    });
+    view.findChild<QPushButton*>("cmdModify")->click();
+    EXPECT_EQ(picked.Lists().Altered(), (QList<GridRow>{{"3", {"c", "12"}, PickedLists::LoadedSelected}}));
+    view.findChild<QPushButton*>("cmdSelectAll")->click();
+    picked.Put(channel);
+    channel.Answer("Save", 0);
+    channel.SendRequest("Save");
+    EXPECT_EQ(channel.sent.last().fields, (wire::Fields{{"SI", "1"}, {"St", "1"}}));
 }
 
 TEST(FormViewTest, BlocksButtonsSecondPlacesAndMarcPlaces) {

@@ -1,7 +1,10 @@
 #include "framework/forms/Rules.h"
+#include "framework/Captions.h"
+#include "framework/FormView.h"
 #include "framework/forms/ComposedTag.h"
 #include "support/ScriptedChannel.h"
 
+#include <QLabel>
 #include <QSignalSpy>
 #include <gtest/gtest.h>
 
@@ -96,6 +99,19 @@ TEST(RulesTest, LeavingActsAfterAnEditAndBeforeASave) {
     form.txtMost.SetDraft("5");
     form.LeaveFields();
     EXPECT_EQ(form.txtMost.Draft(), "5") << "the other field was not edited again";
+}
+
+TEST(RulesTest, AChangedCaptionHasAMnemonic) {
+    RuledForm form;
+    form.Clear();
+    FormView view(form, Below({form.chkOn, form.txtLeast, form.txtMost}));
+    AssignMnemonics(view);
+    const auto& label = *view.findChild<QLabel*>("lblLeast");
+    EXPECT_EQ(label.text(), "&Least:");
+    form.chkOn.SetOn(true);
+    EXPECT_EQ(label.text(), "&At least:");
+    form.chkOn.SetOn(false);
+    EXPECT_EQ(label.text(), "&Least:");
 }
 
 TEST(RulesTest, SeveralRecordsTakeChosenFieldsOnly) {

@@ -31,6 +31,9 @@ struct SeveralForm : Form {
 
 class CalendarScreen : public MaintenanceScreen {
 public:
+    bool CheckAllFields(const QStringList& more) {
+        return CheckAll(m_form, *Current().view, "Please correct:", more);
+    }
     CalendarScreen(Application& application, QWidget* parent)
         : MaintenanceScreen(application, "frmCalendars", "Calendars", Area::Circulation, parent) {
         AddTable({.subject = "Calendar",
@@ -59,7 +62,7 @@ public:
 
 private:
     CalendarForm& m_form = KeepForm<CalendarForm>();
-    SeveralForm m_several;
+    SeveralForm& m_several = KeepForm<SeveralForm>();
 };
 
 class SavesTest : public ScreenTest {
@@ -150,6 +153,19 @@ TEST_F(SavesTest, SeveralRecordsAreEditedTogether) {
     Click("cmdEditMultiple");
     EXPECT_FALSE(Get<QAbstractButton>("chkModifyStart").isChecked());
     EXPECT_EQ(TextOf("txtStart"), "");
+}
+
+TEST_F(SavesTest, AllProblemsComeInOneMessage) {
+    List();
+    auto& screen = Open<CalendarScreen>();
+    Click("cmdNew");
+    Type("txtName", "Fall");
+    Type("txtLeast", "999");
+    EXPECT_TRUE(screen.CheckAllFields({}));
+    Type("txtName", "");
+    prompter.ExpectBox("Please correct:\r\n\u2022 Please enter a value for \"Name\".\r\n\u2022 Too early.");
+    EXPECT_FALSE(screen.CheckAllFields({"Too early."}));
+    EXPECT_TRUE(Get<QWidget>("txtName").hasFocus());
 }
 
 } // namespace

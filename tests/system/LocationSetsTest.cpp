@@ -1,7 +1,6 @@
 #include "framework/ListGrid.h"
 #include "support/ScreenTest.h"
-#include "system/frmSystem_LocLimitGroups.h"
-#include "system/frmSystem_OwningLibraries.h"
+#include "system/SystemScreens.h"
 
 #include <QTabWidget>
 
@@ -17,7 +16,7 @@ class LocationSetsTest : public ScreenTest {
 protected:
     void OpenLibraries() {
         channel.Answer("LstLib", 0, {{"ID", "7"}, {"LN", "Law Library"}});
-        Open<frmSystem_OwningLibraries>();
+        Open(AddSystemScreens, "System_OwningLibraries");
     }
     void EditLibrary() {
         channel.Answer("GetLib", 0,
@@ -26,7 +25,7 @@ protected:
     }
     void OpenGroups() {
         channel.Answer("LstLmt", 0, {{"ID", "5"}, {"C", "SCI"}, {"N", "Science"}});
-        Open<frmSystem_LocLimitGroups>();
+        Open(AddSystemScreens, "System_LocLimitGroups");
     }
     void Move(const QString& grid, const QString& key, const QString& button) {
         Grid(grid).SelectKey(key);

@@ -45,10 +45,35 @@ void PickedField::LoadLists(const QList<GridRow>& available, const QList<GridRow
     NotifyChange();
 }
 
-void PickedField::LoadPairs(RequestChannel& channel, const QString& availableId, const QString& availableName,
-                            const QString& selectedId, const QString& selectedName) {
-    const QList<GridRow> available = ReadPairs(channel, availableId, availableName);
-    LoadLists(available, ReadPairs(channel, selectedId, selectedName));
+void PickedField::Load(RequestChannel& channel) {
+    const PickedTags& tags = m_picked.tags;
+    if (tags.availableId.isEmpty())
+        return;
+    QStringList more;
+    for (const GridColumn& column : m_picked.more)
+        more.append(column.tag);
+    LoadLists(
+        ReadRows(channel, tags.availableId, {}, QStringList{tags.availableName} + more, tags.selectedId),
+        ReadRows(channel, tags.selectedId, {}, QStringList{tags.selectedName} + more, tags.availableId));
+}
+
+void PickedField::Put(RequestChannel& channel) const {
+    const PickedTags& tags = m_picked.tags;
+    if (tags.availableId.isEmpty())
+        return;
+    const auto put = [&](const QList<GridRow>& rows, const QString& state) {
+        for (const GridRow& row : rows) {
+            channel.PutField(tags.selectedId, row.key);
+            if (!tags.state.isEmpty())
+                channel.PutField(tags.state, state);
+        }
+    };
+    if (tags.state.isEmpty()) {
+        put(m_lists.Selected(), {});
+        return;
+    }
+    put(m_lists.Removed(), tags.removed);
+    put(m_lists.Added(), tags.added);
 }
 
 void PickedField::Move(const std::function<void(PickedLists&)>& move) {

@@ -58,8 +58,22 @@ struct PickedNames {
     QString discardAll = "cmdDiscardAll";
 };
 
+/// How a pair of lists travels. Of a reply's records those that begin with an id tag are read, with a name
+/// tag each; a save puts the rows that moved out and then those that moved in, each with its state, or where
+/// there is no state tag all that are selected.
+struct PickedTags {
+    QString availableId{}; ///< empty: the screen reads and puts the lists
+    QString availableName{};
+    QString selectedId{};
+    QString selectedName{};
+    QString state{};
+    QString added = "1";
+    QString removed = "3";
+};
+
 /// How a pair of lists behaves beyond moving rows.
 struct PickedSpec {
+    PickedTags tags{};
     QList<GridColumn> more{};     ///< columns behind the name, by cell
     bool ranked = false;          ///< the order of the selected rows means something and can be changed
     QHash<int, CellEdit> edits{}; ///< columns of the selected rows that are edited in place
@@ -71,7 +85,8 @@ struct PickedSpec {
     RowAsker ask{};
 };
 
-/// Two lists, available and selected, between which rows are moved. The screen reads and puts them.
+/// Two lists, available and selected, between which rows are moved. Where their tags are declared, it reads
+/// and puts itself.
 class PickedField : public Field {
 public:
     PickedField(Form& form, const FieldSpec& spec, const PickedNames& names, const PickedSpec& picked = {})
@@ -85,16 +100,13 @@ public:
     const PickedLists& Lists() const { return m_lists; }
     /// Replaces both lists with what the server has.
     void LoadLists(const QList<GridRow>& available, const QList<GridRow>& selected);
-    /// Reads both lists of the current reply: records of an id tag with a name tag each.
-    void LoadPairs(RequestChannel& channel, const QString& availableId, const QString& availableName,
-                   const QString& selectedId, const QString& selectedName);
     /// Why the rows may not move; empty when they may.
     QString Veto(const QStringList& keys, bool toSelected) const;
     /// Changes the lists and tells the form.
     void Move(const std::function<void(PickedLists&)>& move);
 
-    void Load(RequestChannel&) override {}
-    void Put(RequestChannel&) const override {}
+    void Load(RequestChannel& channel) override;
+    void Put(RequestChannel& channel) const override;
     void Clear() override { LoadLists({}, {}); }
     bool IsChanged() const override { return m_lists.Changed(); }
     bool IsBlank() const override { return m_lists.Selected().isEmpty(); }

@@ -5,27 +5,8 @@
 
 namespace sysadmin {
 
-namespace {
-
-void PutMoves(RequestChannel& channel, const PutStep& step, const QList<GridRow>& rows,
-              const QString& state) {
-    for (const GridRow& row : rows) {
-        channel.PutField(step.tag, row.key);
-        channel.PutField(step.stateTag, state);
-    }
-}
-
-PutStep MovesOf(PutStep::Kind kind, const PickedLists& lists, const QString& idTag, const QString& stateTag) {
-    PutStep step(kind, idTag);
-    step.lists = &lists;
-    step.stateTag = stateTag;
-    return step;
-}
-
-} // namespace
-
 void PutStep::operator()(RequestChannel& channel, const SaveContext& context) const {
-    if (when != When::Always && context.isNew != (when == When::Add))
+    if (when == When::Update && context.isNew)
         return;
     switch (kind) {
     case Kind::Value:
@@ -44,12 +25,6 @@ void PutStep::operator()(RequestChannel& channel, const SaveContext& context) co
         field->Put(channel);
         if (static_cast<const FlagField*>(field)->IsOn())
             dependent->Put(channel);
-        break;
-    case Kind::Removals:
-        PutMoves(channel, *this, lists->Removed(), "3");
-        break;
-    case Kind::Additions:
-        PutMoves(channel, *this, lists->Added(), "1");
         break;
     case Kind::Own:
         own(channel, context);
@@ -85,21 +60,8 @@ PutStep PutWhenOn(const FlagField& flag, const Field& value) {
     return step;
 }
 
-PutStep PutRemovals(const PickedLists& lists, const QString& idTag, const QString& stateTag) {
-    return MovesOf(PutStep::Kind::Removals, lists, idTag, stateTag);
-}
-
-PutStep PutAdditions(const PickedLists& lists, const QString& idTag, const QString& stateTag) {
-    return MovesOf(PutStep::Kind::Additions, lists, idTag, stateTag);
-}
-
 PutStep OnUpdate(PutStep step) {
     step.when = PutStep::When::Update;
-    return step;
-}
-
-PutStep OnAdd(PutStep step) {
-    step.when = PutStep::When::Add;
     return step;
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "framework/forms/PickedLists.h"
 #include "framework/forms/ValueFields.h"
 
 #include <concepts>
@@ -23,11 +22,9 @@ struct PutStep {
         Changed,     ///< Y or N under `tag`: whether the field differs from what was loaded
         OriginalKey, ///< under `tag` the key that the record had when editing began
         WhenOn,      ///< a flag and, only when it is checked, the field that depends on it
-        Removals,    ///< rows moved out: id under `tag`, "3" under `stateTag`
-        Additions,   ///< rows moved in: id under `tag`, "1" under `stateTag`
         Own          ///< the screen's own; `tag` only names it
     };
-    enum class When { Always, Add, Update };
+    enum class When { Always, Update };
     using Action = std::function<void(RequestChannel&, const SaveContext&)>;
 
     PutStep() = default;
@@ -49,10 +46,8 @@ struct PutStep {
     When when = When::Always;
     QString tag{};
     QString value{};
-    QString stateTag{};
     const Field* field = nullptr;
     const Field* dependent = nullptr;
-    const PickedLists* lists = nullptr;
     Action own{};
 };
 
@@ -61,11 +56,7 @@ PutStep PutConstant(const QString& tag, const QString& value);
 PutStep PutChanged(const QString& tag, const Field& field);
 PutStep PutOriginalKey(const QString& tag);
 PutStep PutWhenOn(const FlagField& flag, const Field& value);
-PutStep PutRemovals(const PickedLists& lists, const QString& idTag, const QString& stateTag);
-PutStep PutAdditions(const PickedLists& lists, const QString& idTag, const QString& stateTag);
 /// The step, only for a changed (not a new) record.
 PutStep OnUpdate(PutStep step);
-/// The step, only for a new record.
-PutStep OnAdd(PutStep step);
 
 } // namespace sysadmin

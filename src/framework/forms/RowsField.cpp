@@ -172,15 +172,6 @@ QString RowsField::NewKey() {
     return QChar(1) + QString::number(++m_newRows);
 }
 
-RowState RowsField::StateOf(const GridRow& row) const {
-    const GridRow* stored = Find(m_stored, row.key);
-    if (!stored)
-        return RowState::Added;
-    if (!FindRow(row.key))
-        return RowState::Removed;
-    return *stored == row ? RowState::Unchanged : RowState::Changed;
-}
-
 QList<std::pair<GridRow, RowState>> RowsField::Changes() const {
     const QHash<QString, qsizetype> drafts = PlacesOf(m_draft);
     const QHash<QString, qsizetype> stored = PlacesOf(m_stored);
@@ -298,8 +289,9 @@ void RowsField::GiveDraft(const std::any& draft) {
 }
 
 QList<GridRow> ReadRows(const RequestChannel& channel, const QString& marker, const QString& keyTag,
-                        const QStringList& cellTags) {
+                        const QStringList& cellTags, const QString& otherMarker) {
     QList<GridRow> rows;
+    bool isInRow = false;
     bool hasKey = false;
     QList<bool> filled;
     for (const wire::Field& field : channel.ReplyFields()) {
@@ -309,8 +301,11 @@ QList<GridRow> ReadRows(const RequestChannel& channel, const QString& marker, co
                 rows.last().cells.append(QString());
             hasKey = keyTag.isEmpty();
             filled.fill(false, cellTags.size());
+            isInRow = true;
+        } else if (field.tag == otherMarker) {
+            isInRow = false;
         }
-        if (rows.isEmpty())
+        if (!isInRow)
             continue;
         if (!hasKey && field.tag == keyTag) {
             rows.last().key = field.value;

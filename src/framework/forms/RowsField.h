@@ -2,15 +2,11 @@
 
 #include "core/data/PickLists.h"
 #include "framework/forms/Field.h"
-#include "framework/forms/GridRow.h"
+#include "framework/forms/RowDialog.h"
 
 #include <QHash>
 
-class QWidget;
-
 namespace sysadmin {
-
-class Prompter;
 
 /// What becomes of a row when its record is saved; computed from what the server has and the draft.
 enum class RowState { Unchanged, Added, Changed, Removed };
@@ -61,13 +57,6 @@ struct CellEdit {
     int most = 999999;
     QList<PickItem> items{}; ///< of a choice; the cell holds the id
 };
-
-/// Says why a row is not taken; empty takes it. `former` is the row as it was, null for a new one.
-using RowCheck = std::function<QString(const GridRow& row, const GridRow* former)>;
-/// Asks the operator for a row in a dialog that closes only over one that the check takes; none when he gives
-/// up. `former` as above.
-using RowAsker = std::function<std::optional<GridRow>(QWidget* parent, Prompter& prompter,
-                                                      const GridRow* former, const RowCheck& check)>;
 
 /// A button below the grid; without a name there is none.
 struct RowButton {
@@ -142,7 +131,6 @@ public:
     /// A key for a row that the server does not have.
     QString NewKey();
     static bool IsNewKey(const QString& key) { return key.startsWith(QChar(1)); }
-    RowState StateOf(const GridRow& row) const;
     /// All rows with their states in the order in which they are put: those that the server has in its order,
     /// removed ones among them, then the added ones; of a ranked list the removed ones, then the draft.
     QList<std::pair<GridRow, RowState>> Changes() const;
@@ -177,9 +165,9 @@ private:
 };
 
 /// The reply's records that begin with the marker as rows, a cell per tag; the channel's cursor stays where
-/// it is.
+/// it is. `otherMarker` begins records of another list, which end a row, too.
 QList<GridRow> ReadRows(const RequestChannel& channel, const QString& marker, const QString& keyTag,
-                        const QStringList& cellTags);
+                        const QStringList& cellTags, const QString& otherMarker = {});
 
 /// A row as one reads it aloud: the visible cells, and the captions of the marks that are set.
 QString InWords(const GridRow& row, const QList<GridColumn>& columns);
