@@ -35,6 +35,7 @@ public:
 
     /// The column of the sort order; -1 when rows stand in the order in which they came.
     int SortColumn() const { return m_order.Column(); }
+    Qt::SortOrder SortDirection() const { return m_order.Direction(); }
 
     /// The row with the key, hidden by the filter or not; null when there is none.
     const GridRow* FindRow(const QString& key) const;

@@ -17,6 +17,7 @@ public:
     GridOrder();
 
     int Column() const { return m_column; }
+    Qt::SortOrder Direction() const { return m_direction; }
     /// Orders by the column from now on; -1: the order in which the rows came.
     void Set(int column, Qt::SortOrder direction);
 

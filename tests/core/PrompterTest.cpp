@@ -46,7 +46,11 @@ TEST(WindowPrompter, ADialogHasItsHelpWhileItIsOpen) {
         auto* help = dialog.findChild<HelpWindow*>();
         ASSERT_TRUE(help);
         EXPECT_TRUE(help->findChild<QTextBrowser*>()->toPlainText().startsWith("Phone Numbers"));
-        EXPECT_TRUE(QTest::qWaitForWindowActive(help)); // which a window behind a modal one never is
+        // Which a window behind a modal one never becomes.
+        EXPECT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == help; }));
+        QTest::keyClick(help->findChild<QTextBrowser*>(), Qt::Key_Escape);
+        EXPECT_FALSE(help->isVisible());
+        EXPECT_TRUE(dialog.isVisible()) << "Esc closes the help alone";
         dialog.accept();
     });
     EXPECT_TRUE(prompter.RunDialog(dialog));

@@ -24,11 +24,10 @@ struct GroupForm : Form {
                    {.name = "vsfPhones", .caption = "Phones"},
                    {{.caption = "Number", .tag = "Ph"}},
                    {.marker = "PhId", .puts = {PutKey("PhId"), PutCell("Ph", 0), PutState("PhRq")}}};
-    PickedField members{
-        *this,
-        {.name = "members", .tag = "SI"},
-        {"vsfAvailable", "Available:", "vsfMembers", "&Members:"},
-        {.tags = {"AI", "AN", "SI", "SN", "St"}}};
+    PickedField members{*this,
+                        {.name = "members", .tag = "SI"},
+                        {"vsfAvailable", "Available:", "vsfMembers", "&Members:"},
+                        {.tags = {"AI", "AN", "SI", "SN", "St"}}};
 };
 
 class GroupScreen : public MaintenanceScreen {
