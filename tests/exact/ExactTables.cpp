@@ -1,5 +1,7 @@
 #include "exact/ExactTables.h"
 
+#include "support/Words.h"
+
 #include <QDate>
 #include <QDir>
 #include <QFile>
@@ -10,41 +12,12 @@ namespace sysadmin::exact {
 
 namespace {
 
-/// Words, or texts in double quotes (also behind a "="), in which \n is a line break.
-QStringList Split(const QString& line) {
-    QStringList words;
-    QString word;
-    bool quoted = false;
-    bool any = false;
-    for (qsizetype i = 0; i < line.size(); ++i) {
-        const QChar letter = line[i];
-        if (quoted && letter == '\\' && i + 1 < line.size()) {
-            const QChar next = line[++i];
-            word += next == 'n' ? QString("\r\n") : QString(next);
-        } else if (letter == '"') {
-            quoted = !quoted;
-            any = true;
-        } else if (letter == ' ' && !quoted) {
-            if (any)
-                words.append(word);
-            word.clear();
-            any = false;
-        } else {
-            word += letter;
-            any = true;
-        }
-    }
-    if (any)
-        words.append(word);
-    return words;
-}
-
 /// The words of a line, taken one after the other.
 class Line {
 public:
     explicit Line(const QString& text)
         : m_text(text)
-        , m_words(Split(text)) {}
+        , m_words(testing::SplitWords(text)) {}
     bool AtEnd() const { return m_words.isEmpty(); }
     QString Take() {
         if (m_words.isEmpty())
@@ -60,13 +33,6 @@ private:
     QString m_text;
     QStringList m_words;
 };
-
-wire::Fields Pairs(const QStringList& words) {
-    wire::Fields fields;
-    for (const QString& word : words)
-        fields.append(wire::Field{word.section('=', 0, 0), word.section('=', 1)});
-    return fields;
-}
 
 Put ReadPut(const QString& word) {
     using Kind = Put::Kind;
@@ -135,6 +101,8 @@ Field ReadField(const QString& kind, Line& line) {
             field.format = value;
         else if (name == u"loads")
             field.loads = value;
+        else if (name == u"tip")
+            field.tip = value;
         else if (name == u"values")
             field.values = value.split('|');
         else if (name == u"entry")
@@ -265,7 +233,7 @@ void ReadTableLine(Table& table, const QString& word, Line& line) {
         table.refusals.append(refusal);
     } else if (word == u"gives") {
         const QString request = line.Take();
-        table.given.append({request, Pairs(line.Rest())});
+        table.given.append({request, testing::FieldsOf(line.Rest())});
     } else if (word == u"box") {
         const QString name = line.Take();
         table.frames.append({name, line.Take()});
@@ -308,9 +276,9 @@ QList<Screen> ReadTables(const QString& subsystem) {
             screens.append(screen);
         } else if (word == u"asks") {
             const QString request = line.Take();
-            screens.last().asksFirst.append({request, Pairs(line.Rest())});
+            screens.last().asksFirst.append({request, testing::FieldsOf(line.Rest())});
         } else if (word == u"list-puts") {
-            screens.last().listPuts = Pairs(line.Rest());
+            screens.last().listPuts = testing::FieldsOf(line.Rest());
         } else if (word == u"table" || word == u"record") {
             screens.last().tables.append(Table());
             screens.last().tables.last().subject = line.Take();

@@ -44,7 +44,7 @@ struct Field {
     bool required = false;
     bool shown = false;    ///< displayed only
     bool editOnly = false; ///< a new record cannot use it
-    QString initial, unit, by, suffix, loads;
+    QString initial, unit, by, suffix, loads, tip;
     QString format = "yyyy-MM-dd";
     QStringList values; ///< of the records 1, 2, 3 where the driver's own will not do
     QList<PickItem> entries;

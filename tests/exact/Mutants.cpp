@@ -1,6 +1,7 @@
 #include "exact/Mutants.h"
 
 #include "framework/Declaration.h"
+#include "framework/forms/ListFields.h"
 #include "server/Subject.h"
 
 namespace sysadmin::exact {
@@ -76,9 +77,18 @@ void Fields(Mutator& mutator, Form& form) {
         FieldSpec& spec = field->Declaration();
         const QString of = " of " + spec.name;
         mutator.Text("tag" + of, spec.tag);
-        if (field->GetKind() == sysadmin::Field::Kind::Picked ||
-            field->GetKind() == sysadmin::Field::Kind::Checked)
+        if (field->GetKind() == sysadmin::Field::Kind::Picked) {
+            // Not to be changed by anybody else once the field is made.
+            auto& names = const_cast<PickedNames&>(static_cast<PickedField*>(field)->Names());
+            for (QString* name :
+                 {&names.availableGrid, &names.availableCaption, &names.selectedGrid, &names.selectedCaption,
+                  &names.select, &names.selectAll, &names.discard, &names.discardAll})
+                mutator.Text("pair of lists" + of, *name);
             continue;
+        }
+        if (field->GetKind() == sysadmin::Field::Kind::Checked)
+            continue;
+        mutator.Text("tool tip" + of, spec.toolTip);
         mutator.Text("caption" + of, spec.caption);
         mutator.Text("unit" + of, spec.unit);
         mutator.Text("initial value" + of, spec.initial);

@@ -27,14 +27,24 @@ auto* const postgres = new PostgresEnvironment;
 
 } // namespace
 
-void EngineTest::SetUp() {
-    if (GetParam() == StoreAddress::Engine::Sqlite)
-        return;
+namespace {
+
+void Skip(const QString& reason) {
+    GTEST_SKIP() << reason.toStdString();
+}
+
+} // namespace
+
+std::optional<StoreAddress> EmptyPlace(StoreAddress::Engine engine) {
+    if (engine == StoreAddress::Engine::Sqlite)
+        return {};
     PostgresServer& server = postgres->Server();
-    if (!server.Reason().isEmpty())
-        GTEST_SKIP() << server.Reason().toStdString();
+    if (!server.Reason().isEmpty()) {
+        Skip(server.Reason());
+        return {};
+    }
     static int number = 0;
-    m_address = server.MakeDatabase(QString("library%1").arg(++number));
+    return server.MakeDatabase(QString("library%1").arg(++number));
 }
 
 } // namespace sysadmin::testing

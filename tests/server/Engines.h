@@ -8,12 +8,14 @@
 
 namespace sysadmin::testing {
 
+/// An empty database for a library on the engine; none means a directory of the test's own. Where no server
+/// can be started the test is skipped, with the reason.
+std::optional<server::StoreAddress> EmptyPlace(server::StoreAddress::Engine engine);
+
 /// For tests that run on each database engine: an empty place for a library on the engine under test.
-/// PostgreSQL tests are skipped, with the reason, where no server can be started.
 class EngineTest : public ::testing::TestWithParam<server::StoreAddress::Engine> {
 protected:
-    void SetUp() override;
-    /// None means a directory of the test's own.
+    void SetUp() override { m_address = EmptyPlace(GetParam()); }
     std::optional<server::StoreAddress> Address() const { return m_address; }
 
 private:

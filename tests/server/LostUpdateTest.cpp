@@ -103,99 +103,6 @@ TEST_P(LostUpdateTest, EveryUpdateAndDeleteIsRefusedOnceSomebodyElseChangedTheRe
     EXPECT_GT(tried, 40);
 }
 
-TEST_P(LostUpdateTest, NobodyStandsInHisOwnWay) {
-    ASSERT_EQ(Mine().Send("LstVenTp").status, status::Ok);
-    for (const char* name : {"First", "Second", "Third"})
-        EXPECT_EQ(Mine().Send("UpdVenTp", {{"Cd", "BOOK"}, {"Nm", name}, {"OCd", "BOOK"}}).status,
-                  status::Ok);
-    // The other one has read nothing yet; then he has, and a third session's change counts for him alone.
-    EXPECT_EQ(Other().Send("UpdVenTp", {{"Cd", "BOOK"}, {"Nm", "Fourth"}, {"OCd", "BOOK"}}).status,
-              status::Ok);
-    EXPECT_EQ(Mine().Send("UpdVenTp", {{"Cd", "BOOK"}, {"Nm", "Fifth"}, {"OCd", "BOOK"}}).status,
-              status::RecordChanged);
-    EXPECT_EQ(Other().Send("UpdVenTp", {{"Cd", "BOOK"}, {"Nm", "Sixth"}, {"OCd", "BOOK"}}).status,
-              status::Ok);
-    EXPECT_EQ(InRecord(Mine().Send("LstVenTp").fields, "Cd", "BOOK", "Nm"), "Sixth");
-}
-
-TEST_P(LostUpdateTest, PartsOfARecordCountAsTheRecord) {
-    struct Case {
-        const char* what;
-        QString read;
-        wire::Fields readFields;
-        QString otherChange;
-        wire::Fields otherFields;
-        QString change;
-        wire::Fields changeFields;
-    };
-    const QString location = m_server->Value("SELECT location_id FROM location_addresses ORDER BY id");
-    const QString address = m_server->Value("SELECT id FROM location_addresses ORDER BY id");
-    const QList<Case> cases{
-        {"phones of an address of a location",
-         "GetLoc",
-         {{"ID", location}},
-         "UpdLoc",
-         {{"ID", location},
-          {"AdrRq", "2"},
-          {"AdrID", address},
-          {"PhNm", "+1 555 0199"},
-          {"PhTp", ""},
-          {"PhRq", "1"},
-          {"PhAID", address}},
-         "UpdLoc",
-         {{"ID", location}}},
-        {"a setting that two requests write",
-         "GetSecOptions",
-         {},
-         "UpdMscExpire",
-         {{"ED", "77"}},
-         "UpdSecOptions",
-         {{"PAX", "66"}}},
-        {"rows that belong to the one setting",
-         "GetWSSelfReg",
-         {},
-         "UpdWSSelfReg",
-         {{"FC", "firstName"}, {"FV", "N"}, {"FR", "N"}},
-         "UpdWSSelfReg",
-         {{"P", "12"}}},
-    };
-    for (const Case& one : cases) {
-        SCOPED_TRACE(one.what);
-        ASSERT_EQ(Mine().Send(one.read, one.readFields).status, status::Ok);
-        ASSERT_EQ(Other().Send(one.otherChange, one.otherFields).status, status::Ok);
-        EXPECT_EQ(Mine().Send(one.change, one.changeFields).status, status::RecordChanged);
-    }
-}
-
-TEST_P(LostUpdateTest, AKeyThatNamesAnotherRecordNowIsNoWayAround) {
-    ASSERT_EQ(Mine().Send("LstVenTp").status, status::Ok);
-    ASSERT_EQ(Other().Send("UpdVenTp", {{"Cd", "BOOK2"}, {"Nm", "Was Book"}, {"OCd", "BOOK"}}).status,
-              status::Ok);
-    ASSERT_EQ(Other().Send("AddVenTp", {{"Cd", "BOOK"}, {"Nm", "Quite Another"}}).status, status::Ok);
-    EXPECT_EQ(Mine().Send("UpdVenTp", {{"Cd", "BOOK"}, {"Nm", "Mine"}, {"OCd", "BOOK"}}).status,
-              status::RecordChanged);
-    EXPECT_EQ(Mine().Send("DelVenTp", {{"Cd", "BOOK"}}).status, status::RecordChanged);
-    EXPECT_EQ(InRecord(Mine().Send("LstVenTp").fields, "Cd", "BOOK", "Nm"), "Quite Another");
-
-    // One that is gone is not found, and who removed it is said.
-    ASSERT_EQ(Other().Send("DelVenTp", {{"Cd", "BOOK"}}).status, status::Ok);
-    const wire::Reply gone = Mine().Send("UpdVenTp", {{"Cd", "BOOK"}, {"Nm", "Mine"}, {"OCd", "BOOK"}});
-    EXPECT_EQ(gone.status, status::NotFound);
-    EXPECT_FALSE(wire::FirstValue(gone.fields, "ChBy").isEmpty());
-    EXPECT_TRUE(Mine().Send("DelVenTp", {{"Cd", "NEVER"}}).fields.isEmpty());
-}
-
-TEST_P(LostUpdateTest, AnUnchangedNameStaysAsItIs) {
-    ASSERT_EQ(
-        Mine().Send("UpdVenTp", {{"Cd", "BOOK"}, {"Nm", "Old Name"}, {"NNm", "N"}, {"OCd", "BOOK"}}).status,
-        status::Ok);
-    EXPECT_NE(InRecord(Mine().Send("LstVenTp").fields, "Cd", "BOOK", "Nm"), "Old Name");
-    ASSERT_EQ(
-        Mine().Send("UpdVenTp", {{"Cd", "BOOK"}, {"Nm", "New Name"}, {"NNm", "Y"}, {"OCd", "BOOK"}}).status,
-        status::Ok);
-    EXPECT_EQ(InRecord(Mine().Send("LstVenTp").fields, "Cd", "BOOK", "Nm"), "New Name");
-}
-
 TEST_P(LostUpdateTest, ARestartForgetsNoConflict) {
     const QString token = Mine().Token();
     ASSERT_EQ(Mine().Send("GetSecOptions").status, status::Ok);
@@ -223,18 +130,6 @@ TEST_P(LostUpdateTest, TwoProgramsOnOneLibrarySeeEachOther) {
     ASSERT_EQ(Mine().Send("UpdVenTp", {{"Cd", "BOOK"}, {"Nm", "Here"}, {"OCd", "BOOK"}}).status, status::Ok);
     EXPECT_EQ(there.Send("UpdVenTp", {{"Cd", "BOOK"}, {"Nm", "There"}, {"OCd", "BOOK"}}).status,
               status::RecordChanged);
-}
-
-TEST_P(LostUpdateTest, RepliesSayWhichSubjectsOthersChanged) {
-    Mine().Send("LstVenTp");
-    EXPECT_EQ(Mine().Send("UpdVenTp", {{"Cd", "BOOK"}, {"Nm", "Mine"}, {"OCd", "BOOK"}}).changed,
-              QStringList());
-    EXPECT_EQ(Mine().Send("GetBsCur").changed, QStringList());
-    ASSERT_EQ(Other().Send("UpdVenTp", {{"Cd", "PUB"}, {"Nm", "Theirs"}, {"OCd", "PUB"}}).status, status::Ok);
-    EXPECT_EQ(Mine().Send("GetBsCur").changed, QStringList{"VenTp"});
-    EXPECT_EQ(Mine().Send("GetBsCur").changed, QStringList()) << "once is enough";
-    ASSERT_EQ(Other().Send("UpdMscExpire", {{"ED", "70"}}).status, status::Ok);
-    EXPECT_EQ(Mine().Send("GetBsCur").changed, (QStringList{"MscExpire", "SecOptions"}));
 }
 
 } // namespace

@@ -3,6 +3,8 @@
 #include "server/OperatorPasswords.h"
 #include "wire/Codec.h"
 
+#include <stdexcept>
+
 namespace sysadmin::testing {
 
 using namespace server;
@@ -75,7 +77,7 @@ void TestServer::Open() {
     QString error;
     m_library = Library::Open(opening, &error);
     if (!m_library)
-        qFatal("%s", qPrintable(error));
+        throw std::runtime_error("no library: " + error.toStdString());
     m_client = Connect();
 }
 
@@ -95,7 +97,7 @@ std::unique_ptr<TestClient> TestServer::Connect(const QString& peer) const {
 void TestServer::SignOnAs(const QString& operatorId) {
     m_client = Connect();
     if (const qint16 status = m_client->SignOn(operatorId, SamplePassword(operatorId)))
-        qFatal("%s cannot sign on: %d", qPrintable(operatorId), status);
+        throw std::runtime_error(operatorId.toStdString() + " cannot sign on: " + std::to_string(status));
     m_signedOn = operatorId;
 }
 

@@ -1,0 +1,312 @@
+#include "exact/ScreenStory.h"
+
+#include "exact/Rig.h"
+#include "support/Words.h"
+
+#include <QClipboard>
+#include <QDateEdit>
+#include <QDialog>
+#include <QFile>
+#include <QGroupBox>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QLabel>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace sysadmin::exact {
+
+using sysadmin::testing::FieldsOf;
+using sysadmin::testing::SplitWords;
+
+namespace {
+
+/// Days that stand for themselves: "$today", "$tomorrow", "$yesterday", "$nextYear".
+QString Dated(QString line) {
+    const QDate today = QDate::currentDate();
+    const std::initializer_list<std::pair<const char*, QDate>> days{{"$today", today},
+                                                                    {"$tomorrow", today.addDays(1)},
+                                                                    {"$yesterday", today.addDays(-1)},
+                                                                    {"$nextYear", today.addYears(1)}};
+    for (const auto& [name, day] : days) {
+        line.replace(QString(name) + "/", day.toString("MM/dd/yyyy"));
+        line.replace(name, day.toString("yyyyMMdd"));
+    }
+    return line;
+}
+
+Qt::Key KeyOf(const QString& name) {
+    static const QHash<QString, Qt::Key> keys{{"Return", Qt::Key_Return}, {"Escape", Qt::Key_Escape},
+                                              {"Insert", Qt::Key_Insert}, {"Delete", Qt::Key_Delete},
+                                              {"F2", Qt::Key_F2},         {"Save", Qt::Key_S}};
+    if (!keys.contains(name))
+        throw std::runtime_error("no key " + name.toStdString());
+    return keys[name];
+}
+
+QString ItemsOf(const QList<PickItem>& items) {
+    QStringList words;
+    for (const PickItem& item : items)
+        words.append(item.id + ":" + item.text);
+    return words.join('|');
+}
+
+} // namespace
+
+void ScreenStory::TellLines(const Lines& lines) {
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        const auto& [number, line] = lines[i];
+        const ::testing::ScopedTrace trace(qPrintable(GetParam().file), number, line.toStdString());
+        try {
+            if (!line.startsWith("dialog ")) {
+                Do(line);
+                continue;
+            }
+            Lines inside;
+            for (int depth = 1; depth > 0;) {
+                inside.append(lines.at(++i));
+                depth += inside.last().second.startsWith("dialog ") ? 1
+                         : inside.last().second == u"end"           ? -1
+                                                                    : 0;
+            }
+            inside.removeLast();
+            ExpectDialog(line.mid(7), inside);
+        } catch (const std::exception& error) {
+            ADD_FAILURE() << error.what();
+        }
+    }
+}
+
+void ScreenStory::ExpectDialog(const QString& name, const Lines& inside) {
+    prompter.ExpectDialogResult(name, [this, inside](QDialog& dialog) {
+        QWidget* before = std::exchange(front, &dialog);
+        TellLines(inside);
+        front = before;
+    });
+}
+
+void ScreenStory::Do(const QString& line) {
+    Words words = SplitWords(Dated(line));
+    const QString command = words.takeFirst();
+    if (!Prepare(command, words) && !Act(command, words) && !Look(command, words))
+        throw std::runtime_error("no command " + command.toStdString());
+}
+
+bool ScreenStory::Prepare(const QString& command, const Words& words) {
+    if (command == u"rights") {
+        SetRights(words[0] == u"edit");
+    } else if (command == u"answer") {
+        const bool fails = words.value(1) == u"!";
+        channel.Answer(words[0], fails ? words[2].toShort() : qint16(0), FieldsOf(words.mid(fails ? 3 : 1)));
+    } else if (command == u"picklist") {
+        QList<PickItem> items;
+        for (const QString& word : words.mid(1))
+            items.append({word.section(':', 0, 0), word.section(':', 1)});
+        application.pickLists.Set(words[0], items);
+    } else if (command == u"pick") {
+        application.pickLists.Put({words[0]}, {words[1], words[2]});
+    } else if (command == u"notice") {
+        emit application.notices.SubjectChanged(words[0]);
+    } else if (command == u"cluster") {
+        application.clusters.Put({{}, words[2], words[1], words[0]});
+        application.clusters.SetCurrent(words[0]);
+        if (front)
+            static_cast<sysadmin::Screen*>(front)->OnClusterChanged();
+    } else if (command == u"open") {
+        Open(AddAllScreens, words[0]);
+    } else if (command == u"box") {
+        ExpectBox(words);
+    } else if (command == u"error") {
+        ExpectErrorDialog(prompter, words[1], words[0].toShort(), words[2], words[3]);
+    } else {
+        return false;
+    }
+    return true;
+}
+
+/// TEXT [no] [Exclamation|Question|...] [TITLE]
+void ScreenStory::ExpectBox(Words words) {
+    static const QHash<QString, Box::Icon> icons{{"Information", Box::Icon::Information},
+                                                 {"Question", Box::Icon::Question},
+                                                 {"Exclamation", Box::Icon::Exclamation},
+                                                 {"Critical", Box::Icon::Critical}};
+    const QString text = words.takeFirst();
+    const bool answer = words.removeAll("no") == 0;
+    std::optional<Box::Icon> icon;
+    if (icons.contains(words.value(0)))
+        icon = icons[words.takeFirst()];
+    prompter.ExpectBox(text, answer, icon, words.isEmpty() ? std::nullopt : std::optional(words[0]));
+}
+
+bool ScreenStory::Act(const QString& command, const Words& words) {
+    if (command == u"click") {
+        for (const QString& name : words)
+            Click(Around(name), name);
+    } else if (command == u"type") {
+        Type(Around(words[0]), words[0], words[1]);
+    } else if (command == u"fill") {
+        for (qsizetype i = 1; i < words.size(); ++i)
+            Do(QString("type %1_%2 \"%3\"").arg(words[0]).arg(i - 1).arg(words[i]));
+    } else if (command == u"keys") { // into whatever has the focus then
+        Seen(words[0]).setFocus();
+        for (const QChar letter : words[1])
+            QTest::keyClick(front->focusWidget(), letter.toLatin1());
+    } else if (command == u"paste") {
+        auto& edit = static_cast<QLineEdit&>(Seen(words[0]));
+        QGuiApplication::clipboard()->setText(words[1]);
+        edit.setFocus();
+        edit.selectAll();
+        edit.paste();
+    } else if (command == u"press") {
+        QTest::keyClick(&Seen(words[1]), KeyOf(words[0]),
+                        words[0] == u"Save" ? Qt::ControlModifier : Qt::NoModifier);
+    } else if (command == u"check" || command == u"uncheck") {
+        for (const QString& name : words)
+            Check(Around(name), name, command == u"check");
+    } else if (command == u"choose") {
+        Choose(Around(words[0]), words[0], words[1]);
+    } else if (command == u"select") {
+        static_cast<ListGrid&>(Seen(words[0])).SelectKeys(words.mid(1));
+    } else if (command == u"column") {
+        emit Grid(words[0]).horizontalHeader()->sectionClicked(words[1].toInt());
+    } else if (command == u"tick") {
+        auto& list = Get<QListWidget>(words[0]);
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
+                          list.visualItemRect(list.item(words[1].toInt())).center());
+    } else if (command == u"tab") {
+        Get<QTabWidget>(words[0]).setCurrentIndex(words[1].toInt());
+    } else if (command == u"date") {
+        Get<QDateEdit>(words[0]).setDate(QDate::fromString(words[1], "yyyyMMdd"));
+    } else if (command == u"reload") {
+        static_cast<sysadmin::Screen*>(front)->LoadScreen();
+    } else if (command == u"give-up") {
+        static_cast<QDialog*>(front)->reject();
+    } else {
+        return false;
+    }
+    return true;
+}
+
+bool ScreenStory::Look(const QString& command, const Words& words) {
+    const auto each = [&](const auto& test, bool wanted) {
+        for (const QString& name : words)
+            EXPECT_EQ(test(Seen(name)), wanted) << name.toStdString();
+    };
+    if (command == u"sent") {
+        Sent(words);
+    } else if (command == u"sends") {
+        const ScriptedChannel::Sent sent = channel.LastSent(words[0]);
+        for (const QString& word : words.mid(1))
+            EXPECT_EQ(sent.Values(word.section(':', 0, 0)).join('|'), word.section(':', 1))
+                << word.toStdString();
+    } else if (command == u"requests") {
+        EXPECT_EQ(channel.SentNames().mid(m_looked).join(' '), words.join(' '));
+        m_looked = channel.sent.size();
+    } else if (command == u"rows") {
+        EXPECT_EQ(GridRows(Around(words[0]), words[0]), words.mid(1));
+    } else if (command == u"cells") { // of the window's grid, from this column on
+        QStringList rows;
+        const GridModel& model = front->findChild<ListGrid*>()->Model();
+        for (int row = 0; row < model.rowCount(); ++row) {
+            QStringList cells;
+            for (int column = words[0].toInt(); column < model.columnCount(); ++column)
+                cells.append(model.CellText(row, column));
+            rows.append(cells.join('|'));
+        }
+        EXPECT_EQ(rows, words.mid(1));
+    } else if (command == u"exports") {
+        const QTemporaryDir directory;
+        prompter.ExpectSaveFile(directory.filePath("out.csv"));
+        Click(words[0]);
+        QFile file(directory.filePath("out.csv"));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        EXPECT_EQ(QString::fromUtf8(file.readAll()).remove(QChar(0xFEFF)), words[1]);
+    } else if (command == u"selected") {
+        EXPECT_EQ(static_cast<ListGrid&>(Seen(words[0])).SelectedKeys(), words.mid(1));
+    } else if (command == u"shows") {
+        EXPECT_EQ(Shown(words[0]), QString(words[1]).replace("\r\n", "\n"));
+    } else if (command == u"caption") {
+        EXPECT_EQ(FrameCaption(), words[0]);
+    } else if (command == u"entries") {
+        QStringList entries;
+        const auto& box = static_cast<QComboBox&>(Seen(words[0]));
+        for (int i = 0; i < box.count(); ++i)
+            entries.append(box.itemText(i));
+        EXPECT_EQ(entries, words.mid(1));
+    } else if (command == u"held") { // by a shared pick-list
+        EXPECT_EQ(ItemsOf(application.pickLists.Items(words[0])), words.mid(1).join('|'));
+    } else if (command == u"enabled" || command == u"disabled") {
+        each([](const QWidget& widget) { return widget.isEnabled(); }, command == u"enabled");
+    } else if (command == u"hidden" || command == u"seen") {
+        each([](const QWidget& widget) { return widget.isVisible(); }, command == u"seen");
+    } else if (command == u"locked") {
+        each([](const QWidget& widget) { return widget.property("readOnly").toBool(); }, true);
+    } else if (command == u"focus") {
+        EXPECT_TRUE(Seen(words[0]).hasFocus());
+    } else if (command == u"tabs") { // those that can be chosen
+        QStringList tabs;
+        const auto& bar = Get<QTabWidget>(words[0]);
+        for (int i = 0; i < bar.count(); ++i)
+            if (bar.isTabEnabled(i) && (bar.tabBar()->isEnabled() || i == bar.currentIndex()))
+                tabs.append(QString(bar.tabText(i)).remove('&'));
+        EXPECT_EQ(tabs, words.mid(1));
+    } else if (command == u"close") { // yes or no
+        EXPECT_EQ(front->close(), words[0] == u"yes");
+    } else if (command == u"current") { // the cluster that is worked in
+        const clsCluster* current = application.clusters.Current();
+        EXPECT_EQ(current ? current->sClusterID + ":" + current->sClusterName + ":" + current->sInUsePULoc
+                          : QString(),
+                  words[0]);
+    } else if (command == u"decimals") {
+        EXPECT_EQ(application.profile.MoneyDecimals(), words[0].toInt());
+    } else if (command == u"stays") {
+        EXPECT_TRUE(front->isVisible());
+    } else {
+        return false;
+    }
+    return true;
+}
+
+/// The last request, to the letter.
+void ScreenStory::Sent(const Words& words) {
+    const ScriptedChannel::Sent& last = channel.sent.last();
+    EXPECT_EQ(Line(last.name, last.fields).toStdString(),
+              Line(words[0], FieldsOf(words.mid(1))).toStdString());
+}
+
+QWidget& ScreenStory::Seen(const QString& name) {
+    const QList<QWidget*> all = front->findChildren<QWidget*>(name);
+    for (QWidget* widget : all)
+        if (widget->isVisible())
+            return *widget;
+    if (all.isEmpty())
+        throw std::runtime_error("no control " + name.toStdString());
+    return *all.first();
+}
+
+QString ScreenStory::Shown(const QString& name) {
+    QWidget& widget = Seen(name);
+    if (const auto* edit = qobject_cast<QPlainTextEdit*>(&widget))
+        return edit->toPlainText();
+    if (const auto* edit = qobject_cast<QDateEdit*>(&widget))
+        return edit->date().toString("yyyyMMdd");
+    if (const auto* box = qobject_cast<QComboBox*>(&widget))
+        return box->currentText();
+    if (const auto* box = qobject_cast<QGroupBox*>(&widget))
+        return box->title();
+    if (const auto* button = qobject_cast<QAbstractButton*>(&widget); button && button->isCheckable())
+        return button->isChecked() ? "Y" : "N";
+    if (const auto* list = qobject_cast<QListWidget*>(&widget)) { // its marks
+        QString marks;
+        for (int i = 0; i < list->count(); ++i)
+            marks += list->item(i)->checkState() == Qt::Checked ? 'Y' : 'N';
+        return marks;
+    }
+    return widget.property("text").toString();
+}
+
+} // namespace sysadmin::exact
