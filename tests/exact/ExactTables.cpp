@@ -69,6 +69,10 @@ Field ReadField(const QString& kind, Line& line) {
         return field;
     }
     field.tag = line.Take();
+    if (kind == u"grid") {
+        field.parts = line.Rest();
+        return field;
+    }
     field.caption = line.Take();
     while (!line.AtEnd()) {
         const QString word = line.Take();
@@ -128,8 +132,8 @@ Field ReadField(const QString& kind, Line& line) {
 
 void ReadTableLine(Table& table, const QString& word, Line& line) {
     const auto dash = [](const QString& text) { return text == u"-" ? QString() : text; };
-    static const QStringList kinds{"text", "flag",  "letter",   "choice", "number",
-                                   "date", "lines", "interval", "picked", "other"};
+    static const QStringList kinds{"text",  "flag",     "letter", "choice", "number",   "date",
+                                   "lines", "interval", "picked", "other",  "password", "grid"};
     if (kinds.contains(word)) {
         table.fields.append(ReadField(word, line));
     } else if (word == u"frame") {
@@ -273,6 +277,7 @@ QList<Screen> ReadTables(const QString& subsystem) {
             screen.name = line.Take();
             screen.caption = line.Take();
             screen.area = line.Take();
+            screen.told = !line.AtEnd() && line.Take() == u"told";
             screens.append(screen);
         } else if (word == u"asks") {
             const QString request = line.Take();

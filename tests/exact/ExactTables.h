@@ -46,6 +46,8 @@ struct Field {
     bool editOnly = false; ///< a new record cannot use it
     QString initial, unit, by, suffix, loads, tip;
     QString format = "yyyy-MM-dd";
+    QStringList parts;  ///< of a grid of rows: its columns, puts, buttons and dialog, as `CompareDeclaration`
+                        ///< says them
     QStringList values; ///< of the records 1, 2, 3 where the driver's own will not do
     QList<PickItem> entries;
     Source source;
@@ -107,6 +109,7 @@ struct Table {
 
 struct Screen {
     QString key, name, caption, area;
+    bool told = false; ///< stories tell what it does; its rows are compared with what it declares
     wire::Fields listPuts;
     QList<QPair<QString, wire::Fields>> asksFirst; ///< requests before everything else, and what they put
     QList<Table> tables;

@@ -59,6 +59,8 @@ TEST_F(ExactJob, WhatWasEnteredIsThereTheNextDay) {
     const auto forEach = [](const std::function<void(const Screen&, const Table&)>& step) {
         for (const Screen& screen : AllScreens())
             for (const Table& table : screen.tables) {
+                if (screen.told)
+                    continue;
                 SCOPED_TRACE((screen.key + ", " + table.subject).toStdString());
                 try {
                     step(screen, table);

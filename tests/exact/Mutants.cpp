@@ -72,10 +72,42 @@ void Puts(Mutator& mutator, QList<PutStep>& puts) {
     }
 }
 
+void Fields(Mutator& mutator, Form& form);
+
+void Rows(Mutator& mutator, RowsField& rows, const QString& of) {
+    // Not to be changed by anybody else once the field is made.
+    for (GridColumn& column : const_cast<QList<GridColumn>&>(rows.Columns())) {
+        mutator.Text("column" + of, column.caption);
+        mutator.Text("tag of a column" + of, column.tag);
+    }
+    RowsSpec& spec = rows.Behaviour();
+    mutator.Text("marker" + of, spec.marker);
+    for (RowTag& put : spec.puts)
+        mutator.Text("tag of a put" + of, put.tag);
+    for (RowButton* button : {&spec.add, &spec.modify, &spec.remove}) {
+        mutator.Text("button" + of, button->name);
+        mutator.Text("button's caption" + of, button->caption);
+    }
+    if (!spec.ask)
+        return;
+    FormDialogSpec& dialog = spec.ask.dialog;
+    for (QString* text : {&dialog.name, &dialog.title, &dialog.okName, &dialog.cancelName})
+        mutator.Text("dialog" + of, *text);
+    mutator.Number("help of the dialog" + of, [&dialog](int by) { dialog.helpContext += by; });
+    for (QString& caption : spec.ask.captions)
+        mutator.Text("caption in the dialog" + of, caption);
+    if (spec.ask.form)
+        Fields(mutator, *spec.ask.form);
+}
+
 void Fields(Mutator& mutator, Form& form) {
     for (sysadmin::Field* field : form.Fields()) {
         FieldSpec& spec = field->Declaration();
         const QString of = " of " + spec.name;
+        if (field->GetKind() == sysadmin::Field::Kind::Rows) {
+            Rows(mutator, static_cast<RowsField&>(*field), of);
+            continue;
+        }
         mutator.Text("tag" + of, spec.tag);
         if (field->GetKind() == sysadmin::Field::Kind::Picked) {
             // Not to be changed by anybody else once the field is made.

@@ -6,6 +6,7 @@
 #include "requests/RequestsScreens.h"
 #include "search/SearchScreens.h"
 #include "security/SecurityScreens.h"
+#include "security/frmSecurity_PasswordExpiration.h"
 #include "system/SystemScreens.h"
 
 #include <QDialog>
@@ -93,9 +94,12 @@ Rig::~Rig() = default;
 sysadmin::Screen& Rig::Open(const std::function<void(ScreenDeclaration&)>& alter) {
     app.alterDeclaration = alter;
     const ScreenEntry* entry = app.catalogue.Find(m_rows.key);
-    if (!entry || !entry->screen.make)
+    if (m_rows.name == u"frmSecurity_PasswordExpiration") // stands in a dialog
+        screen = std::make_unique<frmSecurity_PasswordExpiration>(app, nullptr);
+    else if (!entry || !entry->screen.make)
         throw std::runtime_error("no screen " + m_rows.key.toStdString());
-    screen.reset(entry->screen.make(app, nullptr));
+    else
+        screen.reset(entry->screen.make(app, nullptr));
     screen->LoadScreen();
     return *screen;
 }

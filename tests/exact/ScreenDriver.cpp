@@ -1,5 +1,6 @@
 #include "exact/ScreenDriver.h"
 
+#include "exact/DeclarationDriver.h"
 #include "framework/Captions.h"
 
 #include <QAbstractButton>
@@ -11,6 +12,8 @@
 namespace sysadmin::exact {
 
 QStringList ScreenDriver::Run() {
+    if (m_screen.told)
+        return Compare();
     try {
         for (const Table& table : m_screen.tables) {
             m_table = &table;
@@ -21,6 +24,17 @@ QStringList ScreenDriver::Run() {
         }
     } catch (const Stop&) {
     }
+    m_rig.reset();
+    return m_differences;
+}
+
+QStringList ScreenDriver::Compare() {
+    m_rig = std::make_unique<Rig>(m_screen, true);
+    m_rig->Open([this](ScreenDeclaration& declared) {
+        if (m_alter)
+            m_alter(declared);
+        m_differences = CompareDeclaration(m_screen, declared);
+    });
     m_rig.reset();
     return m_differences;
 }

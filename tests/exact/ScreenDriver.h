@@ -32,6 +32,8 @@ private:
     void ExpectRows(const QString& what, const QStringList& wanted);
     void ExpectValues(const QString& what);
 
+    /// Of a screen that stories tell.
+    QStringList Compare();
     void Start(bool mayEdit = true, const std::function<void()>& prepare = {});
     void Script(bool mayEdit);
     void Guard(const QString& what, const std::function<void()>& step);

@@ -31,7 +31,9 @@ private:
     void Refusals(const QString& id);
     void WrongValues(const QString& key);
     void Duplicates();
-    void Stored(const QString& what, const QString& key, const Values& wanted, const QStringList& taken);
+    void Stored(const QString& what, const QString& key, const Values& wanted,
+                const QMap<QString, QStringList>& in);
+    void ExpectOffered(const QString& request, const wire::Reply& reply);
     void History(const QString& request);
 
     Values ValuesOf(int record);

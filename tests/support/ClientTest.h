@@ -4,7 +4,7 @@
 #include "core/MainWindow.h"
 #include "core/Screen.h"
 #include "server/Library.h"
-#include "support/ControlTest.h"
+#include "support/StoryTeller.h"
 
 #include <QTemporaryDir>
 
@@ -12,7 +12,7 @@ namespace sysadmin {
 
 /// The whole client on a sample library of its own: real server in the process, real screens, scripted
 /// operator for boxes and dialogs.
-class ClientTest : public ControlTest {
+class ClientTest : public StoryTeller {
 protected:
     ClientTest();
 

@@ -2,15 +2,15 @@
 
 #include "core/Application.h"
 #include "core/Screen.h"
-#include "support/ControlTest.h"
 #include "support/FakeCommunication.h"
 #include "support/ScriptedChannel.h"
+#include "support/StoryTeller.h"
 
 namespace sysadmin {
 
 /// A screen under test with a scripted server and operator. Rights: all areas may be edited unless
 /// `SetRights` says otherwise before `Open`.
-class ScreenTest : public ControlTest {
+class ScreenTest : public StoryTeller {
 protected:
     ScreenTest();
     ~ScreenTest() override;

@@ -1,4 +1,4 @@
-#include "app/JobTest.h"
+#include "support/JobTest.h"
 
 #include <QFile>
 #include <QJsonArray>

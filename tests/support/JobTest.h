@@ -15,7 +15,7 @@ protected:
 
     using Sent = ScriptedChannel::Sent;
     /// What the clients have sent so far, in order.
-    QList<Sent> Traffic() const;
+    QList<Sent> Traffic() const override;
     /// The last request of this name; fails the test when there is none.
     Sent LastSent(const QString& request) const;
     /// A text that must not stand in the trace.

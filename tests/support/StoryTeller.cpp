@@ -1,6 +1,6 @@
-#include "exact/ScreenStory.h"
+#include "support/StoryTeller.h"
 
-#include "exact/Rig.h"
+#include "core/Screen.h"
 #include "support/Words.h"
 
 #include <QClipboard>
@@ -18,10 +18,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-namespace sysadmin::exact {
-
-using sysadmin::testing::FieldsOf;
-using sysadmin::testing::SplitWords;
+namespace sysadmin {
 
 namespace {
 
@@ -48,19 +45,24 @@ Qt::Key KeyOf(const QString& name) {
     return keys[name];
 }
 
-QString ItemsOf(const QList<PickItem>& items) {
-    QStringList words;
-    for (const PickItem& item : items)
-        words.append(item.id + ":" + item.text);
-    return words.join('|');
+QString Said(const ScriptedChannel::Sent& request) {
+    QString line = request.name;
+    for (const wire::Field& field : request.fields)
+        line += " " + field.tag + "=" + field.value;
+    return line;
 }
 
 } // namespace
 
-void ScreenStory::TellLines(const Lines& lines) {
+void StoryTeller::Tell(const testing::Story& story) {
+    m_file = story.file;
+    TellLines(story.lines);
+}
+
+void StoryTeller::TellLines(const Lines& lines) {
     for (qsizetype i = 0; i < lines.size(); ++i) {
         const auto& [number, line] = lines[i];
-        const ::testing::ScopedTrace trace(qPrintable(GetParam().file), number, line.toStdString());
+        const ::testing::ScopedTrace trace(qPrintable(m_file), number, line.toStdString());
         try {
             if (!line.startsWith("dialog ")) {
                 Do(line);
@@ -81,7 +83,7 @@ void ScreenStory::TellLines(const Lines& lines) {
     }
 }
 
-void ScreenStory::ExpectDialog(const QString& name, const Lines& inside) {
+void StoryTeller::ExpectDialog(const QString& name, const Lines& inside) {
     prompter.ExpectDialogResult(name, [this, inside](QDialog& dialog) {
         QWidget* before = std::exchange(front, &dialog);
         TellLines(inside);
@@ -89,47 +91,23 @@ void ScreenStory::ExpectDialog(const QString& name, const Lines& inside) {
     });
 }
 
-void ScreenStory::Do(const QString& line) {
-    Words words = SplitWords(Dated(line));
+void StoryTeller::Do(const QString& line) {
+    Words words = testing::SplitWords(Dated(line));
     const QString command = words.takeFirst();
-    if (!Prepare(command, words) && !Act(command, words) && !Look(command, words))
+    if (!OnStage(command, words) && !ComesUp(command, words) && !Act(command, words) &&
+        !LookAtTraffic(command, words) && !Look(command, words))
         throw std::runtime_error("no command " + command.toStdString());
 }
 
-bool ScreenStory::Prepare(const QString& command, const Words& words) {
-    if (command == u"rights") {
-        SetRights(words[0] == u"edit");
-    } else if (command == u"answer") {
-        const bool fails = words.value(1) == u"!";
-        channel.Answer(words[0], fails ? words[2].toShort() : qint16(0), FieldsOf(words.mid(fails ? 3 : 1)));
-    } else if (command == u"picklist") {
-        QList<PickItem> items;
-        for (const QString& word : words.mid(1))
-            items.append({word.section(':', 0, 0), word.section(':', 1)});
-        application.pickLists.Set(words[0], items);
-    } else if (command == u"pick") {
-        application.pickLists.Put({words[0]}, {words[1], words[2]});
-    } else if (command == u"notice") {
-        emit application.notices.SubjectChanged(words[0]);
-    } else if (command == u"cluster") {
-        application.clusters.Put({{}, words[2], words[1], words[0]});
-        application.clusters.SetCurrent(words[0]);
-        if (front)
-            static_cast<sysadmin::Screen*>(front)->OnClusterChanged();
-    } else if (command == u"open") {
-        Open(AddAllScreens, words[0]);
-    } else if (command == u"box") {
-        ExpectBox(words);
-    } else if (command == u"error") {
-        ExpectErrorDialog(prompter, words[1], words[0].toShort(), words[2], words[3]);
-    } else {
-        return false;
+/// box: TEXT [ICON] [no] [TITLE]
+bool StoryTeller::ComesUp(const QString& command, const Words& all) {
+    if (command == u"error") {
+        ExpectErrorDialog(prompter, all[1], all[0].toShort(), all[2], all[3]);
+        return true;
     }
-    return true;
-}
-
-/// TEXT [no] [Exclamation|Question|...] [TITLE]
-void ScreenStory::ExpectBox(Words words) {
+    if (command != u"box")
+        return false;
+    Words words = all;
     static const QHash<QString, Box::Icon> icons{{"Information", Box::Icon::Information},
                                                  {"Question", Box::Icon::Question},
                                                  {"Exclamation", Box::Icon::Exclamation},
@@ -140,9 +118,10 @@ void ScreenStory::ExpectBox(Words words) {
     if (icons.contains(words.value(0)))
         icon = icons[words.takeFirst()];
     prompter.ExpectBox(text, answer, icon, words.isEmpty() ? std::nullopt : std::optional(words[0]));
+    return true;
 }
 
-bool ScreenStory::Act(const QString& command, const Words& words) {
+bool StoryTeller::Act(const QString& command, const Words& words) {
     if (command == u"click") {
         for (const QString& name : words)
             Click(Around(name), name);
@@ -171,6 +150,8 @@ bool ScreenStory::Act(const QString& command, const Words& words) {
         Choose(Around(words[0]), words[0], words[1]);
     } else if (command == u"select") {
         static_cast<ListGrid&>(Seen(words[0])).SelectKeys(words.mid(1));
+    } else if (command == u"row") { // by its beginning
+        Select(Around(words[0]), words[1], words[0]);
     } else if (command == u"column") {
         emit Grid(words[0]).horizontalHeader()->sectionClicked(words[1].toInt());
     } else if (command == u"tick") {
@@ -182,7 +163,7 @@ bool ScreenStory::Act(const QString& command, const Words& words) {
     } else if (command == u"date") {
         Get<QDateEdit>(words[0]).setDate(QDate::fromString(words[1], "yyyyMMdd"));
     } else if (command == u"reload") {
-        static_cast<sysadmin::Screen*>(front)->LoadScreen();
+        static_cast<Screen*>(front)->LoadScreen();
     } else if (command == u"give-up") {
         static_cast<QDialog*>(front)->reject();
     } else {
@@ -191,22 +172,12 @@ bool ScreenStory::Act(const QString& command, const Words& words) {
     return true;
 }
 
-bool ScreenStory::Look(const QString& command, const Words& words) {
+bool StoryTeller::Look(const QString& command, const Words& words) {
     const auto each = [&](const auto& test, bool wanted) {
         for (const QString& name : words)
             EXPECT_EQ(test(Seen(name)), wanted) << name.toStdString();
     };
-    if (command == u"sent") {
-        Sent(words);
-    } else if (command == u"sends") {
-        const ScriptedChannel::Sent sent = channel.LastSent(words[0]);
-        for (const QString& word : words.mid(1))
-            EXPECT_EQ(sent.Values(word.section(':', 0, 0)).join('|'), word.section(':', 1))
-                << word.toStdString();
-    } else if (command == u"requests") {
-        EXPECT_EQ(channel.SentNames().mid(m_looked).join(' '), words.join(' '));
-        m_looked = channel.sent.size();
-    } else if (command == u"rows") {
+    if (command == u"rows") {
         EXPECT_EQ(GridRows(Around(words[0]), words[0]), words.mid(1));
     } else if (command == u"cells") { // of the window's grid, from this column on
         QStringList rows;
@@ -237,8 +208,6 @@ bool ScreenStory::Look(const QString& command, const Words& words) {
         for (int i = 0; i < box.count(); ++i)
             entries.append(box.itemText(i));
         EXPECT_EQ(entries, words.mid(1));
-    } else if (command == u"held") { // by a shared pick-list
-        EXPECT_EQ(ItemsOf(application.pickLists.Items(words[0])), words.mid(1).join('|'));
     } else if (command == u"enabled" || command == u"disabled") {
         each([](const QWidget& widget) { return widget.isEnabled(); }, command == u"enabled");
     } else if (command == u"hidden" || command == u"seen") {
@@ -256,13 +225,6 @@ bool ScreenStory::Look(const QString& command, const Words& words) {
         EXPECT_EQ(tabs, words.mid(1));
     } else if (command == u"close") { // yes or no
         EXPECT_EQ(front->close(), words[0] == u"yes");
-    } else if (command == u"current") { // the cluster that is worked in
-        const clsCluster* current = application.clusters.Current();
-        EXPECT_EQ(current ? current->sClusterID + ":" + current->sClusterName + ":" + current->sInUsePULoc
-                          : QString(),
-                  words[0]);
-    } else if (command == u"decimals") {
-        EXPECT_EQ(application.profile.MoneyDecimals(), words[0].toInt());
     } else if (command == u"stays") {
         EXPECT_TRUE(front->isVisible());
     } else {
@@ -271,14 +233,32 @@ bool ScreenStory::Look(const QString& command, const Words& words) {
     return true;
 }
 
-/// The last request, to the letter.
-void ScreenStory::Sent(const Words& words) {
-    const ScriptedChannel::Sent& last = channel.sent.last();
-    EXPECT_EQ(Line(last.name, last.fields).toStdString(),
-              Line(words[0], FieldsOf(words.mid(1))).toStdString());
+bool StoryTeller::LookAtTraffic(const QString& command, const Words& words) {
+    if (command != u"sent" && command != u"sends" && command != u"requests")
+        return false;
+    const QList<ScriptedChannel::Sent> traffic = Traffic();
+    ScriptedChannel::Sent last;
+    QStringList names;
+    for (const ScriptedChannel::Sent& request : traffic) {
+        names.append(request.name);
+        if (command == u"sent" || request.name == words[0])
+            last = request;
+    }
+    if (command == u"sent") {
+        EXPECT_EQ(Said(last), Said({words[0], testing::FieldsOf(words.mid(1))}));
+    } else if (command == u"sends") {
+        EXPECT_EQ(last.name, words[0]) << "was never sent";
+        for (const QString& word : words.mid(1))
+            EXPECT_EQ(last.Values(word.section(':', 0, 0)).join('|'), word.section(':', 1))
+                << word.toStdString();
+    } else {
+        EXPECT_EQ(names.mid(m_looked), words);
+        m_looked = names.size();
+    }
+    return true;
 }
 
-QWidget& ScreenStory::Seen(const QString& name) {
+QWidget& StoryTeller::Seen(const QString& name) {
     const QList<QWidget*> all = front->findChildren<QWidget*>(name);
     for (QWidget* widget : all)
         if (widget->isVisible())
@@ -288,7 +268,7 @@ QWidget& ScreenStory::Seen(const QString& name) {
     return *all.first();
 }
 
-QString ScreenStory::Shown(const QString& name) {
+QString StoryTeller::Shown(const QString& name) {
     QWidget& widget = Seen(name);
     if (const auto* edit = qobject_cast<QPlainTextEdit*>(&widget))
         return edit->toPlainText();
@@ -309,4 +289,4 @@ QString ScreenStory::Shown(const QString& name) {
     return widget.property("text").toString();
 }
 
-} // namespace sysadmin::exact
+} // namespace sysadmin
