@@ -40,40 +40,32 @@ void OpenDialogs(QWidget& screen) {
             button->click();
 }
 
-/// Describes every dialog that comes instead of waiting for an operator, and answers the safe way.
-class DescribingPrompter : public Prompter {
+/// Visits every dialog that comes instead of waiting for an operator, and answers the safe way.
+class VisitingPrompter : public Prompter {
 public:
-    explicit DescribingPrompter(const QString& folder)
-        : m_folder(folder) {}
+    explicit VisitingPrompter(const WindowVisitor& visitor)
+        : m_visitor(visitor) {}
 
-    QString problem;
-
-    /// Writes the window once; the first state of a name that comes is the one that is kept.
-    void Describe(QWidget& window, const QString& state, int helpContext) {
+    /// Visits the window once; the first state of a name that comes is the one that counts.
+    void Visit(QWidget& window, const QString& state, int helpContext) {
         const QString name = window.objectName() + "." + state;
-        if (m_described.contains(name))
+        if (m_visited.contains(name))
             return;
-        m_described.insert(name);
+        m_visited.insert(name);
         QApplication::processEvents();
-        const QString failure = WriteDescription(window, m_folder, state, helpContext);
-        if (!failure.isEmpty())
-            problem = failure;
+        m_visitor.window(window, state, helpContext);
     }
 
-    /// Writes what the screen declares as declarations/NAME.json.
-    void DescribeDeclaration(const FormScreen& screen) {
-        QDir(m_folder).mkpath("declarations");
-        QFile file(m_folder + "/declarations/" + screen.objectName() + ".json");
-        const QByteArray text = QJsonDocument(ToJson(screen.Declaration())).toJson();
-        if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
-            problem = file.fileName() + ": " + file.errorString();
+    void VisitDeclaration(const FormScreen& screen) {
+        if (m_visitor.declaration)
+            m_visitor.declaration(screen);
     }
 
     bool ShowBox(QWidget*, const Box&) override { return false; }
     bool RunDialog(QDialog& dialog) override {
         dialog.show();
-        Describe(dialog, OnlyShows(dialog.objectName()) ? "view" : "edit",
-                 dialog.property("helpContext").toInt());
+        Visit(dialog, OnlyShows(dialog.objectName()) ? "view" : "edit",
+              dialog.property(HelpContextProperty).toInt());
         OpenDialogs(dialog);
         dialog.hide();
         return dialog.objectName() == u"frmSelectCluster"; // without one the screens behind it stay closed
@@ -81,8 +73,8 @@ public:
     QString AskSaveFile(QWidget*, const QString&, const QString&, const QString&) override { return {}; }
 
 private:
-    QString m_folder;
-    QSet<QString> m_described;
+    const WindowVisitor& m_visitor;
+    QSet<QString> m_visited;
 };
 
 QAbstractButton* ButtonOf(QWidget& screen, const QString& name) {
@@ -90,19 +82,19 @@ QAbstractButton* ButtonOf(QWidget& screen, const QString& name) {
     return button && !button->isHidden() && button->isEnabled() ? button : nullptr;
 }
 
-void DescribeScreen(Screen& screen, DescribingPrompter& prompter, int helpContext, bool mayEdit) {
+void VisitScreen(Screen& screen, VisitingPrompter& prompter, int helpContext, bool mayEdit) {
     if (!screen.findChild<QAbstractButton*>("cmdEdit")) {
-        prompter.Describe(screen, mayEdit ? "edit" : "view", helpContext);
+        prompter.Visit(screen, mayEdit ? "edit" : "view", helpContext);
         if (mayEdit)
             OpenDialogs(screen);
         return;
     }
     if (mayEdit) {
-        prompter.Describe(screen, "list", helpContext);
+        prompter.Visit(screen, "list", helpContext);
         OpenDialogs(screen);
         if (QAbstractButton* button = ButtonOf(screen, "cmdNew")) {
             button->click();
-            prompter.Describe(screen, "new", helpContext);
+            prompter.Visit(screen, "new", helpContext);
             if (QAbstractButton* cancel = ButtonOf(screen, "cmdCancel"))
                 cancel->click();
         }
@@ -119,7 +111,7 @@ void DescribeScreen(Screen& screen, DescribingPrompter& prompter, int helpContex
         if (!button)
             break;
         button->click();
-        prompter.Describe(screen, mayEdit ? "edit" : "view", helpContext);
+        prompter.Visit(screen, mayEdit ? "edit" : "view", helpContext);
         if (mayEdit)
             OpenDialogs(screen);
         if (QAbstractButton* cancel = ButtonOf(screen, "cmdCancel"))
@@ -127,8 +119,8 @@ void DescribeScreen(Screen& screen, DescribingPrompter& prompter, int helpContex
     }
 }
 
-QString DescribeAs(const CommandLine& line, DescribingPrompter& prompter, const QString& operatorId,
-                   const QString& password, bool mayEdit) {
+QString VisitAs(const CommandLine& line, VisitingPrompter& prompter, const QString& operatorId,
+                const QString& password, bool mayEdit) {
     Client client(prompter, line);
     if (mayEdit)
         client.Comm().ShowSignOn();
@@ -144,11 +136,11 @@ QString DescribeAs(const CommandLine& line, DescribingPrompter& prompter, const 
         window.OpenScreen(entry.key);
         Screen* screen = window.FindScreen(entry.key);
         if (const auto* form = dynamic_cast<FormScreen*>(screen); form && mayEdit)
-            prompter.DescribeDeclaration(*form);
+            prompter.VisitDeclaration(*form);
         if (screen)
-            DescribeScreen(*screen, prompter, entry.screen.helpContext, mayEdit);
+            VisitScreen(*screen, prompter, entry.screen.helpContext, mayEdit);
         if (mayEdit) // once: with the first screen alone in it, the window shows what belongs to it
-            prompter.Describe(window, "list", 0);
+            prompter.Visit(window, "list", 0);
     }
     if (mayEdit) {
         for (const char* name : {"mnuFileLogin", "mnuFileChangePassword", "mnuFileSelectCluster",
@@ -159,23 +151,40 @@ QString DescribeAs(const CommandLine& line, DescribingPrompter& prompter, const 
     }
     window.Abort = true;
     client.CloseWindow();
-    return prompter.problem;
+    return {};
 }
 
 } // namespace
 
-QString RunDescribe(const CommandLine& given) {
+QString VisitWindows(const CommandLine& given, const WindowVisitor& visitor) {
     CommandLine line = given;
     QTemporaryDir library;
     if (line.library.isEmpty() && !line.server)
         line.library = library.path();
-    if (!QDir().mkpath(line.describeDir))
-        return "cannot write to " + line.describeDir + "; name a folder that can be written: --describe DIR";
-    DescribingPrompter prompter(line.describeDir);
-    if (const QString problem = DescribeAs(line, prompter, "SYSADMIN", "sample-admin-1", true);
+    VisitingPrompter prompter(visitor);
+    if (const QString problem = VisitAs(line, prompter, "SYSADMIN", "sample-admin-1", true);
         !problem.isEmpty())
         return problem;
-    return DescribeAs(line, prompter, "VIEWER", "sample-viewer-1", false);
+    return VisitAs(line, prompter, "VIEWER", "sample-viewer-1", false);
+}
+
+QString RunDescribe(const CommandLine& line) {
+    const QString& folder = line.describeDir;
+    if (!QDir().mkpath(folder + "/declarations"))
+        return "cannot write to " + folder + "; name a folder that can be written: --describe DIR";
+    QString failure;
+    const auto describe = [&](QWidget& window, const QString& state, int helpContext) {
+        if (const QString problem = WriteDescription(window, folder, state, helpContext); !problem.isEmpty())
+            failure = problem;
+    };
+    const auto declare = [&](const FormScreen& screen) {
+        QFile file(folder + "/declarations/" + screen.objectName() + ".json");
+        const QByteArray text = QJsonDocument(ToJson(screen.Declaration())).toJson();
+        if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
+            failure = file.fileName() + ": " + file.errorString();
+    };
+    const QString problem = VisitWindows(line, {describe, declare});
+    return problem.isEmpty() ? failure : problem;
 }
 
 } // namespace sysadmin

@@ -2,6 +2,7 @@
 
 #include <QAbstractItemView>
 #include <QAbstractSpinBox>
+#include <QAccessible>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
@@ -11,6 +12,7 @@
 #include <QJsonDocument>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMetaEnum>
 #include <QPlainTextEdit>
 #include <QSaveFile>
 #include <QScrollBar>
@@ -184,6 +186,11 @@ QJsonArray ItemsOf(const QWidget* widget) {
     return items;
 }
 
+// What a screen reader calls the kind of control ("EditableText").
+QString RoleOf(const QAccessibleInterface& spoken) {
+    return QMetaEnum::fromType<QAccessible::Role>().valueToKey(spoken.role());
+}
+
 // The class as Qt knows it, where the control's own is one of ours.
 QString ClassOf(const QWidget* widget) {
     const QMetaObject* type = widget->metaObject();
@@ -202,12 +209,15 @@ QJsonObject DescribeWindow(const QWidget& window, const QString& state, int help
 
     QJsonArray controls;
     for (const QWidget* widget : ControlsOf(window)) {
-        QJsonObject control{{"name", widget->objectName()},   {"class", ClassOf(widget)},
-                            {"text", CaptionOf(widget)},      {"label", labels.value(widget)},
-                            {"toolTip", widget->toolTip()},   {"accessibleName", widget->accessibleName()},
-                            {"enabled", widget->isEnabled()}, {"visible", IsShown(widget, &window)},
-                            {"value", ValueOf(widget)},       {"items", ItemsOf(widget)},
-                            {"columns", QJsonArray()},        {"page", PageOf(widget, &window)}};
+        QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(const_cast<QWidget*>(widget));
+        QJsonObject control{
+            {"name", widget->objectName()},   {"class", ClassOf(widget)},
+            {"text", CaptionOf(widget)},      {"label", labels.value(widget)},
+            {"toolTip", widget->toolTip()},   {"accessibleName", spoken->text(QAccessible::Name)},
+            {"enabled", widget->isEnabled()}, {"visible", IsShown(widget, &window)},
+            {"value", ValueOf(widget)},       {"items", ItemsOf(widget)},
+            {"columns", QJsonArray()},        {"page", PageOf(widget, &window)},
+            {"role", RoleOf(*spoken)}};
         if (auto* view = qobject_cast<const QAbstractItemView*>(widget);
             view && view->model() && !widget->inherits("QListView"))
             control["columns"] = ColumnsOf(*view);

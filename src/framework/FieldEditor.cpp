@@ -1,19 +1,15 @@
 #include "framework/FieldEditor.h"
 
-#include "framework/Captions.h"
-#include "framework/DateEdit.h"
+#include "framework/ChoiceEditors.h"
+#include "framework/ControlLock.h"
 #include "framework/ListEditors.h"
+#include "framework/MomentEditors.h"
 #include "framework/forms/ValueFields.h"
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QHBoxLayout>
+#include <QAbstractButton>
 #include <QIntValidator>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QShortcut>
 #include <QSignalBlocker>
 
 #include <vector>
@@ -22,7 +18,9 @@ namespace sysadmin {
 
 void FieldEditor::Refresh() {
     ShowValue();
-    Lock(m_field.IsUsable(), m_readOnly || m_field.Spec().displayOnly);
+    // What is only shown can be read all the same, whatever bars the operator from editing it.
+    const bool readOnly = m_readOnly || m_field.Spec().displayOnly;
+    Lock(m_field.IsUsable() || readOnly, readOnly);
 }
 
 void FieldEditor::SetReadOnly(bool readOnly) {
@@ -31,7 +29,22 @@ void FieldEditor::SetReadOnly(bool readOnly) {
 }
 
 void FieldEditor::Lock(bool usable, bool readOnly) {
-    m_widget->setEnabled(usable && !readOnly);
+    m_widget->setEnabled(usable);
+    for (QWidget* widget : m_focusWidgets)
+        LockControl(*widget, readOnly);
+}
+
+void FieldEditor::NameControls(const QString& name) {
+    if (m_focusWidgets.isEmpty())
+        return;
+    QWidget& control = *m_focusWidgets.first();
+    const bool saysItself = qobject_cast<QAbstractButton*>(&control);
+    SetSpokenName(control, saysItself ? m_field.Spec().accessible : name);
+}
+
+void FieldEditor::SetSpokenName(QWidget& control, const QString& name) {
+    if (control.accessibleName() != name)
+        control.setAccessibleName(name);
 }
 
 int WidthForLength(const QWidget& widget, int characters) {
@@ -140,246 +153,13 @@ protected:
     void Lock(bool usable, bool readOnly) override {
         m_edit->setEnabled(usable);
         m_edit->setReadOnly(readOnly);
+        if (readOnly) // with a cursor, so that it can be read by keyboard
+            m_edit->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     }
 
 private:
     ValueField& m_value;
     QPlainTextEdit* m_edit;
-};
-
-class FlagEditor : public FieldEditor {
-public:
-    FlagEditor(FlagField& field, QWidget* parent)
-        : FieldEditor(field)
-        , m_flag(field) {
-        m_box = new QCheckBox(field.Spec().caption, parent);
-        SetDeclaredCaption(*m_box, field.Spec().caption);
-        m_widget = m_box;
-        m_focusWidgets = {m_box};
-        connect(m_box, &QCheckBox::clicked, this, [this](bool checked) { m_flag.SetOn(checked); });
-    }
-
-protected:
-    void ShowValue() override {
-        ChangeCaption(*m_box, m_flag.Caption());
-        m_box->setChecked(m_flag.IsOn());
-    }
-
-private:
-    FlagField& m_flag;
-    QCheckBox* m_box;
-};
-
-class ChoiceEditor : public FieldEditor {
-public:
-    ChoiceEditor(ChoiceField& field, QWidget* parent)
-        : FieldEditor(field)
-        , m_choice(field) {
-        m_box = new QComboBox(parent);
-        m_box->setMaxVisibleItems(20);
-        m_box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-        m_box->setMinimumContentsLength(24);
-        m_widget = m_box;
-        m_focusWidgets = {m_box};
-        connect(m_box, &QComboBox::activated, this,
-                [this](int index) { m_choice.SetDraft(m_box->itemData(index).toString()); });
-    }
-
-protected:
-    void ShowValue() override {
-        if (m_shown != m_choice.Items() || m_box->count() != m_choice.Items().size()) {
-            m_shown = m_choice.Items();
-            m_box->clear();
-            for (const PickItem& item : m_shown)
-                m_box->addItem(item.text, item.id);
-        }
-        // An id that the list lacks stands there as it is: it must survive, and the operator must see it.
-        m_box->setPlaceholderText(m_choice.Draft());
-        m_box->setCurrentIndex(m_box->findData(m_choice.Draft()));
-    }
-
-private:
-    ChoiceField& m_choice;
-    QComboBox* m_box;
-    QList<PickItem> m_shown;
-};
-
-class LetterEditor : public FieldEditor {
-public:
-    LetterEditor(LetterField& field, QWidget* parent)
-        : FieldEditor(field)
-        , m_letter(field) {
-        m_widget = new QWidget(parent);
-        auto* line = new QHBoxLayout(m_widget);
-        line->setContentsMargins({});
-        for (const PickItem& option : field.Spec().options) {
-            auto* button = new QRadioButton(option.text, m_widget);
-            button->setObjectName(field.Name() + option.id);
-            button->setProperty("letter", option.id);
-            if (const QString& group = field.Spec().accessible; !group.isEmpty())
-                button->setAccessibleName(group + ": " + option.text);
-            line->addWidget(button);
-            m_focusWidgets.append(button);
-            connect(button, &QRadioButton::clicked, this, [this, id = option.id] { m_letter.SetDraft(id); });
-        }
-        line->addStretch();
-    }
-
-protected:
-    void ShowValue() override {
-        for (QWidget* widget : m_focusWidgets) {
-            auto* button = static_cast<QRadioButton*>(widget);
-            const bool on = button->property("letter") == m_letter.Draft();
-            if (button->isChecked() == on)
-                continue;
-            // Only a button outside an exclusive group can be unchecked, which a blank value needs.
-            button->setAutoExclusive(false);
-            button->setChecked(on);
-            button->setAutoExclusive(true);
-        }
-        // The Tab key comes by the chosen option alone; the arrow keys choose.
-        QWidget* stop = m_focusWidgets.first();
-        for (QWidget* widget : m_focusWidgets)
-            if (static_cast<QRadioButton*>(widget)->isChecked())
-                stop = widget;
-        for (QWidget* widget : m_focusWidgets)
-            widget->setFocusPolicy(widget == stop ? Qt::StrongFocus : Qt::ClickFocus);
-        m_widget->setFocusProxy(stop);
-    }
-
-private:
-    LetterField& m_letter;
-};
-
-class DateEditor : public FieldEditor {
-public:
-    DateEditor(DateField& field, QWidget* parent)
-        : FieldEditor(field)
-        , m_date(field) {
-        m_edit = new DateEdit(parent);
-        m_edit->setFixedWidth(WidthForLength(*m_edit, 14));
-        m_widget = m_edit;
-        m_focusWidgets = {m_edit};
-        connect(m_edit, &QDateEdit::dateChanged, this,
-                [this](QDate date) { m_date.SetDate(m_edit->IsBlank() ? QDate() : date); });
-        connect(m_edit, &QDateEdit::editingFinished, this, [this] { m_date.Leave(); });
-    }
-
-protected:
-    void ShowValue() override {
-        const QSignalBlocker quiet(m_edit);
-        const QDate date = m_date.Date();
-        m_edit->setDate(date.isValid() ? date : m_edit->minimumDate());
-    }
-    void Lock(bool usable, bool readOnly) override {
-        m_edit->setEnabled(usable);
-        m_edit->setReadOnly(readOnly);
-    }
-
-private:
-    DateField& m_date;
-    DateEdit* m_edit;
-};
-
-/// A time is typed as text, so that it may be missing or be one of the field's words; the arrow keys go by
-/// quarters of an hour.
-class TimeEditor : public FieldEditor {
-public:
-    TimeEditor(TimeField& field, QWidget* parent)
-        : FieldEditor(field)
-        , m_time(field) {
-        m_edit = new QLineEdit(parent);
-        m_edit->setFixedWidth(WidthForLength(*m_edit, 9));
-        m_widget = m_edit;
-        m_focusWidgets = {m_edit};
-        for (const int minutes : {15, -15}) {
-            auto* step = new QShortcut(minutes > 0 ? Qt::Key_Up : Qt::Key_Down, m_edit);
-            step->setContext(Qt::WidgetShortcut);
-            connect(step, &QShortcut::activated, this, [this, minutes] {
-                if (!m_edit->isReadOnly())
-                    m_time.SetTime(
-                        (m_time.Time().isValid() ? m_time.Time() : QTime(0, 0)).addSecs(60 * minutes));
-            });
-        }
-        connect(m_edit, &QLineEdit::textEdited, this, [this](const QString& text) {
-            m_typing = true;
-            m_time.TypeIn(text);
-            m_typing = false;
-        });
-        connect(m_edit, &QLineEdit::editingFinished, this, [this] {
-            if (m_edit->isReadOnly())
-                return;
-            m_time.Leave();
-            Refresh();
-        });
-    }
-
-protected:
-    void ShowValue() override {
-        if (!m_typing && m_edit->text() != m_time.DisplayText())
-            m_edit->setText(m_time.DisplayText());
-    }
-    void Lock(bool usable, bool readOnly) override {
-        m_edit->setEnabled(usable);
-        m_edit->setReadOnly(readOnly);
-    }
-
-private:
-    TimeField& m_time;
-    QLineEdit* m_edit;
-    bool m_typing = false; // what is typed stands as it is until the field is left
-};
-
-class IntervalEditor : public FieldEditor {
-public:
-    IntervalEditor(IntervalField& field, QWidget* parent)
-        : FieldEditor(field)
-        , m_interval(field) {
-        m_widget = new QWidget(parent);
-        auto* line = new QHBoxLayout(m_widget);
-        line->setContentsMargins({});
-        m_number = new QLineEdit(m_widget);
-        m_number->setValidator(new QIntValidator(0, field.Most(), m_number));
-        m_number->setAlignment(Qt::AlignRight);
-        m_number->setFixedWidth(WidthForLength(*m_number, int(QString::number(field.Most()).size()) + 1));
-        m_unit = new QComboBox(m_widget);
-        m_unit->setObjectName(field.Spec().unitName);
-        m_unit->setAccessibleName(QObject::tr("Unit"));
-        for (const PickItem& unit : field.Units())
-            m_unit->addItem(unit.text, unit.id);
-        line->addWidget(m_number);
-        line->addWidget(m_unit);
-        line->addStretch();
-        m_named = m_number;
-        m_focusWidgets = {m_number, m_unit};
-        connect(m_number, &QLineEdit::textEdited, this,
-                [this](const QString& text) { m_interval.SetParts(text, m_unit->currentData().toString()); });
-        connect(m_unit, &QComboBox::activated, this,
-                [this](int index) { m_interval.ChangeUnit(m_unit->itemData(index).toString()); });
-        connect(m_number, &QLineEdit::editingFinished, this, [this] {
-            if (!m_number->isReadOnly())
-                m_interval.Leave();
-        });
-    }
-
-protected:
-    void ShowValue() override {
-        if (m_number->text() != m_interval.Number())
-            m_number->setText(m_interval.Number());
-        // Without a number there is nothing in the draft that keeps the unit: the list keeps what was chosen.
-        if (!m_interval.Draft().isEmpty())
-            m_unit->setCurrentIndex(m_unit->findData(m_interval.Unit()));
-    }
-    void Lock(bool usable, bool readOnly) override {
-        m_number->setEnabled(usable);
-        m_number->setReadOnly(readOnly);
-        m_unit->setEnabled(usable && !readOnly);
-    }
-
-private:
-    IntervalField& m_interval;
-    QLineEdit* m_number;
-    QComboBox* m_unit;
 };
 
 struct Registered {
@@ -397,15 +177,11 @@ const EditorFor<PasswordField, PasswordEditor> passwordEditor;
 const EditorFor<NumberField, NumberEditor> numberEditor;
 const EditorFor<MoneyField, MoneyEditor> moneyEditor;
 const EditorFor<MultiLineField, MultiLineEditor> multiLineEditor;
-const EditorFor<FlagField, FlagEditor> flagEditor;
-const EditorFor<ChoiceField, ChoiceEditor> choiceEditor;
-const EditorFor<LetterField, LetterEditor> letterEditor;
-const EditorFor<DateField, DateEditor> dateEditor;
-const EditorFor<TimeField, TimeEditor> timeEditor;
-const EditorFor<IntervalField, IntervalEditor> intervalEditor;
 
 std::unique_ptr<FieldEditor> MakeEditorOfKind(Field& field, QWidget* parent) {
     RegisterListEditors();
+    RegisterChoiceEditors();
+    RegisterMomentEditors();
     const std::vector<Registered>& registry = Registry();
     for (const Registered& entry : registry)
         if (entry.kind == std::type_index(typeid(field)))
@@ -418,6 +194,11 @@ std::unique_ptr<FieldEditor> MakeEditorOfKind(Field& field, QWidget* parent) {
 
 } // namespace
 
+QString SpokenName(const Field& field) {
+    const QString name = field.Spec().accessible.isEmpty() ? field.PlainCaption() : field.Spec().accessible;
+    return QString(name + ' ' + field.Unit()).trimmed();
+}
+
 void RegisterEditor(std::type_index kind, EditorMaker make) {
     Registry().push_back({kind, std::move(make)});
 }
@@ -426,10 +207,7 @@ std::unique_ptr<FieldEditor> MakeFieldEditor(Field& field, QWidget* parent) {
     std::unique_ptr<FieldEditor> editor = MakeEditorOfKind(field, parent);
     editor->NamedWidget()->setObjectName(field.Name());
     editor->Widget()->setToolTip(field.Spec().toolTip);
-    for (QWidget* widget : editor->FocusWidgets())
-        if (widget->accessibleName().isEmpty() &&
-            !qobject_cast<QPushButton*>(widget)) // buttons say their own
-            widget->setAccessibleName(field.Spec().accessible);
+    editor->NameControls(SpokenName(field));
     editor->Refresh();
     return editor;
 }

@@ -31,9 +31,13 @@ public:
     void Refresh();
     /// Display only, whatever the field's usability.
     void SetReadOnly(bool readOnly);
+    /// What a screen reader calls the controls; those that have a text of their own keep it.
+    virtual void NameControls(const QString& name);
 
 protected:
     virtual void ShowValue() = 0;
+    /// Names a control for a screen reader, which is told of it only when it is news.
+    static void SetSpokenName(QWidget& control, const QString& name);
     virtual void Lock(bool usable, bool readOnly);
 
     Field& m_field;
@@ -62,6 +66,9 @@ struct EditorFor {
 
 /// About so many characters wide, within what looks right in a form.
 int WidthForLength(const QWidget& widget, int characters);
+
+/// What a screen reader calls the field: its caption, and the text behind its control.
+QString SpokenName(const Field& field);
 
 /// The editor for a field's kind, its widget below `parent` and named after the field.
 std::unique_ptr<FieldEditor> MakeFieldEditor(Field& field, QWidget* parent);

@@ -9,6 +9,8 @@
 #include "wire/Status.h"
 
 #include <QDialog>
+#include <QKeyEvent>
+#include <QLineEdit>
 #include <QMdiSubWindow>
 #include <QPushButton>
 #include <QShortcut>
@@ -190,6 +192,28 @@ void FormScreen::BindKey(const QKeySequence& key, QPushButton* button) {
         if (button->isEnabled() && !button->isHidden())
             button->click();
     });
+}
+
+void FormScreen::BindEscape(QPushButton* cancel, const std::function<bool()>& isChanged) {
+    auto* shortcut = new QShortcut(Qt::Key_Escape, this);
+    shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+    connect(shortcut, &QShortcut::activated, cancel, [this, cancel, isChanged] {
+        if (cancel->isEnabled() && !cancel->isHidden() && (!isChanged() || ConfirmDiscard(App(), this)))
+            cancel->click();
+    });
+}
+
+// Enter in a field of one line presses the default button, as it does in a dialog.
+void FormScreen::keyPressEvent(QKeyEvent* event) {
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    const bool isPlain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    if (isEnter && isPlain && qobject_cast<QLineEdit*>(focusWidget()))
+        for (QPushButton* button : findChildren<QPushButton*>())
+            if (button->isDefault() && button->isEnabled() && !button->isHidden()) {
+                button->click();
+                return;
+            }
+    Screen::keyPressEvent(event);
 }
 
 } // namespace sysadmin

@@ -65,6 +65,9 @@ protected:
     QPushButton* MakeButton(const QString& name, const QString& caption);
     /// Clicks the button when the key is pressed anywhere on the screen.
     void BindKey(const QKeySequence& key, QPushButton* button);
+    /// Clicks the button on Esc, after a question where something is entered that would be lost.
+    void BindEscape(QPushButton* cancel, const std::function<bool()>& isChanged);
+    void keyPressEvent(QKeyEvent* event) override;
 
     ScreenDeclaration m_declaration;
 

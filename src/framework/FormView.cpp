@@ -79,6 +79,8 @@ void FormView::SetReadOnly(bool readOnly) {
     m_readOnly = readOnly;
     for (const std::unique_ptr<FieldEditor>& editor : m_editors)
         editor->SetReadOnly(readOnly);
+    for (Field* field : m_form.Fields())
+        RefreshLabel(*field);
     RefreshButtons();
 }
 
@@ -212,6 +214,9 @@ int FormView::DrawChild(const Layout& child, QWidget* parent, QGridLayout& grid,
         widget->setParent(parent);
         if (widget->focusPolicy() != Qt::NoFocus)
             m_tabOrder.append(widget);
+        for (QWidget* inner : widget->findChildren<QWidget*>())
+            if (inner->focusPolicy() & Qt::TabFocus)
+                m_tabOrder.append(inner);
         break;
     default: // a column or row inside another one
         widget = new QWidget(parent);
@@ -234,7 +239,10 @@ int FormView::DrawField(Field& field, const QString& name, QWidget* parent, QGri
         editor.NamedWidget()->setObjectName(name);
     if (labelled) {
         auto* label = new QLabel(field.Caption(), parent);
-        label->setObjectName("lbl" + RoleOf(name.isEmpty() ? field.Name() : name));
+        const QString& control = name.isEmpty() ? field.Name() : name;
+        label->setObjectName("lbl" + RoleOf(control));
+        if (label->objectName() == control) // a value that is given as a label
+            label->setObjectName(control + "Caption");
         SetDeclaredCaption(*label, field.Caption());
         label->setBuddy(FocusTarget(editor));
         grid.addWidget(label, row, column, field.WantsHeight() ? Qt::AlignTop : Qt::AlignVCenter);
@@ -284,9 +292,8 @@ QWidget* FormView::DrawBlock(const Layout& block, QWidget* parent) {
             QString name = line.text;
             if (const QString top = block.headings.value(column).simplified(); !top.isEmpty())
                 name += " " + top;
-            for (QWidget* each : editor.FocusWidgets())
-                if (each->accessibleName().isEmpty())
-                    each->setAccessibleName(QString(name).remove('&'));
+            m_blockNames[&editor] = name.remove('&');
+            editor.NameControls(m_blockNames[&editor]);
             if (column == 0)
                 heading->setBuddy(FocusTarget(editor));
             grid->addWidget(editor.Widget(), row + 1, column + 1, Qt::AlignLeft);
@@ -316,8 +323,11 @@ QWidget* FormView::DrawFrame(const Layout& layout, QWidget* parent) {
 QWidget* FormView::DrawTabs(const Layout& layout, QWidget* parent) {
     auto* tabs = new QTabWidget(parent);
     tabs->setObjectName(layout.name);
-    // The bar alone takes the focus: with the tab widget the tab order would take its pages along.
+    // The bar alone takes the focus: with the tab widget the tab order would take its pages along. (The
+    // widget's policy is handed on to its bar.)
     tabs->setFocusPolicy(Qt::NoFocus);
+    tabs->tabBar()->setFocusPolicy(Qt::TabFocus);
+    tabs->tabBar()->setAccessibleName(tr("Pages"));
     m_tabOrder.append(tabs->tabBar());
     QStringList names;
     for (const Layout& page : layout.children) {
@@ -346,9 +356,12 @@ void FormView::RefreshField(Field* changed) {
 void FormView::RefreshLabel(Field& field) {
     const auto [label, end] = m_labels.equal_range(&field);
     for (auto each = label; each != end; ++each) {
-        each->second->setEnabled(field.IsUsable());
+        each->second->setEnabled(field.IsUsable() || m_readOnly || field.Spec().displayOnly);
         ChangeCaption(*each->second, field.Caption());
     }
+    for (const std::unique_ptr<FieldEditor>& editor : m_editors)
+        if (&editor->GetField() == &field && !m_blockNames.count(editor.get()))
+            editor->NameControls(SpokenName(field));
     const auto [unit, last] = m_units.equal_range(&field);
     for (auto each = unit; each != last; ++each)
         each->second->setText(field.Unit());

@@ -62,6 +62,7 @@ private:
     Form& m_form;
     SlotMaker m_makeSlot;
     std::vector<std::unique_ptr<FieldEditor>> m_editors; // several of a field that stands in several places
+    std::map<const FieldEditor*, QString> m_blockNames;  // where row and column say what a field is
     std::multimap<const Field*, QLabel*> m_labels;
     std::multimap<const Field*, QLabel*> m_units;
     std::vector<std::pair<QPushButton*, std::function<bool()>>> m_buttons;

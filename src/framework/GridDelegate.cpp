@@ -92,8 +92,8 @@ void GridDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelInd
     const QColor base = palette.color(QPalette::Active, QPalette::Base);
     const QColor bar = Blend(base, palette.color(QPalette::Active, QPalette::Highlight), 0.3);
     option->palette.setColor(QPalette::Disabled, QPalette::Highlight, bar);
-    option->palette.setColor(QPalette::Disabled, QPalette::HighlightedText,
-                             palette.color(QPalette::Active, QPalette::Text));
+    for (const auto role : {QPalette::Text, QPalette::HighlightedText}) // it can be read while it waits
+        option->palette.setColor(QPalette::Disabled, role, palette.color(QPalette::Active, QPalette::Text));
 }
 
 } // namespace sysadmin

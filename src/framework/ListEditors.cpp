@@ -128,6 +128,8 @@ public:
         }
     }
 
+    void NameControls(const QString&) override {} // the lists have captions of their own
+
 protected:
     void ShowValue() override {
         if (m_changing)

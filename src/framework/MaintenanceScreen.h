@@ -123,6 +123,7 @@ private:
     bool SendSteps(Table& table);
     bool SaveSeveral(Table& table);
     bool IsEditing() const { return m_state != State::List && m_state != State::Viewing; }
+    bool HasChanges() const;
     void OrderTabStops();
     void DeleteSelected();
     bool SettleSaveConflict(Table& table, const Conflict& conflict);

@@ -73,7 +73,7 @@ MaintenanceScreen::MaintenanceScreen(Application& application, const QString& fo
     connect(reload, &QShortcut::activated, this, &MaintenanceScreen::ReloadLists);
     connect(&application.notices, &Notices::ChangedByOthers, this, &MaintenanceScreen::OnChangedByOthers);
     BindKey(QKeySequence::Save, m_cmdSave);
-    BindKey(Qt::Key_Escape, m_cmdCancel);
+    BindEscape(m_cmdCancel, [this] { return HasChanges(); });
     auto* find = new QShortcut(QKeySequence::Find, this);
     find->setContext(Qt::WidgetWithChildrenShortcut);
     connect(find, &QShortcut::activated, this, [this] { Current().grid->FocusFilter(); });
@@ -150,7 +150,9 @@ void MaintenanceScreen::Finish() {
     } else {
         m_tabs = new QTabWidget(m_listSide);
         m_tabs->setObjectName("tabTables");
-        m_tabs->setFocusPolicy(Qt::NoFocus); // its bar takes the focus
+        m_tabs->setFocusPolicy(Qt::NoFocus); // its bar takes the focus; it would inherit this
+        m_tabs->tabBar()->setFocusPolicy(Qt::TabFocus);
+        m_tabs->tabBar()->setAccessibleName(tr("Lists"));
         for (Table& table : m_tables) {
             table.listPage->layout()->setContentsMargins(6, 6, 6, 6);
             m_tabs->addTab(table.listPage, table.spec.tabCaption);

@@ -36,10 +36,9 @@ public:
             auto* box = new QLineEdit(m_widget);
             box->setObjectName(field.PartSpec(part).name);
             const QString caption = MarcPlaceField::CaptionOf(part);
-            box->setAccessibleName(QString(field.PlainCaption() + " " + caption).trimmed());
             box->setMaxLength(part == MarcPlaceField::FieldTag ? 3 : 1);
             box->setValidator(
-                new QRegularExpressionValidator(QRegularExpression(MarcPlaceField::PatternOf(part)), box));
+                new QRegularExpressionValidator(QRegularExpression(field.PatternOf(part)), box));
             box->setFixedWidth(WidthForLength(*box, part == MarcPlaceField::FieldTag ? 4 : 2));
             auto* label = new QLabel(caption + ":", m_widget);
             label->setBuddy(box);
@@ -52,6 +51,11 @@ public:
             connect(box, &QLineEdit::editingFinished, this, [this] { m_place.Leave(); });
         }
         line->addStretch();
+    }
+
+    void NameControls(const QString& name) override {
+        for (const auto& [part, box] : m_boxes)
+            SetSpokenName(*box, QString(name + " " + MarcPlaceField::CaptionOf(part)).trimmed());
     }
 
 protected:
@@ -80,6 +84,7 @@ MarcPlaceField::MarcPlaceField(Form& form, const FieldSpec& spec, const MarcPlac
     : Field(form, Kind::Own, spec)
     , m_specs{place.field, place.indicator1, place.indicator2, place.subfield}
     , m_blankIndicator(place.blankIndicator)
+    , m_wildcards(place.wildcards)
     , m_order(place.order) {
     if (m_order.isEmpty())
         for (const MarcPart& part : m_specs)
@@ -87,7 +92,9 @@ MarcPlaceField::MarcPlaceField(Form& form, const FieldSpec& spec, const MarcPlac
     m_order.removeAll(QString());
 }
 
-QString MarcPlaceField::PatternOf(Part part) {
+QString MarcPlaceField::PatternOf(Part part) const {
+    if (m_wildcards)
+        return part == FieldTag ? "[0-9]{0,3}|[0-9]{2}[Xx]|[0-9][Xx]{1,2}|\\*" : "[0-9A-Za-z*]?";
     return part == FieldTag ? "[0-9]{0,3}" : "[0-9A-Za-z]?";
 }
 
@@ -105,7 +112,7 @@ QString MarcPlaceField::CaptionOf(Part part) {
 }
 
 void MarcPlaceField::SetDraft(Part part, const QString& value) {
-    const QString kept = value.trimmed().toLower();
+    const QString kept = part == FieldTag ? value.trimmed().toUpper() : value.trimmed().toLower();
     if (m_draft[part] == kept)
         return;
     m_draft[part] = kept;
@@ -152,9 +159,12 @@ void MarcPlaceField::Revert() {
 QString MarcPlaceField::Problem() const {
     if (const QString problem = Field::Problem(); !problem.isEmpty() || IsBlank() || !IsChanged())
         return problem;
-    if (m_draft[FieldTag].size() != 3)
-        return Form::tr("\"%1\": a MARC field has three digits.").arg(PlainCaption());
-    return {};
+    if (m_draft[FieldTag].size() == 3 || (m_wildcards && m_draft[FieldTag] == u"*"))
+        return {};
+    return (m_wildcards
+                ? Form::tr("\"%1\": a MARC field has three digits, such as 650, 65X or 6XX; * is any.")
+                : Form::tr("\"%1\": a MARC field has three digits."))
+        .arg(PlainCaption());
 }
 
 void MarcPlaceField::GiveDraft(const std::any& draft) {

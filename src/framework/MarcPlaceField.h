@@ -20,6 +20,8 @@ struct MarcPlaceSpec {
     MarcPart subfield{};
     /// How a blank indicator is kept and sent ("_"); empty: as nothing.
     QString blankIndicator{};
+    /// Whether it may stand for several places: "65X", "6XX" or "*" as field, "*" as any other part.
+    bool wildcards = false;
     QStringList order{}; ///< of the tags in requests; empty: as shown
 };
 
@@ -37,7 +39,7 @@ public:
     const QString& Draft(Part part) const { return m_draft[part]; }
     void SetDraft(Part part, const QString& value);
     /// The pattern of what may be entered in the part.
-    static QString PatternOf(Part part);
+    QString PatternOf(Part part) const;
     static QString CaptionOf(Part part);
 
     void Load(RequestChannel& channel) override;
@@ -58,6 +60,7 @@ private:
 
     std::array<MarcPart, PartCount> m_specs;
     QString m_blankIndicator;
+    bool m_wildcards;
     QStringList m_order;
     Parts m_stored;
     Parts m_draft;

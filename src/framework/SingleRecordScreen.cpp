@@ -62,7 +62,7 @@ void SingleRecordScreen::Build(const RecordSpec& spec, Form& form, const Layout&
     connect(reload, &QShortcut::activated, this, &SingleRecordScreen::Reload);
     connect(&App().notices, &Notices::ChangedByOthers, this, &SingleRecordScreen::OnChangedByOthers);
     BindKey(QKeySequence::Save, m_cmdSave);
-    BindKey(Qt::Key_Escape, m_cmdCancel);
+    BindEscape(m_cmdCancel, [this] { return m_form->IsChanged(); });
     m_cmdSave->setDefault(true);
     m_cmdSave->setVisible(!m_readOnly);
     FinishBuilding();

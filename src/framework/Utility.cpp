@@ -31,6 +31,14 @@ bool ConfirmDeleteEx(Application& application, QWidget* parent, const QString& s
     return ConfirmDelete(application, parent, subject, values.join(' '));
 }
 
+bool ConfirmDiscard(Application& application, QWidget* parent) {
+    return application.prompter.ShowBox(
+        parent, {.text = Tr("What was entered has not been saved.") + "\r\n\r\n" + Tr("Discard it?"),
+                 .icon = Box::Icon::Question,
+                 .buttons = Box::Buttons::YesNo,
+                 .careful = true});
+}
+
 void WarnEditInProgress(Application& application, QWidget* parent) {
     application.prompter.ShowBox(
         parent,

@@ -16,6 +16,8 @@ bool ConfirmDelete(Application& application, QWidget* parent, const QString& sub
 /// The same for an item that is named by more than one value.
 bool ConfirmDeleteEx(Application& application, QWidget* parent, const QString& subject,
                      const QStringList& values);
+/// Asks whether what was entered may be thrown away.
+bool ConfirmDiscard(Application& application, QWidget* parent);
 /// Says that an edit is open and must be saved or cancelled first.
 void WarnEditInProgress(Application& application, QWidget* parent);
 /// Says that a list could not be loaded: "Unable to load " + caption + ".".

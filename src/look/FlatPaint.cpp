@@ -2,6 +2,7 @@
 
 #include <QPainter>
 #include <QStyleOption>
+#include <QWidget>
 
 namespace sysadmin::flat {
 
@@ -52,9 +53,14 @@ void Field(QPainter& painter, const QStyleOption& option, const QColor& fill) {
     Box(painter, option.rect, enabled ? fill : palette.color(QPalette::Window), line, focused ? 1.75 : 1);
 }
 
+bool IsReadOnly(const QWidget* control) {
+    return control && control->property("readOnly").toBool();
+}
+
 void CheckMark(QPainter& painter, const QStyleOption& option, bool round) {
     const QPalette& palette = option.palette;
     const bool enabled = option.state & QStyle::State_Enabled;
+    const bool readOnly = option.state & QStyle::State_ReadOnly;
     const bool on = option.state & (QStyle::State_On | QStyle::State_NoChange);
     const qreal side = qMin(option.rect.width(), option.rect.height()) - 1;
     QRectF box(0, 0, side, side);
@@ -65,6 +71,10 @@ void CheckMark(QPainter& painter, const QStyleOption& option, bool round) {
     if (!enabled) {
         fill = on ? palette.color(QPalette::Disabled, QPalette::Text) : palette.color(QPalette::Window);
         line = on ? fill : palette.color(QPalette::Mid);
+    } else if (readOnly) {
+        // Its mark has the colour of text: it is to be read and not to be pressed.
+        fill = palette.color(QPalette::Window);
+        line = palette.color(option.state & QStyle::State_HasFocus ? QPalette::Highlight : QPalette::Dark);
     } else if (option.state & (QStyle::State_HasFocus | QStyle::State_MouseOver)) {
         line = on ? Blend(palette.color(QPalette::Text), fill, 0.35) : palette.color(QPalette::Highlight);
     }
@@ -79,7 +89,7 @@ void CheckMark(QPainter& painter, const QStyleOption& option, bool round) {
     else
         painter.drawRoundedRect(inner, 3.5, 3.5);
 
-    const QColor mark = palette.color(QPalette::HighlightedText);
+    const QColor mark = palette.color(readOnly ? QPalette::Text : QPalette::HighlightedText);
     painter.translate(box.center());
     painter.scale(side / 16, side / 16);
     painter.setPen(QPen(enabled ? mark : palette.color(QPalette::Window), 1.9, Qt::SolidLine, Qt::RoundCap,

@@ -6,6 +6,7 @@
 class QPainter;
 class QPalette;
 class QStyleOption;
+class QWidget;
 
 /// The strokes of which the flat style's controls are made.
 namespace sysadmin::flat {
@@ -24,6 +25,8 @@ void Box(QPainter& painter, const QRectF& rect, const QColor& fill, const QColor
 void Chevron(QPainter& painter, const QRectF& rect, const QColor& colour, qreal angle = 0);
 /// The surface of a field to write or choose in; the accent's line shows the focus.
 void Field(QPainter& painter, const QStyleOption& option, const QColor& fill);
+/// Whether the control only shows its value: its own property "readOnly", or the one that a screen gave it.
+bool IsReadOnly(const QWidget* control);
 /// A check box's or radio button's mark with its frame.
 void CheckMark(QPainter& painter, const QStyleOption& option, bool round);
 

@@ -275,11 +275,13 @@ void FlatStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
         break;
     case PE_IndicatorCheckBox:
     case PE_IndicatorItemViewItemCheck:
-        flat::CheckMark(*painter, *option, false);
+    case PE_IndicatorRadioButton: {
+        QStyleOption mark = *option;
+        if (flat::IsReadOnly(widget))
+            mark.state |= State_ReadOnly;
+        flat::CheckMark(*painter, mark, element == PE_IndicatorRadioButton);
         break;
-    case PE_IndicatorRadioButton:
-        flat::CheckMark(*painter, *option, true);
-        break;
+    }
     case PE_IndicatorTabClose:
         DrawTabClose(*option, *painter);
         break;

@@ -85,9 +85,13 @@ void DrawScrollBar(const QStyleOptionSlider& option, QPainter& painter, const QR
     painter.drawRoundedRect(thumb, radius, radius);
 }
 
-void DrawComboBox(const QStyleOptionComboBox& option, QPainter& painter, const QRect& arrow) {
+void DrawComboBox(const QStyleOptionComboBox& option, QPainter& painter, const QRect& arrow,
+                  const QWidget* widget) {
+    const bool readOnly = flat::IsReadOnly(widget);
     if (option.frame)
-        flat::Field(painter, option, option.palette.color(QPalette::Base));
+        flat::Field(painter, option, option.palette.color(readOnly ? QPalette::Window : QPalette::Base));
+    if (readOnly)
+        return; // there is nothing to open
     const QPalette::ColorRole role =
         option.state & QStyle::State_Enabled ? QPalette::PlaceholderText : QPalette::Mid;
     flat::Chevron(painter, arrow, option.palette.color(role));
@@ -149,6 +153,9 @@ void FlatStyle::drawControl(ControlElement element, const QStyleOption* option, 
             painter->setClipRect(option->rect);
             DrawHeaderSection(*header, *painter);
             part.rect = subElementRect(SE_HeaderLabel, option, widget);
+            // Columns can be read, too, while the list waits for an edit to end.
+            part.palette.setColor(QPalette::Disabled, QPalette::ButtonText,
+                                  palette.color(QPalette::Active, QPalette::ButtonText));
             QProxyStyle::drawControl(CE_HeaderLabel, &part, painter, widget);
             part.rect = subElementRect(SE_HeaderArrow, option, widget);
             drawPrimitive(PE_IndicatorHeaderArrow, &part, painter, widget);
@@ -203,7 +210,7 @@ void FlatStyle::drawComplexControl(ComplexControl control, const QStyleOptionCom
         control == CC_ScrollBar && bar) {
         DrawScrollBar(*bar, *painter, part(SC_ScrollBarSlider), widget);
     } else if (const auto* combo = qstyleoption_cast<const QStyleOptionComboBox*>(option)) {
-        DrawComboBox(*combo, *painter, part(SC_ComboBoxArrow));
+        DrawComboBox(*combo, *painter, part(SC_ComboBoxArrow), widget);
     } else if (const auto* spin = qstyleoption_cast<const QStyleOptionSpinBox*>(option)) {
         DrawSpinBox(*spin, *painter, part(SC_SpinBoxUp), part(SC_SpinBoxDown));
     } else if (const auto* box = qstyleoption_cast<const QStyleOptionGroupBox*>(option)) {

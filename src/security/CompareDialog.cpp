@@ -2,6 +2,7 @@
 
 #include "core/Application.h"
 #include "core/Prompter.h"
+#include "framework/Captions.h"
 #include "framework/ListGrid.h"
 
 #include <QCheckBox>
@@ -13,6 +14,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 namespace sysadmin {
@@ -82,6 +84,9 @@ CompareDialog::CompareDialog(const QString& caption, const PickItem& left, const
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(m_other, &QComboBox::currentIndexChanged, this, &CompareDialog::ReadOther);
     connect(m_onlyDifferences, &QCheckBox::toggled, this, &CompareDialog::ShowComparison);
+    auto* find = new QShortcut(QKeySequence::Find, this);
+    connect(find, &QShortcut::activated, this, [this] { m_grid->FocusFilter(); });
+    AssignMnemonics(*this);
     if (m_left)
         ReadOther();
 }

@@ -74,40 +74,55 @@ public:
                                .caption = tr("At least"),
                                .unit = tr("alphabetic character(s)"),
                                .most = MostCharacters}};
-    FlagField chkMinAlphaCharGrp{
-        *this, {.name = "chkMinAlphaCharGrp", .tag = "PAG", .caption = tr("Include requirement")}};
+    FlagField chkMinAlphaCharGrp{*this,
+                                 {.name = "chkMinAlphaCharGrp",
+                                  .tag = "PAG",
+                                  .caption = tr("Include requirement"),
+                                  .accessible = tr("Include requirement: alphabetic characters")}};
     CountField fpMinUpperChar{*this,
                               {.name = "fpMinUpperChar",
                                .tag = "PUL",
                                .caption = tr("At least"),
                                .unit = tr("uppercase character(s)"),
                                .most = MostCharacters}};
-    FlagField chkMinUpperCharGrp{
-        *this, {.name = "chkMinUpperCharGrp", .tag = "PUG", .caption = tr("Include requirement")}};
+    FlagField chkMinUpperCharGrp{*this,
+                                 {.name = "chkMinUpperCharGrp",
+                                  .tag = "PUG",
+                                  .caption = tr("Include requirement"),
+                                  .accessible = tr("Include requirement: uppercase characters")}};
     CountField fpMinLowerChar{*this,
                               {.name = "fpMinLowerChar",
                                .tag = "PLL",
                                .caption = tr("At least"),
                                .unit = tr("lowercase character(s)"),
                                .most = MostCharacters}};
-    FlagField chkMinLowerCharGrp{
-        *this, {.name = "chkMinLowerCharGrp", .tag = "PLG", .caption = tr("Include requirement")}};
+    FlagField chkMinLowerCharGrp{*this,
+                                 {.name = "chkMinLowerCharGrp",
+                                  .tag = "PLG",
+                                  .caption = tr("Include requirement"),
+                                  .accessible = tr("Include requirement: lowercase characters")}};
     CountField fpMinNumberChar{*this,
                                {.name = "fpMinNumberChar",
                                 .tag = "PNL",
                                 .caption = tr("At least"),
                                 .unit = tr("number character(s)"),
                                 .most = MostCharacters}};
-    FlagField chkMinNumberCharGrp{
-        *this, {.name = "chkMinNumberCharGrp", .tag = "PNG", .caption = tr("Include requirement")}};
+    FlagField chkMinNumberCharGrp{*this,
+                                  {.name = "chkMinNumberCharGrp",
+                                   .tag = "PNG",
+                                   .caption = tr("Include requirement"),
+                                   .accessible = tr("Include requirement: number characters")}};
     CountField fpMinSpecialChar{*this,
                                 {.name = "fpMinSpecialChar",
                                  .tag = "PSL",
                                  .caption = tr("At least"),
                                  .unit = tr("special character/symbol(s)"),
                                  .most = MostCharacters}};
-    FlagField chkMinSpecialCharGrp{
-        *this, {.name = "chkMinSpecialCharGrp", .tag = "PSG", .caption = tr("Include requirement")}};
+    FlagField chkMinSpecialCharGrp{*this,
+                                   {.name = "chkMinSpecialCharGrp",
+                                    .tag = "PSG",
+                                    .caption = tr("Include requirement"),
+                                    .accessible = tr("Include requirement: special characters/symbols")}};
     TextField txtSpecialChar{*this,
                              {.name = "txtSpecialChar",
                               .tag = "PSC",

@@ -51,7 +51,7 @@ frmSecurity_OperatorProfiles::frmSecurity_OperatorProfiles(Application& applicat
                         parent) {
     const Layout account = Frame("fraAccount", tr("Account"),
                                  {Beside({m_form.txtStatus, Slot("cmdExpire"), Slot("cmdLockoutStatus")}),
-                                  m_form.txtCreateDate, m_form.txtModifyDate, m_form.txtModifyOperator});
+                                  m_form.lblCreateDate, m_form.lblModifyDate, m_form.lblModifyOperator});
     const Layout layout =
         Tabs("tabOperator",
              {Page(tr("&Operator"),
@@ -90,7 +90,7 @@ frmSecurity_OperatorProfiles::frmSecurity_OperatorProfiles(Application& applicat
               PutValue(m_form.chkRestrictChange),
               put("CrDt",
                   [this](const SaveContext& saving) {
-                      return saving.isNew ? Today() : m_form.txtCreateDate.Draft();
+                      return saving.isNew ? Today() : m_form.lblCreateDate.Draft();
                   }),
               PutValue(m_form.chkExpireNow), OnUpdate(PutOriginalKey("PID"))},
              [this](const QString& name) { return MakeSlot(name); });

@@ -47,20 +47,20 @@ struct OperatorForm : Form {
         *this, {.name = "chkExpireNow", .tag = "Exp", .caption = tr("Expire password immediately")}};
     TextField txtStatus{
         *this, {.name = "txtStatus", .caption = tr("Status:"), .maxLength = 12, .displayOnly = true}};
-    TextField txtCreateDate{*this,
-                            {.name = "txtCreateDate",
+    TextField lblCreateDate{*this,
+                            {.name = "lblCreateDate",
                              .tag = "CrDt",
                              .caption = tr("Create Date:"),
                              .maxLength = 12,
                              .displayOnly = true}};
-    TextField txtModifyDate{*this,
-                            {.name = "txtModifyDate",
+    TextField lblModifyDate{*this,
+                            {.name = "lblModifyDate",
                              .tag = "MdDt",
                              .caption = tr("Modify Date:"),
                              .maxLength = 12,
                              .displayOnly = true}};
-    TextField txtModifyOperator{*this,
-                                {.name = "txtModifyOperator",
+    TextField lblModifyOperator{*this,
+                                {.name = "lblModifyOperator",
                                  .tag = "MdOpr",
                                  .caption = tr("Modify Operator:"),
                                  .maxLength = 20,

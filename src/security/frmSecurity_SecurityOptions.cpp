@@ -20,15 +20,22 @@ namespace {
 
 constexpr const char* LogTags[] = {"LI", "ON", "AT", "LC", "LT", "WI"};
 
+/// Begins the names of the labels beside the boxes that take a requirement into the group; the rest is what
+/// the box's name says behind its prefix.
+constexpr char IncludeLabel[] = "lblIncludeInGroup";
+
 Layout DescribeLayout(SecurityOptionsForm& form) {
+    const auto requirement = [](Field& count, Field& included) {
+        return Beside({count, Slot(IncludeLabel + included.Name().mid(3)), included});
+    };
     const Layout composition =
         Frame("fraRequirements", form.tr("Character Requirements"),
-              {Beside({form.optGroupReq, form.fpGroupReq}), Beside({Below({}), Slot("lblIncludeInGroup")}),
-               Beside({form.fpMinAlphaChar, form.chkMinAlphaCharGrp}),
-               Beside({form.fpMinUpperChar, form.chkMinUpperCharGrp}),
-               Beside({form.fpMinLowerChar, form.chkMinLowerCharGrp}),
-               Beside({form.fpMinNumberChar, form.chkMinNumberCharGrp}),
-               Beside({form.fpMinSpecialChar, form.chkMinSpecialCharGrp}), form.txtSpecialChar});
+              {Beside({form.optGroupReq, form.fpGroupReq}),
+               requirement(form.fpMinAlphaChar, form.chkMinAlphaCharGrp),
+               requirement(form.fpMinUpperChar, form.chkMinUpperCharGrp),
+               requirement(form.fpMinLowerChar, form.chkMinLowerCharGrp),
+               requirement(form.fpMinNumberChar, form.chkMinNumberCharGrp),
+               requirement(form.fpMinSpecialChar, form.chkMinSpecialCharGrp), form.txtSpecialChar});
     return Tabs(
         "tabOptions",
         {Page(form.tr("&Password Requirements"),
@@ -95,18 +102,19 @@ frmSecurity_SecurityOptions::frmSecurity_SecurityOptions(Application& applicatio
     auto* cmdPasswordExpiration = MakeButton("cmdPasswordExpiration", tr("Pass&word Expiration..."));
     AddButton(cmdPasswordExpiration);
     connect(cmdPasswordExpiration, &QPushButton::clicked, this, &frmSecurity_SecurityOptions::ShowExpiration);
-    auto* lblIncludeInGroup = findChild<QLabel*>("lblIncludeInGroup");
-    const auto followGroup = [this, lblIncludeInGroup] {
-        lblIncludeInGroup->setEnabled(m_form.optGroupReq.Draft() == u"1");
+    const auto followGroup = [this] {
+        for (QLabel* label : m_includeLabels)
+            label->setEnabled(IsReadOnly() || m_form.optGroupReq.Draft() == u"1");
     };
     connect(&m_form, &Form::Changed, this, followGroup);
     followGroup();
 }
 
 QWidget* frmSecurity_SecurityOptions::MakeSlot(const QString& name) {
-    if (name == "lblIncludeInGroup") {
+    if (name.startsWith(IncludeLabel)) {
         auto* label = new QLabel(tr("Include in group"), this);
         label->setObjectName(name);
+        m_includeLabels.append(label);
         return label;
     }
     auto* buttons = new QWidget(this);

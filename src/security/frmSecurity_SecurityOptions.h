@@ -3,6 +3,8 @@
 #include "framework/SingleRecordScreen.h"
 #include "security/SecurityOptionsForm.h"
 
+class QLabel;
+
 namespace sysadmin {
 
 /// The library's rules for operators' passwords and sign-on, and the log of invalid sign-on attempts.
@@ -26,6 +28,7 @@ private:
     void ShowExpiration();
 
     SecurityOptionsForm& m_form = KeepForm<SecurityOptionsForm>();
+    QList<QLabel*> m_includeLabels; // "Include in group", one for each requirement
 };
 
 } // namespace sysadmin

@@ -32,6 +32,7 @@ frmSystem_Addresses::frmSystem_Addresses(Application& application, const QString
 
     tabAddress = new QTabWidget(this);
     tabAddress->setObjectName("tabAddress");
+    tabAddress->tabBar()->setAccessibleName(tr("Addresses"));
     for (int i = 1; i <= MostAddresses; ++i) {
         auto* page = new AddressPage(application, readOnly, tabAddress);
         m_pages.append(page);

@@ -1,6 +1,7 @@
 #include "app/Client.h"
 #include "core/MainWindow.h"
 #include "core/Screen.h"
+#include "framework/DateEdit.h"
 #include "framework/FormView.h"
 #include "framework/ListGrid.h"
 #include "framework/forms/ValueFields.h"
@@ -9,7 +10,6 @@
 #include <QAbstractButton>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDateEdit>
 #include <QDialog>
 #include <QGroupBox>
 #include <QLineEdit>
@@ -42,7 +42,7 @@ bool IsRightControl(Kind kind, const QWidget* widget) {
     case Kind::Choice:
         return qobject_cast<const QComboBox*>(widget);
     case Kind::Date:
-        return qobject_cast<const QDateEdit*>(widget);
+        return qobject_cast<const DateEdit*>(widget);
     case Kind::Rows:
         return qobject_cast<const ListGrid*>(widget);
     case Kind::Checked:
@@ -53,15 +53,8 @@ bool IsRightControl(Kind kind, const QWidget* widget) {
 }
 
 bool TakesInput(const QWidget* widget) {
-    if (!widget->isEnabled())
-        return false;
-    if (const auto* edit = qobject_cast<const QLineEdit*>(widget))
-        return !edit->isReadOnly();
-    if (const auto* edit = qobject_cast<const QPlainTextEdit*>(widget))
-        return !edit->isReadOnly();
-    if (const auto* edit = qobject_cast<const QDateEdit*>(widget))
-        return !edit->isReadOnly();
-    return !qobject_cast<const ListGrid*>(widget) && !qobject_cast<const QListWidget*>(widget);
+    return widget->isEnabled() && !widget->property("readOnly").toBool() &&
+           !qobject_cast<const ListGrid*>(widget) && !qobject_cast<const QListWidget*>(widget);
 }
 
 /// Every value of a form by control name.

@@ -69,8 +69,8 @@ Description Read(const QFileInfo& file) {
     EXPECT_EQ(description.file, description.screen + '.' + description.state);
     EXPECT_TRUE(QStringList({"list", "new", "edit", "view"}).contains(description.state));
     EXPECT_FALSE(object["title"].toString().isEmpty());
-    const QStringList keys{"accessibleName", "class", "columns", "enabled", "items", "label",
-                           "name",           "page",  "text",    "toolTip", "value", "visible"};
+    const QStringList keys{"accessibleName", "class", "columns", "enabled", "items", "label",  "name",
+                           "page",           "role",  "text",    "toolTip", "value", "visible"};
     for (const QJsonValue& control : object["controls"].toArray()) {
         description.controls.append(control.toObject());
         EXPECT_EQ(description.controls.last().keys(), keys);
@@ -80,10 +80,10 @@ Description Read(const QFileInfo& file) {
 }
 
 bool TakesFocus(const QJsonObject& control) {
-    static const QStringList classes{"QLineEdit", "QPlainTextEdit", "QTextEdit",   "QComboBox",
-                                     "QCheckBox", "QPushButton",    "QToolButton", "QRadioButton",
-                                     "QDateEdit", "QTimeEdit",      "QSpinBox",    "QTableView",
-                                     "QListView", "QListWidget",    "QTreeView",   "QTreeWidget"};
+    static const QStringList classes{"QLineEdit",  "QPlainTextEdit", "QTextEdit",   "QComboBox",
+                                     "QCheckBox",  "QPushButton",    "QToolButton", "QRadioButton",
+                                     "QTableView", "QListView",      "QListWidget", "QTreeView",
+                                     "QTreeWidget"};
     return classes.contains(control["class"].toString());
 }
 

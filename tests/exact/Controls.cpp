@@ -4,10 +4,10 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDateEdit>
 #include <QIntValidator>
 #include <QLabel>
 #include <QLineEdit>
+#include <QLocale>
 #include <QPlainTextEdit>
 #include <QRadioButton>
 
@@ -31,6 +31,11 @@ void Type(QLineEdit& edit, const QString& text) {
     else
         edit.insert(text);
     emit edit.editingFinished();
+}
+
+/// As dates are shown and typed.
+QString ShortForm() {
+    return QLocale().dateFormat(QLocale::ShortFormat).replace("yyyy", "yy").replace("yy", "yyyy");
 }
 
 QString EntriesOf(const QList<PickItem>& items) {
@@ -67,7 +72,7 @@ QWidget* ControlOf(QWidget& root, const Field& field) {
     if (field.kind == u"choice")
         return &Find<QComboBox>(root, field.control);
     if (field.kind == u"date")
-        return &Find<QDateEdit>(root, field.control);
+        return &Find<QLineEdit>(root, field.control);
     if (field.kind == u"lines")
         return &Find<QPlainTextEdit>(root, field.control);
     if (field.kind == u"letter")
@@ -104,9 +109,8 @@ QString ShownValue(QWidget& root, const Field& field) {
     if (field.kind == u"lines")
         return static_cast<QPlainTextEdit*>(control)->toPlainText();
     if (field.kind == u"date") {
-        auto* edit = static_cast<QDateEdit*>(control);
-        return edit->date() == edit->minimumDate() ? QString()
-                                                   : edit->date().toString(field.format) + field.suffix;
+        const QDate date = QLocale().toDate(static_cast<QLineEdit*>(control)->text(), ShortForm());
+        return date.isValid() ? date.toString(field.format) + field.suffix : QString();
     }
     for (const PickItem& option : field.entries)
         if (Find<QRadioButton>(root, field.control + option.id).isChecked())
@@ -118,13 +122,7 @@ bool IsOpen(QWidget& root, const Field& field) {
     QWidget* control = ControlOf(root, field);
     if (!control->isEnabledTo(&root))
         return false;
-    if (const auto* edit = qobject_cast<QLineEdit*>(control))
-        return !edit->isReadOnly();
-    if (const auto* edit = qobject_cast<QPlainTextEdit*>(control))
-        return !edit->isReadOnly();
-    if (const auto* edit = qobject_cast<QDateEdit*>(control))
-        return !edit->isReadOnly();
-    return true;
+    return !control->property("readOnly").toBool();
 }
 
 void Enter(QWidget& root, const Field& field, const QString& value) {
@@ -146,9 +144,8 @@ void Enter(QWidget& root, const Field& field, const QString& value) {
     } else if (field.kind == u"lines") {
         static_cast<QPlainTextEdit*>(control)->setPlainText(value);
     } else if (field.kind == u"date") {
-        auto* edit = static_cast<QDateEdit*>(control);
-        edit->setDate(value.isEmpty() ? edit->minimumDate()
-                                      : QDate::fromString(value.left(field.format.size()), field.format));
+        const QDate date = QDate::fromString(value.left(field.format.size()), field.format);
+        Type(static_cast<QLineEdit&>(*control), QLocale().toString(date, ShortForm()));
     } else if (field.kind == u"letter") {
         Find<QRadioButton>(root, field.control + value).click();
     }

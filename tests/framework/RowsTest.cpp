@@ -436,6 +436,32 @@ TEST(FormViewTest, BlocksButtonsSecondPlacesAndMarcPlaces) {
                 edit("txtNote2").isReadOnly());
 }
 
+TEST(FormViewTest, AMarcPlaceMayStandForSeveral) {
+    Form form;
+    MarcPlaceField place(form, {.name = "fraPlace", .caption = "Fields:"},
+                         {.field = {"F", "txtF"}, .indicator1 = {"I1", "txtI1"}, .wildcards = true});
+    FormView view(form, Below({place}));
+    view.show();
+    const struct {
+        const char* typed;
+        const char* field;
+        const char* indicator;
+        bool taken;
+    } cases[] = {{"65x", "65X", "*", true}, {"6xx", "6XX", "", true},  {"*", "*", "7", true},
+                 {"650", "650", "*", true}, {"x65", "65", "*", false}, {"6x", "6X", "*", false},
+                 {"*50", "*", "*", true}};
+    for (const auto& one : cases) {
+        for (const auto& [name, text] : {std::pair("txtF", one.typed), std::pair("txtI1", one.indicator)}) {
+            auto& edit = *view.findChild<QLineEdit*>(name);
+            edit.selectAll();
+            QTest::keyClick(&edit, Qt::Key_Delete);
+            QTest::keyClicks(&edit, text);
+        }
+        EXPECT_EQ(place.Words(), QStringList{QString("%1 %2").arg(one.field, one.indicator).trimmed()});
+        EXPECT_EQ(place.Problem().isEmpty(), one.taken) << one.typed;
+    }
+}
+
 } // namespace
 
 } // namespace sysadmin

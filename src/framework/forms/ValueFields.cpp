@@ -124,9 +124,58 @@ QString MoneyField::Problem() const {
     return {};
 }
 
+namespace {
+
+/// The locale's short form with the whole year.
+QString ShortForm() {
+    return QLocale().dateFormat(QLocale::ShortFormat).replace("yyyy", "yy").replace("yy", "yyyy");
+}
+
+/// Day, month and year by numbers: with any marks between them, or two digits each and all of the year.
+QDate DateOfNumbers(const QString& typed) {
+    static const QRegularExpression iso("^(\\d{4})-(\\d{1,2})-(\\d{1,2})$");
+    if (const QRegularExpressionMatch match = iso.match(typed); match.hasMatch())
+        return QDate(match.captured(1).toInt(), match.captured(2).toInt(), match.captured(3).toInt());
+    QString order; // of the parts in the locale's form
+    for (const QChar letter : ShortForm())
+        if (QString("dMy").contains(letter) && !order.contains(letter))
+            order.append(letter);
+    QString marked = "^";
+    QString together = "^";
+    for (const QChar part : order) {
+        marked +=
+            QString(marked.size() > 1 ? "\\D+" : "") + (part == u'y' ? "(\\d{4}|\\d{2})" : "(\\d{1,2})");
+        together += part == u'y' ? "(\\d{4}|\\d{2})" : "(\\d{2})";
+    }
+    for (const QString& pattern : {marked + "$", together + "$"}) {
+        const QRegularExpressionMatch match = QRegularExpression(pattern).match(typed);
+        if (!match.hasMatch())
+            continue;
+        const auto part = [&](QChar letter) {
+            return match.captured(int(order.indexOf(letter)) + 1).toInt();
+        };
+        const int year = part('y');
+        return QDate(year < 100 ? 2000 + year : year, part('M'), part('d'));
+    }
+    return {};
+}
+
+} // namespace
+
+void DateField::TypeIn(const QString& text) {
+    const QString typed = text.simplified();
+    QDate date = QLocale().toDate(typed, ShortForm());
+    if (!date.isValid() || date.year() < 1000)
+        date = DateOfNumbers(typed);
+    if (date.isValid())
+        SetDate(date);
+    else
+        SetDraft(typed);
+}
+
 QString DateField::DisplayText() const {
     const QDate date = Date();
-    return date.isValid() ? QLocale().toString(date, QLocale::ShortFormat) : Draft();
+    return date.isValid() ? QLocale().toString(date, ShortForm()) : Draft();
 }
 
 QString DateField::FromWire(const QString& value) const {
@@ -137,7 +186,9 @@ QString DateField::FromWire(const QString& value) const {
 QString DateField::Problem() const {
     if (const QString problem = Field::Problem(); !problem.isEmpty() || IsBlank())
         return problem;
-    return Date().isValid() ? QString() : Form::tr("\"%1\" must be a date.").arg(PlainCaption());
+    return Date().isValid() ? QString()
+                            : Form::tr("\"%1\" must be a date, such as %2.")
+                                  .arg(PlainCaption(), QLocale().toString(QDate(2026, 11, 21), ShortForm()));
 }
 
 void TimeField::TypeIn(const QString& text) {

@@ -157,6 +157,9 @@ public:
     /// The draft as a date; invalid when it is blank.
     QDate Date() const { return QDate::fromString(Draft(), Format()); }
     void SetDate(QDate date) { SetDraft(date.isValid() ? date.toString(Format()) : QString()); }
+    /// A date in the locale's short form, with or without marks between the parts, or as 2026-11-21; anything
+    /// else stays as it was typed and is a problem.
+    void TypeIn(const QString& text);
     QString DisplayText() const override;
     QString Problem() const override;
 

@@ -1,0 +1,8 @@
+#pragma once
+
+namespace sysadmin {
+
+/// Brings the editors for dates and times of day.
+void RegisterMomentEditors();
+
+} // namespace sysadmin
