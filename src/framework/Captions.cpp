@@ -85,6 +85,22 @@ void Collect(QWidget& root, QList<Carrier>& carriers, QList<QWidget*>& pages) {
     }
 }
 
+/// Takes back what was assigned before, so that all letters are free but those that captions were declared
+/// with.
+void TakeBack(QWidget& root) {
+    QList<Carrier> carriers;
+    QList<QWidget*> pages;
+    Collect(root, carriers, pages);
+    for (const Carrier& carrier : carriers) {
+        const QWidget* declares =
+            carrier.tab < 0 ? carrier.widget : static_cast<QTabWidget*>(carrier.widget)->widget(carrier.tab);
+        if (const QVariant caption = declares->property(CaptionProperty); caption.isValid())
+            SetText(carrier, caption.toString());
+    }
+    for (QWidget* page : pages)
+        TakeBack(*page);
+}
+
 void Assign(QWidget& root, QSet<QChar> used) {
     QList<Carrier> carriers;
     QList<QWidget*> pages;
@@ -134,6 +150,7 @@ void AssignMnemonics(QWidget& root) {
     QSet<QChar> used;
     for (const char16_t* letter = MenuLetters; *letter; ++letter)
         used.insert(QChar(*letter));
+    TakeBack(root);
     Assign(root, used);
     root.setProperty(MnemonicsProperty, true);
 }

@@ -70,7 +70,9 @@ void SingleRecordScreen::Build(const RecordSpec& spec, Form& form, const Layout&
 
 void SingleRecordScreen::AddButton(QPushButton* button) {
     m_buttons->insertWidget(m_buttons->indexOf(m_cmdSave), button);
-    setTabOrder(m_cmdSave->previousInFocusChain(), button);
+    setTabOrder(button, m_cmdSave);
+    setTabOrder(m_cmdSave, m_cmdCancel);
+    AssignMnemonics(*this); // the button's own letter may have been given to a field
 }
 
 void SingleRecordScreen::LoadScreen() {

@@ -35,8 +35,10 @@ frmSelectCluster::frmSelectCluster(const ClusterCollection& clusters, QWidget* p
     cmdOK->setDefault(true);
     buttons->addButton(tr("&Cancel"), QDialogButtonBox::RejectRole)->setObjectName("cmdCancel");
     auto* whole = new QVBoxLayout(this);
-    if (clusters.Count() >= ManyClusters)
+    if (clusters.Count() >= ManyClusters) {
         whole->addWidget(vsfClusters->FilterBox());
+        setTabOrder(vsfClusters->FilterBox(), vsfClusters);
+    }
     whole->addWidget(vsfClusters, 1);
     whole->addWidget(buttons);
 

@@ -81,6 +81,8 @@ CompareDialog::CompareDialog(const QString& caption, const PickItem& left, const
     buttons->button(QDialogButtonBox::Close)->setObjectName("cmdClose");
     whole->addWidget(buttons);
 
+    setTabOrder(m_onlyDifferences, m_grid->FilterBox());
+    setTabOrder(m_grid->FilterBox(), m_grid);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(m_other, &QComboBox::currentIndexChanged, this, &CompareDialog::ReadOther);
     connect(m_onlyDifferences, &QCheckBox::toggled, this, &CompareDialog::ShowComparison);

@@ -58,6 +58,8 @@ void CheckSpoken(QWidget& window) {
     QSet<const QObject*> found;
     CollectSpoken(QAccessible::queryAccessibleInterface(&window), found);
     for (QWidget* widget : TabStops(window)) {
+        if (widget->objectName() == u"tabScreens")
+            continue; // the area hands on its windows and not their tabs
         SCOPED_TRACE(NameOf(widget));
         QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(widget);
         ASSERT_TRUE(spoken);
@@ -77,7 +79,9 @@ void CheckTabOrder(QWidget& window) {
     };
     const QWidget* last = nullptr;
     for (const QWidget* widget : TabStops(window)) {
-        if (last) {
+        if (widget->visibleRegion().isEmpty())
+            continue; // comes into sight once it has the focus
+        if (last && !last->isAncestorOf(widget)) {
             const QRect a = place(last);
             const QRect b = place(widget);
             const bool goesUp = b.bottom() < a.center().y() && b.left() < a.right();
@@ -164,9 +168,11 @@ QList<std::pair<std::string, QRect>> TextsToRead(QWidget& window, bool isView) {
             const auto* label = qobject_cast<const QLabel*>(widget);
             const auto* box = qobject_cast<const QComboBox*>(widget);
             const auto* button = qobject_cast<const QAbstractButton*>(widget);
-            const bool shows = (line && !line->text().isEmpty()) || (label && !label->text().isEmpty()) ||
-                               (box && !box->currentText().isEmpty()) || (button && button->isCheckable());
-            if (shows && widget->isVisibleTo(&window))
+            const bool shows =
+                (line && !line->text().isEmpty()) || (label && !label->text().trimmed().isEmpty()) ||
+                (box && !box->currentText().isEmpty()) ||
+                (button && (button->isChecked() || (button->isCheckable() && !button->text().isEmpty())));
+            if (shows && widget->visibleRegion() == QRegion(widget->rect()))
                 add(widget, widget->rect().adjusted(3, 3, -3, -3)); // without the frame
         }
     for (ListGrid* grid : window.findChildren<ListGrid*>())
@@ -189,17 +195,31 @@ void CheckContrast(QWidget& window, bool isView) {
     }
 }
 
+/// Whether the widget stands on a page that does not belong to the record.
+bool StandsOnLockedPage(QWidget& widget) {
+    for (QWidget* page = &widget; page; page = page->parentWidget())
+        if (auto* tabs = page->parentWidget()
+                             ? qobject_cast<QTabWidget*>(page->parentWidget()->parentWidget())
+                             : nullptr)
+            if (const int index = tabs->indexOf(page); index >= 0 && !tabs->isTabEnabled(index))
+                return true;
+    return false;
+}
+
 /// Every field of a view takes the focus and is announced with its value.
 void CheckView(QWidget& window) {
     for (const FormView* view : window.findChildren<FormView*>())
         for (const Field* field : view->GetForm().Fields()) {
             SCOPED_TRACE(field->Name().toStdString());
-            bool reached = field->Name().isEmpty();
-            for (QWidget* widget : reached ? QList<QWidget*>() : view->EditorOf(*field)->FocusWidgets()) {
+            if (field->Name().isEmpty() || StandsOnLockedPage(*view->EditorOf(*field)->Widget()))
+                continue;
+            bool reached = false;
+            for (QWidget* widget : view->EditorOf(*field)->FocusWidgets()) {
                 reached = reached || (widget->isEnabledTo(&window) && (widget->focusPolicy() & Qt::TabFocus));
                 QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(widget);
                 if (const auto* line = qobject_cast<const QLineEdit*>(widget);
-                    line && line->echoMode() == QLineEdit::Normal) {
+                    line && line->echoMode() == QLineEdit::Normal &&
+                    !line->objectName().startsWith("txtFilter")) {
                     EXPECT_EQ(spoken->text(QAccessible::Value), line->text());
                     EXPECT_TRUE(spoken->state().readOnly);
                 }
@@ -245,8 +265,9 @@ TEST(AccessibilityTest, EveryWindowIsReadAndWorkedByKeys) {
             CheckSpoken(window);
             CheckTabOrder(window);
             CheckMnemonics(window);
-            CheckContrast(window, state == u"view");
         });
+        if (state == u"edit" || state == u"view")
+            CheckContrast(window, state == u"view");
         if (state == u"view" && isScreen)
             CheckView(window);
         if (!isScreen && helpContext != 0) {
