@@ -1,10 +1,10 @@
 #include "support/StoryTeller.h"
 
 #include "core/Screen.h"
+#include "framework/DateEdit.h"
 #include "support/Words.h"
 
 #include <QClipboard>
-#include <QDateEdit>
 #include <QDialog>
 #include <QFile>
 #include <QGroupBox>
@@ -161,7 +161,7 @@ bool StoryTeller::Act(const QString& command, const Words& words) {
     } else if (command == u"tab") {
         Get<QTabWidget>(words[0]).setCurrentIndex(words[1].toInt());
     } else if (command == u"date") {
-        Get<QDateEdit>(words[0]).setDate(QDate::fromString(words[1], "yyyyMMdd"));
+        Type(Around(words[0]), words[0], QDate::fromString(words[1], "yyyyMMdd").toString(Qt::ISODate));
     } else if (command == u"reload") {
         static_cast<Screen*>(front)->LoadScreen();
     } else if (command == u"give-up") {
@@ -272,8 +272,8 @@ QString StoryTeller::Shown(const QString& name) {
     QWidget& widget = Seen(name);
     if (const auto* edit = qobject_cast<QPlainTextEdit*>(&widget))
         return edit->toPlainText();
-    if (const auto* edit = qobject_cast<QDateEdit*>(&widget))
-        return edit->date().toString("yyyyMMdd");
+    if (const auto* edit = qobject_cast<DateEdit*>(&widget))
+        return QLocale().toDate(edit->text(), "M/d/yyyy").toString("yyyyMMdd");
     if (const auto* box = qobject_cast<QComboBox*>(&widget))
         return box->currentText();
     if (const auto* box = qobject_cast<QGroupBox*>(&widget))
