@@ -126,7 +126,9 @@ QString VisitAs(const CommandLine& line, VisitingPrompter& prompter, const QStri
         client.Comm().ShowSignOn();
     if (const QString problem = client.Comm().SignOnDirectly(operatorId, password); !problem.isEmpty())
         return problem;
-    if (!client.Start({}))
+    const QStringList arguments =
+        line.appearance.isEmpty() ? QStringList() : QStringList{"--appearance", line.appearance};
+    if (!client.Start(arguments))
         return "the main window did not open for " + operatorId;
     MainWindow& window = *client.Window();
     window.resize(1280, 800);

@@ -224,9 +224,12 @@ int FormView::DrawChild(const Layout& child, QWidget* parent, QGridLayout& grid,
         widget->layout()->setContentsMargins(inRow && column > 0 ? ColumnGap : 0, 0, 0, 0);
     }
     const int span = inRow ? CellsOfField : -1;
-    grid.addWidget(widget, row, column, 1, span,
-                   child.kind == Layout::Kind::Slot || child.kind == Layout::Kind::Button ? Qt::AlignLeft
-                                                                                          : Qt::Alignment());
+    Qt::Alignment alignment;
+    if (child.kind == Layout::Kind::Slot || child.kind == Layout::Kind::Button)
+        alignment = Qt::AlignLeft;
+    else if (child.kind == Layout::Kind::Beside && inRow && !WantsHeight(child))
+        alignment = Qt::AlignVCenter; // on one line with what stands beside it
+    grid.addWidget(widget, row, column, 1, span, alignment);
     return column + CellsOfField;
 }
 

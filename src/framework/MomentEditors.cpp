@@ -18,7 +18,7 @@ public:
         : FieldEditor(field)
         , m_date(field) {
         m_edit = new DateEdit(parent);
-        m_edit->setFixedWidth(WidthForLength(*m_edit, 14));
+        m_edit->setFixedWidth(WidthForLength(*m_edit, 14) + m_edit->textMargins().right());
         m_widget = m_edit;
         m_focusWidgets = {m_edit};
         connect(m_edit, &DateEdit::DateChosen, this, [this](QDate date) { m_date.SetDate(date); });

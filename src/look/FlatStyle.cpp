@@ -285,6 +285,9 @@ void FlatStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
     case PE_IndicatorTabClose:
         DrawTabClose(*option, *painter);
         break;
+    case PE_IndicatorArrowDown:
+        flat::Chevron(*painter, option->rect, palette.color(QPalette::PlaceholderText));
+        break;
     case PE_IndicatorHeaderArrow:
         DrawHeaderArrow(*option, *painter);
         break;

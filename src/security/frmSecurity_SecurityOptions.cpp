@@ -26,7 +26,7 @@ constexpr char IncludeLabel[] = "lblIncludeInGroup";
 
 Layout DescribeLayout(SecurityOptionsForm& form) {
     const auto requirement = [](Field& count, Field& included) {
-        return Beside({count, Slot(IncludeLabel + included.Name().mid(3)), included});
+        return Beside({count, Beside({Slot(IncludeLabel + included.Name().mid(3)), included})});
     };
     const Layout composition =
         Frame("fraRequirements", form.tr("Character Requirements"),
