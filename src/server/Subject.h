@@ -78,6 +78,11 @@ struct Subject {
     QList<ColumnList> alsoListed = {};
     /// Tags that the reply to an add carries (the key and fields).
     QStringList addReply = {};
+    /// The tag of the new record's id in that reply, where it is not the key's.
+    QString addedIdTag = {};
+    /// A field by which requests may say among which records they work (the cluster, the policy group): for
+    /// them a record with another value in the column is not there.
+    std::optional<ListFilter> within = {};
     QList<ListFilter> listFilters = {};
     /// The list's order as columns; by id when empty. Lists in batches are always by id.
     QStringList order = {};

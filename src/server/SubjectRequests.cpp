@@ -22,8 +22,8 @@ const SubjectField* KeyField(const Subject& subject) {
     return nullptr;
 }
 
-/// The id of the record that a request names.
-std::optional<qint64> FindKey(Context& context, const Subject& subject, const wire::Fields& request,
+/// The id of the record of the key that a request names.
+std::optional<qint64> IdOfKey(Context& context, const Subject& subject, const wire::Fields& request,
                               bool useOriginal) {
     if (subject.single)
         return context.records.IdWhere(subject.table, "only_one", "Y");
@@ -39,6 +39,18 @@ std::optional<qint64> FindKey(Context& context, const Subject& subject, const wi
     bool valid = false;
     const qint64 id = key->toLongLong(&valid);
     return valid ? context.records.IdWhere(subject.table, "id", id) : std::nullopt;
+}
+
+/// The id of the record that a request names, if it is among those with which the request works.
+std::optional<qint64> FindKey(Context& context, const Subject& subject, const wire::Fields& request,
+                              bool useOriginal) {
+    const auto id = IdOfKey(context, subject, request, useOriginal);
+    const auto within = subject.within ? Sent(request, subject.within->tag) : std::nullopt;
+    if (!id || !within)
+        return id;
+    const QVariant held = context.database.FirstValue(
+        "SELECT " + subject.within->column + " FROM " + subject.table + " WHERE id=?", {*id});
+    return held.toString() == within->trimmed() ? id : std::nullopt;
 }
 
 bool IsDecimal(const QString& value) {
@@ -278,6 +290,8 @@ Answer Add(Context& context, const Subject& subject, const wire::Fields& request
     if (const qint16 refused = FinishPut(context, subject, request, id, true))
         return {refused};
     Answer answer;
+    if (!subject.addedIdTag.isEmpty())
+        Put(answer.fields, subject.addedIdTag, QString::number(id));
     for (const QString& tag : subject.addReply) {
         if (tag == subject.key && !KeyField(subject)) {
             Put(answer.fields, tag, QString::number(id));

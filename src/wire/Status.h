@@ -29,5 +29,11 @@ inline constexpr qint16 PublishedPassword = 110;
 inline constexpr qint16 ReplyTooLong = 130;
 /// Somebody else changed the record after this session read it: nothing was written.
 inline constexpr qint16 RecordChanged = 131;
+/// Some of the pairs for which rules were to be added have one already: nothing was written.
+inline constexpr qint16 MatrixEntriesExist = 132;
+/// The calendars of a policy group have days in common.
+inline constexpr qint16 CalendarsOverlap = 133;
+/// A location is in another circulation policy group.
+inline constexpr qint16 LocationInOtherGroup = 134;
 
 } // namespace sysadmin::wire::status

@@ -118,6 +118,9 @@ constexpr Row Rows[] = {
     {123, Plain, QT_TRANSLATE_NOOP("StatusTable", "This calendar cannot be saved.  A date is outside the calendar's coverage dates.")},
     {130, Plain, QT_TRANSLATE_NOOP("StatusTable", "The list is too long to be shown.")},
     {131, Plain, QT_TRANSLATE_NOOP("StatusTable", "Somebody else has changed this record in the meantime.  Nothing was saved.")},
+    {132, Plain, QT_TRANSLATE_NOOP("StatusTable", "Some of the chosen matrix entries already exist.  Nothing was saved.")},
+    {133, Plain, QT_TRANSLATE_NOOP("StatusTable", "The dates of the selected calendars overlap.  Nothing was saved.")},
+    {134, Plain, QT_TRANSLATE_NOOP("StatusTable", "A location belongs to another circ policy group.  Nothing was saved.")},
     {-92, Plain, QT_TRANSLATE_NOOP("StatusTable", "The server or database is not compatible with this version of your application. The application will be aborted. Client version: #  Server version: #  Database version: #")},
 };
 // clang-format on

@@ -44,11 +44,9 @@ Answer ReadSecurity(Context& context, const wire::Fields& request) {
 Answer List(Context& context, const wire::Fields& request) {
     if (!IsAboutRequester(context, request, "OI"))
         return {status::NotAuthorised};
-    const auto exists = [&](const QString& table) {
-        const bool isThere = context.library.GetRegistry().GetTables().contains(table);
-        return isThere ? "CASE WHEN EXISTS (SELECT 1 FROM " + table +
-                             " x WHERE x.cluster_id=c.id) THEN 'Y' ELSE 'N' END"
-                       : QString("'N'");
+    const auto exists = [](const QString& table) {
+        return QString("CASE WHEN EXISTS (SELECT 1 FROM " + table +
+                       " x WHERE x.cluster_id=c.id) THEN 'Y' ELSE 'N' END");
     };
     const QStringList columns{"c.id",
                               "c.code",
@@ -168,7 +166,8 @@ void RegisterClusters(Registry& registry) {
                    {"UpdCluster", change("CluEdit")},
                    {"DelCluster", change("CluDelete")}},
         .usedBy = {{"circulation_policy_groups", "cluster_id", status::InUse},
-                   {"patron_groups", "cluster_id", status::InUse}},
+                   {"patron_groups", "cluster_id", status::InUse},
+                   {"calendars", "cluster_id", status::InUse}},
         .addReply = {"CID", "CCD"},
         .checkPut = CheckPickup,
         .afterPut = MarkDesk,

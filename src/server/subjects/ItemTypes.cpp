@@ -4,6 +4,7 @@ namespace sysadmin::server {
 
 namespace {
 
+constexpr qint16 UsedByCirculationPolicies = 14;
 constexpr qint16 UsedByItems = 84;
 constexpr qint16 UsedByAcquisitionsPolicy = 120;
 
@@ -31,6 +32,8 @@ void RegisterItemTypes(Registry& registry) {
                 SubjectField::Text("Dsp", "display_name", NameLength),
             },
         .listArea = Area::AnyOperator,
+        .usedBy = {{"circulation_matrix", "item_type_id", UsedByCirculationPolicies},
+                   {"circulation_policy_locations", "default_item_type_id", UsedByCirculationPolicies}},
         .usages = {{"items", UsedByItems}, {"acquisitions policies", UsedByAcquisitionsPolicy}},
         .addReply = {"ID", "Cd"},
     });

@@ -7,6 +7,7 @@ namespace {
 constexpr qint16 UsedByPatronBarcodes = 85;
 constexpr qint16 UsedByRemotePolicies = 96;
 constexpr qint16 UsedByTransactions = 102;
+constexpr qint16 UsedByMatrix = 103;
 
 } // namespace
 
@@ -37,6 +38,7 @@ void RegisterPatronGroups(Registry& registry) {
                 SubjectField::Whole("PatChrgLmt", "charge_limit"),
             },
         .listArea = Area::AnyOperator,
+        .usedBy = {{"circulation_matrix", "patron_group_id", UsedByMatrix}},
         .usages = {{"patron barcodes", UsedByPatronBarcodes},
                    {"remote patron policies", UsedByRemotePolicies},
                    {"circulation transactions", UsedByTransactions}},

@@ -1,6 +1,6 @@
 #include "server/subjects/Registrations.h"
 
-// The policy groups to which locations belong: what locations and clusters need to know of them.
+// The acquisitions and cataloging policy groups: what locations need to know of them.
 
 namespace sysadmin::server {
 
@@ -29,16 +29,6 @@ void RegisterPolicyGroups(Registry& registry) {
         registry.AddTable(GroupTable(kind));
         registry.AddTable(GroupLocations(kind));
     }
-    registry.AddTable(
-        {.name = "circulation_policy_groups",
-         .columns = {{.name = "cluster_id", .type = ColumnType::Reference, .target = "clusters"},
-                     {.name = "name"}},
-         .uniqueTexts = {{.column = "name", .within = "cluster_id"}}});
-    Table locations = GroupLocations("circulation");
-    locations.columns << Column{.name = "is_desk", .type = ColumnType::Flag}
-                      << Column{.name = "is_opac_desk", .type = ColumnType::Flag}
-                      << Column{.name = "is_pickup", .type = ColumnType::Flag};
-    registry.AddTable(locations);
 }
 
 } // namespace sysadmin::server

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "server/ReplyFields.h"
+#include "server/SubjectField.h"
+
+namespace sysadmin::server {
+
+struct Context;
+
+/// What becomes of a row that a request carries: "3" it is removed, "4" left as it is, "1" and "2" it is to
+/// hold what the request says.
+namespace rowstate {
+inline const QString Added = "1";
+inline const QString Changed = "2";
+inline const QString Removed = "3";
+inline const QString Unchanged = "4";
+} // namespace rowstate
+
+/// The rows of a record that are known by the record of another table: the settings of a policy group for
+/// each item type, its locations, its calendars. A record has one row for each of those at the most.
+struct KeyedRows {
+    QString table;
+    QString owner; ///< the column that refers to the record
+    QString state; ///< tag of the state, which begins a row in requests
+    QString keyTag;
+    QString keyColumn;
+    QString keyTable;
+    QList<SubjectField> fields = {};
+    OnRemoval onKeyRemoval = OnRemoval::RemoveToo;
+    /// The same record may stand in the rows of one record only.
+    bool exclusive = false;
+
+    Table StoredAs(const QString& ownerTable) const;
+};
+
+/// A row as a request carries it.
+struct KeyedRow {
+    QString state;
+    QString key;
+    wire::Fields fields; ///< those that follow the state, up to the next row
+};
+
+/// The rows that a request carries; none when one of them has no known state or says no key.
+std::optional<QList<KeyedRow>> ReadKeyedRows(const KeyedRows& rows, const wire::Fields& request);
+
+/// Stores what a request says of a record's rows. `among` is SQL over the keys' table `m` that says which
+/// records may be keys. 3 when a row is not in order, 5 when a key is no such record.
+qint16 ApplyKeyedRows(Context& context, const KeyedRows& rows, qint64 owner, const QString& among,
+                      const QVariantList& amongValues, const wire::Fields& request);
+
+/// Appends a row for each record that may be a key, what is not stored with its default. `before` are further
+/// columns (SQL over the key's record `m`) with their tags, which come first.
+void PutKeyedRows(Context& context, const KeyedRows& rows, qint64 owner,
+                  const QList<QPair<QString, QString>>& before, const QString& among,
+                  const QVariantList& amongValues, ReplyFields& reply);
+
+/// The record of the key, if it is among those that may be one.
+std::optional<qint64> KeyRecord(Context& context, const QString& table, const QString& key,
+                                const QString& among = {}, const QVariantList& amongValues = {});
+
+/// A number that may have a decimal point and is not negative, or nothing.
+bool IsAmount(const QString& value);
+/// A unit by its letter: D, H or M.
+bool IsShortUnit(const QString& value);
+
+/// A count as these records have them.
+inline constexpr qint64 MostCount = 9999;
+SubjectField Count(const QString& tag, const QString& column);
+SubjectField Amount(const QString& tag, const QString& column, const QString& fallback = {});
+
+} // namespace sysadmin::server
