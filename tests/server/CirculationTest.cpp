@@ -81,12 +81,6 @@ wire::Fields Values(const QList<Tag>& tags, bool one) {
     return fields;
 }
 
-wire::Fields operator+(const wire::Fields& one, const wire::Fields& other) {
-    wire::Fields all = one;
-    all.append(other);
-    return all;
-}
-
 class CirculationTest : public EngineTest {
 protected:
     void SetUp() override {
@@ -409,7 +403,6 @@ TEST_P(CirculationTest, CalendarsInOrder) {
     for (const wire::Field& field : Parsed("Nm=C " + dates + days))
         EXPECT_TRUE(stored.contains(field)) << field.tag.toStdString();
     EXPECT_EQ(stored.mid(stored.size() - 16), Parsed(lists));
-    const QString refused = "UpdCal CID=@MAIN ID=@c ";
     // Each on its own against the calendar as it is.
     const QList<QPair<QString, int>> cases{
         {"TuDTm=03:00", 3},

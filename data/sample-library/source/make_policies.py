@@ -150,7 +150,7 @@ write("circulation_item_settings.csv",
             **{column: "Y" if column == "circ_hold_missing" else "N" for column in requests})
        for (group, item), cost in costs.items()])
 
-# --- Patron rules, for the groups of patrons that have more or less than the defaults ---
+# --- Patron rules ---
 limits = ["items_borrowed", "overdue_items", "overdue_recalled_items", "recalls", "self_shelf_returns",
           "claimed_returns", "lost_items", "call_slip_requests", "short_loans", "short_loan_titles",
           "short_loans_per_day", "hold_requests"]
@@ -192,7 +192,8 @@ write("circulation_patron_rules.csv",
        "courtesy_notice_applies", "least_balance_for_notice"] + limit_columns(limits[:8]) +
       ["opac_holds", "opac_recalls", "opac_call_slips"] + ["email_" + email for email in emails] +
       ["opac_short_loans"] + limit_columns(limits[8:]) + ["holds_count_as_borrowed"],
-      [patron_row(group, code, most) for group in with_rules for code, most in patron_rules.items()])
+      [patron_row(group, row["code"], patron_rules.get(row["code"], {})) for group in with_rules
+       for row in patrons])
 
 # --- Policy groups ---
 flags = {"counts_closed_for_loan": "Y", "fixed_due_time_for_overnight": "Y", "counts_closed_for_fine": "N",

@@ -15,6 +15,7 @@ QList<CsvRecord> ParseCsv(const QString& text) {
         record.fields << field;
         field.clear();
     };
+    const auto isSpecial = [](QChar c) { return c == u',' || c == u'"' || c == u'\n' || c == u'\r'; };
     for (qsizetype i = 0; i < text.size(); ++i) {
         const QChar c = text[i];
         if (!any) {
@@ -23,7 +24,14 @@ QList<CsvRecord> ParseCsv(const QString& text) {
         }
         if (c == u'\n')
             ++line;
-        if (quoted) {
+        // What means nothing by itself is taken over in one piece.
+        qsizetype end = i;
+        while (end < text.size() && !isSpecial(text[end]))
+            ++end;
+        if (end > i) {
+            field += QStringView(text).mid(i, end - i);
+            i = end - 1;
+        } else if (quoted) {
             if (c != u'"')
                 field += c;
             else if (i + 1 < text.size() && text[i + 1] == u'"')

@@ -79,6 +79,40 @@ qint64 Records::Insert(const QString& tableName, const Row& values) {
     return id;
 }
 
+Records::Inserter::Inserter(Records& records, const QString& table, const QList<const Column*>& columns)
+    : m_records(records)
+    , m_table(table)
+    , m_columns(columns) {
+    QStringList names;
+    for (const Column* column : columns) {
+        names << column->name;
+        m_isUnique << records.Named(table).IsUniqueText(column->name);
+        if (m_isUnique.last())
+            names << FoldedName(column->name);
+    }
+    m_sql = "INSERT INTO " + table + " (" + names.join(", ") + ") VALUES (" +
+            QString("?, ").repeated(names.size()).chopped(2) + ')';
+}
+
+qint64 Records::Inserter::Add(const QVariantList& values) const {
+    if (m_records.m_history) {
+        Row row;
+        for (qsizetype i = 0; i < values.size(); ++i)
+            row.insert(m_columns[i]->name, values[i]);
+        return m_records.Insert(m_table, row);
+    }
+    QVariantList bound;
+    bound.reserve(values.size() + 1);
+    for (qsizetype i = 0; i < values.size(); ++i) {
+        bound << Stored(*m_columns[i], values[i]);
+        if (!m_isUnique[i])
+            continue;
+        const QString folded = Fold(values[i].toString());
+        bound << (folded.isEmpty() ? QVariant() : QVariant(folded));
+    }
+    return m_records.m_database.RunInsert(m_sql, bound);
+}
+
 bool Records::Update(const QString& tableName, qint64 id, const Row& values) {
     const Table& table = Named(tableName);
     const std::optional<Row> before = Find(tableName, id);

@@ -81,6 +81,21 @@ public:
     /// The records that this request changed so far, in the order of the changes.
     QList<RecordName> Changed() const;
 
+    /// Adds many rows that name the same columns: what is the same for all of them is worked out once.
+    class Inserter {
+    public:
+        Inserter(Records& records, const QString& table, const QList<const Column*>& columns);
+        /// Adds a row with these values of the columns. Answers its id.
+        qint64 Add(const QVariantList& values) const;
+
+    private:
+        Records& m_records;
+        QString m_table;
+        QList<const Column*> m_columns;
+        QList<bool> m_isUnique;
+        QString m_sql;
+    };
+
 private:
     const Table& Named(const QString& table) const;
     void Append(const Table& table, const Row& values, QStringList& names, QVariantList& bound) const;

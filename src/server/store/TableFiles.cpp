@@ -42,11 +42,13 @@ struct TableFiles::Keys {
     QStringList columns;
     QHash<qint64, QStringList> partsOf;
     QHash<QString, qint64> idOf;
+    QHash<QString, std::optional<qint64>> idOfCell; ///< of cells that were looked for
 
     bool ByPlace() const { return !columns.isEmpty() && columns.last().isEmpty(); }
     void Add(qint64 id, const QStringList& parts) {
         partsOf.insert(id, parts);
         idOf.insert(Joined(parts), id);
+        idOfCell.clear();
     }
 };
 
@@ -162,13 +164,21 @@ TableFiles::Keys& TableFiles::KeysOf(const QString& name) {
     return *keys;
 }
 
+/// Whether a single text names a record: that of its only key column, or of the record to which it points.
+bool TableFiles::IsOneText(const Table& table) const {
+    const QStringList key = NaturalKey(table).value_or(QStringList());
+    if (key.size() != 1 || key.first().isEmpty())
+        return false;
+    const Column& column = *table.Find(key.first());
+    return column.type != ColumnType::Reference || IsOneText(*m_tables.constFind(column.target));
+}
+
 std::optional<qint64> TableFiles::Find(const QString& table, const QString& cell) {
-    const Keys& keys = KeysOf(table);
-    const bool isSimple =
-        keys.columns.size() == 1 &&
-        m_tables.constFind(table)->Find(keys.columns.first())->type != ColumnType::Reference;
+    Keys& keys = KeysOf(table);
+    if (const auto known = keys.idOfCell.constFind(cell); known != keys.idOfCell.constEnd())
+        return *known;
     QStringList parts{cell};
-    if (!isSimple) {
+    if (!IsOneText(*m_tables.constFind(table))) {
         const QList<CsvRecord> records = ParseCsv(cell);
         parts = records.isEmpty() ? QStringList() : records.first().fields;
         // Places stand without leading zeros.
@@ -176,7 +186,9 @@ std::optional<qint64> TableFiles::Find(const QString& table, const QString& cell
             parts.last() = PlaceText(parts.last().toInt());
     }
     const auto found = keys.idOf.constFind(Joined(parts));
-    return found == keys.idOf.constEnd() ? std::nullopt : std::optional(*found);
+    const std::optional<qint64> id = found == keys.idOf.constEnd() ? std::nullopt : std::optional(*found);
+    keys.idOfCell.insert(cell, id);
+    return id;
 }
 
 QByteArray TableFiles::Write(const QString& name) {
@@ -222,19 +234,18 @@ QByteArray TableFiles::Write(const QString& name) {
     return text.toUtf8();
 }
 
-/// Takes a cell into the row. Answers what is wrong with it.
-QString TableFiles::ReadCell(const Column& column, const QString& cell, Row& row, bool* isUnknown) {
-    const QString target = TargetOf(column, row);
+/// Reads a cell; `target` is the table of the record that it names, if it names one. Answers what is wrong
+/// with it.
+QString TableFiles::ReadCell(const Column& column, const QString& target, const QString& cell,
+                             QVariant& value, bool* isUnknown) {
     if (!target.isEmpty()) {
-        if (cell.isEmpty()) {
-            row.insert(column.name, QVariant());
+        if (cell.isEmpty())
             return {};
-        }
         const auto id = m_tables.contains(target) ? Find(target, cell) : std::nullopt;
         *isUnknown = !id;
         if (!id)
             return "There is no record \"" + cell + "\" of the table " + target + '.';
-        row.insert(column.name, *id);
+        value = *id;
         return {};
     }
     if (column.type == ColumnType::Flag && cell != u"Y" && cell != u"N")
@@ -246,7 +257,61 @@ QString TableFiles::ReadCell(const Column& column, const QString& cell, Row& row
         return FileHeading(column) + " is no number.";
     if (!IsStorable(cell))
         return FileHeading(column) + " holds a character that no text may hold.";
-    row.insert(column.name, cell);
+    value = cell;
+    return {};
+}
+
+/// Whether lines can be added without looking for records that are there: the table is empty, and the ids of
+/// other records are all that names its own.
+bool TableFiles::MayAppend(const Table& table) const {
+    const QStringList key = NaturalKey(table).value_or(QStringList());
+    return !key.isEmpty() &&
+           std::all_of(table.columns.begin(), table.columns.end(),
+                       [](const Column& column) { return column.tableIn.isEmpty(); }) &&
+           std::all_of(key.begin(), key.end(),
+                       [&](const QString& column) {
+                           return !column.isEmpty() && table.Find(column)->type == ColumnType::Reference;
+                       }) &&
+           !m_records.GetDatabase().FirstRow("SELECT 1 FROM " + table.name + " LIMIT 1");
+}
+
+/// Adds the lines of a file to an empty table. Of lines with the same key the last one counts.
+QString TableFiles::Append(const Table& table, const Columns& columns, const QList<CsvRecord>& records,
+                           Unknown unknown) {
+    const QStringList key = NaturalKey(table).value_or(QStringList());
+    const Records::Inserter inserter(m_records, table.name, columns);
+    QHash<QString, qint64> added;
+    m_keys.remove(table.name); // they are read anew when they are needed
+    for (qsizetype line = 1; line < records.size(); ++line) {
+        const CsvRecord& record = records[line];
+        const auto wrong = [&](const QString& what) {
+            return QString("%1.csv, line %2: %3").arg(table.name).arg(record.line).arg(what);
+        };
+        if (record.fields.size() != columns.size())
+            return wrong(
+                QString("There are %1 fields in place of %2.").arg(record.fields.size()).arg(columns.size()));
+        QVariantList values(columns.size());
+        QString ids;
+        bool isUnknown = false;
+        for (qsizetype i = 0; i < columns.size() && !isUnknown; ++i) {
+            const QString what =
+                ReadCell(*columns[i], columns[i]->target, record.fields[i], values[i], &isUnknown);
+            if (!what.isEmpty() && !(isUnknown && unknown == Unknown::Skip))
+                return wrong(what);
+            if (key.contains(columns[i]->name))
+                ids += values[i].toString() + ' ';
+        }
+        if (isUnknown)
+            continue;
+        if (const auto present = added.constFind(ids); present == added.constEnd()) {
+            added.insert(ids, inserter.Add(values));
+        } else {
+            Row row;
+            for (qsizetype i = 0; i < columns.size(); ++i)
+                row.insert(columns[i]->name, values[i]);
+            m_records.Update(table.name, *present, row);
+        }
+    }
     return {};
 }
 
@@ -263,7 +328,8 @@ QString TableFiles::ReadRecord(const Table& table, const Columns& columns, const
                           [&](qsizetype i) { return columns[i]->tableIn.isEmpty(); });
     for (const qsizetype i : order) {
         bool isUnknown = false;
-        const QString wrong = ReadCell(*columns[i], record.fields[i], row, &isUnknown);
+        const QString wrong = ReadCell(*columns[i], TargetOf(*columns[i], row), record.fields[i],
+                                       row[columns[i]->name], &isUnknown);
         if (isUnknown && unknown == Unknown::Skip)
             return {};
         if (!wrong.isEmpty())
@@ -309,6 +375,8 @@ QString TableFiles::Read(const QString& name, const QByteArray& file, Unknown un
     for (const QString& key : KeysOf(name).columns)
         if (!key.isEmpty() && !columns.contains(table.Find(key)))
             return wrongAt(1, "The heading \"" + FileHeading(*table.Find(key)) + "\" is missing.");
+    if (!takes && MayAppend(table))
+        return Append(table, columns, records, unknown);
     QHash<qint64, int> places;
     for (qsizetype i = 1; i < records.size(); ++i)
         if (const QString wrong = ReadRecord(table, columns, records[i], unknown, takes, places);

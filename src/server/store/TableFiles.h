@@ -43,7 +43,12 @@ private:
     QString TargetOf(const Column& column, const Row& row) const;
     QStringList Named(const QString& table, qint64 id);
     std::optional<qint64> Find(const QString& table, const QString& cell);
-    QString ReadCell(const Column& column, const QString& cell, Row& row, bool* isUnknown);
+    bool IsOneText(const Table& table) const;
+    QString ReadCell(const Column& column, const QString& target, const QString& cell, QVariant& value,
+                     bool* isUnknown);
+    bool MayAppend(const Table& table) const;
+    QString Append(const Table& table, const Columns& columns, const QList<CsvRecord>& records,
+                   Unknown unknown);
     QString ReadRecord(const Table& table, const Columns& columns, const CsvRecord& record, Unknown unknown,
                        const std::function<bool(const Row&)>& takes, QHash<qint64, int>& places);
 
