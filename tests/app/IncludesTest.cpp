@@ -14,6 +14,7 @@ namespace {
 QMap<QString, QSet<QString>> AllowedIncludes() {
     QMap<QString, QSet<QString>> allowed{
         {"wire", {}},
+        {"loan", {}},
         {"core/data", {"wire"}},
         {"look", {}},
         {"core", {"core/data", "look", "wire"}},
@@ -26,6 +27,7 @@ QMap<QString, QSet<QString>> AllowedIncludes() {
                                  "cataloging", "search",   "acquisitions"};
     for (const QString& subsystem : subsystems)
         allowed[subsystem] = {"framework", "framework/forms", "core", "core/data", "wire"};
+    allowed["circulation"].insert("loan");
     QSet<QString> all(allowed.keyBegin(), allowed.keyEnd());
     allowed["app"] = all;
     return allowed;
