@@ -110,8 +110,12 @@ Unit UnitOf(const QString& letter) {
     return units.value(letter.left(1), Unit::Day);
 }
 
-void ReadRule(const Fields& fields, Rule& rule) {
+namespace {
+
+const Setters<Rule>& RuleSetters() {
     static const Setters<Rule> setters{
+        {"MP", [](Rule& record, const QString& value) { record.patronGroup = value.toLongLong(); }},
+        {"MII", [](Rule& record, const QString& value) { record.itemType = value.toLongLong(); }},
         {"CR", Flag(&Rule::mayCharge)},
         {"Hl", Flag(&Rule::allowsHolds)},
         {"Rc", Flag(&Rule::allowsRecalls)},
@@ -144,7 +148,20 @@ void ReadRule(const Fields& fields, Rule& rule) {
         {"RNC", Count(&Rule::recallNoticeCount)},
         {"RN", Count(&Rule::recallNoticeInterval)},
     };
-    Set(setters, fields, rule);
+    return setters;
+}
+
+} // namespace
+
+void ReadRule(const Fields& fields, Rule& rule) {
+    Set(RuleSetters(), fields, rule);
+}
+
+void ReadRules(const Fields& fields, Group& group) {
+    SetRows<Rule>(RuleSetters(), "MI", fields, [&](qint64 id) -> Rule& {
+        group.rules.append(Rule{.id = id});
+        return group.rules.last();
+    });
 }
 
 void ReadGroup(const Fields& fields, Group& group) {

@@ -258,6 +258,28 @@ Answer ListEntries(Context& context, const wire::Fields& request) {
     return answer;
 }
 
+/// "LstMatRule": the entries of a group with all that they say.
+Answer ListRules(Context& context, const wire::Fields& request) {
+    const auto group = FindPolicyGroup(context, request);
+    if (!group)
+        return {status::NotFound};
+    QStringList tags{"MI", "MP", "MII"};
+    QStringList columns{"id", "patron_group_id", "item_type_id"};
+    for (const SubjectField& field : RuleFields()) {
+        tags << field.tag;
+        columns << field.column;
+    }
+    Answer answer;
+    context.database.Each("SELECT " + columns.join(", ") +
+                              " FROM circulation_matrix WHERE group_id=? ORDER BY patron_group_id, "
+                              "item_type_id",
+                          {group->id}, [&](const ResultRow& row) {
+                              for (qsizetype i = 0; i < tags.size(); ++i)
+                                  Put(answer.fields, tags[i], row.value(int(i)).toString());
+                          });
+    return answer;
+}
+
 /// "LstMatSettings": what entries may be made for.
 Answer ListChoices(Context& context, const wire::Fields& request) {
     const auto group = FindPolicyGroup(context, request);
@@ -312,6 +334,7 @@ void RegisterCirculationMatrix(Registry& registry) {
     registry.AddTable({.name = Matrix, .uniqueSets = {{"group_id", "patron_group_id", "item_type_id"}}});
     registry.AddRead("LstMatPatronItem", Area::Circulation, ListEntries);
     registry.About("LstMatPatronItem", {Matrix}, {});
+    registry.AddRead("LstMatRule", Area::Circulation, ListRules);
     registry.AddRead("LstMatSettings", Area::Circulation, ListChoices);
     registry.AddChange("AddMat", Area::Circulation, [](Context& context, const wire::Fields& request) {
         return AddEntries(context, request, false);
