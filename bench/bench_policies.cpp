@@ -1,0 +1,182 @@
+// The loan rules of a policy group: listing 1,197 of them, changing three fields in all of them with one
+// request, checking a whole library's, and making a sample library. Beside the change the same one as bare
+// SQL.
+#include "support/BenchLibrary.h"
+
+#include "comm/CommLibrary.h"
+#include "comm/CommandLine.h"
+#include "core/data/RequestChannel.h"
+#include "loan/ReadPolicy.h"
+#include "loan/RuleCheck.h"
+#include "server/store/Database.h"
+
+#include <QApplication>
+
+#include <benchmark/benchmark.h>
+
+using namespace sysadmin;
+
+namespace {
+
+/// A library in which every policy group has a rule for each patron group and item type (27,531 rules), or
+/// only the first one has (1,197 besides the others of the sample).
+class RuleLibrary {
+public:
+    explicit RuleLibrary(bool isFull)
+        : m_comm(m_prompter, CommandLine{}, [&](const QString&, QString*) { return m_library.Endpoints(); }) {
+        const QString problem = m_comm.SignOnDirectly("SYSADMIN", "sample-admin-1");
+        if (!problem.isEmpty())
+            qFatal("%s", qPrintable(problem));
+        const auto database = m_library.Get()->Connect();
+        for (const QVariant& id :
+             database->FirstColumn("SELECT id FROM circulation_policy_groups ORDER BY id")) {
+            if (group.isEmpty())
+                group = id.toString();
+            Fill(id.toString());
+            if (!isFull)
+                break;
+        }
+    }
+    RequestChannel& Channel() { return m_comm.GetChannel(); }
+    std::unique_ptr<server::Database> Connect() const { return m_library.Get()->Connect(); }
+    void Send(const QString& name) {
+        if (const qint16 status = Channel().SendRequest(name))
+            qFatal("%s: %d", qPrintable(name), status);
+    }
+    void PutGroup() { Channel().PutField("ID", group); }
+
+    QString group;
+
+private:
+    void Fill(const QString& id) {
+        Channel().PutField("ID", id);
+        Send("LstMatSettings");
+        QStringList patrons;
+        QStringList items;
+        while (Channel().NextRecord("P"))
+            patrons << Channel().GetField("P");
+        while (Channel().NextRecord("II"))
+            if (Channel().GetField("I5") == u"N")
+                items << Channel().GetField("II");
+        // The short loans of the sample become ordinary ones, so that one request takes them all.
+        const auto database = Connect();
+        const QVariantList of{id.toLongLong()};
+        const QString shortLoans = " FROM circulation_item_settings WHERE group_id=? AND is_short_loan='Y'";
+        for (const QVariant& item : database->FirstColumn("SELECT item_type_id" + shortLoans, of))
+            items << item.toString();
+        database->Run("UPDATE circulation_item_settings SET is_short_loan='N' WHERE group_id=?", of);
+        Channel().PutField("ID", id);
+        Channel().PutField("OV", "Y");
+        for (const QString& patron : patrons)
+            for (const QString& item : items) {
+                Channel().PutField("MS", "1");
+                Channel().PutField("MP", patron);
+                Channel().PutField("MII", item);
+            }
+        Channel().PutField("CR", "Y");
+        Channel().PutField("LP", "14");
+        Send("CopyMat");
+    }
+
+    BenchLibrary m_library;
+    YesPrompter m_prompter;
+    CommLibrary m_comm;
+};
+
+RuleLibrary& LibraryOf(benchmark::State& state) {
+    static RuleLibrary some(false);
+    static RuleLibrary full(true);
+    return state.range(0) == 0 ? some : full;
+}
+
+void ListEntries(benchmark::State& state) {
+    RuleLibrary& library = LibraryOf(state);
+    for (auto _ : state) {
+        library.PutGroup();
+        library.Send("LstMatPatronItem");
+        int entries = 0;
+        while (library.Channel().NextRecord("MI"))
+            ++entries;
+        if (entries != 1197)
+            state.SkipWithError("wrong number of entries");
+    }
+}
+
+void UpdateAll(benchmark::State& state) {
+    RuleLibrary& library = LibraryOf(state);
+    library.PutGroup();
+    library.Send("LstMatPatronItem");
+    QList<QStringList> entries;
+    while (library.Channel().NextRecord("MI"))
+        entries.append({library.Channel().GetField("MI"), library.Channel().GetField("MP"),
+                        library.Channel().GetField("MII")});
+    int days = 14;
+    for (auto _ : state) {
+        library.PutGroup();
+        for (const QStringList& entry : entries) {
+            library.Channel().PutField("MI", entry[0]);
+            library.Channel().PutField("MP", entry[1]);
+            library.Channel().PutField("MII", entry[2]);
+        }
+        const QString next = QString::number(days = days == 14 ? 21 : 14);
+        library.Channel().PutField("LP", next);
+        library.Channel().PutField("RPr", next);
+        library.Channel().PutField("G", days == 14 ? "1" : "2");
+        library.Send("UpdMulMat");
+    }
+}
+
+void UpdateAllBare(benchmark::State& state) {
+    RuleLibrary& library = LibraryOf(state);
+    const auto database = library.Connect();
+    int days = 14;
+    for (auto _ : state) {
+        days = days == 14 ? 21 : 14;
+        RunInTransaction(*database, [&] {
+            database->Run("UPDATE circulation_matrix SET loan_period=?, renewal_period=?, grace_period=? "
+                          "WHERE group_id=?",
+                          {QString::number(days), days, days, library.group.toLongLong()});
+        });
+    }
+}
+
+void CheckAll(benchmark::State& state) {
+    RuleLibrary& library = LibraryOf(state);
+    loan::Policy policy;
+    const auto database = library.Connect();
+    for (const QVariant& id : database->FirstColumn("SELECT id FROM circulation_policy_groups")) {
+        library.Channel().PutField("ID", id.toString());
+        library.Send("LstMatRule");
+        loan::Fields fields;
+        const QStringList tags{"MI", "MP", "MII", "CR", "LP", "LnI", "RI", "FI", "RFI"};
+        while (library.Channel().NextRecord("MI"))
+            for (const QString& tag : tags)
+                fields.append({tag, library.Channel().GetField(tag)});
+        loan::Group group{.id = id.toLongLong()};
+        loan::ReadRules(fields, group);
+        policy.groups.append(group);
+    }
+    for (auto _ : state)
+        benchmark::DoNotOptimize(loan::CheckRules(policy, QDate(2026, 11, 21)));
+}
+
+void MakeSampleLibrary(benchmark::State& state) {
+    for (auto _ : state)
+        BenchLibrary();
+}
+
+BENCHMARK(ListEntries)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(UpdateAll)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(UpdateAllBare)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(CheckAll)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(MakeSampleLibrary)->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const BenchEnvironment environment;
+    const QApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
