@@ -2,6 +2,7 @@
 
 #include "framework/Captions.h"
 #include "framework/ControlLock.h"
+#include "framework/EscapeInList.h"
 #include "framework/FieldEditor.h"
 #include "framework/forms/ValueFields.h"
 
@@ -52,6 +53,7 @@ public:
         , m_choice(field) {
         m_box = new QComboBox(parent);
         m_box->setMaxVisibleItems(20);
+        KeepEscapeInList(*m_box);
         m_box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
         m_box->setMinimumContentsLength(24);
         m_widget = m_box;
@@ -160,6 +162,7 @@ public:
         m_number->setFixedWidth(WidthForLength(*m_number, int(QString::number(field.Most()).size()) + 1));
         m_unit = new QComboBox(m_widget);
         m_unit->setObjectName(field.Spec().unitName);
+        KeepEscapeInList(*m_unit);
         for (const PickItem& unit : field.Units())
             m_unit->addItem(unit.text, unit.id);
         line->addWidget(m_number);

@@ -8,6 +8,7 @@
 #include "framework/Utility.h"
 #include "wire/Status.h"
 
+#include <QApplication>
 #include <QDialog>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -198,6 +199,11 @@ void FormScreen::BindEscape(QPushButton* cancel, const std::function<bool()>& is
     auto* shortcut = new QShortcut(Qt::Key_Escape, this);
     shortcut->setContext(Qt::WidgetWithChildrenShortcut);
     connect(shortcut, &QShortcut::activated, cancel, [this, cancel, isChanged] {
+        // A calendar that is open belongs to the screen as far as shortcuts go: the key is for it alone.
+        if (QWidget* popup = QApplication::activePopupWidget()) {
+            popup->close();
+            return;
+        }
         if (cancel->isEnabled() && !cancel->isHidden() && (!isChanged() || ConfirmDiscard(App(), this)))
             cancel->click();
     });

@@ -1,5 +1,6 @@
 #include "framework/GridDelegate.h"
 
+#include "framework/EscapeInList.h"
 #include "framework/GridModel.h"
 
 #include <QAbstractItemView>
@@ -34,6 +35,7 @@ QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
     QWidget* editor = nullptr;
     if (edit->kind == CellEdit::Kind::Choice) {
         auto* box = new QComboBox(parent);
+        KeepEscapeInList(*box);
         for (const PickItem& item : edit->items)
             box->addItem(item.text, item.id);
         editor = box;

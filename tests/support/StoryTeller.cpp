@@ -4,6 +4,7 @@
 #include "framework/DateEdit.h"
 #include "support/Words.h"
 
+#include <QApplication>
 #include <QClipboard>
 #include <QDialog>
 #include <QFile>
@@ -39,7 +40,8 @@ QString Dated(QString line) {
 Qt::Key KeyOf(const QString& name) {
     static const QHash<QString, Qt::Key> keys{{"Return", Qt::Key_Return}, {"Escape", Qt::Key_Escape},
                                               {"Insert", Qt::Key_Insert}, {"Delete", Qt::Key_Delete},
-                                              {"F2", Qt::Key_F2},         {"Save", Qt::Key_S}};
+                                              {"F2", Qt::Key_F2},         {"Save", Qt::Key_S},
+                                              {"F4", Qt::Key_F4}};
     if (!keys.contains(name))
         throw std::runtime_error("no key " + name.toStdString());
     return keys[name];
@@ -141,8 +143,15 @@ bool StoryTeller::Act(const QString& command, const Words& words) {
         edit.selectAll();
         edit.paste();
     } else if (command == u"press") {
-        QTest::keyClick(&Seen(words[1]), KeyOf(words[0]),
-                        words[0] == u"Save" ? Qt::ControlModifier : Qt::NoModifier);
+        QWidget* popup = QApplication::activePopupWidget();
+        if (words[1] == u"popup" && !popup)
+            throw std::runtime_error("no list or calendar is open");
+        QWidget& target = words[1] != u"popup"   ? Seen(words[1])
+                          : popup->focusWidget() ? *popup->focusWidget()
+                                                 : *popup;
+        if (!popup)
+            target.setFocus();
+        QTest::keyClick(&target, KeyOf(words[0]), words[0] == u"Save" ? Qt::ControlModifier : Qt::NoModifier);
     } else if (command == u"check" || command == u"uncheck") {
         for (const QString& name : words)
             Check(Around(name), name, command == u"check");
