@@ -46,6 +46,8 @@ int Serve(const ServerOptions& options) {
         Print(stdout, "A new library was made. Sign on as SYSADMIN with the password " +
                           library->FirstPassword() + " ; it must be changed at once.");
     try {
+        if (!(options.name + options.colour).isEmpty())
+            MarkLibrary(*library->Connect(), options.name, options.colour);
         if (!options.address.isLoopback() && HasSamplePassword(*library->Connect()))
             return Fail(
                 "A password of the sample library is in force, and everybody knows it: the server listens "

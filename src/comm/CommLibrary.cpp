@@ -126,6 +126,10 @@ bool CommLibrary::AcceptCertificate() {
     return true;
 }
 
+QString CommLibrary::ChooseFolder(QWidget* parent, const QString& start) {
+    return m_prompter.AskFolder(parent, tr("Folder of the Library"), start);
+}
+
 QString CommLibrary::SignOnDirectly(const QString& operatorId, QString password) {
     const QString problem = OpenTrace();
     return problem.isEmpty() ? TrySignOn(FirstChoice(), operatorId, password) : problem;

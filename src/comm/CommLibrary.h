@@ -40,6 +40,7 @@ public:
     bool PostSignOn() override;
     QString LibraryName() const override { return m_greeting.libraryName; }
     QString ServerName() const override;
+    QString LibraryColour() const override { return m_greeting.colour; }
     void ShowLoginInformation(QWidget* parent) override;
     void ChangePassword(QWidget* parent) override;
     QString EncodePassword(const QString& plain) const override;
@@ -56,6 +57,7 @@ public:
     QString TrySignOn(const ServerChoice& choice, const QString& operatorId, QString& password) override;
     bool CertificateChanged() const override;
     bool AcceptCertificate() override;
+    QString ChooseFolder(QWidget* parent, const QString& start) override;
 
 private:
     ServerChoice FirstChoice() const;

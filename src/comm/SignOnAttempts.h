@@ -32,6 +32,8 @@ public:
     virtual bool CertificateChanged() const = 0;
     /// Trusts the certificate that the last attempt refused, if the operator is sure; true when it did.
     virtual bool AcceptCertificate() = 0;
+    /// Lets the operator choose the folder of a library, beginning at one; empty when he gave up.
+    virtual QString ChooseFolder(QWidget* /*parent*/, const QString& /*start*/) { return {}; }
 };
 
 } // namespace sysadmin

@@ -109,11 +109,21 @@ void SignOnDialog::BuildFields(const ServerChoice& choice, const QString& operat
     m_form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     m_form->setHorizontalSpacing(16);
     m_form->setVerticalSpacing(10);
+    m_form->setLabelAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     m_form->addRow(MakeCaption("lblOperator", tr("&Operator:"), txtOperator), txtOperator);
     m_form->addRow(MakeCaption("lblPassword", tr("&Password:"), txtPassword), txtPassword);
     m_form->addRow(MakeCaption("lblLibrary", tr("&Library:"), cboLibrary), cboLibrary);
     m_lblFolder = MakeCaption("lblFolder", tr("&Folder:"), txtFolder);
-    m_form->addRow(m_lblFolder, txtFolder);
+    m_folderLine = new QWidget(this);
+    auto* folderLine = new QHBoxLayout(m_folderLine);
+    folderLine->setContentsMargins({});
+    folderLine->addWidget(txtFolder, 1);
+    cmdFolder = new QPushButton(tr("&Browse..."), m_folderLine);
+    cmdFolder->setObjectName("cmdFolder");
+    cmdFolder->setAutoDefault(false);
+    cmdFolder->setToolTip(tr("Choose the folder of the library"));
+    folderLine->addWidget(cmdFolder);
+    m_form->addRow(m_lblFolder, m_folderLine);
     m_lblServer = MakeCaption("lblServer", tr("&Server:"), txtServer);
     m_form->addRow(m_lblServer, txtServer);
 
@@ -124,6 +134,13 @@ void SignOnDialog::BuildFields(const ServerChoice& choice, const QString& operat
         GreetServer();
     });
     connect(txtFolder, &QLineEdit::editingFinished, this, &SignOnDialog::GreetServer);
+    connect(cmdFolder, &QPushButton::clicked, this, [this] {
+        const QString folder = m_attempts.ChooseFolder(this, txtFolder->text().trimmed());
+        if (folder.isEmpty())
+            return;
+        txtFolder->setText(QDir::toNativeSeparators(folder));
+        GreetServer();
+    });
     connect(txtServer, &QLineEdit::editingFinished, this, &SignOnDialog::GreetServer);
 }
 
@@ -180,7 +197,7 @@ void SignOnDialog::Arrange() {
 
 void SignOnDialog::ShowChosenField() {
     const bool shared = cboLibrary->currentIndex() == SharedServer;
-    m_form->setRowVisible(txtFolder, !shared);
+    m_form->setRowVisible(m_folderLine, !shared);
     m_form->setRowVisible(txtServer, shared);
     FitHeight(*this, DialogWidth);
 }
@@ -265,7 +282,9 @@ void SignOnDialog::accept() {
     m_busy = true;
     QString password = txtPassword->text();
     const QString problem = m_attempts.TrySignOn(*choice, operatorId, password);
-    WipeEdit(*txtPassword);
+    // Where nobody was there to look at it, it need not be typed again.
+    if (problem.isEmpty() || m_attempts.LastGreeting().problem.isEmpty())
+        WipeEdit(*txtPassword);
     m_busy = false;
     if (problem.isEmpty()) {
         QDialog::accept();

@@ -32,6 +32,7 @@ public:
     QLineEdit* txtPassword = nullptr;
     QComboBox* cboLibrary = nullptr;
     QLineEdit* txtFolder = nullptr;
+    QPushButton* cmdFolder = nullptr;
     QLineEdit* txtServer = nullptr;
     QLabel* lblHint = nullptr;
     ProblemLabel* lblProblem = nullptr;
@@ -62,6 +63,7 @@ private:
     SignOnAttempts& m_attempts;
     QFormLayout* m_form = nullptr;
     QLabel* m_lblFolder = nullptr;
+    QWidget* m_folderLine = nullptr;
     QLabel* m_lblServer = nullptr;
     std::optional<ServerChoice> m_greeted; // whose greeting is shown
     bool m_busy = false;                   // a request is in flight

@@ -57,6 +57,7 @@ Greeting WireChannel::Hello() {
             .libraryName = value("LIB"),
             .warning = value("SWT"),
             .version = value("VER"),
+            .colour = value("CLR"),
             .hint = value("HINT")};
 }
 

@@ -25,12 +25,15 @@
 #include <QSplitter>
 #include <QStatusBar>
 #include <QTimer>
+#include <QVBoxLayout>
 
 namespace sysadmin {
 
 namespace {
 
 constexpr int NavigationWidth = 270;
+constexpr int MostWords = 40;
+constexpr qsizetype MostRecent = 6;
 
 QAction* AddEntry(QMenu* menu, const QString& name, const QString& caption) {
     QAction* action = menu->addAction(caption);
@@ -42,6 +45,7 @@ QAction* AddEntry(QMenu* menu, const QString& name, const QString& caption) {
 
 MainWindow::MainWindow(Application& application, const QString& informationCaption)
     : m_application(application)
+    , m_wordIndex(application)
     , m_browser([](const QUrl& address) { return QDesktopServices::openUrl(address); }) {
     application.mainWindow = this;
     setObjectName("frmMain");
@@ -59,14 +63,35 @@ MainWindow::MainWindow(Application& application, const QString& informationCapti
     splMain->addWidget(mdiScreens);
     splMain->setStretchFactor(1, 1);
     splMain->setSizes({NavigationWidth, 1000});
-    setCentralWidget(splMain);
+    fraColour = new QWidget(this);
+    fraColour->setObjectName("fraColour");
+    fraColour->setFixedHeight(5);
+    fraColour->setAutoFillBackground(true);
+    fraColour->hide();
+    auto* middle = new QWidget(this);
+    auto* lines = new QVBoxLayout(middle);
+    lines->setContentsMargins({});
+    lines->setSpacing(0);
+    lines->addWidget(fraColour);
+    lines->addWidget(splMain, 1);
+    setCentralWidget(middle);
 
+    connect(splMain, &QSplitter::splitterMoved, this, [this] {
+        m_application.prefs.Remember("NavigationWidth", albMain->width()); // as chosen, not as squeezed
+    });
     BuildFileMenu(informationCaption);
     BuildHelpMenu();
     BuildStatusBar();
     BuildShortcuts();
 
     connect(albMain, &NavigationBar::ItemChosen, this, &MainWindow::OpenScreen);
+    albMain->SetWordFinder([this](const QString& text) { return m_wordIndex.Find(text, MostWords); });
+    connect(albMain, &NavigationBar::WordChosen, this, [this](const QString& key, const QString& control) {
+        OpenScreen(key);
+        if (Screen* screen = FindScreen(key))
+            screen->GoTo(control);
+    });
+    connect(mdiScreens, &ScreenArea::ScreenChosen, this, &MainWindow::OpenScreen);
     connect(albMain, &NavigationBar::StyleChosen, this,
             [this] { m_application.prefs.Remember("LargeIconGroups", albMain->LargeGroups()); });
     connect(mdiScreens, &QMdiArea::subWindowActivated, this, &MainWindow::OnScreenActivated);
@@ -159,10 +184,11 @@ void MainWindow::BuildShortcuts() {
 void MainWindow::ShowNavigation(const Navigation& navigation) {
     m_groups = navigation.ShownGroups();
     albMain->SetGroups(m_groups);
-    mdiScreens->SetHint(tr("Welcome"),
-                        m_groups.isEmpty()
+    m_wordIndex.SetGroups(m_groups);
+    mdiScreens->SetHint(m_groups.isEmpty()
                             ? tr("There is no setting to show.")
                             : tr("Choose a setting at the left, or press Ctrl+K and type its name."));
+    ShowRecent();
 }
 
 void MainWindow::BuildFunctionsMenu() {
@@ -221,10 +247,31 @@ void MainWindow::OpenScreen(const QString& key) {
     window->setAttribute(Qt::WA_DeleteOnClose);
     window->setWindowIcon(LoadIcon(entry->icon));
     screen->LoadScreen();
+    connect(screen, &Screen::UnsavedChanged, window,
+            [this, window, screen] { mdiScreens->MarkUnsaved(window, screen->HasUnsaved()); });
     mdiScreens->addSubWindow(window);
     m_windows[key] = window;
     window->show();
     ActivateWindow(window);
+    NoteRecent(key);
+}
+
+void MainWindow::NoteRecent(const QString& key) {
+    QStringList recent = m_application.prefs.Remembered("RecentScreens").toStringList();
+    recent.removeAll(key);
+    recent.prepend(key);
+    m_application.prefs.Remember("RecentScreens", recent.mid(0, MostRecent));
+    ShowRecent();
+}
+
+void MainWindow::ShowRecent() {
+    QList<ScreenEntry> recent;
+    for (const QString& key : m_application.prefs.Remembered("RecentScreens").toStringList())
+        for (const NavigationGroup& group : m_groups) // what the operator may use now
+            for (const ScreenEntry& entry : group.items)
+                if (entry.key == key)
+                    recent.append(entry);
+    mdiScreens->SetRecent(recent);
 }
 
 void MainWindow::ActivateWindow(QMdiSubWindow* window) {
@@ -306,8 +353,9 @@ void MainWindow::ShowActivity(const QString& text) {
 }
 
 void MainWindow::ShowWaiting(const QString& text) {
-    m_doneTime->stop();
-    ShowActivity(text);
+    // After a wait that a save brought along, what was saved is still worth saying.
+    if (!text.isEmpty() || !m_doneTime->isActive())
+        ShowActivity(text);
 }
 
 void MainWindow::ShowDone(const QString& text) {
@@ -315,8 +363,18 @@ void MainWindow::ShowDone(const QString& text) {
     m_doneTime->start();
 }
 
-void MainWindow::ShowPlace(const QString& library, const QString& server) {
+void MainWindow::ShowPlace(const QString& library, const QString& server, const QString& colour) {
     lblPlace->setText(library + "  (" + server + ')');
+    const QColor own(colour);
+    fraColour->setVisible(own.isValid());
+    if (own.isValid()) {
+        QPalette band;
+        band.setColor(QPalette::Window, own);
+        fraColour->setPalette(band);
+        band.setColor(QPalette::WindowText, qGray(own.rgb()) < 140 ? Qt::white : Qt::black);
+        lblPlace->setPalette(band);
+        lblPlace->setAutoFillBackground(true);
+    }
     setWindowTitle(ApplicationTitle() + " - " + library + " (" + server + ')');
 }
 
@@ -374,7 +432,6 @@ void MainWindow::RestorePlace() {
 
 void MainWindow::KeepLayout() const {
     UserSettings().setValue("WindowGeometry", saveGeometry());
-    m_application.prefs.Remember("NavigationWidth", splMain->sizes().value(0));
 }
 
 } // namespace sysadmin

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/Navigation.h"
+#include "core/WordIndex.h"
 
 #include <QHash>
 #include <QMainWindow>
@@ -62,8 +62,9 @@ public:
     void ShowWaiting(const QString& text);
     /// Says in the status bar for some seconds what was done ("Saved Bookseller").
     void ShowDone(const QString& text);
-    /// Names the library that is worked on, in the title and in the status bar.
-    void ShowPlace(const QString& library, const QString& server);
+    /// Names the library that is worked on, in the title and in the status bar. `colour` ("#c03028", "red")
+    /// is the library's own, by which libraries are told apart; empty: it has none.
+    void ShowPlace(const QString& library, const QString& server, const QString& colour = {});
     /// Shows the help topic of a context number; 0 shows the contents.
     void ShowHelp(int helpContext);
     /// How web addresses are opened; the system's browser unless set.
@@ -82,6 +83,8 @@ private:
     bool MayCloseScreens();
     void ActivateWindow(QMdiSubWindow* window);
     void OnScreenActivated();
+    void NoteRecent(const QString& key);
+    void ShowRecent();
     void OnClusterNotice();
     void ChangeCluster();
     void ShowActivity(const QString& text);
@@ -96,6 +99,7 @@ private:
     QHash<QString, QPointer<QMdiSubWindow>> m_windows;
     QString m_clusterId;
     ClusterSelection m_clusterSelection;
+    WordIndex m_wordIndex;
     std::function<bool(const QUrl&)> m_browser;
 
     QMenu* mnuFile = nullptr;
@@ -104,6 +108,7 @@ private:
     NavigationBar* albMain = nullptr;
     QSplitter* splMain = nullptr;
     ScreenArea* mdiScreens = nullptr;
+    QWidget* fraColour = nullptr; // the band of the library's colour
     QTimer* m_doneTime = nullptr;
     QLabel* lblActivity = nullptr; // the status bar's panels, in order
     QLabel* lblOperator = nullptr;

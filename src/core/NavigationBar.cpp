@@ -3,17 +3,21 @@
 #include "core/NavigationDelegate.h"
 #include "look/IconLoader.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QActionGroup>
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QShortcut>
 #include <QSignalBlocker>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+
+#include <utility>
 
 namespace sysadmin {
 
@@ -46,7 +50,7 @@ NavigationBar::NavigationBar(QWidget* parent)
     txtFindScreen = new QLineEdit(this);
     txtFindScreen->setObjectName("txtFindScreen");
     txtFindScreen->setPlaceholderText(tr("Find a setting"));
-    txtFindScreen->setToolTip(tr("Find a setting by its name (Ctrl+K)"));
+    txtFindScreen->setToolTip(tr("Find a setting, a field, a right or a button by its name (Ctrl+K)"));
     txtFindScreen->setAccessibleName(tr("Find a setting"));
     txtFindScreen->setClearButtonEnabled(true);
     txtFindScreen->addAction(LoadIcon("Find"), QLineEdit::LeadingPosition);
@@ -78,6 +82,14 @@ NavigationBar::NavigationBar(QWidget* parent)
     findMargins->setContentsMargins(8, 0, 8, 0);
     findMargins->addWidget(txtFindScreen);
     layout->addLayout(findMargins);
+    lblNothingFound = new QLabel(this);
+    lblNothingFound->setObjectName("lblNothingFound");
+    lblNothingFound->setTextFormat(Qt::PlainText);
+    lblNothingFound->setForegroundRole(QPalette::PlaceholderText);
+    lblNothingFound->setContentsMargins(14, 4, 14, 4);
+    lblNothingFound->setWordWrap(true);
+    lblNothingFound->hide();
+    layout->addWidget(lblNothingFound);
     layout->addWidget(tvwScreens, 1);
     setFocusProxy(tvwScreens);
 
@@ -113,6 +125,7 @@ void NavigationBar::BuildMenu() {
 
 void NavigationBar::SetGroups(const QList<NavigationGroup>& groups) {
     tvwScreens->clear();
+    m_words = nullptr;
     m_currentGroup.clear();
     for (const NavigationGroup& group : groups) {
         QTreeWidgetItem* heading = MakeItem(group.key, group.caption, "Group_" + group.key);
@@ -153,7 +166,12 @@ void NavigationBar::MarkItem(const QString& key) {
 }
 
 void NavigationBar::Choose(QTreeWidgetItem* item) {
-    if (item->parent()) {
+    if (item->parent() && item->parent() == m_words) {
+        const QString key = KeyOf(item);
+        const QString control = item->data(0, NavigationDelegate::ControlRole).toString();
+        txtFindScreen->clear();
+        emit WordChosen(key, control);
+    } else if (item->parent()) {
         m_currentGroup = KeyOf(item->parent());
         const QString key = KeyOf(item);
         txtFindScreen->clear();
@@ -167,6 +185,8 @@ void NavigationBar::Choose(QTreeWidgetItem* item) {
 
 void NavigationBar::Find(const QString& text) {
     const QString wanted = text.trimmed();
+    delete std::exchange(m_words, nullptr);
+    bool anyGroup = false;
     for (int i = 0; i < tvwScreens->topLevelItemCount(); ++i) {
         QTreeWidgetItem* group = tvwScreens->topLevelItem(i);
         const bool wholeGroup = group->text(0).contains(wanted, Qt::CaseInsensitive);
@@ -178,7 +198,36 @@ void NavigationBar::Find(const QString& text) {
         }
         group->setHidden(!anyItem);
         group->setExpanded(wanted.isEmpty() ? KeyOf(group) == m_currentGroup : anyItem);
+        anyGroup |= anyItem;
     }
+    const bool nothing = !ShowWords(wanted) && !anyGroup && !wanted.isEmpty();
+    lblNothingFound->setVisible(nothing);
+    if (nothing) {
+        lblNothingFound->setText(tr("Nothing is called \"%1\".").arg(wanted));
+        QAccessibleEvent said(lblNothingFound, QAccessible::Alert);
+        QAccessible::updateAccessibility(&said);
+    }
+}
+
+/// Shows what stands on the screens under such a name; false when nothing does.
+bool NavigationBar::ShowWords(const QString& text) {
+    constexpr qsizetype LeastLetters = 2; // with one, nearly everything would be found
+    const QList<FoundWord> words =
+        m_findWords && text.size() >= LeastLetters ? m_findWords(text) : QList<FoundWord>();
+    if (words.isEmpty())
+        return false;
+    m_words = MakeItem("Words", tr("On the screens"), "Find");
+    m_words->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
+    for (const FoundWord& word : words) {
+        QTreeWidgetItem* item = MakeItem(word.key, word.caption, word.icon);
+        item->setData(0, NavigationDelegate::ControlRole, word.control);
+        item->setData(0, NavigationDelegate::DetailRole, word.screen);
+        item->setData(0, Qt::AccessibleTextRole, word.caption + ", " + word.screen);
+        m_words->addChild(item);
+    }
+    tvwScreens->addTopLevelItem(m_words);
+    m_words->setExpanded(true);
+    return true;
 }
 
 void NavigationBar::SetLargeGroups(const QStringList& groups) {

@@ -1,11 +1,14 @@
 #pragma once
 
-#include "core/Navigation.h"
+#include "core/WordIndex.h"
 
 #include <QStringList>
 #include <QWidget>
 
+#include <functional>
+
 class QAction;
+class QLabel;
 class QLineEdit;
 class QMenu;
 class QTreeWidget;
@@ -32,10 +35,15 @@ public:
     /// The keys of the groups with large icons.
     QStringList LargeGroups() const { return m_largeGroups; }
     void SetLargeGroups(const QStringList& groups);
+    /// What else the box finds: what stands on the screens.
+    using WordFinder = std::function<QList<FoundWord>(const QString& text)>;
+    void SetWordFinder(WordFinder find) { m_findWords = std::move(find); }
 
 signals:
     /// The operator chose the item of this key.
     void ItemChosen(const QString& key);
+    /// The operator chose something on the screen of this key.
+    void WordChosen(const QString& key, const QString& control);
     /// The operator gave a group another icon style.
     void StyleChosen();
 
@@ -49,16 +57,20 @@ private:
     void OpenGroup(QTreeWidgetItem* group);
     void Choose(QTreeWidgetItem* item);
     void Find(const QString& text);
+    bool ShowWords(const QString& text);
     bool HandleTreeKey(int key);
     bool HandleFindKey(int key);
 
     QLineEdit* txtFindScreen = nullptr;
+    QLabel* lblNothingFound = nullptr;
     QTreeWidget* tvwScreens = nullptr;
     QMenu* mnuPopup = nullptr;
     QAction* mnuPopupLarge = nullptr;
     QAction* mnuPopupSmall = nullptr;
     QStringList m_largeGroups;
     QString m_currentGroup;
+    WordFinder m_findWords;
+    QTreeWidgetItem* m_words = nullptr; // the group of what was found on screens
 };
 
 } // namespace sysadmin

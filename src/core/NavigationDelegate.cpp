@@ -54,7 +54,11 @@ QSize NavigationDelegate::sizeHint(const QStyleOptionViewItem& option, const QMo
     const QRect area = CaptionArea(QRect(0, 0, width, 10000), large);
     const QString caption = index.data(Qt::DisplayRole).toString();
     const int textHeight = option.fontMetrics.boundingRect(area, WrapFlags(large), caption).height();
-    return {width, large ? Padding + LargeIcon + 4 + textHeight + Padding : qMax(SmallIcon, textHeight) + 12};
+    const QString detail = index.data(NavigationDelegate::DetailRole).toString();
+    const int detailHeight =
+        detail.isEmpty() ? 0 : option.fontMetrics.boundingRect(area, WrapFlags(large), detail).height();
+    return {width, large ? Padding + LargeIcon + 4 + textHeight + Padding
+                         : qMax(SmallIcon, textHeight + detailHeight) + 12};
 }
 
 void NavigationDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -122,7 +126,16 @@ void NavigationDelegate::PaintItem(QPainter* painter, const QStyleOptionViewItem
         icon.paint(painter, area.left() - Gap - SmallIcon, option.rect.center().y() - SmallIcon / 2 + 1,
                    SmallIcon, SmallIcon);
     painter->setPen(palette.color(marked ? QPalette::Link : QPalette::WindowText));
-    painter->drawText(area, WrapFlags(large), index.data().toString());
+    const QString detail = index.data(DetailRole).toString();
+    if (detail.isEmpty()) {
+        painter->drawText(area, WrapFlags(large), index.data().toString());
+        return;
+    }
+    const QRect inner = area.adjusted(0, 6, 0, -6);
+    QRect caption;
+    painter->drawText(inner, Qt::TextWordWrap | Qt::AlignTop, index.data().toString(), &caption);
+    painter->setPen(palette.color(QPalette::PlaceholderText));
+    painter->drawText(inner.adjusted(0, caption.height(), 0, 0), Qt::TextWordWrap | Qt::AlignTop, detail);
 }
 
 } // namespace sysadmin

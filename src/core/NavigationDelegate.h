@@ -16,6 +16,8 @@ public:
     enum Role {
         KeyRole = Qt::UserRole, ///< the group's or item's key
         LargeRole,              ///< bool, of an item: with a large icon
+        ControlRole,            ///< of something found on a screen: its control
+        DetailRole,             ///< text below an item's caption
     };
 
     explicit NavigationDelegate(QTreeView* view);

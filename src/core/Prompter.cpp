@@ -89,4 +89,8 @@ QString WindowPrompter::AskSaveFile(QWidget* parent, const QString& title, const
     return QFileDialog::getSaveFileName(BoxParent(parent), title, suggestion, filter);
 }
 
+QString WindowPrompter::AskFolder(QWidget* parent, const QString& title, const QString& start) {
+    return QFileDialog::getExistingDirectory(BoxParent(parent), title, start);
+}
+
 } // namespace sysadmin

@@ -1,10 +1,17 @@
 #pragma once
 
+#include <QList>
 #include <QWidget>
 
 namespace sysadmin {
 
 class Application;
+
+/// Something on a screen that can be found by its caption: a field, a right, a button.
+struct ScreenWord {
+    QString caption; ///< without mnemonic mark and colon
+    QString control; ///< name of the control
+};
 
 /// A setting screen: one child window of the main window. Exists at most once per navigation key.
 class Screen : public QWidget {
@@ -23,6 +30,16 @@ public:
     virtual bool MayClose() { return true; }
     /// The current circulation cluster is another one now. Only screens that depend on it act.
     virtual void OnClusterChanged() {}
+    /// Whether something was entered that is not saved yet.
+    virtual bool HasUnsaved() const { return false; }
+    /// What can be found on it by its caption. Asks the server nothing, before `LoadScreen` neither.
+    virtual QList<ScreenWord> Words() const { return {}; }
+    /// Goes to the control of this name, as far as that is possible now.
+    virtual void GoTo(const QString& /*control*/) {}
+
+signals:
+    /// What `HasUnsaved` answers may be another one now.
+    void UnsavedChanged();
 
 protected:
     void closeEvent(QCloseEvent* event) override;

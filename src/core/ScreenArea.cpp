@@ -1,11 +1,36 @@
 #include "core/ScreenArea.h"
 
+#include "core/ScreenCatalogue.h"
 #include "look/IconLoader.h"
 
+#include <QLabel>
+#include <QMdiSubWindow>
 #include <QPainter>
+#include <QPushButton>
 #include <QTabBar>
+#include <QTimer>
+#include <QVBoxLayout>
 
 namespace sysadmin {
+
+namespace {
+
+const QString UnsavedDot = QString(QChar(0x25CF)) + ' ';
+
+QLabel* MakeText(const QString& name, double size, QWidget* parent) {
+    auto* label = new QLabel(parent);
+    label->setObjectName(name);
+    label->setAlignment(Qt::AlignHCenter);
+    label->setWordWrap(true);
+    QFont font = label->font();
+    font.setPointSizeF(font.pointSizeF() * size);
+    if (size > 1)
+        font.setWeight(QFont::DemiBold);
+    label->setFont(font);
+    return label;
+}
+
+} // namespace
 
 ScreenArea::ScreenArea(QWidget* parent)
     : QMdiArea(parent) {
@@ -23,40 +48,87 @@ ScreenArea::ScreenArea(QWidget* parent)
         tabs->setElideMode(Qt::ElideNone);
         tabs->setUsesScrollButtons(true);
     }
+    BuildWelcome();
+    // Later: a window that closes is still in the list when this is told.
+    connect(this, &QMdiArea::subWindowActivated, this,
+            [this] { QTimer::singleShot(0, this, &ScreenArea::FollowWindows); });
 }
 
-void ScreenArea::SetHint(const QString& title, const QString& text) {
-    m_title = title;
-    m_text = text;
-    viewport()->update();
+void ScreenArea::BuildWelcome() {
+    constexpr int Picture = 72;
+    m_welcome = new QWidget(viewport());
+    m_welcome->setObjectName("fraWelcome");
+    auto* picture = new QLabel(m_welcome);
+    picture->setAlignment(Qt::AlignHCenter);
+    picture->setPixmap(LoadIcon("Program").pixmap(QSize(Picture, Picture), devicePixelRatioF()));
+    QLabel* title = MakeText("lblWelcome", 1.6, m_welcome);
+    title->setText(tr("Welcome"));
+    lblHint = MakeText("lblHint", 1, m_welcome);
+    lblHint->setForegroundRole(QPalette::PlaceholderText);
+    m_recent = new QWidget(m_welcome);
+    m_recentLines = new QVBoxLayout(m_recent);
+    m_recentLines->setContentsMargins(0, 24, 0, 0);
+    m_recentLines->setSpacing(2);
+    auto* layout = new QVBoxLayout(m_welcome);
+    layout->setSpacing(12);
+    layout->addStretch(1);
+    for (QWidget* part :
+         {static_cast<QWidget*>(picture), static_cast<QWidget*>(title), static_cast<QWidget*>(lblHint)})
+        layout->addWidget(part);
+    layout->addWidget(m_recent, 0, Qt::AlignHCenter);
+    layout->addStretch(1);
+}
+
+void ScreenArea::SetHint(const QString& text) {
+    lblHint->setText(text);
+}
+
+void ScreenArea::SetRecent(const QList<ScreenEntry>& entries) {
+    for (QWidget* line : m_recent->findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
+        line->deleteLater();
+    m_recent->setVisible(!entries.isEmpty());
+    if (entries.isEmpty())
+        return;
+    QLabel* heading = MakeText("lblRecent", 1, m_recent);
+    heading->setText(tr("Used last"));
+    heading->setForegroundRole(QPalette::PlaceholderText);
+    heading->setAlignment(Qt::AlignLeft);
+    heading->setContentsMargins(12, 0, 0, 4);
+    m_recentLines->addWidget(heading);
+    for (const ScreenEntry& entry : entries) {
+        auto* button = new QPushButton(LoadIcon(entry.icon), entry.caption, m_recent);
+        button->setObjectName("cmdRecent_" + entry.key);
+        button->setFlat(true);
+        button->setAutoDefault(false);
+        connect(button, &QPushButton::clicked, this, [this, key = entry.key] { emit ScreenChosen(key); });
+        m_recentLines->addWidget(button, 0, Qt::AlignLeft);
+    }
+}
+
+void ScreenArea::FollowWindows() {
+    m_welcome->setVisible(subWindowList().isEmpty());
+}
+
+void ScreenArea::MarkUnsaved(QMdiSubWindow* window, bool unsaved) {
+    const QString caption = window->widget()->windowTitle();
+    const QString title = unsaved ? UnsavedDot + caption : caption;
+    if (window->windowTitle() == title)
+        return;
+    window->setWindowTitle(title); // the tab takes it from there
+    const qsizetype index = subWindowList(CreationOrder).indexOf(window);
+    if (auto* tabs = findChild<QTabBar*>("tabScreens"); tabs && index >= 0 && index < tabs->count()) {
+        tabs->setTabToolTip(int(index), unsaved ? tr("Not saved yet") : QString());
+        tabs->setAccessibleTabName(int(index), unsaved ? tr("%1, not saved yet").arg(caption) : QString());
+    }
 }
 
 void ScreenArea::paintEvent(QPaintEvent*) {
-    QPainter painter(viewport());
-    const QRect area = viewport()->rect();
-    painter.fillRect(area, palette().color(QPalette::Base));
-    if (!subWindowList().isEmpty())
-        return;
+    QPainter(viewport()).fillRect(viewport()->rect(), palette().color(QPalette::Base));
+}
 
-    constexpr int Picture = 72;
-    QFont titleFont = font();
-    titleFont.setPointSizeF(titleFont.pointSizeF() * 1.6);
-    titleFont.setWeight(QFont::DemiBold);
-    const int titleHeight = QFontMetrics(titleFont).height();
-    QRect line(area.left() + 24, area.center().y() - (Picture + titleHeight + 60) / 2, area.width() - 48,
-               Picture);
-
-    painter.setOpacity(0.85);
-    LoadIcon("Program").paint(&painter, line);
-    painter.setOpacity(1);
-    line.setRect(line.left(), line.bottom() + 20, line.width(), titleHeight);
-    painter.setFont(titleFont);
-    painter.setPen(palette().color(QPalette::WindowText));
-    painter.drawText(line, Qt::AlignHCenter | Qt::AlignTop, m_title);
-    line.setRect(line.left(), line.bottom() + 8, line.width(), 80);
-    painter.setFont(font());
-    painter.setPen(palette().color(QPalette::PlaceholderText));
-    painter.drawText(line, Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, m_text);
+void ScreenArea::resizeEvent(QResizeEvent* event) {
+    QMdiArea::resizeEvent(event);
+    m_welcome->setGeometry(viewport()->rect());
 }
 
 } // namespace sysadmin

@@ -51,7 +51,7 @@ std::unique_ptr<MainWindow> StartUp(Application& application, const QStringList&
         return Refuse(application, *window,
                       QT_TRANSLATE_NOOP("StartUp", "You are not authorized to use System Adminstration."));
 
-    window->ShowPlace(comm.LibraryName(), comm.ServerName());
+    window->ShowPlace(comm.LibraryName(), comm.ServerName(), comm.LibraryColour());
     application.prefs.LoadPreferences(session);
     window->RestoreLayout();
     window->ShowNavigation(navigation);

@@ -208,6 +208,9 @@ std::unique_ptr<FieldEditor> MakeFieldEditor(Field& field, QWidget* parent) {
     editor->NamedWidget()->setObjectName(field.Name());
     editor->Widget()->setToolTip(field.Spec().toolTip);
     editor->NameControls(SpokenName(field));
+    if (field.Spec().required)
+        for (QWidget* widget : editor->FocusWidgets())
+            widget->setAccessibleDescription(QObject::tr("Required"));
     editor->Refresh();
     return editor;
 }

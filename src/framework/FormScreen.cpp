@@ -11,6 +11,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMdiSubWindow>
 #include <QPushButton>
@@ -49,6 +50,34 @@ void FormScreen::Declare() {
         App().alterDeclaration(m_declaration);
     setObjectName(m_declaration.name);
     setWindowTitle(m_declaration.caption);
+}
+
+QList<ScreenWord> FormScreen::Words() const {
+    QList<ScreenWord> words;
+    const auto addForm = [&](const Form* form) {
+        for (const Field* field : form ? form->Fields() : QList<Field*>())
+            if (!field->Name().isEmpty() && !field->PlainCaption().isEmpty())
+                words.append({field->PlainCaption(), field->Name()});
+    };
+    for (const TableDeclaration& table : m_declaration.tables) {
+        addForm(table.form);
+        addForm(table.spec.several.form);
+    }
+    for (const RecordDeclaration& record : m_declaration.records)
+        addForm(record.form);
+    static const QStringList everywhere{"cmdNew", "cmdEdit", "cmdDelete", "cmdSave", "cmdCancel"};
+    for (const QPushButton* button : findChildren<QPushButton*>()) {
+        QString caption = DeclaredCaption(*button).remove('&').remove("...");
+        if (!everywhere.contains(button->objectName()) && !caption.isEmpty() && caption[0].isLetter())
+            words.append({caption, button->objectName()});
+    }
+    return words;
+}
+
+void FormScreen::GoTo(const QString& control) {
+    auto* widget = findChild<QWidget*>(control);
+    if (widget && widget->isEnabled() && widget->isVisible())
+        widget->setFocus(Qt::ShortcutFocusReason);
 }
 
 void FormScreen::Follow(ChoiceField& field, const QString& pickList, const QString& none) {
@@ -168,6 +197,28 @@ bool FormScreen::TellFailures(const QString& nameTag, const QString& problemTag)
     if (!lines.isEmpty())
         Tell(lines.join("\r\n"));
     return !lines.isEmpty();
+}
+
+QLabel* FormScreen::MissingLabel() {
+    m_lblMissing = new QLabel(this);
+    m_lblMissing->setObjectName("lblMissing");
+    m_lblMissing->setForegroundRole(QPalette::PlaceholderText);
+    m_lblMissing->setWordWrap(true);
+    m_lblMissing->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_lblMissing->setMinimumWidth(1);
+    return m_lblMissing;
+}
+
+void FormScreen::ShowMissing(const Form* form) {
+    QStringList names;
+    for (const Field* field : form ? form->Missing() : QList<Field*>())
+        names.append(field->PlainCaption());
+    const QString text = names.isEmpty() ? QString() : tr("Still needed: %1").arg(names.join(", "));
+    if (m_lblMissing->text() == text)
+        return;
+    m_lblMissing->setText(text);
+    if (auto* save = findChild<QPushButton*>("cmdSave"))
+        save->setAccessibleDescription(text);
 }
 
 void FormScreen::CloseScreen() {

@@ -6,9 +6,13 @@
 #include "framework/forms/ReadList.h"
 
 class QKeySequence;
+class QLabel;
 class QPushButton;
 
 namespace sysadmin {
+
+/// Forms grow no wider than this, in pixels at 100 %.
+inline constexpr int ReadableWidth = 1100;
 
 /// What the standard maintenance screen and the single-record screen have in common.
 class FormScreen : public Screen {
@@ -21,6 +25,8 @@ public:
 
     /// What the screen declares; complete once it is built.
     const ScreenDeclaration& Declaration() const { return m_declaration; }
+    QList<ScreenWord> Words() const override;
+    void GoTo(const QString& control) override;
     /// Keeps a choice's entries the same as a shared pick-list, whoever changes it. `none` is the text of a
     /// first entry that stands for no value; empty: there is no such entry.
     void Follow(ChoiceField& field, const QString& pickList, const QString& none = {});
@@ -59,6 +65,10 @@ protected:
     bool TellFailures(const QString& nameTag, const QString& problemTag);
     /// Closes the screen's child window, or the dialog in which it stands.
     void CloseScreen();
+    /// Says beside a Save button which required fields are still blank; null says nothing.
+    void ShowMissing(const Form* form);
+    /// The label that says it; the screen places it.
+    QLabel* MissingLabel();
     /// Shows an exclamation box.
     void Tell(const QString& text);
     /// A button with its given name.
@@ -75,6 +85,7 @@ private:
     void LoadChoice(ChoiceField& field, const QString& loadCaption, const QString& subject);
     void ReadChoice(ChoiceField& field, const std::function<void(qint16)>& report);
 
+    QLabel* m_lblMissing = nullptr;
     std::vector<std::unique_ptr<Form>> m_forms;
     std::vector<std::unique_ptr<FormView>> m_views; // behind the forms: they go first
 };

@@ -1,6 +1,7 @@
 #include "framework/FormView.h"
 
 #include "framework/Captions.h"
+#include "framework/FieldLabel.h"
 #include "framework/WrappingRow.h"
 
 #include <QCheckBox>
@@ -241,7 +242,7 @@ int FormView::DrawField(Field& field, const QString& name, QWidget* parent, QGri
     if (!name.isEmpty())
         editor.NamedWidget()->setObjectName(name);
     if (labelled) {
-        auto* label = new QLabel(field.Caption(), parent);
+        auto* label = new FieldLabel(field.Caption(), parent);
         const QString& control = name.isEmpty() ? field.Name() : name;
         label->setObjectName("lbl" + RoleOf(control));
         if (label->objectName() == control) // a value that is given as a label
@@ -361,6 +362,7 @@ void FormView::RefreshLabel(Field& field) {
     for (auto each = label; each != end; ++each) {
         each->second->setEnabled(field.IsUsable() || m_readOnly || field.Spec().displayOnly);
         ChangeCaption(*each->second, field.Caption());
+        each->second->SetRequired(field.Spec().required && !m_readOnly);
     }
     for (const std::unique_ptr<FieldEditor>& editor : m_editors)
         if (&editor->GetField() == &field && !m_blockNames.count(editor.get()))

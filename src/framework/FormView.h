@@ -16,6 +16,8 @@ class QTabWidget;
 
 namespace sysadmin {
 
+class FieldLabel;
+
 /// Draws a form from its layout description: each kind of field with one kind of control, labels as buddies,
 /// tab order as described.
 class FormView : public QWidget {
@@ -63,7 +65,7 @@ private:
     SlotMaker m_makeSlot;
     std::vector<std::unique_ptr<FieldEditor>> m_editors; // several of a field that stands in several places
     std::map<const FieldEditor*, QString> m_blockNames;  // where row and column say what a field is
-    std::multimap<const Field*, QLabel*> m_labels;
+    std::multimap<const Field*, FieldLabel*> m_labels;
     std::multimap<const Field*, QLabel*> m_units;
     std::vector<std::pair<QPushButton*, std::function<bool()>>> m_buttons;
     QList<std::pair<QTabWidget*, QStringList>> m_tabs; // with the names of their pages

@@ -1,8 +1,10 @@
 #include "framework/ListGrid.h"
 
+#include "core/Prefs.h"
 #include "framework/GridDelegate.h"
 
 #include <QEvent>
+#include <QGuiApplication>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QPainter>
@@ -86,6 +88,50 @@ void ListGrid::SetUpFilter() {
     m_filterBox->installEventFilter(this);
     connect(m_filterBox, &QObject::destroyed, this, [this] { m_filterBox = nullptr; });
     connect(m_filterBox, &QLineEdit::textChanged, this, &ListGrid::ApplyFilter);
+}
+
+void ListGrid::KeepColumns(const Prefs& prefs, const QString& name) {
+    QHeaderView* header = horizontalHeader();
+    const QVariantMap widths = prefs.Remembered(name + "/Widths").toMap();
+    for (int column : VisibleColumns())
+        if (const int width = widths.value(QString::number(column)).toInt();
+            width > 0 && header->sectionResizeMode(column) == QHeaderView::Interactive)
+            header->resizeSection(column, width);
+    const QVariantList order = prefs.Remembered(name + "/Order").toList();
+    if (const int column = order.value(0, -1).toInt();
+        isSortingEnabled() && VisibleColumns().contains(column))
+        sortByColumn(column, Qt::SortOrder(order.value(1).toInt()));
+
+    connect(header, &QHeaderView::sectionResized, this, [this, &prefs, name](int column, int, int width) {
+        // Only what the operator drags is his choice; the rest follows from the room there is.
+        if (!(QGuiApplication::mouseButtons() & Qt::LeftButton) ||
+            horizontalHeader()->sectionResizeMode(column) != QHeaderView::Interactive)
+            return;
+        QVariantMap kept = prefs.Remembered(name + "/Widths").toMap();
+        kept[QString::number(column)] = width;
+        prefs.Remember(name + "/Widths", kept);
+    });
+    connect(header, &QHeaderView::sectionClicked, this, [this, &prefs, name] {
+        if (isSortingEnabled())
+            prefs.Remember(name + "/Order", QVariantList{m_model.SortColumn(), int(m_model.SortDirection())});
+    });
+}
+
+int ListGrid::WidthOfContents() const {
+    constexpr int Sample = 200; // rows; a list may have 100,000
+    constexpr int CellMargins = 24;
+    int width = 2 * frameWidth() + verticalScrollBar()->sizeHint().width();
+    for (int column : VisibleColumns()) {
+        int widest = horizontalHeader()->sectionSizeHint(column);
+        for (int row = 0; row < std::min(Sample, m_model.rowCount()); ++row)
+            widest = std::max(widest,
+                              fontMetrics().horizontalAdvance(m_model.CellText(row, column)) + CellMargins);
+        width += horizontalHeader()->sectionResizeMode(column) == QHeaderView::Interactive
+                     ? std::max(horizontalHeader()->sectionSize(column),
+                                horizontalHeader()->sectionSizeHint(column))
+                     : widest;
+    }
+    return width;
 }
 
 // One height for all rows, known without asking any of them.
@@ -280,6 +326,10 @@ void ListGrid::ApplyFilter(const QString& text) {
     m_quiet = wasQuiet;
     if (!m_quiet)
         emit SelectionMoved();
+}
+
+qsizetype ListGrid::SelectedCount() const {
+    return SelectedPlaces().size();
 }
 
 // Taken from the ranges: asking row by row takes long when many are selected.

@@ -5,11 +5,17 @@
 #include <QElapsedTimer>
 #include <QTableView>
 
+class QAbstractButton;
 class QLineEdit;
 
 namespace sysadmin {
 
+class Prefs;
 class Prompter;
+struct PrintedList;
+
+/// A name for a file with what the widget shows: the title of the screen around it.
+QString FileNameFor(const QWidget& widget, const QString& ending);
 
 /// The list grid of every screen: a table of records with sorting by a click on a column, typing to find, a
 /// filter box, copying and CSV export. A row is known by its key, never by its place.
@@ -27,9 +33,18 @@ public:
     QLineEdit* FilterBox() const { return m_filterBox; }
     /// Puts the focus into the filter box, if it is placed.
     void FocusFilter();
-    /// With a prompter the context menu offers the CSV export.
+    /// With a prompter the context menu offers printing and the CSV export.
     void SetPrompter(Prompter& prompter) { m_prompter = &prompter; }
     Prompter* GetPrompter() const { return m_prompter; }
+    /// Buttons that the context menu offers first, as they stand when it opens.
+    void SetMenuButtons(const QList<QAbstractButton*>& buttons) { m_menuButtons = buttons; }
+    /// What it offers besides.
+    void SetMenuActions(const QList<QAction*>& actions) { m_menuActions = actions; }
+    /// Keeps the widths and the order that the operator gives the columns under this name in his preferences,
+    /// and begins with the ones that he gave last.
+    void KeepColumns(const Prefs& prefs, const QString& name);
+    /// The width in which all columns show what is in them, as far as a look at the first rows tells.
+    int WidthOfContents() const;
     /// Lets the operator select several rows.
     void SetMultiSelect(bool multiSelect);
     /// Lists whose order means something are not sortable.
@@ -58,6 +73,7 @@ public:
     QString SelectedKey() const;
     /// The keys of all selected rows, in display order (grids that allow selecting several).
     QStringList SelectedKeys() const;
+    qsizetype SelectedCount() const;
     /// The selected row, or null.
     const GridRow* SelectedRow() const;
     /// Selects the row and scrolls to it; false when it is not shown.
@@ -69,6 +85,10 @@ public:
     void CopySelection() const;
     /// Asks for a file and writes the shown rows to it; a failure is told in a box.
     void ExportCsv();
+    /// Shows the shown rows as they go onto paper; from there they are printed.
+    void Print();
+    /// Asks for a file and writes those pages into it.
+    void SavePdf();
 
     void keyboardSearch(const QString& typed) override;
 
@@ -104,11 +124,14 @@ private:
     QList<int> SelectedPlaces() const;
     QList<int> VisibleColumns() const;
     QStringList Captions() const;
+    PrintedList Printed() const;
     QStringList VisibleCells(int displayRow) const;
 
     GridModel m_model;
     QLineEdit* m_filterBox = nullptr; // null again once its own parent has deleted it
     Prompter* m_prompter = nullptr;
+    QList<QAbstractButton*> m_menuButtons;
+    QList<QAction*> m_menuActions;
     QHash<int, CellEdit> m_edits;
     QString m_searched;
     bool m_ranked = false;

@@ -2,16 +2,24 @@
 #include "framework/ListGrid.h"
 
 #include "core/Prompter.h"
+#include "framework/Captions.h"
 #include "framework/CsvExport.h"
+#include "framework/ListPrint.h"
 
+#include <QAbstractButton>
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QDropEvent>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPdfWriter>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
+#include <QSaveFile>
 
 #include <algorithm>
 
@@ -31,9 +39,11 @@ QString PlainCell(QString cell) {
     return cell;
 }
 
-QString FileNameFor(const QWidget& grid) {
-    QString name = grid.objectName();
-    for (const QWidget* widget = &grid; widget; widget = widget->parentWidget()) {
+} // namespace
+
+QString FileNameFor(const QWidget& shown, const QString& ending) {
+    QString name = shown.objectName();
+    for (const QWidget* widget = &shown; widget; widget = widget->parentWidget()) {
         if (widget->windowTitle().isEmpty())
             continue;
         name = widget->windowTitle();
@@ -42,10 +52,8 @@ QString FileNameFor(const QWidget& grid) {
     for (QChar& c : name)
         if (QString("/\\:*?\"<>|").contains(c))
             c = u'_';
-    return name + ".csv";
+    return name + ending;
 }
-
-} // namespace
 
 void ListGrid::keyPressEvent(QKeyEvent* event) {
     // What a cell's editor leaves over: Enter has closed it and means nothing more.
@@ -60,6 +68,8 @@ void ListGrid::keyPressEvent(QKeyEvent* event) {
         return;
     if (event->matches(QKeySequence::Copy))
         CopySelection();
+    else if (event->matches(QKeySequence::Print) && m_prompter)
+        Print();
     else if (event->matches(QKeySequence::Find) && m_filterBox && m_filterBox->isVisible())
         FocusFilter();
     else if (m_ranked && event->modifiers() == Qt::AltModifier && !key.isEmpty() &&
@@ -186,7 +196,16 @@ void ListGrid::contextMenuEvent(QContextMenuEvent* event) {
     auto* menu = new QMenu(this);
     menu->setObjectName("mnuGrid");
     menu->setAttribute(Qt::WA_DeleteOnClose);
+    for (QAbstractButton* button : m_menuButtons) {
+        if (button->isHidden())
+            continue;
+        QAction* action = menu->addAction(DeclaredCaption(*button), button, &QAbstractButton::click);
+        action->setObjectName("mnu" + button->objectName().mid(3));
+        action->setEnabled(button->isEnabled());
+    }
+    menu->addSeparator();
     QAction* copy = menu->addAction(tr("&Copy"), this, &ListGrid::CopySelection);
+    copy->setObjectName("mnuCopy");
     copy->setShortcut(QKeySequence::Copy);
     copy->setEnabled(!SelectedKey().isEmpty());
     if (selectionMode() == ExtendedSelection) {
@@ -195,9 +214,17 @@ void ListGrid::contextMenuEvent(QContextMenuEvent* event) {
     }
     if (m_prompter) {
         menu->addSeparator();
-        QAction* exportCsv = menu->addAction(tr("&Export as CSV..."), this, &ListGrid::ExportCsv);
-        exportCsv->setEnabled(m_model.rowCount() > 0);
+        QAction* print = menu->addAction(tr("&Print..."), this, &ListGrid::Print);
+        print->setObjectName("mnuPrint");
+        print->setShortcut(QKeySequence::Print);
+        QAction* pdf = menu->addAction(tr("Sa&ve as PDF..."), this, &ListGrid::SavePdf);
+        pdf->setObjectName("mnuPdf");
+        QAction* exportCsv = menu->addAction(tr("E&xport as CSV..."), this, &ListGrid::ExportCsv);
+        exportCsv->setObjectName("mnuExportCsv");
+        for (QAction* action : {print, pdf, exportCsv})
+            action->setEnabled(m_model.rowCount() > 0);
     }
+    menu->addActions(m_menuActions);
     const bool byKeyboard = event->reason() == QContextMenuEvent::Keyboard && currentIndex().isValid();
     menu->popup(byKeyboard ? viewport()->mapToGlobal(visualRect(currentIndex()).bottomLeft())
                            : event->globalPos());
@@ -231,8 +258,8 @@ void ListGrid::CopySelection() const {
 void ListGrid::ExportCsv() {
     if (!m_prompter)
         return;
-    const QString fileName =
-        m_prompter->AskSaveFile(this, tr("Export as CSV"), FileNameFor(*this), tr("CSV files (*.csv)"));
+    const QString fileName = m_prompter->AskSaveFile(this, tr("Export as CSV"), FileNameFor(*this, ".csv"),
+                                                     tr("CSV files (*.csv)"));
     if (fileName.isEmpty())
         return;
     QList<QStringList> records{Captions()};
@@ -241,6 +268,49 @@ void ListGrid::ExportCsv() {
     const QString problem = WriteCsv(fileName, records);
     if (!problem.isEmpty())
         m_prompter->ShowBox(this, {.text = tr("The file could not be written:") + "\r\n" + problem});
+}
+
+PrintedList ListGrid::Printed() const {
+    PrintedList list{QFileInfo(FileNameFor(*this, ".")).completeBaseName(), Captions(), {}};
+    const QList<int> columns = VisibleColumns();
+    for (int displayRow = 0; displayRow < m_model.rowCount(); ++displayRow) {
+        QStringList cells;
+        for (int column : columns)
+            cells.append(m_model.CellText(displayRow, column));
+        list.rows.append(cells);
+    }
+    return list;
+}
+
+void ListGrid::Print() {
+    QPrinter printer(QPrinter::HighResolution);
+    const PrintedList list = Printed();
+    printer.setDocName(list.title);
+    QPrintPreviewDialog preview(&printer, this);
+    preview.setObjectName("frmPrintPreview");
+    preview.setWindowTitle(tr("Print %1").arg(list.title));
+    connect(&preview, &QPrintPreviewDialog::paintRequested, this,
+            [&list](QPrinter* paper) { PaintList(list, *paper); });
+    m_prompter->RunDialog(preview);
+}
+
+void ListGrid::SavePdf() {
+    const QString fileName =
+        m_prompter->AskSaveFile(this, tr("Save as PDF"), FileNameFor(*this, ".pdf"), tr("PDF files (*.pdf)"));
+    if (fileName.isEmpty())
+        return;
+    QSaveFile file(fileName);
+    bool written = file.open(QIODevice::WriteOnly);
+    if (written) {
+        QPdfWriter writer(&file);
+        writer.setPageSize(QPageSize(QPageSize::A4));
+        writer.setPageMargins(QMarginsF(15, 15, 15, 15), QPageLayout::Millimeter);
+        writer.setTitle(Printed().title);
+        written = PaintList(Printed(), writer) > 0;
+    }
+    if (!written || !file.commit())
+        m_prompter->ShowBox(this,
+                            {.text = tr("The file could not be written:") + "\r\n" + file.errorString()});
 }
 
 } // namespace sysadmin

@@ -128,6 +128,13 @@ void MaintenanceScreen::ReportSaveFailure(Table& table, qint16 result) {
         table.view->FocusField(*field);
 }
 
+QString MaintenanceScreen::RecordText(const Table& table, const GridRow& row) const {
+    for (qsizetype i = 0; i < table.spec.columns.size(); ++i)
+        if (table.spec.columns[i].tag == table.spec.nameTag && !row.cells.value(i).isEmpty())
+            return row.cells[i];
+    return DeleteItemText(table, row);
+}
+
 QString MaintenanceScreen::DeleteItemText(const Table& table, const GridRow& row) const {
     for (qsizetype i = 0; i < table.spec.columns.size(); ++i)
         if (const GridColumn& column = table.spec.columns[i];
@@ -234,6 +241,7 @@ bool MaintenanceScreen::Save(bool stay) {
         SetState(State::Editing);
     else
         EndEdit();
+    emit App().notices.Done(tr("Saved %1").arg(RecordText(table, row)));
     return true;
 }
 
@@ -321,8 +329,11 @@ bool MaintenanceScreen::SaveSeveral(Table& table) {
         return false;
     }
     Announce(table.spec.notice);
+    const qsizetype count = table.grid->SelectedKeys().size();
     EndEdit();
     LoadList(table);
+    if (!anyFailed)
+        emit App().notices.Done(count == 1 ? tr("Saved 1 record") : tr("Saved %1 records").arg(count));
     return true;
 }
 
@@ -395,6 +406,7 @@ void MaintenanceScreen::SendDelete(const GridRow& row) {
     App().pickLists.Remove(table.spec.pickLists, row.key);
     Announce(table.spec.notice);
     RefreshButtons();
+    emit App().notices.Done(tr("Deleted %1").arg(RecordText(table, row)));
 }
 
 void MaintenanceScreen::SetState(State state) {
@@ -402,7 +414,10 @@ void MaintenanceScreen::SetState(State state) {
     const bool editing = state != State::List;
     Table& table = Current();
     QList<QWidget*> listSide{m_cmdNew, m_cmdEdit, m_cmdDelete, table.grid, table.grid->FilterBox()};
-    m_views->setCurrentIndex(table.viewPage + (state == State::EditingSeveral ? 1 : 0));
+    if (editing)
+        m_views->setCurrentIndex(table.viewPage + (state == State::EditingSeveral ? 1 : 0));
+    else
+        m_views->setCurrentWidget(m_summary);
     if (m_tabs)
         listSide.append(m_tabs->tabBar());
     for (Table& each : m_tables)
@@ -417,8 +432,8 @@ void MaintenanceScreen::SetState(State state) {
 }
 
 void MaintenanceScreen::RefreshButtons() {
-    if (m_tables.empty() || !m_views->currentWidget())
-        return;
+    if (!m_summary)
+        return; // not built yet
     Table& table = Current();
     const bool inList = m_state == State::List;
     const GridRow* row = table.grid->SelectedRow();
@@ -431,16 +446,24 @@ void MaintenanceScreen::RefreshButtons() {
             each.severalButton->setVisible(&each == &table && m_mayEdit);
             each.severalButton->setEnabled(inList && row);
         }
+    if (inList)
+        ShowSummary();
     const Form* several = m_state == State::EditingSeveral ? table.spec.several.form : nullptr;
     m_cmdSave->setEnabled(several ? several->IsComplete() && !several->Chosen().isEmpty()
                                   : IsEditing() && table.form->IsComplete());
+    ShowMissing(several ? several : IsEditing() ? table.form : nullptr);
+    emit UnsavedChanged();
     RefreshOwnControls();
+}
+
+bool MaintenanceScreen::HasUnsaved() const {
+    const Table& table = Current();
+    return m_state == State::EditingSeveral ? !table.spec.several.form->Chosen().isEmpty()
+                                            : IsEditing() && table.form->IsChanged();
 }
 
 void MaintenanceScreen::ShowTable(int index) {
     m_current = index;
-    m_views->setCurrentIndex(Current().viewPage);
-    m_fraEdit->setTitle(EditCaption(Current(), m_state));
     SetState(State::List);
 }
 

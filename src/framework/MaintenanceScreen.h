@@ -9,6 +9,7 @@
 class QGroupBox;
 class QHBoxLayout;
 class QLabel;
+class QSplitter;
 class QStackedLayout;
 class QTabWidget;
 class QVBoxLayout;
@@ -16,6 +17,7 @@ class QVBoxLayout;
 namespace sysadmin {
 
 struct Conflict;
+class RowSummary;
 
 /// The standard maintenance screen: a list of records and an edit area, one state machine for all of them.
 ///
@@ -29,10 +31,15 @@ public:
 
     void LoadScreen() override;
     bool MayClose() override;
+    bool HasUnsaved() const override;
+    /// A field is gone to in the selected record, which is opened for that.
+    void GoTo(const QString& control) override;
     State GetState() const { return m_state; }
     bool IsReadOnly() const { return m_readOnly; }
 
 protected:
+    void resizeEvent(QResizeEvent* event) override;
+
     struct Table : TableDeclaration {
         FormView::SlotMaker makeSlot;
         ListGrid* grid = nullptr;
@@ -93,6 +100,8 @@ protected:
     virtual void AfterSave(Table&, const GridRow&, bool /*wasNew*/) {}
     /// What the delete question calls the row.
     virtual QString DeleteItemText(const Table& table, const GridRow& row) const;
+    /// What the row's record is called where it is told what became of it: its name, or else its first text.
+    QString RecordText(const Table& table, const GridRow& row) const;
     /// Asks whether the row may be deleted.
     virtual bool ConfirmRowDelete(Table& table, const GridRow& row);
     virtual void AfterDelete(Table&, const GridRow&) {}
@@ -125,6 +134,10 @@ private:
     bool IsEditing() const { return m_state != State::List && m_state != State::Viewing; }
     bool HasChanges() const;
     void OrderTabStops();
+    void ShareRoom();
+    void AddListTools(Table& table);
+    void ShowSummary();
+    void ExportAllFields(Table& table);
     void DeleteSelected();
     bool SettleSaveConflict(Table& table, const Conflict& conflict);
     void SettleDeleteConflict(Table& table, const Conflict& conflict, const GridRow& row);
@@ -151,6 +164,8 @@ private:
     bool m_changedByOthers = false; // the lists are older than what others stored
     QLabel* m_lblChanged = nullptr;
 
+    QSplitter* m_splitter = nullptr;
+    int m_chosenWidth = 0; // of the list, by the operator; 0: what is in it decides
     QWidget* m_listSide = nullptr;
     QVBoxLayout* m_listLayout = nullptr;
     QHBoxLayout* m_listButtons = nullptr;
@@ -159,6 +174,7 @@ private:
     QTabWidget* m_tabs = nullptr; // only with several tables
     QGroupBox* m_fraEdit = nullptr;
     QStackedLayout* m_views = nullptr;
+    RowSummary* m_summary = nullptr; // in place of a form while none is open
     QPushButton* m_cmdNew = nullptr;
     QPushButton* m_cmdEdit = nullptr;
     QPushButton* m_cmdDelete = nullptr;

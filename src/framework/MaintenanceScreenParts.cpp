@@ -2,6 +2,8 @@
 
 #include "core/Application.h"
 #include "framework/Captions.h"
+#include "framework/RowCount.h"
+#include "framework/RowSummary.h"
 
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -20,16 +22,23 @@
 // How a maintenance screen is put together; what it does is in MaintenanceScreen.cpp.
 namespace sysadmin {
 
+namespace {
+
+constexpr int LeastListWidth = 160;
+constexpr int RoomAroundForm = 40; // frame, margins and a scroll bar
+
+} // namespace
+
 MaintenanceScreen::MaintenanceScreen(Application& application, const QString& formName,
                                      const QString& caption, Area area, QWidget* parent)
     : FormScreen(application, formName, caption, area, parent) {
-    auto* splitter = new QSplitter(Qt::Horizontal, this);
-    splitter->setChildrenCollapsible(false);
-    splitter->setHandleWidth(16);
+    m_splitter = new QSplitter(Qt::Horizontal, this);
+    m_splitter->setChildrenCollapsible(false);
+    m_splitter->setHandleWidth(16);
     auto* whole = new QVBoxLayout(this);
-    whole->addWidget(splitter);
+    whole->addWidget(m_splitter);
 
-    m_listSide = new QWidget(splitter);
+    m_listSide = new QWidget(m_splitter);
     m_listLayout = new QVBoxLayout(m_listSide);
     m_listLayout->setContentsMargins({});
     m_listButtons = new QHBoxLayout;
@@ -48,20 +57,31 @@ MaintenanceScreen::MaintenanceScreen(Application& application, const QString& fo
     m_lblChanged->hide();
     m_listLayout->addWidget(m_lblChanged);
 
-    m_fraEdit = new QGroupBox(splitter);
+    // Where there is more room than a form can be read in, the frame and its buttons stay beside the list.
+    auto* editSide = new QWidget(m_splitter);
+    auto* editLine = new QHBoxLayout(editSide);
+    editLine->setContentsMargins({});
+    m_fraEdit = new QGroupBox(editSide);
     m_fraEdit->setObjectName("fraEdit");
+    m_fraEdit->setMaximumWidth(ReadableWidth);
+    editLine->addWidget(m_fraEdit, 1);
+    editLine->addStretch();
     auto* frame = new QVBoxLayout(m_fraEdit);
     m_views = new QStackedLayout;
     frame->addLayout(m_views, 1);
     m_editButtons = new QHBoxLayout;
-    m_editButtons->addStretch();
     m_cmdSave = MakeButton("cmdSave", tr("&Save"));
     m_cmdCancel = MakeButton("cmdCancel", tr("&Cancel"));
     for (QPushButton* button : {m_cmdSave, m_cmdCancel})
         m_editButtons->addWidget(button);
-    frame->addLayout(m_editButtons);
-    splitter->setStretchFactor(0, 2);
-    splitter->setStretchFactor(1, 3);
+    auto* lastLine = new QHBoxLayout;
+    lastLine->addWidget(MissingLabel(), 1);
+    lastLine->addLayout(m_editButtons);
+    frame->addLayout(lastLine);
+    connect(m_splitter, &QSplitter::splitterMoved, this, [this] {
+        m_chosenWidth = m_listSide->width();
+        App().prefs.Remember(objectName() + "/ListWidth", m_chosenWidth);
+    });
 
     connect(m_cmdNew, &QPushButton::clicked, this, &MaintenanceScreen::StartNew);
     connect(m_cmdEdit, &QPushButton::clicked, this, &MaintenanceScreen::StartEdit);
@@ -94,13 +114,12 @@ void MaintenanceScreen::BuildTable(Table& table) {
     table.grid->setAccessibleName(own.subject);
     if (own.sorted)
         table.grid->sortByColumn(own.sortColumn, Qt::AscendingOrder);
-    // Columns of a fixed width leave the others enough room to be read.
-    int listWidth = 180;
-    for (const GridColumn& column : own.columns)
-        listWidth += column.hidden ? 0 : column.width;
-    table.listPage->setMinimumWidth(listWidth);
+    table.grid->KeepColumns(App().prefs, objectName() + "/" + own.gridName);
+    table.listPage->setMinimumWidth(LeastListWidth);
     page->addWidget(table.grid->FilterBox());
     page->addWidget(table.grid, 1);
+    page->addWidget(new RowCount(*table.grid, table.listPage));
+    AddListTools(table);
     table.view = MakeView(*table.form, table.layout, m_fraEdit, table.makeSlot);
     table.viewPage = m_views->addWidget(table.view->InScrollArea(m_fraEdit));
     if (own.several.form)
@@ -163,9 +182,33 @@ void MaintenanceScreen::Finish() {
     if (std::all_of(m_tables.begin(), m_tables.end(),
                     [](const Table& t) { return t.spec.deleteRequest.isEmpty(); }))
         m_cmdDelete->hide();
+    m_chosenWidth = App().prefs.Remembered(objectName() + "/ListWidth").toInt();
+    m_summary = new RowSummary(m_fraEdit);
+    m_views->addWidget(m_summary);
     FinishBuilding();
     OrderTabStops();
     ShowTable(0);
+}
+
+void MaintenanceScreen::resizeEvent(QResizeEvent* event) {
+    FormScreen::resizeEvent(event);
+    ShareRoom();
+}
+
+// The list gets the width that the operator gave it, or what its contents take, as far as the forms leave it.
+void MaintenanceScreen::ShareRoom() {
+    int wanted = m_chosenWidth;
+    int form = 0;
+    for (const Table& table : m_tables) {
+        if (m_chosenWidth == 0)
+            wanted = qMax(wanted, table.grid->WidthOfContents());
+        form = qMax(form, table.view->minimumSizeHint().width() + RoomAroundForm);
+    }
+    const int room = layout()->contentsRect().width() - m_splitter->handleWidth();
+    if (m_chosenWidth == 0)
+        wanted = qMin(wanted, room * 2 / 5);
+    wanted = qMax(qMin(wanted, room - form), m_listSide->minimumSizeHint().width());
+    m_splitter->setSizes({wanted, qMax(1, room - wanted)});
 }
 
 void MaintenanceScreen::AddListButton(QPushButton* button) {

@@ -32,8 +32,15 @@ void SingleRecordScreen::Build(const RecordSpec& spec, Form& form, const Layout&
     m_readOnly = !App().profile.MayEdit(m_declaration.area);
     PrepareForm(form);
 
-    auto* whole = new QVBoxLayout(this);
-    m_fraEdit = new QGroupBox(this);
+    // Where there is more room than a form can be read in, the buttons stay near the fields.
+    auto* around = new QHBoxLayout(this);
+    auto* middle = new QWidget(this);
+    middle->setMaximumWidth(ReadableWidth);
+    around->addWidget(middle, 1);
+    around->addStretch();
+    auto* whole = new QVBoxLayout(middle);
+    whole->setContentsMargins({});
+    m_fraEdit = new QGroupBox(middle);
     m_fraEdit->setObjectName("fraEdit");
     if (!m_spec.frameNoun.isEmpty())
         m_fraEdit->setTitle((m_readOnly ? tr("View ") : tr("Edit ")) + m_spec.frameNoun + m_spec.frameEnd);
@@ -47,7 +54,7 @@ void SingleRecordScreen::Build(const RecordSpec& spec, Form& form, const Layout&
     m_lblChanged->setObjectName("lblChangedByOthers");
     m_lblChanged->hide();
     m_buttons->addWidget(m_lblChanged);
-    m_buttons->addStretch();
+    m_buttons->addWidget(MissingLabel(), 1);
     m_cmdSave = MakeButton("cmdSave", tr("&Save"));
     m_cmdCancel = MakeButton("cmdCancel", m_readOnly ? tr("&Close") : tr("&Cancel"));
     for (QPushButton* button : {m_cmdSave, m_cmdCancel})
@@ -144,6 +151,7 @@ void SingleRecordScreen::SendSave() {
     AfterSave();
     Announce(m_spec.notice);
     RefreshButtons();
+    emit App().notices.Done(tr("Saved %1").arg(windowTitle()));
 }
 
 void SingleRecordScreen::SettleConflict(const Conflict& conflict) {
@@ -187,8 +195,18 @@ void SingleRecordScreen::Cancel() {
     CloseScreen();
 }
 
+void SingleRecordScreen::GoTo(const QString& control) {
+    if (const Field* field = m_form->Find(control))
+        m_view->FocusField(*field);
+    else
+        FormScreen::GoTo(control);
+}
+
 void SingleRecordScreen::RefreshButtons() {
-    m_cmdSave->setEnabled(m_loaded && m_form->IsComplete());
+    // A record that the server does not have yet is something to save, as it stands.
+    m_cmdSave->setEnabled(m_loaded && m_form->IsComplete() && (m_form->IsChanged() || !m_exists));
+    ShowMissing(m_loaded && !m_readOnly ? m_form : nullptr);
+    emit UnsavedChanged();
 }
 
 bool SingleRecordScreen::MayClose() {

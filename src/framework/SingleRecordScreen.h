@@ -18,6 +18,8 @@ class SingleRecordScreen : public FormScreen {
 public:
     void LoadScreen() override;
     bool MayClose() override;
+    void GoTo(const QString& control) override;
+    bool HasUnsaved() const override { return !m_readOnly && m_form->IsChanged(); }
     bool IsReadOnly() const { return m_readOnly; }
 
 protected:

@@ -127,6 +127,15 @@ void Library::MakeFirstAdministrator(Database& database) {
     records.Insert("master_profile_operators", {{"profile_id", id}, {"operator_row", administrator}});
 }
 
+void MarkLibrary(Database& database, const QString& name, const QString& colour) {
+    RunInTransaction(database, [&] {
+        if (!name.isEmpty())
+            WriteSetting(database, "library_name", name);
+        if (!colour.isEmpty())
+            WriteSetting(database, "colour", colour == u"none" ? QString() : colour);
+    });
+}
+
 bool HasSamplePassword(Database& database) {
     return database.FirstRow("SELECT 1 FROM operators WHERE sample_password='Y' OR published_password='Y'")
         .has_value();

@@ -89,6 +89,10 @@ private:
     mutable SeenRecords m_seen;
 };
 
+/// Names the library and gives it a colour ("none" takes that away); what is empty stays as it is. Throws
+/// `StoreError`.
+void MarkLibrary(Database& database, const QString& name, const QString& colour);
+
 /// Whether one of the published passwords of the sample library still opens it. Throws `StoreError`.
 bool HasSamplePassword(Database& database);
 

@@ -158,6 +158,8 @@ Answer ServerConnection::Hello() {
         m_nonce = RandomToken();
     Put(answer.fields, "NC", m_nonce);
     Put(answer.fields, "LIB", ReadSetting(database, "library_name"));
+    if (const QString colour = ReadSetting(database, "colour"); !colour.isEmpty())
+        Put(answer.fields, "CLR", colour);
     Put(answer.fields, "SWT", ReadSecurityRules(database).warningText);
     Put(answer.fields, "VER", SYSADMIN_VERSION);
     if (!IsLocalPeer(m_peer))

@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 
 namespace sysadmin::server {
 
@@ -20,11 +21,23 @@ const char HelpText[] = R"(sysadmin-server keeps a library's settings and serves
   --key FILE              private key of that certificate in PEM form
   --sessions N            how many operators may be signed on at once (default 1000); past it the one
                           that did nothing for the longest time is signed off
+  --name TEXT             what the library is called from now on, in titles and at sign-on
+  --colour COLOUR         the colour that marks the library from now on in every client's window, so that a
+                          test library is not taken for the live one: red, orange, yellow, green, blue,
+                          purple, grey, #RRGGBB, or none
   --create-sample         make the sample library when there is no library yet
   --check                 look whether library and certificate are sound, tell what was found, and end
   --help                  show this text
   --version               show the version
 )";
+
+constexpr int MostOfName = 100;
+const QStringList ColourNames{"red", "orange", "yellow", "green", "blue", "purple", "grey", "none"};
+
+bool IsColour(const QString& text) {
+    static const QRegularExpression code("^#[0-9a-f]{6}$");
+    return ColourNames.contains(text) || code.match(text).hasMatch();
+}
 
 PrintAndExit Bad(const QString& text) {
     return {text + " \"sysadmin-server --help\" lists the options.", 2};
@@ -113,9 +126,9 @@ std::variant<ServerOptions, PrintAndExit> ReadOptions(const QStringList& argumen
             (name == "--check" ? options.check : options.createSample) = true;
             continue;
         }
-        static const QStringList withValue{"--library", "--database",    "--database-password-file",
-                                           "--listen",  "--certificate", "--key",
-                                           "--sessions"};
+        static const QStringList withValue{"--library",  "--database",    "--database-password-file",
+                                           "--listen",   "--certificate", "--key",
+                                           "--sessions", "--name",        "--colour"};
         QString value;
         if (const qsizetype equals = name.indexOf('='); name.startsWith("--") && equals > 0) {
             value = name.mid(equals + 1);
@@ -144,6 +157,14 @@ std::variant<ServerOptions, PrintAndExit> ReadOptions(const QStringList& argumen
             options.sessions = value.toInt();
             if (options.sessions < 1 || options.sessions > 100'000)
                 return Bad("--sessions needs a number from 1 to 100000.");
+        } else if (name == "--name") {
+            options.name = value.trimmed();
+            if (options.name.isEmpty() || options.name.size() > MostOfName)
+                return Bad(QString("--name needs 1 to %1 characters.").arg(MostOfName));
+        } else if (name == "--colour") {
+            options.colour = value.toLower();
+            if (!IsColour(options.colour))
+                return Bad("--colour needs one of " + ColourNames.join(", ") + ", or #RRGGBB.");
         } else if (!ReadListenAddress(value, options))
             return Bad("--listen needs an address and maybe a port, as in 0.0.0.0:7443 or [::1]:7443.");
     }
@@ -153,6 +174,8 @@ std::variant<ServerOptions, PrintAndExit> ReadOptions(const QStringList& argumen
         return Bad("--database-password-file belongs to --database, which is not given.");
     if (options.check && options.createSample)
         return Bad("--check changes nothing, so it does not go with --create-sample.");
+    if (options.check && !(options.name + options.colour).isEmpty())
+        return Bad("--check changes nothing, so it does not go with --name and --colour.");
     if (options.certificateFile.isEmpty() != options.keyFile.isEmpty())
         return Bad("--certificate and --key go together.");
     if (database.isEmpty()) {

@@ -21,6 +21,8 @@ struct ServerOptions {
     QString certificateFile;
     QString keyFile;
     int sessions = 1000; ///< operators signed on at once
+    QString name;        ///< of the library from now on; empty: it keeps the one it has
+    QString colour;      ///< the same; "none" takes it away
     bool createSample = false;
     bool check = false; ///< look at everything, tell, and end
 };

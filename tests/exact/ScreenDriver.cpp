@@ -337,7 +337,9 @@ void ScreenDriver::CheckRequired() {
     for (const Field& field : m_table->fields)
         if (field.required && field.by.isEmpty() && m_values.value(field.control).isEmpty())
             SetField(field, ValueOf(*m_table, field, 3));
-    Expect("with what is required, Save is open", CanSave() ? "yes" : "no", "yes");
+    // A single record is saved when there is something to save.
+    const auto hasChange = [this] { return !m_table->single || m_values != m_loaded; };
+    Expect("with what is required, Save is open", CanSave() ? "yes" : "no", hasChange() ? "yes" : "no");
     static const QStringList emptied{"text", "number", "date", "interval", "lines"};
     for (const Field& field : m_table->fields) {
         const bool usable = field.by.isEmpty() || m_values.value(field.by) == u"Y";
@@ -346,7 +348,7 @@ void ScreenDriver::CheckRequired() {
         const QString before = m_values[field.control];
         SetField(field, {});
         Expect("without " + field.control + " Save is open", CanSave() ? "yes" : "no",
-               field.required ? "no" : "yes");
+               field.required || !hasChange() ? "no" : "yes");
         SetField(field, before);
     }
 }

@@ -26,6 +26,8 @@ public:
     /// needs no server). Both are empty before sign-on.
     virtual QString LibraryName() const = 0;
     virtual QString ServerName() const = 0;
+    /// The colour that the library was given ("#c03028"), by which it is told from others; empty: none.
+    virtual QString LibraryColour() const { return {}; }
 
     virtual void ShowLoginInformation(QWidget* parent) = 0;
     virtual void ChangePassword(QWidget* parent) = 0;

@@ -227,10 +227,12 @@ bool Form::IsChanged() const {
                        [](const Field* field) { return field->IsChanged(); });
 }
 
-bool Form::IsComplete() const {
-    return std::none_of(m_fields.begin(), m_fields.end(), [](const Field* field) {
+QList<Field*> Form::Missing() const {
+    QList<Field*> missing;
+    std::copy_if(m_fields.begin(), m_fields.end(), std::back_inserter(missing), [](const Field* field) {
         return field->Spec().required && field->IsUsable() && field->IsBlank();
     });
+    return missing;
 }
 
 std::optional<Form::Finding> Form::FirstProblem() const {

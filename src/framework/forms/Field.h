@@ -152,8 +152,9 @@ public:
     void Revert();
     void BecomeNew();
     bool IsChanged() const;
-    /// Whether every required, usable field is filled.
-    bool IsComplete() const;
+    /// The required, usable fields that are blank.
+    QList<Field*> Missing() const;
+    bool IsComplete() const { return Missing().isEmpty(); }
     /// The first problem of a usable field in declaration order.
     std::optional<Finding> FirstProblem() const;
     /// All of them, one per field.

@@ -239,6 +239,19 @@ void IntervalField::SetParts(const QString& number, const QString& unit) {
     SetDraft(Spec().letterFirst ? QString(unit + number.trimmed()) : QString(number.trimmed() + unit));
 }
 
+QString IntervalField::DisplayText() const {
+    if (IsBlank())
+        return {};
+    QString unit = Unit();
+    for (const PickItem& each : Units())
+        if (each.id == Unit())
+            unit = each.text.toLower();
+    // Some lists name their units in the singular, others in the plural.
+    while (unit.size() > 1 && unit.endsWith('s'))
+        unit.chop(1);
+    return Number() + ' ' + (Number().toInt() == 1 || unit.size() <= 1 ? unit : unit + 's');
+}
+
 QString IntervalField::Problem() const {
     if (Spec().required && IsBlank())
         return Field::Problem();

@@ -206,6 +206,8 @@ public:
     /// The operator chose another unit; the number stays unless the field converts it.
     virtual void ChangeUnit(const QString& unit) { SetParts(Number(), unit); }
     bool IsBlank() const override { return Number().trimmed().isEmpty(); }
+    /// "3 years".
+    QString DisplayText() const override;
     QString Problem() const override;
 };
 

@@ -1,0 +1,148 @@
+#include "core/Application.h"
+#include "core/Prompter.h"
+#include "framework/Captions.h"
+#include "framework/CsvExport.h"
+#include "framework/MaintenanceScreen.h"
+#include "framework/RowSummary.h"
+#include "framework/forms/ValueFields.h"
+
+#include <QAction>
+#include <QPushButton>
+#include <QTabWidget>
+
+// What a maintenance screen does with its lists besides maintaining their records.
+namespace sysadmin {
+
+namespace {
+
+/// The value as it goes into a file.
+QString FileText(const Field& field) {
+    if (const auto* date = dynamic_cast<const DateField*>(&field); date && date->Date().isValid())
+        return date->Date().toString(Qt::ISODate);
+    return field.Words().join("; ");
+}
+
+/// The column's heading in a file: captions repeat within a form, so the tag stands behind those that do.
+QStringList FileCaptions(const QList<const Field*>& fields) {
+    QStringList captions;
+    for (const Field* field : fields)
+        captions.append(field->PlainCaption().isEmpty() ? field->Name() : field->PlainCaption());
+    QStringList unique = captions;
+    for (qsizetype i = 0; i < fields.size(); ++i)
+        if (captions.count(captions[i]) > 1)
+            unique[i] += " (" + (fields[i]->Tag().isEmpty() ? fields[i]->Name() : fields[i]->Tag()) + ')';
+    return unique;
+}
+
+/// A cell of the list in words.
+QString CellWords(const GridColumn& column, const Field* field, const QString& cell) {
+    if (column.yesNo || dynamic_cast<const FlagField*>(field))
+        return cell == u"Y" ? Form::tr("Yes") : Form::tr("No");
+    if (const auto* choice = dynamic_cast<const ChoiceField*>(field))
+        for (const PickItem& item : choice->Items())
+            if (item.id == cell)
+                return item.text;
+    return cell;
+}
+
+} // namespace
+
+void MaintenanceScreen::AddListTools(Table& table) {
+    table.grid->SetMenuButtons({m_cmdNew, m_cmdEdit, m_cmdDelete});
+    auto* reload = new QAction(tr("&Reload"), table.grid);
+    reload->setObjectName("mnuReload");
+    reload->setShortcut(Qt::Key_F5);
+    connect(reload, &QAction::triggered, this, &MaintenanceScreen::ReloadLists);
+    auto* exportAll = new QAction(tr("Export All &Fields..."), table.grid);
+    exportAll->setObjectName("mnuExportAll");
+    connect(exportAll, &QAction::triggered, this, [this, &table] { ExportAllFields(table); });
+    table.grid->SetMenuActions({reload, exportAll});
+}
+
+void MaintenanceScreen::ShowSummary() {
+    const Table& table = Current();
+    const ListGrid& grid = *table.grid;
+    if (const qsizetype count = grid.SelectedCount(); count > 1) {
+        const QString button =
+            table.severalButton ? DeclaredCaption(*table.severalButton).remove('&').remove("...") : QString();
+        m_summary->Show(tr("%L1 records are selected").arg(count), {},
+                        m_mayEdit && !button.isEmpty() ? tr("%1 changes them together.").arg(button)
+                                                       : QString());
+        return;
+    }
+    const GridRow* row = grid.SelectedRow();
+    if (!row) {
+        const bool empty = grid.Model().Rows().isEmpty();
+        m_summary->Show(empty ? tr("No %1 yet").arg(table.spec.subject) : tr("Nothing is selected"), {},
+                        empty && m_mayCreate ? tr("New (Ins) makes the first one.") : QString());
+        return;
+    }
+    QList<RowSummary::Line> lines;
+    for (qsizetype i = 0; i < table.spec.columns.size(); ++i) {
+        const GridColumn& column = table.spec.columns[i];
+        const Field* field = table.form->FindByColumn(column.tag);
+        const QString caption = field ? field->PlainCaption() : QString();
+        // What the list keeps besides its columns is told where the form has a caption for it.
+        if (!column.hidden || !caption.isEmpty())
+            lines.append({caption.isEmpty() ? column.caption : caption,
+                          CellWords(column, field, row->cells.value(i))});
+    }
+    m_summary->Show(RecordText(table, *row), lines,
+                    m_mayEdit ? tr("Enter, F2 or a double click opens it for editing.")
+                              : tr("Enter, F2 or a double click shows all of it."));
+}
+
+void MaintenanceScreen::GoTo(const QString& control) {
+    for (size_t i = 0; i < m_tables.size(); ++i) {
+        const Field* field = m_tables[i].form->Find(control);
+        const auto* inside = m_tables[i].view->findChild<QWidget*>(control);
+        if (!field && !inside)
+            continue;
+        if (m_state == State::List) {
+            if (m_tabs)
+                m_tabs->setCurrentIndex(int(i));
+            StartEdit();
+        }
+        if (field && m_state != State::List && m_state != State::EditingSeveral && m_current == int(i))
+            m_tables[i].view->FocusField(*field);
+        else
+            FormScreen::GoTo(control);
+        return;
+    }
+    FormScreen::GoTo(control);
+}
+
+void MaintenanceScreen::ExportAllFields(Table& table) {
+    const QStringList keys = table.grid->Model().ShownKeys();
+    if (m_state != State::List || keys.isEmpty())
+        return;
+    const QString fileName = App().prompter.AskSaveFile(
+        this, tr("Export All Fields"), FileNameFor(*table.grid, ".csv"), tr("CSV files (*.csv)"));
+    if (fileName.isEmpty())
+        return;
+    QList<const Field*> fields;
+    for (const Field* field : table.form->Fields())
+        if (!field->Name().isEmpty() && field->GetKind() != Field::Kind::Password)
+            fields.append(field);
+    QList<QStringList> records{FileCaptions(fields)};
+    for (const QString& key : keys) {
+        table.form->Clear();
+        const GridRow* row = table.grid->Model().FindRow(key);
+        if (!row || !FillForm(table, GridRow(*row))) {
+            table.form->Clear();
+            return;
+        }
+        QStringList values;
+        for (const Field* field : fields)
+            values.append(FileText(*field));
+        records.append(values);
+    }
+    table.form->Clear();
+    if (const QString problem = WriteCsv(fileName, records); !problem.isEmpty())
+        App().prompter.ShowBox(this, {.text = tr("The file could not be written:") + "\r\n" + problem});
+    else
+        emit App().notices.Done(keys.size() == 1 ? tr("Exported 1 record")
+                                                 : tr("Exported %L1 records").arg(keys.size()));
+}
+
+} // namespace sysadmin
