@@ -354,11 +354,11 @@ void MainWindow::ShowActivity(const QString& text) {
 
 void MainWindow::ShowWaiting(const QString& text) {
     // After a wait that a save brought along, what was saved is still worth saying.
-    if (!text.isEmpty() || !m_doneTime->isActive())
-        ShowActivity(text);
+    ShowActivity(text.isEmpty() && m_doneTime->isActive() ? m_done : text);
 }
 
 void MainWindow::ShowDone(const QString& text) {
+    m_done = text;
     ShowActivity(text);
     m_doneTime->start();
 }

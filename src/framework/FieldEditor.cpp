@@ -208,9 +208,12 @@ std::unique_ptr<FieldEditor> MakeFieldEditor(Field& field, QWidget* parent) {
     editor->NamedWidget()->setObjectName(field.Name());
     editor->Widget()->setToolTip(field.Spec().toolTip);
     editor->NameControls(SpokenName(field));
-    if (field.Spec().required)
-        for (QWidget* widget : editor->FocusWidgets())
-            widget->setAccessibleDescription(QObject::tr("Required"));
+    const QString explained = field.Spec().required
+                                  ? QString(QObject::tr("Required") + ". " + field.Spec().toolTip).trimmed()
+                                  : field.Spec().toolTip;
+    for (QWidget* widget : editor->FocusWidgets())
+        if (!explained.isEmpty() && widget->accessibleDescription().isEmpty())
+            widget->setAccessibleDescription(explained);
     editor->Refresh();
     return editor;
 }

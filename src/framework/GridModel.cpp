@@ -11,6 +11,11 @@ GridModel::GridModel(const QList<GridColumn>& columns, QObject* parent)
     m_matcher.setCaseSensitivity(Qt::CaseInsensitive);
 }
 
+void GridModel::SetCaption(int column, const QString& caption) {
+    m_columns[column].caption = caption;
+    emit headerDataChanged(Qt::Horizontal, column, column);
+}
+
 void GridModel::SetRows(const QList<GridRow>& rows) {
     beginResetModel();
     m_rows = rows;

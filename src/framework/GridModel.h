@@ -18,6 +18,7 @@ public:
     explicit GridModel(const QList<GridColumn>& columns, QObject* parent = nullptr);
 
     const QList<GridColumn>& Columns() const { return m_columns; }
+    void SetCaption(int column, const QString& caption);
     /// All rows, those that the filter hides too, in the order in which they came.
     const QList<GridRow>& Rows() const { return m_rows; }
     /// Replaces all rows; filter and sort order stay.

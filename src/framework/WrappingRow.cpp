@@ -30,7 +30,7 @@ void WrappingRow::Add(QWidget* widget) {
 
 QSize WrappingRow::minimumSizeHint() const {
     int width = 0;
-    for (const QWidget* widget : m_widgets)
+    for (const QWidget* widget : Shown())
         width = qMax(width, LeastWidth(*widget));
     return {width, m_grid->totalMinimumSize().height()};
 }
@@ -47,12 +47,20 @@ bool WrappingRow::event(QEvent* event) {
     return QWidget::event(event);
 }
 
-int WrappingRow::ColumnsThatFit() const {
-    for (int columns = int(std::min(qsizetype(m_most), m_widgets.size())); columns > 1; --columns) {
+QList<QWidget*> WrappingRow::Shown() const {
+    QList<QWidget*> shown = m_widgets;
+    shown.removeIf([](const QWidget* widget) {
+        return widget->isHidden() && widget->testAttribute(Qt::WA_WState_ExplicitShowHide);
+    });
+    return shown;
+}
+
+int WrappingRow::ColumnsThatFit(const QList<QWidget*>& widgets) const {
+    for (int columns = int(std::min(qsizetype(m_most), widgets.size())); columns > 1; --columns) {
         QList<int> widths(columns, 0);
-        for (qsizetype i = 0; i < m_widgets.size(); ++i) {
+        for (qsizetype i = 0; i < widgets.size(); ++i) {
             int& width = widths[i % columns];
-            width = qMax(width, LeastWidth(*m_widgets[i]));
+            width = qMax(width, LeastWidth(*widgets[i]));
         }
         const int gaps = (columns - 1) * m_grid->horizontalSpacing();
         if (std::accumulate(widths.begin(), widths.end(), gaps) <= width())
@@ -62,16 +70,18 @@ int WrappingRow::ColumnsThatFit() const {
 }
 
 void WrappingRow::Arrange() {
-    const int columns = ColumnsThatFit();
-    if (columns == m_columns && m_grid->count() == m_widgets.size())
+    const QList<QWidget*> shown = Shown();
+    const int columns = ColumnsThatFit(shown);
+    if (columns == m_columns && shown == m_placed)
         return;
     for (QWidget* widget : m_widgets)
         m_grid->removeWidget(widget);
     for (int column = 0; column < qMax(columns, m_columns); ++column)
         m_grid->setColumnStretch(column, column < columns ? 1 : 0);
     m_columns = columns;
-    for (qsizetype i = 0; i < m_widgets.size(); ++i)
-        m_grid->addWidget(m_widgets[i], int(i / columns), int(i % columns));
+    m_placed = shown;
+    for (qsizetype i = 0; i < shown.size(); ++i)
+        m_grid->addWidget(shown[i], int(i / columns), int(i % columns));
     updateGeometry();
 }
 

@@ -26,11 +26,13 @@ protected:
     bool event(QEvent* event) override;
 
 private:
-    int ColumnsThatFit() const;
+    QList<QWidget*> Shown() const;
+    int ColumnsThatFit(const QList<QWidget*>& widgets) const;
     void Arrange();
 
     QGridLayout* m_grid = nullptr;
     QList<QWidget*> m_widgets;
+    QList<QWidget*> m_placed;
     int m_most;
     int m_columns = 1;
 };

@@ -23,6 +23,7 @@ namespace {
 
 constexpr QChar DifferenceMark = u'\u2260';
 constexpr int MarkWidth = 36;
+constexpr int OtherColumn = 4;
 
 using Values = QHash<QPair<QString, QString>, QString>; // by section and id
 
@@ -66,7 +67,7 @@ CompareDialog::CompareDialog(const QString& caption, const PickItem& left, const
                            {tr("Section"), 110},
                            {tr("Item")},
                            {left.text, 150},
-                           {tr("Compared with"), 150}},
+                           {QString(), 150}},
                           this);
     m_grid->setAccessibleName(tr("Comparison"));
     m_grid->SetSortable(false);
@@ -94,6 +95,8 @@ CompareDialog::CompareDialog(const QString& caption, const PickItem& left, const
 }
 
 void CompareDialog::ReadOther() {
+    m_grid->Model().SetCaption(OtherColumn, m_other->currentText());
+    setWindowTitle(tr("Compare \"%1\" with \"%2\"").arg(m_leftItem.text, m_other->currentText()));
     m_right = m_describe(m_other->currentData().toString());
     ShowComparison();
 }
@@ -110,21 +113,36 @@ void CompareDialog::ShowComparison() {
     for (const ComparedItem& item : *m_right)
         if (!left.contains({item.section, item.id}))
             items.append(item);
-    // Sections stay together in the order in which they first come.
+    // Sections stay together in the order in which they first come; of a list what was added comes first,
+    // then what is missing.
     QStringList sections;
     for (const ComparedItem& item : items)
         if (!sections.contains(item.section))
             sections.append(item.section);
-    std::stable_sort(items.begin(), items.end(), [&](const ComparedItem& a, const ComparedItem& b) {
-        return sections.indexOf(a.section) < sections.indexOf(b.section);
-    });
+    const auto place = [&](const ComparedItem& item) {
+        const QPair<QString, QString> key{item.section, item.id};
+        const int kind = !item.isMember ? 0 : !left.contains(key) ? 1 : !right.contains(key) ? 2 : 3;
+        return std::pair(sections.indexOf(item.section), kind);
+    };
+    std::stable_sort(items.begin(), items.end(),
+                     [&](const ComparedItem& a, const ComparedItem& b) { return place(a) < place(b); });
 
     QList<GridRow> rows;
     int differences = 0;
+    QHash<QString, QPair<int, int>> members; // by section: added, missing
     for (const ComparedItem& item : items) {
-        const QString first = left.value({item.section, item.id}, tr("No"));
-        const QString second = right.value({item.section, item.id}, tr("No"));
+        const QPair<QString, QString> key{item.section, item.id};
+        QString first = left.value(key, tr("No"));
+        QString second = right.value(key, tr("No"));
         const bool differs = first != second;
+        if (item.isMember) {
+            const bool added = !left.contains(key);
+            const bool missing = !right.contains(key);
+            first = added ? QString() : tr("Yes");
+            second = added ? tr("Added") : missing ? tr("Missing") : tr("Yes");
+            members[item.section].first += added;
+            members[item.section].second += missing;
+        }
         differences += differs;
         if (differs || !m_onlyDifferences->isChecked())
             rows.append(
@@ -133,9 +151,18 @@ void CompareDialog::ShowComparison() {
                  {}});
     }
     m_grid->SetRows(rows);
-    m_summary->setText(differences == 0   ? tr("There is no difference.")
-                       : differences == 1 ? tr("1 difference.")
-                                          : tr("%1 differences.").arg(differences));
+    QStringList lists;
+    for (const QString& section : sections)
+        if (const auto [added, missing] = members.value(section); added + missing > 0)
+            lists.append(tr("%1: %2 added, %3 missing").arg(section).arg(added).arg(missing));
+    Summarise(differences, lists);
+}
+
+void CompareDialog::Summarise(int differences, const QStringList& lists) {
+    const QString count = differences == 0   ? tr("There is no difference.")
+                          : differences == 1 ? tr("1 difference.")
+                                             : tr("%1 differences.").arg(differences);
+    m_summary->setText(lists.isEmpty() ? count : count + "  " + lists.join("; ") + '.');
 }
 
 void CompareSelected(Application& application, QWidget* parent, const QString& caption, const ListGrid& grid,

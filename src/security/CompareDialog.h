@@ -22,6 +22,7 @@ struct ComparedItem {
     QString id; ///< what makes it the same thing in both records: names repeat
     QString name;
     QString value;
+    bool isMember = false; ///< one of a list (a location, an operator): it is there or it is not
 };
 using ComparedRecord = QList<ComparedItem>;
 
@@ -42,6 +43,7 @@ public:
 private:
     void ReadOther();
     void ShowComparison();
+    void Summarise(int differences, const QStringList& lists);
 
     PickItem m_leftItem;
     Describer m_describe;

@@ -2,6 +2,7 @@
 
 #include "core/data/RequestChannel.h"
 #include "framework/forms/Rules.h"
+#include "security/RightSentences.h"
 
 namespace sysadmin {
 
@@ -25,7 +26,8 @@ ProfileForm::ProfileForm(const ProfileSpec& theSpec)
             rights.emplace_back(*this,
                                 FieldSpec{.name = right.control.isEmpty() ? "chk" + right.tag : right.control,
                                           .tag = right.tag,
-                                          .caption = right.caption});
+                                          .caption = right.caption,
+                                          .toolTip = SentenceOfRight(spec.word, right.tag)});
     if (spec.hasLevel)
         cboLevel.emplace(*this, FieldSpec{.name = "cboLevel",
                                           .tag = "RepPrfLevId",
@@ -61,16 +63,34 @@ FlagField* ProfileForm::FindRight(const QString& tag) {
     return nullptr;
 }
 
+bool ProfileForm::Shows(const FlagField& right) const {
+    return right.PlainCaption().contains(filter, Qt::CaseInsensitive) ||
+           right.Spec().toolTip.contains(filter, Qt::CaseInsensitive);
+}
+
 Layout ProfileForm::Draw() {
     auto right = rights.begin();
     QList<Layout> frames;
     for (const RightGroup& group : spec.groups) {
         QList<Layout> boxes;
-        for (qsizetype i = 0; i < group.rights.size(); ++i)
-            boxes.append(*right++);
+        QList<FlagField*> own;
+        for (qsizetype i = 0; i < group.rights.size(); ++i, ++right) {
+            boxes.append(*right);
+            own.append(&*right);
+        }
+        const auto setAll = [this, own](bool on) {
+            return [this, own, on] {
+                for (FlagField* each : own)
+                    if (Shows(*each)) // what the filter hides is not granted unseen
+                        each->SetOn(on);
+            };
+        };
+        const QString number = QString::number(frames.size());
+        boxes.append(Beside({Button("cmdAllRights" + number, tr("All"), setAll(true)),
+                             Button("cmdNoRights" + number, tr("None"), setAll(false))}));
         frames.append(Frame("fraRights" + QString::number(frames.size()), group.caption, boxes));
     }
-    QList<Layout> rows{Flow(spec.groupsPerRow, frames)};
+    QList<Layout> rows{Slot("txtFindRight"), Flow(spec.groupsPerRow, frames)};
     if (cboLevel)
         rows.prepend(*cboLevel);
 

@@ -16,8 +16,11 @@ struct ProfileForm : Form {
 
     Layout Draw();
     FlagField* FindRight(const QString& tag);
+    /// Whether the filter lets the right be seen: by its caption or by its sentence.
+    bool Shows(const FlagField& right) const;
 
     const ProfileSpec& spec;
+    QString filter; ///< of the rights; empty shows all
     TextField txtName{
         *this, {.name = "txtName", .tag = "Nm", .caption = tr("Name:"), .maxLength = 40, .required = true}};
     std::deque<FlagField> rights;

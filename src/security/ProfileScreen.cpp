@@ -7,6 +7,7 @@
 #include "security/LastSecurityHolder.h"
 #include "wire/Status.h"
 
+#include <QLineEdit>
 #include <QPushButton>
 
 namespace sysadmin {
@@ -33,8 +34,40 @@ ProfileScreen::ProfileScreen(Application& application, const ProfileSpec& spec, 
               .deleteWords = {{status::LastSecurityRight, {LastSecurityHolderText(), ApplicationTitle()}}},
               .saveWords = {{status::LastSecurityRight, {LastSecurityHolderText(), ApplicationTitle()}}},
               .steps = SaveSteps()},
-             m_form, m_form.Draw(), PutSteps());
+             m_form, m_form.Draw(), PutSteps(), [this](const QString&) { return MakeFilter(); });
     Finish();
+}
+
+QWidget* ProfileScreen::MakeFilter() {
+    m_txtFindRight = new QLineEdit(this);
+    m_txtFindRight->setObjectName("txtFindRight");
+    m_txtFindRight->setPlaceholderText(tr("Find a right"));
+    m_txtFindRight->setAccessibleName(tr("Find a right"));
+    m_txtFindRight->setToolTip(tr("Shows only the rights whose caption or explanation holds this text"));
+    m_txtFindRight->setClearButtonEnabled(true);
+    m_txtFindRight->setMinimumWidth(m_txtFindRight->fontMetrics().averageCharWidth() * 36);
+    connect(m_txtFindRight, &QLineEdit::textChanged, this, &ProfileScreen::FilterRights);
+    return m_txtFindRight;
+}
+
+void ProfileScreen::FilterRights(const QString& text) {
+    m_form.filter = text.trimmed();
+    FormView& view = *Current().view;
+    auto right = m_form.rights.begin();
+    for (qsizetype group = 0; group < m_spec.groups.size(); ++group) {
+        bool any = false;
+        for (qsizetype i = 0; i < m_spec.groups[group].rights.size(); ++i, ++right) {
+            const bool shown = m_form.Shows(*right);
+            view.EditorOf(*right)->Widget()->setVisible(shown);
+            any = any || shown;
+        }
+        view.findChild<QWidget*>("fraRights" + QString::number(group))->setVisible(any);
+    }
+}
+
+void ProfileScreen::GoTo(const QString& control) {
+    m_txtFindRight->clear();
+    MaintenanceScreen::GoTo(control);
 }
 
 QList<PutStep> ProfileScreen::PutSteps() {
@@ -141,7 +174,7 @@ void ProfileScreen::Compare() {
                            form.chkAllLocations->IsOn() ? tr("Yes") : tr("No")});
         const auto addList = [&](const QString& section, const PickedField& field) {
             for (const GridRow& row : field.Lists().Selected())
-                record.append({section, row.key, row.cells.value(0), tr("Yes")});
+                record.append({section, row.key, row.cells.value(0), tr("Yes"), true});
         };
         addList(tr("Operators"), form.operators);
         if (form.locations)

@@ -3,6 +3,8 @@
 #include "framework/MaintenanceScreen.h"
 #include "security/ProfileForm.h"
 
+class QLineEdit;
+
 namespace sysadmin {
 
 /// The screen of a module rights profile. What distinguishes the modules is in the profile's declaration.
@@ -11,6 +13,7 @@ class ProfileScreen : public MaintenanceScreen {
 
 public:
     ProfileScreen(Application& application, const ProfileSpec& spec, QWidget* parent);
+    void GoTo(const QString& control) override;
 
 protected:
     bool PrepareNew(Table& table) override;
@@ -25,9 +28,12 @@ private:
     bool ReadAll(const QString& request, ListForm form, const QString& idTag, const QString& nameTag,
                  QList<GridRow>& rows);
     void Compare();
+    QWidget* MakeFilter();
+    void FilterRights(const QString& text);
 
     ProfileSpec m_spec;
     ProfileForm& m_form;
+    QLineEdit* m_txtFindRight = nullptr;
     QPushButton* m_cmdDuplicate = nullptr;
     QPushButton* m_cmdCompare = nullptr;
 };

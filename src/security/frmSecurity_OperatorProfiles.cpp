@@ -313,7 +313,7 @@ void frmSecurity_OperatorProfiles::Compare() {
         addFlag("Rchg", m_form.chkRestrictChange.PlainCaption());
         while (channel.NextRecord("Prof"))
             record.append(
-                {tr("Current Profiles"), channel.GetField("Prof"), channel.GetField("Prof"), tr("Yes")});
+                {tr("Current Profiles"), channel.GetField("Prof"), channel.GetField("Prof"), tr("Yes"), true});
         return record;
     };
     CompareSelected(App(), this, windowTitle(), *Current().grid, describe);

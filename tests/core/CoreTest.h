@@ -23,6 +23,8 @@ public:
     int clusterChanges = 0;
     bool wasShownAtLoad = false;
     bool mayClose = true;
+    bool unsaved = false;
+    QString wentTo;
 
     void LoadScreen() override {
         ++loads;
@@ -33,6 +35,11 @@ public:
         return mayClose;
     }
     void OnClusterChanged() override { ++clusterChanges; }
+    bool HasUnsaved() const override { return unsaved; }
+    QList<ScreenWord> Words() const override {
+        return {{"Retain a trace of", "fpRetain"}, {"Clear the Log", "cmdClear"}};
+    }
+    void GoTo(const QString& control) override { wentTo = control; }
 };
 
 /// The core with a scripted server and operator and an empty settings store.

@@ -186,6 +186,45 @@ TEST_F(MainWindowTest, AnEditInProgressKeepsScreenAndWindow) {
     EXPECT_EQ(editing.closeChecks, 1) << "the operator is asked more than once";
 }
 
+TEST_F(MainWindowTest, WhatIsNotSavedIsMarkedAndWhatWasDoneIsSaid) {
+    TestScreen& screen = Open(Vendors);
+    const auto tab = [this] { return window->findChild<QTabBar*>("tabScreens")->tabText(0); };
+    for (const bool unsaved : {true, false}) {
+        screen.unsaved = unsaved;
+        emit screen.UnsavedChanged();
+        EXPECT_EQ(tab(), (unsaved ? QString(QChar(0x25CF)) + " " : QString()) + screen.windowTitle());
+    }
+    emit application.notices.Done("Saved Bookseller");
+    EXPECT_EQ(Panel("lblActivity"), "Saved Bookseller");
+    window->ShowWaiting("Waiting ...");
+    EXPECT_EQ(Panel("lblActivity"), "Waiting ...");
+    window->ShowWaiting({});
+    EXPECT_EQ(Panel("lblActivity"), "Saved Bookseller") << "a wait took the words away";
+}
+
+TEST_F(MainWindowTest, WhatStandsOnScreensIsFoundAndGoneTo) {
+    auto& box = *window->findChild<QLineEdit*>("txtFindScreen");
+    const auto& nothing = *window->findChild<QLabel*>("lblNothingFound");
+    box.setText("retain trace");
+    EXPECT_TRUE(nothing.isHidden());
+    QTest::keyClick(&box, Qt::Key_Return);
+    ASSERT_TRUE(window->ActiveScreen());
+    EXPECT_EQ(static_cast<TestScreen*>(window->ActiveScreen())->wentTo, "fpRetain");
+    EXPECT_EQ(box.text(), "");
+    box.setText("xyzzy");
+    EXPECT_FALSE(nothing.isHidden());
+    box.setText("vendor types");
+    EXPECT_TRUE(nothing.isHidden());
+    QTest::keyClick(&box, Qt::Key_Return);
+    EXPECT_EQ(window->ActiveScreen(), Shown(Vendors));
+
+    // The empty window offers what was used last, and what may be used still.
+    Area().closeAllSubWindows();
+    QCoreApplication::processEvents();
+    window->findChild<QAbstractButton*>("cmdRecent_" + Vendors)->click();
+    EXPECT_EQ(window->ActiveScreen(), Shown(Vendors));
+}
+
 TEST_F(MainWindowTest, WebAddressesAreConfiguration) {
     QStringList opened;
     window->SetBrowser([&](const QUrl& address) {
