@@ -1,10 +1,10 @@
 #include "framework/ConflictDialog.h"
 
-#include <QDateTime>
+#include "framework/forms/ShownDate.h"
+
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
-#include <QLocale>
 #include <QPushButton>
 #include <QTableWidget>
 #include <QVBoxLayout>
@@ -13,17 +13,12 @@ namespace sysadmin {
 
 namespace {
 
-QString ShownTime(const QString& at) {
-    const QDateTime time = QDateTime::fromString(at, "yyyy-MM-dd HH:mm:ss");
-    return time.isValid() ? QLocale().toString(time, QLocale::ShortFormat) : at;
-}
-
 QString Headline(const Conflict& conflict) {
     const QString by = conflict.by.isEmpty() ? ConflictDialog::tr("Somebody else") : conflict.by;
     const QString what =
         conflict.removed ? ConflictDialog::tr("%1 deleted this record (%2) on %3, after you had opened it.")
                          : ConflictDialog::tr("%1 changed this record (%2) on %3, after you had opened it.");
-    return what.arg(by, conflict.subject, ShownTime(conflict.at));
+    return what.arg(by, conflict.subject, ShownDate(conflict.at));
 }
 
 QString Explanation(const Conflict& conflict, bool canSave, bool anyDifference) {

@@ -4,6 +4,7 @@
 #include "framework/ControlLock.h"
 #include "framework/ListEditors.h"
 #include "framework/MomentEditors.h"
+#include "framework/forms/ShownDate.h"
 #include "framework/forms/ValueFields.h"
 
 #include <QAbstractButton>
@@ -76,8 +77,8 @@ public:
 
 protected:
     void ShowValue() override {
-        if (m_edit->text() != m_value.Draft())
-            m_edit->setText(m_value.Draft());
+        if (const QString text = Shown(); m_edit->text() != text)
+            m_edit->setText(text);
     }
     void Lock(bool usable, bool readOnly) override {
         m_edit->setEnabled(usable);
@@ -87,6 +88,15 @@ protected:
     QLineEdit* m_edit;
 
 private:
+    /// What is only shown may be a date, which people read in another form than it travels in.
+    QString Shown() const {
+        const FieldSpec& spec = m_value.Spec();
+        if (!spec.displayOnly)
+            return m_value.Draft();
+        const QDate date = spec.format.isEmpty() ? QDate() : QDate::fromString(m_value.Draft(), spec.format);
+        return date.isValid() ? QLocale().toString(date, QLocale::ShortFormat) : ShownDate(m_value.Draft());
+    }
+
     ValueField& m_value;
 };
 

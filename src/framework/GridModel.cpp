@@ -1,5 +1,7 @@
 #include "framework/GridModel.h"
 
+#include "framework/forms/ShownDate.h"
+
 #include <algorithm>
 #include <numeric>
 
@@ -96,7 +98,7 @@ int GridModel::DisplayRow(const QString& key) const {
 QString GridModel::CellText(int displayRow, int column) const {
     const QString cell = RowAt(displayRow).cells.value(column);
     if (!m_columns[column].yesNo)
-        return cell;
+        return ShownDate(cell);
     return cell == "Y" ? QString(QChar(0x2713)) : QString();
 }
 
@@ -187,7 +189,8 @@ bool GridModel::Passes(const GridRow& row) const {
         return true;
     const qsizetype count = std::min(m_columns.size(), row.cells.size());
     for (qsizetype i = 0; i < count; ++i)
-        if (!m_columns[i].hidden && !m_columns[i].yesNo && m_matcher.indexIn(row.cells[i]) >= 0)
+        if (!m_columns[i].hidden && !m_columns[i].yesNo &&
+            (m_matcher.indexIn(row.cells[i]) >= 0 || m_matcher.indexIn(ShownDate(row.cells[i])) >= 0))
             return true;
     return false;
 }

@@ -3,6 +3,7 @@
 #include "core/Application.h"
 #include "core/Prompter.h"
 #include "framework/Captions.h"
+#include "framework/forms/ShownDate.h"
 #include "wire/Status.h"
 
 #include <QDialogButtonBox>
@@ -69,8 +70,8 @@ bool frmSecurity_OperatorLockoutStatus::Load() {
         return false;
     }
     txtLoginAttempts->setText(channel.GetField("LC"));
-    txtLastLogin->setText(channel.GetField("LT"));
-    txtLockedAt->setText(channel.GetField("IL"));
+    txtLastLogin->setText(ShownDate(channel.GetField("LT")));
+    txtLockedAt->setText(ShownDate(channel.GetField("IL")));
     return true;
 }
 

@@ -52,13 +52,15 @@ struct OperatorForm : Form {
                              .tag = "CrDt",
                              .caption = tr("Create Date:"),
                              .maxLength = 12,
-                             .displayOnly = true}};
+                             .displayOnly = true,
+                             .format = "MM/dd/yyyy"}};
     TextField lblModifyDate{*this,
                             {.name = "lblModifyDate",
                              .tag = "MdDt",
                              .caption = tr("Modify Date:"),
                              .maxLength = 12,
-                             .displayOnly = true}};
+                             .displayOnly = true,
+                             .format = "MM/dd/yyyy"}};
     TextField lblModifyOperator{*this,
                                 {.name = "lblModifyOperator",
                                  .tag = "MdOpr",
