@@ -55,7 +55,9 @@ public:
         m_box->setMaxVisibleItems(20);
         KeepEscapeInList(*m_box);
         m_box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-        m_box->setMinimumContentsLength(24);
+        m_box->setMinimumContentsLength(LeastShown);
+        m_box->setMinimumWidth(WidthForLength(*m_box, LeastShown));
+        m_box->setMaximumWidth(WidthForLength(*m_box, MostShown) + 40);
         m_widget = m_box;
         m_focusWidgets = {m_box};
         connect(m_box, &QComboBox::activated, this, [this](int index) {
@@ -77,8 +79,12 @@ protected:
         if (m_shown != m_choice.Items() || m_box->count() != m_choice.Items().size()) {
             m_shown = m_choice.Items();
             m_box->clear();
-            for (const PickItem& item : m_shown)
+            qsizetype longest = LeastShown;
+            for (const PickItem& item : m_shown) {
                 m_box->addItem(item.text, item.id);
+                longest = qMax(longest, item.text.size());
+            }
+            m_box->setMinimumContentsLength(int(qMin(longest, qsizetype(MostShown))));
         }
         // An id that the list lacks stands there as it is: it must survive, and the operator must see it.
         m_box->setPlaceholderText(m_choice.Draft());
@@ -87,6 +93,9 @@ protected:
     }
 
 private:
+    static constexpr int LeastShown = 16; // characters
+    static constexpr int MostShown = 40;
+
     ChoiceField& m_choice;
     QComboBox* m_box;
     QList<PickItem> m_shown;

@@ -54,13 +54,33 @@ int WidthForLength(const QWidget& widget, int characters) {
 
 namespace {
 
+/// A line edit that is as wide as what it holds, where there is room for that.
+class SizedEdit : public QLineEdit {
+public:
+    using QLineEdit::QLineEdit;
+
+    void SetCharacters(int least, int most) {
+        const int character = fontMetrics().averageCharWidth();
+        m_width = character * (most + 3) + 12;
+        setMinimumWidth(character * (qMin(least, most) + 3));
+        setMaximumWidth(m_width);
+    }
+    QSize sizeHint() const override {
+        const QSize usual = QLineEdit::sizeHint();
+        return m_width > 0 ? QSize(m_width, usual.height()) : usual;
+    }
+
+private:
+    int m_width = 0;
+};
+
 /// A line edit that shows the value's text.
 class LineEditor : public FieldEditor {
 public:
     LineEditor(ValueField& field, QWidget* parent)
         : FieldEditor(field)
         , m_value(field) {
-        m_edit = new QLineEdit(parent);
+        m_edit = new SizedEdit(parent);
         m_edit->setFrame(!field.Spec().displayOnly); // looks like text that can be copied, not like an entry
         m_widget = m_edit;
         m_focusWidgets = {m_edit};
@@ -85,7 +105,7 @@ protected:
         m_edit->setReadOnly(readOnly);
     }
 
-    QLineEdit* m_edit;
+    SizedEdit* m_edit;
 
 private:
     /// What is only shown may be a date, which people read in another form than it travels in.
@@ -104,12 +124,10 @@ class TextEditor : public LineEditor {
 public:
     TextEditor(TextField& field, QWidget* parent)
         : LineEditor(field, parent) {
-        // What is only shown may be narrow where room is short.
+        constexpr int Least = 18;
+        constexpr int Most = 64; // longer texts scroll: a wider line is not read more easily
         const int maxLength = field.Spec().maxLength;
-        const int least = field.Spec().displayOnly ? 15 : 30;
-        m_edit->setMinimumWidth(WidthForLength(*m_edit, maxLength > 0 ? qMin(maxLength, least) : least));
-        if (maxLength > 0 && maxLength <= 25)
-            m_edit->setMaximumWidth(WidthForLength(*m_edit, maxLength) + 12);
+        m_edit->SetCharacters(Least, maxLength > 0 ? qBound(4, maxLength, Most) : Most);
     }
 };
 
