@@ -177,6 +177,11 @@ void SignOnDialog::Arrange() {
     header->setSpacing(16);
     header->addWidget(imgProgram, 0, Qt::AlignTop);
     header->addLayout(titles, 1);
+    m_colour = new QWidget(this);
+    m_colour->setFixedWidth(6);
+    m_colour->setAutoFillBackground(true);
+    m_colour->hide();
+    header->addWidget(m_colour);
     auto* buttons = new QHBoxLayout;
     buttons->addStretch();
     buttons->addWidget(cmdOK);
@@ -239,6 +244,9 @@ void SignOnDialog::ShowGreeting(const Greeting& greeting) {
     const bool answered = greeting.problem.isEmpty();
     lblLibraryName->setText(greeting.libraryName.isEmpty() ? ApplicationTitle() : greeting.libraryName);
     lblServerState->setText(answered ? ApplicationTitle() : tr("Not connected"));
+    const QColor own(greeting.colour);
+    m_colour->setVisible(own.isValid());
+    m_colour->setPalette(QPalette(own));
     lblHint->setText(greeting.hint);
     lblHint->setVisible(!greeting.hint.isEmpty());
     txtWarning->setPlainText(QString(greeting.warning).replace("\r\n", "\n"));

@@ -64,6 +64,7 @@ private:
     QFormLayout* m_form = nullptr;
     QLabel* m_lblFolder = nullptr;
     QWidget* m_folderLine = nullptr;
+    QWidget* m_colour = nullptr; // the library's own
     QLabel* m_lblServer = nullptr;
     std::optional<ServerChoice> m_greeted; // whose greeting is shown
     bool m_busy = false;                   // a request is in flight

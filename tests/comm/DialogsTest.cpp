@@ -101,6 +101,10 @@ TEST_F(SignOnDialogTest, StaysOpenAndSaysWhatIsWrong) {
     EXPECT_GT(dialog->height(), height) << "the dialog grows with the text";
     EXPECT_TRUE(dialog->isVisible() && dialog->txtPassword->text().isEmpty());
     EXPECT_EQ(dialog->focusWidget(), dialog->txtPassword);
+    attempts.greeting.problem = attempts.problem = "Nobody answers.";
+    QTest::keyClicks(dialog->txtPassword, "secret");
+    EXPECT_EQ(ProblemAfterOK(), attempts.problem);
+    EXPECT_EQ(dialog->txtPassword->text(), "secret") << "no server has looked at it";
     QTest::keyClick(dialog.get(), Qt::Key_Escape);
     EXPECT_EQ(dialog->result(), QDialog::Rejected);
 }
