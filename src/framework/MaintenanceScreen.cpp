@@ -4,6 +4,7 @@
 #include "core/Prompter.h"
 #include "framework/Captions.h"
 #include "framework/ConflictCheck.h"
+#include "framework/RowSummary.h"
 #include "framework/Utility.h"
 #include "framework/forms/ListFields.h"
 #include "wire/Status.h"
