@@ -7,6 +7,7 @@
 #include <QScrollBar>
 #include <QTabWidget>
 
+#include <QTest>
 #include <gtest/gtest.h>
 
 namespace sysadmin {
@@ -78,6 +79,19 @@ TEST_F(SizesTest, EveryScreenFitsItsWindow) {
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
     EXPECT_GT(screens, 30);
+}
+
+TEST_F(SizesTest, ACaptionLeadsToItsField) {
+    SignOn("SYSADMIN");
+    auto& box = Get<QLineEdit>(Window(), "txtFindScreen");
+    for (const auto& [text, control] : {std::pair{"retain patron id for circ", "chkCircHistory"},
+                                        std::pair{"add bibliographic templates", "chkAddMBT"}}) {
+        box.setText(text);
+        QTest::keyClick(&box, Qt::Key_Return);
+        QCoreApplication::processEvents();
+        const QWidget* focus = Window().focusWidget();
+        EXPECT_EQ(focus ? focus->objectName() : QString(), control);
+    }
 }
 
 } // namespace
