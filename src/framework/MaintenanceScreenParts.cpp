@@ -206,7 +206,7 @@ void MaintenanceScreen::ShareRoom() {
     }
     const int room = layout()->contentsRect().width() - m_splitter->handleWidth();
     if (m_chosenWidth == 0)
-        wanted = qMin(wanted, room * 2 / 5);
+        wanted = qMin(wanted, room / 2);
     wanted = qMax(qMin(wanted, room - form), m_listSide->minimumSizeHint().width());
     m_splitter->setSizes({wanted, qMax(1, room - wanted)});
 }

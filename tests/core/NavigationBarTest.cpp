@@ -115,7 +115,10 @@ TEST_F(NavigationBarTest, EachGroupHasItsIconStyleRememberedWithTheWidthPerOpera
     QCoreApplication::sendEvent(&Tree(), &event);
     window->findChild<QMenu*>("mnuPopup")->hide();
     EXPECT_FALSE(window->findChild<QAction*>("mnuPopupLarge")->isChecked());
-    window->findChild<QSplitter*>("splMain")->setSizes({345, 855});
+    auto* splitter = window->findChild<QSplitter*>("splMain");
+    splitter->setSizes({345, 855});
+    emit splitter->splitterMoved(345, 1); // as the operator's dragging does
+    splitter->setSizes({200, 1000});      // squeezed, not chosen
     Start("OTHER");
     EXPECT_TRUE(Bar().LargeGroups().isEmpty());
     EXPECT_NE(Bar().width(), 345);

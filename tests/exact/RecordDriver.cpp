@@ -37,6 +37,8 @@ void ScreenDriver::RunRecord(const Table& table) {
             EnterAll(3 - record);
             CheckRequired();
             EnterAll(3);
+            if (m_values == m_loaded)
+                EnterAll(3 - record); // flags have two values only
             m_rig->channel.Once(table.update, {2, {}});
             Click("cmdSave");
             ExpectTold("a failing save", {failure(2, table.saveFailure, table.saveCaption)});
