@@ -25,9 +25,10 @@ protected:
 
     static void ExpectNoSidewaysScrolling(const QWidget& screen, const QString& what) {
         for (const auto* area : screen.findChildren<QScrollArea*>())
-            if (area->isVisible())
+            if (area->isVisible()) {
                 EXPECT_EQ(area->horizontalScrollBar()->maximum(), 0)
                     << what.toStdString() << " lacks this width";
+            }
     }
 
     void CheckPages(QWidget& screen, const QString& what) {
