@@ -2,6 +2,7 @@
 
 #include "core/Screen.h"
 #include "framework/DateEdit.h"
+#include "framework/forms/ShownDate.h"
 #include "support/Words.h"
 
 #include <QApplication>
@@ -14,6 +15,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPlainTextEdit>
+#include <QRegularExpression>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTemporaryDir>
@@ -23,7 +25,8 @@ namespace sysadmin {
 
 namespace {
 
-/// Days that stand for themselves: "$today", "$tomorrow", "$yesterday", "$nextYear".
+/// Days that stand for themselves: "$today", "$tomorrow", "$yesterday", "$nextYear"; and "$shown(2026-11-21)"
+/// for a date as people read it.
 QString Dated(QString line) {
     const QDate today = QDate::currentDate();
     const std::initializer_list<std::pair<const char*, QDate>> days{{"$today", today},
@@ -34,6 +37,9 @@ QString Dated(QString line) {
         line.replace(QString(name) + "/", day.toString("MM/dd/yyyy"));
         line.replace(name, day.toString("yyyyMMdd"));
     }
+    static const QRegularExpression shown("\\$shown\\(([^)]*)\\)");
+    for (QRegularExpressionMatch match = shown.match(line); match.hasMatch(); match = shown.match(line))
+        line.replace(match.capturedStart(), match.capturedLength(), ShownDate(match.captured(1)));
     return line;
 }
 
