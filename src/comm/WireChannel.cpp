@@ -57,8 +57,8 @@ Greeting WireChannel::Hello() {
             .libraryName = value("LIB"),
             .warning = value("SWT"),
             .version = value("VER"),
-            .colour = value("CLR"),
-            .hint = value("HINT")};
+            .hint = value("HINT"),
+            .colour = value("CLR")};
 }
 
 bool WireChannel::SignOn(Session& session) {

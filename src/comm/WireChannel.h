@@ -22,8 +22,8 @@ struct Greeting {
     QString libraryName;
     QString warning; ///< the security warning for those who sign on; may be empty
     QString version;
-    QString colour; ///< the library's own, as "#c03028" or a name; may be empty
-    QString hint;   ///< which operator and password to try; only from a sample library
+    QString hint;     ///< which operator and password to try; only from a sample library
+    QString colour{}; ///< the library's own, as "#c03028" or a name; may be empty
 };
 
 /// The request channel to a settings server, over a transport that it owns. A lost connection is made anew,

@@ -60,10 +60,11 @@ protected:
 };
 
 TEST_F(CommLibraryTest, SignsOnThroughTheDialogAndRemembersWhoAndWhere) {
-    server.hello = {{"LIB", "Model Library"}};
+    server.hello = {{"LIB", "Model Library"}, {"CLR", "red"}};
     Start();
     ExpectSignOn("", "oper", {"wrong", "secret"});
     ASSERT_TRUE(SignOn());
+    EXPECT_EQ(library->LibraryColour(), "red");
     EXPECT_TRUE(library->PostSignOn());
     EXPECT_EQ(opened, QStringList{SampleLibraryFolder()});
     EXPECT_EQ(server.Received(), (QStringList{"0 Hello", "0 Hello", "0 SignOn", "0 Hello", "0 SignOn"}))

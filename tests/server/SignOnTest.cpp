@@ -45,6 +45,12 @@ TEST_F(SignOnTest, HelloTellsWhatToTryOnThisMachineOnly) {
     EXPECT_TRUE(wire::FirstValue(hello->fields, "HINT").contains("sample-admin-1"));
     EXPECT_FALSE(wire::FirstValue(m_server.Connect("127.0.0.1")->Ask("Hello")->fields, "HINT").isEmpty());
     EXPECT_TRUE(wire::FirstValue(m_server.Connect("192.0.2.7")->Ask("Hello")->fields, "HINT").isEmpty());
+    for (const QString colour : {"red", "", "none"}) { // nothing said: it stays
+        MarkLibrary(*m_server.GetLibrary().Connect(), colour == u"red" ? "Test library" : QString(), colour);
+        const wire::Fields told = m_server.Connect()->Ask("Hello")->fields;
+        EXPECT_EQ(wire::FirstValue(told, "CLR"), colour == u"none" ? "" : "red");
+        EXPECT_EQ(wire::FirstValue(told, "LIB"), "Test library");
+    }
 }
 
 TEST_F(SignOnTest, WrongIdAndWrongPasswordLookAlike) {
