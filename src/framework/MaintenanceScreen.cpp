@@ -468,12 +468,6 @@ void MaintenanceScreen::ShowTable(int index) {
     SetState(State::List);
 }
 
-bool MaintenanceScreen::HasChanges() const {
-    if (m_state == State::EditingSeveral)
-        return !Current().spec.several.form->Chosen().isEmpty();
-    return IsEditing() && Current().form->IsChanged();
-}
-
 bool MaintenanceScreen::MayClose() {
     if (!IsEditing())
         return true;

@@ -132,7 +132,6 @@ private:
     bool SendSteps(Table& table);
     bool SaveSeveral(Table& table);
     bool IsEditing() const { return m_state != State::List && m_state != State::Viewing; }
-    bool HasChanges() const;
     void OrderTabStops();
     void ShareRoom();
     void AddListTools(Table& table);

@@ -93,7 +93,7 @@ MaintenanceScreen::MaintenanceScreen(Application& application, const QString& fo
     connect(reload, &QShortcut::activated, this, &MaintenanceScreen::ReloadLists);
     connect(&application.notices, &Notices::ChangedByOthers, this, &MaintenanceScreen::OnChangedByOthers);
     BindKey(QKeySequence::Save, m_cmdSave);
-    BindEscape(m_cmdCancel, [this] { return HasChanges(); });
+    BindEscape(m_cmdCancel, [this] { return HasUnsaved(); });
     auto* find = new QShortcut(QKeySequence::Find, this);
     find->setContext(Qt::WidgetWithChildrenShortcut);
     connect(find, &QShortcut::activated, this, [this] { Current().grid->FocusFilter(); });
