@@ -110,7 +110,7 @@ private:
     ScreenArea* mdiScreens = nullptr;
     QWidget* fraColour = nullptr; // the band of the library's colour
     QTimer* m_doneTime = nullptr;
-    QString m_done; // what was done last
+    QString m_done;                // what was done last
     QLabel* lblActivity = nullptr; // the status bar's panels, in order
     QLabel* lblOperator = nullptr;
     QLabel* lblScreen = nullptr;

@@ -312,8 +312,8 @@ void frmSecurity_OperatorProfiles::Compare() {
         addFlag("Nexp", m_form.chkNeverExpire.PlainCaption());
         addFlag("Rchg", m_form.chkRestrictChange.PlainCaption());
         while (channel.NextRecord("Prof"))
-            record.append(
-                {tr("Current Profiles"), channel.GetField("Prof"), channel.GetField("Prof"), tr("Yes"), true});
+            record.append({tr("Current Profiles"), channel.GetField("Prof"), channel.GetField("Prof"),
+                           tr("Yes"), true});
         return record;
     };
     CompareSelected(App(), this, windowTitle(), *Current().grid, describe);
