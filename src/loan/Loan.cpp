@@ -176,17 +176,15 @@ void Reckoning::FollowOverdue(const OpenHours& hours) {
     const Group& group = *m_answer.group;
     const PatronRule patron = group.patrons.value(m_request.patronGroup);
     const FineTerms terms = TermsOf(rule, m_recalled.has_value());
-    const auto returned = m_request.returned ? std::optional(ToMoment(*m_request.returned)) : std::nullopt;
-    std::optional<Moment> lost;
-    if (rule.lost > 0)
-        lost = *m_due + rule.lost * MinutesOfDay;
-    if (lost && returned && *returned <= *lost)
-        lost.reset();
-    const Moment end = lost ? *lost : returned.value_or(*m_due + MostOverdue);
+    const bool isBack = m_request.returned.has_value();
+    const Moment returned = isBack ? ToMoment(*m_request.returned) : 0;
+    const Moment lostAt = *m_due + rule.lost * MinutesOfDay;
+    const bool isLost = rule.lost > 0 && !(isBack && returned <= lostAt);
+    const Moment end = isLost ? lostAt : isBack ? returned : *m_due + MostOverdue;
     ReckonNotices(rule, patron, group.IsShortLoan(rule.itemType), m_start, *m_due, m_recalled, end,
                   m_answer.notices);
-    if (returned && *returned <= *m_due) {
-        m_now = *returned;
+    if (isBack && returned <= *m_due) {
+        m_now = returned;
         Say(Loan::tr("It comes back in time."));
         return;
     }
@@ -205,12 +203,12 @@ void Reckoning::FollowOverdue(const OpenHours& hours) {
                                       : Loan::tr("The fine comes to %1."))
                     .arg(Money(m_answer.fine)));
     }
-    if (lost && patron.finesApply)
-        Lose(*lost);
-    else if (lost)
-        m_answer.lost = ToDateTime(*lost);
-    if (lost && returned) {
-        m_now = *returned;
+    if (isLost && patron.finesApply)
+        Lose(lostAt);
+    else if (isLost)
+        m_answer.lost = ToDateTime(lostAt);
+    if (isLost && isBack) {
+        m_now = returned;
         Say(m_answer.isFineRemoved ? Loan::tr("It comes back after all: its overdue fine is removed.")
                                    : Loan::tr("It comes back after all."));
     }
