@@ -45,6 +45,7 @@ QLabel* MakeCaption(const QString& name, const QString& caption, QWidget* buddy)
     auto* label = new QLabel(caption, buddy->parentWidget());
     label->setObjectName(name);
     label->setBuddy(buddy);
+    label->setMinimumHeight(buddy->sizeHint().height()); // on the line of its field
     return label;
 }
 
@@ -109,7 +110,6 @@ void SignOnDialog::BuildFields(const ServerChoice& choice, const QString& operat
     m_form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     m_form->setHorizontalSpacing(16);
     m_form->setVerticalSpacing(10);
-    m_form->setLabelAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     m_form->addRow(MakeCaption("lblOperator", tr("&Operator:"), txtOperator), txtOperator);
     m_form->addRow(MakeCaption("lblPassword", tr("&Password:"), txtPassword), txtPassword);
     m_form->addRow(MakeCaption("lblLibrary", tr("&Library:"), cboLibrary), cboLibrary);

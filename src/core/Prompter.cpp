@@ -5,6 +5,7 @@
 #include <QDialog>
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QScreen>
 #include <QShortcut>
 
 namespace sysadmin {
@@ -81,6 +82,10 @@ bool WindowPrompter::RunDialog(QDialog& dialog) {
         if (showHelp)
             showHelp(dialog, dialog.property(HelpContextProperty).toInt());
     });
+    // With large letters on a small screen a dialog may be larger than that: what it holds is scrolled then.
+    constexpr QSize TitleAndEdges(20, 48);
+    if (dialog.testAttribute(Qt::WA_Resized)) // others take the size of what is in them when they are shown
+        dialog.resize(dialog.size().boundedTo(dialog.screen()->availableSize() - TitleAndEdges));
     return dialog.exec() == QDialog::Accepted;
 }
 

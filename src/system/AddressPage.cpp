@@ -30,7 +30,8 @@ AddressPage::AddressPage(Application& application, bool readOnly, QWidget* paren
                                         Beside({Below(m_form.PostalLayout()), Below({types, phones})}), this);
     findChild<ListGrid*>("vsfPhone")->SetPrompter(application.prompter);
     auto* whole = new QHBoxLayout(this);
-    whole->addWidget(m_view.get());
+    whole->setContentsMargins({});
+    whole->addWidget(m_view->InScrollArea(this));
     connect(&m_form, &Form::Changed, this, &AddressPage::Changed);
     Close();
 }
