@@ -149,6 +149,11 @@ void ProfileScreen::RefreshOwnControls() {
     const bool inList = GetState() == State::List && Current().grid;
     const bool hasRow = inList && Current().grid->SelectedRow();
     m_cmdDuplicate->setVisible(!IsReadOnly());
+    if (inList)
+        for (QPushButton* button : Current().view->findChildren<QPushButton*>())
+            if (button->objectName().startsWith("cmdAllRights") ||
+                button->objectName().startsWith("cmdNoRights"))
+                button->setVisible(!IsReadOnly());
     m_cmdDuplicate->setEnabled(hasRow);
     m_cmdCompare->setEnabled(hasRow && Current().grid->Model().Rows().size() > 1);
 }
