@@ -62,7 +62,6 @@ MainWindow::MainWindow(Application& application, const QString& informationCapti
     splMain->addWidget(albMain);
     splMain->addWidget(mdiScreens);
     splMain->setStretchFactor(1, 1);
-    splMain->setSizes({NavigationWidth, 1000});
     fraColour = new QWidget(this);
     fraColour->setObjectName("fraColour");
     fraColour->setFixedHeight(5);
@@ -77,7 +76,8 @@ MainWindow::MainWindow(Application& application, const QString& informationCapti
     setCentralWidget(middle);
 
     connect(splMain, &QSplitter::splitterMoved, this, [this] {
-        m_application.prefs.Remember("NavigationWidth", albMain->width()); // as chosen, not as squeezed
+        m_navigationWidth = albMain->width();
+        m_application.prefs.Remember("NavigationWidth", m_navigationWidth);
     });
     BuildFileMenu(informationCaption);
     BuildHelpMenu();
@@ -418,8 +418,20 @@ bool MainWindow::MayCloseScreens() {
 
 void MainWindow::RestoreLayout() {
     albMain->SetLargeGroups(m_application.prefs.Remembered("LargeIconGroups").toStringList());
-    const int width = m_application.prefs.Remembered("NavigationWidth", NavigationWidth).toInt();
-    splMain->setSizes({width, qMax(1, splMain->width() - width)});
+    m_navigationWidth = m_application.prefs.Remembered("NavigationWidth", NavigationWidth).toInt();
+    ShareRoom();
+}
+
+void MainWindow::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    ShareRoom();
+}
+
+// The navigation gives way to the screens where the window is narrow.
+void MainWindow::ShareRoom() {
+    const int wanted = m_navigationWidth > 0 ? m_navigationWidth : NavigationWidth;
+    const int width = qMin(wanted, qMax(albMain->minimumWidth(), this->width() * 3 / 10));
+    splMain->setSizes({width, qMax(1, this->width() - width)});
 }
 
 void MainWindow::RestorePlace() {

@@ -72,6 +72,7 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void BuildFileMenu(const QString& informationCaption);
@@ -79,6 +80,7 @@ private:
     void BuildStatusBar();
     void BuildShortcuts();
     void RestorePlace();
+    void ShareRoom();
     void KeepLayout() const;
     bool MayCloseScreens();
     void ActivateWindow(QMdiSubWindow* window);
@@ -108,6 +110,7 @@ private:
     NavigationBar* albMain = nullptr;
     QSplitter* splMain = nullptr;
     ScreenArea* mdiScreens = nullptr;
+    int m_navigationWidth = 0;    // as the operator chose it; a narrow window has less room for it
     QWidget* fraColour = nullptr; // the band of the library's colour
     QTimer* m_doneTime = nullptr;
     QString m_done;                // what was done last

@@ -84,8 +84,12 @@ void ScreenArea::SetHint(const QString& text) {
 }
 
 void ScreenArea::SetRecent(const QList<ScreenEntry>& entries) {
-    for (QWidget* line : m_recent->findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
-        line->deleteLater();
+    for (QWidget* line : m_recent->findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
+        m_recentLines->removeWidget(line);
+        line->setObjectName({});
+        line->hide();
+        line->deleteLater(); // it may be the one whose click led here
+    }
     m_recent->setVisible(!entries.isEmpty());
     if (entries.isEmpty())
         return;
