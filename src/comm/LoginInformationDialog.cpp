@@ -1,5 +1,7 @@
 #include "comm/LoginInformationDialog.h"
 
+#include "core/Prompter.h"
+
 #include <QFormLayout>
 #include <QLabel>
 #include <QLocale>
@@ -11,6 +13,7 @@ namespace sysadmin {
 LoginInformationDialog::LoginInformationDialog(const LoginInformation& information, QWidget* parent)
     : QDialog(parent) {
     setObjectName("frmLoginInformation");
+    setProperty(HelpContextProperty, 50103);
     setWindowTitle(tr("Login Information"));
 
     auto* form = new QFormLayout;

@@ -56,6 +56,7 @@ SignOnDialog::SignOnDialog(SignOnAttempts& attempts, const ServerChoice& choice,
     : QDialog(parent)
     , m_attempts(attempts) {
     setObjectName("frmSignOn");
+    setProperty(HelpContextProperty, 50103);
     setWindowTitle(tr("%1 - Sign On").arg(ApplicationTitle()));
     BuildHeader();
     BuildFields(choice, operatorId);

@@ -1,5 +1,7 @@
 #include "core/ErrorDialog.h"
 
+#include "core/Prompter.h"
+
 #include <QFormLayout>
 #include <QFrame>
 #include <QHBoxLayout>
@@ -33,6 +35,7 @@ QPushButton* MakeButton(const QString& name, const QString& caption, QWidget* pa
 ErrorDialog::ErrorDialog(const Failure& failure, QWidget* parent)
     : QDialog(parent) {
     setObjectName("frmError");
+    setProperty(HelpContextProperty, 50104);
     setWindowTitle(tr("System Error"));
 
     auto* imgError = new QLabel(this);

@@ -1,5 +1,6 @@
 #include "framework/ConflictDialog.h"
 
+#include "core/Prompter.h"
 #include "framework/forms/ShownDate.h"
 
 #include <QHBoxLayout>
@@ -37,6 +38,7 @@ ConflictDialog::ConflictDialog(const Conflict& conflict, const QList<Difference>
                                QWidget* parent)
     : QDialog(parent) {
     setObjectName("frmConflict");
+    setProperty(HelpContextProperty, 50105);
     setWindowTitle(conflict.removed ? tr("Deleted by Somebody Else") : tr("Changed by Somebody Else"));
     auto* whole = new QVBoxLayout(this);
     auto* headline = new QLabel(Headline(conflict), this);

@@ -73,9 +73,8 @@ void Complete(TableDeclaration& table) {
         FillIn(spec.deleteCaption, "Delete " + spec.plural);
     }
     FillIn(spec.frameNoun, spec.subject);
-    FillIn(spec.keyTag, spec.recordTag);
-    FillIn(spec.getKeyTag, spec.keyTag);
-    FillIn(spec.originalTag, spec.keyTag);
+    FillIn(spec.getKeyTag, spec.recordTag);
+    FillIn(spec.originalTag, spec.recordTag);
     if (spec.columns.isEmpty())
         for (const Field* field : table.form->Fields())
             if (GridColumn column = field->Spec().column; !column.caption.isEmpty()) {

@@ -53,8 +53,7 @@ struct TableSpec {
     QString tabCaption{}; ///< only where a screen has several tables
 
     QList<GridColumn> columns{};   ///< empty: those of the fields, in their order
-    QString recordTag = "ID";      ///< the tag that begins a record of the list reply
-    QString keyTag{};              ///< the tag of the row's key; empty: the record tag
+    QString recordTag = "ID";      ///< begins a record of the list reply and holds its key
     bool continuing = false;       ///< status 55 is success and its records are read
     bool sorted = true;            ///< until the operator chooses otherwise; else as the server sends
     int sortColumn = 0;            ///< the column of that order
@@ -67,8 +66,8 @@ struct TableSpec {
     QString addRequest{};
     QString updateRequest{};
     QString deleteRequest{};    ///< empty: records cannot be deleted
-    QString getKeyTag{};        ///< tag of the key in get and delete requests; empty: the key tag
-    QString originalTag{};      ///< tag of the key in update requests; empty: the key tag
+    QString getKeyTag{};        ///< tag of the key in get and delete requests; empty: the record tag
+    QString originalTag{};      ///< tag of the key in update requests; empty: the record tag
     QString availableRequest{}; ///< asked before a new record is entered; empty: none
 
     QString loadCaption{};

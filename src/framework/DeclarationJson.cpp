@@ -192,17 +192,26 @@ QJsonObject ToJson(const TableDeclaration& table) {
                        {"fields", FieldsOf(*table.form)},
                        {"layout", LayoutOf(table.layout)},
                        {"puts", StepsOf(table.puts)}};
-    for (const auto& [name, text] : std::initializer_list<std::pair<const char*, QString>>{
-             {"subject", spec.subject},         {"frameNoun", spec.frameNoun},
-             {"notice", spec.notice},           {"grid", spec.gridName},
-             {"tab", spec.tabCaption},          {"recordTag", spec.recordTag},
-             {"keyTag", spec.keyTag},           {"getKeyTag", spec.getKeyTag},
-             {"list", spec.listRequest},        {"get", spec.getRequest},
-             {"add", spec.addRequest},          {"update", spec.updateRequest},
-             {"delete", spec.deleteRequest},    {"available", spec.availableRequest},
-             {"loadCaption", spec.loadCaption}, {"editCaption", spec.editCaption},
-             {"saveCaption", spec.saveCaption}, {"deleteCaption", spec.deleteCaption},
-             {"matchTag", spec.matchTag},       {"pickTag", spec.pickTag}})
+    for (const auto& [name, text] :
+         std::initializer_list<std::pair<const char*, QString>>{{"subject", spec.subject},
+                                                                {"frameNoun", spec.frameNoun},
+                                                                {"notice", spec.notice},
+                                                                {"grid", spec.gridName},
+                                                                {"tab", spec.tabCaption},
+                                                                {"recordTag", spec.recordTag},
+                                                                {"getKeyTag", spec.getKeyTag},
+                                                                {"list", spec.listRequest},
+                                                                {"get", spec.getRequest},
+                                                                {"add", spec.addRequest},
+                                                                {"update", spec.updateRequest},
+                                                                {"delete", spec.deleteRequest},
+                                                                {"available", spec.availableRequest},
+                                                                {"loadCaption", spec.loadCaption},
+                                                                {"editCaption", spec.editCaption},
+                                                                {"saveCaption", spec.saveCaption},
+                                                                {"deleteCaption", spec.deleteCaption},
+                                                                {"matchTag", spec.matchTag},
+                                                                {"pickTag", spec.pickTag}})
         Say(object, name, text);
     if (spec.namesRecord)
         Say(object, "nameTag", spec.nameTag);

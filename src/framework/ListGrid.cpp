@@ -76,6 +76,28 @@ void ListGrid::SetUpColumns() {
         }
     }
     header->setStretchLastSection(!anyStretches);
+    m_shares = !anyStretches;
+}
+
+void ListGrid::resizeEvent(QResizeEvent* event) {
+    QTableView::resizeEvent(event);
+    ShareRoom();
+}
+
+// Columns that all have a width given keep its proportions in a window that leaves them more.
+void ListGrid::ShareRoom() {
+    int given = 0;
+    for (int column : VisibleColumns())
+        given += m_model.Columns()[column].width;
+    if (!m_shares || given == 0)
+        return;
+    m_sharing = true;
+    const double share = std::max(1.0, double(viewport()->width()) / given);
+    QHeaderView* header = horizontalHeader();
+    for (int column : VisibleColumns())
+        header->resizeSection(
+            column, std::max(int(m_model.Columns()[column].width * share), header->sectionSizeHint(column)));
+    m_sharing = false;
 }
 
 void ListGrid::SetUpFilter() {
@@ -97,6 +119,7 @@ void ListGrid::KeepColumns(const Prefs& prefs, const QString& name) {
         if (const int width = widths.value(QString::number(column)).toInt();
             width > 0 && header->sectionResizeMode(column) == QHeaderView::Interactive)
             header->resizeSection(column, width);
+    m_shares = m_shares && widths.isEmpty();
     const QVariantList order = prefs.Remembered(name + "/Order").toList();
     if (const int column = order.value(0, -1).toInt();
         isSortingEnabled() && VisibleColumns().contains(column))
@@ -104,9 +127,10 @@ void ListGrid::KeepColumns(const Prefs& prefs, const QString& name) {
 
     connect(header, &QHeaderView::sectionResized, this, [this, &prefs, name](int column, int, int width) {
         // Only what the operator drags is his choice; the rest follows from the room there is.
-        if (!(QGuiApplication::mouseButtons() & Qt::LeftButton) ||
+        if (m_sharing || !(QGuiApplication::mouseButtons() & Qt::LeftButton) ||
             horizontalHeader()->sectionResizeMode(column) != QHeaderView::Interactive)
             return;
+        m_shares = false;
         QVariantMap kept = prefs.Remembered(name + "/Widths").toMap();
         kept[QString::number(column)] = width;
         prefs.Remember(name + "/Widths", kept);
@@ -126,10 +150,10 @@ int ListGrid::WidthOfContents() const {
         for (int row = 0; row < std::min(Sample, m_model.rowCount()); ++row)
             widest = std::max(widest,
                               fontMetrics().horizontalAdvance(m_model.CellText(row, column)) + CellMargins);
-        width += horizontalHeader()->sectionResizeMode(column) == QHeaderView::Interactive
-                     ? std::max(horizontalHeader()->sectionSize(column),
-                                horizontalHeader()->sectionSizeHint(column))
-                     : widest;
+        const bool isGiven = horizontalHeader()->sectionResizeMode(column) == QHeaderView::Interactive;
+        const int given =
+            m_shares ? m_model.Columns()[column].width : horizontalHeader()->sectionSize(column);
+        width += isGiven ? std::max(given, horizontalHeader()->sectionSizeHint(column)) : widest;
     }
     return width;
 }

@@ -106,6 +106,7 @@ protected:
     void dropEvent(QDropEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -116,6 +117,7 @@ private:
     bool EditCell(const QModelIndex& index);
     bool EditRowCell();
     void SetUpColumns();
+    void ShareRoom();
     void SetUpFilter();
     void FitRowHeight();
     void ApplyFilter(const QString& text);
@@ -135,6 +137,8 @@ private:
     QHash<int, CellEdit> m_edits;
     QString m_searched;
     bool m_ranked = false;
+    bool m_shares = false;  // the columns grow together; no longer once the operator has dragged one
+    bool m_sharing = false; // and are doing so now
     QElapsedTimer m_sinceTyping;
     bool m_quiet = false; // selection changes of the grid's own making are told once, at the end
 };

@@ -68,7 +68,7 @@ frmSecurity_OperatorProfiles::frmSecurity_OperatorProfiles(Application& applicat
     AddTable({.subject = tr("Operator Profile"),
               .word = "Opr",
               .plural = windowTitle(),
-              .columns = {{tr("Name")}, {tr("ID"), 110}, {tr("First Name"), 0, true}},
+              .columns = {{tr("Name"), Twips(1785)}, {tr("ID"), Twips(960)}, {tr("First Name"), 0, true}},
               .recordTag = "OI",
               .sorted = false,
               .boxOnLoadFailure = true,

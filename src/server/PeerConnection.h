@@ -36,7 +36,6 @@ public:
     bool IsSignedOn() const { return !m_account.isEmpty(); }
     /// Whether something of it is in work.
     bool IsBusy() const { return m_state != State::Receiving || !m_received.isEmpty(); }
-    bool IsHandled() const { return m_state == State::Handled; }
     /// Milliseconds since anything was last finished here.
     qint64 IdleTime() const { return m_idle.elapsed(); }
     /// Bytes of a reply that the peer has not taken.

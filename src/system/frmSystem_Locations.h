@@ -11,14 +11,14 @@ struct LocationForm : Form {
                        .caption = tr("Code:"),
                        .maxLength = CodeLength,
                        .required = true,
-                       .column = {tr("Codes"), 120}}};
+                       .column = {tr("Codes"), Twips(1200)}}};
     TextField txtName{*this,
                       {.name = "txtName",
                        .tag = "Nm",
                        .caption = tr("Name:"),
                        .maxLength = NameLength,
                        .required = true,
-                       .column = {tr("Names")},
+                       .column = {tr("Names"), Twips(3090)},
                        .changedTag = "NNm"}};
     TextField txtSpine{
         *this,
@@ -31,7 +31,7 @@ struct LocationForm : Form {
                              {.name = "cboOwningLib",
                               .tag = "Lb",
                               .caption = tr("Owning Library:"),
-                              .column = {.caption = tr("Owning Library"), .width = 180, .tag = "LN"},
+                              .column = {.caption = tr("Owning Library"), .width = Twips(3240), .tag = "LN"},
                               .source = {.request = "LstLib",
                                          .textTag = "LN",
                                          .pickList = "cboOwningLib",

@@ -254,7 +254,7 @@ void ForEachPage(QWidget& window, const std::function<void()>& check) {
 }
 
 TEST(AccessibilityTest, EveryWindowIsReadAndWorkedByKeys) {
-    QSet<QString> dialogs;
+    int dialogs = 0;
     int windows = 0;
     WindowVisitor visitor;
     visitor.window = [&](QWidget& window, const QString& state, int helpContext) {
@@ -270,15 +270,15 @@ TEST(AccessibilityTest, EveryWindowIsReadAndWorkedByKeys) {
             CheckContrast(window, state == u"view");
         if (state == u"view" && isScreen)
             CheckView(window);
-        if (!isScreen && helpContext != 0) {
-            dialogs.insert(window.objectName());
+        if (!isScreen && window.objectName() != u"frmAbout") {
             EXPECT_TRUE(QFile::exists(QString(":/help/%1.md").arg(helpContext))) << helpContext;
+            ++dialogs;
         }
     };
     CommandLine line;
     EXPECT_EQ(VisitWindows(line, visitor), "");
     EXPECT_GT(windows, 60);
-    EXPECT_GE(dialogs.size(), 12) << "have help of their own";
+    EXPECT_GE(dialogs, 15) << "have help of their own";
 }
 
 } // namespace

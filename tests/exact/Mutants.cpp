@@ -158,7 +158,7 @@ void Table(Mutator& mutator, TableDeclaration& table, bool hasTabs) {
                                                                  {"notice", &spec.notice},
                                                                  {"grid", &spec.gridName},
                                                                  {"record tag", &spec.recordTag},
-                                                                 {"key tag", &spec.keyTag},
+
                                                                  {"list", &spec.listRequest},
                                                                  {"get", &spec.getRequest},
                                                                  {"add", &spec.addRequest},

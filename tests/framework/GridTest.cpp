@@ -188,5 +188,20 @@ TEST_F(GridTest, ExportsShownRows) {
     grid->ExportCsv();
 }
 
+TEST(GridWidths, GivenOnesGrowTogether) {
+    ListGrid list("vsf", {{"Codes", Twips(1200)}, {"Names", Twips(3090)}, {"Library", Twips(3240)}});
+    list.resize(200, 200);
+    list.show();
+    const auto widths = [&] {
+        QCoreApplication::processEvents();
+        return QList<int>{list.columnWidth(0), list.columnWidth(1), list.columnWidth(2)};
+    };
+    EXPECT_EQ(widths(), (QList<int>{80, 206, 216}));
+    list.resize(2 * 502 + 2, 200); // its frame takes the rest
+    EXPECT_EQ(widths(), (QList<int>{160, 412, 432}));
+    list.resize(200, 200);
+    EXPECT_EQ(widths(), (QList<int>{80, 206, 216}));
+}
+
 } // namespace
 } // namespace sysadmin

@@ -6,10 +6,15 @@
 
 namespace sysadmin {
 
+/// Pixels at 100 % for a width that is given in twips.
+constexpr int Twips(int twips) {
+    return twips / 15;
+}
+
 /// A column of a list.
 struct GridColumn {
     QString caption{};
-    int width = 0; ///< pixels at 100 %; 0 takes what is left
+    int width = 0; ///< pixels at 100 %; 0 takes what is left. Where all have one, they grow with the window.
     bool hidden = false;
     bool yesNo = false; ///< cells are Y or N, shown as a check mark or nothing
     QString tag{};      ///< of its cells in the reply that fills the list

@@ -1,0 +1,173 @@
+#include "framework/MaintenanceScreen.h"
+
+#include "core/Application.h"
+#include "core/Prompter.h"
+#include "framework/ConflictCheck.h"
+#include "wire/Status.h"
+
+#include <algorithm>
+
+// How a maintenance screen saves; the rest of what it does is in MaintenanceScreen.cpp.
+namespace sysadmin {
+
+namespace status = wire::status;
+
+bool MaintenanceScreen::CheckBeforeSave(Table& table) {
+    return CheckForm(*table.form, *table.view);
+}
+
+void MaintenanceScreen::PutRecord(Table& table, const SaveContext& context) {
+    for (const PutStep& put : table.puts)
+        put(App().channel, context);
+}
+
+void MaintenanceScreen::ReportSaveFailure(Table& table, qint16 result) {
+    if (const auto words = table.spec.saveWords.find(result); words != table.spec.saveWords.end()) {
+        App().prompter.ShowBox(this,
+                               {.text = words->text, .icon = Box::Icon::Exclamation, .title = words->title});
+        return;
+    }
+    App().ReportRequestFailure(result, table.spec.saveCaption, table.spec.subject);
+    // What must be unique is where the operator goes on.
+    const QString culprit = result == status::DuplicateCode   ? "txtCode"
+                            : result == status::DuplicateName ? "txtName"
+                                                              : QString();
+    if (const Field* field = table.form->Find(culprit))
+        table.view->FocusField(*field);
+}
+
+bool MaintenanceScreen::Save(bool stay) {
+    Table& table = Current();
+    if (m_state == State::EditingSeveral)
+        return SaveSeveral(table);
+    table.form->LeaveFields();
+    if (!CheckBeforeSave(table) || !SendRecord(table) || !SendSteps(table))
+        return false;
+
+    const GridRow row = RowFromForm(table, m_context.originalKey);
+    table.form->Accept();
+    AfterSave(table, row, m_wasNew);
+    const auto* text = dynamic_cast<ValueField*>(table.form->FindByTag(table.spec.pickTag));
+    if (text && !row.key.isEmpty())
+        App().pickLists.Put(table.spec.pickLists, {row.key, text->DisplayText()});
+    Announce(table.spec.notice);
+    if (stay)
+        SetState(State::Editing);
+    else
+        EndEdit();
+    emit App().notices.Done(tr("Saved %1").arg(RecordText(table, row)));
+    return true;
+}
+
+// What one step of the save stored is accepted at once: saved again after a failure, the save goes on with
+// what is left, and with what was edited since.
+bool MaintenanceScreen::SendRecord(Table& table) {
+    QList<Field*> later;
+    for (const SaveStep& step : table.spec.steps)
+        later += step.fields;
+    const auto isLeft = [&](const Field* field) { return !later.contains(field) && field->IsChanged(); };
+    const QList<Field*>& fields = table.form->Fields();
+    if (m_isStored && std::none_of(fields.begin(), fields.end(), isLeft))
+        return true;
+    if (!m_isStored)
+        m_wasNew = m_context.isNew;
+    table.form->Tidy(); // the list, the pick-lists and the search for the new record go by what is stored
+    PutRecord(table, m_context);
+    const QString request = m_context.isNew ? table.spec.addRequest : table.spec.updateRequest;
+    if (const qint16 result = App().channel.SendRequest(request); result != status::Ok) {
+        if (const auto conflict = ConflictOf(App().channel, result, table.spec.subject))
+            return SettleSaveConflict(table, *conflict) && SendRecord(table);
+        ReportSaveFailure(table, result);
+        return false;
+    }
+    const QString key = KeyAfterSave(table);
+    if (key.isEmpty())
+        LoadList(table); // the server did not say under which id it keeps the record: ask for what it has
+    else
+        table.grid->PutRow(RowFromForm(table, key), m_context.originalKey);
+    m_context = {.isNew = false, .originalKey = key};
+    m_isStored = !table.spec.steps.isEmpty();
+    for (Field* field : fields)
+        if (m_isStored && !later.contains(field))
+            field->Accept();
+    return true;
+}
+
+bool MaintenanceScreen::SendSteps(Table& table) {
+    for (const SaveStep& step : table.spec.steps) {
+        if (std::none_of(step.fields.begin(), step.fields.end(),
+                         [](const Field* field) { return field->IsChanged(); }))
+            continue;
+        App().channel.PutField(step.keyTag, m_context.originalKey);
+        for (const PutStep& put : step.puts)
+            put(App().channel, m_context);
+        for (const Field* field : step.puts.isEmpty() ? step.fields : QList<Field*>())
+            field->Put(App().channel);
+        if (const qint16 result = App().channel.SendRequest(step.request); result != status::Ok) {
+            SetState(State::Editing);
+            if (const auto conflict = ConflictOf(App().channel, result, table.spec.subject))
+                return SettleSaveConflict(table, *conflict) && SendRecord(table) && SendSteps(table);
+            App().ReportRequestFailure(result, step.caption, table.spec.subject);
+            return false;
+        }
+        for (Field* field : step.fields)
+            field->Accept();
+    }
+    return true;
+}
+
+bool MaintenanceScreen::SaveSeveral(Table& table) {
+    const SeveralSpec& spec = table.spec.several;
+    spec.form->LeaveFields();
+    if (!CheckForm(*spec.form, *table.severalView))
+        return false;
+    for (const QString& key : table.grid->SelectedKeys())
+        App().channel.PutField(spec.keyTag, key);
+    for (const Field* field : spec.form->Chosen())
+        field->Put(App().channel);
+    const qint16 result = App().channel.SendRequest(spec.request);
+    const bool anyFailed = TellFailures(spec.failedTag, spec.problemTag);
+    if (!anyFailed && result != status::Ok) {
+        App().ReportRequestFailure(result, spec.saveCaption, table.spec.subject);
+        return false;
+    }
+    Announce(table.spec.notice);
+    const qsizetype count = table.grid->SelectedKeys().size();
+    EndEdit();
+    LoadList(table);
+    if (!anyFailed)
+        emit App().notices.Done(count == 1 ? tr("Saved 1 record") : tr("Saved %1 records").arg(count));
+    return true;
+}
+
+QString MaintenanceScreen::KeyAfterSave(const Table& table) const {
+    const TableSpec& spec = table.spec;
+    const auto draftOf = [&](const QString& tag) {
+        const auto* value = dynamic_cast<ValueField*>(table.form->FindByTag(tag));
+        return value ? value->Draft() : QString();
+    };
+    if (const QString key = draftOf(spec.recordTag); !key.isEmpty())
+        return key; // the code itself is the key
+    if (!m_context.isNew)
+        return m_context.originalKey;
+    RequestChannel& channel = App().channel;
+    while (channel.NextRecord(spec.recordTag))
+        if (spec.matchTag.isEmpty() || channel.GetField(spec.matchTag) == draftOf(spec.matchTag))
+            return channel.GetField(spec.recordTag);
+    return {};
+}
+
+GridRow MaintenanceScreen::RowFromForm(const Table& table, const QString& key) const {
+    GridRow row{key, {}, {}};
+    const GridRow* before = table.grid->SelectedRow();
+    for (qsizetype i = 0; i < table.spec.columns.size(); ++i) {
+        if (const auto* value =
+                dynamic_cast<ValueField*>(table.form->FindByColumn(table.spec.columns[i].tag)))
+            row.cells.append(value->DisplayText());
+        else
+            row.cells.append(before && before->key == key ? before->cells.value(i) : QString());
+    }
+    return row;
+}
+
+} // namespace sysadmin
