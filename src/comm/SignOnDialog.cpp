@@ -101,6 +101,7 @@ void SignOnDialog::BuildFields(const ServerChoice& choice, const QString& operat
     cboLibrary->addItems({tr("On this computer"), tr("On a shared server")});
     cboLibrary->setCurrentIndex(choice.server ? SharedServer : ThisComputer);
     txtFolder = MakeEdit("txtFolder", QDir::toNativeSeparators(choice.library), this);
+    txtFolder->setAccessibleName(tr("Folder of the library"));
     txtFolder->setToolTip(tr("The folder of the library; a folder without one gets the sample library"));
     txtServer = MakeEdit("txtServer", choice.server ? choice.server->Text() : QString(), this);
     txtServer->setPlaceholderText(tr("host or host:port"));
