@@ -120,7 +120,6 @@ void SignOnDialog::BuildFields(const ServerChoice& choice, const QString& operat
     auto* folderLine = new QHBoxLayout(m_folderLine);
     folderLine->setContentsMargins({});
     folderLine->addWidget(txtFolder, 1);
-    txtFolder->setAccessibleName(tr("Folder")); // its label stands elsewhere in the tree of widgets
     cmdFolder = new QPushButton(tr("&Browse..."), m_folderLine);
     cmdFolder->setObjectName("cmdFolder");
     cmdFolder->setAutoDefault(false);
