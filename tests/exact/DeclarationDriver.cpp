@@ -147,16 +147,32 @@ QString OfSteps(const QList<PutStep>& steps, bool adding) {
     return OfPuts(puts);
 }
 
-/// Texts that stand in the form besides its fields.
-void TextsOf(const Layout& layout, QStringList& texts) {
-    if (layout.kind == Layout::Kind::Frame)
-        texts.append("box " + layout.name + " " + layout.text);
-    if (layout.kind == Layout::Kind::Page)
-        texts.append("page " + layout.text);
-    if (layout.kind == Layout::Kind::Note && !layout.text.isEmpty())
-        texts.append("note " + layout.text);
-    for (const Layout& child : layout.children)
-        TextsOf(child, texts);
+/// What stands in the form, kind by kind in its order.
+struct Drawn {
+    QStringList boxes, pages, notes, fields;
+
+    void Take(const Layout& layout) {
+        if (layout.kind == Layout::Kind::Frame)
+            boxes.append("box " + layout.name + " " + layout.text);
+        if (layout.kind == Layout::Kind::Page)
+            pages.append("page " + layout.text);
+        if (layout.kind == Layout::Kind::Note && !layout.text.isEmpty())
+            notes.append("note " + layout.text);
+        if (layout.kind == Layout::Kind::Field)
+            fields.append(layout.field ? layout.field->Name() : layout.name);
+        for (const Layout& child : layout.children)
+            Take(child);
+    }
+    QStringList Lines() const { return boxes + pages + notes + QStringList{fields.join(' ')}; }
+};
+
+QString OfList(const QString& grid, const QString& key, const QString& getKey, bool strict, bool sorted) {
+    return QStringList{grid, key, getKey, strict ? "strict" : "continuing", sorted ? "sorted" : "unsorted"}
+        .join(' ');
+}
+
+QString OfColumn(const QString& tag, const QString& caption, bool hidden, bool yesNo) {
+    return "column " + tag + " " + caption + (hidden ? " hidden" : "") + (yesNo ? " yes-no" : "");
 }
 
 QStringList LinesOf(const Screen& screen) {
@@ -172,21 +188,24 @@ QStringList LinesOf(const Screen& screen) {
                                  table.loadFailure, table.saveFailure}
                          .join('|'));
         lines.append(table.unable ? "unable" : "");
+        if (!table.single)
+            lines.append(OfList(table.grid, table.record, table.getKey, table.strict, table.sorted));
         for (const Column& column : table.columns)
-            lines.append("column " + column.tag + " " + column.caption + (column.hidden ? " hidden" : ""));
+            lines.append(OfColumn(column.tag, column.caption, column.hidden, column.yesNo));
         for (const Field& field : table.fields)
             lines.append(OfField(field));
         lines.append(OfPuts(table.adds));
         lines.append(OfPuts(table.updates));
-        QStringList texts;
+        Drawn drawn;
         for (const auto& [name, caption] : table.frames)
-            texts.append("box " + name + " " + caption);
+            drawn.boxes.append("box " + name + " " + caption);
         for (const QString& page : table.pages)
-            texts.append("page " + page);
+            drawn.pages.append("page " + page);
         for (const QString& note : table.notes)
-            texts.append("note " + note);
-        texts.sort();
-        lines += texts;
+            drawn.notes.append("note " + note);
+        for (const Field& field : table.fields)
+            drawn.fields.append(field.control);
+        lines += drawn.Lines();
         for (const Words& words : table.words)
             lines.append(QString("%1 %2 %3|%4")
                              .arg(words.onDelete ? "delete" : "save")
@@ -202,10 +221,9 @@ void FormLines(const Form& form, const Layout& layout, const QList<PutStep>& put
         lines.append(OfField(*field));
     lines.append(adds ? OfSteps(puts, true) : QString());
     lines.append(OfSteps(puts, false));
-    QStringList texts;
-    TextsOf(layout, texts);
-    texts.sort();
-    lines += texts;
+    Drawn drawn;
+    drawn.Take(layout);
+    lines += drawn.Lines();
 }
 
 QStringList LinesOf(const ScreenDeclaration& screen) {
@@ -221,9 +239,10 @@ QStringList LinesOf(const ScreenDeclaration& screen) {
                                  spec.saveCaption, spec.deleteCaption, "", ""}
                          .join('|'));
         lines.append(spec.boxOnLoadFailure ? "unable" : "");
+        lines.append(OfList(spec.gridName, spec.keyTag, spec.getKeyTag, !spec.continuing, spec.sorted));
         for (const GridColumn& column : spec.columns)
-            lines.append("column " + (column.tag.isEmpty() ? QString("-") : column.tag) + " " +
-                         column.caption + (column.hidden ? " hidden" : ""));
+            lines.append(OfColumn(column.tag.isEmpty() ? QString("-") : column.tag, column.caption,
+                                  column.hidden, column.yesNo));
         FormLines(*table.form, table.layout, table.puts, true, lines);
         for (const auto& [name, all] :
              {std::pair{"delete", &spec.deleteWords}, std::pair{"save", &spec.saveWords}})

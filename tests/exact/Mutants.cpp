@@ -57,7 +57,7 @@ void Draw(Mutator& mutator, Layout& layout) {
         Draw(mutator, child);
 }
 
-void Puts(Mutator& mutator, QList<PutStep>& puts) {
+void Puts(Mutator& mutator, QList<PutStep>& puts, bool adds) {
     mutator.Order("order of puts", puts);
     for (PutStep& put : puts) {
         if (put.kind == PutStep::Kind::Own)
@@ -65,9 +65,10 @@ void Puts(Mutator& mutator, QList<PutStep>& puts) {
         if (put.kind != PutStep::Kind::Value && put.kind != PutStep::Kind::WhenOn)
             mutator.Text("tag of a put", put.tag);
         mutator.Text("constant", put.value);
-        mutator.Add("a put on other occasions: " + put.Tag(), [&put] {
-            put.when = put.when == PutStep::When::Always ? PutStep::When::Update : PutStep::When::Always;
-        });
+        if (adds) // else there is one occasion only
+            mutator.Add("a put on other occasions: " + put.Tag(), [&put] {
+                put.when = put.when == PutStep::When::Always ? PutStep::When::Update : PutStep::When::Always;
+            });
         mutator.Add("a put left out: " + put.Tag(), [&puts, &put] { puts.removeAt(&put - puts.data()); });
     }
 }
@@ -108,16 +109,22 @@ void Fields(Mutator& mutator, Form& form) {
             Rows(mutator, static_cast<RowsField&>(*field), of);
             continue;
         }
-        mutator.Text("tag" + of, spec.tag);
         if (field->GetKind() == sysadmin::Field::Kind::Picked) {
+            auto& picked = static_cast<PickedField&>(*field);
+            PickedTags& tags = picked.Behaviour().tags;
+            for (QString* tag : {&tags.availableId, &tags.availableName, &tags.selectedId, &tags.selectedName,
+                                 &tags.state, &tags.added, &tags.removed})
+                if ((tag != &tags.added && tag != &tags.removed) || !tags.state.isEmpty())
+                    mutator.Text("tag of a pair" + of, *tag);
             // Not to be changed by anybody else once the field is made.
-            auto& names = const_cast<PickedNames&>(static_cast<PickedField*>(field)->Names());
+            auto& names = const_cast<PickedNames&>(picked.Names());
             for (QString* name :
                  {&names.availableGrid, &names.availableCaption, &names.selectedGrid, &names.selectedCaption,
                   &names.select, &names.selectAll, &names.discard, &names.discardAll})
                 mutator.Text("pair of lists" + of, *name);
             continue;
         }
+        mutator.Text("tag" + of, spec.tag);
         if (field->GetKind() == sysadmin::Field::Kind::Checked)
             continue;
         mutator.Text("tool tip" + of, spec.toolTip);
@@ -128,7 +135,8 @@ void Fields(Mutator& mutator, Form& form) {
         if (spec.maxLength > 0 && field->GetKind() == sysadmin::Field::Kind::Text)
             mutator.Number("length" + of, [&spec](int by) { spec.maxLength += by; });
         if (field->GetKind() != sysadmin::Field::Kind::Flag &&
-            field->GetKind() != sysadmin::Field::Kind::Letter && !spec.displayOnly)
+            field->GetKind() != sysadmin::Field::Kind::Letter && !spec.displayOnly &&
+            !(field->GetKind() == sysadmin::Field::Kind::Choice && !spec.initial.isEmpty())) // never blank
             mutator.Flag("required" + of, spec.required);
         mutator.Flag("only shown" + of, spec.displayOnly);
         mutator.Text("suffix" + of, spec.suffix);
@@ -193,7 +201,7 @@ void Table(Mutator& mutator, TableDeclaration& table, bool hasTabs) {
     Words(mutator, "save words", spec.saveWords);
     Fields(mutator, *table.form);
     Draw(mutator, table.layout);
-    Puts(mutator, table.puts);
+    Puts(mutator, table.puts, true);
 }
 
 void Record(Mutator& mutator, RecordDeclaration& record) {
@@ -216,7 +224,7 @@ void Record(Mutator& mutator, RecordDeclaration& record) {
     }
     Fields(mutator, *record.form);
     Draw(mutator, record.layout);
-    Puts(mutator, record.puts);
+    Puts(mutator, record.puts, !spec.addRequest.isEmpty());
 }
 
 } // namespace

@@ -4,7 +4,6 @@
 #include "framework/Declaration.h"
 #include "server/subjects/Registrations.h"
 
-#include <QDir>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -25,7 +24,8 @@ template <class Try>
 void ExpectNoticed(std::vector<std::pair<QString, size_t>> all, const Try& tryOne) {
     std::mt19937 random(20260321);
     std::shuffle(all.begin(), all.end(), random);
-    all.resize(std::min(all.size(), HowMany()));
+    const size_t places = all.size();
+    all.resize(std::min(places, HowMany()));
     QStringList missed;
     for (const auto& [key, place] : all) {
         QString what;
@@ -34,7 +34,7 @@ void ExpectNoticed(std::vector<std::pair<QString, size_t>> all, const Try& tryOn
     }
     ASSERT_FALSE(all.empty());
     const double share = 100.0 * double(all.size() - size_t(missed.size())) / double(all.size());
-    std::printf("%zu mutants, %.1f %% noticed\n", all.size(), share);
+    std::printf("%zu mutants of %zu, %.1f %% noticed\n", all.size(), places, share);
     EXPECT_GE(share, 98.0);
     if (!missed.isEmpty())
         std::printf("not noticed:\n%s\n", qPrintable(missed.join('\n')));
@@ -50,7 +50,6 @@ TEST(MutationTest, AWrongLetterOfAScreenIsNoticed) {
         for (size_t place = 0; place < count; ++place)
             all.emplace_back(screen.key, place);
     }
-    std::printf("%zu places\n", all.size());
     ExpectNoticed(all, [](const QString& key, size_t place, QString& what) {
         const auto alter = [&](ScreenDeclaration& declaration) {
             const std::vector<Mutant> mutants = MutantsOf(declaration, Seed);
@@ -75,22 +74,14 @@ TEST(MutationTest, AWrongLetterOfASubjectIsNoticed) {
         GTEST_SKIP() << "takes minutes: set EXACT_MUTANTS";
     constexpr unsigned Seed = 11;
     std::vector<std::pair<QString, size_t>> all;
-    QTemporaryDir sample; // each mutant gets a copy
-    {
-        sysadmin::testing::TestServer::Options options;
-        options.address = server::StoreAddress::InDirectory(sample.path());
-        options.registry = server::MakeRegistry([&](server::Subject& subject) {
-            if (RowsOf(subject).first)
-                for (size_t place = 0; place < MutantsOf(subject, Seed).size(); ++place)
-                    all.emplace_back(subject.requests.update, place);
-        });
-        sysadmin::testing::TestServer making(options);
-    }
-    std::printf("%zu places\n", all.size());
-    ExpectNoticed(all, [&sample](const QString& name, size_t place, QString& what) {
-        QTemporaryDir folder;
-        for (const QString& file : QDir(sample.path()).entryList(QDir::Files))
-            QFile::copy(sample.filePath(file), folder.filePath(file));
+    server::MakeRegistry([&](server::Subject& subject) {
+        if (RowsOf(subject).first)
+            for (size_t place = 0; place < MutantsOf(subject, Seed).size(); ++place)
+                all.emplace_back(subject.requests.update, place);
+    });
+    ExpectNoticed(all, [](const QString& name, size_t place, QString& what) {
+        const QTemporaryDir folder;
+        sysadmin::testing::CopySample(folder.path());
         std::pair<const Screen*, const Table*> rows;
         const auto registry = server::MakeRegistry([&](server::Subject& subject) {
             if (subject.requests.update != name || !RowsOf(subject).first)

@@ -268,11 +268,10 @@ void ScreenDriver::CheckFocusOrder() {
     QWidget& root = *m_rig->screen;
     QStringList wanted;
     QHash<QWidget*, QString> names;
-    for (const Field& field : m_table->fields)
-        if (field.kind != u"other") {
-            names[ControlOf(root, field)] = field.control;
-            wanted.append(field.control);
-        }
+    for (const Field& field : m_table->fields) {
+        names[ControlOf(root, field)] = field.control;
+        wanted.append(field.control);
+    }
     QStringList is;
     for (QWidget* widget = root.nextInFocusChain(); widget != &root; widget = widget->nextInFocusChain())
         if (names.contains(widget))

@@ -12,7 +12,8 @@ class ExactServer : public ::testing::TestWithParam<QString> {};
 TEST_P(ExactServer, AnswersAsTheRowsSay) {
     const Screen& screen = FindScreen(GetParam());
     for (const Table& table : screen.tables) {
-        QTemporaryDir folder;
+        const QTemporaryDir folder;
+        testing::CopySample(folder.path());
         for (const QString& difference :
              ServerDriver(screen, table, server::MakeRegistry(), folder.path()).Run())
             ADD_FAILURE() << difference.toStdString();

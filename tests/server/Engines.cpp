@@ -1,6 +1,7 @@
 #include "Engines.h"
 
 #include "support/PostgresServer.h"
+#include "support/TestServer.h"
 
 namespace sysadmin::testing {
 
@@ -35,7 +36,7 @@ void Skip(const QString& reason) {
 
 } // namespace
 
-std::optional<StoreAddress> EmptyPlace(StoreAddress::Engine engine) {
+std::optional<StoreAddress> NewPlace(StoreAddress::Engine engine, Beginning content) {
     if (engine == StoreAddress::Engine::Sqlite)
         return {};
     PostgresServer& server = postgres->Server();
@@ -43,8 +44,15 @@ std::optional<StoreAddress> EmptyPlace(StoreAddress::Engine engine) {
         Skip(server.Reason());
         return {};
     }
+    // Filling one takes longer than most tests: it is done once.
+    static QString sample;
+    if (content == Beginning::Sample && sample.isEmpty()) {
+        sample = "sample";
+        TestServer({.address = server.MakeDatabase(sample), .signOnAs = ""});
+    }
     static int number = 0;
-    return server.MakeDatabase(QString("library%1").arg(++number));
+    return server.MakeDatabase(QString("library%1").arg(++number),
+                               content == Beginning::Sample ? sample : QString());
 }
 
 } // namespace sysadmin::testing

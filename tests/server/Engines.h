@@ -8,17 +8,23 @@
 
 namespace sysadmin::testing {
 
-/// An empty database for a library on the engine; none means a directory of the test's own. Where no server
-/// can be started the test is skipped, with the reason.
-std::optional<server::StoreAddress> EmptyPlace(server::StoreAddress::Engine engine);
+/// What is in a new library's place.
+enum class Beginning { Sample, Nothing };
 
-/// For tests that run on each database engine: an empty place for a library on the engine under test.
+/// A place for a library on the engine; none means a directory of the test's own. Where no server can be
+/// started the test is skipped, with the reason.
+std::optional<server::StoreAddress> NewPlace(server::StoreAddress::Engine engine, Beginning content);
+
+/// For tests that run on each database engine: a place for a library on the engine under test.
 class EngineTest : public ::testing::TestWithParam<server::StoreAddress::Engine> {
 protected:
-    void SetUp() override { m_address = EmptyPlace(GetParam()); }
+    explicit EngineTest(Beginning content = Beginning::Sample)
+        : m_content(content) {}
+    void SetUp() override { m_address = NewPlace(GetParam(), m_content); }
     std::optional<server::StoreAddress> Address() const { return m_address; }
 
 private:
+    Beginning m_content;
     std::optional<server::StoreAddress> m_address;
 };
 

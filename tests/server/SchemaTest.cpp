@@ -17,6 +17,8 @@ using namespace server;
 
 class SchemaTest : public EngineTest {
 protected:
+    SchemaTest()
+        : EngineTest(Beginning::Nothing) {}
     StoreAddress Place() const { return Address().value_or(StoreAddress::InDirectory(m_directory.path())); }
     QTemporaryDir m_directory;
 };

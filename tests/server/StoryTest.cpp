@@ -10,7 +10,7 @@ class StoryTest : public ::testing::TestWithParam<std::tuple<Story, Engine>> {};
 
 TEST_P(StoryTest, GoesAsItIsWritten) {
     const auto& [story, engine] = GetParam();
-    const auto place = EmptyPlace(engine);
+    const auto place = NewPlace(engine, Beginning::Sample);
     if (IsSkipped())
         return;
     TestServer server({.address = place, .servesOthers = story.note == u"for others"});

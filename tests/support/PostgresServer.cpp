@@ -82,8 +82,9 @@ void PostgresServer::Crash() {
     m_running = false;
 }
 
-StoreAddress PostgresServer::MakeDatabase(const QString& name) const {
-    Database(Address("postgres")).Run("CREATE DATABASE " + name);
+StoreAddress PostgresServer::MakeDatabase(const QString& name, const QString& from) const {
+    Database(Address("postgres"))
+        .Run("CREATE DATABASE " + name + (from.isEmpty() ? "" : " TEMPLATE " + from));
     return Address(name);
 }
 

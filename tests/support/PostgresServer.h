@@ -27,8 +27,8 @@ public:
     /// Starts it again where it was, and waits until it answers.
     void Start();
 
-    /// Makes an empty database.
-    server::StoreAddress MakeDatabase(const QString& name) const;
+    /// Makes an empty database, or a copy of another one to which nobody is connected.
+    server::StoreAddress MakeDatabase(const QString& name, const QString& from = {}) const;
     /// A database as the server's command line names it.
     QString Url(const QString& database) const;
     server::StoreAddress Address(const QString& database) const;

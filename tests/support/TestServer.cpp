@@ -3,6 +3,8 @@
 #include "server/OperatorPasswords.h"
 #include "wire/Codec.h"
 
+#include <QDir>
+
 #include <stdexcept>
 
 namespace sysadmin::testing {
@@ -61,6 +63,8 @@ TestServer::TestServer()
 TestServer::TestServer(const Options& options)
     : m_options(options)
     , m_now(std::make_shared<QDateTime>(QDate(2026, 3, 2), QTime(9, 0), Qt::UTC)) {
+    if (!m_options.address)
+        CopySample(m_directory.path());
     Open();
     if (m_library && !m_options.signOnAs.isEmpty())
         SignOnAs(m_options.signOnAs);
@@ -109,6 +113,16 @@ Database& TestServer::GetDatabase() {
 
 QString TestServer::Value(const QString& sql, const QVariantList& values) {
     return GetDatabase().FirstValue(sql, values).toString();
+}
+
+void CopySample(const QString& folder) {
+    static const QTemporaryDir sample;
+    [[maybe_unused]] static const bool made = [] {
+        TestServer({.address = StoreAddress::InDirectory(sample.path()), .signOnAs = ""});
+        return true;
+    }();
+    for (const QString& file : QDir(sample.path()).entryList(QDir::Files))
+        QFile::copy(sample.filePath(file), folder + "/" + file);
 }
 
 QString SamplePassword(const QString& operatorId) {

@@ -95,6 +95,10 @@ private:
     std::unique_ptr<TestClient> m_client;
 };
 
+/// Fills an empty folder with a sample library: one that was made once for all tests of the process, because
+/// making it takes longer than most tests.
+void CopySample(const QString& folder);
+
 /// The password of a sample operator.
 QString SamplePassword(const QString& operatorId);
 
