@@ -1,60 +1,22 @@
 #include "app/Client.h"
 #include "core/MainWindow.h"
 #include "core/Screen.h"
-#include "framework/DateEdit.h"
 #include "framework/FormView.h"
-#include "framework/ListGrid.h"
 #include "framework/forms/ValueFields.h"
 #include "support/ClientTest.h"
 
 #include <QAbstractButton>
-#include <QCheckBox>
-#include <QComboBox>
 #include <QDialog>
-#include <QGroupBox>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPlainTextEdit>
+#include <QFile>
 #include <QSet>
 
 namespace sysadmin {
 
 namespace {
 
-using Kind = Field::Kind;
-
 /// The forms that a screen shows.
 QList<FormView*> ViewsOf(Screen& screen) {
     return screen.findChildren<FormView*>();
-}
-
-bool IsRightControl(Kind kind, const QWidget* widget) {
-    switch (kind) {
-    case Kind::Text:
-    case Kind::Password:
-    case Kind::Number:
-    case Kind::Money:
-        return qobject_cast<const QLineEdit*>(widget);
-    case Kind::MultiLine:
-        return qobject_cast<const QPlainTextEdit*>(widget);
-    case Kind::Flag:
-        return qobject_cast<const QCheckBox*>(widget);
-    case Kind::Choice:
-        return qobject_cast<const QComboBox*>(widget);
-    case Kind::Date:
-        return qobject_cast<const DateEdit*>(widget);
-    case Kind::Rows:
-        return qobject_cast<const ListGrid*>(widget);
-    case Kind::Checked:
-        return qobject_cast<const QListWidget*>(widget);
-    default:
-        return widget != nullptr;
-    }
-}
-
-bool TakesInput(const QWidget* widget) {
-    return widget->isEnabled() && !widget->property("readOnly").toBool() &&
-           !qobject_cast<const ListGrid*>(widget) && !qobject_cast<const QListWidget*>(widget);
 }
 
 /// Every value of a form by control name.
@@ -96,38 +58,26 @@ protected:
     }
 };
 
-TEST_F(CatalogueTest, EachFieldHasItsTagAndItsControlAndIsReachedByTab) {
+TEST_F(CatalogueTest, EachScreenHasItsHelpAndIconAndEachFieldItsNameAndTag) {
     SignOnAs("SYSADMIN");
     QSet<int> contexts;
+    QSet<QString> icons;
+    QSet<QString> windows;
     ForEachScreen([&](const ScreenEntry& entry, Screen& screen) {
-        EXPECT_FALSE(contexts.contains(entry.screen.helpContext)) << "help context used twice";
         contexts.insert(entry.screen.helpContext);
-        EXPECT_FALSE(screen.windowTitle().isEmpty());
-        QSet<const QWidget*> reached;
-        for (QWidget* widget = screen.nextInFocusChain(); !reached.contains(widget);
-             widget = widget->nextInFocusChain())
-            reached.insert(widget);
+        icons.insert(entry.icon);
+        windows.insert(screen.objectName());
+        EXPECT_EQ(contexts.size(), windows.size()) << "a help context used twice";
+        EXPECT_EQ(icons.size(), windows.size()) << "an icon used twice";
+        EXPECT_TRUE(QFile::exists(QString(":/help/%1.md").arg(entry.screen.helpContext)));
         for (FormView* view : ViewsOf(screen)) {
-            QSet<QString> tags;
             QSet<QString> names;
             for (Field* field : view->GetForm().Fields()) {
                 SCOPED_TRACE(field->Name().toStdString());
-                EXPECT_FALSE(field->Name().isEmpty());
-                EXPECT_FALSE(names.contains(field->Name()));
-                names.insert(field->Name());
-                EXPECT_TRUE(field->Tag().isEmpty() || !tags.contains(field->Tag()))
-                    << field->Tag().toStdString();
-                tags.insert(field->Tag());
-                FieldEditor* editor = view->EditorOf(*field);
-                ASSERT_TRUE(editor) << "declared, but not drawn";
-                EXPECT_TRUE(IsRightControl(field->GetKind(), editor->NamedWidget()));
-                const bool speaksItself =
-                    field->GetKind() == Kind::Picked || field->GetKind() == Kind::Rows ||
-                    field->GetKind() == Kind::Letter; // its lists or options are captioned
-                EXPECT_TRUE(speaksItself || !field->PlainCaption().isEmpty())
-                    << "neither caption nor accessible name";
-                for (QWidget* widget : editor->FocusWidgets())
-                    EXPECT_TRUE(reached.contains(widget));
+                EXPECT_FALSE(field->Name().isEmpty() || names.contains(field->Name()));
+                EXPECT_FALSE(!field->Tag().isEmpty() && names.contains("tag " + field->Tag()));
+                names += {field->Name(), "tag " + field->Tag()};
+                EXPECT_TRUE(view->EditorOf(*field)) << "declared, but not drawn";
             }
         }
     });
@@ -155,29 +105,6 @@ TEST_F(CatalogueTest, LoadThenSaveChangesNothing) {
             after.append(ValuesOf(view->GetForm()));
         EXPECT_EQ(before, after);
         ButtonOf(screen, "cmdCancel")->click();
-    });
-}
-
-TEST_F(CatalogueTest, ViewingLocksEverything) {
-    SignOnAs("VIEWER");
-    ForEachScreen([&](const ScreenEntry&, Screen& screen) {
-        for (const char* gone : {"cmdNew", "cmdDelete", "cmdSave"})
-            EXPECT_FALSE(ButtonOf(screen, gone)) << gone;
-        QAbstractButton* view = ButtonOf(screen, "cmdEdit");
-        if (view) {
-            EXPECT_EQ(view->text(), "Vi&ew");
-            if (!view->isEnabled())
-                return;
-            view->click();
-            EXPECT_TRUE(screen.findChild<QGroupBox*>("fraEdit")->title().startsWith("View "));
-        }
-        for (FormView* form : ViewsOf(screen))
-            for (Field* field : form->GetForm().Fields())
-                for (QWidget* widget : form->EditorOf(*field)->FocusWidgets())
-                    EXPECT_FALSE(field->GetKind() != Kind::Picked && TakesInput(widget))
-                        << field->Name().toStdString();
-        if (view)
-            ButtonOf(screen, "cmdCancel")->click();
     });
 }
 

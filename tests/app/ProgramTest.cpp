@@ -9,7 +9,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QMap>
-#include <QRegularExpression>
 #include <QSet>
 #include <QTemporaryDir>
 
@@ -25,20 +24,6 @@ bool IsBlank(const QImage& picture) {
         for (int x = 0; x < picture.width() && colours.size() < 20; x += 2)
             colours.insert(picture.pixel(x, y));
     return colours.size() < 20;
-}
-
-/// The letter behind a single "&" of a caption, in lower case; null when there is none.
-QChar Mnemonic(QString caption) {
-    static const QRegularExpression letter("&(.)");
-    const auto match = letter.match(caption.remove("&&"));
-    return match.hasMatch() ? match.captured(1).front().toLower() : QChar();
-}
-
-QStringList Texts(const QJsonArray& array) {
-    QStringList texts;
-    for (const QJsonValue& value : array)
-        texts.append(value.toString());
-    return texts;
 }
 
 /// A window in one of its states, as the program describes it.
@@ -77,77 +62,6 @@ Description Read(const QFileInfo& file) {
     }
     EXPECT_FALSE(description.controls.isEmpty());
     return description;
-}
-
-bool TakesFocus(const QJsonObject& control) {
-    static const QStringList classes{"QLineEdit",  "QPlainTextEdit", "QTextEdit",   "QComboBox",
-                                     "QCheckBox",  "QPushButton",    "QToolButton", "QRadioButton",
-                                     "QTableView", "QListView",      "QListWidget", "QTreeView",
-                                     "QTreeWidget"};
-    return classes.contains(control["class"].toString());
-}
-
-/// Whether two tabs, each with the tabs that it stands on in front, may show at the same time.
-bool ShowTogether(const QString& a, const QString& b) {
-    return a.isEmpty() || b.isEmpty() || (a + " / ").startsWith(b + " / ") ||
-           (b + " / ").startsWith(a + " / ");
-}
-
-void CheckNames(const Description& description) {
-    QSet<QString> names;
-    QStringList labels;
-    for (const QJsonObject& control : description.controls)
-        labels.append(control["label"].toString());
-    for (const QJsonObject& control : description.controls) {
-        const QString name = control["name"].toString();
-        SCOPED_TRACE(name.toStdString());
-        const bool takesFocus = TakesFocus(control);
-        if (takesFocus) {
-            EXPECT_FALSE(name.isEmpty());
-            EXPECT_FALSE(names.contains(control["page"].toString() + '/' + name)) << "name used twice";
-            EXPECT_FALSE(control["text"].toString().isEmpty() && control["label"].toString().isEmpty() &&
-                         control["accessibleName"].toString().isEmpty())
-                << "nothing tells what it is for";
-            names.insert(control["page"].toString() + '/' + name);
-        }
-        if (control["class"] == "QLabel" && !Mnemonic(control["text"].toString()).isNull()) {
-            EXPECT_TRUE(labels.contains(control["text"].toString())) << "a mnemonic that leads nowhere";
-        }
-    }
-}
-
-/// Two captions that have their letters by tradition and stand on one screen.
-bool IsKnownClash(const QString& a, const QString& b) {
-    const QStringList both{a, b};
-    return both.contains("&Save") && both.contains("&Security Warning Text");
-}
-
-void CheckMnemonics(const Description& description) {
-    struct Use {
-        QString page;
-        QString caption;
-        QString name;
-    };
-    QMultiMap<QChar, Use> uses;
-    const auto note = [&](const QJsonObject& control, const QString& caption) {
-        const QChar letter = Mnemonic(caption);
-        if (letter.isNull())
-            return;
-        const Use use{control["page"].toString(), caption, control["name"].toString()};
-        for (const Use& other : uses.values(letter))
-            EXPECT_TRUE(!ShowTogether(other.page, use.page) || IsKnownClash(other.caption, caption))
-                << "both " << other.name.toStdString() << " \"" << other.caption.toStdString() << "\" and "
-                << use.name.toStdString() << " \"" << caption.toStdString() << '"';
-        uses.insert(letter, use);
-    };
-    for (const QJsonObject& control : description.controls) {
-        if (!control["visible"].toBool() || !control["enabled"].toBool())
-            continue;
-        note(control, control["text"].toString());
-        if (control["class"] == "QTabWidget")
-            for (const QString& caption : Texts(control["items"].toArray()))
-                note(control, caption);
-    }
 }
 
 void CheckStates(const QList<Description>& descriptions) {
@@ -194,8 +108,6 @@ TEST(ProgramTest, DescribesEveryScreenAndAllOfThemCanBeUsed) {
         EXPECT_GE(picture.width(), 150);
         EXPECT_GE(picture.height(), 80);
         EXPECT_FALSE(IsBlank(picture));
-        CheckNames(descriptions.last());
-        CheckMnemonics(descriptions.last());
     }
     CheckStates(descriptions);
 }

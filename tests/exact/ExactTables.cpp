@@ -56,6 +56,19 @@ QList<Put> ReadPuts(const QStringList& words) {
 }
 
 Field ReadField(const QString& kind, Line& line) {
+    static const QHash<QString, QString Field::*> texts{
+        {"initial", &Field::initial}, {"unit", &Field::unit},     {"by", &Field::by},
+        {"suffix", &Field::suffix},   {"format", &Field::format}, {"loads", &Field::loads},
+        {"tip", &Field::tip}};
+    static const QHash<QString, QString Source::*> sourceTexts{{"from", &Source::request},
+                                                               {"none", &Source::none},
+                                                               {"pick", &Source::pickList},
+                                                               {"report", &Source::caption},
+                                                               {"unable", &Source::unable}};
+    static const QHash<QString, int Field::*> numbers{{"max", &Field::max},
+                                                      {"server-max", &Field::serverMax}};
+    static const QHash<QString, bool Field::*> flags{
+        {"required", &Field::required}, {"shown", &Field::shown}, {"edit-only", &Field::editOnly}};
     Field field;
     field.kind = kind;
     field.control = line.Take();
@@ -78,53 +91,27 @@ Field ReadField(const QString& kind, Line& line) {
         const QString word = line.Take();
         const QString name = word.section('=', 0, 0);
         const QString value = word.section('=', 1);
-        if (name == u"max")
-            field.max = value.toInt();
-        else if (name == u"server-max")
-            field.serverMax = value.toInt();
+        if (const auto text = texts.find(name); text != texts.end())
+            field.*(*text) = value;
+        else if (const auto own = sourceTexts.find(name); own != sourceTexts.end())
+            field.source.*(*own) = value;
+        else if (const auto number = numbers.find(name); number != numbers.end())
+            field.*(*number) = value.toInt();
+        else if (const auto flag = flags.find(name); flag != flags.end())
+            field.*(*flag) = true;
         else if (name == u"unique")
             field.unique = value.toShort();
         else if (name == u"range") {
             field.least = value.section("..", 0, 0).toInt();
             field.most = value.section("..", 1).toInt();
-        } else if (name == u"required")
-            field.required = true;
-        else if (name == u"shown")
-            field.shown = true;
-        else if (name == u"edit-only")
-            field.editOnly = true;
-        else if (name == u"initial")
-            field.initial = value;
-        else if (name == u"unit")
-            field.unit = value;
-        else if (name == u"by")
-            field.by = value;
-        else if (name == u"suffix")
-            field.suffix = value;
-        else if (name == u"format")
-            field.format = value;
-        else if (name == u"loads")
-            field.loads = value;
-        else if (name == u"tip")
-            field.tip = value;
-        else if (name == u"values")
+        } else if (name == u"values")
             field.values = value.split('|');
         else if (name == u"entry")
             field.entries.append({value.section(':', 0, 0), value.section(':', 1)});
-        else if (name == u"from")
-            field.source.request = value;
         else if (name == u"tags") {
             field.source.id = value.section('/', 0, 0);
             field.source.text = value.section('/', 1);
-        } else if (name == u"none")
-            field.source.none = value;
-        else if (name == u"pick")
-            field.source.pickList = value;
-        else if (name == u"report")
-            field.source.caption = value;
-        else if (name == u"unable")
-            field.source.unable = value;
-        else
+        } else
             line.Fail(word);
     }
     return field;
@@ -134,14 +121,14 @@ void ReadTableLine(Table& table, const QString& word, Line& line) {
     const auto dash = [](const QString& text) { return text == u"-" ? QString() : text; };
     static const QStringList kinds{"text",  "flag",     "letter", "choice", "number",   "date",
                                    "lines", "interval", "picked", "other",  "password", "grid"};
+    static const QHash<QString, QString Table::*> texts{
+        {"frame", &Table::frame},   {"list-frame", &Table::listFrame}, {"view-frame", &Table::viewFrame},
+        {"stored", &Table::stored}, {"question", &Table::question},    {"notice", &Table::notice},
+        {"finds", &Table::finds}};
     if (kinds.contains(word)) {
         table.fields.append(ReadField(word, line));
-    } else if (word == u"frame") {
-        table.frame = line.Take();
-    } else if (word == u"list-frame") {
-        table.listFrame = line.Take();
-    } else if (word == u"view-frame") {
-        table.viewFrame = line.Take();
+    } else if (const auto text = texts.find(word); text != texts.end()) {
+        table.*(*text) = line.Take();
     } else if (word == u"tab") {
         table.tab = line.Take();
         table.grid = line.Take();
@@ -186,8 +173,6 @@ void ReadTableLine(Table& table, const QString& word, Line& line) {
     } else if (word == u"delete") {
         table.remove = line.Take();
         table.getKey = line.Take();
-    } else if (word == u"stored") {
-        table.stored = line.Take();
     } else if (word == u"follows") {
         table.follow = line.Take();
         table.follows = ReadPuts(line.Rest());
@@ -201,12 +186,6 @@ void ReadTableLine(Table& table, const QString& word, Line& line) {
         table.saveFailure = line.Take();
     } else if (word == u"exists-as") {
         table.existsAs = line.Rest();
-    } else if (word == u"question") {
-        table.question = line.Take();
-    } else if (word == u"notice") {
-        table.notice = line.Take();
-    } else if (word == u"finds") {
-        table.finds = line.Take();
     } else if (word == u"picks") {
         table.pickTag = line.Take();
         table.pickLists = line.Rest();

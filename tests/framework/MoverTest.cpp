@@ -22,24 +22,6 @@ QStringList Keys(const QList<GridRow>& rows) {
     return keys;
 }
 
-TEST(MoverListsTest, OnlyRowsThatEndElsewhereAreSent) {
-    PickedLists lists;
-    lists.Load(Rows({"a", "b", "c"}), Rows({"x", "y"}));
-    EXPECT_FALSE(lists.Changed());
-    lists.MoveToSelected({"c", "a", "gone", "c"});
-    EXPECT_EQ(Keys(lists.Selected()), QStringList({"x", "y", "c", "a"}));
-    EXPECT_EQ(Keys(lists.Available()), QStringList({"b"}));
-    lists.MoveToAvailable({"y"});
-    EXPECT_EQ(Keys(lists.Added()), QStringList({"c", "a"}));
-    EXPECT_EQ(Keys(lists.Removed()), QStringList({"y"}));
-
-    lists.MoveToAvailable({"a", "c"});
-    lists.MoveToSelected({"y"});
-    EXPECT_TRUE(lists.Added().isEmpty());
-    EXPECT_TRUE(lists.Removed().isEmpty());
-    EXPECT_FALSE(lists.Changed()) << "out and back is no change, whatever the order is now";
-}
-
 class MoverTest : public ControlTest {
 protected:
     MoverTest() {

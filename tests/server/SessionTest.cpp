@@ -107,29 +107,5 @@ TEST_P(SessionTest, BeforeSignOnThereIsNothingToGet) {
               status::ColumnError);
 }
 
-TEST_P(SessionTest, ConnectionsWorkSideBySide) {
-    // Each adds its own records while the others do; none is lost and all replies are good.
-    std::vector<std::unique_ptr<QThread>> threads;
-    QAtomicInt good = 0;
-    for (int worker = 0; worker < 4; ++worker) {
-        threads.emplace_back(QThread::create([this, worker, &good] {
-            const auto client = m_server->Connect();
-            if (client->SignOn("SYSADMIN", SamplePassword("SYSADMIN")) != status::Ok)
-                return;
-            for (int i = 0; i < 10; ++i) {
-                const QString code = QString("W%1-%2").arg(worker).arg(i);
-                if (client->Send("AddVenTp", {{"Cd", code}, {"Nm", code}}).status == status::Ok &&
-                    client->Send("LstVenTp").status == status::Ok)
-                    ++good;
-            }
-        }));
-        threads.back()->start();
-    }
-    for (const auto& thread : threads)
-        thread->wait();
-    EXPECT_EQ(good.loadRelaxed(), 40);
-    EXPECT_EQ(m_server->Value("SELECT COUNT(*) FROM vendor_types WHERE code LIKE 'W_-_'"), "40");
-}
-
 } // namespace
 } // namespace sysadmin::testing
