@@ -49,6 +49,13 @@ void ServerDriver::WrongValues(const QString& key) {
                 ExpectStatus("an add with " + what, Put(true, values), status::ColumnError);
             ExpectStatus("an update with " + what, Put(false, values, key), status::ColumnError);
         }
+        static const QStringList blankable{"text", "date", "lines"};
+        if (!field.required && (blankable.contains(field.kind) || !field.source.request.isEmpty())) {
+            Values values = ValuesOf(1);
+            values[field.tag].clear();
+            ExpectStatus("an update without " + field.tag, Put(false, values, key), 0);
+            ExpectStatus("an update back", Put(false, ValuesOf(1), key), 0);
+        }
         if (field.kind == u"text" && limit > 0 && field.values.isEmpty()) {
             Values values = ValuesOf(1);
             values[field.tag] = QString(limit, 'y');
