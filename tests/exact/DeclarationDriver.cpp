@@ -239,7 +239,7 @@ QStringList LinesOf(const ScreenDeclaration& screen) {
                                  spec.saveCaption, spec.deleteCaption, "", ""}
                          .join('|'));
         lines.append(spec.boxOnLoadFailure ? "unable" : "");
-        lines.append(OfList(spec.gridName, spec.keyTag, spec.getKeyTag, !spec.continuing, spec.sorted));
+        lines.append(OfList(spec.gridName, spec.recordTag, spec.getKeyTag, !spec.continuing, spec.sorted));
         for (const GridColumn& column : spec.columns)
             lines.append(OfColumn(column.tag.isEmpty() ? QString("-") : column.tag, column.caption,
                                   column.hidden, column.yesNo));
