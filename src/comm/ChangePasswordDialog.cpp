@@ -3,6 +3,7 @@
 #include "comm/PasswordEncoder.h"
 #include "comm/ProblemLabel.h"
 #include "core/Prompter.h"
+#include "core/data/PasswordRulesText.h"
 #include "core/data/StatusTable.h"
 #include "wire/Status.h"
 
@@ -10,6 +11,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -17,11 +19,13 @@ namespace sysadmin {
 
 namespace {
 
-constexpr int DialogWidth = 400;
+constexpr int DialogWidth = 560;
+constexpr int RulesLines = 10;
 
 } // namespace
 
-ChangePasswordDialog::ChangePasswordDialog(const QString& reason, Change change, QWidget* parent)
+ChangePasswordDialog::ChangePasswordDialog(const QString& reason, const QString& rulesText, Change change,
+                                           QWidget* parent)
     : QDialog(parent)
     , m_change(std::move(change)) {
     setObjectName("frmChangePassword");
@@ -33,6 +37,13 @@ ChangePasswordDialog::ChangePasswordDialog(const QString& reason, Change change,
     lblReason->setTextFormat(Qt::PlainText);
     lblReason->setWordWrap(true);
     lblReason->setVisible(!reason.isEmpty());
+
+    txtPasswordScreen = new QPlainTextEdit(PasswordRulesText(rulesText), this);
+    txtPasswordScreen->setObjectName("txtPasswordScreen");
+    txtPasswordScreen->setAccessibleName(tr("Password rules"));
+    txtPasswordScreen->setReadOnly(true);
+    txtPasswordScreen->setTabChangesFocus(true);
+    txtPasswordScreen->setFixedHeight(fontMetrics().lineSpacing() * RulesLines);
 
     auto* form = new QFormLayout;
     form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
@@ -70,10 +81,13 @@ ChangePasswordDialog::ChangePasswordDialog(const QString& reason, Change change,
     layout->setContentsMargins(24, 24, 24, 16);
     layout->setSpacing(16);
     layout->addWidget(lblReason);
+    layout->addWidget(txtPasswordScreen);
     layout->addLayout(form);
     layout->addWidget(lblProblem);
     layout->addLayout(buttons);
     FitHeight(*this, DialogWidth);
+    // The rules are read when needed; the fields come first.
+    setTabOrder(cmdCancel, txtPasswordScreen);
     txtOldPassword->setFocus();
 }
 

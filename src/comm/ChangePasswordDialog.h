@@ -5,6 +5,7 @@
 #include <functional>
 
 class QLineEdit;
+class QPlainTextEdit;
 class QPushButton;
 
 namespace sysadmin {
@@ -20,10 +21,12 @@ public:
     /// Carries the change out; the server's status.
     using Change = std::function<qint16(const QString& oldPassword, const QString& newPassword)>;
 
-    /// `reason` stands above the fields; it may be empty.
-    ChangePasswordDialog(const QString& reason, Change change, QWidget* parent = nullptr);
+    /// `reason` and the library's text about new passwords stand above the fields; both may be empty.
+    ChangePasswordDialog(const QString& reason, const QString& rulesText, Change change,
+                         QWidget* parent = nullptr);
     ~ChangePasswordDialog() override;
 
+    QPlainTextEdit* txtPasswordScreen = nullptr; ///< what the rules are
     QLineEdit* txtOldPassword = nullptr;
     QLineEdit* txtNewPassword = nullptr;
     QLineEdit* txtRepeatPassword = nullptr;

@@ -6,6 +6,9 @@
 #include "comm/SignOnDialog.h"
 #include "core/Prompter.h"
 #include "core/data/UserSettings.h"
+#include "wire/Status.h"
+
+#include <QApplication>
 
 namespace sysadmin {
 
@@ -20,7 +23,13 @@ constexpr char LastLibrary[] = "SignOn/Library";
 CommLibrary::CommLibrary(Prompter& prompter, const CommandLine& line, EndpointMaker makeEndpoints)
     : m_prompter(prompter)
     , m_makeEndpoints(std::move(makeEndpoints))
-    , m_session(line) {}
+    , m_session(line) {
+    m_channel.SetPasswordChange([this](const QString& rulesText) {
+        return RunChangePassword(QApplication::activeWindow(),
+                                 tr("Your password has expired. Change it to go on with your work."),
+                                 rulesText);
+    });
+}
 
 CommLibrary::~CommLibrary() {
     m_channel.SignOff();
@@ -120,7 +129,10 @@ bool CommLibrary::AcceptCertificate() {
            "that its fingerprint (SHA-256) is now\r\n\r\n%2\r\n\r\n"
            "Trust the new certificate from now on?")
             .arg(m_choice.server->Text(), FingerprintText(offer.fingerprint));
-    if (!m_prompter.ShowBox(m_signOn.get(), {question, Box::Icon::Exclamation, Box::Buttons::YesNo}))
+    if (!m_prompter.ShowBox(m_signOn.get(), {.text = question,
+                                             .icon = Box::Icon::Exclamation,
+                                             .buttons = Box::Buttons::YesNo,
+                                             .careful = true}))
         return false;
     TrustStore().Keep(*m_choice.server, offer.trust);
     return true;
@@ -138,7 +150,8 @@ QString CommLibrary::SignOnDirectly(const QString& operatorId, QString password)
 bool CommLibrary::PostSignOn() {
     const SignedOnOperator& signedOn = m_session.Operator();
     if (signedOn.mustChangePassword)
-        return RunChangePassword(nullptr, tr("Your password has to be changed before you can go on."));
+        return RunChangePassword(nullptr, tr("Your password has to be changed before you can go on."),
+                                 signedOn.rulesText);
     if (signedOn.passwordDaysLeft) {
         const int days = *signedOn.passwordDaysLeft;
         const QString when = days <= 0   ? tr("Your password expires today.")
@@ -146,7 +159,7 @@ bool CommLibrary::PostSignOn() {
                                          : tr("Your password expires in %1 days.").arg(days);
         const QString question = when + "\r\n\r\n" + tr("Change it now?");
         if (m_prompter.ShowBox(nullptr, {question, Box::Icon::Question, Box::Buttons::YesNo}))
-            RunChangePassword(nullptr, {});
+            ChangePassword(nullptr);
     }
     return true;
 }
@@ -165,15 +178,17 @@ QString CommLibrary::ServerName() const {
 }
 
 void CommLibrary::ChangePassword(QWidget* parent) {
-    RunChangePassword(parent, {});
+    // Without the library's own text the dialog has one of its own.
+    const bool known = m_channel.SendRequest("GET_PWD_DISPLAY_TEXT") == wire::status::Ok;
+    RunChangePassword(parent, {}, known ? m_channel.GetField("PDT") : QString());
 }
 
-bool CommLibrary::RunChangePassword(QWidget* parent, const QString& reason) {
+bool CommLibrary::RunChangePassword(QWidget* parent, const QString& reason, const QString& rulesText) {
     const auto change = [this](const QString& oldPassword, const QString& newPassword) {
         return m_channel.ChangeOwnPassword(m_encoder.Encode(oldPassword, wire::PasswordPurpose::Confirm),
                                            m_encoder.Encode(newPassword, wire::PasswordPurpose::Set));
     };
-    ChangePasswordDialog dialog(reason, change, parent);
+    ChangePasswordDialog dialog(reason, rulesText, change, parent);
     if (!m_prompter.RunDialog(dialog))
         return false;
     m_session.PasswordChanged();

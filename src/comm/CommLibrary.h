@@ -63,7 +63,7 @@ private:
     ServerChoice FirstChoice() const;
     void Remember(const ServerChoice& choice) const;
     QString OpenTrace();
-    bool RunChangePassword(QWidget* parent, const QString& reason);
+    bool RunChangePassword(QWidget* parent, const QString& reason, const QString& rulesText);
 
     Prompter& m_prompter;
     EndpointMaker m_makeEndpoints;

@@ -188,8 +188,10 @@ bool NetworkTransport::AskForTrust() {
                             "Do you trust this server, now and in future?")
                              .arg(m_server.Text(), (QStringList{about} + m_found.faults).join(' '),
                                   FingerprintText(m_found.fingerprint));
-    return m_prompter.ShowBox(
-        nullptr, {text, plain ? Box::Icon::Question : Box::Icon::Exclamation, Box::Buttons::YesNo});
+    return m_prompter.ShowBox(nullptr, {.text = text,
+                                        .icon = plain ? Box::Icon::Question : Box::Icon::Exclamation,
+                                        .buttons = Box::Buttons::YesNo,
+                                        .careful = true});
 }
 
 bool NetworkTransport::IsOpen() const {

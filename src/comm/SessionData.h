@@ -17,6 +17,7 @@ struct SignedOnOperator {
     QString server; ///< where the server is, in words
     QDateTime since;
     bool mustChangePassword = false;
+    QString rulesText = {}; ///< the library's text about new passwords; only with `mustChangePassword`
     std::optional<int> passwordDaysLeft; ///< set when the operator is to be reminded of the password's end
 };
 

@@ -85,8 +85,13 @@ bool WireChannel::SignOn(Session& session) {
     m_lastNumber = 0;
     m_unsettled.reset();
     m_transport->SetLimits({});
-    SignedOnOperator signedOn{
-        value("OI"), value("ONM"), Describe().server, QDateTime::currentDateTime(), value("CHG") == "Y", {}};
+    SignedOnOperator signedOn{value("OI"),
+                              value("ONM"),
+                              Describe().server,
+                              QDateTime::currentDateTime(),
+                              value("CHG") == "Y",
+                              value("PDT"),
+                              {}};
     bool isNumber = false;
     if (const int days = value("WARN").toInt(&isNumber); isNumber)
         signedOn.passwordDaysLeft = days;
@@ -147,7 +152,24 @@ qint16 WireChannel::ChangeOwnPassword(const QString& sealedOld, const QString& s
 }
 
 RequestChannel::Answer WireChannel::Exchange(const QString& name, const wire::Fields& fields) {
-    return Observe(name, fields, [&] { return SendInSession(name, fields); });
+    const auto send = [&] { return Observe(name, fields, [&] { return SendInSession(name, fields); }); };
+    const auto wantsPassword = [](const Answer& answer) {
+        return answer.status == status::NotAuthorised && wire::FirstValue(answer.fields, "CHG") == "Y";
+    };
+    Answer answer = send();
+    if (!wantsPassword(answer))
+        return answer;
+    // Nothing was done, so once there is another password the same request is good.
+    if (m_changePassword && !m_changingPassword) {
+        m_changingPassword = true;
+        const bool changed = m_changePassword(wire::FirstValue(answer.fields, "PDT"));
+        m_changingPassword = false;
+        if (changed)
+            answer = send();
+    }
+    if (wantsPassword(answer))
+        m_problem = tr("Your password has expired. Change it to go on with your work.");
+    return answer;
 }
 
 RequestChannel::Answer WireChannel::Observe(const QString& name, const wire::Fields& fields,

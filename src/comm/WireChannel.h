@@ -56,6 +56,12 @@ public:
     /// it.
     void SetReconnectLimit(std::chrono::milliseconds limit) { m_reconnectLimit = limit; }
     void SetWaitObserver(WaitObserver observer) { m_observer = std::move(observer); }
+    /// Lets the operator change the password when the server demands it in the middle of a session; true when
+    /// that was done. It is handed the library's text about new passwords. The request that the server
+    /// refused for it is then sent again.
+    void SetPasswordChange(std::function<bool(const QString& rulesText)> change) {
+        m_changePassword = std::move(change);
+    }
     /// The trace to write to; null for none. It must outlive the channel.
     void SetTrace(TraceLog* trace) { m_trace = trace; }
 
@@ -83,6 +89,8 @@ private:
     std::chrono::milliseconds m_timeLimit{60000};
     std::chrono::milliseconds m_reconnectLimit{10000};
     WaitObserver m_observer;
+    std::function<bool(const QString&)> m_changePassword;
+    bool m_changingPassword = false;
     TraceLog* m_trace = nullptr;
     Waiting* m_waiting = nullptr; // not null while a request is in flight
     QString m_problem;

@@ -43,8 +43,9 @@ void Application::ReportRequestFailure(qint16 status, const QString& operation, 
     const StatusText text = TextOfStatus(status);
     const QString message = prefix + text.message;
     if (text.serious && !message.isEmpty()) {
-        const QString cause =
-            status == wire::status::CommunicationsFailure ? channel.LastProblem() : QString();
+        const bool mayHaveCause =
+            status == wire::status::CommunicationsFailure || status == wire::status::NotAuthorised;
+        const QString cause = mayHaveCause ? channel.LastProblem() : QString();
         ErrorDialog dialog({message, operation, screenName, status, cause}, mainWindow);
         prompter.RunDialog(dialog);
     } else {

@@ -93,6 +93,9 @@ ConflictAnswer SettleSave(Application& application, QWidget* parent, const Confl
         isRead = readTheirs();
         theirs = VersionOf(form);
         form.GiveDrafts(draft); // from here on it is a change of theirs
+        for (Field* field : form.Fields())
+            if (isRead && field->Spec().displayOnly)
+                field->Revert(); // it shows the record as it is now
     }
     for (Field* field : form.Fields())
         emit form.Changed(field); // the choices may be newer ones

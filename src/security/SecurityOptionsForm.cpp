@@ -21,6 +21,11 @@ qint64 DividedUp(qint64 number, qint64 divisor) {
     return (number + divisor - 1) / divisor;
 }
 
+/// So many days in the field's unit.
+int InUnitOf(const TimeSpanField& field, int days) {
+    return int(days * MinutesPerDay / MinutesIn(field.Unit()));
+}
+
 QList<PickItem> UnitsOf(const QString& letters) {
     QList<PickItem> units;
     for (const QChar letter : letters)
@@ -63,7 +68,7 @@ SecurityOptionsForm::SecurityOptionsForm() {
     When([this] {
         return fpLoginAttempts.IsBlank() || fpLoginAttempts.Value() > 0;
     }).Enable(fpLockoutDuration, fpLockoutCounter);
-    When([this] { return fpLoginAttempts.Value() > 0; }).Do([this] {
+    When([this] { return m_attemptsLeft == 0 && fpLoginAttempts.Value() > 0; }).Do([this] {
         constexpr int UsualPeriod = 24;
         constexpr int UsualReset = 10;
         if (fpLockoutDuration.Amount() == 0)
@@ -72,7 +77,8 @@ SecurityOptionsForm::SecurityOptionsForm() {
             fpLockoutCounter.SetAmount(UsualReset);
     });
     WhenLeft(fpLoginAttempts, [this] {
-        if (fpLoginAttempts.Value() > 0)
+        m_attemptsLeft = fpLoginAttempts.Value();
+        if (m_attemptsLeft > 0)
             return;
         fpLoginAttempts.SetValue(0);
         fpLockoutDuration.SetAmount(0);
@@ -96,13 +102,14 @@ SecurityOptionsForm::SecurityOptionsForm() {
         if (fpReminderDays.Value() > days)
             fpReminderDays.SetValue(days);
         if (fpMinPasswordAge.Minutes() > days * MinutesPerDay)
-            fpMinPasswordAge.SetAmount(days * MinutesPerDay / MinutesIn(fpMinPasswordAge.Unit()));
+            fpMinPasswordAge.SetAmount(InUnitOf(fpMinPasswordAge, days));
     });
 }
 
 void SecurityOptionsForm::LoadOptions(RequestChannel& channel) {
     const Loading loading(*this);
     Load(channel);
+    m_attemptsLeft = fpLoginAttempts.Value();
     const int count = channel.GetField("PGR").toInt();
     optGroupReq.SetStored(count > 0 ? "1" : "0");
     fpGroupReq.SetStored(QString::number(std::max(count, 1)));
@@ -110,8 +117,14 @@ void SecurityOptionsForm::LoadOptions(RequestChannel& channel) {
 
 void SecurityOptionsForm::TakeExpiry(int days) {
     fpMaxPasswordAge.SetStored(QString::number(days));
-    if (days > 0 && fpReminderDays.Value() > days)
+    if (days == 0)
+        return;
+    // What the server has lowered with it.
+    if (fpReminderDays.Value() > days)
         fpReminderDays.SetStored(QString::number(days));
+    if (fpMinPasswordAge.Minutes() > days * MinutesPerDay)
+        fpMinPasswordAge.SetStored(fpMinPasswordAge.Unit() +
+                                   QString::number(InUnitOf(fpMinPasswordAge, days)));
 }
 
 QString SecurityOptionsForm::GroupRequirement() const {

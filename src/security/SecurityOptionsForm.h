@@ -212,6 +212,8 @@ public:
 
 private:
     void LeaveLength(bool maximum);
+
+    int m_attemptsLeft = 0; // sign-on attempts when the field was loaded or left last
 };
 
 } // namespace sysadmin

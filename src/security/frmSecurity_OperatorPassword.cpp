@@ -2,6 +2,7 @@
 
 #include "core/Application.h"
 #include "core/Prompter.h"
+#include "core/data/PasswordRulesText.h"
 #include "core/data/YesNo.h"
 #include "framework/Captions.h"
 #include "security/PasswordCheck.h"
@@ -19,22 +20,6 @@
 namespace sysadmin {
 
 namespace status = wire::status;
-
-namespace {
-
-QString BuiltInRulesText() {
-    return frmSecurity_OperatorPassword::tr(
-               "Your new password must\n"
-               "- be a minimum of 8 and a maximum of 25 characters long\n"
-               "- contain at least 2 alphabetical characters (upper or lower case, no special\n"
-               "characters)\n"
-               "- contain at least 1 numeric character:  0123456789\n"
-               "- contain at least 1 special character:  %1\n"
-               "- be different from the previous 3 passwords")
-        .arg(wire::PasswordRules().specialCharacters);
-}
-
-} // namespace
 
 frmSecurity_OperatorPassword::frmSecurity_OperatorPassword(Application& application,
                                                            const wire::PasswordOwner& owner, QWidget* parent)
@@ -100,10 +85,10 @@ void frmSecurity_OperatorPassword::Load() {
     RequestChannel& channel = m_application.channel;
     QString text;
     if (const qint16 result = channel.SendRequest("GET_PWD_DISPLAY_TEXT"); result == status::Ok)
-        text = channel.GetField("PDT").replace("\r\n", "\n");
+        text = channel.GetField("PDT");
     else // the operation's name is what support knows this failure by
         m_application.ReportRequestFailure(result, "Load Cataloging Available Import Order", windowTitle());
-    txtPasswordScreen->setPlainText(text.trimmed().isEmpty() ? BuiltInRulesText() : text);
+    txtPasswordScreen->setPlainText(PasswordRulesText(text));
 }
 
 QString frmSecurity_OperatorPassword::NewPassword() const {

@@ -84,7 +84,7 @@ frmSecurity_OperatorProfiles::frmSecurity_OperatorProfiles(Application& applicat
               put("Srt", [this](const SaveContext&) { return m_sort; }),
               [this](RequestChannel& channel, const SaveContext&) {
                   if (m_form.HasNewPassword())
-                      channel.PutField("PW", App().comm.EncodePassword(m_form.txtPassword.Draft().trimmed()));
+                      channel.PutField("PW", App().comm.EncodePassword(m_form.txtPassword.Draft()));
               },
               PutValue(m_form.chkSkipValidation), PutValue(m_form.chkNeverExpire),
               PutValue(m_form.chkRestrictChange),
@@ -198,7 +198,7 @@ void frmSecurity_OperatorProfiles::RefreshOwnControls() {
     if (!isNew)
         m_chkShowPassword->setChecked(false);
     m_cmdChangePassword->setEnabled(isEditing && App().profile.ChangePassword());
-    m_cmdExpire->setEnabled(isEditing && !isExpired && !m_form.chkNeverExpire.IsOn());
+    m_cmdExpire->setEnabled(isEditing && !isExpired && m_form.chkNeverExpire.Stored() != u"Y");
     m_cmdLockoutStatus->setEnabled((isEditing || state == State::Viewing) && m_locked);
 
     m_form.txtOperatorID.SetUsable(state != State::Editing);
@@ -255,14 +255,18 @@ void frmSecurity_OperatorProfiles::ShowLockout() {
 bool frmSecurity_OperatorProfiles::CheckBeforeSave(Table& table) {
     if (!MaintenanceScreen::CheckBeforeSave(table))
         return false;
-    m_liftsExpiry =
-        !Saving().isNew && m_form.HasNewPassword() && m_form.IsExpired() && !m_form.chkExpireNow.IsOn();
     // The password of an operator who was there before has gone through the change-password dialog.
     if (!Saving().isNew || m_form.chkSkipValidation.IsOn() ||
-        CheckPassword(App(), this, table.spec.subject, m_form.txtPassword.Draft().trimmed(), Owner()))
+        CheckPassword(App(), this, table.spec.subject, m_form.txtPassword.Draft(), Owner()))
         return true;
     table.view->FocusField(m_form.txtPassword);
     return false;
+}
+
+void frmSecurity_OperatorProfiles::PutRecord(Table& table, const SaveContext& context) {
+    m_liftsExpiry =
+        !context.isNew && m_form.HasNewPassword() && m_form.IsExpired() && !m_form.chkExpireNow.IsOn();
+    MaintenanceScreen::PutRecord(table, context);
 }
 
 void frmSecurity_OperatorProfiles::ReportSaveFailure(Table& table, qint16 result) {

@@ -68,7 +68,9 @@ struct OperatorForm : Form {
                                  .maxLength = 20,
                                  .displayOnly = true}};
     RowsField vsfOperatorList{
-        *this, {.name = "vsfOperatorList", .accessible = tr("Current Profiles")}, {{tr("Profiles")}}};
+        *this,
+        {.name = "vsfOperatorList", .displayOnly = true, .accessible = tr("Current Profiles")},
+        {{tr("Profiles")}}};
 };
 
 /// The staff accounts that sign on to the library system: names, password and its state, and the rights
@@ -84,6 +86,7 @@ protected:
     GridRow ReadRow(const Table& table) override;
     void ReadRecord(Table& table) override;
     bool CheckBeforeSave(Table& table) override;
+    void PutRecord(Table& table, const SaveContext& context) override;
     void ReportSaveFailure(Table& table, qint16 status) override;
     GridRow RowFromForm(const Table& table, const QString& key) const override;
     void AfterSave(Table& table, const GridRow& row, bool wasNew) override;

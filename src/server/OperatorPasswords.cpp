@@ -1,6 +1,7 @@
 #include "server/OperatorPasswords.h"
 
 #include "server/Library.h"
+#include "server/SignOn.h"
 #include "server/store/Database.h"
 
 #include <QSemaphoreReleaser>
@@ -112,7 +113,7 @@ qint16 CheckNewPassword(const Records& records, const Library& library, qint64 o
         return status::NotFound;
     const QDateTime changed = TimeFromStore(row->value("password_changed_at").toString());
     // An expired password has to be changed however young it is.
-    const bool expired = row->value("expired").toString() == "Y";
+    const bool expired = IsExpired(*row, rules, library.Now());
     if (rules.leastAge > 0 && !expired && changed.isValid() && changed.secsTo(library.Now()) < rules.leastAge)
         return status::MinimumPasswordAge;
     if (IsRepeated(password, ForbiddenHashes(records.GetDatabase(), operatorRow, rules)))

@@ -24,7 +24,8 @@ SecurityRules ReadSecurityRules(Database& database) {
     const auto row = database.FirstRow(
         "SELECT previous_passwords, least_age, most_age_days, reminder_days, first_use_days, "
         "sign_on_attempts, "
-        "locked_for, attempts_forgotten, log_attempts, warning_text FROM security_options ORDER BY id");
+        "locked_for, attempts_forgotten, log_attempts, warning_text, rules_text FROM security_options ORDER "
+        "BY id");
     if (!row)
         return rules;
     const auto number = [&](int column) { return (*row)[column].toInt(); };
@@ -39,6 +40,7 @@ SecurityRules ReadSecurityRules(Database& database) {
     rules.attemptsForgotten = SecondsOf(text(7));
     rules.logAttempts = text(8) == "Y";
     rules.warningText = text(9);
+    rules.rulesText = text(10);
     return rules;
 }
 

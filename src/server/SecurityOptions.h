@@ -18,6 +18,7 @@ struct SecurityRules {
     qint64 attemptsForgotten = 0; ///< after the last wrong password; 0: only by a right one
     bool logAttempts = true;
     QString warningText; ///< shown at sign-on
+    QString rulesText;   ///< shown to who chooses a password
 };
 
 SecurityRules ReadSecurityRules(Database& database);

@@ -73,9 +73,10 @@ qint64 SeenRecords::Told(const SessionStart& session) {
     return Of(session).told;
 }
 
-void SeenRecords::Tell(const SessionStart& session, qint64 number) {
+void SeenRecords::Tell(qint64 session, qint64 number) noexcept {
     const QMutexLocker lock(&m_mutex);
-    Of(session).told = number;
+    if (const auto known = m_sessions.find(session); known != m_sessions.end())
+        known->told = number;
 }
 
 } // namespace sysadmin::server

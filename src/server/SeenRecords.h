@@ -33,7 +33,8 @@ public:
                                 const QString& text, bool latest);
     /// The number up to which the session was told which subjects changed.
     qint64 Told(const SessionStart& session);
-    void Tell(const SessionStart& session, qint64 number);
+    /// Never fails: a session that is not known here is told once more.
+    void Tell(qint64 session, qint64 number) noexcept;
 
 private:
     static constexpr int MostSessions = 4000;

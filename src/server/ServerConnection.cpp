@@ -16,9 +16,10 @@ constexpr int MostWrongSignOns = 10;
 constexpr qint64 TouchSeconds = 300;
 
 QByteArray Encoded(quint64 number, const Answer& answer, const QStringList& changed = {}) {
-    // Of the refusals, those say more that are about a lock or about somebody else's change.
+    // Of the refusals, those say more that are about a lock, an expired password or somebody else's change.
     const bool withFields = answer.status == status::Ok || answer.status == status::Continues ||
                             answer.status == status::InvalidSignOn ||
+                            answer.status == status::NotAuthorised ||
                             answer.status == status::RecordChanged || answer.status == status::NotFound;
     return wire::Encode(wire::Reply{number, answer.status,
                                     withFields ? wire::Fields(answer.fields) : wire::Fields(), changed});
@@ -193,7 +194,13 @@ Answer ServerConnection::Carry(const wire::Request& request, const RequestRule& 
                                ListCursor& cursor) {
     Database& database = GetDatabase();
     const Rights rights = Rights::Of(database, session.requester.row);
-    if (!rule.Allows(rights) || session.mustChangePassword)
+    if (session.mustChangePassword) {
+        Answer refusal{status::NotAuthorised};
+        Put(refusal.fields, "CHG", "Y");
+        Put(refusal.fields, "PDT", ReadSecurityRules(database).rulesText);
+        return refusal;
+    }
+    if (!rule.Allows(rights))
         return {status::NotAuthorised};
     if (auto refusal = view.Refusal(m_library->Seen()))
         return *refusal;
@@ -218,7 +225,7 @@ Answer ServerConnection::Carry(const wire::Request& request, const RequestRule& 
         return {status::ReplyTooLong};
     }
     context.records.Finish();
-    if (answer.status == status::NotFound)
+    if (answer.status == status::NotFound || answer.status == status::NotAuthorised)
         answer.fields.clear();
     view.ExplainMissing(answer);
     cursor = context.cursor;
@@ -284,8 +291,11 @@ std::optional<QByteArray> ServerConnection::HandleNumbered(const wire::Request& 
     }
     m_number = request.number;
     m_resumed = false;
+    // A change is kept by now: nothing that could still fail may follow.
+    if (view && !changes)
+        view->KeepRead(m_library->Seen(), answered);
     if (view)
-        view->Keep(m_library->Seen(), answered);
+        view->KeepTold(m_library->Seen());
     if (touch && !changes)
         TouchSession();
     return reply;

@@ -105,8 +105,11 @@ QStringList SessionView::ChangedWords(SeenRecords& seen, const Registry& registr
                             : registry.WordsOf(m_changes.TablesChangedSince(told, m_session.row));
 }
 
-void SessionView::Keep(SeenRecords& seen, qint16 answered) const {
-    seen.Tell(m_session, m_number);
+void SessionView::KeepTold(SeenRecords& seen) const noexcept {
+    seen.Tell(m_session.row, m_number);
+}
+
+void SessionView::KeepRead(SeenRecords& seen, qint16 answered) const {
     if (m_rule.access != Access::View || (answered != status::Ok && answered != status::Continues))
         return;
     if (m_readsAll)

@@ -12,7 +12,7 @@ class Registry;
 struct RequestRule;
 
 /// What one request of a session may not overwrite, and what it lets the session know. Made inside the
-/// request's transaction; everything but `Keep` throws `StoreError`.
+/// request's transaction; what looks at the data throws `StoreError`.
 class SessionView {
 public:
     SessionView(Database& database, const SessionStart& session, const RequestRule& rule,
@@ -25,8 +25,11 @@ public:
     void ExplainMissing(Answer& answer);
     /// The words of the subjects that other sessions changed since this session's last request.
     QStringList ChangedWords(SeenRecords& seen, const Registry& registry);
-    /// Remembers what the session knows now. Call it when the transaction is over.
-    void Keep(SeenRecords& seen, qint16 answered) const;
+    /// Remembers what an answered request has let the session read. Only for one that changed nothing: it may
+    /// run out of memory, and then the request fails.
+    void KeepRead(SeenRecords& seen, qint16 answered) const;
+    /// Remembers up to where the session was told of others' changes.
+    void KeepTold(SeenRecords& seen) const noexcept;
 
 private:
     QString MarkOf(const QString& table) const;

@@ -194,6 +194,8 @@ SignOnResult SignOn(Database& database, const Library& library, const wire::Fiel
         Put(reply, "OI", Text(*row, "operator_id"));
         Put(reply, "ONM", QString(Text(*row, "first_name") + ' ' + Text(*row, "last_name")).trimmed());
         Put(reply, "CHG", expiry.mustChange ? "Y" : "N");
+        if (expiry.mustChange)
+            Put(reply, "PDT", rules.rulesText); // until it is changed no request could ask for it
         if (expiry.reminderDays)
             Put(reply, "WARN", QString::number(*expiry.reminderDays));
     });

@@ -75,6 +75,7 @@ TEST_F(DatabaseAwayTest, AnEditSurvivesThatTheDatabaseIsAwayForLong) {
     EXPECT_FALSE(IsEditing()) << "the session has gone on";
     EXPECT_EQ(Grid().SelectedKey(), "AWAY");
     EXPECT_EQ(Codes(Channel()).count("AWAY"), 1);
+    EXPECT_EQ(Codes(*SignedOnChannel("VIEWER")).count("AWAY"), 1) << "and others see it";
 }
 
 TEST_F(DatabaseAwayTest, AFullDiskRefusesChangesAndEndsNoSession) {

@@ -75,13 +75,18 @@ protected:
         return codes;
     }
 
-    /// The whole client on this server, with the vendor types' screen in front.
-    void OpenVendorTypes() {
+    /// A whole client on this server, signed on as SYSADMIN.
+    std::unique_ptr<Client> StartClient() {
         CommandLine line;
         line.server = Rig().Address();
-        m_client = std::make_unique<Client>(prompter, line);
-        ASSERT_EQ(m_client->Comm().SignOnDirectly("SYSADMIN", testing::SamplePassword("SYSADMIN")), "");
-        ASSERT_TRUE(m_client->Start({"--server", line.server->Text()}));
+        auto client = std::make_unique<Client>(prompter, line);
+        EXPECT_EQ(client->Comm().SignOnDirectly("SYSADMIN", testing::SamplePassword("SYSADMIN")), "");
+        EXPECT_TRUE(client->Start({"--server", line.server->Text()}));
+        return client;
+    }
+    /// One with the vendor types' screen in front.
+    void OpenVendorTypes() {
+        m_client = StartClient();
         m_client->Window()->OpenScreen("Acquisitions_VendorTypes");
         front = m_client->Window()->FindScreen("Acquisitions_VendorTypes");
         ASSERT_TRUE(front);

@@ -138,10 +138,11 @@ TEST_F(SignOnDialogTest, AnotherServerIsGreetedWhenItsAddressIsComplete) {
 TEST(ChangePasswordDialog, ChecksBeforeItAsksAndExplainsEveryRefusal) {
     QStringList changes;
     qint16 status = 0;
-    ChangePasswordDialog dialog("Because.", [&](const QString& oldPassword, const QString& newPassword) {
-        changes.append(oldPassword + ">" + newPassword);
-        return status;
-    });
+    ChangePasswordDialog dialog("Because.", "Rules.",
+                                [&](const QString& oldPassword, const QString& newPassword) {
+                                    changes.append(oldPassword + ">" + newPassword);
+                                    return status;
+                                });
     dialog.show();
     const auto attempt = [&](const QString& oldPassword, const QString& newPassword,
                              const QString& repeated) {

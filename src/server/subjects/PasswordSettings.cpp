@@ -11,8 +11,7 @@ constexpr int MostDays = 999;
 
 Answer GetRulesText(Context& context, const wire::Fields&) {
     Answer answer;
-    Put(answer.fields, "PDT",
-        context.database.FirstValue("SELECT rules_text FROM security_options ORDER BY id").toString());
+    Put(answer.fields, "PDT", ReadSecurityRules(context.database).rulesText);
     return answer;
 }
 
@@ -65,9 +64,16 @@ Answer UpdateExpiry(Context& context, const wire::Fields& request) {
     const auto options = context.records.IdWhere("security_options", "only_one", "Y");
     if (!options)
         return {status::NotFound};
+    // What the maximum age bounds is lowered with it.
     Row row{{"most_age_days", days}};
-    if (days > 0 && ReadSecurityRules(context.database).reminderDays > days)
+    const SecurityRules rules = ReadSecurityRules(context.database);
+    if (days > 0 && rules.reminderDays > days)
         row.insert("reminder_days", days);
+    if (const qint64 seconds = days * SecondsOf("D1"); days > 0 && rules.leastAge > seconds) {
+        const QString unit =
+            context.records.Find("security_options", *options)->value("least_age").toString().left(1);
+        row.insert("least_age", QString(unit + QString::number(seconds / SecondsOf(unit + '1'))));
+    }
     context.records.Update("security_options", *options, row);
     return {};
 }

@@ -13,6 +13,24 @@ bool IsTime(const QString& value) {
     return value.isEmpty() || form.match(value).hasMatch();
 }
 
+/// The pairs of options of which one bounds the other: a change that breaks such a bound is refused. One that
+/// was broken before keeps nobody from changing something else.
+qint16 CheckBounds(Context&, const wire::Fields&, const Row& before, Row& after) {
+    constexpr qint64 SecondsInDay = 86400;
+    const auto touched = [&](const QString& one, const QString& other) {
+        return before.value(one) != after.value(one) || before.value(other) != after.value(other);
+    };
+    const auto number = [&](const QString& column) { return after.value(column).toLongLong(); };
+    const qint64 mostAge = number("most_age_days"); // 0: passwords never expire
+    const bool lengths = number("least_length") > number("most_length");
+    const bool reminder = mostAge > 0 && number("reminder_days") > mostAge;
+    const bool age = mostAge > 0 && SecondsOf(after.value("least_age").toString()) > mostAge * SecondsInDay;
+    const bool isBroken = (lengths && touched("least_length", "most_length")) ||
+                          (reminder && touched("reminder_days", "most_age_days")) ||
+                          (age && touched("least_age", "most_age_days"));
+    return isBroken ? status::ColumnError : status::Ok;
+}
+
 SubjectField Number(const QString& tag, const QString& column, qint64 most, const QString& fallback) {
     return SubjectField::Whole(tag, column, 0, most).Default(fallback);
 }
@@ -56,6 +74,7 @@ void RegisterSecurityOptions(Registry& registry) {
                 SubjectField::Flag("LAT", "log_attempts", "Y"),
             },
         .single = true,
+        .checkPut = CheckBounds,
     });
     registry.AddTable({.name = "invalid_sign_ons",
                        .columns = {{.name = "typed_id"},
