@@ -3,7 +3,7 @@
 
 BuildPackages=(g++ cmake ninja-build ccache pkg-config qt6-base-dev qt6-svg-dev libqt6sql6-sqlite libqt6sql6-psql
     libsodium-dev libssl-dev fonts-dejavu-core)
-TestPackages=(libgtest-dev libbenchmark-dev openssl postgresql)
+TestPackages=(libgtest-dev libbenchmark-dev openssl postgresql xvfb x11-utils)
 
 # RunAsRoot COMMAND...: directly or through sudo.
 RunAsRoot() {

@@ -54,10 +54,11 @@ function(sysadmin_embed target prefix dir pattern)
   target_sources(${target} PRIVATE ${qrc})
 endfunction()
 
-# sysadmin_test(NAME [TOGETHER pattern] LINK target...): the test program of tests/NAME, each of its cases a ctest case.
-# Cases that match the pattern run as one: they share something that is slow to start.
+# sysadmin_test(NAME [TOGETHER pattern] [DISPLAY] LINK target...): the test program of tests/NAME, each of its cases a
+# ctest case. Cases that match the pattern run as one: they share something that is slow to start. With DISPLAY all run
+# as one on a real X display.
 function(sysadmin_test name)
-  cmake_parse_arguments(arg "" "TOGETHER" "LINK" ${ARGN})
+  cmake_parse_arguments(arg "DISPLAY" "TOGETHER" "LINK" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp
        ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.h)
   if(NOT sources)
@@ -67,6 +68,11 @@ function(sysadmin_test name)
   target_precompile_headers(test_${name} REUSE_FROM sysadmin_test_support)
   target_link_libraries(test_${name} PRIVATE sysadmin_test_support ${arg_LINK})
   set(environment "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
+  if(arg_DISPLAY)
+    add_test(NAME ${name} COMMAND ${PROJECT_SOURCE_DIR}/tests/support/on-display $<TARGET_FILE:test_${name}>)
+    set_tests_properties(${name} PROPERTIES TIMEOUT 300 ENVIRONMENT "LC_ALL=C.UTF-8")
+    return()
+  endif()
   if(arg_TOGETHER)
     set(apart TEST_FILTER "-${arg_TOGETHER}")
     add_test(NAME ${name}.together COMMAND test_${name} --gtest_filter=${arg_TOGETHER})

@@ -18,6 +18,12 @@
 
 namespace sysadmin {
 
+void SetUpProgram(QApplication& program, const CommandLine& line) {
+    // No display name: Qt would add it to the title of every box and dialog.
+    QApplication::setApplicationVersion(SYSADMIN_VERSION);
+    ApplyAppearance(program, AppearanceOf(line.appearance).value_or(Appearance::System));
+}
+
 void AddAllScreens(ScreenCatalogue& catalogue) {
     AddAcquisitionsScreens(catalogue);
     AddCirculationScreens(catalogue);

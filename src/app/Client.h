@@ -5,6 +5,8 @@
 
 #include <memory>
 
+class QApplication;
+
 namespace sysadmin {
 
 class MainWindow;
@@ -32,6 +34,9 @@ private:
     Application m_application;
     std::unique_ptr<MainWindow> m_window;
 };
+
+/// What the program says of itself to the window system, and its appearance.
+void SetUpProgram(QApplication& program, const CommandLine& line);
 
 /// Contributes the screens of every subsystem.
 void AddAllScreens(ScreenCatalogue& catalogue);

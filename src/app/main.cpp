@@ -5,7 +5,6 @@
 #include "comm/CommandLine.h"
 #include "core/MainWindow.h"
 #include "core/Prompter.h"
-#include "look/Appearance.h"
 
 #include <QApplication>
 #include <QDir>
@@ -85,8 +84,7 @@ int main(int argc, char** argv) {
     if (onlyPictures && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen"); // pictures need no display
     QApplication program(argc, argv);
-    QApplication::setApplicationVersion(SYSADMIN_VERSION);
-    ApplyAppearance(program, AppearanceOf(line.appearance).value_or(Appearance::System));
+    SetUpProgram(program, line);
     // Whoever only looks leaves no trace in the settings of the operators who work here.
     QTemporaryDir settings;
     if (onlyPictures)
