@@ -4,7 +4,6 @@
 #include "circulation/frmClusterMaintenance.h"
 #include "core/ScreenCatalogue.h"
 #include "framework/PlainScreens.h"
-#include "wire/Status.h"
 
 #include <QCoreApplication>
 
@@ -18,25 +17,20 @@ QString tr(const char* text) {
 
 /// The kinds of notes that staff write into patron records.
 PlainTable PatronNoteTypes() {
-    return {
-        {"Circulation_PatronNoteTypes", 50505, tr("Circulation Patron Note Types"), Area::Circulation},
-        {.subject = tr("Patron Note Type"),
-         .word = "PatNoteTp",
-         .plural = "Patron Note Types",
-         .wholeRows = true,
-         .saveCaption = "Save ",
-         .deleteWords =
-             {{wire::status::InUse,
-               {tr("This patron note type cannot be deleted while\r\nthere are patron notes assigned to it."),
-                tr("Cannot Delete Patron Note Type")}}},
-         .putOrder = {"D"}},
-        {Declare<TextField>({.name = "txtName",
-                             .tag = "D",
-                             .caption = tr("Name:"),
-                             .maxLength = TextLength,
-                             .required = true,
-                             .column = {tr("Names")},
-                             .changedTag = "NNm"})}};
+    return {{"Circulation_PatronNoteTypes", 50505, tr("Circulation Patron Note Types"), Area::Circulation},
+            {.subject = tr("Patron Note Type"),
+             .word = "PatNoteTp",
+             .plural = "Patron Note Types",
+             .wholeRows = true,
+             .saveCaption = "Save ",
+             .putOrder = {"D"}},
+            {Declare<TextField>({.name = "txtName",
+                                 .tag = "D",
+                                 .caption = tr("Name:"),
+                                 .maxLength = TextLength,
+                                 .required = true,
+                                 .column = {tr("Names")},
+                                 .changedTag = "NNm"})}};
 }
 
 } // namespace

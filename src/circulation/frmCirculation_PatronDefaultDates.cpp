@@ -94,8 +94,9 @@ bool frmCirculation_PatronDefaultDates::CheckDate(const DefaultDate& date, const
         return false;
     }
     if (date.exact.Date() > QDate::currentDate() ||
-        App().prompter.ShowBox(this,
-                               {.text = past, .icon = Box::Icon::Question, .buttons = Box::Buttons::YesNo}))
+        App().prompter.ShowBox(
+            this,
+            {.text = past, .icon = Box::Icon::Question, .buttons = Box::Buttons::YesNo, .careful = true}))
         return true;
     View().FocusField(date.exact);
     return false;

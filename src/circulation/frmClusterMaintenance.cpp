@@ -7,6 +7,8 @@
 #include "framework/forms/Rules.h"
 #include "wire/Status.h"
 
+#include <algorithm>
+
 namespace sysadmin {
 
 namespace status = wire::status;
@@ -74,8 +76,12 @@ void frmClusterMaintenance::BeforeLoad() {
         return;
     }
     const bool viewOnly = channel.GetFlag("CluViewOnly");
-    SetRights(!viewOnly && channel.GetFlag("CluCreate"), !viewOnly && channel.GetFlag("CluEdit"),
-              !viewOnly && channel.GetFlag("CluDelete"));
+    m_mayEdit = !viewOnly && channel.GetFlag("CluEdit");
+    const bool mayCreate = !viewOnly && channel.GetFlag("CluCreate");
+    const bool mayDelete = !viewOnly && channel.GetFlag("CluDelete");
+    // Whoever may make or delete clusters only is not offered to edit them; whoever may do neither views
+    // them.
+    SetRights(mayCreate, m_mayEdit, mayDelete, !mayCreate && !mayDelete);
 }
 
 void frmClusterMaintenance::PutListKey(const Table&) {
@@ -101,8 +107,21 @@ void frmClusterMaintenance::ReadRecord(Table& table) {
     QList<PickItem> locations;
     while (channel.NextRecord("CPLID"))
         locations.append({channel.GetField("CPLID"), channel.GetField("CPLNm")});
+    if (!locations.isEmpty() || !defaultLocation.isEmpty())
+        locations.prepend({"", tr("(none)")});
     m_form.lstDefPULoc.SetItems(locations);
     m_form.lstDefPULoc.SetStored(defaultLocation);
+}
+
+bool frmClusterMaintenance::CheckBeforeSave(Table& table) {
+    if (!MaintenanceScreen::CheckBeforeSave(table))
+        return false;
+    const QList<CheckedItem>& desks = m_form.lstOpacCircDesk.Items();
+    if (std::count_if(desks.begin(), desks.end(), [](const CheckedItem& desk) { return desk.checked; }) <= 1)
+        return true;
+    Tell(tr("A cluster has one OPAC circ desk. Please uncheck the others."));
+    table.view->FocusField(m_form.lstOpacCircDesk);
+    return false;
 }
 
 void frmClusterMaintenance::AfterSave(Table& table, const GridRow& row, bool) {
@@ -136,7 +155,8 @@ void frmClusterMaintenance::AfterDelete(Table&, const GridRow& row) {
 }
 
 QString frmClusterMaintenance::EditCaption(const Table& table, State state) const {
-    return IsReadOnly() ? tr("View Cluster Information:") : MaintenanceScreen::EditCaption(table, state);
+    return m_mayEdit || state == State::EditingNew ? MaintenanceScreen::EditCaption(table, state)
+                                                   : tr("View Cluster Information:");
 }
 
 } // namespace sysadmin

@@ -25,8 +25,7 @@ struct ClusterForm : Form {
         *this,
         {.name = "lstOpacCircDesk",
          .caption = tr("OPAC Circ Desk:"),
-         .toolTip = tr("The circulation desk that serves requests from the public catalogue.")},
-        true};
+         .toolTip = tr("The circulation desk that serves requests from the public catalogue.")}};
     ChoiceField lstDefPULoc{
         *this, {.name = "lstDefPULoc", .tag = "CPLID", .caption = tr("Default Pickup Location:")}};
     FlagField chkBlockLocalTrans{
@@ -49,12 +48,14 @@ protected:
     void PutListKey(const Table& table) override;
     void ReportLoadFailure(Table& table, qint16 status) override;
     void ReadRecord(Table& table) override;
+    bool CheckBeforeSave(Table& table) override;
     void AfterSave(Table& table, const GridRow& row, bool wasNew) override;
     bool ConfirmRowDelete(Table& table, const GridRow& row) override;
     void AfterDelete(Table& table, const GridRow& row) override;
     QString EditCaption(const Table& table, State state) const override;
 
 private:
+    bool m_mayEdit = false;
     ClusterForm& m_form = KeepForm<ClusterForm>();
 };
 

@@ -84,9 +84,6 @@ public:
         m_edit->setFrame(!field.Spec().displayOnly); // looks like text that can be copied, not like an entry
         m_widget = m_edit;
         m_focusWidgets = {m_edit};
-        const int maxLength = field.Spec().maxLength;
-        if (maxLength > 0)
-            m_edit->setMaxLength(maxLength);
         connect(m_edit, &QLineEdit::textEdited, this,
                 [this](const QString& text) { m_value.SetDraft(text); });
         connect(m_edit, &QLineEdit::editingFinished, this, [this] {
@@ -97,7 +94,11 @@ public:
 
 protected:
     void ShowValue() override {
-        if (const QString text = Shown(); m_edit->text() != text)
+        const QString text = Shown();
+        // A stored text is shown whole, however long it is.
+        if (const int most = m_value.Spec().maxLength; most > 0)
+            m_edit->setMaxLength(qMax(most, int(text.size())));
+        if (m_edit->text() != text)
             m_edit->setText(text);
     }
     void Lock(bool usable, bool readOnly) override {

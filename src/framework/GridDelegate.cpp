@@ -45,7 +45,7 @@ QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
         if (edit->kind == CellEdit::Kind::Number)
             line->setValidator(new QIntValidator(edit->least, edit->most, line));
         else if (edit->maxLength > 0)
-            line->setMaxLength(edit->maxLength);
+            line->setMaxLength(qMax(edit->maxLength, int(index.data(Qt::EditRole).toString().size())));
         editor = line;
     }
     editor->setAccessibleName(index.model()->headerData(index.column(), Qt::Horizontal).toString());

@@ -23,7 +23,8 @@ namespace sysadmin {
 
 namespace status = wire::status;
 
-void MaintenanceScreen::SetRights(bool mayCreate, bool mayEdit, bool mayDelete) {
+void MaintenanceScreen::SetRights(bool mayCreate, bool mayEdit, bool mayDelete, bool mayView) {
+    m_mayView = mayView;
     m_mayCreate = mayCreate;
     m_mayEdit = mayEdit;
     m_mayDelete = mayDelete;
@@ -37,7 +38,7 @@ void MaintenanceScreen::LoadScreen() {
         m_cmdDelete->hide();
         m_cmdSave->hide();
     }
-    if (!m_mayEdit) {
+    if (!m_mayEdit && m_mayView) {
         m_cmdEdit->setText(tr("Vi&ew"));
         SetDeclaredCaption(*m_cmdEdit, tr("Vi&ew"));
     }
@@ -281,7 +282,7 @@ void MaintenanceScreen::RefreshButtons() {
     const bool inList = m_state == State::List;
     const GridRow* row = table.grid->SelectedRow();
     m_cmdNew->setEnabled(inList && m_mayCreate);
-    m_cmdEdit->setEnabled(inList && row);
+    m_cmdEdit->setEnabled(inList && row && (m_mayEdit || m_mayView));
     m_cmdDelete->setEnabled(inList && row && m_mayDelete && !table.spec.deleteRequest.isEmpty() &&
                             MayDeleteRow(*row));
     for (const Table& each : m_tables)

@@ -59,8 +59,9 @@ protected:
                   const QList<PutStep>& puts = {}, const FormView::SlotMaker& makeSlot = {});
     /// Builds what was declared.
     void Finish();
-    /// Replaces the rights that come from the screen's area. Call it before `LoadScreen` of this class runs.
-    void SetRights(bool mayCreate, bool mayEdit, bool mayDelete);
+    /// Replaces the rights that come from the screen's area; `mayView`: who may not edit views records
+    /// instead. Call it before `LoadScreen` of this class runs.
+    void SetRights(bool mayCreate, bool mayEdit, bool mayDelete, bool mayView = true);
     /// Puts a further button below New, Edit and Delete on the list side, or in front of Save in the edit
     /// area.
     void AddListButton(QPushButton* button);
@@ -147,12 +148,14 @@ private:
     void ReloadRows(Table& table);
     void SetState(State state);
     QString KeyAfterSave(const Table& table) const;
+    QString FindSaved(const Table& table) const;
     void ShowTable(int index);
 
     bool m_readOnly = false;
     bool m_mayCreate = false;
     bool m_mayEdit = false;
     bool m_mayDelete = false;
+    bool m_mayView = true;
     State m_state = State::List;
     SaveContext m_context;
     bool m_isStored = false; // the record itself; what is left of the save are its further requests

@@ -51,12 +51,12 @@ bool MaintenanceScreen::Save(bool stay) {
     if (text && !row.key.isEmpty())
         App().pickLists.Put(table.spec.pickLists, {row.key, text->DisplayText()});
     Announce(table.spec.notice);
-    if (stay)
+    if (stay && !row.key.isEmpty())
         SetState(State::Editing);
     else
         EndEdit();
     emit App().notices.Done(tr("Saved %1").arg(RecordText(table, row)));
-    return true;
+    return !stay || !row.key.isEmpty();
 }
 
 // What one step of the save stored is accepted at once: saved again after a failure, the save goes on with
@@ -80,11 +80,14 @@ bool MaintenanceScreen::SendRecord(Table& table) {
         ReportSaveFailure(table, result);
         return false;
     }
-    const QString key = KeyAfterSave(table);
-    if (key.isEmpty())
+    QString key = KeyAfterSave(table);
+    if (key.isEmpty()) {
         LoadList(table); // the server did not say under which id it keeps the record: ask for what it has
-    else
+        key = FindSaved(table);
+        table.grid->SelectKey(key);
+    } else {
         table.grid->PutRow(RowFromForm(table, key), m_context.originalKey);
+    }
     m_context = {.isNew = false, .originalKey = key};
     m_isStored = !table.spec.steps.isEmpty();
     for (Field* field : fields)
@@ -98,6 +101,10 @@ bool MaintenanceScreen::SendSteps(Table& table) {
         if (std::none_of(step.fields.begin(), step.fields.end(),
                          [](const Field* field) { return field->IsChanged(); }))
             continue;
+        if (m_context.originalKey.isEmpty()) { // a new record that the list does not show
+            App().ReportRequestFailure(status::NotFound, step.caption, table.spec.subject);
+            return true;
+        }
         App().channel.PutField(step.keyTag, m_context.originalKey);
         for (const PutStep& put : step.puts)
             put(App().channel, m_context);
@@ -126,6 +133,16 @@ bool MaintenanceScreen::SaveSeveral(Table& table) {
     for (const Field* field : spec.form->Chosen())
         field->Put(App().channel);
     const qint16 result = App().channel.SendRequest(spec.request);
+    if (result == status::RecordChanged) {
+        Tell(SeveralChanged(App().channel, spec.keyTag, [&](const QString& key) {
+            const GridRow* row = table.grid->Model().FindRow(key);
+            return row ? DeleteItemText(table, *row) : key;
+        }));
+        const QStringList keys = table.grid->SelectedKeys();
+        LoadList(table);
+        table.grid->SelectKeys(keys);
+        return false;
+    }
     const bool anyFailed = TellFailures(spec.failedTag, spec.problemTag);
     if (!anyFailed && result != status::Ok) {
         App().ReportRequestFailure(result, spec.saveCaption, table.spec.subject);
@@ -157,13 +174,32 @@ QString MaintenanceScreen::KeyAfterSave(const Table& table) const {
     return {};
 }
 
+// The key of the list's record that reads like the one in the form: in the column by which new records are
+// found, else in the first one; of several that one which reads so in all columns.
+QString MaintenanceScreen::FindSaved(const Table& table) const {
+    const QList<GridColumn>& columns = table.spec.columns;
+    const GridRow saved = RowFromForm(table, {});
+    qsizetype place = -1;
+    for (qsizetype i = 0; i < columns.size(); ++i)
+        if (columns[i].tag == table.spec.matchTag || (place < 0 && !columns[i].hidden && !columns[i].yesNo))
+            place = i;
+    QStringList keys;
+    for (const GridRow& row : table.grid->Model().Rows())
+        if (row.cells.value(place).trimmed() == saved.cells.value(place).trimmed()) {
+            if (row.cells == saved.cells)
+                return row.key;
+            keys << row.key;
+        }
+    return keys.size() == 1 ? keys.first() : QString();
+}
+
 GridRow MaintenanceScreen::RowFromForm(const Table& table, const QString& key) const {
     GridRow row{key, {}, {}};
     const GridRow* before = table.grid->SelectedRow();
     for (qsizetype i = 0; i < table.spec.columns.size(); ++i) {
         if (const auto* value =
                 dynamic_cast<ValueField*>(table.form->FindByColumn(table.spec.columns[i].tag)))
-            row.cells.append(value->DisplayText());
+            row.cells.append(value->IsBlank() ? QString() : value->DisplayText()); // not "(none)"
         else
             row.cells.append(before && before->key == key ? before->cells.value(i) : QString());
     }

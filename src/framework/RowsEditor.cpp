@@ -165,7 +165,8 @@ void RowsEditor::Remove() {
           m_grid->GetPrompter()->ShowBox(m_grid->window(), {.text = spec.removeQuestion,
                                                             .icon = Box::Icon::Question,
                                                             .buttons = Box::Buttons::YesNo,
-                                                            .title = spec.removeTitle})))
+                                                            .title = spec.removeTitle,
+                                                            .careful = true})))
         return;
     const int place = m_grid->Model().DisplayRow(key);
     m_rows.RemoveRow(key);

@@ -93,7 +93,15 @@ void SingleRecordScreen::LoadScreen() {
 void SingleRecordScreen::LoadRecord() {
     m_lblChanged->hide();
     m_form->Clear();
-    BeforeLoad();
+    m_loaded = BeforeLoad();
+    if (m_loaded)
+        AskForRecord();
+    // A record that could not be read must not be overwritten by what stands in empty fields.
+    m_view->SetReadOnly(m_readOnly || !m_loaded);
+    RefreshButtons();
+}
+
+void SingleRecordScreen::AskForRecord() {
     LoadChoices(*m_form, m_spec.loadCaption, m_spec.subject);
     PutKey();
     const qint16 result = App().channel.SendRequest(m_spec.getRequest);
@@ -110,9 +118,6 @@ void SingleRecordScreen::LoadRecord() {
     } else {
         App().ReportRequestFailure(result, m_spec.loadCaption, m_spec.subject);
     }
-    // A record that could not be read must not be overwritten by what stands in empty fields.
-    m_view->SetReadOnly(m_readOnly || !m_loaded);
-    RefreshButtons();
 }
 
 void SingleRecordScreen::ReadRecord() {

@@ -33,8 +33,9 @@ protected:
     /// Puts a further button in front of Save.
     void AddButton(QPushButton* button);
 
-    /// Whatever has to be there before the record is loaded.
-    virtual void BeforeLoad() {}
+    /// Whatever has to be there before the record is loaded; false (after its message) when it is not, and
+    /// then there is nothing to edit.
+    virtual bool BeforeLoad() { return true; }
     /// Puts what the get request needs.
     virtual void PutKey() {}
     virtual void ReadRecord();
@@ -46,6 +47,7 @@ protected:
 
 private:
     void LoadRecord();
+    void AskForRecord();
     void Reload();
     void Save();
     void SendSave();

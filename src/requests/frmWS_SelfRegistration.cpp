@@ -95,14 +95,12 @@ void frmWS_SelfRegistration::OnClusterChanged() {
         LoadScreen();
 }
 
-void frmWS_SelfRegistration::BeforeLoad() {
-    if (!App().clusters.Current())
-        GetClusterList(App(), this);
+bool frmWS_SelfRegistration::BeforeLoad() {
+    return App().clusters.Current() || GetClusterList(App(), this);
 }
 
 void frmWS_SelfRegistration::PutKey() {
-    const clsCluster* cluster = App().clusters.Current();
-    App().channel.PutField("CID", cluster ? cluster->sClusterID : QString());
+    App().channel.PutField("CID", App().clusters.Current()->sClusterID);
 }
 
 void frmWS_SelfRegistration::ReadRecord() {
@@ -141,7 +139,7 @@ void frmWS_SelfRegistration::PutFields(RequestChannel& channel) const {
     for (const auto& field : m_form.fields) {
         channel.PutField("FC", field->code.isEmpty() ? m_form.IdentifierCode() : field->code);
         channel.PutField("FV", BoolToYN(field->visible.IsOn()));
-        channel.PutField("FR", BoolToYN(field->required.IsOn()));
+        channel.PutField("FR", BoolToYN(field->visible.IsOn() && field->required.IsOn()));
     }
 }
 

@@ -51,7 +51,7 @@ public:
     void OnClusterChanged() override;
 
 protected:
-    void BeforeLoad() override;
+    bool BeforeLoad() override;
     void PutKey() override;
     void ReadRecord() override;
     bool CheckBeforeSave() override;

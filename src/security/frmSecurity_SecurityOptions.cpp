@@ -150,7 +150,8 @@ bool frmSecurity_SecurityOptions::CheckBeforeSave() {
            App().prompter.ShowBox(this, {.text = tr("Your minimum password character requirements are not "
                                                     "satisified.  Continue anyway?"),
                                          .icon = Box::Icon::Question,
-                                         .buttons = Box::Buttons::YesNo});
+                                         .buttons = Box::Buttons::YesNo,
+                                         .careful = true});
 }
 
 void frmSecurity_SecurityOptions::LoadLog() {

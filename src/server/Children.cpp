@@ -128,6 +128,7 @@ qint16 ApplyOne(Context& context, const Children& children, qint64 owner, const 
     *id = there;
     if (state == Unchanged)
         return status::Ok;
+    row = *before;
     if (const qint16 refused = ReadFields(context, children.fields, sent.fields, false, row))
         return refused;
     context.records.Update(children.table, there, row);

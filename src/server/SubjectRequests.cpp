@@ -69,7 +69,7 @@ std::optional<QVariant> ToStore(Context& context, const SubjectField& field, con
         return std::nullopt;
     switch (field.kind) {
     case SubjectField::Kind::Text:
-        if (value.size() > field.limit)
+        if (value.size() - value.count("\r\n") > field.limit) // a line break is one character
             return std::nullopt;
         return value;
     case SubjectField::Kind::Flag:
@@ -354,6 +354,10 @@ qint16 ReadFields(Context& context, const QList<SubjectField>& fields, const wir
                 continue;
             value = field.fallback;
         }
+        // A text that came from elsewhere may be longer than its field: unchanged it may stay.
+        if (!adding && field.kind == SubjectField::Kind::Text && !value->isEmpty() &&
+            row.value(field.column).toString() == *value)
+            continue;
         const auto stored = ToStore(context, field, *value);
         if (!stored)
             return status::ColumnError;

@@ -1,9 +1,11 @@
 #include "system/AddressPage.h"
 
 #include "core/Application.h"
+#include "core/data/YesNo.h"
 #include "framework/ListGrid.h"
 
 #include <QHBoxLayout>
+#include <QSignalBlocker>
 
 namespace sysadmin {
 
@@ -85,12 +87,34 @@ void AddressPage::EmptyFields() {
 void AddressPage::Put(RequestChannel& channel, Action action) {
     channel.PutField("AdrRq", QString::number(int(action)));
     channel.PutField("AdrID", m_id);
-    for (const Field* field : m_form.PostalFields() + m_form.TypeFlags())
-        field->Put(channel);
-    if (action == Action::Removed)
-        m_form.vsfPhone.PutRemoval(channel);
-    else
+    const auto putFields = [&] {
+        for (const Field* field : m_form.PostalFields() + m_form.TypeFlags())
+            field->Put(channel);
+    };
+    if (action != Action::Removed) {
+        putFields();
         m_form.vsfPhone.Put(channel);
+        return;
+    }
+    // It is removed as the server has it. What was typed stays until that has worked.
+    const QSignalBlocker quiet(&m_form);
+    const Form::Loading loading(m_form);
+    const QList<std::any> drafts = m_form.TakeDrafts();
+    m_form.Revert();
+    putFields();
+    m_form.vsfPhone.PutRemoval(channel);
+    m_form.GiveDrafts(drafts);
+}
+
+bool AddressPage::Holds(const RequestChannel& channel) {
+    for (const Field* field : m_form.PostalFields() + m_form.TypeFlags()) {
+        const auto& value = *static_cast<const ValueField*>(field);
+        const bool isFlag = field->GetKind() == Field::Kind::Flag;
+        const QString sent = isFlag ? BoolToYN(static_cast<const FlagField*>(field)->IsOn()) : value.Draft();
+        if (sent != channel.GetField(value.Tag()))
+            return false;
+    }
+    return true;
 }
 
 void AddressPage::FocusFirst() {

@@ -69,6 +69,8 @@ public:
     void EmptyFields();
     /// Puts the address, then its phones.
     void Put(RequestChannel& channel, Action action);
+    /// Whether the address under the channel's cursor is what stands on the page.
+    bool Holds(const RequestChannel& channel);
     void FocusFirst();
 
 signals:

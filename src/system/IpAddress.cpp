@@ -70,11 +70,11 @@ IpFamily FamilyOfIp(const QString& canonical) {
     return canonical.startsWith(MappedPrefix) ? IpFamily::V4 : IpFamily::V6;
 }
 
-QStringList IpGroups(const QString& canonical) {
+QStringList IpGroups(const QString& canonical, IpFamily family) {
     QStringList groups;
     if (!IsCanonicalIp(canonical))
         return groups;
-    if (FamilyOfIp(canonical) == IpFamily::V4) {
+    if (family == IpFamily::V4) {
         const QString bytes = canonical.right(9).remove(':');
         for (int i = 0; i < bytes.size(); i += 2)
             groups.append(QString::number(bytes.mid(i, 2).toUInt(nullptr, Hex)));
@@ -86,10 +86,11 @@ QStringList IpGroups(const QString& canonical) {
 }
 
 QString ShowIp(const QString& canonical) {
-    const QStringList groups = IpGroups(canonical);
+    const IpFamily family = FamilyOfIp(canonical);
+    const QStringList groups = IpGroups(canonical, family);
     if (groups.isEmpty())
         return canonical;
-    return groups.join(FamilyOfIp(canonical) == IpFamily::V4 ? '.' : ':');
+    return groups.join(family == IpFamily::V4 ? '.' : ':');
 }
 
 bool Overlap(const IpRange& one, const IpRange& other) {

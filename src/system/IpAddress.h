@@ -26,9 +26,9 @@ bool IsCanonicalIp(const QString& text);
 
 /// V4 for an IPv4-mapped address.
 IpFamily FamilyOfIp(const QString& canonical);
-/// The address as it stands in the boxes of its family, without leading zeros. A text that is not in
-/// canonical form has no groups.
-QStringList IpGroups(const QString& canonical);
+/// The address as it stands in the boxes of a family, without leading zeros: of V4 only one of that family.
+/// A text that is not in canonical form has no groups.
+QStringList IpGroups(const QString& canonical, IpFamily family);
 /// The address as operators read it: dotted decimal, or eight groups without leading zeros. A text that is
 /// not in canonical form is shown as it is.
 QString ShowIp(const QString& canonical);

@@ -80,8 +80,12 @@ void IpAddressBoxes::SetFamily(IpFamily family) {
 }
 
 void IpAddressBoxes::SetAddress(const QString& canonical) {
-    SetFamily(FamilyOfIp(canonical));
-    const QStringList groups = IpGroups(canonical);
+    SetAddress(canonical, FamilyOfIp(canonical));
+}
+
+void IpAddressBoxes::SetAddress(const QString& canonical, IpFamily family) {
+    SetFamily(family);
+    const QStringList groups = IpGroups(canonical, family);
     for (qsizetype i = 0; i < Shown().size(); ++i)
         Shown()[i]->setText(groups.value(i));
 }

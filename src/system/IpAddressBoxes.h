@@ -24,6 +24,8 @@ public:
     void SetFamily(IpFamily family);
     /// Shows an address in the boxes of its family.
     void SetAddress(const QString& canonical);
+    /// Shows it in the boxes of a family: of V4 only an address of that family.
+    void SetAddress(const QString& canonical, IpFamily family);
     /// The address in canonical form; none while a box does not hold what it should.
     std::optional<QString> Address() const;
     /// Puts the focus into the first box that does not hold what it should, else into the first one.

@@ -12,6 +12,8 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace sysadmin {
 
 namespace {
@@ -76,9 +78,14 @@ void IpAddressDialog::SetFamily(IpFamily family) {
 }
 
 void IpAddressDialog::SetAddresses(const QStringList& addresses) {
+    // A range may begin as IPv4 and end as IPv6: then both ends are shown as IPv6.
+    const bool isAllIpv4 = std::all_of(addresses.begin(), addresses.end(), [](const QString& address) {
+        return FamilyOfIp(address) == IpFamily::V4;
+    });
+    const IpFamily family = isAllIpv4 ? IpFamily::V4 : IpFamily::V6;
     for (qsizetype i = 0; i < m_boxes.size(); ++i)
-        m_boxes[i]->SetAddress(addresses.value(i));
-    SetFamily(FamilyOfIp(addresses.value(0)));
+        m_boxes[i]->SetAddress(addresses.value(i), family);
+    SetFamily(family);
     m_boxes.first()->FocusProblem();
 }
 

@@ -102,7 +102,8 @@ void frmSystem_Addresses::ReadAddresses(AddressPage* justSaved) {
     RequestChannel& channel = m_application.channel;
     while (channel.NextRecord("AdrID")) {
         AddressPage* page = PageOf(channel.GetField("AdrID"));
-        if (!page && justSaved && justSaved->Id().isEmpty())
+        // Others may have added addresses meanwhile: the one just saved is known by what was saved.
+        if (!page && justSaved && justSaved->Id().isEmpty() && justSaved->Holds(channel))
             page = justSaved;
         for (AddressPage* free : m_pages)
             if (!page && !free->IsOpen())
@@ -151,7 +152,13 @@ void frmSystem_Addresses::Save() {
     // The server numbers new addresses and phones.
     if (ReadLocation() == status::Ok) {
         ReadAddresses(&page);
-        return;
+        if (!page.Id().isEmpty())
+            return;
+        page.Close(); // what the server made of it is found like any other's
+        if (ReadLocation() == status::Ok) {
+            ReadAddresses(nullptr);
+            return;
+        }
     }
     m_application.prompter.ShowBox(this, {.text = tr("Unable to load System Addresses.")});
     QDialog::reject(); // what stands here is no longer what the server has
@@ -167,7 +174,6 @@ void frmSystem_Addresses::Delete() {
         page.Close();
         return;
     }
-    page.Revert(); // it is removed as the server has it
     if (const qint16 result = Send(page, int(AddressPage::Action::Removed)); result != status::Ok) {
         m_application.prompter.ShowBox(this, {.text = tr("Database error ") + QString::number(result) +
                                                       tr(" while deleting System Address ") + number + "."});

@@ -35,6 +35,7 @@ struct LocationForm : Form {
                               .source = {.request = "LstLib",
                                          .textTag = "LN",
                                          .pickList = "cboOwningLib",
+                                         .none = tr("(none)"),
                                          .caption = "Load System Locations",
                                          .unableToLoad = tr("System Locations")}}};
     TextField fpCatalogPolicyGroup{*this,

@@ -1,6 +1,12 @@
 #include "system/frmSystem_PrintLocations.h"
 
+#include "framework/forms/Rules.h"
+
 namespace sysadmin {
+
+PrintLocationForm::PrintLocationForm() {
+    When([this] { return chkDefault.Stored() == u"Y"; }).Disable(chkDefault);
+}
 
 frmSystem_PrintLocations::frmSystem_PrintLocations(Application& application, QWidget* parent)
     : MaintenanceScreen(application, "frmSystem_PrintLocations", tr("System Print Locations"), Area::System,
@@ -28,13 +34,6 @@ bool frmSystem_PrintLocations::PrepareNew(Table& table) {
          {&m_form.chkCircGroups, &m_form.chkAcqGroups, &m_form.chkMediaGroups, &m_form.chkCatGroups})
         group->SetStored("Y");
     return MaintenanceScreen::PrepareNew(table);
-}
-
-bool frmSystem_PrintLocations::ConfirmRowDelete(Table& table, const GridRow& row) {
-    if (row.cells.first() != "Y")
-        return MaintenanceScreen::ConfirmRowDelete(table, row);
-    Tell(tr("This print location cannot be deleted because it is the default print location."));
-    return false;
 }
 
 void frmSystem_PrintLocations::AfterSave(Table& table, const GridRow& saved, bool) {

@@ -5,6 +5,7 @@
 namespace sysadmin {
 
 struct PrintLocationForm : Form {
+    PrintLocationForm();
     TextField txtCode{*this,
                       {.name = "txtCode",
                        .tag = "Cd",
@@ -19,7 +20,12 @@ struct PrintLocationForm : Form {
                        .maxLength = TextLength,
                        .required = true,
                        .changedTag = "NNm"}};
-    FlagField chkDefault{*this, {.name = "chkDefault", .tag = "DP", .caption = tr("Default Print Location")}};
+    FlagField chkDefault{
+        *this,
+        {.name = "chkDefault",
+         .tag = "DP",
+         .caption = tr("Default Print Location"),
+         .toolTip = tr("There is always one: marking another print location takes the mark from this one.")}};
     FlagField chkCircGroups{*this, {.name = "chkCircGroups", .tag = "CG", .caption = tr("Circulation")}};
     FlagField chkAcqGroups{*this, {.name = "chkAcqGroups", .tag = "AG", .caption = tr("Acquisitions")}};
     FlagField chkMediaGroups{*this,
@@ -36,7 +42,6 @@ public:
 
 protected:
     bool PrepareNew(Table& table) override;
-    bool ConfirmRowDelete(Table& table, const GridRow& row) override;
     void AfterSave(Table& table, const GridRow& row, bool wasNew) override;
 
 private:

@@ -19,13 +19,15 @@ void ScreenDriver::FailingLists() {
         m_rig->channel.TakeSent();
         m_rig->channel.Always(m_table->add, {});
         m_rig->channel.Once(m_table->list, {55, {}});
+        m_rig->channel.Once(m_table->list, {0, ListReply(*m_table, {1, 2, 3})});
         Click("cmdSave");
         ExpectTold("reading the list again", m_table->strict ? QStringList{report(55)} : QStringList{});
         wire::Fields again = m_screen.listPuts;
         again.append(wire::Field{"55", "Y"});
         Expect("reading the list again sends", m_rig->channel.TakeSent().mid(1).join("; "),
                Line(m_table->list, m_screen.listPuts) + "; " + Line(m_table->list, again));
-        Expect("rows read again", QString::number(Grid().Model().rowCount()), "2");
+        Expect("rows read again", QString::number(Grid().Model().rowCount()), "3");
+        Expect("selected after reading again", Grid().SelectedKey(), KeyOf(3));
     }
     if (m_table->sharesList)
         return;

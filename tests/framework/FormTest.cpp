@@ -108,6 +108,19 @@ TEST(FormTest, OddServerValuesSurvive) {
     EXPECT_FALSE(form.IsChanged());
     EXPECT_EQ(form.cboLibrary.Draft(), "no such library");
     EXPECT_EQ(form.cboLibrary.DisplayText(), "no such library");
+
+    // What is longer than its field may stay, and only that.
+    form.LoadFrom({{"Cd", "LONGER"}, {"LP", "007"}, {"LKD", "H007"}});
+    EXPECT_FALSE(form.FirstProblem());
+    form.Tidy();
+    EXPECT_FALSE(form.IsChanged());
+    form.txtCode.SetDraft("LONGEST");
+    EXPECT_EQ(form.FirstProblem()->field, &form.txtCode);
+    form.txtLimit.SetDraft("0080");
+    form.fpPeriod.SetParts("024", "H");
+    form.Tidy();
+    EXPECT_EQ(form.Put({PutValue(form.txtLimit), PutValue(form.fpPeriod)}, {}),
+              (wire::Fields{{"LP", "80"}, {"LKD", "H24"}}));
 }
 
 } // namespace

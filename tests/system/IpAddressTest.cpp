@@ -37,7 +37,7 @@ TEST(IpAddressTest, CanonicalFormAndBack) {
     for (const Case& one : cases) {
         EXPECT_EQ(FamilyOfIp(one.canonical), one.family);
         EXPECT_EQ(ShowIp(one.canonical), one.shown);
-        EXPECT_EQ(CanonicalIp(one.family, IpGroups(one.canonical)), one.canonical);
+        EXPECT_EQ(CanonicalIp(one.family, IpGroups(one.canonical, one.family)), one.canonical);
         EXPECT_EQ(ParseIp(one.shown), one.canonical);
         EXPECT_TRUE(IsCanonicalIp(one.canonical));
     }

@@ -15,9 +15,6 @@ void CheckedField::SetStoredItems(const QList<CheckedItem>& items) {
 void CheckedField::SetChecked(qsizetype index, bool checked) {
     if (m_draft.value(index).checked == checked)
         return;
-    if (m_single && checked)
-        for (CheckedItem& item : m_draft)
-            item.checked = false;
     m_draft[index].checked = checked;
     NotifyEdit();
 }

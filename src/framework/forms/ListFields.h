@@ -20,10 +20,8 @@ struct CheckedItem {
 /// A list of entries with a check mark each. Reading and putting it is the screen's own matter.
 class CheckedField : public Field {
 public:
-    /// `single`: checking an entry takes the mark from the one that had it.
-    CheckedField(Form& form, const FieldSpec& spec, bool single = false)
-        : Field(form, Kind::Checked, spec)
-        , m_single(single) {}
+    CheckedField(Form& form, const FieldSpec& spec)
+        : Field(form, Kind::Checked, spec) {}
     const QList<CheckedItem>& Items() const { return m_draft; }
     void SetStoredItems(const QList<CheckedItem>& items);
     void SetChecked(qsizetype index, bool checked);
@@ -41,7 +39,6 @@ public:
     QStringList Words() const override;
 
 private:
-    bool m_single;
     QList<CheckedItem> m_stored;
     QList<CheckedItem> m_draft;
 };

@@ -7,6 +7,17 @@
 
 namespace sysadmin {
 
+namespace {
+
+/// A whole number without the zeros in front; other text as it is.
+QString WithoutZeros(const QString& number) {
+    bool isNumber = false;
+    const int value = number.trimmed().toInt(&isNumber);
+    return isNumber ? QString::number(value) : number;
+}
+
+} // namespace
+
 void ValueField::SetDraft(const QString& value) {
     if (m_draft == value)
         return;
@@ -42,7 +53,8 @@ void ValueField::Put(RequestChannel& channel) const {
 QString ValueField::Problem() const {
     if (const QString problem = Field::Problem(); !problem.isEmpty())
         return problem;
-    if (Spec().maxLength > 0 && m_draft.size() > Spec().maxLength)
+    // A stored text may be longer than its field: it may stay.
+    if (IsChanged() && Spec().maxLength > 0 && m_draft.size() > Spec().maxLength)
         return Form::tr("\"%1\" takes %2 characters at the most.").arg(PlainCaption()).arg(Spec().maxLength);
     return {};
 }
@@ -72,6 +84,11 @@ QString ChoiceField::DisplayText() const {
         if (item.id == Draft())
             return item.text;
     return Draft();
+}
+
+void NumberField::Tidy() {
+    if (IsChanged())
+        SetDraft(WithoutZeros(Draft()));
 }
 
 QString NumberField::Problem() const {
@@ -250,6 +267,11 @@ QString IntervalField::DisplayText() const {
     while (unit.size() > 1 && unit.endsWith('s'))
         unit.chop(1);
     return Number() + ' ' + (Number().toInt() == 1 || unit.size() <= 1 ? unit : unit + 's');
+}
+
+void IntervalField::Tidy() {
+    if (IsChanged() && !IsBlank())
+        SetParts(WithoutZeros(Number()), Unit());
 }
 
 QString IntervalField::Problem() const {

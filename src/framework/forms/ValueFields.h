@@ -126,6 +126,7 @@ public:
     int Value() const { return Draft().toInt(); }
     void SetValue(int value) { SetDraft(QString::number(value)); }
     QString Problem() const override;
+    void Tidy() override;
 };
 
 /// An amount of money: kept with a decimal point and without group marks, travels as one blank when empty.
@@ -209,6 +210,7 @@ public:
     /// "3 years".
     QString DisplayText() const override;
     QString Problem() const override;
+    void Tidy() override;
 };
 
 } // namespace sysadmin

@@ -19,7 +19,13 @@ qint16 TakeDefault(Context& context, const wire::Fields& request, qint64 id, boo
     return status::Ok;
 }
 
-/// Without the default, whoever has not chosen a location would print nowhere.
+/// Without the default, whoever has not chosen a location would print nowhere: the mark is only moved.
+qint16 KeepMark(Context&, const wire::Fields&, const Row& before, Row& after) {
+    const bool takesIt =
+        before.value("is_default").toString() == "Y" && after.value("is_default").toString() != "Y";
+    return takesIt ? status::InUse : status::Ok;
+}
+
 qint16 KeepDefault(Context&, qint64, const Row& record) {
     return record.value("is_default").toString() == "Y" ? status::InUse : status::Ok;
 }
@@ -50,6 +56,7 @@ void RegisterPrintLocations(Registry& registry) {
         .listArea = Area::AnyOperator,
         .usages = {{"workstations"}},
         .addReply = {"ID", "Cd"},
+        .checkPut = KeepMark,
         .afterPut = TakeDefault,
         .checkRemove = KeepDefault,
     });

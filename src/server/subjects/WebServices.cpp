@@ -68,6 +68,9 @@ qint16 StoreRegistrationFields(Context& context, const wire::Fields& request) {
     }
     if (flags.size() != 2 * codes.size())
         return status::ColumnError;
+    for (qsizetype i = 0; i < flags.size(); i += 2)
+        if (flags[i] == "N" && flags[i + 1] == "Y")
+            return status::ColumnError; // what a patron does not get to see cannot be asked of them
     if (codes.isEmpty())
         return status::Ok;
     for (const QVariant& kept : context.database.FirstColumn("SELECT code FROM registration_fields"))
