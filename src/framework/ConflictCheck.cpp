@@ -3,6 +3,7 @@
 #include "core/Application.h"
 #include "core/Prompter.h"
 #include "framework/forms/Field.h"
+#include "framework/forms/ShownDate.h"
 #include "wire/Status.h"
 
 #include <QSet>
@@ -104,6 +105,18 @@ ConflictAnswer SettleSave(Application& application, QWidget* parent, const Confl
     if (stored == theirs)
         return ConflictAnswer::SaveMine;
     return Ask(application, parent, conflict, Compare(stored, mine, theirs), canSave);
+}
+
+QString SeveralChanged(RequestChannel& channel, const QString& keyTag,
+                       const std::function<QString(const QString& key)>& nameOf) {
+    QStringList lines;
+    while (channel.NextRecord(keyTag))
+        lines << Form::tr("%1 (%2, %3)")
+                     .arg(nameOf(channel.GetField(keyTag)), channel.GetField("ChBy"),
+                          ShownDate(channel.GetField("ChAt")));
+    return Form::tr("Nothing was saved. Others have changed these records since the list was read:") +
+           "\r\n\r\n" + lines.join("\r\n") + "\r\n\r\n" +
+           Form::tr("The list shows them as they are now. Save again to change them all the same.");
 }
 
 ConflictAnswer SettleDelete(Application& application, QWidget* parent, const Conflict& conflict,

@@ -33,6 +33,7 @@ struct RequestRule {
     QStringList keyTags = {};
     /// The unique text that is the key; empty: the id.
     QString keyColumn = {};
+    bool several = false;       ///< the key may be sent many times: so many records are changed
     bool single = false;        ///< there is one record of the table at the most
     QStringList narrowing = {}; ///< tags with which a list answers a part of the records only
     /// Sets apart what a session reads of a record that several requests read in parts.

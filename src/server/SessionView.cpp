@@ -30,7 +30,7 @@ SessionView::SessionView(Database& database, const SessionStart& session, const 
     , m_number(m_changes.Last()) {
     if (rule.tables.isEmpty())
         return;
-    FindRecord(request);
+    FindRecords(request);
     // Of a list that goes out in parts, the first part says how old it is.
     m_readsAll = rule.access == Access::View && rule.keyTags.isEmpty() && !rule.single &&
                  !Has(request, "55") &&
@@ -38,31 +38,42 @@ SessionView::SessionView(Database& database, const SessionStart& session, const 
                               [&](const QString& tag) { return Has(request, tag); });
 }
 
-void SessionView::FindRecord(const wire::Fields& request) {
+void SessionView::FindRecords(const wire::Fields& request) {
     if (m_rule.single) {
-        m_id = 0;
+        m_records = {{.key = {}, .text = {}, .id = 0}};
         return;
     }
     const auto tag = std::find_if(m_rule.keyTags.begin(), m_rule.keyTags.end(),
                                   [&](const QString& candidate) { return Has(request, candidate); });
     if (tag == m_rule.keyTags.end())
         return;
-    m_key = wire::FirstValue(request, *tag);
-    if (!IsStorable(m_key))
-        m_key.clear(); // no record has such a key
+    m_keyTag = *tag;
+    for (const wire::Field& field : request) {
+        if (field.tag == m_keyTag)
+            m_records.append(Find(field.value));
+        if (!m_rule.several && !m_records.isEmpty())
+            return;
+    }
+}
+
+SessionView::Named SessionView::Find(const QString& key) const {
+    if (!IsStorable(key))
+        return {}; // no record has such a key
+    Named named{.key = key, .text = {}, .id = {}};
     QVariant id;
     if (m_rule.keyColumn.isEmpty()) {
         bool isNumber = false;
-        if (const qint64 number = m_key.toLongLong(&isNumber); isNumber)
+        if (const qint64 number = key.toLongLong(&isNumber); isNumber)
             id = m_database.FirstValue("SELECT id FROM " + m_rule.tables.first() + " WHERE id=?", {number});
     } else {
-        m_text = Fold(m_key);
+        named.text = Fold(key);
         id = m_database.FirstValue("SELECT id FROM " + m_rule.tables.first() + " WHERE " +
                                        FoldedName(m_rule.keyColumn) + "=?",
-                                   {m_text});
+                                   {named.text});
     }
     if (id.isValid())
-        m_id = id.toLongLong();
+        named.id = id.toLongLong();
+    return named;
 }
 
 QString SessionView::MarkOf(const QString& table) const {
@@ -70,29 +81,39 @@ QString SessionView::MarkOf(const QString& table) const {
 }
 
 std::optional<Answer> SessionView::Refusal(SeenRecords& seen) {
-    if (m_rule.access != Access::Edit || !m_id)
+    if (m_rule.access != Access::Edit)
         return std::nullopt;
-    const QString table = m_rule.tables.first();
-    const auto change = m_changes.ByOthers(table, *m_id, m_session.row);
-    if (!change)
-        return std::nullopt;
-    // A row is removed by what its list shows, and changed by what an edit has read.
-    const bool removes = m_rule.name.startsWith("Del");
-    const auto known = seen.Known(m_session, MarkOf(table), *m_id, m_text, removes);
-    if (!known || change->number <= *known)
-        return std::nullopt;
+    // A row is removed by what its list shows, and so are several rows changed; one alone is changed by what
+    // an edit has read.
+    const bool byList = m_rule.several || m_rule.name.startsWith("Del");
     Answer refusal{status::RecordChanged};
-    PutChange(refusal.fields, *change);
-    return refusal;
+    for (const Named& record : m_records) {
+        if (!record.id)
+            continue;
+        const QString table = m_rule.tables.first();
+        const auto change = m_changes.ByOthers(table, *record.id, m_session.row);
+        if (!change)
+            continue;
+        const auto known = seen.Known(m_session, MarkOf(table), *record.id, record.text, byList);
+        if (!known || change->number <= *known)
+            continue;
+        if (m_rule.several)
+            Put(refusal.fields, m_keyTag, record.key);
+        PutChange(refusal.fields, *change);
+    }
+    return refusal.fields.isEmpty() ? std::nullopt : std::optional(refusal);
 }
 
 void SessionView::ExplainMissing(Answer& answer) {
-    if (answer.status != status::NotFound || m_id || m_key.isEmpty())
+    const auto missing = std::find_if(m_records.begin(), m_records.end(), [](const Named& record) {
+        return !record.id && !record.key.isEmpty();
+    });
+    if (answer.status != status::NotFound || missing == m_records.end())
         return;
     const QString table = m_rule.tables.first();
     const auto removal = m_rule.keyColumn.isEmpty()
-                             ? m_changes.RemovalOf(table, m_key.toLongLong(), m_session.row)
-                             : m_changes.RemovalOf(table, m_key, m_session.row);
+                             ? m_changes.RemovalOf(table, missing->key.toLongLong(), m_session.row)
+                             : m_changes.RemovalOf(table, missing->key, m_session.row);
     if (!removal)
         return;
     answer.fields.clear();
@@ -115,8 +136,9 @@ void SessionView::KeepRead(SeenRecords& seen, qint16 answered) const {
     if (m_readsAll)
         for (const QString& table : m_rule.tables)
             seen.ReadAll(m_session, MarkOf(table), m_number);
-    else if (m_id)
-        seen.ReadOne(m_session, MarkOf(m_rule.tables.first()), *m_id, m_text, m_number);
+    else if (!m_records.isEmpty() && m_records.first().id)
+        seen.ReadOne(m_session, MarkOf(m_rule.tables.first()), *m_records.first().id, m_records.first().text,
+                     m_number);
 }
 
 } // namespace sysadmin::server

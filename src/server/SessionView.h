@@ -19,7 +19,8 @@ public:
                 const wire::Fields& request);
 
     /// The refusal of a change to a record that somebody else changed after this session read it: its fields
-    /// say who that was and when.
+    /// say who that was and when; of a request that changes several records for each of those, behind its
+    /// key.
     std::optional<Answer> Refusal(SeenRecords& seen);
     /// Adds who removed the record to an answer that it was not found.
     void ExplainMissing(Answer& answer);
@@ -33,16 +34,22 @@ public:
 
 private:
     QString MarkOf(const QString& table) const;
-    void FindRecord(const wire::Fields& request);
+    struct Named {
+        QString key;              ///< as it was sent
+        QString text;             ///< folded, when the key is a text
+        std::optional<qint64> id; ///< none: there is no such record
+    };
+
+    void FindRecords(const wire::Fields& request);
+    Named Find(const QString& key) const;
 
     Database& m_database;
     SessionStart m_session;
     const RequestRule& m_rule;
     Changes m_changes;
-    qint64 m_number = 0;        // the last change that the request sees
-    std::optional<qint64> m_id; // of the record that it names
-    QString m_key;              // as it was sent
-    QString m_text;             // folded, when the key is a text
+    qint64 m_number = 0; // the last change that the request sees
+    QString m_keyTag;
+    QList<Named> m_records; // those that it names
     bool m_readsAll = false;
 };
 

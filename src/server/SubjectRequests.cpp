@@ -1,5 +1,6 @@
 #include "server/SubjectRequests.h"
 
+#include "server/SubjectReads.h"
 #include "server/store/Database.h"
 
 #include <QRegularExpression>
@@ -7,51 +8,6 @@
 namespace sysadmin::server {
 
 namespace {
-
-std::optional<QString> Sent(const wire::Fields& request, const QString& tag) {
-    for (const wire::Field& field : request)
-        if (field.tag == tag)
-            return field.value;
-    return std::nullopt;
-}
-
-const SubjectField* KeyField(const Subject& subject) {
-    for (const SubjectField& field : subject.fields)
-        if (field.tag == subject.key && field.kind == SubjectField::Kind::Text)
-            return &field;
-    return nullptr;
-}
-
-/// The id of the record of the key that a request names.
-std::optional<qint64> IdOfKey(Context& context, const Subject& subject, const wire::Fields& request,
-                              bool useOriginal) {
-    if (subject.single)
-        return context.records.IdWhere(subject.table, "only_one", "Y");
-    std::optional<QString> key;
-    if (useOriginal && !subject.originalKey.isEmpty())
-        key = Sent(request, subject.originalKey);
-    if (!key)
-        key = Sent(request, subject.key);
-    if (!key)
-        return std::nullopt;
-    if (const SubjectField* field = KeyField(subject))
-        return context.records.IdOfText(subject.table, field->column, *key);
-    bool valid = false;
-    const qint64 id = key->toLongLong(&valid);
-    return valid ? context.records.IdWhere(subject.table, "id", id) : std::nullopt;
-}
-
-/// The id of the record that a request names, if it is among those with which the request works.
-std::optional<qint64> FindKey(Context& context, const Subject& subject, const wire::Fields& request,
-                              bool useOriginal) {
-    const auto id = IdOfKey(context, subject, request, useOriginal);
-    const auto within = subject.within ? Sent(request, subject.within->tag) : std::nullopt;
-    if (!id || !within)
-        return id;
-    const QVariant held = context.database.FirstValue(
-        "SELECT " + subject.within->column + " FROM " + subject.table + " WHERE id=?", {*id});
-    return held.toString() == within->trimmed() ? id : std::nullopt;
-}
 
 bool IsDecimal(const QString& value) {
     static const QRegularExpression form("^[+-]?(\\d+(\\.\\d*)?|\\.\\d+)\\z");
@@ -123,139 +79,6 @@ qint16 FindDuplicate(Context& context, const Subject& subject, const Row& row, q
             return field.duplicateStatus;
     }
     return status::Ok;
-}
-
-/// How a record travels: the SQL that reads it and the tags of its columns, in order.
-struct Shape {
-    QStringList tags;
-    QString select;
-};
-
-Shape MakeShape(const Subject& subject, bool list) {
-    Shape shape;
-    QStringList columns{"t.id"};
-    QString joins;
-    // The reply to a get leaves the id out: the screen knows for which one it asked.
-    if (list && !KeyField(subject)) {
-        shape.tags << subject.key;
-        columns << "t.id";
-    }
-    for (const SubjectField& field : subject.fields) {
-        if (list ? !field.inList : !field.inGet)
-            continue;
-        shape.tags << field.tag;
-        if (field.targetColumn.isEmpty()) {
-            columns << QString("t." + field.column);
-            continue;
-        }
-        const QString alias = QString("j%1").arg(columns.size());
-        columns << QString(alias + '.' + field.targetColumn);
-        joins += " LEFT JOIN " + field.target + ' ' + alias + " ON " + alias + ".id=t." + field.column;
-    }
-    shape.select = "SELECT " + columns.join(", ") + " FROM " + subject.table + " t" + joins;
-    return shape;
-}
-
-void AppendRecord(const Shape& shape, const ResultRow& row, ReplyFields& reply) {
-    for (qsizetype i = 0; i < shape.tags.size(); ++i)
-        Put(reply, shape.tags[i], row.value(int(i) + 1).toString());
-}
-
-bool IsNumber(const Subject& subject, const QString& column) {
-    for (const SubjectField& field : subject.fields)
-        if (field.column == column)
-            return field.kind == SubjectField::Kind::Whole || field.kind == SubjectField::Kind::Reference ||
-                   field.kind == SubjectField::Kind::Joined;
-    for (const Column& hidden : subject.columns)
-        if (hidden.name == column)
-            return hidden.type == ColumnType::Whole || hidden.type == ColumnType::Reference;
-    return false;
-}
-
-qint16 ListAll(Context& context, const Subject& subject, const Shape& shape, const wire::Fields& request,
-               ReplyFields& reply) {
-    QStringList conditions;
-    QVariantList values;
-    for (const ListFilter& filter : subject.listFilters) {
-        const auto value = Sent(request, filter.tag);
-        if (!value)
-            continue;
-        conditions << QString("t." + filter.column + "=?");
-        if (!IsNumber(subject, filter.column)) {
-            values << *value;
-            continue;
-        }
-        bool valid = false;
-        values << value->toLongLong(&valid);
-        if (!valid)
-            return status::ColumnError;
-    }
-    if (subject.batch > 0) {
-        const QString name = subject.requests.list;
-        const bool goesOn = Sent(request, "55") == "Y" && context.cursor.request == name;
-        if (!goesOn)
-            context.cursor = {name, 0};
-        conditions << "t.id>?";
-        values << context.cursor.after;
-    }
-    QString sql = shape.select;
-    if (!conditions.isEmpty())
-        sql += " WHERE " + conditions.join(" AND ");
-    QStringList order;
-    if (subject.batch == 0)
-        for (const QString& column : subject.order)
-            order << QString("t." + column);
-    order << "t.id";
-    sql += " ORDER BY " + order.join(", ");
-    if (subject.batch > 0)
-        sql += " LIMIT " + QString::number(subject.batch + 1);
-
-    int sent = 0;
-    bool more = false;
-    context.database.Each(sql, values, [&](const ResultRow& row) {
-        if (subject.batch > 0 && sent == subject.batch) {
-            more = true;
-            return;
-        }
-        AppendRecord(shape, row, reply);
-        ++sent;
-        if (subject.batch > 0)
-            context.cursor.after = row.value(0).toLongLong();
-    });
-    for (const ColumnList& list : subject.alsoListed)
-        PutList(context, list, reply);
-    if (subject.addToList)
-        subject.addToList(context, request, reply);
-    return more ? status::Continues : status::Ok;
-}
-
-Answer Get(Context& context, const Subject& subject, const Shape& shape, const wire::Fields& request) {
-    Answer answer;
-    const auto id = FindKey(context, subject, request, false);
-    if (!id && subject.single) {
-        if (subject.requests.add.isEmpty())
-            for (const SubjectField& field : subject.fields)
-                if (field.inGet)
-                    Put(answer.fields, field.tag, field.fallback);
-        return answer;
-    }
-    if (!id)
-        return {status::NotFound};
-    context.database.Each(shape.select + " WHERE t.id=?", {*id},
-                          [&](const ResultRow& row) { AppendRecord(shape, row, answer.fields); });
-    for (const Membership& membership : subject.memberships) {
-        PutAvailable(context, membership, *id, answer.fields);
-        PutSelected(context, membership, *id, answer.fields);
-    }
-    if (subject.addToGet)
-        subject.addToGet(context, *id, answer.fields);
-    if (!subject.children.isEmpty()) {
-        const Row record = *context.records.Find(subject.table, *id);
-        for (const Children& children : subject.children)
-            if (children.where.Holds(record))
-                PutChildren(context, children, *id, answer.fields);
-    }
-    return answer;
 }
 
 qint16 FinishPut(Context& context, const Subject& subject, const wire::Fields& request, qint64 id,
@@ -389,14 +212,14 @@ QList<RequestRule> RequestsOf(const Subject& subject) {
             names.list, subject.listArea.value_or(subject.area), Access::View, subject.batch > 0,
             [s, shape = MakeShape(subject, true)](Context& context, const wire::Fields& request) {
                 Answer answer;
-                answer.status = ListAll(context, *s, shape, request, answer.fields);
+                answer.status = ReadAll(context, *s, shape, request, answer.fields);
                 return answer;
             }};
     if (!names.get.isEmpty())
         rules << RequestRule{
             names.get, subject.area, Access::View, false,
             [s, shape = MakeShape(subject, false)](Context& context, const wire::Fields& request) {
-                return Get(context, *s, shape, request);
+                return ReadRecord(context, *s, shape, request);
             }};
     if (!names.available.isEmpty())
         rules << RequestRule{names.available, subject.area, Access::View, false,

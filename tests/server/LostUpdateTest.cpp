@@ -2,6 +2,7 @@
 
 #include "server/Registry.h"
 #include "server/store/Changes.h"
+#include "server/subjects/Registrations.h"
 #include "support/TestServer.h"
 
 #include <algorithm>
@@ -104,6 +105,47 @@ TEST_P(LostUpdateTest, EveryUpdateAndDeleteIsRefusedOnceSomebodyElseChangedTheRe
         ++tried;
     }
     EXPECT_GT(tried, 40);
+}
+
+TEST_P(LostUpdateTest, AChangeOfSeveralRecordsSaysWhichOnesOthersChanged) {
+    const auto registry = std::const_pointer_cast<Registry>(MakeRegistry());
+    registry->AddRequest({.name = "UpdMultVenTp",
+                          .area = Area::Acquisitions,
+                          .access = Access::Edit,
+                          .changes = true,
+                          .handler = [](Context&, const wire::Fields&) { return Answer(); },
+                          .tables = {"vendor_types"},
+                          .keyTags = {"Cd"},
+                          .keyColumn = "code",
+                          .several = true});
+    m_other.reset();
+    m_server.reset();
+    m_server = std::make_unique<TestServer>(TestServer::Options{.address = Address(), .registry = registry});
+    m_other = m_server->Connect();
+    ASSERT_EQ(m_other->SignOn("SYSADMIN", SamplePassword("SYSADMIN")), status::Ok);
+
+    const auto rename = [&](const char* code) {
+        ASSERT_EQ(
+            Other().Send("UpdVenTp", {{"Cd", code}, {"Nm", QString("New ") + code}, {"OCd", code}}).status,
+            status::Ok);
+    };
+    const QStringList codes = ValuesOf(Mine().Send("LstVenTp").fields, "Cd");
+    wire::Fields all;
+    for (const QString& code : codes)
+        all.append({"Cd", code});
+    EXPECT_EQ(Mine().Send("UpdMultVenTp", all).status, status::Ok);
+    rename("BOOK");
+    rename("PUB");
+    const wire::Reply refused = Mine().Send("UpdMultVenTp", all);
+    EXPECT_EQ(refused.status, status::RecordChanged);
+    QStringList named = ValuesOf(refused.fields, "Cd");
+    named.sort();
+    EXPECT_EQ(named, (QStringList{"BOOK", "PUB"}));
+    EXPECT_FALSE(InRecord(refused.fields, "Cd", "PUB", "ChBy").isEmpty());
+    EXPECT_EQ(Mine().Send("UpdMultVenTp", {all[0]}).status,
+              named.contains(all[0].value) ? status::RecordChanged : status::Ok);
+    Mine().Send("LstVenTp"); // and has seen them
+    EXPECT_EQ(Mine().Send("UpdMultVenTp", all).status, status::Ok);
 }
 
 TEST_P(LostUpdateTest, ARestartForgetsNoConflict) {

@@ -4,20 +4,13 @@
 #include "server/store/Table.h"
 
 #include <QFile>
-#include <QRandomGenerator>
 #include <QSqlError>
 #include <QSqlRecord>
-#include <QThread>
 #include <QUuid>
 
 namespace sysadmin::server {
 
 namespace {
-
-/// How long SQLite waits by itself for what only takes a moment.
-constexpr int BusyMilliseconds = 2000;
-/// The advisory lock that a change holds in PostgreSQL; the number is nobody else's in a library's database.
-constexpr qint64 WritersLock = 0x5359'5341'444d'494e;
 
 StoreError::Kind KindOf(StoreAddress::Engine engine, const QSqlError& error) {
     using Kind = StoreError::Kind;
@@ -289,134 +282,6 @@ QStringList Database::ColumnsOf(const QString& table) const {
     for (int column = 0; column < record.count(); ++column)
         names << record.fieldName(column);
     return names;
-}
-
-Transaction::Transaction(Database& database, Mode mode)
-    : m_database(database) {
-    if (mode == Mode::Read)
-        BeginReading();
-    else
-        BeginWriting(mode == Mode::Write);
-}
-
-void Transaction::BeginReading() {
-    const bool sqlite = m_database.GetEngine() == StoreAddress::Engine::Sqlite;
-    m_database.RunOnce(sqlite ? "BEGIN" : "BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY");
-}
-
-void Transaction::BeginWriting(bool wait) {
-    // Within the program the line is fair; across programs the database sees to it that one writes at a time.
-    const auto deadline = WriterQueue::Clock::now() + m_database.Patience();
-    m_turn = wait ? m_database.m_writers->Wait(deadline) : m_database.m_writers->TakeIfFree();
-    if (!m_turn)
-        throw StoreError(StoreError::Kind::Busy, "Other changes take too long.");
-    if (m_database.GetEngine() == StoreAddress::Engine::Sqlite) {
-        BeginImmediate(wait ? deadline : WriterQueue::Clock::now());
-        return;
-    }
-    // Each statement sees what was committed before it began, and so all that was before the lock. The disk
-    // is waited for after the turn: see Commit.
-    m_database.RunOnce("BEGIN ISOLATION LEVEL READ COMMITTED; SET LOCAL synchronous_commit=off");
-    try {
-        if (wait)
-            m_database.RunOnce(QString("SELECT pg_advisory_xact_lock(%1)").arg(WritersLock));
-        else if (!m_database.FirstValue("SELECT pg_try_advisory_xact_lock(?)", {WritersLock}).toBool())
-            throw StoreError(StoreError::Kind::Busy, "Somebody else is changing something.");
-    } catch (...) {
-        Undo();
-        throw;
-    }
-}
-
-void Transaction::BeginImmediate(WriterQueue::Clock::time_point deadline) {
-    // The engine's own waiting looks ten times a second, and would seldom find a moment between the changes
-    // of a busy program.
-    m_database.RunOnce("PRAGMA busy_timeout=0");
-    std::exception_ptr refused;
-    try {
-        while (!m_database.TryImmediate()) {
-            if (WriterQueue::Clock::now() >= deadline)
-                throw StoreError(StoreError::Kind::Busy, "Changes of other programs take too long.");
-            QThread::usleep(500 + QRandomGenerator::global()->bounded(1500u));
-        }
-    } catch (...) {
-        refused = std::current_exception();
-    }
-    try {
-        m_database.RunOnce("PRAGMA busy_timeout=" + QString::number(BusyMilliseconds));
-    } catch (...) {
-        if (!refused)
-            Undo(); // nobody else would: the transaction has not come about
-        throw;
-    }
-    if (refused)
-        std::rethrow_exception(refused);
-}
-
-Transaction::~Transaction() {
-    if (m_open)
-        Undo();
-}
-
-void Transaction::Undo() {
-    try {
-        m_database.RunOnce("ROLLBACK");
-    } catch (const std::exception&) {
-        // The connection is gone, and the transaction with it. (Without memory it is not: then whoever sees
-        // that closes the connection.)
-    }
-}
-
-void Transaction::Commit() {
-    try {
-        m_database.RunOnce("COMMIT");
-    } catch (const StoreError&) {
-        // PostgreSQL has undone the transaction by now, SQLite has it still open.
-        m_open = m_database.GetEngine() == StoreAddress::Engine::Sqlite;
-        throw;
-    }
-    m_open = false;
-    if (!m_turn)
-        return;
-    m_turn.End();
-    if (m_database.GetEngine() == StoreAddress::Engine::Sqlite) {
-        m_database.CheckFile();
-        return;
-    }
-    // The log is written in order, so whatever is committed with a wait for the disk takes all before it
-    // there: one wait serves all who wait at the time, and the next changes go on meanwhile. If it fails,
-    // nobody knows whether the change outlives the database server.
-    try {
-        m_database.RunOnce("SELECT pg_logical_emit_message(true, 'sysadmin', '')");
-    } catch (const StoreError& error) {
-        throw StoreError(StoreError::Kind::Lost, error.Text());
-    }
-}
-
-bool RunInTransaction(Database& database, Transaction::Mode mode, const std::function<bool()>& work) {
-    const auto deadline = WriterQueue::Clock::now() + database.Patience();
-    for (unsigned pause = 2;; pause = qMin(2 * pause, 100u)) {
-        try {
-            Transaction transaction(database, mode);
-            if (!work())
-                return false;
-            transaction.Commit();
-            return true;
-        } catch (const StoreError& error) {
-            if (error.GetKind() != StoreError::Kind::Transient)
-                throw;
-            if (WriterQueue::Clock::now() >= deadline)
-                throw StoreError(StoreError::Kind::Busy, error.Text());
-        }
-        QThread::msleep(pause);
-    }
-}
-
-void RunInTransaction(Database& database, const std::function<void()>& work) {
-    RunInTransaction(database, Transaction::Mode::Write, [&] {
-        work();
-        return true;
-    });
 }
 
 } // namespace sysadmin::server

@@ -101,6 +101,9 @@ public:
 
 private:
     friend class Transaction;
+    /// How long SQLite waits by itself for what only takes a moment.
+    static constexpr int BusyMilliseconds = 2000;
+
     std::unique_ptr<QSqlQuery> Execute(const QString& sql, const Values& values);
     void Keep(const QString& sql, std::unique_ptr<QSqlQuery> query);
     int RunOnce(const QString& sql);

@@ -125,7 +125,9 @@ qint16 ReadAccount(const wire::Fields& request, Row& row) {
     for (const wire::Field& field : request) {
         for (const TextColumn& text : texts)
             if (field.tag == text.tag) {
-                if (field.value.size() > text.limit || field.value.contains(QChar(0)))
+                // What came from elsewhere may be longer: unchanged it may stay.
+                const bool isNew = row.value(text.column).toString() != field.value;
+                if (isNew && (field.value.size() > text.limit || field.value.contains(QChar(0))))
                     return status::ColumnError;
                 row.insert(text.column, field.value);
             }
