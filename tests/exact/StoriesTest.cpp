@@ -148,6 +148,8 @@ bool JobStory::OnStage(const QString& command, const Words& words) {
     } else if (command == u"panel") {
         auto& panel = Get<QLabel>(Window(), "lblCluster");
         EXPECT_EQ(panel.isHidden() ? QString() : panel.text(), words[0]);
+    } else if (command == u"sql") { // past client and server
+        Store().Run(words.join(' '));
     } else if (command == u"stored") { // COUNT SELECT ...
         EXPECT_EQ(Store().FirstValue(words.mid(1).join(' ')).toString(), words[0]);
     } else {
