@@ -64,7 +64,7 @@ void Transaction::BeginImmediate(WriterQueue::Clock::time_point deadline) {
         refused = std::current_exception();
     }
     try {
-        m_database.RunOnce("PRAGMA busy_timeout=" + QString::number(BusyMilliseconds));
+        m_database.RunOnce("PRAGMA busy_timeout=" + QString::number(Database::BusyMilliseconds));
     } catch (...) {
         if (!refused)
             Undo(); // nobody else would: the transaction has not come about
