@@ -146,6 +146,11 @@ void Registry::About(const QString& request, const QStringList& tables, const QS
     rule->single = GetTables().value(tables.first()).IsSingle();
 }
 
+void Registry::AboutSeveral(const QString& request, const QString& table, const QString& keyTag) {
+    About(request, {table}, {keyTag});
+    m_requests[request].several = true;
+}
+
 QString RequestRule::Word() const {
     static const QRegularExpression verb("^(Lst|Get|Add|Upd|Del)(?=[A-Z])");
     return QString(name).remove(verb);

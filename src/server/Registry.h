@@ -69,6 +69,8 @@ public:
     /// Says which records a request reads or changes.
     void About(const QString& request, const QStringList& tables, const QStringList& keyTags = {},
                const QString& keyColumn = {}, const QString& scope = {});
+    /// The same of a request that changes several records, each named by its id under the tag.
+    void AboutSeveral(const QString& request, const QString& table, const QString& keyTag);
     /// Gives a request a preparation.
     void Prepare(const QString& request, Preparation preparation);
     void AddMigration(Migration migration);

@@ -30,27 +30,6 @@ protected:
 };
 INSTANTIATE_ON_ENGINES(SubjectTest);
 
-<<<<<<< HEAD
-=======
-TEST_P(SubjectTest, ValuesAreKeptLiterally) {
-    const QStringList names{"'; DROP TABLE vendor_types; --", "\" OR 1=1", "back\\slash \\' and \\\\",
-                            "%_*? $1 ? :name", "two\r\nlines\tand a tab", "Ünïcödé 書籍 العربية 😀",
-                            "e\u0301 with a combining accent", QString(40, QChar(0x4e66)),
-                            // A line break is one of the characters that a text may have.
-                            QString(38, 'l') + "\r\nm"};
-    for (qsizetype i = 0; i < names.size(); ++i)
-        ASSERT_EQ(StatusOf("AddVenTp", {{"Cd", QString("Q%1'").arg(i)}, {"Nm", names[i]}}), status::Ok) << i;
-    const wire::Fields list = Send("LstVenTp").fields;
-    for (qsizetype i = 0; i < names.size(); ++i)
-        EXPECT_EQ(InRecord(list, "Cd", QString("Q%1'").arg(i), "Nm"), names[i]);
-    // The same letter in another form is the same name.
-    EXPECT_EQ(
-        StatusOf("AddVenTp", {{"Cd", "ACC"}, {"Nm", QString(QChar(0xc9)) + " WITH a combining accent"}}),
-        status::DuplicateName);
-    EXPECT_EQ(StatusOf("DelVenTp", {{"Cd", "Q1'"}}), status::Ok);
-}
-
->>>>>>> a6c78db (Stories of the corrected rules)
 TEST_P(SubjectTest, TextsComeBackExactlyOrAreRefused) {
     const auto character = [](char32_t code) { return QString::fromUcs4(&code, 1); };
     const QString mark{QChar(QChar::ByteOrderMark)};

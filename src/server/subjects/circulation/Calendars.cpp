@@ -302,6 +302,8 @@ void RegisterCalendars(Registry& registry) {
     }
     registry.AddChange("DelMultCal", Area::Circulation, RemoveSeveral);
     registry.AddChange("UpdMultCal", Area::Circulation, UpdateSeveral);
+    for (const char* request : {"DelMultCal", "UpdMultCal"})
+        registry.AboutSeveral(request, "calendars", "ID");
 }
 
 } // namespace sysadmin::server

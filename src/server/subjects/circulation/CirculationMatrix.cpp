@@ -343,6 +343,7 @@ void RegisterCirculationMatrix(Registry& registry) {
         return AddEntries(context, request, wire::FirstValue(request, "OV") == u"Y");
     });
     registry.AddChange("UpdMulMat", Area::Circulation, UpdateEntries);
+    registry.AboutSeveral("UpdMulMat", Matrix, "MI");
 }
 
 } // namespace sysadmin::server
