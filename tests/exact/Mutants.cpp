@@ -127,7 +127,8 @@ void Fields(Mutator& mutator, Form& form) {
         mutator.Text("tag" + of, spec.tag);
         if (field->GetKind() == sysadmin::Field::Kind::Checked)
             continue;
-        mutator.Text("tool tip" + of, spec.toolTip);
+        if (field->GetKind() != sysadmin::Field::Kind::Flag) // those explain rights, in words of their own
+            mutator.Text("tool tip" + of, spec.toolTip);
         mutator.Text("caption" + of, spec.caption);
         mutator.Text("unit" + of, spec.unit);
         mutator.Text("initial value" + of, spec.initial);
