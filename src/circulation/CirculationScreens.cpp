@@ -1,5 +1,6 @@
 #include "circulation/CirculationScreens.h"
 
+#include "circulation/frmCirculation_Calendars.h"
 #include "circulation/frmCirculation_PatronDefaultDates.h"
 #include "circulation/frmClusterMaintenance.h"
 #include "core/ScreenCatalogue.h"
@@ -39,6 +40,7 @@ void AddCirculationScreens(ScreenCatalogue& catalogue) {
     catalogue.Contribute<frmClusterMaintenance>("Circ_Clusters", 50500);
     catalogue.Contribute<frmCirculation_PatronDefaultDates>("Circulation_PatronDefaultDates", 50506);
     catalogue.Contribute(PatronNoteTypes());
+    catalogue.Contribute<frmCirculation_Calendars>("Circ_Calendars", 50502, true);
 }
 
 } // namespace sysadmin

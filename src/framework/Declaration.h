@@ -10,6 +10,8 @@ class QJsonObject;
 
 namespace sysadmin {
 
+class RowsField;
+
 /// A message that a screen has of its own for a status.
 struct OwnWords {
     QString text;
@@ -30,6 +32,7 @@ struct SaveStep {
 struct SeveralSpec {
     Form* form = nullptr; ///< null: the table does not offer it
     Layout layout = Below({});
+    QString frame{};  ///< name of the edit area; empty: it has none of its own
     QString button{}; ///< name and caption of the button on the list side
     QString buttonCaption{};
     QString caption{}; ///< of the frame
@@ -38,6 +41,10 @@ struct SeveralSpec {
     QString keyTag = "ID";    ///< put once per selected record
     QString failedTag = "Nm"; ///< begins the record of each one in the reply that failed
     QString problemTag = "Err";
+    /// A field of the form that lists the records, those to be changed with Y in the first column; then no
+    /// box stands in front of the fields, and `puts` are put. Null: the records selected in the list.
+    RowsField* records = nullptr;
+    QList<PutStep> puts{};
 };
 
 /// What is said once about a table that a maintenance screen maintains; the screen's behaviour comes from it.
@@ -50,7 +57,10 @@ struct TableSpec {
     QString plural{};    ///< "Acquisitions Vendor Types" makes the captions "Load ...", "Save ..." and so on
     QString notice{};    ///< subject word announced to other screens; empty: `word`
     QString gridName = "vsf";
-    QString tabCaption{}; ///< only where a screen has several tables
+    /// Under which list, get and save requests carry the current cluster; empty: records are of no cluster.
+    QString clusterTag{};
+    bool listAfterChange = false; ///< the list is asked for again after every change
+    QString tabCaption{};         ///< only where a screen has several tables
 
     QList<GridColumn> columns{};   ///< empty: those of the fields, in their order
     QString recordTag = "ID";      ///< begins a record of the list reply and holds its key
@@ -65,9 +75,12 @@ struct TableSpec {
     QString getRequest{}; ///< empty: the row holds the whole record
     QString addRequest{};
     QString updateRequest{};
-    QString deleteRequest{};    ///< empty: records cannot be deleted
-    QString getKeyTag{};        ///< tag of the key in get and delete requests; empty: the record tag
-    QString originalTag{};      ///< tag of the key in update requests; empty: the record tag
+    QString deleteRequest{}; ///< empty: records cannot be deleted
+    QString getKeyTag{};     ///< tag of the key in get and delete requests; empty: the record tag
+    QString originalTag{};   ///< tag of the key in update requests; empty: the record tag
+    /// Deletes all selected records; the reply names those that it could not (tags of `several`). Empty: one
+    /// record at a time.
+    QString deleteSeveralRequest{};
     QString availableRequest{}; ///< asked before a new record is entered; empty: none
 
     QString loadCaption{};

@@ -88,6 +88,8 @@ QJsonObject DialogOf(const RowAsker& asker) {
                        {"buttons", QJsonArray{spec.okName, spec.cancelName}}};
     Say(object, "focus", spec.focus);
     Say(object, "okCaption", spec.okCaption);
+    Say(object, "newCaption", spec.newCaption);
+    Say(object, "refusalTitle", spec.refusalTitle);
     if (asker.form)
         object["fields"] = FieldsOf(*asker.form);
     if (!asker.captions.isEmpty())
@@ -211,7 +213,9 @@ QJsonObject ToJson(const TableDeclaration& table) {
                                                                 {"saveCaption", spec.saveCaption},
                                                                 {"deleteCaption", spec.deleteCaption},
                                                                 {"matchTag", spec.matchTag},
-                                                                {"pickTag", spec.pickTag}})
+                                                                {"pickTag", spec.pickTag},
+                                                                {"clusterTag", spec.clusterTag},
+                                                                {"deleteSeveral", spec.deleteSeveralRequest}})
         Say(object, name, text);
     if (spec.namesRecord)
         Say(object, "nameTag", spec.nameTag);
@@ -223,13 +227,19 @@ QJsonObject ToJson(const TableDeclaration& table) {
                                  {"puts", StepsOf(step.puts)}});
     if (!steps.isEmpty())
         object["steps"] = steps;
-    if (spec.several.form)
-        object["several"] = QJsonObject{{"request", spec.several.request},
-                                        {"caption", spec.several.caption},
-                                        {"saveCaption", spec.several.saveCaption},
-                                        {"keyTag", spec.several.keyTag},
-                                        {"fields", FieldsOf(*spec.several.form)}};
+    if (spec.several.form) {
+        QJsonObject several{{"request", spec.several.request},
+                            {"caption", spec.several.caption},
+                            {"saveCaption", spec.several.saveCaption},
+                            {"keyTag", spec.several.keyTag},
+                            {"fields", FieldsOf(*spec.several.form)}};
+        Say(several, "frame", spec.several.frame);
+        if (spec.several.records)
+            several["puts"] = StepsOf(spec.several.puts);
+        object["several"] = several;
+    }
     Say(object, "frameIdle", spec.frameIdle);
+    Say(object, "listAfterChange", spec.listAfterChange);
     Say(object, "continuing", spec.continuing);
     Say(object, "boxOnLoadFailure", spec.boxOnLoadFailure);
     if (spec.sorted)

@@ -70,7 +70,10 @@ void FormDialog::accept() {
     const std::optional<Form::Finding> problem = m_form.FirstProblem();
     const QString refusal = problem ? problem->text : m_spec.check ? m_spec.check() : QString();
     if (!refusal.isEmpty()) {
-        m_prompter.ShowBox(this, {.text = refusal});
+        Box box{.text = refusal};
+        if (!m_spec.refusalTitle.isEmpty() && !problem)
+            box.title = m_spec.refusalTitle;
+        m_prompter.ShowBox(this, box);
         if (problem)
             m_view->FocusField(*problem->field);
         else
@@ -109,7 +112,11 @@ RowAsker AskInForm(const FormDialogSpec& spec, const QList<GridColumn>& columns,
                                      const GridRow* former, const RowCheck& check) {
         form->TakeRow(former, columns);
         FormDialogSpec own = asked;
+        if (!former && !asked.newCaption.isEmpty())
+            own.okCaption = asked.newCaption;
         own.check = [&]() -> QString {
+            if (const QString refusal = form->Refusal(); !refusal.isEmpty())
+                return refusal;
             if (const QString refusal = asked.check ? asked.check() : QString(); !refusal.isEmpty())
                 return refusal;
             return check(form->MakeRow(former, columns), former);

@@ -43,6 +43,8 @@ public:
     virtual void TakeRow(const GridRow* row, const QList<GridColumn>& columns);
     /// The row as it is entered now.
     virtual GridRow MakeRow(const GridRow* former, const QList<GridColumn>& columns) const;
+    /// Says why what is entered is no row; empty when it is one.
+    virtual QString Refusal() { return {}; }
 };
 
 /// Asks for a row in a form dialog. The form serves each time that the dialog is opened.

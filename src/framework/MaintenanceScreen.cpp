@@ -7,6 +7,7 @@
 #include "framework/RowSummary.h"
 #include "framework/Utility.h"
 #include "framework/forms/ListFields.h"
+#include "framework/forms/RowsField.h"
 #include "wire/Status.h"
 
 #include <QGroupBox>
@@ -71,6 +72,16 @@ void MaintenanceScreen::ReportLoadFailure(Table& table, qint16 result) {
         App().ReportRequestFailure(result, table.spec.loadCaption, table.spec.subject);
 }
 
+void MaintenanceScreen::PutListKey(const Table& table) {
+    PutCluster(table);
+}
+
+void MaintenanceScreen::PutCluster(const Table& table) {
+    const clsCluster* cluster = App().clusters.Current();
+    if (!table.spec.clusterTag.isEmpty())
+        App().channel.PutField(table.spec.clusterTag, cluster ? cluster->sClusterID : QString());
+}
+
 GridRow MaintenanceScreen::ReadRow(const Table& table) {
     GridRow row{App().channel.GetField(table.spec.recordTag), {}, {}};
     for (const GridColumn& column : table.spec.columns)
@@ -97,7 +108,11 @@ bool MaintenanceScreen::AskForRecord(const Table& table, const QString& key, con
     return ReadList(
                App().channel,
                {.request = spec.getRequest,
-                .putKey = [&](RequestChannel& channel) { channel.PutField(spec.getKeyTag, key); },
+                .putKey =
+                    [&](RequestChannel& channel) {
+                        channel.PutField(spec.getKeyTag, key);
+                        PutCluster(table);
+                    },
                 .report = [&](qint16 result) { App().ReportRequestFailure(result, caption, spec.subject); }},
                {}) == status::Ok;
 }
@@ -206,7 +221,8 @@ void MaintenanceScreen::StartSeveral() {
         return;
     Form& form = *table.spec.several.form;
     form.Clear();
-    form.SetSeveral(true); // nothing is chosen yet
+    form.SetSeveral(!table.spec.several.records); // nothing is chosen yet
+    BeforeSeveral(table);
     SetState(State::EditingSeveral);
     table.severalView->FocusFirst();
 }
@@ -222,11 +238,32 @@ void MaintenanceScreen::EndEdit() {
 void MaintenanceScreen::DeleteSelected() {
     Table& table = Current();
     const GridRow* selected = table.grid->SelectedRow();
+    const QStringList keys = table.grid->SelectedKeys();
+    if (keys.size() > 1 && !table.spec.deleteSeveralRequest.isEmpty())
+        return DeleteSeveral(table, keys);
     if (!selected)
         return;
     const GridRow row = *selected;
     if (ConfirmRowDelete(table, row))
         SendDelete(row);
+}
+
+// What could be deleted is gone even where some could not.
+void MaintenanceScreen::DeleteSeveral(Table& table, const QStringList& keys) {
+    QStringList names;
+    for (const GridRow& row : table.grid->Model().Rows())
+        if (keys.contains(row.key))
+            names.append(DeleteItemText(table, row));
+    if (!ConfirmDelete(App(), this, table.spec.subject, names.join("\r\n")))
+        return;
+    for (const QString& key : keys)
+        App().channel.PutField(table.spec.getKeyTag, key);
+    const qint16 result = App().channel.SendRequest(table.spec.deleteSeveralRequest);
+    if (!TellFailures(table.spec.several.failedTag, table.spec.several.problemTag) && result != status::Ok)
+        return App().ReportRequestFailure(result, table.spec.deleteCaption, table.spec.subject);
+    Announce(table.spec.notice);
+    LoadList(table);
+    RefreshButtons();
 }
 
 void MaintenanceScreen::SendDelete(const GridRow& row) {
@@ -246,6 +283,11 @@ void MaintenanceScreen::SendDelete(const GridRow& row) {
         return;
     }
     table.grid->RemoveRow(row.key);
+    if (table.spec.listAfterChange) {
+        const QString neighbour = table.grid->SelectedKey();
+        LoadList(table);
+        table.grid->SelectKey(neighbour);
+    }
     AfterDelete(table, row);
     App().pickLists.Remove(table.spec.pickLists, row.key);
     Announce(table.spec.notice);
@@ -265,7 +307,9 @@ void MaintenanceScreen::SetState(State state) {
     if (m_tabs)
         listSide.append(m_tabs->tabBar());
     for (Table& each : m_tables)
-        each.view->SetReadOnly(state == State::Viewing || m_readOnly);
+        for (FormView* view : {each.view, each.severalView})
+            if (view)
+                view->SetReadOnly(state == State::Viewing || m_readOnly);
     m_fraEdit->setTitle(EditCaption(table, state));
     SetEditMode(editing, listSide, {m_fraEdit});
     m_cmdSave->setDefault(editing);
@@ -293,7 +337,9 @@ void MaintenanceScreen::RefreshButtons() {
     if (inList)
         ShowSummary();
     const Form* several = m_state == State::EditingSeveral ? table.spec.several.form : nullptr;
-    m_cmdSave->setEnabled(several ? several->IsComplete() && !several->Chosen().isEmpty()
+    const bool anyChosen = several && (table.spec.several.records ? !RecordsOfSeveral(table).isEmpty()
+                                                                  : !several->Chosen().isEmpty());
+    m_cmdSave->setEnabled(several ? several->IsComplete() && anyChosen
                                   : IsEditing() && table.form->IsComplete());
     ShowMissing(several ? several : IsEditing() ? table.form : nullptr);
     emit UnsavedChanged();

@@ -34,6 +34,7 @@ public:
     bool HasUnsaved() const override;
     /// A field is gone to in the selected record, which is opened for that.
     void GoTo(const QString& control) override;
+    void OnClusterChanged() override;
     State GetState() const { return m_state; }
     bool IsReadOnly() const { return m_readOnly; }
 
@@ -74,7 +75,7 @@ protected:
     /// Fills the table's grid from the server.
     virtual void LoadList(Table& table);
     /// Puts what the list request needs besides the sign that it goes on.
-    virtual void PutListKey(const Table&) {}
+    virtual void PutListKey(const Table& table);
     /// Reports that the list could not be read.
     virtual void ReportLoadFailure(Table& table, qint16 status);
     /// The row of the list reply's record under the cursor.
@@ -97,6 +98,8 @@ protected:
     virtual void ReportSaveFailure(Table& table, qint16 status);
     /// The list row of the record in the form.
     virtual GridRow RowFromForm(const Table& table, const QString& key) const;
+    /// The edit of several records is about to open over the selected ones.
+    virtual void BeforeSeveral(Table&) {}
     /// After a successful save, with the row now in the list.
     virtual void AfterSave(Table&, const GridRow&, bool /*wasNew*/) {}
     /// What the delete question calls the row.
@@ -132,6 +135,10 @@ private:
     bool SendRecord(Table& table);
     bool SendSteps(Table& table);
     bool SaveSeveral(Table& table);
+    void DeleteSeveral(Table& table, const QStringList& keys);
+    QStringList RecordsOfSeveral(const Table& table) const;
+    void PutCluster(const Table& table);
+    void ShowCluster();
     bool IsEditing() const { return m_state != State::List && m_state != State::Viewing; }
     void OrderTabStops();
     void ShareRoom();
@@ -165,6 +172,7 @@ private:
 
     bool m_changedByOthers = false; // the lists are older than what others stored
     QLabel* m_lblChanged = nullptr;
+    QLabel* m_lblCluster = nullptr; // only where the records are those of a cluster
 
     QSplitter* m_splitter = nullptr;
     int m_chosenWidth = 0; // of the list, by the operator; 0: what is in it decides

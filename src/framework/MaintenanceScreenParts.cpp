@@ -116,6 +116,12 @@ void MaintenanceScreen::BuildTable(Table& table) {
         table.grid->sortByColumn(own.sortColumn, Qt::AscendingOrder);
     table.grid->KeepColumns(App().prefs, objectName() + "/" + own.gridName);
     table.listPage->setMinimumWidth(LeastListWidth);
+    if (!own.clusterTag.isEmpty()) {
+        m_lblCluster = new QLabel(table.listPage);
+        m_lblCluster->setObjectName("lblCircCluster");
+        ShowCluster();
+        page->addWidget(m_lblCluster);
+    }
     page->addWidget(table.grid->FilterBox());
     page->addWidget(table.grid, 1);
     page->addWidget(new RowCount(*table.grid, table.listPage));
@@ -141,12 +147,14 @@ void MaintenanceScreen::BuildTable(Table& table) {
 void MaintenanceScreen::BuildSeveral(Table& table) {
     const SeveralSpec& spec = table.spec.several;
     PrepareForm(*spec.form);
-    spec.form->SetSeveral(true);
+    spec.form->SetSeveral(!spec.records);
     Layout layout = spec.layout;
     if (layout.children.isEmpty())
         for (Field* field : spec.form->Fields())
             layout.children.append(*field);
     table.severalView = MakeView(*spec.form, layout, m_fraEdit);
+    if (!spec.frame.isEmpty())
+        table.severalView->setObjectName(spec.frame);
     m_views->addWidget(table.severalView->InScrollArea(m_fraEdit));
     table.grid->SetMultiSelect(true);
     table.severalButton = MakeButton(spec.button, spec.buttonCaption);

@@ -3,6 +3,7 @@
 #include "core/Application.h"
 #include "core/Prompter.h"
 #include "framework/ConflictCheck.h"
+#include "framework/forms/RowsField.h"
 #include "wire/Status.h"
 
 #include <algorithm>
@@ -72,6 +73,7 @@ bool MaintenanceScreen::SendRecord(Table& table) {
     if (!m_isStored)
         m_wasNew = m_context.isNew;
     table.form->Tidy(); // the list, the pick-lists and the search for the new record go by what is stored
+    PutCluster(table);
     PutRecord(table, m_context);
     const QString request = m_context.isNew ? table.spec.addRequest : table.spec.updateRequest;
     if (const qint16 result = App().channel.SendRequest(request); result != status::Ok) {
@@ -81,9 +83,10 @@ bool MaintenanceScreen::SendRecord(Table& table) {
         return false;
     }
     QString key = KeyAfterSave(table);
-    if (key.isEmpty()) {
-        LoadList(table); // the server did not say under which id it keeps the record: ask for what it has
-        key = FindSaved(table);
+    if (table.spec.listAfterChange || key.isEmpty()) {
+        LoadList(table);
+        if (key.isEmpty()) // the server did not say under which id it keeps the record: ask for what it has
+            key = FindSaved(table);
         table.grid->SelectKey(key);
     } else {
         table.grid->PutRow(RowFromForm(table, key), m_context.originalKey);
@@ -123,13 +126,27 @@ bool MaintenanceScreen::SendSteps(Table& table) {
     return true;
 }
 
+QStringList MaintenanceScreen::RecordsOfSeveral(const Table& table) const {
+    const RowsField* records = table.spec.several.records;
+    if (!records)
+        return table.grid->SelectedKeys();
+    QStringList keys;
+    for (const GridRow& row : records->Rows())
+        if (row.cells.value(0) == u"Y")
+            keys.append(row.key);
+    return keys;
+}
+
 bool MaintenanceScreen::SaveSeveral(Table& table) {
     const SeveralSpec& spec = table.spec.several;
     spec.form->LeaveFields();
     if (!CheckForm(*spec.form, *table.severalView))
         return false;
-    for (const QString& key : table.grid->SelectedKeys())
+    PutCluster(table);
+    for (const QString& key : RecordsOfSeveral(table))
         App().channel.PutField(spec.keyTag, key);
+    for (const PutStep& put : spec.puts)
+        put(App().channel, {});
     for (const Field* field : spec.form->Chosen())
         field->Put(App().channel);
     const qint16 result = App().channel.SendRequest(spec.request);
@@ -149,7 +166,7 @@ bool MaintenanceScreen::SaveSeveral(Table& table) {
         return false;
     }
     Announce(table.spec.notice);
-    const qsizetype count = table.grid->SelectedKeys().size();
+    const qsizetype count = RecordsOfSeveral(table).size();
     EndEdit();
     LoadList(table);
     if (!anyFailed)

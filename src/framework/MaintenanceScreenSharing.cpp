@@ -22,6 +22,21 @@ void MaintenanceScreen::OnChangedByOthers(const QString& subject) {
         m_lblChanged->setVisible(m_changedByOthers);
 }
 
+void MaintenanceScreen::ShowCluster() {
+    const clsCluster* cluster = App().clusters.Current();
+    m_lblCluster->setText(tr("Circ Cluster:  ") + (cluster ? cluster->sClusterName : QString()));
+}
+
+// The operator was asked before about an open edit.
+void MaintenanceScreen::OnClusterChanged() {
+    if (!m_lblCluster)
+        return;
+    ShowCluster();
+    EndEdit();
+    for (Table& table : m_tables)
+        LoadList(table);
+}
+
 void MaintenanceScreen::ReloadLists() {
     if (m_state != State::List || m_tables.empty())
         return;

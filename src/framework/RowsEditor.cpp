@@ -31,6 +31,7 @@ RowsEditor::RowsEditor(RowsField& field, QWidget* parent)
         around = new QWidget(parent);
     m_grid = new ListGrid(field.Name(), field.Columns(), around);
     m_grid->SetEdits(spec.edits);
+    m_grid->SetMultiSelect(spec.several);
     if (spec.ranked)
         m_grid->SetRanked();
     else if (hasButtons && std::none_of(spec.puts.begin(), spec.puts.end(), [](const RowTag& put) {
@@ -133,32 +134,40 @@ void RowsEditor::RefreshButtons() {
     allow(m_down, m_mayEdit && place >= 0 && place + 1 < m_grid->Model().rowCount());
 }
 
-void RowsEditor::Ask(bool isNew) {
-    const RowsSpec& spec = m_rows.Behaviour();
-    const GridRow* selected = isNew ? nullptr : m_rows.FindRow(m_grid->SelectedKey());
-    if (!spec.ask || !m_grid->GetPrompter() || (!isNew && !selected))
-        return;
-    const std::optional<GridRow> former = selected ? std::optional(*selected) : std::nullopt;
+QString AskForRow(RowsField& field, const QString& key, QWidget* parent, Prompter& prompter) {
+    const RowsSpec& spec = field.Behaviour();
+    const GridRow* stored = key.isEmpty() ? nullptr : field.FindRow(key);
+    const std::optional<GridRow> former = stored ? std::optional(*stored) : std::nullopt;
     const GridRow* before = former ? &*former : nullptr;
-    const RowCheck check = [this](const GridRow& row, const GridRow* was) {
-        return m_rows.Refusal(row, was);
+    const RowCheck check = [&field](const GridRow& row, const GridRow* was) {
+        return field.Refusal(row, was);
     };
-    std::optional<GridRow> row =
-        spec.ask.ask(spec.ask.dialog, m_grid->window(), *m_grid->GetPrompter(), before, check);
+    std::optional<GridRow> row = spec.ask.ask(spec.ask.dialog, parent, prompter, before, check);
     if (!row)
-        return;
+        return {};
     if (spec.keyColumn >= 0)
         row->key = row->cells.value(spec.keyColumn);
     if (row->key.isEmpty())
-        row->key = before ? before->key : m_rows.NewKey();
-    m_rows.ReplaceRow(before ? before->key : QString(), *row);
-    m_grid->SelectKey(row->key);
+        row->key = before ? before->key : field.NewKey();
+    const QList<GridRow> rows = spec.spread ? spec.spread(*row) : QList<GridRow>{*row};
+    field.ReplaceRow(before ? before->key : QString(), rows.first());
+    field.PutRows(rows.mid(1));
+    return row->key;
+}
+
+void RowsEditor::Ask(bool isNew) {
+    const QString selected = isNew ? QString() : m_grid->SelectedKey();
+    if (!m_rows.Behaviour().ask || !m_grid->GetPrompter() || (!isNew && selected.isEmpty()))
+        return;
+    const QString key = AskForRow(m_rows, selected, m_grid->window(), *m_grid->GetPrompter());
+    if (!key.isEmpty())
+        m_grid->SelectKey(key);
 }
 
 void RowsEditor::Remove() {
     const RowsSpec& spec = m_rows.Behaviour();
-    const QString key = m_grid->SelectedKey();
-    if (key.isEmpty())
+    const QStringList keys = spec.several ? m_grid->SelectedKeys() : QStringList(m_grid->SelectedKey());
+    if (keys.isEmpty() || keys.first().isEmpty())
         return;
     if (!spec.removeQuestion.isEmpty() &&
         !(m_grid->GetPrompter() &&
@@ -168,8 +177,8 @@ void RowsEditor::Remove() {
                                                             .title = spec.removeTitle,
                                                             .careful = true})))
         return;
-    const int place = m_grid->Model().DisplayRow(key);
-    m_rows.RemoveRow(key);
+    const int place = m_grid->Model().DisplayRow(keys.first());
+    m_rows.RemoveRows(keys);
     if (const int last = m_grid->Model().rowCount() - 1; last >= 0)
         m_grid->SelectKey(m_grid->Model().RowAt(qMin(place, last)).key);
 }

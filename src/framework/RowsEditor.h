@@ -8,6 +8,7 @@ class QPushButton;
 namespace sysadmin {
 
 class ListGrid;
+class Prompter;
 
 /// A grid of rows with the buttons that its field declares: they ask for rows, move and remove them; cells
 /// are edited in place.
@@ -39,6 +40,10 @@ private:
     QList<GridRow> m_shown;
     bool m_mayEdit = false;
 };
+
+/// Asks the operator for a row of the field (of an empty key: a new one) and takes what is entered. The row's
+/// key; empty when the operator gave up.
+QString AskForRow(RowsField& field, const QString& key, QWidget* parent, Prompter& prompter);
 
 /// The text that keeps a cell from being taken: not a number in its range; empty when it is fine.
 QString CellProblem(const CellEdit& edit, const QString& value);

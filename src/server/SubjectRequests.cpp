@@ -168,10 +168,16 @@ Answer Remove(Context& context, const Subject& subject, const wire::Fields& requ
 qint16 ReadFields(Context& context, const QList<SubjectField>& fields, const wire::Fields& request,
                   bool adding, Row& row) {
     for (const SubjectField& field : fields) {
-        // "NNm" says whether the operator changed the name: one that is as it was read may be old by now.
-        if (!field.inPut || (!adding && field.column == u"name" && Sent(request, "NNm") == "N"))
+        if (!field.inPut)
             continue;
         std::optional<QString> value = Sent(request, field.tag);
+        // "NNm" says whether the operator changed the name, or gives the new one. A name that was not changed
+        // may be old by now.
+        const auto renamed = adding || field.column != u"name" ? std::nullopt : Sent(request, "NNm");
+        if (renamed == "N" && value != "N")
+            continue;
+        if (renamed && renamed != "Y")
+            value = renamed;
         if (!value) {
             if (!adding)
                 continue;

@@ -77,7 +77,10 @@ bool RawPeer::SignOn(const QString& operatorId) {
             break;
         QThread::sleep(unsigned(wait));
     }
-    return reply && reply->status == 0;
+    if (!reply || reply->status != 0)
+        return false;
+    m_token = wire::FirstValue(reply->fields, "SID");
+    return true;
 }
 
 } // namespace sysadmin

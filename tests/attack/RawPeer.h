@@ -22,6 +22,8 @@ public:
     std::optional<wire::Reply> Ask(quint64 number, const QString& name, const wire::Fields& fields = {});
     /// Whether a sample operator was accepted.
     bool SignOn(const QString& operatorId);
+    /// Of the session that was begun: with it another connection takes the session up.
+    const QString& Token() const { return m_token; }
     /// Reads and drops so many replies; false when the connection ended or nothing came in time.
     bool ReadAll(int replies);
     /// Breaks the connection off, whatever is still on its way.
@@ -29,6 +31,7 @@ public:
 
 private:
     QSslSocket m_socket;
+    QString m_token;
 };
 
 } // namespace sysadmin

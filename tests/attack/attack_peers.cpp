@@ -101,7 +101,10 @@ void SendMessages(const Target& target, unsigned seed, qint64 count, const QElap
                   qint64 seconds, Figures& figures) {
     Random random(seed);
     const QStringList names = target.Names();
+    qint64 told = 0;
     while (figures.messages < count && time.elapsed() < seconds * 1000) {
+        if (seed == 1 && time.elapsed() / 60'000 > told) // it takes long: say once a minute that it goes on
+            Report(QString("%1 min: %2 messages").arg(told = time.elapsed() / 60'000).arg(figures.messages));
         RawPeer peer(target.Port());
         ++figures.connections;
         if (!peer.IsConnected()) {

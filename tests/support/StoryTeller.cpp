@@ -44,10 +44,10 @@ QString Dated(QString line) {
 }
 
 Qt::Key KeyOf(const QString& name) {
-    static const QHash<QString, Qt::Key> keys{{"Return", Qt::Key_Return}, {"Escape", Qt::Key_Escape},
-                                              {"Insert", Qt::Key_Insert}, {"Delete", Qt::Key_Delete},
-                                              {"F2", Qt::Key_F2},         {"Save", Qt::Key_S},
-                                              {"F4", Qt::Key_F4}};
+    static const QHash<QString, Qt::Key> keys{{"Return", Qt::Key_Return}, {"Tab", Qt::Key_Tab},
+                                              {"Escape", Qt::Key_Escape}, {"Insert", Qt::Key_Insert},
+                                              {"Delete", Qt::Key_Delete}, {"F2", Qt::Key_F2},
+                                              {"Save", Qt::Key_S},        {"F4", Qt::Key_F4}};
     if (!keys.contains(name))
         throw std::runtime_error("no key " + name.toStdString());
     return keys[name];

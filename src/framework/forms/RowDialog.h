@@ -20,8 +20,10 @@ struct FormDialogSpec {
     int helpContext = 0; ///< number of its help topic
     QString okName = "cmdOK";
     QString cancelName = "cmdCancel";
-    QString focus{};     ///< the field in which it begins; empty: the first one
-    QString okCaption{}; ///< empty: "&OK"
+    QString focus{};        ///< the field in which it begins; empty: the first one
+    QString okCaption{};    ///< empty: "&OK"
+    QString newCaption{};   ///< the same for a new row; empty: as for any other
+    QString refusalTitle{}; ///< of the box that says why the row is not taken; empty: the program's
     bool readOnly = false;
     /// Several records at once: a box in front of each field says whether it is written to them.
     bool several = false;

@@ -91,6 +91,9 @@ struct RowsSpec {
     RowButton down{};
     RowAsker ask{};
     RowCheck check{};
+    bool several = false; ///< several rows can be selected and removed at once
+    /// The rows that an entered one stands for; none: itself.
+    std::function<QList<GridRow>(const GridRow& entered)> spread{};
     QString removeQuestion{}; ///< empty: rows go without a question
     QString removeTitle{};
 };

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "circulation/CalendarForm.h"
+#include "framework/MaintenanceScreen.h"
+
+namespace sysadmin {
+
+class CalendarYear;
+
+/// Circulation calendars of the current cluster: weekly opening hours, exception dates, terms and the fixed
+/// due date.
+class frmCirculation_Calendars : public MaintenanceScreen {
+    Q_OBJECT
+
+public:
+    frmCirculation_Calendars(Application& application, QWidget* parent);
+
+protected:
+    bool CheckBeforeSave(Table& table) override;
+    void BeforeSeveral(Table& table) override;
+
+private:
+    QWidget* MakeSlot(const QString& name);
+    QWidget* MakeNextDayIcon(const DayHours& day, const QString& name);
+    void TellOverlapOf(size_t day);
+    void MarkAll(const QString& mark);
+    void AskExceptionFor(QDate date);
+
+    CalendarForm& m_form = KeepForm<CalendarForm>();
+    SeveralCalendarsForm& m_several = KeepForm<SeveralCalendarsForm>();
+    bool m_overlapUntold = false; // an opening time was left that overlaps the day before
+};
+
+} // namespace sysadmin
