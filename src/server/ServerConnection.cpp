@@ -13,7 +13,7 @@ namespace {
 /// A connection that keeps guessing passwords is cut off; operators are locked by their own count.
 constexpr int MostWrongSignOns = 10;
 /// How exact the time of a session's last use is.
-constexpr qint64 TouchSeconds = 300;
+constexpr qint64 TouchSeconds = 60;
 
 QByteArray Encoded(quint64 number, const Answer& answer, const QStringList& changed = {}) {
     // Of the refusals, those say more that are about a lock, an expired password or somebody else's change.

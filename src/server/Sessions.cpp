@@ -34,9 +34,10 @@ qint64 Sessions::Start(const QString& token, const QString& nonce, qint64 operat
     m_database.Run("DELETE FROM sessions WHERE used_at<?", {StoredTime(now.addSecs(-IdleSeconds))});
     const qint64 count = m_database.FirstValue("SELECT COUNT(*) FROM sessions").toLongLong();
     if (count >= most)
-        m_database.Run(
-            "DELETE FROM sessions WHERE id IN (SELECT id FROM sessions ORDER BY used_at, id LIMIT ?)",
-            {count - most + 1});
+        m_database.Run("DELETE FROM sessions WHERE id IN (SELECT s.id FROM sessions s JOIN (SELECT "
+                       "operator_row, COUNT(*) AS held FROM sessions GROUP BY operator_row) h ON "
+                       "h.operator_row=s.operator_row ORDER BY h.held DESC, s.used_at, s.id LIMIT ?)",
+                       {count - most + 1});
     Changes changes(m_database);
     changes.Prune();
     return m_database.RunInsert(

@@ -31,7 +31,8 @@ public:
 
     /// Starts a session and answers its row. Its passwords are sealed under `nonce`, which it keeps for life:
     /// a request that is sent again over another connection is still the same one. When there are `most`
-    /// sessions already, the idlest of them ends.
+    /// sessions already, the idlest one of the operator who has the most of them ends: nobody signs on so
+    /// often that others are signed off.
     qint64 Start(const QString& token, const QString& nonce, qint64 operatorRow, const QString& peer,
                  bool mustChange, const QDateTime& now, int most);
     /// Gives a session to a new connection: the one that had it before is refused from now on.

@@ -161,10 +161,17 @@ void ServerDriver::Stored(const QString& what, const QString& key, const Values&
             else if (!wanted.value(column.field).isEmpty())
                 Expect(column.tag + " in the list is there", shown.isEmpty() ? "no" : "yes", "yes");
         }
+    for (const auto& [request, more] : m_table.given)
+        for (const wire::Field& field : request == m_table.list ? more : wire::Fields())
+            Expect(field.tag + " in the list besides",
+                   testing::InRecord(list.fields, m_table.record, key, field.tag), field.value);
     if (m_table.get.isEmpty())
         return;
     const wire::Reply reply = Send(m_table.get, {{m_table.getKey, key}});
     ExpectStatus("get " + what, reply, 0);
+    for (const auto& [request, more] : m_table.given)
+        for (const wire::Field& field : request == m_table.get ? more : wire::Fields())
+            Expect(field.tag + " besides", testing::ValuesOf(reply.fields, field.tag).value(0), field.value);
     for (auto each = wanted.begin(); each != wanted.end(); ++each) {
         const Field* choice = nullptr;
         for (const Field& field : m_table.fields)

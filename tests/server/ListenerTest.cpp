@@ -223,10 +223,14 @@ TEST_F(ListenerTest, PastTheLimitTheIdlestSessionGoes) {
     EXPECT_EQ(first.Ask(2, "LstVenTp")->status, status::Ok);
     EXPECT_EQ(third.Ask(1, "LstVenTp")->status, status::Ok);
 
+    // The idlest of the operator who has the most: nobody signs others off by signing on.
+    m_server.GetDatabase().Run("DELETE FROM sessions");
     Sessions sessions(m_server.GetDatabase());
+    const qint64 other = sessions.Start("other", "nonce", 2, "", false, m_server.Now().addSecs(-60), 4);
     QList<qint64> rows;
     for (const char* token : {"a", "b", "c", "d"})
-        rows.append(sessions.Start(token, "nonce", 1, "", false, m_server.Now().addSecs(rows.size()), 3));
+        rows.append(sessions.Start(token, "nonce", 1, "", false, m_server.Now().addSecs(rows.size()), 4));
+    EXPECT_TRUE(sessions.Load(other, m_server.Now()));
     EXPECT_FALSE(sessions.Load(rows[0], m_server.Now()));
     for (const qint64 row : rows.mid(1))
         EXPECT_TRUE(sessions.Load(row, m_server.Now()));
