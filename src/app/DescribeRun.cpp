@@ -71,6 +71,7 @@ public:
         return dialog.objectName() == u"frmSelectCluster"; // without one the screens behind it stay closed
     }
     QString AskSaveFile(QWidget*, const QString&, const QString&, const QString&) override { return {}; }
+    QString AskFolder(QWidget*, const QString&, const QString&) override { return {}; }
 
 private:
     const WindowVisitor& m_visitor;

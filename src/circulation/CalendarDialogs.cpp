@@ -120,7 +120,10 @@ private:
 } // namespace
 
 QList<GridColumn> ExceptionColumns() {
-    return {{.caption = Form::tr("Exception Date"), .width = 110, .tag = "ExDt"},
+    return {{.caption = Form::tr("Exception Date"),
+             .width = 110,
+             .tag = "ExDt",
+             .dateFormat = CalendarDateFormat},
             {.caption = Form::tr("Open Time"), .width = 90, .tag = "ExOTm"},
             {.caption = Form::tr("Close Time"), .width = 90, .tag = "ExCTm"},
             {.caption = Form::tr("In Effect"), .width = 90, .tag = "ExETm"},
@@ -130,7 +133,10 @@ QList<GridColumn> ExceptionColumns() {
 }
 
 QList<GridColumn> TermColumns() {
-    return {{.caption = Form::tr("End of Term  Date"), .width = 140, .tag = "ETrm"},
+    return {{.caption = Form::tr("End of Term  Date"),
+             .width = 140,
+             .tag = "ETrm",
+             .dateFormat = CalendarDateFormat},
             {.caption = Form::tr("Number of Lead Days"), .tag = "LDay"}};
 }
 

@@ -36,10 +36,6 @@ HoursTags WeekdayTags(int day) {
     return {tag + "Opn", tag + "OTm", tag + "CTm", tag + "DTm", tag + "ETm"};
 }
 
-QString ShownDate(const QString& text) {
-    return QLocale().toString(QDate::fromString(text, CalendarDateFormat), QLocale::ShortFormat);
-}
-
 QString ShownTime(const QString& text) {
     const QTime time = QTime::fromString(text, "HH:mm");
     return time.isValid() ? QLocale().toString(time, QLocale::ShortFormat) : QString();
@@ -69,8 +65,6 @@ RowsSpec ExceptionsSpec(const QString& role, const DateRange& range,
             return ShownTime(row.cells.value(column));
         };
     };
-    spec.shown.insert(ExceptionColumn::Date,
-                      [](const GridRow& row) { return ShownDate(row.cells.value(ExceptionColumn::Date)); });
     for (const int column :
          {ExceptionColumn::Open, ExceptionColumn::Close, ExceptionColumn::Due, ExceptionColumn::InEffect})
         spec.shown.insert(column, time(column));
@@ -78,18 +72,16 @@ RowsSpec ExceptionsSpec(const QString& role, const DateRange& range,
 }
 
 RowsSpec TermsSpec(const QString& role, const DateRange& range) {
-    RowsSpec spec{.marker = "ETrm",
-                  .keyColumn = 0,
-                  .puts = {PutCell("ETrm", 0), PutCell("LDay", 1)},
-                  .add = {"cmdAddTerm" + role, Form::tr("&Add")},
-                  .modify = {"cmdUpdateTerm" + role, Form::tr("&Update")},
-                  .remove = {"cmdRemoveTerm" + role, Form::tr("&Remove")},
-                  .ask = AskTerm(range),
-                  .several = true,
-                  .removeQuestion = Form::tr("You will delete the selected Term Loans.\r\nAre you sure?"),
-                  .removeTitle = Form::tr("Delete the selected Term Loans")};
-    spec.shown.insert(0, [](const GridRow& row) { return ShownDate(row.cells.value(0)); });
-    return spec;
+    return {.marker = "ETrm",
+            .keyColumn = 0,
+            .puts = {PutCell("ETrm", 0), PutCell("LDay", 1)},
+            .add = {"cmdAddTerm" + role, Form::tr("&Add")},
+            .modify = {"cmdUpdateTerm" + role, Form::tr("&Update")},
+            .remove = {"cmdRemoveTerm" + role, Form::tr("&Remove")},
+            .ask = AskTerm(range),
+            .several = true,
+            .removeQuestion = Form::tr("You will delete the selected Term Loans.\r\nAre you sure?"),
+            .removeTitle = Form::tr("Delete the selected Term Loans")};
 }
 
 } // namespace

@@ -42,9 +42,7 @@ public:
     virtual QString AskSaveFile(QWidget* parent, const QString& title, const QString& suggestion,
                                 const QString& filter) = 0;
     /// Asks for a folder, beginning at one; empty when the operator gave up.
-    virtual QString AskFolder(QWidget* /*parent*/, const QString& /*title*/, const QString& /*start*/) {
-        return {};
-    }
+    virtual QString AskFolder(QWidget* parent, const QString& title, const QString& start) = 0;
 };
 
 /// The prompter of the running program: real windows.

@@ -107,16 +107,15 @@ ConflictAnswer SettleSave(Application& application, QWidget* parent, const Confl
     return Ask(application, parent, conflict, Compare(stored, mine, theirs), canSave);
 }
 
-QString SeveralChanged(RequestChannel& channel, const QString& keyTag,
-                       const std::function<QString(const QString& key)>& nameOf) {
+QString ChangedByOthers(RequestChannel& channel, const QString& keyTag,
+                        const std::function<QString(const QString& key)>& nameOf) {
     QStringList lines;
     while (channel.NextRecord(keyTag))
         lines << Form::tr("%1 (%2, %3)")
                      .arg(nameOf(channel.GetField(keyTag)), channel.GetField("ChBy"),
-                          ShownDate(channel.GetField("ChAt")));
-    return Form::tr("Nothing was saved. Others have changed these records since the list was read:") +
-           "\r\n\r\n" + lines.join("\r\n") + "\r\n\r\n" +
-           Form::tr("The list shows them as they are now. Save again to change them all the same.");
+                          ShownDate(channel.GetField("ChAt"), WireMoment));
+    return Form::tr("Others have changed these records since the list was read:") + "\r\n\r\n" +
+           lines.join("\r\n");
 }
 
 ConflictAnswer SettleDelete(Application& application, QWidget* parent, const Conflict& conflict,

@@ -22,10 +22,10 @@ std::optional<Conflict> ConflictOf(const RequestChannel& channel, qint16 status,
 ConflictAnswer SettleSave(Application& application, QWidget* parent, const Conflict& conflict, Form& form,
                           bool canSave, const std::function<bool()>& readTheirs);
 
-/// The refusal of a change to several records in words: a line for each one that somebody else changed after
-/// the list was read. `nameOf` says what the operator calls the record with the key.
-QString SeveralChanged(RequestChannel& channel, const QString& keyTag,
-                       const std::function<QString(const QString& key)>& nameOf);
+/// Why a change of several records was refused, in words: a line for each one that somebody else changed
+/// after the list was read. `nameOf` says what the operator calls the record with the key.
+QString ChangedByOthers(RequestChannel& channel, const QString& keyTag,
+                        const std::function<QString(const QString& key)>& nameOf);
 
 /// Settles a refused delete: the row as the operator saw it beside the row as it is now. SaveMine: delete.
 ConflictAnswer SettleDelete(Application& application, QWidget* parent, const Conflict& conflict,

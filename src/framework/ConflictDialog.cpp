@@ -19,7 +19,7 @@ QString Headline(const Conflict& conflict) {
     const QString what =
         conflict.removed ? ConflictDialog::tr("%1 deleted this record (%2) on %3, after you had opened it.")
                          : ConflictDialog::tr("%1 changed this record (%2) on %3, after you had opened it.");
-    return what.arg(by, conflict.subject, ShownDate(conflict.at));
+    return what.arg(by, conflict.subject, ShownDate(conflict.at, WireMoment));
 }
 
 QString Explanation(const Conflict& conflict, bool canSave, bool anyDifference) {

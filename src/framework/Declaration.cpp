@@ -81,6 +81,9 @@ void Complete(TableDeclaration& table) {
                 FillIn(column.tag, field->Tag());
                 spec.columns.append(column);
             }
+    for (GridColumn& column : spec.columns)
+        if (const auto* date = dynamic_cast<const DateField*>(table.form->FindByColumn(column.tag)))
+            FillIn(column.dateFormat, date->Format());
     if (table.puts.isEmpty())
         table.puts = StepsOf(table);
     Resolve(table.layout, *table.form, true);

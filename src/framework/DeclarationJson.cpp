@@ -38,6 +38,7 @@ QJsonArray ColumnsOf(const QList<GridColumn>& columns) {
             one["width"] = column.width;
         Say(one, "hidden", column.hidden);
         Say(one, "yesNo", column.yesNo);
+        Say(one, "dateFormat", column.dateFormat);
         array.append(one);
     }
     return array;

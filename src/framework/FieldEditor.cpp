@@ -112,10 +112,8 @@ private:
     /// What is only shown may be a date, which people read in another form than it travels in.
     QString Shown() const {
         const FieldSpec& spec = m_value.Spec();
-        if (!spec.displayOnly)
-            return m_value.Draft();
-        const QDate date = spec.format.isEmpty() ? QDate() : QDate::fromString(m_value.Draft(), spec.format);
-        return date.isValid() ? QLocale().toString(date, QLocale::ShortFormat) : ShownDate(m_value.Draft());
+        return spec.displayOnly && !spec.format.isEmpty() ? ShownDate(m_value.Draft(), spec.format)
+                                                          : m_value.Draft();
     }
 
     ValueField& m_value;

@@ -1,7 +1,5 @@
 #include "framework/GridModel.h"
 
-#include "framework/forms/ShownDate.h"
-
 #include <algorithm>
 #include <numeric>
 
@@ -97,9 +95,9 @@ int GridModel::DisplayRow(const QString& key) const {
 
 QString GridModel::CellText(int displayRow, int column) const {
     const QString cell = RowAt(displayRow).cells.value(column);
-    if (!m_columns[column].yesNo)
-        return ShownDate(cell);
-    return cell == "Y" ? QString(QChar(0x2713)) : QString();
+    if (m_columns[column].yesNo)
+        return cell == "Y" ? QString(QChar(0x2713)) : QString();
+    return ShownText(m_columns[column], cell);
 }
 
 QStringList GridModel::ShownKeys() const {
@@ -190,7 +188,7 @@ bool GridModel::Passes(const GridRow& row) const {
     const qsizetype count = std::min(m_columns.size(), row.cells.size());
     for (qsizetype i = 0; i < count; ++i)
         if (!m_columns[i].hidden && !m_columns[i].yesNo &&
-            (m_matcher.indexIn(row.cells[i]) >= 0 || m_matcher.indexIn(ShownDate(row.cells[i])) >= 0))
+            m_matcher.indexIn(ShownText(m_columns[i], row.cells[i])) >= 0)
             return true;
     return false;
 }

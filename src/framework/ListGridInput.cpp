@@ -271,7 +271,7 @@ void ListGrid::ExportCsv() {
 }
 
 PrintedList ListGrid::Printed() const {
-    PrintedList list{QFileInfo(FileNameFor(*this, ".")).completeBaseName(), Captions(), {}};
+    PrintedList list{FileNameFor(*this, {}), Captions(), {}};
     const QList<int> columns = VisibleColumns();
     for (int displayRow = 0; displayRow < m_model.rowCount(); ++displayRow) {
         QStringList cells;

@@ -259,11 +259,17 @@ void MaintenanceScreen::DeleteSeveral(Table& table, const QStringList& keys) {
     for (const QString& key : keys)
         App().channel.PutField(table.spec.getKeyTag, key);
     const qint16 result = App().channel.SendRequest(table.spec.deleteSeveralRequest);
-    if (!TellFailures(table.spec.several.failedTag, table.spec.several.problemTag) && result != status::Ok)
+    if (TellSeveralChanged(table, result, table.spec.getKeyTag, tr("Nothing was deleted."),
+                           tr("Delete again to delete them all the same.")))
+        return;
+    const bool anyFailed = TellFailures(table.spec.several.failedTag, table.spec.several.problemTag);
+    if (!anyFailed && result != status::Ok)
         return App().ReportRequestFailure(result, table.spec.deleteCaption, table.spec.subject);
     Announce(table.spec.notice);
     LoadList(table);
     RefreshButtons();
+    if (!anyFailed)
+        emit App().notices.Done(tr("Deleted %1 records").arg(keys.size()));
 }
 
 void MaintenanceScreen::SendDelete(const GridRow& row) {
@@ -348,8 +354,10 @@ void MaintenanceScreen::RefreshButtons() {
 
 bool MaintenanceScreen::HasUnsaved() const {
     const Table& table = Current();
-    return m_state == State::EditingSeveral ? !table.spec.several.form->Chosen().isEmpty()
-                                            : IsEditing() && table.form->IsChanged();
+    if (m_state != State::EditingSeveral)
+        return IsEditing() && table.form->IsChanged();
+    const SeveralSpec& several = table.spec.several;
+    return several.records ? several.form->IsChanged() : !several.form->Chosen().isEmpty();
 }
 
 void MaintenanceScreen::ShowTable(int index) {

@@ -135,6 +135,8 @@ private:
     bool SendRecord(Table& table);
     bool SendSteps(Table& table);
     bool SaveSeveral(Table& table);
+    bool TellSeveralChanged(Table& table, qint16 result, const QString& keyTag, const QString& outcome,
+                            const QString& wayOn);
     void DeleteSeveral(Table& table, const QStringList& keys);
     QStringList RecordsOfSeveral(const Table& table) const;
     void PutCluster(const Table& table);

@@ -4,7 +4,6 @@
 #include "framework/CsvExport.h"
 #include "framework/MaintenanceScreen.h"
 #include "framework/RowSummary.h"
-#include "framework/forms/ShownDate.h"
 #include "framework/forms/ValueFields.h"
 
 #include <QAction>
@@ -43,7 +42,7 @@ QString CellWords(const GridColumn& column, const Field* field, const QString& c
         for (const PickItem& item : choice->Items())
             if (item.id == cell)
                 return item.text;
-    return ShownDate(cell);
+    return ShownText(column, cell);
 }
 
 } // namespace

@@ -137,6 +137,22 @@ QStringList MaintenanceScreen::RecordsOfSeveral(const Table& table) const {
     return keys;
 }
 
+// The list is read anew, so that the request does what was meant when it is sent again.
+bool MaintenanceScreen::TellSeveralChanged(Table& table, qint16 result, const QString& keyTag,
+                                           const QString& outcome, const QString& wayOn) {
+    if (result != status::RecordChanged)
+        return false;
+    const QString changed = ChangedByOthers(App().channel, keyTag, [&](const QString& key) {
+        const GridRow* row = table.grid->Model().FindRow(key);
+        return row ? DeleteItemText(table, *row) : key;
+    });
+    Tell(outcome + ' ' + changed + "\r\n\r\n" + tr("The list shows them as they are now.") + ' ' + wayOn);
+    const QStringList keys = table.grid->SelectedKeys();
+    LoadList(table);
+    table.grid->SelectKeys(keys);
+    return true;
+}
+
 bool MaintenanceScreen::SaveSeveral(Table& table) {
     const SeveralSpec& spec = table.spec.several;
     spec.form->LeaveFields();
@@ -150,16 +166,9 @@ bool MaintenanceScreen::SaveSeveral(Table& table) {
     for (const Field* field : spec.form->Chosen())
         field->Put(App().channel);
     const qint16 result = App().channel.SendRequest(spec.request);
-    if (result == status::RecordChanged) {
-        Tell(SeveralChanged(App().channel, spec.keyTag, [&](const QString& key) {
-            const GridRow* row = table.grid->Model().FindRow(key);
-            return row ? DeleteItemText(table, *row) : key;
-        }));
-        const QStringList keys = table.grid->SelectedKeys();
-        LoadList(table);
-        table.grid->SelectKeys(keys);
+    if (TellSeveralChanged(table, result, spec.keyTag, tr("Nothing was saved."),
+                           tr("Save again to change them all the same.")))
         return false;
-    }
     const bool anyFailed = TellFailures(spec.failedTag, spec.problemTag);
     if (!anyFailed && result != status::Ok) {
         App().ReportRequestFailure(result, spec.saveCaption, table.spec.subject);
@@ -214,9 +223,11 @@ GridRow MaintenanceScreen::RowFromForm(const Table& table, const QString& key) c
     GridRow row{key, {}, {}};
     const GridRow* before = table.grid->SelectedRow();
     for (qsizetype i = 0; i < table.spec.columns.size(); ++i) {
-        if (const auto* value =
-                dynamic_cast<ValueField*>(table.form->FindByColumn(table.spec.columns[i].tag)))
-            row.cells.append(value->IsBlank() ? QString() : value->DisplayText()); // not "(none)"
+        const GridColumn& column = table.spec.columns[i];
+        if (const auto* value = dynamic_cast<ValueField*>(table.form->FindByColumn(column.tag)))
+            row.cells.append(value->IsBlank()              ? QString() // not "(none)"
+                             : column.dateFormat.isEmpty() ? value->DisplayText()
+                                                           : value->Draft());
         else
             row.cells.append(before && before->key == key ? before->cells.value(i) : QString());
     }

@@ -205,9 +205,9 @@ public:
                                {.name = "vsfInvalidLogins", .accessible = tr("Invalid Login Attempts")},
                                {{tr("UserID"), 110},
                                 {tr("Operator Name"), 160},
-                                {tr("Date / Time"), 140},
+                                {.caption = tr("Date / Time"), .width = 140, .dateFormat = WireMoment},
                                 {tr("Lockout Counter"), 110},
-                                {tr("Lockout Time"), 140},
+                                {.caption = tr("Lockout Time"), .width = 140, .dateFormat = WireMoment},
                                 {tr("Workstation IP")}}};
 
 private:

@@ -70,8 +70,8 @@ bool frmSecurity_OperatorLockoutStatus::Load() {
         return false;
     }
     txtLoginAttempts->setText(channel.GetField("LC"));
-    txtLastLogin->setText(ShownDate(channel.GetField("LT")));
-    txtLockedAt->setText(ShownDate(channel.GetField("IL")));
+    txtLastLogin->setText(ShownDate(channel.GetField("LT"), WireMoment));
+    txtLockedAt->setText(ShownDate(channel.GetField("IL"), WireMoment));
     return true;
 }
 

@@ -33,11 +33,6 @@ void Type(QLineEdit& edit, const QString& text) {
     emit edit.editingFinished();
 }
 
-/// As dates are shown and typed.
-QString ShortForm() {
-    return QLocale().dateFormat(QLocale::ShortFormat).replace("yyyy", "yy").replace("yy", "yyyy");
-}
-
 QString EntriesOf(const QList<PickItem>& items) {
     QString line;
     for (const PickItem& item : items)
@@ -109,7 +104,7 @@ QString ShownValue(QWidget& root, const Field& field) {
     if (field.kind == u"lines")
         return static_cast<QPlainTextEdit*>(control)->toPlainText();
     if (field.kind == u"date") {
-        const QDate date = QLocale().toDate(static_cast<QLineEdit*>(control)->text(), ShortForm());
+        const QDate date = QLocale().toDate(static_cast<QLineEdit*>(control)->text(), DateForm());
         return date.isValid() ? date.toString(field.format) + field.suffix : QString();
     }
     for (const PickItem& option : field.entries)
@@ -145,7 +140,7 @@ void Enter(QWidget& root, const Field& field, const QString& value) {
         static_cast<QPlainTextEdit*>(control)->setPlainText(value);
     } else if (field.kind == u"date") {
         const QDate date = QDate::fromString(value.left(field.format.size()), field.format);
-        Type(static_cast<QLineEdit&>(*control), QLocale().toString(date, ShortForm()));
+        Type(static_cast<QLineEdit&>(*control), QLocale().toString(date, DateForm()));
     } else if (field.kind == u"letter") {
         Find<QRadioButton>(root, field.control + value).click();
     }

@@ -85,4 +85,9 @@ QString ScriptedPrompter::AskSaveFile(QWidget*, const QString& title, const QStr
     return expected ? expected->text : QString();
 }
 
+QString ScriptedPrompter::AskFolder(QWidget*, const QString& title, const QString&) {
+    ADD_FAILURE() << "Asked for a folder: " << title.toStdString();
+    return {};
+}
+
 } // namespace sysadmin

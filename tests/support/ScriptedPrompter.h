@@ -36,6 +36,8 @@ public:
     bool RunDialog(QDialog& dialog) override;
     QString AskSaveFile(QWidget* parent, const QString& title, const QString& suggestion,
                         const QString& filter) override;
+    /// Nothing asks for a folder in what is scripted: a failure.
+    QString AskFolder(QWidget* parent, const QString& title, const QString& start) override;
 
 private:
     enum class Kind { Box, Dialog, SaveFile };

@@ -39,7 +39,8 @@ QString Dated(QString line) {
     }
     static const QRegularExpression shown("\\$shown\\(([^)]*)\\)");
     for (QRegularExpressionMatch match = shown.match(line); match.hasMatch(); match = shown.match(line))
-        line.replace(match.capturedStart(), match.capturedLength(), ShownDate(match.captured(1)));
+        line.replace(match.capturedStart(), match.capturedLength(),
+                     ShownDate(match.captured(1), match.captured(1).contains(':') ? WireMoment : WireDate));
     return line;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "framework/forms/ShownDate.h"
+
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -16,10 +18,17 @@ struct GridColumn {
     QString caption{};
     int width = 0; ///< pixels at 100 %; 0 takes what is left. Where all have one, they grow with the window.
     bool hidden = false;
-    bool yesNo = false; ///< cells are Y or N, shown as a check mark or nothing
-    QString tag{};      ///< of its cells in the reply that fills the list
+    bool yesNo = false;   ///< cells are Y or N, shown as a check mark or nothing
+    QString tag{};        ///< of its cells in the reply that fills the list
+    QString dateFormat{}; ///< cells hold dates in this form, shown as people here read them; other cells as
+                          ///< they are
     bool operator==(const GridColumn&) const = default;
 };
+
+/// A cell of the column as text for people.
+inline QString ShownText(const GridColumn& column, const QString& cell) {
+    return column.dateFormat.isEmpty() ? cell : ShownDate(cell, column.dateFormat);
+}
 
 /// A record in a list: what the server knows it by, its cells in column order, and for attached things the
 /// row state ("A" loaded as available, "S" loaded as selected, or a digit that travels with the row).

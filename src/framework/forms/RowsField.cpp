@@ -327,7 +327,7 @@ QString InWords(const GridRow& row, const QList<GridColumn>& columns) {
         const bool isOn = row.cells[i] == u"Y";
         if (column.hidden || row.cells[i].isEmpty() || (column.yesNo && !isOn))
             continue;
-        words << (column.yesNo ? column.caption : row.cells[i]);
+        words << (column.yesNo ? column.caption : ShownText(column, row.cells[i]));
     }
     return words.join(", ");
 }

@@ -5,18 +5,23 @@
 
 namespace sysadmin {
 
-QString ShownDate(const QString& text) {
-    constexpr qsizetype DateLength = 10;
-    constexpr qsizetype TimeLength = 19;
-    // Every cell of every list comes by here: what cannot be a date is told by a look.
-    if ((text.size() != DateLength && text.size() != TimeLength) || text[4] != u'-' || text[7] != u'-')
-        return text;
-    if (text.size() == DateLength) {
-        const QDate date = QDate::fromString(text, Qt::ISODate);
-        return date.isValid() ? QLocale().toString(date, QLocale::ShortFormat) : text;
+QString DateForm() {
+    return QLocale().dateFormat(QLocale::ShortFormat).replace("yyyy", "yy").replace("yy", "yyyy");
+}
+
+QString ShownDate(QDate date) {
+    return QLocale().toString(date, DateForm());
+}
+
+QString ShownDate(const QString& text, const QString& format) {
+    if (!format.contains('H')) {
+        const QDate date = QDate::fromString(text, format);
+        return date.isValid() ? ShownDate(date) : text;
     }
-    const QDateTime time = QDateTime::fromString(text, "yyyy-MM-dd HH:mm:ss");
-    return time.isValid() ? QLocale().toString(time, QLocale::ShortFormat) : text;
+    const QDateTime moment = QDateTime::fromString(text, format);
+    return moment.isValid()
+               ? ShownDate(moment.date()) + ' ' + QLocale().toString(moment.time(), QLocale::ShortFormat)
+               : text;
 }
 
 } // namespace sysadmin

@@ -2,10 +2,22 @@
 
 #include <QString>
 
+class QDate;
+
 namespace sysadmin {
 
-/// A date, or a date with a time of day, in the text form that travels ("2026-11-21", "2026-11-21 14:05:00")
-/// as people here read it: in the locale's short form. Any other text as it is.
-QString ShownDate(const QString& text);
+/// How dates, and dates with a time of day, travel where nothing else is said.
+inline constexpr const char* WireDate = "yyyy-MM-dd";
+inline constexpr const char* WireMoment = "yyyy-MM-dd HH:mm:ss";
+
+/// The form in which people here read and write dates: the locale's short one with the whole year.
+QString DateForm();
+
+/// The date in that form; an invalid one is an empty text.
+QString ShownDate(QDate date);
+
+/// A date in the text form `format`, with a time of day if the format has hours, as people here read it. Any
+/// other text as it is.
+QString ShownDate(const QString& text, const QString& format);
 
 } // namespace sysadmin

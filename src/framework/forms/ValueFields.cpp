@@ -143,18 +143,13 @@ QString MoneyField::Problem() const {
 
 namespace {
 
-/// The locale's short form with the whole year.
-QString ShortForm() {
-    return QLocale().dateFormat(QLocale::ShortFormat).replace("yyyy", "yy").replace("yy", "yyyy");
-}
-
 /// Day, month and year by numbers: with any marks between them, or two digits each and all of the year.
 QDate DateOfNumbers(const QString& typed) {
     static const QRegularExpression iso("^(\\d{4})-(\\d{1,2})-(\\d{1,2})$");
     if (const QRegularExpressionMatch match = iso.match(typed); match.hasMatch())
         return QDate(match.captured(1).toInt(), match.captured(2).toInt(), match.captured(3).toInt());
     QString order; // of the parts in the locale's form
-    for (const QChar letter : ShortForm())
+    for (const QChar letter : DateForm())
         if (QString("dMy").contains(letter) && !order.contains(letter))
             order.append(letter);
     QString marked = "^";
@@ -181,7 +176,7 @@ QDate DateOfNumbers(const QString& typed) {
 
 void DateField::TypeIn(const QString& text) {
     const QString typed = text.simplified();
-    QDate date = QLocale().toDate(typed, ShortForm());
+    QDate date = QLocale().toDate(typed, DateForm());
     if (!date.isValid() || date.year() < 1000)
         date = DateOfNumbers(typed);
     if (date.isValid())
@@ -192,7 +187,7 @@ void DateField::TypeIn(const QString& text) {
 
 QString DateField::DisplayText() const {
     const QDate date = Date();
-    return date.isValid() ? QLocale().toString(date, ShortForm()) : Draft();
+    return date.isValid() ? ShownDate(date) : Draft();
 }
 
 QString DateField::FromWire(const QString& value) const {
@@ -205,7 +200,7 @@ QString DateField::Problem() const {
         return problem;
     return Date().isValid() ? QString()
                             : Form::tr("\"%1\" must be a date, such as %2.")
-                                  .arg(PlainCaption(), QLocale().toString(QDate(2026, 11, 21), ShortForm()));
+                                  .arg(PlainCaption(), ShownDate(QDate(2026, 11, 21)));
 }
 
 void TimeField::TypeIn(const QString& text) {

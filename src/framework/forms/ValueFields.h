@@ -2,6 +2,7 @@
 
 #include "core/data/PickLists.h"
 #include "framework/forms/Field.h"
+#include "framework/forms/ShownDate.h"
 
 #include <QDate>
 #include <QTime>
@@ -157,6 +158,8 @@ public:
         : ValueField(form, Kind::Date, spec) {}
     /// The draft as a date; invalid when it is blank.
     QDate Date() const { return QDate::fromString(Draft(), Format()); }
+    /// The text form of the draft.
+    QString Format() const { return Spec().format.isEmpty() ? WireDate : Spec().format; }
     void SetDate(QDate date) { SetDraft(date.isValid() ? date.toString(Format()) : QString()); }
     /// A date in the locale's short form, with or without marks between the parts, or as 2026-11-21; anything
     /// else stays as it was typed and is a problem.
@@ -167,9 +170,6 @@ public:
 protected:
     QString FromWire(const QString& value) const override;
     QString ToWire() const override { return IsBlank() ? QString() : Draft() + Spec().suffix; }
-
-private:
-    QString Format() const { return Spec().format.isEmpty() ? "yyyy-MM-dd" : Spec().format; }
 };
 
 /// A time of day, kept in the text form that travels. It may be missing, and it may be one of a few words
