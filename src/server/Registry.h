@@ -31,7 +31,8 @@ struct RequestRule {
     QStringList tables = {};
     /// The tag of the record's key, the first of these that was sent; none: all records, or the only one.
     QStringList keyTags = {};
-    /// The unique text that is the key; empty: the id.
+    /// The unique text, or the reference ("..._id") to which there is one record, that is the key; empty: the
+    /// id.
     QString keyColumn = {};
     bool several = false;       ///< the key may be sent many times: so many records are changed
     bool single = false;        ///< there is one record of the table at the most

@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """Makes the sample's circulation policies out of the real library's tables in this folder.
 
-Writes ../circulation_*.csv, ../calendar*.csv, ../patron_alerts.csv and ../automated_storage.csv and adds the second
-cluster's patron groups to ../patron_groups.csv. Run it from anywhere; it gives the same files each time.
+Writes ../circulation_*.csv, ../calendar*.csv, ../request_*.csv, ../ub_policies.csv, ../patron_group_item_limits.csv,
+../patron_alerts.csv and ../automated_storage.csv, and into ../patron_groups.csv the limits of patron groups and the
+second cluster's groups. Run it from anywhere; it gives the same files each time.
 What a policy group's own flags, notices, calendars and alerts say is made up; docs/decisions.md says how the columns
 of loan_rules.csv become fields.
 """
@@ -57,9 +58,74 @@ item_types = [row["code"] for row in read("item_types.csv")]
 # --- Patron groups: a cluster has its own. The second one has them under names that tell them apart. ---
 patrons = [row for row in read("../patron_groups.csv") if row["cluster"] == "MAIN"]
 columns = list(patrons[0])
+# How many items of all types: cardholders and guests few, who works or studies here as many as they like.
+charge_limits = {"courtesy": 25, "visitor": 10, "law-guest": 15, "medical-guest": 15, "bus-guest": 25,
+                 "law-alumni": 25, "sul-guest": 25, "sul-purchased": 50, "program-short-term": 25}
+# How many demerits until a suspension of how many days.
+demerits = {"undergrad": (50, 14), "graduate": (100, 14), "visitor": (20, 30), "courtesy": (20, 30)}
+for row in patrons:
+    limit, (most, days) = charge_limits.get(row["code"], ""), demerits.get(row["code"], ("", ""))
+    row.update(limit_applies="Y" if limit else "N", charge_limit=limit, demerits_apply="Y" if most else "N",
+               most_demerits=most, suspension_days=days,
+               shows_charged_messages="Y" if row["code"] == "pseudopatron" else "N")
 second = [dict(row, cluster="PROF", name=row["name"] + ", Professional Schools") for row in patrons]
 write("patron_groups.csv", columns,
       [dict(row, **{SORT: key(row["cluster"], row["code"])}) for row in patrons + second])
+
+CLUSTERS = ("MAIN", "PROF")
+item_limits = {"undergrad": {"m-laptop": 1, "m-av-equipment-1": 2, "m-game": 3, "2-hour-reserve": 2},
+               "graduate": {"m-laptop": 1, "m-av-equipment-1": 3, "2-hour-reserve": 3},
+               "visitor": {"m-dvd": 2, "m-laptop": 0, "2-hour-reserve": 1},
+               "courtesy": {"m-dvd": 5, "m-laptop": 0}}
+write("patron_group_item_limits.csv", ["patron_group", "item_type", "charge_limit"],
+      [{"patron_group": (cluster, code), "item_type": item, "charge_limit": limit,
+        SORT: key((cluster, code), item)}
+       for cluster in CLUSTERS for code, limits in item_limits.items() for item, limit in limits.items()])
+
+# --- Universal borrowing: what who works or studies here may do elsewhere ---
+ub_limits = ["balance", "items_borrowed", "overdue_items", "overdue_recalled_items", "self_shelf_returns",
+             "claimed_returns", "lost_items", "requests", "demerits"]
+ub_policies = {
+    "faculty": {"items_borrowed": 100, "requests": 50},
+    "graduate": {"balance": "50.00", "items_borrowed": 50, "overdue_items": 10, "lost_items": 3, "requests": 25},
+    "postdoctoral": {"balance": "50.00", "items_borrowed": 50, "overdue_items": 10, "requests": 25},
+    "staff": {"balance": "50.00", "items_borrowed": 25, "overdue_items": 5, "requests": 10},
+    "undergrad": {"balance": "25.00", "items_borrowed": 20, "overdue_items": 3, "overdue_recalled_items": 1,
+                  "claimed_returns": 2, "lost_items": 1, "requests": 10},
+}
+ub_columns = [column for limit in ub_limits for column in (limit + "_applies", "most_" + limit, limit + "_blocks_here")]
+
+
+def ub_policy(cluster, code, most):
+    row = {"patron_group": (cluster, code), SORT: key((cluster, code))}
+    for limit in ub_limits:
+        row[limit + "_applies"] = "Y" if limit in most else "N"
+        row["most_" + limit] = most.get(limit, "")
+        row[limit + "_blocks_here"] = "Y" if limit in most and limit in ("balance", "lost_items") else "N"
+    return row
+
+
+write("ub_policies.csv", ["patron_group"] + ub_columns,
+      [ub_policy(cluster, code, most) for cluster in CLUSTERS for code, most in ub_policies.items()])
+
+# --- Requests: which kinds there are, and the locations from which they may be filled ---
+switches = [channel + "_" + level + "_" + kind for channel in ("opac", "circ", "web") for kind in ("hold", "recall")
+            for level in ("title", "copy")]
+taken = {"MAIN": set(switches) - {"opac_copy_recall", "web_copy_recall"},
+         "PROF": {name for name in switches if name.startswith("circ")} | {"opac_title_hold", "web_title_hold"}}
+write("request_configurations.csv", ["cluster"] + switches,
+      [dict({name: "Y" if name in taken[cluster] else "N" for name in switches}, cluster=cluster)
+       for cluster in CLUSTERS])
+request_groups = {"ARTS": ("Arts and Humanities", ("ART", "CLASSICS", "EAST-ASIA", "MUSIC", "PHIL")),
+                  "PROF": ("Professional Schools", ("BUSINESS", "LAW", "MEDICAL")),
+                  "SCI": ("Sciences", ("EARTH-SCI", "ENG", "MARINE-BIO", "SCIENCE")),
+                  "STORAGE": ("Storage", ("SAL", "SAL-NEWARK", "SAL3"))}
+write("request_groups.csv", ["code", "name"],
+      [{"code": code, "name": name} for code, (name, _) in request_groups.items()])
+write("request_group_locations.csv", ["group", "location"],
+      [{"group": code, "location": row["code"], SORT: key(code, row["code"])}
+       for code, (_, libraries) in request_groups.items() for row in read("locations.csv")
+       if row["owning_library_code"] in libraries])
 
 
 # --- The matrix ---

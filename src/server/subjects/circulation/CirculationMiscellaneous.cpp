@@ -22,6 +22,14 @@ void RegisterCirculationMiscellaneous(Registry& registry) {
             },
         .single = true,
     });
+    // Whoever maintains patron groups needs to know it.
+    registry.AddRead("GetDemerits", Area::AnyOperator, [](Context& context, const wire::Fields&) {
+        const QVariant used =
+            context.database.FirstValue("SELECT uses_demerits FROM circulation_miscellaneous");
+        Answer answer;
+        Put(answer.fields, "DemAply", used.toString() == u"Y" ? "Y" : "N");
+        return answer;
+    });
     // Whether a retrieval system fetches what is kept in automated storage: comes with the installation.
     registry.AddTable({.name = "automated_storage",
                        .columns = {{.name = "only_one", .fallback = "Y", .bookkeeping = true},
