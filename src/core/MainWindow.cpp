@@ -8,23 +8,21 @@
 #include "core/Prompter.h"
 #include "core/Screen.h"
 #include "core/ScreenArea.h"
+#include "core/StatusPanels.h"
 #include "core/data/UserSettings.h"
 #include "look/IconLoader.h"
 
-#include <QAccessible>
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDesktopServices>
 #include <QGuiApplication>
-#include <QLabel>
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QScreen>
 #include <QShortcut>
 #include <QSplitter>
 #include <QStatusBar>
-#include <QTimer>
 #include <QVBoxLayout>
 
 namespace sysadmin {
@@ -81,7 +79,7 @@ MainWindow::MainWindow(Application& application, const QString& informationCapti
     });
     BuildFileMenu(informationCaption);
     BuildHelpMenu();
-    BuildStatusBar();
+    m_status = new StatusPanels(application, statusBar());
     BuildShortcuts();
 
     connect(albMain, &NavigationBar::ItemChosen, this, &MainWindow::OpenScreen);
@@ -141,37 +139,6 @@ void MainWindow::BuildHelpMenu() {
                 AboutDialog dialog(this);
                 m_application.prompter.RunDialog(dialog);
             });
-}
-
-void MainWindow::BuildStatusBar() {
-    auto* sbStatus = statusBar();
-    sbStatus->setObjectName("sbStatus");
-    const auto makePanel = [&](const QString& name, const QString& description) {
-        auto* panel = new QLabel(sbStatus);
-        panel->setObjectName(name);
-        panel->setAccessibleDescription(description); // its name is its text
-        panel->setTextFormat(Qt::PlainText);
-        panel->setContentsMargins(8, 2, 8, 2);
-        return panel;
-    };
-    lblActivity = makePanel("lblActivity", tr("Activity"));
-    lblOperator = makePanel("lblOperator", tr("Operator"));
-    lblScreen = makePanel("lblScreen", tr("Screen"));
-    lblCluster = makePanel("lblCluster", tr("Circulation cluster"));
-    sbStatus->addWidget(lblActivity, 1);
-    sbStatus->addPermanentWidget(lblOperator);
-    sbStatus->addPermanentWidget(lblScreen);
-    sbStatus->addPermanentWidget(lblCluster);
-    lblPlace = makePanel("lblPlace", tr("Library and server"));
-    sbStatus->addPermanentWidget(lblPlace);
-    lblCluster->hide();
-    m_doneTime = new QTimer(this);
-    m_doneTime->setSingleShot(true);
-    m_doneTime->setInterval(8000);
-    connect(m_doneTime, &QTimer::timeout, this, [this] { ShowActivity({}); });
-    connect(&m_application.notices, &Notices::Done, this, &MainWindow::ShowDone);
-    ShowActivity({});
-    lblOperator->setText(m_application.OperatorId());
 }
 
 void MainWindow::BuildShortcuts() {
@@ -316,21 +283,20 @@ void MainWindow::OnScreenActivated() {
     albMain->MarkItem(entry ? entry->key : QString());
     ShowClusterPanel(entry);
     if (!entry) {
-        lblScreen->clear();
+        m_status->ShowScreen({});
         return;
     }
     QString group = entry->groupKey;
     for (const ScreenGroup& candidate : m_application.catalogue.Groups())
         if (candidate.key == entry->groupKey)
             group = candidate.caption;
-    lblScreen->setText(group + ":  " + QString(entry->caption).replace("&&", "&"));
+    m_status->ShowScreen(group + ":  " + QString(entry->caption).replace("&&", "&"));
 }
 
 void MainWindow::ShowClusterPanel(const ScreenEntry* entry) {
     const clsCluster* cluster = m_application.clusters.Current();
     const bool shown = entry && entry->screen.needsCluster && cluster && m_application.clusters.Count() >= 2;
-    lblCluster->setVisible(shown);
-    lblCluster->setText(shown ? QString(tr("Circ Cluster:  ") + cluster->sClusterName) : QString());
+    m_status->ShowCluster(shown ? QString(tr("Circ Cluster:  ") + cluster->sClusterName) : QString());
 }
 
 void MainWindow::OnClusterNotice() {
@@ -345,35 +311,18 @@ void MainWindow::OnClusterNotice() {
             screen->OnClusterChanged();
 }
 
-void MainWindow::ShowActivity(const QString& text) {
-    lblActivity->setText(text.isEmpty() ? tr("Ready") : text);
-    // Screen readers say it without the operator's leaving the field.
-    QAccessibleEvent said(lblActivity, text.isEmpty() ? QAccessible::NameChanged : QAccessible::Alert);
-    QAccessible::updateAccessibility(&said);
-}
-
 void MainWindow::ShowWaiting(const QString& text) {
-    // After a wait that a save brought along, what was saved is still worth saying.
-    ShowActivity(text.isEmpty() && m_doneTime->isActive() ? m_done : text);
-}
-
-void MainWindow::ShowDone(const QString& text) {
-    m_done = text;
-    ShowActivity(text);
-    m_doneTime->start();
+    m_status->ShowWaiting(text);
 }
 
 void MainWindow::ShowPlace(const QString& library, const QString& server, const QString& colour) {
-    lblPlace->setText(library + "  (" + server + ')');
     const QColor own(colour);
+    m_status->ShowPlace(library + "  (" + server + ')', own);
     fraColour->setVisible(own.isValid());
     if (own.isValid()) {
         QPalette band;
         band.setColor(QPalette::Window, own);
         fraColour->setPalette(band);
-        band.setColor(QPalette::WindowText, qGray(own.rgb()) < 140 ? Qt::white : Qt::black);
-        lblPlace->setPalette(band);
-        lblPlace->setAutoFillBackground(true);
     }
     setWindowTitle(ApplicationTitle() + " - " + library + " (" + server + ')');
 }

@@ -9,17 +9,16 @@
 
 #include <functional>
 
-class QLabel;
 class QMdiSubWindow;
 class QMenu;
 class QSplitter;
-class QTimer;
 
 namespace sysadmin {
 
 class HelpWindow;
 class NavigationBar;
 class ScreenArea;
+class StatusPanels;
 
 /// How the operator chooses the circulation cluster to work in.
 struct ClusterSelection {
@@ -60,8 +59,6 @@ public:
 
     /// Says in the status bar what is being waited for; an empty text when nothing is.
     void ShowWaiting(const QString& text);
-    /// Says in the status bar for some seconds what was done ("Saved Bookseller").
-    void ShowDone(const QString& text);
     /// Names the library that is worked on, in the title and in the status bar. `colour` ("#c03028", "red")
     /// is the library's own, by which libraries are told apart; empty: it has none.
     void ShowPlace(const QString& library, const QString& server, const QString& colour = {});
@@ -77,7 +74,6 @@ protected:
 private:
     void BuildFileMenu(const QString& informationCaption);
     void BuildHelpMenu();
-    void BuildStatusBar();
     void BuildShortcuts();
     void RestorePlace();
     void ShareRoom();
@@ -89,7 +85,6 @@ private:
     void ShowRecent();
     void OnClusterNotice();
     void ChangeCluster();
-    void ShowActivity(const QString& text);
     void ShowClusterPanel(const ScreenEntry* entry);
     void OpenAddress(const QString& settingsKey, const QString& otherwise);
     QMdiSubWindow* FindWindow(const QString& key) const;
@@ -112,13 +107,7 @@ private:
     ScreenArea* mdiScreens = nullptr;
     int m_navigationWidth = 0;    // as the operator chose it; a narrow window has less room for it
     QWidget* fraColour = nullptr; // the band of the library's colour
-    QTimer* m_doneTime = nullptr;
-    QString m_done;                // what was done last
-    QLabel* lblActivity = nullptr; // the status bar's panels, in order
-    QLabel* lblOperator = nullptr;
-    QLabel* lblScreen = nullptr;
-    QLabel* lblCluster = nullptr;
-    QLabel* lblPlace = nullptr;
+    StatusPanels* m_status = nullptr;
     HelpWindow* frmHelp = nullptr;
 };
 

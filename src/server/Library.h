@@ -1,5 +1,6 @@
 #pragma once
 
+#include "server/ErrorLog.h"
 #include "server/Passwords.h"
 #include "server/Registry.h"
 #include "server/SeenRecords.h"
@@ -70,6 +71,7 @@ public:
 
     /// What the sessions have read.
     SeenRecords& Seen() const { return m_seen; }
+    ErrorLog& Errors() const { return m_errors; }
 
 private:
     explicit Library(const LibraryOptions& options);
@@ -87,6 +89,7 @@ private:
     mutable QSemaphore m_hashingSlots{2};
     mutable SignOnThrottle m_throttle;
     mutable SeenRecords m_seen;
+    mutable ErrorLog m_errors;
 };
 
 /// Names the library and gives it a colour ("none" takes that away); what is empty stays as it is. Throws

@@ -86,7 +86,7 @@ std::optional<QByteArray> ServerConnection::Handle(const QByteArray& message) {
             return HandleSessionRequest(*request);
         }
     } catch (const StoreError& error) {
-        qWarning("%s: %s", qPrintable(request->name), error.what());
+        m_library->Errors().Write(request->name + ": " + error.what());
         if (error.GetKind() == StoreError::Kind::Lost) {
             m_databases->RenewAll();
             if (request->number != 0)
@@ -98,7 +98,7 @@ std::optional<QByteArray> ServerConnection::Handle(const QByteArray& message) {
         }
         return Encoded(request->number, {StatusOf(error)});
     } catch (const std::exception& error) { // out of memory, say: nothing of the request was kept
-        qWarning("%s: %s", qPrintable(request->name), error.what());
+        m_library->Errors().Write(request->name + ": " + error.what());
         m_databases->CloseOfThisThread(); // its transaction may not have ended
         if (request->number != 0) {
             m_number = request->number;
@@ -311,7 +311,7 @@ void ServerConnection::TouchSession() {
         });
     } catch (const StoreError& error) {
         if (error.GetKind() != StoreError::Kind::Busy)
-            qWarning("The time of a session's last use: %s", error.what());
+            m_library->Errors().Write(QString("The time of a session's last use: ") + error.what());
     }
 }
 

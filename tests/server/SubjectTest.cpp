@@ -45,15 +45,17 @@ TEST_P(SubjectTest, TextsComeBackExactlyOrAreRefused) {
                              "a\u0001\u007f",
                              "?'\"\\%_:1$1",
                              "'; DROP TABLE vendor_types; --",
-                             QString(40, QChar(0x4e66))};
+                             QString(40, QChar(0x4e66)),
+                             QString(39, 'x') + "\r\n"}; // a line break is one character
     for (const QString& text : texts) {
         SCOPED_TRACE(text.toUtf8().toPercentEncoding().toStdString());
         EXPECT_EQ(StatusOf("AddVenTp", {{"Cd", "ODD"}, {"Nm", text}}), status::Ok);
         EXPECT_EQ(InRecord(Send("LstVenTp").fields, "Cd", "ODD", "Nm"), text);
         EXPECT_EQ(StatusOf("DelVenTp", {{"Cd", "ODD"}}), status::Ok);
     }
-    for (const QString& text : {QString("a") + QChar(0), QString(QChar(0)), mark, mark + "BOOK",
-                                "BOOK" + character(0xfffe), "BOOK" + character(0xffff)}) {
+    for (const QString& text :
+         {QString("a") + QChar(0), QString(QChar(0)), mark, mark + "BOOK", "BOOK" + character(0xfffe),
+          "BOOK" + character(0xffff), QString(40, 'x') + "\r\n"}) {
         SCOPED_TRACE(text.toUtf8().toPercentEncoding().toStdString());
         EXPECT_EQ(StatusOf("AddVenTp", {{"Cd", "ODD"}, {"Nm", text}}), status::ColumnError);
         EXPECT_EQ(StatusOf("AddVenTp", {{"Cd", text}, {"Nm", "Odd"}}), status::ColumnError);
