@@ -49,8 +49,8 @@ public:
     void SetMultiSelect(bool multiSelect);
     /// Lists whose order means something are not sortable.
     void SetSortable(bool sortable);
-    /// Rows of a list whose order means something move by Alt with an arrow key and by dragging; the grid
-    /// only tells of it.
+    /// Rows of a list whose order means something move by Alt with an arrow key (Home and End: to the ends)
+    /// and by dragging; the grid only tells of it.
     void SetRanked();
     /// Columns whose cells are edited in place: by a double click, F2 or the space bar.
     void SetEdits(const QHash<int, CellEdit>& edits);

@@ -75,6 +75,9 @@ void ListGrid::keyPressEvent(QKeyEvent* event) {
     else if (m_ranked && event->modifiers() == Qt::AltModifier && !key.isEmpty() &&
              (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down))
         emit RowMoved(key, m_model.DisplayRow(key) + (event->key() == Qt::Key_Up ? -1 : 1));
+    else if (m_ranked && event->modifiers() == Qt::AltModifier && !key.isEmpty() &&
+             (event->key() == Qt::Key_Home || event->key() == Qt::Key_End))
+        emit RowMoved(key, event->key() == Qt::Key_Home ? 0 : m_model.rowCount() - 1);
     else if (plain &&
              (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter ||
               event->key() == Qt::Key_F2) &&

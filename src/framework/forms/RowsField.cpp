@@ -219,21 +219,22 @@ void RowsField::Put(RequestChannel& channel) const {
         std::any_of(m_rowsSpec.puts.begin(), m_rowsSpec.puts.end(),
                     [](const RowTag& put) { return put.source == RowTag::Source::State; });
     if (!tellsStates) { // the rows as they are now replace those that the server has
-        for (const GridRow& row : m_draft)
-            PutOne(channel, row, RowState::Unchanged);
+        for (qsizetype i = 0; i < m_draft.size(); ++i)
+            PutOne(channel, m_draft[i], RowState::Unchanged, i + 1);
         return;
     }
+    const QHash<QString, qsizetype> places = PlacesOf(m_draft);
     for (const auto& [row, state] : Changes())
         if (state != RowState::Unchanged || !m_rowsSpec.onlyChanged)
-            PutOne(channel, row, state);
+            PutOne(channel, row, state, places.value(row.key, -1) + 1);
 }
 
 void RowsField::PutRemoval(RequestChannel& channel) const {
     for (const GridRow& row : m_stored)
-        PutOne(channel, row, RowState::Removed);
+        PutOne(channel, row, RowState::Removed, 0);
 }
 
-void RowsField::PutOne(RequestChannel& channel, const GridRow& row, RowState state) const {
+void RowsField::PutOne(RequestChannel& channel, const GridRow& row, RowState state, qsizetype rank) const {
     for (const RowTag& put : m_rowsSpec.puts) {
         switch (put.source) {
         case RowTag::Source::Key:
@@ -246,7 +247,7 @@ void RowsField::PutOne(RequestChannel& channel, const GridRow& row, RowState sta
             channel.PutField(put.tag, m_rowsSpec.codes.Of(state));
             break;
         case RowTag::Source::Rank:
-            channel.PutField(put.tag, QString::number(PlaceOf(row.key) + 1));
+            channel.PutField(put.tag, QString::number(rank));
             break;
         case RowTag::Source::Fixed:
             channel.PutField(put.tag, put.fixed());

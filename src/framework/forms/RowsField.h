@@ -157,7 +157,7 @@ public:
     void GiveDraft(const std::any& draft) override;
 
 private:
-    void PutOne(RequestChannel& channel, const GridRow& row, RowState state) const;
+    void PutOne(RequestChannel& channel, const GridRow& row, RowState state, qsizetype rank) const;
     void NumberAnew();
 
     QList<GridColumn> m_columns;
