@@ -1,7 +1,9 @@
 #include "circulation/CirculationScreens.h"
 
 #include "circulation/frmCirculation_Calendars.h"
+#include "circulation/frmCirculation_LoanTest.h"
 #include "circulation/frmCirculation_PatronDefaultDates.h"
+#include "circulation/frmCirculation_RuleCheck.h"
 #include "circulation/frmClusterMaintenance.h"
 #include "core/ScreenCatalogue.h"
 #include "framework/PlainScreens.h"
@@ -41,6 +43,8 @@ void AddCirculationScreens(ScreenCatalogue& catalogue) {
     catalogue.Contribute<frmCirculation_PatronDefaultDates>("Circulation_PatronDefaultDates", 50506);
     catalogue.Contribute(PatronNoteTypes());
     catalogue.Contribute<frmCirculation_Calendars>("Circ_Calendars", 50502, true);
+    catalogue.Contribute<frmCirculation_LoanTest>("Tools_LoanTest", 50540, true);
+    catalogue.Contribute<frmCirculation_RuleCheck>("Tools_RuleCheck", 50541, true);
 }
 
 } // namespace sysadmin

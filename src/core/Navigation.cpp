@@ -47,7 +47,7 @@ bool Navigation::TrimToRights(const SecurityProfile& profile) {
     if (!profile.CatAccess())
         removeGroups({"Cataloging"});
     if (!profile.CircAccess())
-        removeGroups({"Circulation"});
+        removeGroups({"Circulation", "Tools"});
     else if (!profile.PatronGroupAccess())
         allRemoved &= RemoveItem("Circulation", "Circulation_PatronGroups");
     if (!profile.SecurityAccess())

@@ -31,6 +31,7 @@ constexpr Group GroupTable[] = {
     {"Security", QT_TRANSLATE_NOOP("ScreenCatalogue", "Security")},
     {"System", QT_TRANSLATE_NOOP("ScreenCatalogue", "System")},
     {"WebServices", QT_TRANSLATE_NOOP("ScreenCatalogue", "Web Services")},
+    {"Tools", QT_TRANSLATE_NOOP("ScreenCatalogue", "Tools")},
 };
 
 constexpr Item ItemTable[] = {
@@ -105,6 +106,8 @@ constexpr Item ItemTable[] = {
     {"WebServices", "WS_LoginSummary", "WS_LoginSummary", QT_TRANSLATE_NOOP("ScreenCatalogue", "Login Summary")},
     {"WebServices", "WS_SelfRegistration", "WS_SelfRegistration", QT_TRANSLATE_NOOP("ScreenCatalogue", "Patron Self-Registration")},
     {"WebServices", "WS_Configuration", "WS_Configuration", QT_TRANSLATE_NOOP("ScreenCatalogue", "Service Configuration")},
+    {"Tools", "Tools_LoanTest", "Tool_LoanTest", QT_TRANSLATE_NOOP("ScreenCatalogue", "Test a Loan")},
+    {"Tools", "Tools_RuleCheck", "Tool_RuleCheck", QT_TRANSLATE_NOOP("ScreenCatalogue", "Check the Rules")},
 };
 // clang-format on
 

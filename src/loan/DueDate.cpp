@@ -21,12 +21,15 @@ QDate LibraryDate(const OpenHours& hours, Moment moment) {
 }
 
 QString Words(QDate date) {
-    return QLocale().toString(date, QLocale::ShortFormat);
+    QString format = QLocale().dateFormat(QLocale::ShortFormat);
+    if (!format.contains("yyyy"))
+        format.replace("yy", "yyyy");
+    return QLocale().toString(date, format);
 }
 
 QString Words(Moment moment) {
     const QDateTime time = ToDateTime(moment);
-    return Words(time.date()) + ' ' + time.toString("HH:mm");
+    return Words(time.date()) + ' ' + QLocale().toString(time.time(), QLocale::ShortFormat);
 }
 
 QString Words(double count, Unit unit) {

@@ -16,6 +16,8 @@ struct Loan {
 
 /// How far the fine of an item is followed that never comes back and never counts as lost.
 constexpr Moment MostOverdue = 365 * MinutesOfDay;
+/// How many renewals are followed where it is always renewed.
+constexpr int MostRenewals = 100;
 
 /// Follows one loan from its beginning to its end.
 class Reckoning {
@@ -38,6 +40,12 @@ private:
     void Recall(const DueDate& dates);
     void FollowOverdue(const OpenHours& hours);
     void Lose(Moment lost);
+    void Fine(const OpenHours& hours, const FineTerms& terms, Moment end);
+    void FollowEvents(const OpenHours& hours, const DueDate& dates);
+    bool RenewsAt(std::optional<Moment> next) const;
+    void Suspend(Moment from);
+    void PutOnShelf(const DueDate& dates);
+    void SayBooking();
 
     const Policy& m_policy;
     const Request& m_request;
@@ -171,6 +179,67 @@ void Reckoning::Lose(Moment lost) {
     m_answer.isFineRemoved = m_request.returned && group.returnRemovesFines;
 }
 
+/// Demerits count from the moment at which it comes back or is lost.
+void Reckoning::Suspend(Moment from) {
+    const DemeritRule rule = m_policy.demerits.value(m_request.patronGroup);
+    if (!m_policy.usesDemerits || rule.most <= 0 || rule.suspensionDays <= 0 || m_answer.isFineRemoved ||
+        m_answer.fine < rule.most * AmountUnit)
+        return;
+    m_now = from;
+    const Moment until = from + rule.suspensionDays * MinutesOfDay;
+    m_answer.suspendedUntil = ToDateTime(until);
+    Say(Loan::tr(
+            "That is the maximum of %1 demerits of the patron group or more: the patron is suspended for "
+            "%2, until %3.")
+            .arg(rule.most)
+            .arg(Words(rule.suspensionDays, Unit::Day), Words(until)));
+}
+
+/// What comes back while somebody waits for it stands on the hold shelf, as long as the rule says for such
+/// patrons.
+void Reckoning::PutOnShelf(const DueDate& dates) {
+    const Rule& rule = *m_answer.rule;
+    if (!m_request.hasHold || !m_request.returned || rule.holdShelf <= 0)
+        return;
+    m_now = ToMoment(*m_request.returned);
+    const Moment until = dates.After(m_now, rule.holdShelf, rule.holdShelfUnit);
+    m_answer.onShelfUntil = ToDateTime(until);
+    Say(Loan::tr(
+            "It stands on the hold shelf for %1, until %2, if whoever waits is of the same patron group.")
+            .arg(Words(rule.holdShelf, rule.holdShelfUnit), Words(until)));
+}
+
+void Reckoning::SayBooking() {
+    const Group& group = *m_answer.group;
+    if (!group.IsShortLoan(m_answer.rule->itemType) || (group.earlyPickup <= 0 && group.unclaimed <= 0))
+        return;
+    const Moment from = m_start - group.earlyPickup;
+    const Moment until = m_start + group.unclaimed;
+    m_answer.booking = {ToDateTime(from), ToDateTime(until)};
+    Say(Loan::tr(
+            "Booked for that moment, it can be fetched from %1 (early pickup window) and is free again on "
+            "%2 if nobody comes (unclaimed interval).")
+            .arg(Words(from), Words(until)));
+}
+
+void Reckoning::Fine(const OpenHours& hours, const FineTerms& terms, Moment end) {
+    const Rule& rule = *m_answer.rule;
+    if (m_policy.usesDemerits && !m_policy.demerits.value(m_request.patronGroup).apply) {
+        Say(Loan::tr("Demerits do not apply to this patron group."));
+        return;
+    }
+    ReckonFines(*m_answer.group, hours, rule, terms, *m_due, end, m_answer);
+    if (terms.rate <= 0)
+        Say(Loan::tr("The rule has no fine."));
+    else if (m_answer.fines.isEmpty())
+        Say(Loan::tr("It comes back within the grace period of %1: there is no fine.")
+                .arg(Words(terms.grace, rule.unit)));
+    else
+        Say((m_answer.reachesMost ? Loan::tr("The fine comes to %1, the most that the rule allows.")
+                                  : Loan::tr("The fine comes to %1."))
+                .arg(Money(m_answer.fine)));
+}
+
 void Reckoning::FollowOverdue(const OpenHours& hours) {
     const Rule& rule = *m_answer.rule;
     const Group& group = *m_answer.group;
@@ -192,16 +261,7 @@ void Reckoning::FollowOverdue(const OpenHours& hours) {
     if (!patron.finesApply) {
         Say(Loan::tr("Fines and fees for lost items do not apply to these patrons."));
     } else {
-        ReckonFines(group, hours, rule, terms, *m_due, end, m_answer);
-        if (terms.rate <= 0)
-            Say(Loan::tr("The rule has no fine."));
-        else if (m_answer.fines.isEmpty())
-            Say(Loan::tr("It comes back within the grace period of %1: there is no fine.")
-                    .arg(Words(terms.grace, rule.unit)));
-        else
-            Say((m_answer.reachesMost ? Loan::tr("The fine comes to %1, the most that the rule allows.")
-                                      : Loan::tr("The fine comes to %1."))
-                    .arg(Money(m_answer.fine)));
+        Fine(hours, terms, end);
     }
     if (isLost && patron.finesApply)
         Lose(lostAt);
@@ -212,15 +272,56 @@ void Reckoning::FollowOverdue(const OpenHours& hours) {
         Say(m_answer.isFineRemoved ? Loan::tr("It comes back after all: its overdue fine is removed.")
                                    : Loan::tr("It comes back after all."));
     }
+    if (isLost || isBack)
+        Suspend(isLost ? lostAt : returned);
+}
+
+/// Whether it is renewed when it is due, before the next event.
+bool Reckoning::RenewsAt(std::optional<Moment> next) const {
+    return m_request.renewsAlways && m_due && m_renewals < qMin(m_answer.rule->mostRenewals, MostRenewals) &&
+           (!next || *m_due < *next) && (!m_request.returned || *m_due < ToMoment(*m_request.returned));
+}
+
+void Reckoning::FollowEvents(const OpenHours& hours, const DueDate& dates) {
+    QList<QPair<Moment, bool>> events; // whether it is a recall
+    for (const QDateTime& renewal : m_request.renewals)
+        events.append({ToMoment(renewal), false});
+    if (m_request.recalled)
+        events.append({ToMoment(*m_request.recalled), true});
+    std::stable_sort(events.begin(), events.end(),
+                     [](const auto& one, const auto& other) { return one.first < other.first; });
+    for (bool maysRenew = true;;) {
+        const auto next = events.isEmpty() ? std::optional<Moment>() : events.first().first;
+        if (maysRenew && RenewsAt(next)) {
+            const Moment before = *m_due;
+            m_now = before;
+            Renew(hours, dates);
+            maysRenew = m_due != before;
+        } else if (next) {
+            m_now = *next;
+            const bool isRecall = events.takeFirst().second;
+            if (m_now < m_start || (m_request.returned && m_now > ToMoment(*m_request.returned)))
+                Say(Loan::tr("It is not lent at that moment: nothing happens."));
+            else if (isRecall)
+                Recall(dates);
+            else
+                Renew(hours, dates);
+        } else {
+            return;
+        }
+    }
 }
 
 Answer Reckoning::Run() {
     m_start = m_now = ToMoment(m_request.charged);
-    if (!FindRule())
+    if (m_request.returned && ToMoment(*m_request.returned) < m_start)
+        m_answer.problem = Loan::tr("The return lies before the loan.");
+    if (!m_answer.problem.isEmpty() || !FindRule())
         return m_answer;
     const Rule& rule = *m_answer.rule;
     const OpenHours hours(m_answer.group->calendars);
     const DueDate dates(*m_answer.group, rule, hours, [this](const QString& text) { Say(text); });
+    SayBooking();
     if (!hours.IsOpen(m_start))
         Say(Loan::tr("It is closed at that moment; the loan is reckoned from it all the same."));
     if (rule.unit != Unit::Indefinite)
@@ -230,24 +331,18 @@ Answer Reckoning::Run() {
         m_answer.firstDue = ToDateTime(*m_due);
         Say(Loan::tr("It is due on %1.").arg(Words(*m_due)));
     }
-    QList<QPair<Moment, bool>> events; // whether it is a recall
-    for (const QDateTime& renewal : m_request.renewals)
-        events.append({ToMoment(renewal), false});
-    if (m_request.recalled)
-        events.append({ToMoment(*m_request.recalled), true});
-    std::stable_sort(events.begin(), events.end(),
-                     [](const auto& one, const auto& other) { return one.first < other.first; });
-    for (const auto& [at, isRecall] : events) {
-        m_now = at;
-        if (isRecall)
-            Recall(dates);
-        else
-            Renew(hours, dates);
-    }
+    FollowEvents(hours, dates);
     if (m_due) {
         m_answer.due = ToDateTime(*m_due);
+        if (m_answer.booking) {
+            m_answer.nextBooking = ToDateTime(*m_due + m_policy.bookingBuffer);
+            Say(Loan::tr("Another booking may begin on %1 (time buffer of %2).")
+                    .arg(Words(*m_due + m_policy.bookingBuffer),
+                         Words(m_policy.bookingBuffer, Unit::Minute)));
+        }
         FollowOverdue(hours);
     }
+    PutOnShelf(dates);
     return m_answer;
 }
 

@@ -13,7 +13,8 @@ struct Request {
     QList<QDateTime> renewals = {};
     std::optional<QDateTime> recalled = {};
     std::optional<QDateTime> returned = {}; ///< none: it is still out
-    bool hasHold = false;                   ///< somebody waits for it when it is renewed
+    bool hasHold = false;                   ///< somebody waits for it
+    bool renewsAlways = false;              ///< renewed whenever it is due, as often as that is allowed
 };
 
 /// One date's part of a fine.
@@ -69,6 +70,12 @@ struct Answer {
     bool isFineRemoved = false;         ///< by the return of a lost item
     std::optional<QDateTime> lost = {}; ///< when it counts as lost
     QList<LostCharge> lostCharges = {};
+    std::optional<QDateTime> suspendedUntil = {}; ///< the patron, by the demerits of this loan alone
+    std::optional<QDateTime> onShelfUntil = {};   ///< after its return, for whoever waits for it
+    /// Had the short loan been booked for this moment: when it could be fetched, and when it would be free
+    /// again if nobody did.
+    std::optional<std::pair<QDateTime, QDateTime>> booking = {};
+    std::optional<QDateTime> nextBooking = {}; ///< when the next booking may begin at the earliest
 
     /// What a lost item costs, without the charges that its return removes.
     Amount LostCost() const;

@@ -79,6 +79,8 @@ struct Rule {
     int overdueInterval = 0;
     int recallNoticeCount = 0;
     int recallNoticeInterval = 0;
+    int holdShelf = 0; ///< how long it waits for whoever wanted it
+    Unit holdShelfUnit = Unit::Day;
 };
 
 /// What a policy group lays down for a patron group.
@@ -86,6 +88,13 @@ struct PatronRule {
     bool finesApply = false;
     bool overdueNoticesApply = false;
     bool courtesyNoticesApply = false;
+};
+
+/// What becomes of a patron group's demerits, in whatever policy group.
+struct DemeritRule {
+    bool apply = true;
+    int most = 0; ///< so many suspend the patron; 0: they never do
+    int suspensionDays = 0;
 };
 
 /// What a policy group lays down for an item type.
@@ -117,6 +126,8 @@ struct Group {
     bool returnRemovesFines = false;
     bool returnRemovesReplacement = false;
     bool returnRemovesFee = false;
+    int earlyPickup = 0; ///< minutes before a booked short loan begins
+    int unclaimed = 0;   ///< minutes after which a booking that nobody claims ends
     QList<Location> locations = {};
     QList<Calendar> calendars = {};
     QHash<qint64, PatronRule> patrons = {};
@@ -131,8 +142,10 @@ struct Policy {
     QList<Group> groups = {};
     QHash<qint64, QString> patronGroups = {}; ///< names
     QHash<qint64, QString> itemTypes = {};
-    bool usesDemerits = false; ///< what is called a fine here counts demerits
-    int decimals = 2;          ///< of amounts of money
+    QHash<qint64, DemeritRule> demerits = {}; ///< by patron group
+    int bookingBuffer = 0;                    ///< minutes between two bookings of a short loan
+    bool usesDemerits = false;                ///< what is called a fine here counts demerits
+    int decimals = 2;                         ///< of amounts of money
 };
 
 } // namespace sysadmin::loan

@@ -147,6 +147,8 @@ const Setters<Rule>& RuleSetters() {
         {"ON", Count(&Rule::overdueInterval)},
         {"RNC", Count(&Rule::recallNoticeCount)},
         {"RN", Count(&Rule::recallNoticeInterval)},
+        {"HS", Count(&Rule::holdShelf)},
+        {"HSI", Letter(&Rule::holdShelfUnit)},
     };
     return setters;
 }
@@ -180,6 +182,8 @@ void ReadGroup(const Fields& fields, Group& group) {
         {"LIR_ROD", Flag(&Group::returnRemovesFines)},
         {"LIR_RRF", Flag(&Group::returnRemovesReplacement)},
         {"LIR_RPF", Flag(&Group::returnRemovesFee)},
+        {"EP", Count(&Group::earlyPickup)},
+        {"UI", Count(&Group::unclaimed)},
     };
     Set(setters, fields, group);
 }
@@ -195,6 +199,19 @@ void ReadPatronRules(const Fields& fields, Group& group) {
                                              {"1E", Flag(&PatronRule::overdueNoticesApply)},
                                              {"1X", Flag(&PatronRule::courtesyNoticesApply)}};
     SetRows<PatronRule>(setters, "1", fields, [&](qint64 id) -> PatronRule& { return group.patrons[id]; });
+}
+
+void ReadDemeritRule(const Fields& fields, DemeritRule& rule) {
+    static const Setters<DemeritRule> setters{{"DemAply", Flag(&DemeritRule::apply)},
+                                              {"MaxDem", Count(&DemeritRule::most)},
+                                              {"SusDays", Count(&DemeritRule::suspensionDays)}};
+    Set(setters, fields, rule);
+}
+
+void ReadCirculation(const Fields& fields, Policy& policy) {
+    static const Setters<Policy> setters{{"UDem", Flag(&Policy::usesDemerits)},
+                                         {"TB", Count(&Policy::bookingBuffer)}};
+    Set(setters, fields, policy);
 }
 
 void ReadLocations(const Fields& fields, Group& group) {

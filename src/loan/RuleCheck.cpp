@@ -1,7 +1,8 @@
 #include "loan/RuleCheck.h"
 
+#include "loan/DueDate.h"
+
 #include <QCoreApplication>
-#include <QLocale>
 
 #include <algorithm>
 
@@ -12,12 +13,6 @@ namespace {
 struct Check {
     Q_DECLARE_TR_FUNCTIONS(RuleCheck)
 };
-
-constexpr int MinutesOfDay = 24 * 60;
-
-QString Words(QDate date) {
-    return QLocale().toString(date, QLocale::ShortFormat);
-}
 
 /// How long a period is in minutes; none where that depends on the day.
 std::optional<double> Length(double period, Unit unit) {
@@ -45,26 +40,30 @@ public:
         for (const Rule& rule : m_group.rules)
             CheckRule(rule);
         CheckCalendars(today);
-        for (const Location& location : m_group.locations)
-            if (location.isDesk && !location.isPickup)
-                Add(Finding::Kind::DeskWithoutPickup,
-                    Check::tr("The desk \"%1\" is no pickup location.").arg(location.name))
-                    .location = location.id;
+        for (const Location& location : m_group.locations) {
+            if (!location.isDesk || location.isPickup)
+                continue;
+            Finding& finding =
+                Add(Finding::Kind::DeskWithoutPickup, Check::tr("The desk is no pickup location."));
+            finding.location = location.id;
+            finding.place = location.name;
+        }
     }
 
 private:
     Finding& Add(Finding::Kind kind, const QString& text) {
-        m_findings.append({.kind = kind, .group = m_group.id, .text = m_group.name + ": " + text});
+        m_findings.append({.kind = kind, .group = m_group.id, .text = text});
         return m_findings.last();
     }
-    QString Pair(qint64 patronGroup, qint64 itemType) const {
-        return m_policy.patronGroups.value(patronGroup) + " - " + m_policy.itemTypes.value(itemType);
-    }
     void AddTo(const Rule& rule, Finding::Kind kind, const QString& text) {
-        Finding& finding = Add(kind, Pair(rule.patronGroup, rule.itemType) + ": " + text);
+        Finding& finding = Add(kind, text);
         finding.rule = rule.id;
-        finding.patronGroup = rule.patronGroup;
-        finding.itemType = rule.itemType;
+        SetPair(finding, rule.patronGroup, rule.itemType);
+    }
+    void SetPair(Finding& finding, qint64 patronGroup, qint64 itemType) const {
+        finding.patronGroup = patronGroup;
+        finding.itemType = itemType;
+        finding.place = m_policy.patronGroups.value(patronGroup) + " - " + m_policy.itemTypes.value(itemType);
     }
     void CheckPairs();
     void CheckRule(const Rule& rule);
@@ -94,11 +93,9 @@ void GroupCheck::CheckPairs() {
         for (auto items = itemTypes.begin(); items != itemTypes.end(); ++items) {
             if (pairs.contains({patrons.key(), items.key()}))
                 continue;
-            Finding& finding = Add(Finding::Kind::NoEntry,
-                                   Check::tr("%1 has no matrix entry, though others borrow such items.")
-                                       .arg(Pair(patrons.key(), items.key())));
-            finding.patronGroup = patrons.key();
-            finding.itemType = items.key();
+            SetPair(
+                Add(Finding::Kind::NoEntry, Check::tr("Others borrow such items; this pair has no entry.")),
+                patrons.key(), items.key());
         }
 }
 
@@ -163,10 +160,11 @@ void GroupCheck::CheckCalendars(QDate today) {
         const QDate next = calendars[i]->begin;
         if (!before.end.isValid() || before.end.addDays(1) >= next)
             continue;
-        Add(Finding::Kind::CalendarGap,
-            Check::tr("No calendar covers %1 to %2, after \"%3\".")
-                .arg(Words(before.end.addDays(1)), Words(next.addDays(-1)), before.name))
-            .calendar = before.id;
+        Finding& finding = Add(Finding::Kind::CalendarGap,
+                               Check::tr("No calendar covers %1 to %2, after \"%3\".")
+                                   .arg(Words(before.end.addDays(1)), Words(next.addDays(-1)), before.name));
+        finding.calendar = before.id;
+        finding.place = before.name;
     }
 }
 
@@ -194,6 +192,36 @@ bool AreUnitsAllowed(const Rule& rule, bool isShortLoan) {
         break;
     }
     return rule.renewalUnit == Unit::Day;
+}
+
+QString FindingText(Finding::Kind kind) {
+    switch (kind) {
+    case Finding::Kind::NoEntry:
+        return Check::tr("No entry");
+    case Finding::Kind::NoRules:
+        return Check::tr("No rules");
+    case Finding::Kind::NoLoanPeriod:
+        return Check::tr("Loan period 0");
+    case Finding::Kind::GraceTooLong:
+        return Check::tr("Grace too long");
+    case Finding::Kind::RecallTooLong:
+        return Check::tr("Recall too long");
+    case Finding::Kind::MostBelowRate:
+        return Check::tr("Maximum below rate");
+    case Finding::Kind::NoticeAfterLost:
+        return Check::tr("Notice after lost");
+    case Finding::Kind::NotAShortLoan:
+        return Check::tr("Not a short loan");
+    case Finding::Kind::WrongUnit:
+        return Check::tr("Unit not allowed");
+    case Finding::Kind::NoCalendar:
+        return Check::tr("No calendar");
+    case Finding::Kind::CalendarGap:
+        return Check::tr("Gap of calendars");
+    case Finding::Kind::DeskWithoutPickup:
+        return Check::tr("No pickup location");
+    }
+    Q_UNREACHABLE();
 }
 
 QList<Finding> CheckRules(const Policy& policy, QDate today) {

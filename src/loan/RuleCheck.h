@@ -27,11 +27,16 @@ struct Finding {
     qint64 itemType = 0;
     qint64 calendar = 0; ///< the one before the gap
     qint64 location = 0;
-    QString text; ///< a sentence that names the place
+    QString place =
+        {};            ///< in words: the patron group and item type, the calendar, the desk; empty: the group
+    QString text = {}; ///< a sentence about it
 };
 
 /// How far ahead every policy group is to have a calendar.
 inline constexpr int DaysAhead = 90;
+
+/// A kind of finding as people call it.
+QString FindingText(Finding::Kind kind);
 
 /// Looks over all rules. The findings come by policy group, within it by kind.
 QList<Finding> CheckRules(const Policy& policy, QDate today);

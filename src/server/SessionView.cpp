@@ -30,6 +30,7 @@ SessionView::SessionView(Database& database, const SessionStart& session, const 
     , m_number(m_changes.Last()) {
     if (rule.tables.isEmpty())
         return;
+    m_onlyLooks = Has(request, "Look");
     FindRecords(request);
     // Of a list that goes out in parts, the first part says how old it is.
     m_readsAll = rule.access == Access::View && rule.keyTags.isEmpty() && !rule.single &&
@@ -134,7 +135,8 @@ void SessionView::KeepTold(SeenRecords& seen) const noexcept {
 }
 
 void SessionView::KeepRead(SeenRecords& seen, qint16 answered) const {
-    if (m_rule.access != Access::View || (answered != status::Ok && answered != status::Continues))
+    if (m_onlyLooks || m_rule.access != Access::View ||
+        (answered != status::Ok && answered != status::Continues))
         return;
     if (m_readsAll)
         for (const QString& table : m_rule.tables)

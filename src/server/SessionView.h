@@ -51,6 +51,7 @@ private:
     QString m_keyTag;
     QList<Named> m_records; // those that it names
     bool m_readsAll = false;
+    bool m_onlyLooks = false; // what it reads is not what an edit begins with
 };
 
 } // namespace sysadmin::server

@@ -28,7 +28,7 @@ protected:
 };
 
 const QStringList AllGroups{"Acquisitions", "CallSlips", "Cataloging", "Circulation", "OPAC",
-                            "Search",       "Security",  "System",     "WebServices"};
+                            "Search",       "Security",  "System",     "WebServices", "Tools"};
 
 TEST_F(NavigationTest, EveryItemAndGroupHasAPicture) {
     QStringList names;
@@ -55,8 +55,8 @@ TEST_F(NavigationTest, RightsDecideWhichGroupsStay) {
     } cases[] = {
         {AllRights, AllGroups, true, true},
         {ViewRights, AllGroups, true, true},
-        {{"CrcPG"}, {"Circulation"}, true, false},
-        {{"CrcPG", "PatGrpV"}, {"Circulation"}, true, true},
+        {{"CrcPG"}, {"Circulation", "Tools"}, true, false},
+        {{"CrcPG", "PatGrpV"}, {"Circulation", "Tools"}, true, true},
         {{"SysDfV"}, {"CallSlips", "OPAC", "Search", "System"}, true, false},
         {{"ASPG"}, {"Acquisitions"}, true, false},
         {{"CatPGV"}, {"Cataloging"}, true, false},

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QString>
+
+namespace sysadmin {
+
+class Application;
+
+/// Where a setting stands: in a record of a maintenance screen, perhaps in a row of one of its lists.
+struct RecordPlace {
+    QString screen;    ///< navigation key
+    QString cluster{}; ///< in which the record is; empty: it does not depend on one
+    QString record{};  ///< its key in the screen's list
+    QString grid{};    ///< the list inside the record, by its control's name; empty: the record itself
+    QString row{};     ///< the row's key there
+};
+
+/// Makes the cluster the current one; false when an edit that is open in the present one is in the way, of
+/// which the operator is told. An empty id is the current one.
+bool GoToCluster(Application& application, const QString& cluster);
+
+/// Opens the record, as far as the operator may see it, and goes to the row. An edit that is open in the
+/// screen stays open, and the operator is told; false then, and when there is no such record.
+bool OpenPlace(Application& application, const RecordPlace& place);
+
+} // namespace sysadmin

@@ -1,0 +1,158 @@
+#include "circulation/frmCirculation_RuleCheck.h"
+
+#include "circulation/LoanQuestion.h"
+#include "circulation/PolicyReader.h"
+#include "circulation/RecordPlace.h"
+#include "core/Application.h"
+#include "framework/ListGrid.h"
+#include "framework/RowCount.h"
+#include "wire/Status.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace sysadmin {
+
+namespace {
+
+/// What makes a finding the same one in the next check.
+QString KeyOf(const QString& cluster, const loan::Finding& finding) {
+    QStringList parts{cluster};
+    for (const qint64 id : {finding.group, qint64(finding.kind), finding.rule, finding.patronGroup,
+                            finding.itemType, finding.calendar, finding.location})
+        parts.append(QString::number(id));
+    return parts.join(' ') + ' ' + finding.text; // an entry may have two of a kind
+}
+
+} // namespace
+
+frmCirculation_RuleCheck::frmCirculation_RuleCheck(Application& application, QWidget* parent)
+    : FormScreen(application, "frmCirculation_RuleCheck", tr("Check the Rules"), Area::Circulation, parent) {
+    const bool several = application.clusters.Count() > 1;
+    vsf = new ListGrid("vsf",
+                       {{.caption = tr("Cluster"), .width = 80, .hidden = !several},
+                        {.caption = tr("Policy Group"), .width = 130},
+                        {.caption = tr("Finding"), .width = 120},
+                        {.caption = tr("Place"), .width = 300},
+                        {.caption = tr("Explanation"), .width = 320}},
+                       this);
+    vsf->setAccessibleName(tr("Findings"));
+    vsf->KeepColumns(application.prefs, objectName());
+    lblSummary = new QLabel(this);
+    lblSummary->setObjectName("lblSummary");
+    lblSummary->setWordWrap(true);
+    cmdOpen = MakeButton("cmdOpen", tr("&Open"));
+    cmdTestLoan = MakeButton("cmdTestLoan", tr("&Test a Loan"));
+    auto* cmdCheck = MakeButton("cmdCheck", tr("Check &Again"));
+    auto* cmdClose = MakeButton("cmdClose", tr("&Close"));
+
+    auto* whole = new QVBoxLayout(this);
+    whole->addWidget(lblSummary);
+    whole->addWidget(vsf->FilterBox());
+    whole->addWidget(vsf, 1);
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(new RowCount(*vsf, this), 1);
+    for (QPushButton* button : {cmdOpen, cmdTestLoan, cmdCheck, cmdClose})
+        buttons->addWidget(button);
+    whole->addLayout(buttons);
+    setTabOrder(vsf->FilterBox(), vsf);
+    setTabOrder(vsf, cmdOpen);
+
+    connect(vsf, &ListGrid::SelectionMoved, this, &frmCirculation_RuleCheck::RefreshButtons);
+    connect(vsf, &ListGrid::RowActivated, this, &frmCirculation_RuleCheck::Open);
+    connect(cmdOpen, &QPushButton::clicked, this, &frmCirculation_RuleCheck::Open);
+    connect(cmdTestLoan, &QPushButton::clicked, this, &frmCirculation_RuleCheck::TestLoan);
+    connect(cmdCheck, &QPushButton::clicked, this, &frmCirculation_RuleCheck::Check);
+    connect(cmdClose, &QPushButton::clicked, this, &frmCirculation_RuleCheck::CloseScreen);
+    connect(&application.notices, &Notices::SubjectChanged, this,
+            &frmCirculation_RuleCheck::OnSubjectChanged);
+    vsf->SetMenuButtons({cmdOpen, cmdTestLoan, cmdCheck});
+    BindKey(Qt::Key_F5, cmdCheck);
+    BindEscape(cmdClose, [] { return false; });
+    FinishBuilding();
+    RefreshButtons();
+}
+
+void frmCirculation_RuleCheck::Check() {
+    const QString selected = vsf->SelectedKey();
+    m_found.clear();
+    QList<GridRow> rows;
+    qsizetype groups = 0;
+    for (const auto& [id, cluster] : App().clusters) {
+        PolicyReader reader(App().channel, id);
+        if (const qint16 status = reader.ReadAll(); status != wire::status::Ok) {
+            App().ReportRequestFailure(status, "Check the Rules", windowTitle());
+            lblSummary->setText(tr("The rules could not be read."));
+            vsf->SetRows({});
+            return;
+        }
+        QHash<qint64, QString> names;
+        for (const loan::Group& group : reader.Policy().groups)
+            names.insert(group.id, group.name);
+        groups += names.size();
+        for (const loan::Finding& finding : loan::CheckRules(reader.Policy(), QDate::currentDate())) {
+            const QString key = KeyOf(id, finding);
+            m_found.insert(key, {id, finding});
+            rows.append({key,
+                         {cluster.sClusterName, names.value(finding.group), loan::FindingText(finding.kind),
+                          finding.place, finding.text},
+                         {}});
+        }
+    }
+    vsf->ReplaceRows(rows);
+    if (!vsf->SelectKey(selected) && !rows.isEmpty())
+        vsf->SelectKey(vsf->Model().ShownKeys().value(0));
+    lblSummary->setText(rows.isEmpty()
+                            ? tr("%1 policy groups were looked over. Nothing was found.").arg(groups)
+                            : tr("%1 policy groups were looked over. %L2 findings: double-click one, "
+                                 "or press Enter, to go to its place.")
+                                  .arg(groups)
+                                  .arg(rows.size()));
+    RefreshButtons();
+}
+
+void frmCirculation_RuleCheck::OnSubjectChanged(const QString& subject) {
+    if (DependLoansOn(subject))
+        lblSummary->setText(tr("The settings have changed since this check. Check again (F5)."));
+}
+
+const frmCirculation_RuleCheck::Found* frmCirculation_RuleCheck::Selected() const {
+    const auto found = m_found.constFind(vsf->SelectedKey());
+    return found == m_found.constEnd() ? nullptr : &*found;
+}
+
+RecordPlace frmCirculation_RuleCheck::PlaceOf(const Found& found) const {
+    const loan::Finding& finding = found.finding;
+    if (finding.calendar != 0)
+        return {.screen = "Circ_Calendars",
+                .cluster = found.cluster,
+                .record = QString::number(finding.calendar)};
+    return {.screen = "Circulation_PolicyDefinitions",
+            .cluster = found.cluster,
+            .record = QString::number(finding.group)};
+}
+
+void frmCirculation_RuleCheck::Open() {
+    if (const Found* found = Selected())
+        OpenPlace(App(), PlaceOf(*found));
+}
+
+void frmCirculation_RuleCheck::TestLoan() {
+    if (const Found* found = Selected(); found && found->finding.patronGroup != 0)
+        OpenLoanTest(App(), this,
+                     {.cluster = found->cluster,
+                      .policyGroup = QString::number(found->finding.group),
+                      .patronGroup = QString::number(found->finding.patronGroup),
+                      .itemType = QString::number(found->finding.itemType)});
+}
+
+void frmCirculation_RuleCheck::RefreshButtons() {
+    const Found* found = Selected();
+    cmdOpen->setEnabled(found);
+    cmdTestLoan->setEnabled(found && found->finding.patronGroup != 0);
+}
+
+} // namespace sysadmin

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "framework/FormScreen.h"
+#include "loan/RuleCheck.h"
+
+class QPushButton;
+
+namespace sysadmin {
+
+class ListGrid;
+struct RecordPlace;
+
+/// Looks over the circulation rules of all clusters and lists what nobody can have meant; each finding leads
+/// to its place.
+class frmCirculation_RuleCheck : public FormScreen {
+    Q_OBJECT
+
+public:
+    frmCirculation_RuleCheck(Application& application, QWidget* parent);
+
+    void LoadScreen() override { Check(); }
+
+private:
+    struct Found {
+        QString cluster;
+        loan::Finding finding;
+    };
+
+    void Check();
+    void OnSubjectChanged(const QString& subject);
+    const Found* Selected() const;
+    RecordPlace PlaceOf(const Found& found) const;
+    void Open();
+    void TestLoan();
+    void RefreshButtons();
+
+    QHash<QString, Found> m_found; // by the key of the row
+    ListGrid* vsf = nullptr;
+    QLabel* lblSummary = nullptr;
+    QPushButton* cmdOpen = nullptr;
+    QPushButton* cmdTestLoan = nullptr;
+};
+
+} // namespace sysadmin
