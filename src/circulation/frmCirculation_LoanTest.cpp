@@ -21,6 +21,7 @@
 #include <QSaveFile>
 #include <QShortcut>
 #include <QSplitter>
+#include <QStyle>
 #include <QTextBrowser>
 #include <QTextDocument>
 #include <QTimer>
@@ -55,7 +56,10 @@ frmCirculation_LoanTest::frmCirculation_LoanTest(Application& application, QWidg
     sides->setObjectName("splSides");
     sides->setChildrenCollapsible(false);
     auto* view = MakeView(m_form, m_form.Draw(), this);
-    sides->addWidget(view->InScrollArea(this));
+    QWidget* questions = view->InScrollArea(this);
+    questions->setMinimumWidth(view->minimumSizeHint().width() +
+                               style()->pixelMetric(QStyle::PM_ScrollBarExtent) + 4);
+    sides->addWidget(questions);
     sides->addWidget(BuildAnswerSide());
     sides->setStretchFactor(1, 1);
     whole->addWidget(sides, 1);
