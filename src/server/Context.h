@@ -12,6 +12,7 @@ namespace sysadmin::server {
 
 class Library;
 class NewPassword;
+class Prepared;
 namespace status = wire::status;
 
 /// The operator who sent a request.
@@ -41,6 +42,7 @@ struct Context {
     QDateTime now; ///< UTC
     ListCursor cursor;
     NewPassword* password = nullptr; ///< the request's, where the rule of the request prepares one
+    Prepared* prepared = nullptr;    ///< whatever the rule of the request prepares
 };
 
 /// What a handler answers. Fields go out with status 0 and 55 only.

@@ -5,6 +5,7 @@
 #include "server/store/Database.h"
 #include "server/store/LibraryFolder.h"
 #include "server/subjects/Registrations.h"
+#include "server/subjects/SearchDatabases.h"
 
 #include <QFileInfo>
 
@@ -26,7 +27,8 @@ QString CheckFile(Database& database, const StoreAddress& address) {
 Library::Library(const LibraryOptions& options)
     : m_options(options)
     , m_registry(options.registry ? options.registry : MakeRegistry())
-    , m_writers(std::make_shared<WriterQueue>()) {}
+    , m_writers(std::make_shared<WriterQueue>())
+    , m_secrets(SecretKeyFile(options.address)) {}
 
 std::unique_ptr<Database> Library::Connect() const {
     if (m_file != FileIdentity() && IdentityOf(m_options.address.file) != m_file)
@@ -101,6 +103,11 @@ void Library::Fill(Database& database) {
                 FillSampleLibrary(*this, database);
         });
     }
+    if (!database.FirstRow("SELECT 1 FROM search_databases WHERE code='LOCAL'"))
+        RunInTransaction(database, [&] {
+            Records records(database, m_registry->GetTables());
+            MakeLocalDatabase(records);
+        });
     m_sample = ReadSetting(database, "sample") == "Y";
     m_dummyHash = ReadSetting(database, "dummy_hash");
     m_keys.publicKey = QByteArray::fromBase64(ReadSetting(database, "sealing_public_key").toLatin1());

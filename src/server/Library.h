@@ -3,6 +3,7 @@
 #include "server/ErrorLog.h"
 #include "server/Passwords.h"
 #include "server/Registry.h"
+#include "server/SecretBox.h"
 #include "server/SeenRecords.h"
 #include "server/SignOnThrottle.h"
 #include "server/store/StoreAddress.h"
@@ -53,6 +54,8 @@ public:
 
     const Registry& GetRegistry() const { return *m_registry; }
     const SealingKeys& GetSealingKeys() const { return m_keys; }
+    /// Where passwords for other systems are kept.
+    const SecretBox& Secrets() const { return m_secrets; }
     const HashCost& GetHashCost() const { return m_options.hashCost; }
     /// A hash that no password fits, for sign-on attempts of operators that do not exist.
     const QString& DummyHash() const { return m_dummyHash; }
@@ -83,6 +86,7 @@ private:
     std::shared_ptr<WriterQueue> m_writers;
     std::pair<quint64, quint64> m_file; ///< which file it is, once it is open
     SealingKeys m_keys;
+    SecretBox m_secrets;
     QString m_dummyHash;
     QString m_firstPassword;
     bool m_sample = false;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "server/Passwords.h"
+#include "server/Prepared.h"
 #include "server/SecurityOptions.h"
 #include "server/store/Records.h"
 
@@ -10,7 +11,7 @@ class Library;
 
 /// A password that an operator is to get. The slow part of checking and keeping it is done once: what was
 /// prepared before a transaction costs nothing in it, where it would hold up everybody's changes.
-class NewPassword {
+class NewPassword : public Prepared {
 public:
     /// The library must outlive it.
     NewPassword(Secret password, const Library& library);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "server/Prepared.h"
 #include "server/Subject.h"
 #include "server/store/Schema.h"
 
@@ -11,10 +12,10 @@ enum class Access { View, Edit };
 
 using Handler = std::function<Answer(Context&, const wire::Fields& request)>;
 
-/// Opens the password that a request gives to an operator, and does the slow part of checking it, outside the
-/// transaction in which the handler runs. Null when there is nothing to prepare.
-using Preparation = std::function<std::shared_ptr<NewPassword>(Database&, const Library&, const Requester&,
-                                                               const wire::Fields& request)>;
+/// Does what of a request is slow, outside the transaction in which the handler runs: opens the password that
+/// a request gives to an operator and checks it, asks another server. Null when there is nothing to prepare.
+using Preparation = std::function<std::shared_ptr<Prepared>(Database&, const Library&, const Requester&,
+                                                            const wire::Fields& request)>;
 
 /// A numbered request: who may send it and what carries it out.
 struct RequestRule {

@@ -190,7 +190,7 @@ Answer ServerConnection::ChangePassword(const wire::Fields& request) {
 }
 
 Answer ServerConnection::Carry(const wire::Request& request, const RequestRule& rule,
-                               const StoredSession& session, SessionView& view, NewPassword* password,
+                               const StoredSession& session, SessionView& view, Prepared* prepared,
                                ListCursor& cursor) {
     Database& database = GetDatabase();
     const Rights rights = Rights::Of(database, session.requester.row);
@@ -217,7 +217,8 @@ Answer ServerConnection::Carry(const wire::Request& request, const RequestRule& 
         .rights = rights,
         .now = now,
         .cursor = session.cursor,
-        .password = password};
+        .password = dynamic_cast<NewPassword*>(prepared),
+        .prepared = prepared};
     Answer answer;
     try {
         answer = rule.handler(context, request.fields);
@@ -232,8 +233,7 @@ Answer ServerConnection::Carry(const wire::Request& request, const RequestRule& 
     return answer;
 }
 
-std::shared_ptr<NewPassword> ServerConnection::Prepare(const wire::Request& request,
-                                                       const RequestRule* rule) {
+std::shared_ptr<Prepared> ServerConnection::Prepare(const wire::Request& request, const RequestRule* rule) {
     if (!rule || !rule->prepare)
         return nullptr;
     Database& database = GetDatabase();
@@ -249,7 +249,7 @@ std::optional<QByteArray> ServerConnection::HandleNumbered(const wire::Request& 
         return std::nullopt;
     const RequestRule* rule = m_library->GetRegistry().Find(request.name);
     const bool changes = rule && rule->changes;
-    const std::shared_ptr<NewPassword> password = Prepare(request, rule);
+    const std::shared_ptr<Prepared> prepared = Prepare(request, rule);
     std::optional<QByteArray> reply; // stays empty when the peer is to be cut off
     bool touch = false;
     std::optional<SessionView> view;
@@ -275,7 +275,7 @@ std::optional<QByteArray> ServerConnection::HandleNumbered(const wire::Request& 
         static const RequestRule nobodys;
         view.emplace(GetDatabase(), SessionStart{session->row, session->startChange}, rule ? *rule : nobodys,
                      request.fields);
-        const Answer answer = rule ? Carry(request, *rule, *session, *view, password.get(), cursor)
+        const Answer answer = rule ? Carry(request, *rule, *session, *view, prepared.get(), cursor)
                                    : Answer{status::UnknownRequest};
         answered = answer.status;
         reply =

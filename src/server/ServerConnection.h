@@ -33,9 +33,9 @@ private:
     Answer Hello();
     Answer ChangePassword(const wire::Fields& request);
     Answer Carry(const wire::Request& request, const RequestRule& rule, const StoredSession& session,
-                 SessionView& view, NewPassword* password, ListCursor& cursor);
+                 SessionView& view, Prepared* prepared, ListCursor& cursor);
     /// Does what of a request is slow and can be done before its transaction.
-    std::shared_ptr<NewPassword> Prepare(const wire::Request& request, const RequestRule* rule);
+    std::shared_ptr<Prepared> Prepare(const wire::Request& request, const RequestRule* rule);
     void TouchSession();
 
     std::shared_ptr<const Library> m_library;

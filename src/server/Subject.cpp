@@ -58,6 +58,13 @@ SubjectField SubjectField::Joined(const QString& tag, const QString& through, co
     return field;
 }
 
+SubjectField SubjectField::Secret(const QString& tag, const QString& mark, const QString& column, int limit) {
+    SubjectField field = Make(Kind::Secret, tag, column);
+    field.mark = mark;
+    field.limit = limit;
+    return field;
+}
+
 SubjectField SubjectField::Required() && {
     required = true;
     return std::move(*this);
@@ -121,6 +128,8 @@ Column SubjectField::StoredAs() const {
         return {.name = column, .type = ColumnType::Flag, .fallback = fallback};
     case Kind::Whole:
         return {.name = column, .type = ColumnType::Whole, .fallback = fallback};
+    case Kind::Secret:
+        return {.name = column, .type = ColumnType::Text, .secret = true};
     case Kind::Reference:
     case Kind::Joined:
         return {.name = column, .type = ColumnType::Reference, .target = target, .onRemoval = onRemoval};

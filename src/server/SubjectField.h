@@ -15,7 +15,7 @@ using namespace wire::lengths;
 ///     SubjectField::Text("Nm", "name", 40).Required().Unique(status::DuplicateName).InList()
 class SubjectField {
 public:
-    enum class Kind { Text, Flag, Whole, Decimal, Reference, Joined };
+    enum class Kind { Text, Flag, Whole, Decimal, Reference, Joined, Secret };
 
     /// A text of up to `limit` characters.
     static SubjectField Text(const QString& tag, const QString& column, int limit);
@@ -32,6 +32,11 @@ public:
     /// A column of the record to which the reference column `through` points. Never written.
     static SubjectField Joined(const QString& tag, const QString& through, const QString& target,
                                const QString& column);
+
+    /// A password for another system, of up to `limit` characters. It is kept so that only this server can
+    /// read it and never sent: replies say under `mark` whether there is one. A request with the mark "Y"
+    /// brings a new one under the tag, sealed as operators' passwords are; an empty one takes it away.
+    static SubjectField Secret(const QString& tag, const QString& mark, const QString& column, int limit);
 
     /// Must not be empty.
     SubjectField Required() &&;
@@ -61,6 +66,7 @@ public:
     qint64 most = 0;
     QString target;       ///< Reference and Joined: the other table
     QString targetColumn; ///< Joined, and Reference that carries another column than the id
+    QString mark;         ///< Secret: the tag of the mark
     OnRemoval onRemoval = OnRemoval::Refuse;
     QString fallback;
     bool required = false;

@@ -80,6 +80,11 @@ Shape MakeShape(const Subject& subject, bool list) {
     for (const SubjectField& field : subject.fields) {
         if (list ? !field.inList : !field.inGet)
             continue;
+        if (field.kind == SubjectField::Kind::Secret) {
+            shape.tags << field.mark;
+            columns << QString("CASE WHEN t." + field.column + "='' THEN 'N' ELSE 'Y' END");
+            continue;
+        }
         shape.tags << field.tag;
         if (field.targetColumn.isEmpty()) {
             columns << QString("t." + field.column);

@@ -1,5 +1,6 @@
 #include "server/SubjectRequests.h"
 
+#include "server/Library.h"
 #include "server/SubjectReads.h"
 #include "server/store/Database.h"
 
@@ -64,9 +65,29 @@ std::optional<QVariant> ToStore(Context& context, const SubjectField& field, con
         return id ? std::optional<QVariant>(*id) : std::nullopt;
     }
     case SubjectField::Kind::Joined:
+    case SubjectField::Kind::Secret:
         break;
     }
     return std::nullopt;
+}
+
+/// Takes a new secret from the request; what is not new stays as it is.
+qint16 ReadSecret(Context& context, const SubjectField& field, const wire::Fields& request, Row& row) {
+    const QString isNew = Sent(request, field.mark).value_or("N");
+    if (isNew != "Y")
+        return isNew == "N" || isNew.isEmpty() ? status::Ok : status::ColumnError;
+    const QString sealed = Sent(request, field.tag).value_or(QString());
+    QString kept;
+    if (!sealed.isEmpty()) {
+        const auto plain = OpenSealed(sealed, context.library.GetSealingKeys(), wire::PasswordPurpose::Set,
+                                      context.requester.nonce);
+        if (!plain || plain->Size() > 4 * qsizetype(field.limit))
+            return status::ColumnError;
+        if (plain->Size() > 0)
+            kept = context.library.Secrets().Close(*plain);
+    }
+    row.insert(field.column, kept);
+    return status::Ok;
 }
 
 /// The refusal for the first unique text that another record has, or 0.
@@ -170,6 +191,11 @@ qint16 ReadFields(Context& context, const QList<SubjectField>& fields, const wir
     for (const SubjectField& field : fields) {
         if (!field.inPut)
             continue;
+        if (field.kind == SubjectField::Kind::Secret) {
+            if (const qint16 refused = ReadSecret(context, field, request, row))
+                return refused;
+            continue;
+        }
         std::optional<QString> value = Sent(request, field.tag);
         // "NNm" says whether the operator changed the name, or gives the new one. A name that was not changed
         // may be old by now.

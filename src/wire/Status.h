@@ -35,5 +35,9 @@ inline constexpr qint16 MatrixEntriesExist = 132;
 inline constexpr qint16 CalendarsOverlap = 133;
 /// A location is in another circulation policy group.
 inline constexpr qint16 LocationInOtherGroup = 134;
+/// Another search database has the same address and port.
+inline constexpr qint16 AddressInUse = 135;
+/// The local search database was to be deleted or to get another code.
+inline constexpr qint16 LocalDatabase = 136;
 
 } // namespace sysadmin::wire::status

@@ -88,6 +88,7 @@ void RegisterAccessGroups(Registry& registry) {
                 SubjectField::Text("N", "name", NameLength).Required().Unique(status::DuplicateName).InList(),
             },
         .key = "I",
+        .usedBy = {{"search_database_access_groups", "access_group_id", status::InUse}},
         .usages = {{"access rules", status::InUse}},
         .memberships = {{.table = "access_group_patron_groups",
                          .ownerColumn = "group_id",

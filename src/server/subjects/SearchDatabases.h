@@ -1,0 +1,29 @@
+#pragma once
+
+#include "server/store/Records.h"
+
+namespace sysadmin::server {
+
+/// A service of a search database: where it is, under which tags and in which columns.
+struct DatabaseService {
+    QString addressTag;
+    QString portTag;
+    QString address;
+    QString port;
+};
+
+/// The public catalogue's service (of a Z39.50 target its only one), circulation, call slips,
+/// administration, TPDS and TXWS.
+const QList<DatabaseService>& DatabaseServices();
+
+/// A character set in which targets send their records; its id is its place, counted from 1.
+struct CharacterSet {
+    QString name;      ///< for people
+    QString converter; ///< as the converter of texts knows it
+};
+const QList<CharacterSet>& CharacterSets();
+
+/// Makes the library's own database if it is missing.
+void MakeLocalDatabase(Records& records);
+
+} // namespace sysadmin::server
