@@ -149,7 +149,7 @@ void Stamp(const Context& context, Row& row) {
 /// Opens the request's password; `set` when the operator is to get it.
 template <bool set>
 std::shared_ptr<Prepared> PreparePassword(Database& database, const Library& library,
-                                             const Requester& requester, const wire::Fields& request) {
+                                          const Requester& requester, const wire::Fields& request) {
     auto plain = OpenSealed(wire::FirstValue(request, "PW"), library.GetSealingKeys(),
                             wire::PasswordPurpose::Set, requester.nonce);
     if (!plain)
