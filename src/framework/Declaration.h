@@ -22,7 +22,7 @@ struct OwnWords {
 struct SaveStep {
     QString request;
     QString caption;        ///< of a failure's report
-    QString keyTag;         ///< under which the record's key is put first
+    QString keyTag;         ///< under which the record's key is put first; empty: `puts` say it
     QList<Field*> fields{}; ///< what it stores: it is sent when one of them changed
     QList<PutStep> puts{};  ///< empty: the fields
 };
@@ -59,6 +59,7 @@ struct TableSpec {
     QString gridName = "vsf";
     /// Under which list, get and save requests carry the current cluster; empty: records are of no cluster.
     QString clusterTag{};
+    bool clusterOnDelete = false; ///< delete requests carry it, too
     bool listAfterChange = false; ///< the list is asked for again after every change
     QString tabCaption{};         ///< only where a screen has several tables
 
@@ -87,6 +88,7 @@ struct TableSpec {
     QString editCaption{};
     QString saveCaption{};
     QString deleteCaption{};
+    QString addedTag{}; ///< of a new record's key in the reply to its add request; empty: the record tag
     /// The tag by which the record just added is found in the reply; empty: the reply's first.
     QString matchTag{};
     QHash<qint16, OwnWords> deleteWords{};

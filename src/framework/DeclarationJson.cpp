@@ -67,7 +67,7 @@ QJsonObject SourceOf(const ChoiceSource& source) {
 
 /// What the rows of a list put, by tag.
 QJsonArray RowTagsOf(const QList<RowTag>& puts) {
-    constexpr const char* names[] = {"key", "cell", "state", "rank", "fixed"};
+    constexpr const char* names[] = {"key", "cell", "amount", "state", "rank", "fixed"};
     QJsonArray array;
     for (const RowTag& put : puts)
         array.append(QJsonArray{put.tag, names[int(put.source)]});
@@ -119,6 +119,8 @@ void SayPicked(QJsonObject& object, const PickedField& picked) {
     Say(object, "stateTag", spec.tags.state);
     if (!spec.more.isEmpty())
         object["more"] = ColumnsOf(spec.more);
+    if (spec.availableMore)
+        object["availableMore"] = ColumnsOf(*spec.availableMore);
     Say(object, "ranked", spec.ranked);
     if (spec.settings)
         object["settings"] = FieldsOf(*spec.settings);
@@ -214,6 +216,7 @@ QJsonObject ToJson(const TableDeclaration& table) {
                                                                 {"saveCaption", spec.saveCaption},
                                                                 {"deleteCaption", spec.deleteCaption},
                                                                 {"matchTag", spec.matchTag},
+                                                                {"addedTag", spec.addedTag},
                                                                 {"pickTag", spec.pickTag},
                                                                 {"clusterTag", spec.clusterTag},
                                                                 {"deleteSeveral", spec.deleteSeveralRequest}})
@@ -241,6 +244,7 @@ QJsonObject ToJson(const TableDeclaration& table) {
     }
     Say(object, "frameIdle", spec.frameIdle);
     Say(object, "listAfterChange", spec.listAfterChange);
+    Say(object, "clusterOnDelete", spec.clusterOnDelete);
     Say(object, "continuing", spec.continuing);
     Say(object, "boxOnLoadFailure", spec.boxOnLoadFailure);
     if (spec.sorted)

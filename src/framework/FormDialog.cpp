@@ -1,6 +1,5 @@
 #include "framework/FormDialog.h"
 
-#include "core/Prompter.h"
 #include "framework/Captions.h"
 #include "framework/ListGrid.h"
 #include "framework/forms/ValueFields.h"
@@ -70,7 +69,7 @@ void FormDialog::accept() {
     const std::optional<Form::Finding> problem = m_form.FirstProblem();
     const QString refusal = problem ? problem->text : m_spec.check ? m_spec.check() : QString();
     if (!refusal.isEmpty()) {
-        Box box{.text = refusal};
+        Box box = problem && problemBox ? problemBox(*problem) : Box{.text = refusal};
         if (!m_spec.refusalTitle.isEmpty() && !problem)
             box.title = m_spec.refusalTitle;
         m_prompter.ShowBox(this, box);
@@ -122,6 +121,7 @@ RowAsker AskInForm(const FormDialogSpec& spec, const QList<GridColumn>& columns,
             return check(form->MakeRow(former, columns), former);
         };
         FormDialog dialog(prompter, *form, form->Draw(), own, parent);
+        form->Begin(dialog, prompter, former);
         return prompter.RunDialog(dialog) ? std::optional(form->MakeRow(former, columns)) : std::nullopt;
     };
     return {.dialog = spec, .ask = ask, .form = form};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/Prompter.h"
 #include "framework/FormView.h"
 #include "framework/forms/RowsField.h"
 
@@ -21,6 +22,8 @@ public:
     ~FormDialog() override;
 
     FormView& View() { return *m_view; }
+    /// The box that tells what is wrong with a field, where that is not the text alone.
+    std::function<Box(const Form::Finding&)> problemBox{};
     void accept() override;
     void reject() override;
 
@@ -43,6 +46,8 @@ public:
     virtual void TakeRow(const GridRow* row, const QList<GridColumn>& columns);
     /// The row as it is entered now.
     virtual GridRow MakeRow(const GridRow* former, const QList<GridColumn>& columns) const;
+    /// The dialog is about to be shown; `former` is the row in it, null for a new one.
+    virtual void Begin(FormDialog& /*dialog*/, Prompter& /*prompter*/, const GridRow* /*former*/) {}
     /// Says why what is entered is no row; empty when it is one.
     virtual QString Refusal() { return {}; }
 };

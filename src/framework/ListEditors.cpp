@@ -84,9 +84,13 @@ public:
         m_widget = isAlone ? nullptr : new QWidget(parent);
         m_mover = new TwoListMover(
             field.Names(), field.Lists(), [this](const TwoListMover::Move& move) { m_picked.Move(move); },
-            isAlone ? parent : m_widget, spec.more);
+            isAlone ? parent : m_widget, spec.more, spec.availableMore);
         m_mover->SetVeto(
             [this](const QStringList& keys, bool toSelected) { return m_picked.Veto(keys, toSelected); });
+        m_mover->SetAdmission(
+            [this](const QStringList& keys, bool toSelected, Prompter& prompter, QWidget* around) {
+                return m_picked.Admit(keys, toSelected, prompter, around);
+            });
         m_focusWidgets = m_mover->FocusWidgets();
         ListGrid& grid = m_mover->SelectedGrid();
         grid.SetEdits(spec.edits);
@@ -201,8 +205,9 @@ private:
         const GridRow former = *selected;
         const auto any = [](const GridRow&, const GridRow*) { return QString(); };
         const RowAsker& asker = m_picked.Behaviour().ask;
-        const std::optional<GridRow> row =
-            asker.ask(asker.dialog, m_mover->window(), *prompter, &former, any);
+        FormDialogSpec dialog = asker.dialog;
+        dialog.readOnly = !m_mayEdit;
+        const std::optional<GridRow> row = asker.ask(dialog, m_mover->window(), *prompter, &former, any);
         if (!row || !m_mayEdit)
             return;
         ChangeRows([&](PickedLists& lists) {
@@ -212,7 +217,7 @@ private:
     }
     void RefreshButtons() {
         if (m_modify)
-            m_modify->setEnabled(m_mayEdit && SelectedRow());
+            m_modify->setEnabled(m_mover->isEnabled() && SelectedRow());
     }
 
     PickedField& m_picked;

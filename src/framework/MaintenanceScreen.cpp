@@ -274,6 +274,8 @@ void MaintenanceScreen::DeleteSeveral(Table& table, const QStringList& keys) {
 
 void MaintenanceScreen::SendDelete(const GridRow& row) {
     Table& table = Current();
+    if (table.spec.clusterOnDelete)
+        PutCluster(table);
     App().channel.PutField(table.spec.getKeyTag, row.key);
     const qint16 result = App().channel.SendRequest(table.spec.deleteRequest);
     if (const auto words = table.spec.deleteWords.find(result); words != table.spec.deleteWords.end()) {

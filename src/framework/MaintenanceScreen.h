@@ -121,6 +121,9 @@ protected:
     const SaveContext& Saving() const { return m_context; }
     /// Saves the open edit; true when the server took it. `stay` keeps the edit open on the saved record.
     bool Save(bool stay = false);
+    /// Stores the record itself and leaves the edit open on it; the further requests of the save are left to
+    /// the next one. False when that failed (and was told).
+    bool StoreRecord();
     void StartNew();
     /// Starts a new record that begins as a copy of the selected one.
     void StartCopy();
@@ -128,6 +131,8 @@ protected:
     void StartSeveral();
     void EndEdit();
     void RefreshButtons();
+    /// Puts the current cluster, where the table's records are those of a cluster.
+    void PutCluster(const Table& table);
 
 private:
     void BuildTable(Table& table);
@@ -139,7 +144,7 @@ private:
                             const QString& wayOn);
     void DeleteSeveral(Table& table, const QStringList& keys);
     QStringList RecordsOfSeveral(const Table& table) const;
-    void PutCluster(const Table& table);
+    void LoadListAfterSave(Table& table);
     void ShowCluster();
     bool IsEditing() const { return m_state != State::List && m_state != State::Viewing; }
     void OrderTabStops();
@@ -169,6 +174,7 @@ private:
     SaveContext m_context;
     bool m_isStored = false; // the record itself; what is left of the save are its further requests
     bool m_wasNew = false;
+    bool m_listIsOld = false;   // the save will have to ask for it again
     std::deque<Table> m_tables; // a deque: rows, views and handlers refer to its elements
     int m_current = 0;
 

@@ -7,11 +7,27 @@
 #include "wire/Status.h"
 
 #include <algorithm>
+#include <utility>
 
 // How a maintenance screen saves; the rest of what it does is in MaintenanceScreen.cpp.
 namespace sysadmin {
 
 namespace status = wire::status;
+
+namespace {
+
+/// What a save that failed on its way has not stored, in front of the reason.
+QString NotStored(const QList<SaveStep>& steps) {
+    QStringList captions;
+    for (const SaveStep& step : steps)
+        for (const Field* field : step.fields)
+            if (field->IsChanged())
+                captions.append(field->PlainCaption());
+    return MaintenanceScreen::tr("The record itself is stored, but not: %1.").arg(captions.join(", ")) +
+           "\r\n\r\n";
+}
+
+} // namespace
 
 bool MaintenanceScreen::CheckBeforeSave(Table& table) {
     return CheckForm(*table.form, *table.view);
@@ -42,7 +58,9 @@ bool MaintenanceScreen::Save(bool stay) {
     if (m_state == State::EditingSeveral)
         return SaveSeveral(table);
     table.form->LeaveFields();
-    if (!CheckBeforeSave(table) || !SendRecord(table) || !SendSteps(table))
+    const bool isDone = CheckBeforeSave(table) && SendRecord(table) && SendSteps(table);
+    LoadListAfterSave(table);
+    if (!isDone)
         return false;
 
     const GridRow row = RowFromForm(table, m_context.originalKey);
@@ -58,6 +76,25 @@ bool MaintenanceScreen::Save(bool stay) {
         EndEdit();
     emit App().notices.Done(tr("Saved %1").arg(RecordText(table, row)));
     return !stay || !row.key.isEmpty();
+}
+
+bool MaintenanceScreen::StoreRecord() {
+    Table& table = Current();
+    table.form->LeaveFields();
+    const bool isDone = CheckBeforeSave(table) && SendRecord(table);
+    LoadListAfterSave(table);
+    if (!isDone)
+        return false;
+    Announce(table.spec.notice);
+    SetState(State::Editing);
+    return true;
+}
+
+void MaintenanceScreen::LoadListAfterSave(Table& table) {
+    if (!std::exchange(m_listIsOld, false))
+        return;
+    LoadList(table);
+    table.grid->SelectKey(m_context.originalKey);
 }
 
 // What one step of the save stored is accepted at once: saved again after a failure, the save goes on with
@@ -83,11 +120,12 @@ bool MaintenanceScreen::SendRecord(Table& table) {
         return false;
     }
     QString key = KeyAfterSave(table);
-    if (table.spec.listAfterChange || key.isEmpty()) {
+    if (key.isEmpty()) { // the server did not say under which id it keeps the record: ask for what it has
         LoadList(table);
-        if (key.isEmpty()) // the server did not say under which id it keeps the record: ask for what it has
-            key = FindSaved(table);
+        key = FindSaved(table);
         table.grid->SelectKey(key);
+    } else if (table.spec.listAfterChange) {
+        m_listIsOld = true; // once the whole record is stored, or what can be
     } else {
         table.grid->PutRow(RowFromForm(table, key), m_context.originalKey);
     }
@@ -108,7 +146,8 @@ bool MaintenanceScreen::SendSteps(Table& table) {
             App().ReportRequestFailure(status::NotFound, step.caption, table.spec.subject);
             return true;
         }
-        App().channel.PutField(step.keyTag, m_context.originalKey);
+        if (!step.keyTag.isEmpty())
+            App().channel.PutField(step.keyTag, m_context.originalKey);
         for (const PutStep& put : step.puts)
             put(App().channel, m_context);
         for (const Field* field : step.puts.isEmpty() ? step.fields : QList<Field*>())
@@ -117,7 +156,7 @@ bool MaintenanceScreen::SendSteps(Table& table) {
             SetState(State::Editing);
             if (const auto conflict = ConflictOf(App().channel, result, table.spec.subject))
                 return SettleSaveConflict(table, *conflict) && SendRecord(table) && SendSteps(table);
-            App().ReportRequestFailure(result, step.caption, table.spec.subject);
+            App().ReportRequestFailure(result, step.caption, table.spec.subject, NotStored(table.spec.steps));
             return false;
         }
         for (Field* field : step.fields)
@@ -194,6 +233,8 @@ QString MaintenanceScreen::KeyAfterSave(const Table& table) const {
     if (!m_context.isNew)
         return m_context.originalKey;
     RequestChannel& channel = App().channel;
+    if (!spec.addedTag.isEmpty())
+        return channel.GetField(spec.addedTag);
     while (channel.NextRecord(spec.recordTag))
         if (spec.matchTag.isEmpty() || channel.GetField(spec.matchTag) == draftOf(spec.matchTag))
             return channel.GetField(spec.recordTag);

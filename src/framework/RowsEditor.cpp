@@ -115,6 +115,7 @@ void RowsEditor::ShowValue() {
 
 void RowsEditor::Lock(bool usable, bool readOnly) {
     m_grid->setEnabled(usable);
+    m_isUsable = usable;
     m_mayEdit = usable && !readOnly;
     m_grid->SetEditable(m_mayEdit);
     RefreshButtons();
@@ -128,13 +129,14 @@ void RowsEditor::RefreshButtons() {
     };
     const int place = key.isEmpty() ? -1 : m_grid->Model().DisplayRow(key);
     allow(m_add, m_mayEdit);
-    allow(m_modify, m_mayEdit && !key.isEmpty());
+    const bool shows = m_isUsable && m_rows.Behaviour().asksInView;
+    allow(m_modify, (m_mayEdit || shows) && !key.isEmpty());
     allow(m_remove, m_mayEdit && !key.isEmpty());
     allow(m_up, m_mayEdit && place > 0);
     allow(m_down, m_mayEdit && place >= 0 && place + 1 < m_grid->Model().rowCount());
 }
 
-QString AskForRow(RowsField& field, const QString& key, QWidget* parent, Prompter& prompter) {
+QString AskForRow(RowsField& field, const QString& key, QWidget* parent, Prompter& prompter, bool readOnly) {
     const RowsSpec& spec = field.Behaviour();
     const GridRow* stored = key.isEmpty() ? nullptr : field.FindRow(key);
     const std::optional<GridRow> former = stored ? std::optional(*stored) : std::nullopt;
@@ -142,8 +144,10 @@ QString AskForRow(RowsField& field, const QString& key, QWidget* parent, Prompte
     const RowCheck check = [&field](const GridRow& row, const GridRow* was) {
         return field.Refusal(row, was);
     };
-    std::optional<GridRow> row = spec.ask.ask(spec.ask.dialog, parent, prompter, before, check);
-    if (!row)
+    FormDialogSpec dialog = spec.ask.dialog;
+    dialog.readOnly = dialog.readOnly || readOnly;
+    std::optional<GridRow> row = spec.ask.ask(dialog, parent, prompter, before, check);
+    if (!row || dialog.readOnly)
         return {};
     if (spec.keyColumn >= 0)
         row->key = row->cells.value(spec.keyColumn);
@@ -159,7 +163,7 @@ void RowsEditor::Ask(bool isNew) {
     const QString selected = isNew ? QString() : m_grid->SelectedKey();
     if (!m_rows.Behaviour().ask || !m_grid->GetPrompter() || (!isNew && selected.isEmpty()))
         return;
-    const QString key = AskForRow(m_rows, selected, m_grid->window(), *m_grid->GetPrompter());
+    const QString key = AskForRow(m_rows, selected, m_grid->window(), *m_grid->GetPrompter(), !m_mayEdit);
     if (!key.isEmpty())
         m_grid->SelectKey(key);
 }

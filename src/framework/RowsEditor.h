@@ -38,12 +38,14 @@ private:
     QPushButton* m_up = nullptr;
     QPushButton* m_down = nullptr;
     QList<GridRow> m_shown;
+    bool m_isUsable = false;
     bool m_mayEdit = false;
 };
 
 /// Asks the operator for a row of the field (of an empty key: a new one) and takes what is entered. The row's
-/// key; empty when the operator gave up.
-QString AskForRow(RowsField& field, const QString& key, QWidget* parent, Prompter& prompter);
+/// key; empty when the operator gave up. `readOnly` shows the row only.
+QString AskForRow(RowsField& field, const QString& key, QWidget* parent, Prompter& prompter,
+                  bool readOnly = false);
 
 /// The text that keeps a cell from being taken: not a number in its range; empty when it is fine.
 QString CellProblem(const CellEdit& edit, const QString& value);

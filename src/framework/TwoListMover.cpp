@@ -23,11 +23,12 @@ QVBoxLayout* FilterAboveGrid(ListGrid& grid) {
 } // namespace
 
 TwoListMover::TwoListMover(const PickedNames& names, const PickedLists& lists, Owner owner, QWidget* parent,
-                           const QList<GridColumn>& more)
+                           const QList<GridColumn>& more,
+                           const std::optional<QList<GridColumn>>& availableMore)
     : QWidget(parent)
     , m_lists(lists)
     , m_owner(std::move(owner))
-    , m_available(MakeGrid(names.availableGrid, names.availableCaption, more))
+    , m_available(MakeGrid(names.availableGrid, names.availableCaption, availableMore.value_or(more)))
     , m_selected(MakeGrid(names.selectedGrid, names.selectedCaption, more)) {
     const QString intoSelected = names.selectedCaption;
     const QString intoAvailable = names.availableCaption;
@@ -136,7 +137,7 @@ void TwoListMover::DiscardAll() {
 
 // The moved rows are highlighted where they arrive; where they left, the row that took the first one's place
 // is, so that one after the other can be moved without aiming anew.
-void TwoListMover::Shift(ListGrid& from, ListGrid& to, const QStringList& keys, bool toSelected) {
+void TwoListMover::Shift(ListGrid& from, ListGrid& to, QStringList keys, bool toSelected) {
     if (m_readOnly || keys.isEmpty())
         return;
     if (const QString refusal = m_veto ? m_veto(keys, toSelected) : QString(); !refusal.isEmpty()) {
@@ -144,6 +145,10 @@ void TwoListMover::Shift(ListGrid& from, ListGrid& to, const QStringList& keys, 
             prompter->ShowBox(window(), {.text = refusal});
         return;
     }
+    if (Prompter* prompter = from.GetPrompter(); prompter && m_admit)
+        keys = m_admit(keys, toSelected, *prompter, window());
+    if (keys.isEmpty())
+        return;
     const int place = from.Model().DisplayRow(keys.first());
     m_isMoving = true;
     m_owner([&](PickedLists& lists) {

@@ -5,6 +5,7 @@
 #include <QWidget>
 
 #include <functional>
+#include <optional>
 
 class QPushButton;
 
@@ -26,9 +27,11 @@ public:
     using Owner = std::function<void(const Move&)>;
 
     /// The grids' first column is captioned as `names` say and takes the rows' first cell; `more` describes
-    /// further columns. `lists` must live as long as the mover.
+    /// further columns, of the available list `availableMore` where they differ. `lists` must live as long as
+    /// the mover.
     TwoListMover(const PickedNames& names, const PickedLists& lists, Owner owner, QWidget* parent = nullptr,
-                 const QList<GridColumn>& more = {});
+                 const QList<GridColumn>& more = {},
+                 const std::optional<QList<GridColumn>>& availableMore = {});
 
     ListGrid& AvailableGrid() const { return *m_available; }
     ListGrid& SelectedGrid() const { return *m_selected; }
@@ -45,6 +48,12 @@ public:
         m_veto = std::move(veto);
     }
 
+    /// Asked behind the veto: answers the rows that do move, having asked and told what there is to it.
+    void SetAdmission(
+        std::function<QStringList(const QStringList& keys, bool toSelected, Prompter&, QWidget*)> admit) {
+        m_admit = std::move(admit);
+    }
+
 signals:
     /// The operator moved rows.
     void Changed();
@@ -58,13 +67,14 @@ private:
     void SelectAll();
     void Discard();
     void DiscardAll();
-    void Shift(ListGrid& from, ListGrid& to, const QStringList& keys, bool toSelected);
+    void Shift(ListGrid& from, ListGrid& to, QStringList keys, bool toSelected);
     void FollowOrder(ListGrid& grid, bool selected);
     void RefreshButtons();
 
     const PickedLists& m_lists;
     Owner m_owner;
     std::function<QString(const QStringList&, bool)> m_veto;
+    std::function<QStringList(const QStringList&, bool, Prompter&, QWidget*)> m_admit;
     ListGrid* m_available = nullptr;
     ListGrid* m_selected = nullptr;
     QPushButton* m_select = nullptr;

@@ -77,7 +77,7 @@ void ExpectErrorDialog(ScriptedPrompter& prompter, const QString& message, qint1
                        const QString& operation, const QString& screenName) {
     prompter.ExpectDialogResult("frmError", [=](QDialog& dialog) {
         const auto text = [&](const char* label) { return dialog.findChild<QLabel*>(label)->text(); };
-        EXPECT_EQ(text("lblErrorMessage"), message);
+        EXPECT_EQ(text("lblErrorMessage").remove('\r'), QString(message).remove('\r'));
         EXPECT_EQ(text("lblReturnCodeText"), QString::number(status));
         EXPECT_EQ(text("lblModuleText"), operation);
         EXPECT_EQ(text("lblFormNameText"), screenName);

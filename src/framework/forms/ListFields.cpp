@@ -79,14 +79,21 @@ void PickedField::Move(const std::function<void(PickedLists&)>& move) {
 }
 
 QString PickedField::Veto(const QStringList& keys, bool toSelected) const {
-    if (!m_picked.veto)
-        return {};
+    return m_picked.veto ? m_picked.veto(RowsOf(keys, toSelected), toSelected) : QString();
+}
+
+QStringList PickedField::Admit(const QStringList& keys, bool toSelected, Prompter& prompter,
+                               QWidget* parent) const {
+    return m_picked.admit ? m_picked.admit(RowsOf(keys, toSelected), toSelected, prompter, parent) : keys;
+}
+
+QList<GridRow> PickedField::RowsOf(const QStringList& keys, bool toSelected) const {
     const QSet<QString> wanted(keys.begin(), keys.end());
     QList<GridRow> rows;
     for (const GridRow& row : toSelected ? m_lists.Available() : m_lists.Selected())
         if (wanted.contains(row.key))
             rows.append(row);
-    return m_picked.veto(rows, toSelected);
+    return rows;
 }
 
 void PickedField::GiveDraft(const std::any& draft) {

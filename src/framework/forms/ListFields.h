@@ -71,14 +71,20 @@ struct PickedTags {
 /// How a pair of lists behaves beyond moving rows.
 struct PickedSpec {
     PickedTags tags{};
-    QList<GridColumn> more{};     ///< columns behind the name, by cell
+    QList<GridColumn> more{}; ///< columns behind the name, by cell
+    /// The same of the available list, where they differ.
+    std::optional<QList<GridColumn>> availableMore{};
     bool ranked = false;          ///< the order of the selected rows means something and can be changed
     QHash<int, CellEdit> edits{}; ///< columns of the selected rows that are edited in place
     /// Says why the rows may not move there; empty lets them go.
     std::function<QString(const QList<GridRow>& rows, bool toSelected)> veto{};
+    /// Asks and tells about rows that are to move; answers the keys of those that do. None: all.
+    std::function<QStringList(const QList<GridRow>& rows, bool toSelected, Prompter& prompter,
+                              QWidget* parent)>
+        admit{};
     /// The selected row's settings, drawn beside the lists: a form whose fields carry the tags of `more`.
     Form* settings = nullptr;
-    RowButton modify{}; ///< opens `ask` for the selected row
+    RowButton modify{}; ///< opens `ask` for the selected row, locked where nothing can be edited
     RowAsker ask{};
 };
 
@@ -99,6 +105,8 @@ public:
     void LoadLists(const QList<GridRow>& available, const QList<GridRow>& selected);
     /// Why the rows may not move; empty when they may.
     QString Veto(const QStringList& keys, bool toSelected) const;
+    /// Those of the rows that may move, after what there is to ask and tell.
+    QStringList Admit(const QStringList& keys, bool toSelected, Prompter& prompter, QWidget* parent) const;
     /// Changes the lists and tells the form.
     void Move(const std::function<void(PickedLists&)>& move);
 
@@ -118,6 +126,8 @@ public:
     QString PlainCaption() const override;
 
 private:
+    QList<GridRow> RowsOf(const QStringList& keys, bool toSelected) const;
+
     PickedNames m_names;
     PickedSpec m_picked;
     PickedLists m_lists;

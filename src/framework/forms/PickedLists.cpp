@@ -102,13 +102,15 @@ bool PickedLists::Changed() const {
 
 void PickedLists::SetCells(const QStringList& keys, int column, const QString& value) {
     const QSet<QString> wanted(keys.begin(), keys.end());
-    for (GridRow& row : m_selected) {
-        if (!wanted.contains(row.key))
-            continue;
-        while (row.cells.size() <= column)
-            row.cells.append(QString());
-        row.cells[column] = value;
-    }
+    for (QList<GridRow>* rows : {&m_available, &m_selected})
+        for (qsizetype i = 0; i < rows->size(); ++i) {
+            if (!wanted.contains(rows->at(i).key) || rows->at(i).cells.value(column) == value)
+                continue;
+            QStringList& cells = (*rows)[i].cells;
+            while (cells.size() <= column)
+                cells.append(QString());
+            cells[column] = value;
+        }
 }
 
 void PickedLists::MoveSelected(const QString& key, qsizetype place) {

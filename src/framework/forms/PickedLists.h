@@ -38,7 +38,7 @@ public:
     QList<GridRow> Altered() const;
     bool Changed() const;
 
-    /// Sets a cell of the selected rows with these keys.
+    /// Sets a cell of the rows with these keys, wherever they are.
     void SetCells(const QStringList& keys, int column, const QString& value);
     /// Brings a selected row to another place, counted from 0.
     void MoveSelected(const QString& key, qsizetype place);

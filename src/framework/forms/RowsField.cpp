@@ -243,6 +243,11 @@ void RowsField::PutOne(RequestChannel& channel, const GridRow& row, RowState sta
         case RowTag::Source::Cell:
             channel.PutField(put.tag, row.cells.value(put.column));
             break;
+        case RowTag::Source::Amount: {
+            const QString amount = row.cells.value(put.column).trimmed();
+            channel.PutField(put.tag, amount.isEmpty() ? QString(" ") : amount);
+            break;
+        }
         case RowTag::Source::State:
             channel.PutField(put.tag, m_rowsSpec.codes.Of(state));
             break;

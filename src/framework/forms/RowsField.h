@@ -22,11 +22,11 @@ struct RowCodes {
 
 /// What a row puts into a request, one tag after the other.
 struct RowTag {
-    enum class Source { Key, Cell, State, Rank, Fixed };
+    enum class Source { Key, Cell, Amount, State, Rank, Fixed };
 
     QString tag{};
     Source source = Source::Cell;
-    int column = 0;                      ///< of a cell
+    int column = 0;                      ///< of a cell or an amount
     std::function<QString()> fixed = {}; ///< the same for all rows (the key of what they belong to)
 };
 
@@ -35,6 +35,10 @@ inline RowTag PutKey(const QString& tag) {
 }
 inline RowTag PutCell(const QString& tag, int column) {
     return {tag, RowTag::Source::Cell, column};
+}
+/// The same for an amount of money: one blank when there is none.
+inline RowTag PutAmount(const QString& tag, int column) {
+    return {tag, RowTag::Source::Amount, column};
 }
 inline RowTag PutState(const QString& tag) {
     return {tag, RowTag::Source::State};
@@ -91,7 +95,8 @@ struct RowsSpec {
     RowButton down{};
     RowAsker ask{};
     RowCheck check{};
-    bool several = false; ///< several rows can be selected and removed at once
+    bool several = false;    ///< several rows can be selected and removed at once
+    bool asksInView = false; ///< where nothing can be edited, `modify` shows the row in its dialog, locked
     /// The rows that an entered one stands for; none: itself.
     std::function<QList<GridRow>(const GridRow& entered)> spread{};
     QString removeQuestion{}; ///< empty: rows go without a question
@@ -142,6 +147,8 @@ public:
 
     void Load(RequestChannel& channel) override;
     void Put(RequestChannel& channel) const override;
+    /// Puts one row with this state, in a ranked list with this rank.
+    void PutOne(RequestChannel& channel, const GridRow& row, RowState state, qsizetype rank = 0) const;
     /// Puts every row that the server has as removed: what goes with a record that is removed itself.
     void PutRemoval(RequestChannel& channel) const;
     void Clear() override { SetStoredRows({}); }
@@ -157,7 +164,6 @@ public:
     void GiveDraft(const std::any& draft) override;
 
 private:
-    void PutOne(RequestChannel& channel, const GridRow& row, RowState state, qsizetype rank) const;
     void NumberAnew();
 
     QList<GridColumn> m_columns;
