@@ -136,10 +136,16 @@ FieldEditor& FormView::AddEditor(Field& field, QWidget* parent) {
     return editor;
 }
 
+/// The name of a control's box, by its role, or where another control has the same role by its name.
+QString FormView::ChoosingName(const QString& control) const {
+    const QString name = "chkModify" + RoleOf(control);
+    return findChild<QCheckBox*>(name) ? "chkModify" + control.left(1).toUpper() + control.mid(1) : name;
+}
+
 /// The box that says whether the field is written to the records that are edited together.
 QWidget* FormView::DrawChoosing(Field& field, QWidget* parent) {
     auto* box = new QCheckBox(parent);
-    box->setObjectName("chkModify" + RoleOf(field.Name()));
+    box->setObjectName(ChoosingName(field.Name()));
     box->setAccessibleName(tr("Modify %1").arg(field.PlainCaption()));
     box->setToolTip(tr("Writes this field to all selected records."));
     connect(box, &QCheckBox::clicked, this, [&field](bool on) { field.SetChosen(on); });
@@ -239,8 +245,12 @@ int FormView::DrawField(Field& field, const QString& name, QWidget* parent, QGri
     const bool labelled = !field.ShowsOwnCaption() && !field.Caption().isEmpty();
     FieldEditor& editor = AddEditor(field, parent);
     QWidget* widget = editor.Widget();
-    if (!name.isEmpty())
+    if (!name.isEmpty()) {
         editor.NamedWidget()->setObjectName(name);
+        if (m_form.IsSeveral())
+            m_tabOrder[m_tabOrder.size() - editor.FocusWidgets().size() - 1]->setObjectName(
+                ChoosingName(name));
+    }
     if (labelled) {
         auto* label = new FieldLabel(field.Caption(), parent);
         const QString& control = name.isEmpty() ? field.Name() : name;
@@ -254,15 +264,17 @@ int FormView::DrawField(Field& field, const QString& name, QWidget* parent, QGri
     }
 
     QWidget* placed = widget;
-    if (!field.Unit().isEmpty() || m_form.IsSeveral()) {
+    const bool hasUnit = !field.Unit().isEmpty() || !field.Spec().unit.isEmpty(); // or may have one later
+    if (hasUnit || m_form.IsSeveral()) {
         placed = new QWidget(parent);
         auto* line = new QHBoxLayout(placed);
         line->setContentsMargins({});
         if (m_form.IsSeveral())
             line->addWidget(m_tabOrder[m_tabOrder.size() - editor.FocusWidgets().size() - 1]);
         line->addWidget(widget);
-        if (!field.Unit().isEmpty()) {
+        if (hasUnit) {
             auto* unit = new QLabel(field.Unit(), placed);
+            unit->setObjectName("unit" + RoleOf(name.isEmpty() ? field.Name() : name));
             m_units.insert({&field, unit});
             line->addWidget(unit);
         }

@@ -54,6 +54,7 @@ private:
     QWidget* DrawTabs(const Layout& tabs, QWidget* parent);
     QWidget* DrawBlock(const Layout& block, QWidget* parent);
     QWidget* DrawButton(const Layout& button, QWidget* parent);
+    QString ChoosingName(const QString& control) const;
     QWidget* DrawChoosing(Field& field, QWidget* parent);
     FieldEditor& AddEditor(Field& field, QWidget* parent);
     void RefreshField(Field* field);

@@ -54,6 +54,8 @@ bool ScreenStory::OnStage(const QString& command, const Words& words) {
             Open<GroupScreen>();
         else if (words[0] == u"TestCalendars")
             Open<CalendarScreen>();
+        else if (words[0] == u"TestMatrix")
+            Open<MatrixScreen>();
         else
             Open(AddAllScreens, words[0]);
     } else {

@@ -1,8 +1,12 @@
 #pragma once
 
+#include "circulation/frmCirculation_Matrix.h"
+#include "core/Application.h"
 #include "framework/MaintenanceScreen.h"
 #include "framework/forms/ListFields.h"
 #include "framework/forms/Rules.h"
+
+#include <QVBoxLayout>
 
 namespace sysadmin::exact {
 
@@ -99,6 +103,25 @@ public:
 private:
     CalendarForm& m_form = KeepForm<CalendarForm>();
     SeveralForm& m_several = KeepForm<SeveralForm>();
+};
+
+/// The matrix of a policy group on its own.
+class MatrixScreen : public sysadmin::Screen {
+public:
+    MatrixScreen(Application& application, QWidget* parent)
+        : Screen(application, "frmMatrix", "Matrix", parent)
+        , m_pages(application, this) {
+        auto* line = new QVBoxLayout(this);
+        for (const MatrixKind kind : {MatrixKind::Regular, MatrixKind::ShortLoan})
+            line->addWidget(m_pages.MakePage(kind, this));
+    }
+    void LoadScreen() override {
+        m_pages.SetGroup(MatrixGroup{"7", "Main", "1", App().profile.CircEdit()});
+        m_pages.Load();
+    }
+
+private:
+    MatrixPages m_pages;
 };
 
 } // namespace sysadmin::exact

@@ -1,7 +1,9 @@
 #include "support/StoryTeller.h"
 
 #include "core/Screen.h"
+#include "framework/Captions.h"
 #include "framework/DateEdit.h"
+#include "framework/FieldLabel.h"
 #include "framework/forms/ShownDate.h"
 #include "support/Words.h"
 
@@ -15,6 +17,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPlainTextEdit>
+#include <QRadioButton>
 #include <QRegularExpression>
 #include <QTabBar>
 #include <QTabWidget>
@@ -216,6 +219,18 @@ bool StoryTeller::Look(const QString& command, const Words& words) {
         EXPECT_EQ(static_cast<ListGrid&>(Seen(words[0])).SelectedKeys(), words.mid(1));
     } else if (command == u"shows") {
         EXPECT_EQ(Shown(words[0]), QString(words[1]).replace("\r\n", "\n"));
+    } else if (command == u"captions") {
+        QStringList captions;
+        for (const QWidget* widget : front->findChildren<QWidget*>()) {
+            const bool isLabel = qobject_cast<const FieldLabel*>(widget);
+            const bool isOption =
+                qobject_cast<const QCheckBox*>(widget) || qobject_cast<const QRadioButton*>(widget);
+            if (widget->isVisible() && (isLabel || isOption))
+                captions.append(DeclaredCaption(*widget));
+        }
+        EXPECT_EQ(captions, words);
+    } else if (command == u"title") {
+        EXPECT_EQ(front->windowTitle(), words[0]);
     } else if (command == u"caption") {
         EXPECT_EQ(FrameCaption(), words[0]);
     } else if (command == u"entries") {

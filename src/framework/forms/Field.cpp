@@ -80,7 +80,10 @@ void Field::NotifyChange() {
 void Field::NotifyEdit() {
     // What a rule wrote needs no correction when it is left: it is as the rule wants it.
     m_typed = m_typed || !m_form.m_following;
+    // Whoever hears of it may change captions and the like: the rules look at the edit all the same.
+    ++m_form.m_loading;
     emit m_form.Changed(this);
+    --m_form.m_loading;
     m_form.FollowRules(true);
     emit m_form.Edited(this);
 }

@@ -1,0 +1,127 @@
+#include "circulation/frmCirculation_Matrix.h"
+
+#include "circulation/MatrixDialog.h"
+#include "circulation/MatrixList.h"
+#include "core/Application.h"
+#include "core/Prompter.h"
+#include "framework/Captions.h"
+#include "framework/forms/ReadList.h"
+
+#include <QDialogButtonBox>
+#include <QPushButton>
+#include <QScreen>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+namespace sysadmin {
+
+MatrixPages::MatrixPages(Application& application, QObject* parent)
+    : QObject(parent)
+    , m_application(application) {}
+
+QString MatrixPages::Caption(MatrixKind kind) {
+    return kind == MatrixKind::ShortLoan ? tr("Sh&ort Loan Matrix") : tr("&Matrix");
+}
+
+QWidget* MatrixPages::MakePage(MatrixKind kind, QWidget* parent) {
+    return new MatrixList(m_application, *this, kind, parent);
+}
+
+void MatrixPages::SetGroup(const std::optional<MatrixGroup>& group) {
+    m_group = group;
+    m_regular.clear();
+    m_shortLoans.clear();
+    emit Loaded();
+}
+
+const QList<MatrixEntry>& MatrixPages::Entries(MatrixKind kind) const {
+    return kind == MatrixKind::ShortLoan ? m_shortLoans : m_regular;
+}
+
+bool MatrixPages::AskShortLoans() {
+    const std::optional<MatrixChoices> choices = ReadMatrixChoices(m_application, *m_group);
+    if (choices)
+        m_group->shortLoans = choices->ShortLoans();
+    return choices.has_value();
+}
+
+bool MatrixPages::Load() {
+    if (!m_group || (!m_group->shortLoans && !AskShortLoans()))
+        return false;
+    QList<MatrixEntry> regular;
+    QList<MatrixEntry> shortLoans;
+    const qint16 status = ReadList(
+        m_application.channel,
+        {.request = "LstMatPatronItem",
+         .putKey =
+             [this](RequestChannel& channel) {
+                 channel.PutField("ID", m_group->id);
+                 channel.PutField("CID", m_group->clusterId);
+             },
+         .report =
+             [this](qint16 failure) {
+                 m_application.ReportRequestFailure(failure, "Edit Policy Matrix Definitions",
+                                                    "Circulation Policy Matrix");
+             }},
+        {{"MI", [&](RequestChannel& channel) {
+              const MatrixEntry entry{channel.GetField("MI"), channel.GetField("MP"), channel.GetField("MII"),
+                                      channel.GetField("MPN"), channel.GetField("MIN")};
+              (m_group->shortLoans->contains(entry.itemType) ? shortLoans : regular).append(entry);
+          }}});
+    if (status)
+        return false;
+    m_regular = regular;
+    m_shortLoans = shortLoans;
+    emit Loaded();
+    return true;
+}
+
+namespace {
+
+/// Both pages in a window of their own.
+class MatrixWindow : public QDialog {
+public:
+    MatrixWindow(Application& application, const MatrixGroup& group, MatrixKind kind, QWidget* parent)
+        : QDialog(parent)
+        , m_pages(application, this) {
+        setObjectName("frmCirculation_Matrix");
+        setWindowTitle(MatrixPages::tr("Circulation Policy Matrix - %1").arg(group.name));
+        setProperty(HelpContextProperty, 50534);
+        setSizeGripEnabled(true);
+        auto* tabs = new QTabWidget(this);
+        tabs->setObjectName("tabMatrix");
+        tabs->tabBar()->setAccessibleName(MatrixPages::tr("Pages"));
+        for (const MatrixKind each : {MatrixKind::Regular, MatrixKind::ShortLoan})
+            tabs->addTab(m_pages.MakePage(each, tabs), MatrixPages::Caption(each));
+        tabs->setCurrentIndex(kind == MatrixKind::ShortLoan ? 1 : 0);
+        auto* buttons = new QDialogButtonBox(this);
+        buttons->addButton(MatrixPages::tr("&Close"), QDialogButtonBox::RejectRole)
+            ->setObjectName("cmdClose");
+        connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+        auto* whole = new QVBoxLayout(this);
+        whole->addWidget(tabs, 1);
+        whole->addWidget(buttons);
+        AssignMnemonics(*this);
+        const QFontMetrics metrics(font());
+        resize(QSize(metrics.averageCharWidth() * 90, metrics.height() * 30)
+                   .boundedTo(screen()->availableSize()));
+        m_pages.SetGroup(group);
+        m_isLoaded = m_pages.Load();
+    }
+    bool IsLoaded() const { return m_isLoaded; }
+
+private:
+    MatrixPages m_pages;
+    bool m_isLoaded = false;
+};
+
+} // namespace
+
+void OpenMatrix(Application& application, QWidget* parent, const MatrixGroup& group, MatrixKind kind) {
+    MatrixWindow window(application, group, kind, parent);
+    if (window.IsLoaded())
+        application.prompter.RunDialog(window);
+}
+
+} // namespace sysadmin

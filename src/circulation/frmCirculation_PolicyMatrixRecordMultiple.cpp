@@ -1,0 +1,120 @@
+#include "circulation/frmCirculation_PolicyMatrixRecordMultiple.h"
+
+#include "core/Application.h"
+#include "core/Prompter.h"
+
+#include <QScopedValueRollback>
+
+namespace sysadmin {
+
+namespace {
+
+QStringList UnitsOf(MatrixForm& rule) {
+    QStringList units{rule.cboLoanPeriod.Draft()};
+    for (const ChoiceField* dependent : rule.DependentUnits())
+        units.append(dependent->Draft());
+    return units;
+}
+
+/// "a", "a and b", "a, b, and c".
+QString Joined(const QStringList& names) {
+    if (names.size() < 3)
+        return names.join(Form::tr(" and "));
+    return names.mid(0, names.size() - 1).join(", ") + Form::tr(", and ") + names.last();
+}
+
+} // namespace
+
+frmCirculation_PolicyMatrixRecordMultiple::frmCirculation_PolicyMatrixRecordMultiple(
+    Application& application, MatrixForm& rule, const MatrixGroup& group, const QList<MatrixEntry>& entries,
+    QWidget* parent)
+    : MatrixDialog(application, rule, group,
+                   {.name = "frmCirculation_PolicyMatrixRecordMultiple",
+                    .title = tr("Circulation Policy Matrix Record Settings"),
+                    .helpContext = 50533,
+                    .okName = "cmdSave",
+                    .okCaption = tr("&Save"),
+                    .several = true},
+                   Below({Note(tr("%1: only checked fields are written to the %n selected entries.", nullptr,
+                                  int(entries.size()))
+                                   .arg(group.name)),
+                          rule.Pages()}),
+                   parent)
+    , m_entries(entries)
+    , m_units(UnitsOf(rule)) {
+    // The rules have set the dependent units by the time that the edit of the loan unit is told.
+    connect(&rule, &Form::Edited, this, [this](const Field* field) {
+        if (m_following)
+            return;
+        if (field == &m_rule.cboLoanPeriod)
+            FollowLoanUnit();
+        else if (m_rule.cboLoanPeriod.Draft() == m_units.first())
+            m_units = UnitsOf(m_rule);
+    });
+}
+
+void frmCirculation_PolicyMatrixRecordMultiple::FollowLoanUnit() {
+    const QScopedValueRollback following(m_following, true);
+    const QList<ChoiceField*> dependents = m_rule.DependentUnits();
+    const QStringList names{tr("Renewal Period Interval"), tr("Fine Interval"), tr("Recall Fine Interval")};
+    QStringList changed;
+    QList<ChoiceField*> followers;
+    for (qsizetype i = 0; i < dependents.size(); ++i) {
+        if (m_rule.UnitsFor(*dependents[i], m_rule.cboLoanPeriod.Draft()).isEmpty())
+            continue;
+        followers.append(dependents[i]);
+        // What is not written yet differs from entry to entry.
+        if (!dependents[i]->IsChosen() || dependents[i]->Draft() != m_units[i + 1])
+            changed.append(names[i]);
+    }
+    const bool agreed =
+        changed.isEmpty() ||
+        m_application.prompter.ShowBox(this, {.text = tr("Loan Period Interval will be modified.  ") +
+                                                      Joined(changed) + tr(" will be updated to match.  OK?"),
+                                              .icon = Box::Icon::Question,
+                                              .buttons = Box::Buttons::OkCancel});
+    if (agreed) {
+        for (ChoiceField* follower : followers)
+            follower->SetChosen(true);
+    } else {
+        m_rule.cboLoanPeriod.SetDraft(m_units.first());
+        for (qsizetype i = 0; i < dependents.size(); ++i)
+            dependents[i]->SetDraft(m_units[i + 1]);
+    }
+    m_units = UnitsOf(m_rule);
+}
+
+bool frmCirculation_PolicyMatrixRecordMultiple::Save() {
+    if (!ConfirmZeros())
+        return false;
+    RequestChannel& channel = m_application.channel;
+    channel.PutField("CID", m_group.clusterId);
+    channel.PutField("ID", m_group.id);
+    for (const MatrixEntry& entry : m_entries) {
+        channel.PutField("MI", entry.id);
+        channel.PutField("MP", entry.patronGroup);
+        channel.PutField("MII", entry.itemType);
+    }
+    for (const ValueField* field : m_rule.InOrder())
+        if (field->IsChosen() && field->IsUsable())
+            field->Put(channel);
+    if (!Send("UpdMulMat", "Circ Policy Matrix Record Settings Multi Edit"))
+        return false;
+    Announce(tr("Saved %n entries", nullptr, int(m_entries.size())));
+    return true;
+}
+
+bool ModifyMatrixEntries(Application& application, QWidget* parent, const MatrixGroup& group,
+                         const QList<MatrixEntry>& entries, MatrixKind kind) {
+    const MatrixSettings settings = AskMatrixSettings(application);
+    MatrixForm rule(application, settings);
+    rule.SetShortLoan(kind == MatrixKind::ShortLoan);
+    for (Field* field : rule.Fields()) {
+        const bool mayBeBlank = field->GetKind() == Field::Kind::Money;
+        field->Declaration().required = !mayBeBlank && field->GetKind() != Field::Kind::Flag;
+    }
+    frmCirculation_PolicyMatrixRecordMultiple dialog(application, rule, group, entries, parent);
+    return application.prompter.RunDialog(dialog);
+}
+
+} // namespace sysadmin
