@@ -9,9 +9,12 @@
 #include "framework/forms/ValueFields.h"
 
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
+#include <QVBoxLayout>
 
+#include <algorithm>
 #include <utility>
 
 namespace sysadmin {
@@ -72,15 +75,15 @@ private:
     bool m_locked = false;
 };
 
-/// The two lists; where the field says so, with the selected row's settings in a form beside them, or in a
-/// dialog behind a button.
+/// The two lists; where the field says so, with buttons that move the selected row up and down, and with its
+/// settings in a form beside them or in a dialog behind a button.
 class PickedEditor : public FieldEditor {
 public:
     PickedEditor(PickedField& field, QWidget* parent)
         : FieldEditor(field)
         , m_picked(field) {
         const PickedSpec& spec = field.Behaviour();
-        const bool isAlone = !spec.settings && spec.modify.name.isEmpty();
+        const bool isAlone = !spec.settings && spec.modify.name.isEmpty() && !spec.ranked;
         m_widget = isAlone ? nullptr : new QWidget(parent);
         m_mover = new TwoListMover(
             field.Names(), field.Lists(), [this](const TwoListMover::Move& move) { m_picked.Move(move); },
@@ -96,11 +99,7 @@ public:
         grid.SetEdits(spec.edits);
         if (spec.ranked) {
             grid.SetRanked();
-            connect(&grid, &ListGrid::RowMoved, this, [this](const QString& key, int place) {
-                if (m_mayEdit && place >= 0)
-                    m_picked.Move([&](PickedLists& lists) { lists.MoveSelected(key, place); });
-                m_mover->SelectedGrid().SelectKey(key);
-            });
+            connect(&grid, &ListGrid::RowMoved, this, &PickedEditor::MoveTo);
         }
         connect(&grid.Model(), &GridModel::CellEdited, this, &PickedEditor::EditCell, Qt::QueuedConnection);
         if (isAlone) {
@@ -111,6 +110,8 @@ public:
         auto* line = new QHBoxLayout(m_widget);
         line->setContentsMargins({});
         line->addWidget(m_mover, 1);
+        if (spec.ranked)
+            AddRankButtons(*line, QString(field.Names().selectedGrid).remove("vsfSelected"));
         if (spec.settings) {
             QList<Layout> fields;
             for (Field* each : spec.settings->Fields())
@@ -152,6 +153,45 @@ protected:
     }
 
 private:
+    /// Stand beside the selected rows, which they bring up and down by one place.
+    void AddRankButtons(QHBoxLayout& line, const QString& role) {
+        auto* column = new QVBoxLayout;
+        auto* label = new QLabel(FieldEditor::tr("Priority"), m_widget);
+        label->setObjectName("lblPriority" + role);
+        label->setAlignment(Qt::AlignCenter);
+        column->addStretch();
+        column->addWidget(label);
+        const auto add = [&](const QString& name, const QString& caption, int step) {
+            auto* button = new QPushButton(caption, m_widget);
+            button->setObjectName(name + role);
+            button->setAutoDefault(false);
+            column->addWidget(button);
+            m_focusWidgets.append(button);
+            connect(button, &QPushButton::clicked, this, [this, step] {
+                const QString key = m_mover->SelectedGrid().SelectedKey();
+                MoveTo(key, PlaceOf(key) + step);
+            });
+            return button;
+        };
+        m_up = add("cmdUp", FieldEditor::tr("Up"), -1);
+        m_down = add("cmdDown", FieldEditor::tr("Down"), 1);
+        column->addStretch();
+        line.addLayout(column);
+        connect(&m_mover->SelectedGrid(), &ListGrid::SelectionMoved, this, &PickedEditor::RefreshButtons);
+    }
+    int PlaceOf(const QString& key) const {
+        const QList<GridRow>& rows = m_picked.Lists().Selected();
+        const auto found =
+            std::find_if(rows.begin(), rows.end(), [&](const GridRow& row) { return row.key == key; });
+        return found == rows.end() ? -1 : int(found - rows.begin());
+    }
+    void MoveTo(const QString& key, int place) {
+        if (!m_mayEdit || place < 0 || place >= m_picked.Lists().Selected().size() || PlaceOf(key) < 0)
+            return;
+        ChangeRows([&](PickedLists& lists) { lists.MoveSelected(key, place); });
+        m_mover->SelectedGrid().SelectKey(key);
+        RefreshButtons();
+    }
     const GridRow* SelectedRow() const {
         const QString key = m_mover->SelectedGrid().SelectedKey();
         for (const GridRow& row : m_picked.Lists().Selected())
@@ -218,12 +258,19 @@ private:
     void RefreshButtons() {
         if (m_modify)
             m_modify->setEnabled(m_mover->isEnabled() && SelectedRow());
+        if (!m_up)
+            return;
+        const int place = PlaceOf(m_mover->SelectedGrid().SelectedKey());
+        m_up->setEnabled(m_mayEdit && place > 0);
+        m_down->setEnabled(m_mayEdit && place >= 0 && place + 1 < m_picked.Lists().Selected().size());
     }
 
     PickedField& m_picked;
     TwoListMover* m_mover = nullptr;
     FormView* m_settings = nullptr;
     QPushButton* m_modify = nullptr;
+    QPushButton* m_up = nullptr; // only where the order of the selected rows means something
+    QPushButton* m_down = nullptr;
     bool m_mayEdit = false;
     bool m_changing = false;
 };

@@ -2,6 +2,9 @@
 
 #include "core/ScreenCatalogue.h"
 #include "framework/PlainScreens.h"
+#include "requests/frmOPAC_CircPolicies.h"
+#include "requests/frmOPAC_HoldGroup.h"
+#include "requests/frmOPAC_MessageRequests.h"
 #include "requests/frmWS_SelfRegistration.h"
 
 #include <QCoreApplication>
@@ -86,9 +89,46 @@ PlainRecord LoginSummary() {
                               "date and \\\\n for the number of days until then."))})})};
 }
 
+/// The public catalogue's remaining switches.
+PlainRecord CatalogueMiscellaneous() {
+    return {{"OPAC_Misc", 50202, tr("OPAC Miscellaneous"), Area::System},
+            {.subject = tr("OPAC Miscellaneous"),
+             .word = "OMsc",
+             .plural = "OPAC Misc",
+             .frameNoun = tr("OPAC Miscellaneous"),
+             .saveCaption = "Load OPAC Misc"},
+            {Declare<FlagField>(
+                 {.name = "chkItemRequired", .tag = "I", .caption = tr("Call Slip Item Required")}),
+             Declare<LetterField>({.name = "optItemSort",
+                                   .tag = "S",
+                                   .caption = tr("OPAC Item sort:"),
+                                   .initial = "A",
+                                   .options = {{"A", tr("Ascending")}, {"D", tr("Descending")}}}),
+             Declare<FlagField>(
+                 {.name = "chkOnShelfHolds", .tag = "H", .caption = tr("Allow On-shelf OPAC Holds")}),
+             Declare<NumberField>({.name = "txtBookingDays",
+                                   .tag = "A",
+                                   .caption = tr("Set short loan advance booking days displayed:"),
+                                   .unit = tr("days"),
+                                   .most = 9999}),
+             Declare<NumberField>({.name = "txtStatusDays",
+                                   .tag = "SCR",
+                                   .caption = tr("Show no-fill statuses and copies received for:"),
+                                   .unit = tr("days"),
+                                   .most = 9999}),
+             Declare<FlagField>({.name = "chkCitationCallSlips",
+                                 .tag = "ALLOWCSLPCITDB",
+                                 .caption = tr("Allow CallSlip requests when searching Citation "
+                                               "Databases")})}};
+}
+
 } // namespace
 
 void AddRequestsScreens(ScreenCatalogue& catalogue) {
+    catalogue.Contribute<frmOPAC_MessageRequests>("OPAC_MessageRequests", 50200);
+    catalogue.Contribute<frmOPAC_HoldGroup>("OPAC_SortGroups", 50201);
+    catalogue.Contribute(CatalogueMiscellaneous());
+    catalogue.Contribute<frmOPAC_CircPolicies>("OPAC_CircPolicies", 50203);
     catalogue.Contribute(LoginSummary());
     catalogue.Contribute<frmWS_SelfRegistration>("WS_SelfRegistration", 50901, true);
     catalogue.Contribute(Configuration());

@@ -41,6 +41,8 @@ Put ReadPut(const QString& word) {
                                        : Put{Kind::Constant, word.left(at), word.mid(at + 1)};
     if (const qsizetype at = word.indexOf('~'); at > 0)
         return {Kind::Changed, word.left(at), word.mid(at + 1)};
+    if (const qsizetype at = word.indexOf('^'); at > 0)
+        return {Kind::Also, word.left(at), word.mid(at + 1)};
     if (const qsizetype at = word.indexOf('>'); at > 0)
         return {Kind::WhenOn, word.left(at), word.mid(at + 1)};
     if (const qsizetype at = word.indexOf('/'); at > 0)
@@ -302,6 +304,9 @@ wire::Fields FieldsOf(const QList<Put>& puts, const Saving& saving) {
         switch (put.kind) {
         case Kind::Value:
             fields.append(wire::Field{put.tag, saving.value(put.tag)});
+            break;
+        case Kind::Also:
+            fields.append(wire::Field{put.tag, saving.value(put.other)});
             break;
         case Kind::Constant:
             fields.append(wire::Field{put.tag, put.other});

@@ -12,10 +12,10 @@ namespace sysadmin::exact {
 
 /// What one step of an add or update must put.
 struct Put {
-    enum class Kind { Value, Constant, Changed, Key, WhenOn, Out, In };
+    enum class Kind { Value, Also, Constant, Changed, Key, WhenOn, Out, In };
     Kind kind = Kind::Value;
     QString tag;
-    QString other; ///< the constant; the field's tag (Changed, WhenOn); the tag of the state (Out, In)
+    QString other; ///< the constant; the field's tag (Also, Changed, WhenOn); the tag of the state (Out, In)
 };
 
 struct Column {

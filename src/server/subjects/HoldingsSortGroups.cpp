@@ -1,0 +1,183 @@
+#include "server/store/Database.h"
+#include "server/subjects/Registrations.h"
+
+#include <algorithm>
+
+namespace sysadmin::server {
+
+namespace {
+
+/// In which order the public catalogue shows a title's holdings: the locations of a group, first to last.
+Children SortedLocations() {
+    return {.table = "sort_group_locations",
+            .owner = "sort_group_id",
+            .fields = {SubjectField::Reference("SGSI", "location_id", "locations", OnRemoval::RemoveToo)
+                           .Required()},
+            .ordered = true,
+            .check = [](const QList<Row>& rows) {
+                QSet<qint64> locations;
+                for (const Row& row : rows)
+                    locations.insert(row["location_id"].toLongLong());
+                return locations.size() == rows.size();
+            }};
+}
+
+/// Whose catalogue follows a group.
+Membership UsingGroups() {
+    return {.table = "sort_group_access_groups",
+            .ownerColumn = "sort_group_id",
+            .memberTable = "access_groups",
+            .memberColumn = "access_group_id",
+            .selectedId = "SAGID",
+            .whole = true};
+}
+
+void PutRows(Context& context, const QString& sql, qint64 owner, const QStringList& tags,
+             ReplyFields& reply) {
+    context.database.Each(sql, {owner}, [&](const ResultRow& row) {
+        for (qsizetype i = 0; i < tags.size(); ++i)
+            Put(reply, tags[i], row.value(int(i)).toString());
+    });
+}
+
+/// The four lists of a group; owner 0 has nothing selected.
+void PutLists(Context& context, qint64 owner, ReplyFields& reply) {
+    PutRows(context,
+            "SELECT l.id, l.name FROM locations l WHERE NOT EXISTS (SELECT 1 FROM sort_group_locations s "
+            "WHERE s.location_id=l.id AND s.sort_group_id=?) ORDER BY l.id",
+            owner, {"SGAI", "SGAN"}, reply);
+    PutRows(context,
+            "SELECT l.id, l.name FROM sort_group_locations s JOIN locations l ON l.id=s.location_id "
+            "WHERE s.sort_group_id=? ORDER BY s.id",
+            owner, {"SGSI", "SGSN"}, reply);
+    const QString used = "EXISTS (SELECT 1 FROM sort_group_access_groups s WHERE s.access_group_id=g.id AND "
+                         "s.sort_group_id=?) ORDER BY g.id";
+    const QString groups = "SELECT g.id, g.name, g.type FROM access_groups g WHERE ";
+    PutRows(context, groups + "NOT " + used, owner, {"AAGID", "AGN", "STID"}, reply);
+    PutRows(context, groups + used, owner, {"SAGID", "SGN", "STID"}, reply);
+}
+
+/// A new group is the last one. The mark of the default group is only moved: without one, whoever is in no
+/// group would see holdings in any order.
+qint16 CheckGroup(Context& context, const wire::Fields&, const Row& before, Row& after) {
+    if (before.isEmpty())
+        after["place"] = context.database.FirstValue("SELECT COUNT(*) FROM sort_groups").toLongLong() + 1;
+    else if (before["is_default"] == "Y" && after["is_default"] != "Y")
+        return status::InUse;
+    return status::Ok;
+}
+
+/// Positions count from 1 in the order in which the locations are sent.
+bool ArePositionsInOrder(const wire::Fields& request) {
+    int position = 0;
+    return std::all_of(request.begin(), request.end(), [&](const wire::Field& field) {
+        return field.tag != "SGSEQ" || field.value == QString::number(++position);
+    });
+}
+
+qint16 StoreLists(Context& context, const wire::Fields& request, qint64 id, bool) {
+    const Row record = *context.records.Find("sort_groups", id);
+    if (record["is_default"] == "Y")
+        for (const QVariant& other :
+             context.database.FirstColumn("SELECT id FROM sort_groups WHERE is_default='Y' AND id<>?", {id}))
+            context.records.Update("sort_groups", other.toLongLong(), {{"is_default", "N"}});
+    const bool carriesLists = std::any_of(request.begin(), request.end(),
+                                          [](const wire::Field& field) { return field.tag == "Selected"; });
+    if (!carriesLists)
+        return status::Ok;
+    if (!ArePositionsInOrder(request))
+        return status::ColumnError;
+    if (const qint16 refused = ApplyChildren(context, {SortedLocations()}, record, id, request))
+        return refused;
+    return ApplyMembers(context, UsingGroups(), id, request);
+}
+
+/// Whoever comes behind a removed group moves up.
+qint16 CloseRank(Context& context, qint64, const Row& record) {
+    if (record["is_default"] == "Y")
+        return status::InUse;
+    QList<QPair<qint64, qint64>> behind;
+    context.database.Each("SELECT id, place FROM sort_groups WHERE place>? ORDER BY place", {record["place"]},
+                          [&](const ResultRow& row) {
+                              behind.append({row.value(0).toLongLong(), row.value(1).toLongLong()});
+                          });
+    for (const auto& [id, place] : behind)
+        context.records.Update("sort_groups", id, {{"place", place - 1}});
+    return status::Ok;
+}
+
+/// Stores the places of all groups at once.
+Answer StoreOrder(Context& context, const wire::Fields& request) {
+    QList<qint64> ids;
+    QList<qint64> places;
+    for (const wire::Field& field : request) {
+        bool valid = true;
+        if (field.tag == "SGID")
+            ids << field.value.toLongLong(&valid);
+        else if (field.tag == "SGSEQ")
+            places << field.value.toLongLong(&valid);
+        if (!valid)
+            return {status::ColumnError};
+    }
+    QList<qint64> counted = places;
+    std::sort(counted.begin(), counted.end());
+    for (qsizetype i = 0; i < counted.size(); ++i)
+        if (counted[i] != i + 1)
+            return {status::ColumnError};
+    const QSet<qint64> sent(ids.begin(), ids.end());
+    if (ids.size() != places.size() || sent.size() != ids.size())
+        return {status::ColumnError};
+    // An order in which a group is missing, or one too many stands, is that of an older list.
+    const QList<QVariant> stored = context.database.FirstColumn("SELECT id FROM sort_groups");
+    const bool isWhole = stored.size() == ids.size() &&
+                         std::all_of(stored.begin(), stored.end(),
+                                     [&](const QVariant& id) { return sent.contains(id.toLongLong()); });
+    if (!isWhole)
+        return {status::RecordChanged};
+    for (qsizetype i = 0; i < ids.size(); ++i)
+        context.records.Update("sort_groups", ids[i], {{"place", places[i]}});
+    return {};
+}
+
+} // namespace
+
+void RegisterHoldingsSortGroups(Registry& registry) {
+    registry.AddSubject({
+        .table = "sort_groups",
+        .area = Area::System,
+        .requests =
+            {.list = "LstSort", .get = "GetSort", .add = "AddSort", .update = "UpdSort", .remove = "DelSort"},
+        .fields =
+            {
+                SubjectField::Flag("SGDEF", "is_default").InList(),
+                SubjectField::Text("SGCD", "code", TextLength)
+                    .Required()
+                    .Unique(status::DuplicateCode)
+                    .InList(),
+                SubjectField::Text("SGNM", "name", NameLength)
+                    .Required()
+                    .Unique(status::DuplicateName)
+                    .InList(),
+            },
+        .key = "SGID",
+        .columns = {{.name = "place", .type = ColumnType::Whole}},
+        .addReply = {"SGID"},
+        .order = {"place"},
+        .checkPut = CheckGroup,
+        .afterPut = StoreLists,
+        .checkRemove = CloseRank,
+        .addToGet = [](Context& context, qint64 id, ReplyFields& reply) { PutLists(context, id, reply); },
+    });
+    for (const Table& table : SortedLocations().StoredAs("sort_groups"))
+        registry.AddTable(table);
+    registry.AddTable(*UsingGroups().StoredAs("sort_groups"));
+    registry.AddRead("AvlSort", Area::System, [](Context& context, const wire::Fields&) {
+        Answer answer;
+        PutLists(context, 0, answer.fields);
+        return answer;
+    });
+    registry.AddChange("SeqSort", Area::System, StoreOrder);
+    registry.AboutSeveral("SeqSort", "sort_groups", "SGID");
+}
+
+} // namespace sysadmin::server
