@@ -1,9 +1,12 @@
 #include "requests/frmOPAC_HoldGroup.h"
 
 #include "core/Application.h"
+#include "core/Prompter.h"
 #include "framework/forms/Rules.h"
+#include "framework/frmSortOrder.h"
 #include "wire/Status.h"
 
+#include <QPushButton>
 #include <QSet>
 
 namespace sysadmin {
@@ -95,7 +98,39 @@ frmOPAC_HoldGroup::frmOPAC_HoldGroup(Application& application, QWidget* parent)
          PutValue(m_form.chkDefault),
          {[this](RequestChannel& channel, const SaveContext&) { m_form.PutLocations(channel); }, "SGSI"},
          PutValue(m_form.groups)});
+    cmdSetRules = MakeButton("cmdSetRules", tr("Set &Rules"));
+    AddListButton(cmdSetRules);
     Finish();
+    cmdSetRules->setVisible(!IsReadOnly());
+    connect(cmdSetRules, &QPushButton::clicked, this, &frmOPAC_HoldGroup::SetRules);
+}
+
+void frmOPAC_HoldGroup::RefreshOwnControls() {
+    cmdSetRules->setEnabled(GetState() == State::List && Current().grid->Model().rowCount() > 1);
+}
+
+void frmOPAC_HoldGroup::SetRules() {
+    ListGrid& list = *Current().grid;
+    clsGrid order{.Caption = tr("Holdings Sort Groups"),
+                  .HelpId = 50205,
+                  .SendRequestName = "SeqSort",
+                  .RuleRankTag = "SGSEQ",
+                  .IdTag = "SGID",
+                  .Selected = list.SelectedKey()};
+    order.clsColumns.Add(tr("Default"), 70, true);
+    order.clsColumns.Add(tr("Codes"), 120);
+    order.clsColumns.Add(tr("Names"));
+    for (const GridRow& group : list.Model().Rows())
+        order.clsRows.Add(group.key, group.cells);
+    frmSortOrder dialog(App(), order, this);
+    App().prompter.RunDialog(dialog);
+    if (!order.Changed)
+        return;
+    QList<GridRow> groups;
+    for (const clsRow& group : order.clsRows)
+        groups.append({group.RowData, group.ColumnData, {}});
+    list.ReplaceRows(groups);
+    Announce("Sort");
 }
 
 bool frmOPAC_HoldGroup::PrepareNew(Table& table) {

@@ -36,14 +36,14 @@ struct SortGroupForm : Form {
          .caption = tr("Default Sort Group"),
          .toolTip = tr("There is always one: marking another sort group takes the mark from this one.")}};
     PickedField locations{*this,
-                          {.name = "fraLocations"},
+                          {.name = "fraLocations", .tag = "SGSI"},
                           {.availableGrid = "vsfAvailableLocations",
                            .availableCaption = tr("Available Locations"),
                            .selectedGrid = "vsfSelectedLocations",
                            .selectedCaption = tr("Selected Locations")},
                           {.tags = {"SGAI", "SGAN", "SGSI", "SGSN"}, .ranked = true}};
     UsingGroupsField groups{*this,
-                            {.name = "fraGroups"},
+                            {.name = "fraGroups", .tag = "SAGID"},
                             {.availableGrid = "vsfAvailableGroups",
                              .availableCaption = tr("Available Groups"),
                              .selectedGrid = "vsfSelectedGroups",
@@ -65,8 +65,12 @@ public:
 
 protected:
     bool PrepareNew(Table& table) override;
+    void RefreshOwnControls() override;
 
 private:
+    void SetRules();
+
+    QPushButton* cmdSetRules = nullptr;
     SortGroupForm& m_form = KeepForm<SortGroupForm>();
 };
 
