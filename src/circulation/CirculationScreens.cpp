@@ -1,9 +1,14 @@
 #include "circulation/CirculationScreens.h"
 
+#include "circulation/Counts.h"
 #include "circulation/frmCirculation_Calendars.h"
 #include "circulation/frmCirculation_LoanTest.h"
 #include "circulation/frmCirculation_PatronDefaultDates.h"
+#include "circulation/frmCirculation_PatronGroups.h"
+#include "circulation/frmCirculation_RequestConfig.h"
+#include "circulation/frmCirculation_RequestGroups.h"
 #include "circulation/frmCirculation_RuleCheck.h"
+#include "circulation/frmCirculation_UBPolicyDefinitions.h"
 #include "circulation/frmClusterMaintenance.h"
 #include "core/ScreenCatalogue.h"
 #include "framework/PlainScreens.h"
@@ -36,12 +41,44 @@ PlainTable PatronNoteTypes() {
                                  .changedTag = "NNm"})}};
 }
 
+/// The library's circulation switches that belong to no other screen.
+PlainRecord Miscellaneous() {
+    const auto flag = [](const char* name, const char* tag, const QString& caption) {
+        return Declare<FlagField>({.name = name, .tag = tag, .caption = caption});
+    };
+    return {
+        {"Circulation_Miscellaneous", 50516, tr("Circulation Miscellaneous"), Area::Circulation},
+        {.subject = tr("Circulation Miscellaneous"),
+         .word = "CrMsc",
+         .frameNoun = tr("Circulation Miscellaneous"),
+         .loadCaption = "Load Circulation Miscellaneous - REQ_CIRC_MISC_GET",
+         .saveCaption = "Save Circulation Miscellaneous"},
+        {flag("chkEmailFineNotice", "EF", tr("Email Fine/Fee Notice")),
+         flag("chkEmailFineStatement", "ES", tr("Email Statement of Fines/Fees")),
+         Declare<NumberField>({.name = "txtShortLoanBuffer",
+                               .tag = "TB",
+                               .caption = tr("Short Loan time buffer:"),
+                               .required = true,
+                               .unit = tr("minutes"),
+                               .most = CountMost}),
+         flag("chkUseDemerits", "UDem", tr("Use Demerits")),
+         flag("chkDisplayDemerits", "DDemDsp", tr("Display Demerits")),
+         flag("chkStopFines", "StopFF", tr("Stop Fines/Fees, Notices for Claims Returned Items")),
+         flag("chkDeletePatrons", "DelPatHistFines", tr("Allow Deletion of Patron With Historical Fines")),
+         flag("chkUBPickUps", "UBPG", tr("Allow UB Pick-Ups From Holding Library"))}};
+}
+
 } // namespace
 
 void AddCirculationScreens(ScreenCatalogue& catalogue) {
     catalogue.Contribute<frmClusterMaintenance>("Circ_Clusters", 50500);
     catalogue.Contribute<frmCirculation_PatronDefaultDates>("Circulation_PatronDefaultDates", 50506);
     catalogue.Contribute(PatronNoteTypes());
+    catalogue.Contribute<frmCirculation_PatronGroups>("Circulation_PatronGroups", 50510, true);
+    catalogue.Contribute<frmCirculation_RequestConfig>("Circulation_RequestConfigs", 50512, true);
+    catalogue.Contribute<frmCirculation_RequestGroups>("Circulation_RequestGroups", 50513);
+    catalogue.Contribute<frmCirculation_UBPolicyDefinitions>("Circ_UBPolicy", 50514, true);
+    catalogue.Contribute(Miscellaneous());
     catalogue.Contribute<frmCirculation_Calendars>("Circ_Calendars", 50502, true);
     catalogue.Contribute<frmCirculation_LoanTest>("Tools_LoanTest", 50540, true);
     catalogue.Contribute<frmCirculation_RuleCheck>("Tools_RuleCheck", 50541, true);

@@ -94,6 +94,12 @@ protected:
     /// The screen's own checks; false (after its message) keeps the edit open.
     virtual bool CheckBeforeSave(Table& table);
     virtual void PutRecord(Table& table, const SaveContext& context);
+    /// Sends the record itself, and the further requests of the save; false (after its report) keeps the edit
+    /// open.
+    virtual bool SendRecord(Table& table);
+    virtual bool SendSteps(Table& table);
+    /// Whether the edit stays open after a save.
+    virtual bool StaysOpen() const { return false; }
     /// Reports a save's failure.
     virtual void ReportSaveFailure(Table& table, qint16 status);
     /// The list row of the record in the form.
@@ -133,12 +139,11 @@ protected:
     void RefreshButtons();
     /// Puts the current cluster, where the table's records are those of a cluster.
     void PutCluster(const Table& table);
+    void SetState(State state);
 
 private:
     void BuildTable(Table& table);
     void BuildSeveral(Table& table);
-    bool SendRecord(Table& table);
-    bool SendSteps(Table& table);
     bool SaveSeveral(Table& table);
     bool TellSeveralChanged(Table& table, qint16 result, const QString& keyTag, const QString& outcome,
                             const QString& wayOn);
@@ -160,7 +165,6 @@ private:
     void OnChangedByOthers(const QString& subject);
     void ReloadLists();
     void ReloadRows(Table& table);
-    void SetState(State state);
     QString KeyAfterSave(const Table& table) const;
     QString FindSaved(const Table& table) const;
     void ShowTable(int index);

@@ -57,6 +57,7 @@ bool MaintenanceScreen::Save(bool stay) {
     Table& table = Current();
     if (m_state == State::EditingSeveral)
         return SaveSeveral(table);
+    stay = stay || StaysOpen();
     table.form->LeaveFields();
     const bool isDone = CheckBeforeSave(table) && SendRecord(table) && SendSteps(table);
     LoadListAfterSave(table);

@@ -173,6 +173,10 @@ bool StoryTeller::Act(const QString& command, const Words& words) {
         Select(Around(words[0]), words[1], words[0]);
     } else if (command == u"column") {
         emit Grid(words[0]).horizontalHeader()->sectionClicked(words[1].toInt());
+    } else if (command == u"edit") { // GRID KEY COLUMN TEXT
+        GridModel& model = Grid(words[0]).Model();
+        model.setData(model.index(model.DisplayRow(words[1]), words[2].toInt()), words[3]);
+        QCoreApplication::processEvents(); // the row is rewritten once the cell's editor is gone
     } else if (command == u"tick") {
         auto& list = Get<QListWidget>(words[0]);
         QTest::mouseClick(list.viewport(), Qt::LeftButton, {},

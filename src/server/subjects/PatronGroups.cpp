@@ -42,7 +42,9 @@ qint16 CheckPut(Context&, const wire::Fields&, const Row& before, Row& after) {
 }
 
 Answer ListItemLimits(Context& context, const wire::Fields& request) {
-    const auto group = KeyRecord(context, "patron_groups", wire::FirstValue(request, "ID"));
+    const QString id = wire::FirstValue(request, "ID");
+    // A group that is still to be made has none.
+    const auto group = id.isEmpty() ? std::optional(qint64(0)) : KeyRecord(context, "patron_groups", id);
     if (!group)
         return {status::NotFound};
     Answer answer;

@@ -1,0 +1,89 @@
+#pragma once
+
+#include "circulation/Counts.h"
+#include "framework/MaintenanceScreen.h"
+#include "framework/forms/RowsField.h"
+
+namespace sysadmin {
+
+struct PatronGroupForm : Form {
+    PatronGroupForm();
+
+    /// Cells of a row of the limits: the row's key is the item type.
+    enum LimitCell { ItemTypeName, CurrentLimit, NewLimit, LimitId };
+
+    TextField txtCode{*this,
+                      {.name = "txtCode",
+                       .tag = "Cd",
+                       .caption = tr("Code:"),
+                       .maxLength = CodeLength,
+                       .required = true,
+                       .column = {tr("Codes"), 160}}};
+    TextField txtName{*this,
+                      {.name = "txtName",
+                       .tag = "Nm",
+                       .caption = tr("Name:"),
+                       .maxLength = NameLength,
+                       .required = true,
+                       .column = {tr("Names")}}};
+    TextField txtDisplayName{
+        *this,
+        {.name = "txtDisplayName", .tag = "Dsp", .caption = tr("Display Name:"), .maxLength = NameLength}};
+    FlagField chkDemeritsApply{
+        *this, {.name = "chkDemeritsApply", .tag = "DemAply", .caption = tr("Demerits Apply")}};
+    NumberField txtMaxDemerits{*this,
+                               {.name = "txtMaxDemerits",
+                                .tag = "MaxDem",
+                                .caption = tr("Max Demerits:"),
+                                .required = true,
+                                .enabledBy = "chkDemeritsApply",
+                                .most = CountMost}};
+    NumberField txtSuspensionDays{*this,
+                                  {.name = "txtSuspensionDays",
+                                   .tag = "SusDays",
+                                   .caption = tr("Suspension Days:"),
+                                   .required = true,
+                                   .enabledBy = "chkDemeritsApply",
+                                   .most = CountMost}};
+    FlagField chkOPACMessages{*this,
+                              {.name = "chkOPACMessages",
+                               .tag = "ChrgdStatDsply",
+                               .caption = tr("Display OPAC Messages for charged Items")}};
+    FlagField chkChargeLimit{*this,
+                             {.name = "chkChargeLimit",
+                              .tag = "PatChrgLmtAply",
+                              .caption = tr("Charged items limit for all item types")}};
+    NumberField txtChargeLimit{*this,
+                               {.name = "txtChargeLimit",
+                                .tag = "PatChrgLmt",
+                                .required = true,
+                                .accessible = tr("Charged items limit for all item types"),
+                                .enabledBy = "chkChargeLimit",
+                                .most = CountMost}};
+    RowsField vsfItemTypes;
+};
+
+/// The patron groups of a cluster: who they are, how many demerits suspend them, how many items they may have
+/// charged, of all types and of single ones.
+class frmCirculation_PatronGroups : public MaintenanceScreen {
+    Q_OBJECT
+
+public:
+    frmCirculation_PatronGroups(Application& application, QWidget* parent);
+
+protected:
+    void BeforeLoad() override;
+    bool FillForm(Table& table, const GridRow& row) override;
+    bool PrepareNew(Table& table) override;
+    bool CheckBeforeSave(Table& table) override;
+    bool SendSteps(Table& table) override;
+
+private:
+    void AskDemerits();
+    /// Reads the limits for item types; of a new group (no key) there are none yet.
+    bool ReadLimits(const QString& key);
+
+    PatronGroupForm& m_form = KeepForm<PatronGroupForm>();
+};
+
+} // namespace sysadmin
