@@ -4,6 +4,7 @@
 #include "circulation/frmCirculation_Calendars.h"
 #include "circulation/frmCirculation_LoanTest.h"
 #include "circulation/frmCirculation_PatronDefaultDates.h"
+#include "circulation/frmCirculation_PatronGroupMapping.h"
 #include "circulation/frmCirculation_PatronGroups.h"
 #include "circulation/frmCirculation_RequestConfig.h"
 #include "circulation/frmCirculation_RequestGroups.h"
@@ -75,6 +76,7 @@ void AddCirculationScreens(ScreenCatalogue& catalogue) {
     catalogue.Contribute<frmCirculation_PatronDefaultDates>("Circulation_PatronDefaultDates", 50506);
     catalogue.Contribute(PatronNoteTypes());
     catalogue.Contribute<frmCirculation_PatronGroups>("Circulation_PatronGroups", 50510, true);
+    catalogue.Contribute<frmCirculation_PatronGroupMapping>("Circulation_PatronGroupMapping", 50511, true);
     catalogue.Contribute<frmCirculation_RequestConfig>("Circulation_RequestConfigs", 50512, true);
     catalogue.Contribute<frmCirculation_RequestGroups>("Circulation_RequestGroups", 50513);
     catalogue.Contribute<frmCirculation_UBPolicyDefinitions>("Circ_UBPolicy", 50514, true);

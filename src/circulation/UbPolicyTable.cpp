@@ -48,9 +48,25 @@ void FillPolicy(UbPolicyForm& form, const GridRow& row) {
         UbLimit& limit = *form.limits[i];
         const QString most = row.cells[LimitCell(qsizetype(i))].trimmed();
         limit.applies.SetStored(most.isEmpty() ? "N" : "Y");
-        limit.most->SetStored(most.isEmpty() ? row.cells[KeptCell(qsizetype(i))] : most);
+        limit.most->SetStored({});
+        limit.most->SetDraft(most.isEmpty() ? row.cells[KeptCell(qsizetype(i))] : most); // to be tidied
         limit.blocks.SetStored(row.cells[BlockCell(qsizetype(i))]);
     }
+}
+
+/// The row as the server keeps it: amounts in their stored form, and nothing of a group that is not eligible.
+GridRow AsStored(UbPolicyForm& form, GridRow row) {
+    const bool isEligible = row.cells[Eligible] == u"Y";
+    FillPolicy(form, row);
+    form.Tidy();
+    for (size_t i = 0; i < form.limits.size(); ++i) {
+        const UbLimit& limit = *form.limits[i];
+        const QString most = isEligible ? limit.most->Draft() : QString();
+        row.cells[LimitCell(qsizetype(i))] = limit.applies.IsOn() ? most : QString();
+        row.cells[BlockCell(qsizetype(i))] = isEligible && limit.blocks.IsOn() ? "Y" : "N";
+        row.cells[KeptCell(qsizetype(i))] = most;
+    }
+    return row;
 }
 
 struct TableForm : Form {
@@ -165,17 +181,15 @@ private:
         }
         const bool hasPolicy = theirs.cells[Eligible] == u"Y";
         const bool isEligible = row.cells[Eligible] == u"Y";
+        const GridRow stored = AsStored(m_form.policy, row);
+        m_form.vsfPolicies.PutRow(stored);
         channel.PutField("UBPGID", row.key);
-        if (isEligible) {
-            FillPolicy(m_form.policy, row);
-            m_form.policy.Tidy();
-            for (const Field* field : m_form.policy.Fields())
-                field->Put(channel);
-        }
+        for (const Field* field : isEligible ? m_form.policy.Fields() : QList<Field*>())
+            field->Put(channel);
         const QString request = !isEligible ? "DelUbPol" : hasPolicy ? "UpdUbPol" : "AddUbPol";
         if (const qint16 result = channel.SendRequest(request); result != wire::status::Ok)
             return Report(result, "Save UB Policy Defintions");
-        m_stored[row.key] = row;
+        m_stored[row.key] = stored;
         m_hasStored = true;
         return true;
     }

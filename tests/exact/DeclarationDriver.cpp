@@ -279,6 +279,7 @@ QStringList CompareDeclaration(const Screen& rows, const ScreenDeclaration& decl
             differences.append("    is     " + is.value(i) + "\n    wanted " + wanted.value(i));
     static const QHash<QString, Area> areas{{"Acquisitions", Area::Acquisitions},
                                             {"Circulation", Area::Circulation},
+                                            {"PatronGroups", Area::PatronGroups},
                                             {"Security", Area::Security},
                                             {"System", Area::System}};
     if (areas.value(rows.area) != declared.area)

@@ -13,7 +13,7 @@ void RegisterCirculationMiscellaneous(Registry& registry) {
             {
                 SubjectField::Flag("EF", "emails_fine_notice"),
                 SubjectField::Flag("ES", "emails_fine_statement"),
-                Count("TB", "short_loan_buffer_minutes"),
+                Count("TB", "short_loan_buffer_minutes").Required(),
                 SubjectField::Flag("UDem", "uses_demerits"),
                 SubjectField::Flag("DDemDsp", "displays_demerits"),
                 SubjectField::Flag("StopFF", "stops_fines_for_claims_returned"),
