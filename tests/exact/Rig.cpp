@@ -81,7 +81,9 @@ Rig::Rig(const Screen& rows, bool mayEdit)
         rights += {{tag, (rows.area == area) == mayEdit ? "Y" : "N"}, {tag + "V", "Y"}};
     rights += {{"ChgPwd", "Y"}, {"Dec", "2"}, {"PRB", "Y"}};
     channel.Always("SAInit", {0, rights});
-    channel.Always("CheckMasterProfile", {0, {{"EditPatGrp", (rows.area == u"PatronGroups") == mayEdit ? "Y" : "N"}, {"PatGrpV", "Y"}}});
+    channel.Always(
+        "CheckMasterProfile",
+        {0, {{"EditPatGrp", (rows.area == u"PatronGroups") == mayEdit ? "Y" : "N"}, {"PatGrpV", "Y"}}});
     app.profile.Load(channel, "TESTER");
     channel.TakeSent();
     AddAllScreens(app.catalogue);
