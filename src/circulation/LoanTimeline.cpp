@@ -291,7 +291,10 @@ void LoanTimeline::PaintFine(QPainter& painter, const Scale& scale) const {
         return;
     const qreal bottom = scale.fine + scale.line * 1.6;
     const qreal height = scale.line * 1.5;
-    const qreal end = scale.points.last().second;
+    qreal end = scale.points.last().second;
+    for (const LoanSpan& span : m_answer.spans)
+        if (span.kind == LoanSpan::Kind::Overdue)
+            end = scale.At(span.to);
     painter.setPen(Qt::NoPen);
     painter.setBrush(Mix(palette(), QColor(0xd0, 0x3a, 0x2b), 45));
     for (qsizetype i = 0; i < m_answer.fines.size(); ++i) {

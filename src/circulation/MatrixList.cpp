@@ -1,5 +1,6 @@
 #include "circulation/MatrixList.h"
 
+#include "circulation/LoanQuestion.h"
 #include "circulation/MatrixDialog.h"
 #include "circulation/MatrixRemoval.h"
 #include "circulation/frmCirculation_Matrix.h"
@@ -9,6 +10,7 @@
 #include "framework/RowCount.h"
 #include "framework/Utility.h"
 
+#include <QAction>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
@@ -62,6 +64,10 @@ MatrixList::MatrixList(Application& application, MatrixPages& pages, MatrixKind 
                                 m_cmdSelectAll, m_cmdUnselectAll})
         buttons->addWidget(button);
     buttons->addStretch();
+    m_mnuTestLoan = new QAction(tr("Test a &Loan..."), this);
+    m_mnuTestLoan->setObjectName("mnuTestLoan");
+    connect(m_mnuTestLoan, &QAction::triggered, this, &MatrixList::TestLoan);
+    m_grid->SetMenuActions({m_mnuTestLoan});
     m_grid->SetMenuButtons({m_cmdModify, m_cmdCopy, m_cmdModifyMultiple, m_cmdRemove});
     const auto press = [](QPushButton* button) {
         return [button] {
@@ -100,6 +106,7 @@ void MatrixList::RefreshButtons() {
     m_grid->setEnabled(isStored);
     m_cmdAdd->setEnabled(mayEdit);
     m_cmdModify->setEnabled(isStored && selected == 1);
+    m_mnuTestLoan->setEnabled(isStored && selected == 1);
     for (QPushButton* button : {m_cmdCopy, m_cmdModifyMultiple, m_cmdRemove})
         button->setEnabled(mayEdit && selected > 0);
     m_cmdSelectAll->setEnabled(isStored && m_grid->Model().rowCount() > 0);
@@ -159,6 +166,16 @@ void MatrixList::Remove() {
     m_pages.Load();
     m_grid->SelectKeys(removal.Refused());
     emit m_application.notices.SubjectChanged("Mat");
+}
+
+void MatrixList::TestLoan() {
+    const QList<MatrixEntry> selected = Selected();
+    if (selected.size() == 1)
+        OpenLoanTest(m_application, this,
+                     {.cluster = m_pages.Group()->clusterId,
+                      .policyGroup = m_pages.Group()->id,
+                      .patronGroup = selected.first().patronGroup,
+                      .itemType = selected.first().itemType});
 }
 
 void MatrixList::SelectAll() {

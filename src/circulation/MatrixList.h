@@ -4,6 +4,7 @@
 
 #include <QWidget>
 
+class QAction;
 class QPushButton;
 
 namespace sysadmin {
@@ -29,6 +30,7 @@ private:
     void Copy();
     void ModifyMultiple();
     void Remove();
+    void TestLoan();
     void SelectAll();
     void UnselectAll();
 
@@ -43,6 +45,7 @@ private:
     QPushButton* m_cmdRemove;
     QPushButton* m_cmdSelectAll;
     QPushButton* m_cmdUnselectAll;
+    QAction* m_mnuTestLoan;
 };
 
 } // namespace sysadmin

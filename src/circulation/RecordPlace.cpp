@@ -1,5 +1,7 @@
 #include "circulation/RecordPlace.h"
 
+#include "circulation/MatrixDialog.h"
+#include "circulation/PolicyReader.h"
 #include "core/Application.h"
 #include "core/MainWindow.h"
 #include "core/Screen.h"
@@ -67,6 +69,34 @@ bool OpenPlace(Application& application, const RecordPlace& place) {
     grid->SelectKey(place.row);
     grid->setFocus(Qt::ShortcutFocusReason);
     return true;
+}
+
+RulePlace PlaceOfRule(const Application& application, const PolicyReader& reader, const loan::Group& group,
+                      qint64 patronGroup, qint64 itemType) {
+    const loan::Policy& policy = reader.Policy();
+    const bool isShort = group.IsShortLoan(itemType);
+    RulePlace place{
+        .group = {.id = QString::number(group.id),
+                  .name = group.name,
+                  .clusterId = reader.ClusterId(),
+                  .mayEdit = application.profile.MayEdit(Area::Circulation)},
+        .entry = {.patronGroup = QString::number(patronGroup),
+                  .itemType = QString::number(itemType),
+                  .patronName = policy.patronGroups.value(patronGroup),
+                  .itemName = policy.itemTypes.value(itemType)},
+        .kind = isShort ? MatrixKind::ShortLoan : MatrixKind::Regular,
+    };
+    for (const loan::Rule& rule : group.rules)
+        if (rule.patronGroup == patronGroup && rule.itemType == itemType)
+            place.entry.id = QString::number(rule.id);
+    return place;
+}
+
+bool OpenRule(Application& application, QWidget* parent, const RulePlace& place) {
+    if (!place.entry.id.isEmpty())
+        return ModifyMatrixEntry(application, parent, place.group, place.entry, place.kind);
+    return place.group.mayEdit &&
+           AddMatrixEntries(application, parent, place.group, place.kind, {place.entry});
 }
 
 } // namespace sysadmin

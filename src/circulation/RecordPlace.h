@@ -1,10 +1,16 @@
 #pragma once
 
-#include <QString>
+#include "circulation/MatrixEntries.h"
+
+class QWidget;
 
 namespace sysadmin {
 
+namespace loan {
+struct Group;
+}
 class Application;
+class PolicyReader;
 
 /// Where a setting stands: in a record of a maintenance screen, perhaps in a row of one of its lists.
 struct RecordPlace {
@@ -22,5 +28,17 @@ bool GoToCluster(Application& application, const QString& cluster);
 /// Opens the record, as far as the operator may see it, and goes to the row. An edit that is open in the
 /// screen stays open, and the operator is told; false then, and when there is no such record.
 bool OpenPlace(Application& application, const RecordPlace& place);
+
+/// A pair of patron group and item type in a policy group, with its loan rule if it has one.
+struct RulePlace {
+    MatrixGroup group;
+    MatrixEntry entry; ///< without an id: there is no rule
+    MatrixKind kind = MatrixKind::Regular;
+};
+
+RulePlace PlaceOfRule(const Application& application, const PolicyReader& reader, const loan::Group& group,
+                      qint64 patronGroup, qint64 itemType);
+/// Shows the rule, or begins one for the pair where there is none. True when something was stored.
+bool OpenRule(Application& application, QWidget* parent, const RulePlace& place);
 
 } // namespace sysadmin

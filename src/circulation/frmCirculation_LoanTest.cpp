@@ -6,6 +6,7 @@
 #include "core/Application.h"
 #include "core/MainWindow.h"
 #include "core/Prompter.h"
+#include "framework/Captions.h"
 #include "framework/ListGrid.h"
 #include "wire/Status.h"
 
@@ -33,6 +34,7 @@ namespace {
 
 const QString ScreenKey = "Tools_LoanTest";
 const QString PolicyKey = "Circulation_PolicyDefinitions";
+constexpr int HelpTopic = 50540;
 const QString PictureName = "picture";
 
 /// The entry of the id, or the first one.
@@ -66,7 +68,7 @@ frmCirculation_LoanTest::frmCirculation_LoanTest(Application& application, QWidg
     picLoan = new LoanTimeline(this);
     whole->addWidget(picLoan);
     auto* buttons = new QHBoxLayout;
-    cmdRule = MakeButton("cmdRule", tr("Show the &Rule"));
+    cmdRule = MakeButton("cmdRule", tr("Show the &Rule..."));
     cmdCopy = MakeButton("cmdCopy", tr("Co&py as Text"));
     cmdPdf = MakeButton("cmdPdf", tr("Save as P&DF"));
     auto* cmdClose = MakeButton("cmdClose", tr("&Close"));
@@ -184,12 +186,9 @@ bool frmCirculation_LoanTest::ReadFor(const loan::Request& request) {
     if (m_failed)
         return false;
     qint16 status = m_reader->ReadDemerits(request.patronGroup);
-    const QList<loan::Group> groups = m_reader->Policy().groups;
-    for (const loan::Group& group : groups)
-        if (status == wire::status::Ok &&
-            std::any_of(group.locations.begin(), group.locations.end(),
-                        [&](const loan::Location& location) { return location.id == request.location; }))
-            status = m_reader->ReadRules(group.id);
+    const loan::Group* group = GroupOf(request);
+    if (status == wire::status::Ok && group)
+        status = m_reader->ReadRules(group->id);
     if (status != wire::status::Ok)
         Report(status);
     return !m_failed;
@@ -221,24 +220,38 @@ void frmCirculation_LoanTest::Show(const LoanAnswer& answer) {
     picLoan->Show(answer);
     cmdCopy->setEnabled(!answer.sections.isEmpty());
     cmdPdf->setEnabled(!answer.sections.isEmpty());
-    cmdRule->setEnabled(!m_failed);
+    const loan::Group* group = m_reader ? GroupOf(m_form.Request()) : nullptr;
+    const loan::Request request = m_form.Request();
+    const bool hasRule =
+        group &&
+        !PlaceOfRule(App(), *m_reader, *group, request.patronGroup, request.itemType).entry.id.isEmpty();
+    ChangeCaption(*cmdRule, hasRule ? tr("Show the &Rule...")
+                            : group ? tr("Make a &Rule...")
+                                    : tr("Policy Definitio&ns"));
+    cmdRule->setEnabled(!m_failed && (hasRule || !group || App().profile.MayEdit(Area::Circulation)));
     if (isOther) { // said without the operator's leaving the field
         QAccessibleEvent said(lblAnswer, QAccessible::Alert);
         QAccessible::updateAccessibility(&said);
     }
 }
 
-void frmCirculation_LoanTest::ShowRule() {
-    const loan::Request request = m_form.Request();
-    RecordPlace place{.screen = PolicyKey, .cluster = m_reader->ClusterId()};
+const loan::Group* frmCirculation_LoanTest::GroupOf(const loan::Request& request) const {
     for (const loan::Group& group : m_reader->Policy().groups)
         for (const loan::Location& location : group.locations)
             if (location.id == request.location)
-                place.record = QString::number(group.id);
-    if (place.record.isEmpty() && App().mainWindow)
-        App().mainWindow->OpenScreen(place.screen); // where the location can be put into a group
-    else
-        OpenPlace(App(), place);
+                return &group;
+    return nullptr;
+}
+
+void frmCirculation_LoanTest::ShowRule() {
+    const loan::Request request = m_form.Request();
+    if (const loan::Group* group = GroupOf(request)) {
+        if (OpenRule(App(), this,
+                     PlaceOfRule(App(), *m_reader, *group, request.patronGroup, request.itemType)))
+            Reload();
+    } else if (App().mainWindow) {
+        App().mainWindow->OpenScreen(PolicyKey); // where the location can be put into a group
+    }
 }
 
 void frmCirculation_LoanTest::SavePdf() {
@@ -273,6 +286,7 @@ void OpenLoanTest(Application& application, QWidget* parent, const LoanQuestion&
     if (modal && modal->isModal()) {
         QDialog dialog(modal);
         dialog.setObjectName("dlgLoanTest");
+        dialog.setProperty(HelpContextProperty, HelpTopic);
         auto* test = new frmCirculation_LoanTest(application, &dialog);
         dialog.setWindowTitle(test->windowTitle());
         auto* whole = new QVBoxLayout(&dialog);

@@ -37,6 +37,7 @@ private:
     bool ReadFor(const loan::Request& request);
     void Report(qint16 status);
     void Show(const LoanAnswer& answer);
+    const loan::Group* GroupOf(const loan::Request& request) const;
     void ShowRule();
     void SavePdf();
 

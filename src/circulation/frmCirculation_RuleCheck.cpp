@@ -2,7 +2,6 @@
 
 #include "circulation/LoanQuestion.h"
 #include "circulation/PolicyReader.h"
-#include "circulation/RecordPlace.h"
 #include "core/Application.h"
 #include "framework/ListGrid.h"
 #include "framework/RowCount.h"
@@ -37,14 +36,14 @@ frmCirculation_RuleCheck::frmCirculation_RuleCheck(Application& application, QWi
                         {.caption = tr("Policy Group"), .width = 130},
                         {.caption = tr("Finding"), .width = 120},
                         {.caption = tr("Place"), .width = 300},
-                        {.caption = tr("Explanation"), .width = 320}},
+                        {.caption = tr("Explanation")}},
                        this);
     vsf->setAccessibleName(tr("Findings"));
     vsf->KeepColumns(application.prefs, objectName());
     lblSummary = new QLabel(this);
     lblSummary->setObjectName("lblSummary");
     lblSummary->setWordWrap(true);
-    cmdOpen = MakeButton("cmdOpen", tr("&Open"));
+    cmdOpen = MakeButton("cmdOpen", tr("&Open..."));
     cmdTestLoan = MakeButton("cmdTestLoan", tr("&Test a Loan"));
     auto* cmdCheck = MakeButton("cmdCheck", tr("Check &Again"));
     auto* cmdClose = MakeButton("cmdClose", tr("&Close"));
@@ -89,16 +88,18 @@ void frmCirculation_RuleCheck::Check() {
             vsf->SetRows({});
             return;
         }
-        QHash<qint64, QString> names;
+        QHash<qint64, const loan::Group*> byId;
         for (const loan::Group& group : reader.Policy().groups)
-            names.insert(group.id, group.name);
-        groups += names.size();
+            byId.insert(group.id, &group);
+        groups += byId.size();
         for (const loan::Finding& finding : loan::CheckRules(reader.Policy(), QDate::currentDate())) {
             const QString key = KeyOf(id, finding);
-            m_found.insert(key, {id, finding});
+            const loan::Group& group = *byId[finding.group];
+            m_found.insert(
+                key, {id, finding, PlaceOfRule(App(), reader, group, finding.patronGroup, finding.itemType)});
             rows.append({key,
-                         {cluster.sClusterName, names.value(finding.group), loan::FindingText(finding.kind),
-                          finding.place, finding.text},
+                         {cluster.sClusterName, group.name, loan::FindingText(finding.kind), finding.place,
+                          finding.text},
                          {}});
         }
     }
@@ -136,8 +137,13 @@ RecordPlace frmCirculation_RuleCheck::PlaceOf(const Found& found) const {
 }
 
 void frmCirculation_RuleCheck::Open() {
-    if (const Found* found = Selected())
+    const Found* found = Selected();
+    if (!found)
+        return;
+    if (found->finding.patronGroup == 0)
         OpenPlace(App(), PlaceOf(*found));
+    else if (OpenRule(App(), this, found->rule))
+        Check();
 }
 
 void frmCirculation_RuleCheck::TestLoan() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "circulation/RecordPlace.h"
 #include "framework/FormScreen.h"
 #include "loan/RuleCheck.h"
 
@@ -8,7 +9,6 @@ class QPushButton;
 namespace sysadmin {
 
 class ListGrid;
-struct RecordPlace;
 
 /// Looks over the circulation rules of all clusters and lists what nobody can have meant; each finding leads
 /// to its place.
@@ -24,6 +24,7 @@ private:
     struct Found {
         QString cluster;
         loan::Finding finding;
+        RulePlace rule; ///< of a finding about a pair
     };
 
     void Check();

@@ -69,6 +69,7 @@ struct Rule {
     Unit recallFineUnit = Unit::Day;
     std::optional<Amount> mostRecallFine = {};
     bool dueAtNextFixedTime = false; ///< short loans only
+    bool booksOverdue = false;       ///< the same: an overdue item can be booked
     int warning = 0;                 ///< before a short loan is due
     Unit warningUnit = Unit::Day;
     int courtesy = 0;

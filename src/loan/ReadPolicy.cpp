@@ -137,6 +137,7 @@ const Setters<Rule>& RuleSetters() {
         {"RFI", Letter(&Rule::recallFineUnit)},
         {"MRF", Most(&Rule::mostRecallFine)},
         {"NO", Flag(&Rule::dueAtNextFixedTime)},
+        {"BO", Flag(&Rule::booksOverdue)},
         {"WP", Count(&Rule::warning)},
         {"WI", Letter(&Rule::warningUnit)},
         {"CI", Count(&Rule::courtesy)},

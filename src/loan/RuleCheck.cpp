@@ -115,7 +115,7 @@ void GroupCheck::CheckRule(const Rule& rule) {
               Check::tr("The maximum fine for recalls is below the recall fine rate."));
     CheckNotices(rule);
     const bool isShortLoan = m_group.IsShortLoan(rule.itemType);
-    if (!isShortLoan && (rule.dueAtNextFixedTime || rule.warning > 0))
+    if (!isShortLoan && (rule.dueAtNextFixedTime || rule.booksOverdue || rule.warning > 0))
         AddTo(rule, Finding::Kind::NotAShortLoan,
               Check::tr("It has settings of short loans, but the item type is none in this group."));
     if (!AreUnitsAllowed(rule, isShortLoan))

@@ -2,10 +2,12 @@
 #include "circulation/LoanQuestion.h"
 #include "circulation/LoanTimeline.h"
 #include "circulation/PolicyReader.h"
+#include "circulation/frmCirculation_Matrix.h"
 #include "server/store/Database.h"
 #include "support/JobTest.h"
 #include "support/LoanWords.h"
 
+#include <QAction>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QLabel>
@@ -191,6 +193,82 @@ TEST_F(RealLoansTest, TheAnswerFollowsEachEditAndAsksTheServerOncePerGroup) {
     QTest::keyClick(&screen, Qt::Key_F5);
     EXPECT_TRUE(Headline(screen).contains("has no matrix entry"));
     EXPECT_TRUE(IsEnabled("cmdRule"));
+}
+
+TEST_F(RealLoansTest, FindingsLeadToTheirPlaces) {
+    const QString faculty =
+        "(SELECT id FROM patron_groups WHERE code='faculty' AND cluster_id=(SELECT cluster_id FROM "
+        "circulation_policy_groups WHERE name='Law Library'))";
+    const QString map = "(SELECT id FROM item_types WHERE code='m-map')";
+    const QString law = "(SELECT id FROM circulation_policy_groups WHERE name='Law Library')";
+    const QString entry = " WHERE group_id=" + law + " AND patron_group_id=" + faculty + " AND item_type_id=";
+    Store().Run("DELETE FROM circulation_matrix" + entry + map);
+    Store().Run("UPDATE circulation_matrix SET loan_period='0'" + entry +
+                "(SELECT id FROM item_types WHERE code='m-periodical')");
+    Screen& screen = Open("Tools_RuleCheck");
+    const auto choose = [&](const QString& finding, const QString& place) {
+        for (const GridRow& row : Grid(screen).Model().Rows())
+            if (row.cells[1] == u"Law Library" && row.cells[2] == finding && row.cells[3].contains(place))
+                return Grid(screen).SelectKey(row.key);
+        return false;
+    };
+    // The entry that is missing is begun for its pair, the one that contradicts itself is shown.
+    ASSERT_TRUE(choose("No entry", "Faculty"));
+    prompter.ExpectDialogResult("frmCirculation_PolicyMatrixRecordSettingsCopy",
+                                [](QDialog& dialog) { dialog.reject(); });
+    Click(screen, "cmdOpen");
+    ASSERT_TRUE(choose("Loan period 0", "Faculty"));
+    prompter.ExpectDialogResult("frmCirculation_PolicyMatrixRecordSettings",
+                                [](QDialog& dialog) { dialog.reject(); });
+    emit Grid(screen).RowActivated(Grid(screen).SelectedKey());
+    Click(screen, "cmdTestLoan");
+    Screen& test = *Window().ActiveScreen();
+    EXPECT_EQ(test.objectName(), "frmCirculation_LoanTest");
+    EXPECT_TRUE(Get<QTextBrowser>(test, "txtAnswer").toPlainText().contains("The loan period is 0 days."));
+    EXPECT_EQ(App().clusters.Current()->sClusterID,
+              Store()
+                  .FirstValue("SELECT cluster_id FROM "
+                              "circulation_policy_groups WHERE name='Law Library'")
+                  .toString());
+    emit App().notices.SubjectChanged("Mat");
+    EXPECT_TRUE(Get<QLabel>(screen, "lblSummary").text().contains("have changed"));
+}
+
+TEST_F(RealLoansTest, AGapLeadsToTheCalendarBeforeIt) {
+    Store().Run(
+        "UPDATE circulation_calendars SET end_date='20261231' WHERE end_date LIKE '2026%' OR end_date LIKE "
+        "'2027%'");
+    Screen& screen = Open("Tools_RuleCheck");
+    const auto rows = Grid(screen).Model().Rows();
+    const auto gap = std::find_if(rows.begin(), rows.end(),
+                                  [](const GridRow& row) { return row.cells[2] == u"Gap of calendars"; });
+    ASSERT_NE(gap, rows.end());
+    Grid(screen).SelectKey(gap->key);
+    Click(screen, "cmdOpen");
+    Screen& calendars = *Window().ActiveScreen();
+    EXPECT_EQ(calendars.objectName(), "frmCirculation_Calendars");
+    EXPECT_EQ(FrameCaption(calendars), "Edit " + gap->cells[3] + ":");
+}
+
+TEST_F(RealLoansTest, ARuleIsTestedFromTheMatrixAndFromADialog) {
+    Open("Tools_RuleCheck"); // has the cluster chosen
+    const QString cluster = App().clusters.Current()->sClusterID;
+    const QString group = IdOf("SELECT group_id FROM circulation_matrix WHERE group_id IN (SELECT id FROM "
+                               "circulation_policy_groups WHERE cluster_id=?)",
+                               {cluster});
+    QString tested;
+    prompter.ExpectDialogResult("frmCirculation_Matrix", [&](QDialog& dialog) {
+        auto& grid = Grid(dialog, "vsfMatrix");
+        grid.SelectKeys({grid.Model().ShownKeys().first()});
+        Get<QAction>(dialog, "mnuTestLoan").trigger();
+        dialog.reject();
+    });
+    prompter.ExpectDialogResult("dlgLoanTest", [&](QDialog& dialog) {
+        tested = Get<QTextBrowser>(dialog, "txtAnswer").toPlainText();
+        Click(dialog, "cmdClose");
+    });
+    OpenMatrix(App(), &Window(), {.id = group, .name = "Group", .clusterId = cluster}, MatrixKind::Regular);
+    EXPECT_TRUE(tested.contains("Its matrix entry for ")) << tested.toStdString();
 }
 
 TEST_F(RealLoansTest, WhatTheCheckFinds) {
