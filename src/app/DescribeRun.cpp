@@ -24,6 +24,8 @@ namespace sysadmin {
 namespace {
 
 constexpr int MostRecords = 15;
+/// Its screens store nothing: whoever sees them enters what he likes.
+const QString ToolsGroup = "Tools";
 
 /// Dialogs in which there is nothing to enter.
 bool OnlyShows(const QString& dialog) {
@@ -141,7 +143,7 @@ QString VisitAs(const CommandLine& line, VisitingPrompter& prompter, const QStri
         if (const auto* form = dynamic_cast<FormScreen*>(screen); form && mayEdit)
             prompter.VisitDeclaration(*form);
         if (screen)
-            VisitScreen(*screen, prompter, entry.screen.helpContext, mayEdit);
+            VisitScreen(*screen, prompter, entry.screen.helpContext, mayEdit || entry.groupKey == ToolsGroup);
         if (mayEdit) // once: with the first screen alone in it, the window shows what belongs to it
             prompter.Visit(window, "list", 0);
     }

@@ -282,9 +282,8 @@ void frmCirculation_LoanTest::SavePdf() {
 
 void OpenLoanTest(Application& application, QWidget* parent, const LoanQuestion& preset) {
     // A dialog that is open locks the screens behind it.
-    auto* modal = parent ? qobject_cast<QDialog*>(parent->window()) : nullptr;
-    if (modal && modal->isModal()) {
-        QDialog dialog(modal);
+    if (auto* over = parent ? qobject_cast<QDialog*>(parent->window()) : nullptr) {
+        QDialog dialog(over);
         dialog.setObjectName("dlgLoanTest");
         dialog.setProperty(HelpContextProperty, HelpTopic);
         auto* test = new frmCirculation_LoanTest(application, &dialog);

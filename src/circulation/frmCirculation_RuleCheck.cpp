@@ -59,6 +59,9 @@ frmCirculation_RuleCheck::frmCirculation_RuleCheck(Application& application, QWi
     whole->addLayout(buttons);
     setTabOrder(vsf->FilterBox(), vsf);
     setTabOrder(vsf, cmdOpen);
+    setTabOrder(cmdOpen, cmdTestLoan);
+    setTabOrder(cmdTestLoan, cmdCheck);
+    setTabOrder(cmdCheck, cmdClose);
 
     connect(vsf, &ListGrid::SelectionMoved, this, &frmCirculation_RuleCheck::RefreshButtons);
     connect(vsf, &ListGrid::RowActivated, this, &frmCirculation_RuleCheck::Open);
@@ -131,9 +134,18 @@ RecordPlace frmCirculation_RuleCheck::PlaceOf(const Found& found) const {
         return {.screen = "Circ_Calendars",
                 .cluster = found.cluster,
                 .record = QString::number(finding.calendar)};
-    return {.screen = "Circulation_PolicyDefinitions",
-            .cluster = found.cluster,
-            .record = QString::number(finding.group)};
+    RecordPlace place{.screen = "Circulation_PolicyDefinitions",
+                      .cluster = found.cluster,
+                      .record = QString::number(finding.group)};
+    if (finding.location != 0) {
+        place.grid = "vsfSelectedLocations";
+        place.row = QString::number(finding.location);
+    } else if (finding.kind == loan::Finding::Kind::NoCalendar) {
+        place.grid = "vsfSelectedCalendars";
+    } else if (finding.kind == loan::Finding::Kind::NoRules) {
+        place.grid = "vsfMatrix";
+    }
+    return place;
 }
 
 void frmCirculation_RuleCheck::Open() {

@@ -235,9 +235,7 @@ TEST_F(RealLoansTest, FindingsLeadToTheirPlaces) {
 }
 
 TEST_F(RealLoansTest, AGapLeadsToTheCalendarBeforeIt) {
-    Store().Run(
-        "UPDATE circulation_calendars SET end_date='20261231' WHERE end_date LIKE '2026%' OR end_date LIKE "
-        "'2027%'");
+    Store().Run("UPDATE calendars SET end_date='20261210' WHERE name='Autumn Term 2026'");
     Screen& screen = Open("Tools_RuleCheck");
     const auto rows = Grid(screen).Model().Rows();
     const auto gap = std::find_if(rows.begin(), rows.end(),
