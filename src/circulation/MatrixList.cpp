@@ -4,6 +4,7 @@
 #include "circulation/MatrixDialog.h"
 #include "circulation/MatrixRemoval.h"
 #include "circulation/frmCirculation_Matrix.h"
+#include "circulation/frmCirculation_MatrixMap.h"
 #include "core/Application.h"
 #include "core/Prompter.h"
 #include "framework/ListGrid.h"
@@ -60,8 +61,9 @@ MatrixList::MatrixList(Application& application, MatrixPages& pages, MatrixKind 
     m_cmdRemove = AddButton("cmdRemoveMatrix", tr("&Remove"), &MatrixList::Remove);
     m_cmdSelectAll = AddButton("cmdSelectAllMatrix", tr("Selec&t All"), &MatrixList::SelectAll);
     m_cmdUnselectAll = AddButton("cmdUnselectAllMatrix", tr("&Unselect All"), &MatrixList::UnselectAll);
+    m_cmdMap = AddButton("cmdMapMatrix", tr("Ma&p..."), &MatrixList::ShowMap);
     for (QPushButton* button : {m_cmdAdd, m_cmdModify, m_cmdCopy, m_cmdModifyMultiple, m_cmdRemove,
-                                m_cmdSelectAll, m_cmdUnselectAll})
+                                m_cmdSelectAll, m_cmdUnselectAll, m_cmdMap})
         buttons->addWidget(button);
     buttons->addStretch();
     m_mnuTestLoan = new QAction(tr("Test a &Loan..."), this);
@@ -111,6 +113,7 @@ void MatrixList::RefreshButtons() {
         button->setEnabled(mayEdit && selected > 0);
     m_cmdSelectAll->setEnabled(isStored && m_grid->Model().rowCount() > 0);
     m_cmdUnselectAll->setEnabled(isStored && selected > 0);
+    m_cmdMap->setEnabled(isStored);
 }
 
 QList<MatrixEntry> MatrixList::Selected() const {
@@ -184,6 +187,15 @@ void MatrixList::SelectAll() {
 
 void MatrixList::UnselectAll() {
     m_grid->clearSelection();
+}
+
+void MatrixList::ShowMap() {
+    frmCirculation_MatrixMap map(m_application, *m_pages.Group(), window());
+    if (!map.Load())
+        return;
+    m_application.prompter.RunDialog(map);
+    if (map.IsChanged())
+        m_pages.Load();
 }
 
 } // namespace sysadmin

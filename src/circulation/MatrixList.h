@@ -33,6 +33,7 @@ private:
     void TestLoan();
     void SelectAll();
     void UnselectAll();
+    void ShowMap();
 
     Application& m_application;
     MatrixPages& m_pages;
@@ -46,6 +47,7 @@ private:
     QPushButton* m_cmdSelectAll;
     QPushButton* m_cmdUnselectAll;
     QAction* m_mnuTestLoan;
+    QPushButton* m_cmdMap;
 };
 
 } // namespace sysadmin

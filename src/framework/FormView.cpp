@@ -171,7 +171,10 @@ void FormView::DrawColumn(const QList<Layout>& children, QWidget* parent) {
         } else {
             DrawChild(child, parent, *grid, row, 0, false);
         }
-        if (tall) {
+        const QLayoutItem* first = grid->itemAtPosition(row, 0);
+        const bool grows = child.kind == Layout::Kind::Slot && first && first->widget() &&
+                           first->widget()->sizePolicy().verticalPolicy() & QSizePolicy::ExpandFlag;
+        if (tall || grows) {
             grid->setRowStretch(row, 1);
             stretches = true;
         }
@@ -232,7 +235,9 @@ int FormView::DrawChild(const Layout& child, QWidget* parent, QGridLayout& grid,
     }
     const int span = inRow ? CellsOfField : -1;
     Qt::Alignment alignment;
-    if (child.kind == Layout::Kind::Slot || child.kind == Layout::Kind::Button)
+    const bool isWide =
+        child.kind == Layout::Kind::Slot && widget->sizePolicy().horizontalPolicy() & QSizePolicy::ExpandFlag;
+    if ((child.kind == Layout::Kind::Slot && !isWide) || child.kind == Layout::Kind::Button)
         alignment = Qt::AlignLeft;
     else if (child.kind == Layout::Kind::Beside && inRow && !WantsHeight(child))
         alignment = Qt::AlignVCenter; // on one line with what stands beside it

@@ -114,21 +114,26 @@ qint64 Records::Inserter::Add(const QVariantList& values) const {
 }
 
 bool Records::Update(const QString& tableName, qint64 id, const Row& values) {
-    const Table& table = Named(tableName);
     const std::optional<Row> before = Find(tableName, id);
-    if (!before)
-        return false;
+    if (before)
+        Update(tableName, id, values, *before);
+    return before.has_value();
+}
+
+void Records::Update(const QString& tableName, qint64 id, const Row& values, const Row& before) {
+    const Table& table = Named(tableName);
     Row changed;
     Row replaced;
     for (auto value = values.begin(); value != values.end(); ++value) {
         const Column* column = table.Find(value.key());
-        if (column && Stored(*column, value.value()) == before->value(value.key()))
+        const QVariant held = column ? Stored(*column, before.value(value.key())) : QVariant();
+        if (column && Stored(*column, value.value()) == held)
             continue;
         changed.insert(value.key(), column ? Stored(*column, value.value()) : value.value());
-        replaced.insert(value.key(), before->value(value.key()));
+        replaced.insert(value.key(), held);
     }
     if (changed.isEmpty())
-        return true;
+        return;
     QStringList names;
     QVariantList bound;
     Append(table, changed, names, bound);
@@ -136,9 +141,8 @@ bool Records::Update(const QString& tableName, qint64 id, const Row& values) {
     m_database.Run("UPDATE " + table.name + " SET " + names.join("=?, ") + "=? WHERE id=?", bound);
     if (m_history) {
         m_history->Note(HistoryWriter::Kind::Changed, table, id, replaced, changed);
-        EnterChange(table, id, *before, changed, false);
+        EnterChange(table, id, before, changed, false);
     }
-    return true;
 }
 
 bool Records::Remove(const QString& tableName, qint64 id) {

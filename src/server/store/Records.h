@@ -53,6 +53,9 @@ public:
     qint64 Insert(const QString& table, const Row& values);
     /// Sets the named columns of a row; false when there is none with this id.
     bool Update(const QString& table, qint64 id, const Row& values);
+    /// The same for a row that is there and known: `before` holds what the columns that are set held until
+    /// now, and those that name its owner.
+    void Update(const QString& table, qint64 id, const Row& values, const Row& before);
     /// Removes a row, and before it the rows that do not outlive it; false when there is none with this id.
     bool Remove(const QString& table, qint64 id);
     /// Removes the rows of which a column holds the value.

@@ -214,20 +214,22 @@ Answer UpdateEntries(Context& context, const wire::Fields& request) {
     if (!selection || ReadFields(context, RuleFields(), selection->fields, false, changes))
         return {status::ColumnError};
     const QSet<qint64> shortLoans = ShortLoanTypes(context, group->id);
-    QHash<qint64, Row> units; // of each entry, with its pair
-    context.database.Each("SELECT id, patron_group_id, item_type_id, loan_unit, renewal_unit, fine_unit, "
-                          "recall_fine_unit FROM circulation_matrix WHERE group_id=?",
+    // What is checked and what is changed, of all entries with one statement.
+    QStringList columns{"id",           "patron_group_id", "item_type_id",    "loan_unit",
+                        "renewal_unit", "fine_unit",       "recall_fine_unit"};
+    for (auto change = changes.begin(); change != changes.end(); ++change)
+        if (!columns.contains(change.key()))
+            columns << change.key();
+    QHash<qint64, Row> entries;
+    context.database.Each("SELECT " + columns.join(", ") + " FROM circulation_matrix WHERE group_id=?",
                           {group->id}, [&](const ResultRow& row) {
-                              units.insert(row.value(0).toLongLong(), {{"patron_group_id", row.value(1)},
-                                                                       {"item_type_id", row.value(2)},
-                                                                       {"loan_unit", row.value(3)},
-                                                                       {"renewal_unit", row.value(4)},
-                                                                       {"fine_unit", row.value(5)},
-                                                                       {"recall_fine_unit", row.value(6)}});
+                              Row& entry = entries[row.value(0).toLongLong()];
+                              for (int i = 1; i < columns.size(); ++i)
+                                  entry.insert(columns[i], row.value(i));
                           });
     for (const Selection::Item& item : selection->items) {
-        const auto stored = units.constFind(item.entry);
-        if (stored == units.constEnd() || (*stored)["patron_group_id"].toLongLong() != item.pair.first ||
+        const auto stored = entries.constFind(item.entry);
+        if (stored == entries.constEnd() || (*stored)["patron_group_id"].toLongLong() != item.pair.first ||
             (*stored)["item_type_id"].toLongLong() != item.pair.second)
             return {status::NotFound};
         Row after = *stored;
@@ -236,7 +238,7 @@ Answer UpdateEntries(Context& context, const wire::Fields& request) {
             return {status::ColumnError};
     }
     for (const Selection::Item& item : selection->items)
-        context.records.Update(Matrix, item.entry, changes);
+        context.records.Update(Matrix, item.entry, changes, entries[item.entry]);
     return {};
 }
 
