@@ -5,6 +5,7 @@
 #include "requests/frmOPAC_CircPolicies.h"
 #include "requests/frmOPAC_HoldGroup.h"
 #include "requests/frmOPAC_MessageRequests.h"
+#include "requests/frmOPAC_RequestForms.h"
 #include "requests/frmWS_SelfRegistration.h"
 
 #include <QCoreApplication>
@@ -129,6 +130,7 @@ void AddRequestsScreens(ScreenCatalogue& catalogue) {
     catalogue.Contribute<frmOPAC_HoldGroup>("OPAC_SortGroups", 50201);
     catalogue.Contribute(CatalogueMiscellaneous());
     catalogue.Contribute<frmOPAC_CircPolicies>("OPAC_CircPolicies", 50203);
+    catalogue.Contribute<frmOPAC_RequestForms>("OPAC_RequestForms", 50204);
     catalogue.Contribute(LoginSummary());
     catalogue.Contribute<frmWS_SelfRegistration>("WS_SelfRegistration", 50901, true);
     catalogue.Contribute(Configuration());

@@ -23,6 +23,7 @@
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextEdit>
 
 namespace sysadmin {
 
@@ -307,6 +308,8 @@ QString StoryTeller::Shown(const QString& name) {
     QWidget& widget = Seen(name);
     if (const auto* edit = qobject_cast<QPlainTextEdit*>(&widget))
         return edit->toPlainText();
+    if (const auto* page = qobject_cast<QTextEdit*>(&widget))
+        return page->toPlainText();
     if (const auto* edit = qobject_cast<DateEdit*>(&widget))
         return QLocale().toDate(edit->text(), "M/d/yyyy").toString("yyyyMMdd");
     if (const auto* box = qobject_cast<QComboBox*>(&widget))
