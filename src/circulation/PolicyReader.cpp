@@ -135,6 +135,10 @@ qint16 PolicyReader::ReadDemerits(qint64 patronGroup) {
     if (!m_policy.usesDemerits || m_policy.demerits.contains(patronGroup))
         return status::Ok;
     const qint16 result = Send("GetPatGp", QString::number(patronGroup));
+    if (result == status::NotAuthorised) { // patron groups have a right of their own
+        m_policy.demerits[patronGroup].isKnown = false;
+        return status::Ok;
+    }
     if (result == status::Ok)
         loan::ReadDemeritRule(FieldsOf(m_channel), m_policy.demerits[patronGroup]);
     return result;

@@ -152,10 +152,11 @@ void frmCirculation_LoanTest::FillChoices() {
                               location.isDesk ? tr("%1 (c)").arg(location.name) : location.name});
     for (const PickItem& location : m_reader->FreeLocations())
         locations.append({location.id, tr("%1 (in no policy group)").arg(location.text)});
-    const Form::Loading loading(m_form);
+    m_isFilling = true;
     Offer(m_form.cboLocation, locations);
     Offer(m_form.cboPatronGroup, m_reader->PatronGroups());
     Offer(m_form.cboItemType, m_reader->ItemTypes());
+    m_isFilling = false;
 }
 
 void frmCirculation_LoanTest::Ask(const LoanQuestion& question) {
@@ -172,9 +173,12 @@ void frmCirculation_LoanTest::Ask(const LoanQuestion& question) {
         if (!id.isEmpty())
             field.SetDraft(Kept(field.Items(), id));
     };
+    m_isFilling = true;
     choose(m_form.cboLocation, location);
     choose(m_form.cboPatronGroup, question.patronGroup);
     choose(m_form.cboItemType, question.itemType);
+    m_isFilling = false;
+    Reckon();
 }
 
 void frmCirculation_LoanTest::Report(qint16 status) {
@@ -195,7 +199,7 @@ bool frmCirculation_LoanTest::ReadFor(const loan::Request& request) {
 }
 
 void frmCirculation_LoanTest::Reckon() {
-    if (!m_reader)
+    if (!m_reader || m_isFilling)
         return;
     LoanAnswer shown;
     const loan::Request request = m_form.Request();
@@ -260,7 +264,11 @@ void frmCirculation_LoanTest::SavePdf() {
     if (fileName.isEmpty())
         return;
     QTextDocument document;
+    QPalette paper(QColor(0xf0, 0xf0, 0xf0)); // in whatever appearance the program is
+    paper.setColor(QPalette::Base, Qt::white);
+    picLoan->setPalette(paper);
     const QPixmap picture = picLoan->grab();
+    picLoan->setPalette({});
     document.addResource(QTextDocument::ImageResource, QUrl(PictureName), picture);
     const QString question = m_form.cboLocation.DisplayText() + ", " + m_form.cboPatronGroup.DisplayText() +
                              ", " + m_form.cboItemType.DisplayText();
@@ -305,7 +313,7 @@ void OpenLoanTest(Application& application, QWidget* parent, const LoanQuestion&
 
 bool DependLoansOn(const QString& subject) {
     return QStringList{"CrcGp",   "CrcGpLoc", "CrcPatronGp", "Mat",   "MulMat", "Cal",
-                       "MultCal", "CrMsc",    "PatGp",       "ItmTp", "Loc"}
+                       "MultCal", "BsCur",    "CrMsc",       "PatGp", "ItmTp",  "Loc"}
         .contains(subject);
 }
 

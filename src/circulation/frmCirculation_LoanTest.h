@@ -44,7 +44,8 @@ private:
     LoanForm& m_form = KeepForm<LoanForm>();
     std::optional<PolicyReader> m_reader;
     LoanAnswer m_shown;
-    bool m_isOld = false; // settings have changed
+    bool m_isOld = false;     // settings have changed
+    bool m_isFilling = false; // several fields are set that make sense only together
     bool m_failed = false;
 
     QLabel* lblAnswer = nullptr;

@@ -61,13 +61,18 @@ Moment DueDate::AfterDays(Moment start, int days) const {
     QDate date = from;
     if (m_group.countsClosedForLoan) {
         date = from.addDays(days);
+        int closed = 0;
+        for (QDate day = from.addDays(1); day <= date; day = day.addDays(1))
+            closed += m_hours.On(day) ? 0 : 1;
+        if (closed > 0)
+            m_say(Loan::tr("Closed days count, too: %1 of the period.").arg(Words(closed, Unit::Day)));
     } else {
         for (int counted = 0; counted < days; ++counted) {
             const auto next = m_hours.NextDay(date.addDays(1));
             date = next ? next->date : date.addDays(1);
         }
         if (const int passed = int(from.daysTo(date)) - days; passed > 0)
-            m_say(Loan::tr("Closed days do not count: %n were passed over.", nullptr, passed));
+            m_say(Loan::tr("Closed days do not count: %1 passed over.").arg(Words(passed, Unit::Day)));
     }
     const auto day = m_hours.NextDay(date);
     if (!day)
@@ -84,6 +89,8 @@ Moment DueDate::AfterMinutes(Moment start, qint64 minutes) const {
             m_say(Loan::tr("Closed hours do not count: the time goes on until %1.").arg(Words(due)));
         return due;
     }
+    if (m_hours.OpenBetween(start, start + minutes) < minutes)
+        m_say(Loan::tr("Closed hours count."));
     const Moment due = m_hours.NextOpen(start + minutes);
     if (due != start + minutes)
         m_say(Loan::tr("It is closed on %1: the next opening is on %2.")

@@ -96,7 +96,7 @@ QString Reckoning::WhyNotRenewed() const {
     if (!m_due)
         return Loan::tr("It has no due date: there is nothing to renew.");
     if (m_renewals >= rule.mostRenewals)
-        return Loan::tr("Not renewed: the rule allows %n renewals.", nullptr, rule.mostRenewals);
+        return Loan::tr("Not renewed: the most renewals that the rule allows is %1.").arg(rule.mostRenewals);
     if (m_recalled && !group.renewsIfRecalled)
         return Loan::tr("Not renewed: it is recalled.");
     if (m_request.hasHold && !group.renewsIfHeld)
@@ -228,13 +228,18 @@ void Reckoning::Fine(const OpenHours& hours, const FineTerms& terms, Moment end)
         Say(Loan::tr("Demerits do not apply to this patron group."));
         return;
     }
+    if (m_policy.usesDemerits && !m_policy.demerits.value(m_request.patronGroup).isKnown)
+        Say(Loan::tr("What demerits mean to this patron group is not known: you may not see patron groups."));
     ReckonFines(*m_answer.group, hours, rule, terms, *m_due, end, m_answer);
     if (terms.rate <= 0)
         Say(Loan::tr("The rule has no fine."));
     else if (m_answer.fines.isEmpty())
         Say(Loan::tr("It comes back within the grace period of %1: there is no fine.")
                 .arg(Words(terms.grace, rule.unit)));
-    else
+    else if (terms.grace > 0)
+        Say(Loan::tr("The grace period of %1 is over: the fine counts from the due date.")
+                .arg(Words(terms.grace, rule.unit)));
+    if (!m_answer.fines.isEmpty())
         Say((m_answer.reachesMost ? Loan::tr("The fine comes to %1, the most that the rule allows.")
                                   : Loan::tr("The fine comes to %1."))
                 .arg(Money(m_answer.fine)));

@@ -93,6 +93,7 @@ struct PatronRule {
 
 /// What becomes of a patron group's demerits, in whatever policy group.
 struct DemeritRule {
+    bool isKnown = true; ///< else nobody may tell this operator
     bool apply = true;
     int most = 0; ///< so many suspend the patron; 0: they never do
     int suspensionDays = 0;

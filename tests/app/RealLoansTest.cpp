@@ -9,6 +9,7 @@
 
 #include <QAction>
 #include <QClipboard>
+#include <QFile>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QTest>
@@ -177,6 +178,13 @@ TEST_F(RealLoansTest, TheAnswerFollowsEachEditAndAsksTheServerOncePerGroup) {
     const QString copied = QGuiApplication::clipboard()->text();
     EXPECT_TRUE(copied.startsWith(Headline(screen)) && copied.contains("The loan period is 28 days."));
 
+    const QTemporaryDir folder;
+    const QString pdf = folder.filePath("loan.pdf");
+    prompter.ExpectSaveFile(pdf);
+    Click(screen, "cmdPdf");
+    QFile written(pdf);
+    EXPECT_TRUE(written.open(QIODevice::ReadOnly) && written.read(4) == "%PDF" && written.size() > 5000);
+
     // What others store is followed; what an edit elsewhere has read stays what it has read.
     const QString group =
         IdOf("SELECT id FROM circulation_policy_groups WHERE name=?", {"Engineering Library"});
@@ -193,6 +201,23 @@ TEST_F(RealLoansTest, TheAnswerFollowsEachEditAndAsksTheServerOncePerGroup) {
     QTest::keyClick(&screen, Qt::Key_F5);
     EXPECT_TRUE(Headline(screen).contains("has no matrix entry"));
     EXPECT_TRUE(IsEnabled("cmdRule"));
+}
+
+TEST_F(RealLoansTest, DemeritsComeFromThePatronGroup) {
+    Store().Run("UPDATE circulation_miscellaneous SET uses_demerits='Y'");
+    Store().Run("UPDATE patron_groups SET demerits_apply='Y', most_demerits=10, suspension_days=30 WHERE "
+                "code='faculty'");
+    Screen& screen = Open("Tools_LoanTest");
+    loan::Request request;
+    testing::ReadHappenings("2026-10-05/10:00 recall=2026-10-12/10:00 return=2026-10-26/10:00", At, request);
+    AskAbout(screen, "Law Library", "faculty", "m-map", request);
+    EXPECT_TRUE(Headline(screen).endsWith(", 15 demerits")) << Headline(screen).toStdString();
+    EXPECT_TRUE(Get<QTextBrowser>(screen, "txtAnswer").toPlainText().contains("is suspended for 30 days"));
+    AskAbout(screen, "Law Library", "fellow", "m-map", request);
+    EXPECT_TRUE(Get<QTextBrowser>(screen, "txtAnswer")
+                    .toPlainText()
+                    .contains("Demerits do not apply to this patron group"))
+        << Get<QTextBrowser>(screen, "txtAnswer").toPlainText().toStdString();
 }
 
 TEST_F(RealLoansTest, FindingsLeadToTheirPlaces) {
