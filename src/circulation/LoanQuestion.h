@@ -7,6 +7,8 @@ class QWidget;
 namespace sysadmin {
 
 class Application;
+struct MatrixEntry;
+struct MatrixGroup;
 
 /// What a test of a loan begins with. What is empty stays as it stood there.
 struct LoanQuestion {
@@ -16,6 +18,9 @@ struct LoanQuestion {
     QString patronGroup{};
     QString itemType{};
 };
+
+/// What is asked about an entry of a policy group's matrix.
+LoanQuestion QuestionOf(const MatrixGroup& group, const MatrixEntry& entry);
 
 /// Opens the test of a loan: as a screen, or, over a modal dialog (`parent` says from where), as a dialog.
 void OpenLoanTest(Application& application, QWidget* parent, const LoanQuestion& preset);

@@ -174,11 +174,7 @@ void MatrixList::Remove() {
 void MatrixList::TestLoan() {
     const QList<MatrixEntry> selected = Selected();
     if (selected.size() == 1)
-        OpenLoanTest(m_application, this,
-                     {.cluster = m_pages.Group()->clusterId,
-                      .policyGroup = m_pages.Group()->id,
-                      .patronGroup = selected.first().patronGroup,
-                      .itemType = selected.first().itemType});
+        OpenLoanTest(m_application, this, QuestionOf(*m_pages.Group(), selected.first()));
 }
 
 void MatrixList::SelectAll() {

@@ -288,6 +288,13 @@ void frmCirculation_LoanTest::SavePdf() {
         Tell(tr("Unable to write %1.").arg(fileName) + ' ' + file.errorString());
 }
 
+LoanQuestion QuestionOf(const MatrixGroup& group, const MatrixEntry& entry) {
+    return {.cluster = group.clusterId,
+            .policyGroup = group.id,
+            .patronGroup = entry.patronGroup,
+            .itemType = entry.itemType};
+}
+
 void OpenLoanTest(Application& application, QWidget* parent, const LoanQuestion& preset) {
     // A dialog that is open locks the screens behind it.
     if (auto* over = parent ? qobject_cast<QDialog*>(parent->window()) : nullptr) {

@@ -1,5 +1,6 @@
 #include "circulation/frmCirculation_MatrixMap.h"
 
+#include "circulation/LoanQuestion.h"
 #include "circulation/MatrixDialog.h"
 #include "circulation/MatrixLegend.h"
 #include "core/Application.h"
@@ -124,6 +125,10 @@ QWidget* frmCirculation_MatrixMap::MakeButtons() {
     m_cmdAdd = add("cmdAddMatrix", tr("&Add..."), QDialogButtonBox::ActionRole);
     m_cmdModifyMultiple =
         add("cmdModifyMultipleMatrix", tr("Modi&fy Multiple..."), QDialogButtonBox::ActionRole);
+    m_cmdTestLoan = add("cmdTestLoan", tr("Test a &Loan..."), QDialogButtonBox::ActionRole);
+    connect(m_cmdTestLoan, &QPushButton::clicked, this, [this] {
+        OpenLoanTest(m_application, this, QuestionOf(m_group, m_picture.EntryAt(m_map->CurrentCell())));
+    });
     add("cmdClose", tr("&Close"), QDialogButtonBox::RejectRole);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(m_cmdAdd, &QPushButton::clicked, this, &frmCirculation_MatrixMap::Add);
@@ -200,6 +205,7 @@ void frmCirculation_MatrixMap::RefreshButtons() {
         (m_picture.At(cell).id.isEmpty() ? lacksRule : hasRule) = true;
     m_cmdAdd->setEnabled(m_group.mayEdit && lacksRule);
     m_cmdModifyMultiple->setEnabled(m_group.mayEdit && hasRule);
+    m_cmdTestLoan->setEnabled(m_map->SelectedCells().size() == 1);
 }
 
 void frmCirculation_MatrixMap::Choose(const MatrixPicture& picture, MatrixPicture::Cell cell) {

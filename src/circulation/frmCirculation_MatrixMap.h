@@ -57,6 +57,7 @@ private:
     MatrixLegend* m_legend = nullptr;
     QPushButton* m_cmdAdd = nullptr;
     QPushButton* m_cmdModifyMultiple = nullptr;
+    QPushButton* m_cmdTestLoan = nullptr;
 };
 
 } // namespace sysadmin

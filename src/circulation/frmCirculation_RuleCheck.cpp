@@ -160,11 +160,7 @@ void frmCirculation_RuleCheck::Open() {
 
 void frmCirculation_RuleCheck::TestLoan() {
     if (const Found* found = Selected(); found && found->finding.patronGroup != 0)
-        OpenLoanTest(App(), this,
-                     {.cluster = found->cluster,
-                      .policyGroup = QString::number(found->finding.group),
-                      .patronGroup = QString::number(found->finding.patronGroup),
-                      .itemType = QString::number(found->finding.itemType)});
+        OpenLoanTest(App(), this, QuestionOf(found->rule.group, found->rule.entry));
 }
 
 void frmCirculation_RuleCheck::RefreshButtons() {

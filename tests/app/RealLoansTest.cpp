@@ -279,19 +279,26 @@ TEST_F(RealLoansTest, ARuleIsTestedFromTheMatrixAndFromADialog) {
     const QString group = IdOf("SELECT group_id FROM circulation_matrix WHERE group_id IN (SELECT id FROM "
                                "circulation_policy_groups WHERE cluster_id=?)",
                                {cluster});
-    QString tested;
+    QStringList tested;
     prompter.ExpectDialogResult("frmCirculation_Matrix", [&](QDialog& dialog) {
         auto& grid = Grid(dialog, "vsfMatrix");
         grid.SelectKeys({grid.Model().ShownKeys().first()});
         Get<QAction>(dialog, "mnuTestLoan").trigger();
+        Click(dialog, "cmdMapMatrix");
         dialog.reject();
     });
-    prompter.ExpectDialogResult("dlgLoanTest", [&](QDialog& dialog) {
-        tested = Get<QTextBrowser>(dialog, "txtAnswer").toPlainText();
+    const auto takeAnswer = [&](QDialog& dialog) {
+        tested << Get<QTextBrowser>(dialog, "txtAnswer").toPlainText();
         Click(dialog, "cmdClose");
+    };
+    prompter.ExpectDialogResult("dlgLoanTest", takeAnswer);
+    prompter.ExpectDialogResult("frmCirculation_MatrixMap", [&](QDialog& dialog) {
+        Click(dialog, "cmdTestLoan");
+        dialog.reject();
     });
+    prompter.ExpectDialogResult("dlgLoanTest", takeAnswer);
     OpenMatrix(App(), &Window(), {.id = group, .name = "Group", .clusterId = cluster}, MatrixKind::Regular);
-    EXPECT_TRUE(tested.contains("Its matrix entry for ")) << tested.toStdString();
+    EXPECT_EQ(tested.filter("Its matrix entry for ").size(), 2) << tested.join('\n').toStdString();
 }
 
 TEST_F(RealLoansTest, WhatTheCheckFinds) {
