@@ -7,6 +7,7 @@
 #include "wire/Status.h"
 
 #include <QPushButton>
+#include <QTabWidget>
 
 namespace sysadmin {
 
@@ -106,6 +107,8 @@ frmOPAC_RequestForms::frmOPAC_RequestForms(Application& application, QWidget* pa
     Finish();
     // Behind what the editor of the fields makes of its buttons.
     connect(&m_form, &Form::Changed, this, &frmOPAC_RequestForms::RefreshFieldButtons);
+    connect(&m_form, &Form::PagesChanged, this, &frmOPAC_RequestForms::ShowPages);
+    ShowPages();
     if (auto* fields = findChild<ListGrid*>(m_form.vsfFieldLabel1.Name()))
         connect(fields, &ListGrid::SelectionMoved, this, &frmOPAC_RequestForms::RefreshFieldButtons);
 }
@@ -175,6 +178,13 @@ bool frmOPAC_RequestForms::CheckBeforeSave(Table& table) {
     Tell(problem->text);
     table.view->FocusField(*problem->field);
     return false;
+}
+
+/// There are many pages, and no form has all of them.
+void frmOPAC_RequestForms::ShowPages() {
+    auto* pages = findChild<QTabWidget*>("tabRequestForm");
+    for (int i = 0; i < pages->count(); ++i)
+        pages->setTabVisible(i, pages->isTabEnabled(i));
 }
 
 /// The system knows the fields of its call slip form: they can be named, required and put into order.

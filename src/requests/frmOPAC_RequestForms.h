@@ -23,6 +23,7 @@ protected:
 
 private:
     void RefreshFieldButtons();
+    void ShowPages();
 
     RequestFormForm& m_form = KeepForm<RequestFormForm>();
     QList<PickItem> m_types;        // all that a form can have
