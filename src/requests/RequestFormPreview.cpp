@@ -3,6 +3,7 @@
 #include "requests/RequestFormForm.h"
 
 #include <QEvent>
+#include <QTextDocument>
 #include <QTimer>
 
 namespace sysadmin {
@@ -43,6 +44,7 @@ RequestFormPreview::RequestFormPreview(const RequestFormForm& form, QWidget* par
     setObjectName("picPreview");
     setAccessibleName(tr("Preview of the form"));
     setOpenLinks(false);
+    document()->setDocumentMargin(16);
     // A record is loaded field by field, and drawn once; what nobody sees is not drawn.
     m_later->setSingleShot(true);
     m_later->setInterval(0);
@@ -70,6 +72,9 @@ void RequestFormPreview::Draw() {
     const QString line = palette().color(QPalette::Mid).name();
     const QString quiet = "color:" + text + "; font-style:italic";
 
+    const QString box = "<table width=\"100%\" cellspacing=\"0\" cellpadding=\"4\" style=\"border-collapse:"
+                        "collapse\"><tr><td style=\"background-color:" +
+                        fill + "; border:1px solid " + line + "\">&nbsp;</td></tr></table>";
     QString page;
     if (m_form.chkSuppress.IsOn())
         page += Paragraph(tr("Suppressed: patrons do not get to see this form."), quiet);
@@ -77,7 +82,8 @@ void RequestFormPreview::Draw() {
     page += "<h2>" + (name.isEmpty() ? tr("(no name yet)") : name).toHtmlEscaped() + "</h2>";
     if (!m_form.txtInstructions.IsBlank())
         page += Paragraph(m_form.txtInstructions.Draft());
-    if (m_form.cboFormType.Draft() != requestforms::WithoutBibliographicData)
+    const QString type = m_form.cboFormType.Draft();
+    if (type == requestforms::ItemLevel || requestforms::IsUniversalBorrowing(type))
         page += Paragraph(tr("Here stands the title that the patron has chosen."), quiet);
 
     const QList<PatronField> fields = FieldsForPatrons(m_form);
@@ -85,11 +91,9 @@ void RequestFormPreview::Draw() {
     page += "<table cellspacing=\"0\" cellpadding=\"5\" width=\"100%\">";
     for (const PatronField& field : fields) {
         anyRequired = anyRequired || field.isRequired;
-        page += "<tr><td width=\"35%\" align=\"right\">" + field.label.toHtmlEscaped() +
-                (field.isRequired ? " <b>*</b>" : "") + "</td><td>";
-        page += field.canEdit ? "<table width=\"100%\" cellspacing=\"0\" cellpadding=\"4\" border=\"1\" "
-                                "style=\"border-collapse:collapse; border-color:" +
-                                    line + "\"><tr><td bgcolor=\"" + fill + "\">&nbsp;</td></tr></table>"
+        page += "<tr><td width=\"35%\" align=\"right\" valign=\"middle\">" + field.label.toHtmlEscaped() +
+                (field.isRequired ? " <b>*</b>" : "") + "</td><td valign=\"middle\">";
+        page += field.canEdit ? box
                               : "<span style=\"" + quiet + "\">" +
                                     tr("filled in, cannot be changed").toHtmlEscaped() + "</span>";
         page += "</td></tr>";

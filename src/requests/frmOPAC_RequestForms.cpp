@@ -90,13 +90,13 @@ frmOPAC_RequestForms::frmOPAC_RequestForms(Application& application, QWidget* pa
          .saveCaption = "Save OPAC Hold Group",
          .nameTag = "N"},
         m_form,
-        Below({Beside({m_form.txtFormCode, m_form.cboFormType}), m_form.txtFormName,
+        Below({m_form.txtFormCode, m_form.cboFormType, m_form.txtFormName,
                Tabs("tabRequestForm",
                     {Page("form", tr("F&orm"),
                           {m_form.txtEmail, m_form.optOutput, m_form.chkSuppress, m_form.txtInstructions}),
                      Page("simple", tr("Fie&lds"), {m_form.vsfFieldLabel1}),
-                     Page("mapped", tr("CLIO Fi&elds"), {m_form.vsfFieldLabel}),
-                     Page(tr("Patron &Groups"), {m_form.patronGroups}),
+                     Page("mapped", tr("Fi&elds"), {m_form.vsfFieldLabel}),
+                     Page(tr("Patro&ns"), {m_form.patronGroups}),
                      Page(tr("&Databases"), {m_form.databases}),
                      Page("ub", tr("&UB Databases"), {m_form.ubDatabases}),
                      Page("voucher", tr("ARTEmail voucher range"),
@@ -108,6 +108,9 @@ frmOPAC_RequestForms::frmOPAC_RequestForms(Application& application, QWidget* pa
     // Behind what the editor of the fields makes of its buttons.
     connect(&m_form, &Form::Changed, this, &frmOPAC_RequestForms::RefreshFieldButtons);
     connect(&m_form, &Form::PagesChanged, this, &frmOPAC_RequestForms::ShowPages);
+    auto* pages = findChild<QTabWidget*>("tabRequestForm");
+    pages->setUsesScrollButtons(false); // where room is short captions are, and every page stays in sight
+    pages->setElideMode(Qt::ElideRight);
     ShowPages();
     if (auto* fields = findChild<ListGrid*>(m_form.vsfFieldLabel1.Name()))
         connect(fields, &ListGrid::SelectionMoved, this, &frmOPAC_RequestForms::RefreshFieldButtons);

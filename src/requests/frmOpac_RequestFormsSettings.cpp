@@ -95,12 +95,12 @@ QList<GridColumn> SimpleFieldColumns() {
 }
 
 QList<GridColumn> MappedFieldColumns() {
-    return {{.caption = Form::tr("CLIO Field"), .width = 140, .tag = "CTAG"},
-            {.caption = Form::tr("Label"), .width = 170, .tag = "FL"},
-            {.caption = Form::tr("Mapping"), .width = 130, .tag = "CMAP"},
+    return {{.caption = Form::tr("CLIO Field"), .width = 100, .tag = "CTAG"},
+            {.caption = Form::tr("Label"), .tag = "FL"},
+            {.caption = Form::tr("Mapping"), .width = 75, .tag = "CMAP"},
             {.caption = Form::tr("Reqd"), .width = 50, .yesNo = true, .tag = "FR"},
-            {.caption = Form::tr("OPAC"), .width = 140, .tag = "COC"},
-            {.caption = Form::tr("Status"), .width = 80}};
+            {.caption = Form::tr("OPAC"), .width = 125, .tag = "COC"},
+            {.caption = Form::tr("Status"), .width = 65}};
 }
 
 RowAsker AskSimpleField() {
