@@ -111,6 +111,8 @@ frmOPAC_RequestForms::frmOPAC_RequestForms(Application& application, QWidget* pa
     auto* pages = findChild<QTabWidget*>("tabRequestForm");
     pages->setUsesScrollButtons(false); // where room is short captions are, and every page stays in sight
     pages->setElideMode(Qt::ElideRight);
+    for (int i = 0; i < pages->count(); ++i)
+        pages->setTabToolTip(i, QString(pages->tabText(i)).remove('&'));
     ShowPages();
     if (auto* fields = findChild<ListGrid*>(m_form.vsfFieldLabel1.Name()))
         connect(fields, &ListGrid::SelectionMoved, this, &frmOPAC_RequestForms::RefreshFieldButtons);
