@@ -11,8 +11,8 @@ namespace sysadmin {
 
 namespace {
 
-constexpr int UsualWidth = 108;   // average characters
-constexpr int UsualHeight = 34;   // lines
+constexpr int UsualWidth = 160;   // average characters
+constexpr int UsualHeight = 44;   // lines
 constexpr int FrameOfWindow = 40; // what a window's frame and a task bar take at the most
 const QString ScreenName = "Circulation Policy Matrix Record Settings";
 

@@ -230,6 +230,7 @@ Layout MatrixForm::Pages(const QList<Layout>& before) {
     QList<Layout> allowed{chkChargeRenew, chkHold, chkRecall, chkCallSlip};
     if (m_showsUb || chkUB.IsOn())
         allowed.append(chkUB);
+    allowed << chkMaxItems << txtMaxItems;
     QList<Layout> pages = before;
     pages << Page(tr("&Loan"),
                   {Flow(2, {Frame("fraAllowed", tr("Allowed"), allowed),
@@ -239,8 +240,7 @@ Layout MatrixForm::Pages(const QList<Layout>& before) {
                             Frame("fraFines", tr("Overdue"), {txtFineRate, cboFineInterval, txtMaxFine}),
                             Frame("fraRecalls", tr("Recalls"),
                                   {txtRecallReturnInterval, txtMinLoanRecalled, txtRecallGracePeriod,
-                                   txtRecallFineRate, cboRecallFineInterval, txtMaxRecallFine}),
-                            Frame("fraMaxItems", tr("Limit"), {chkMaxItems, txtMaxItems})})});
+                                   txtRecallFineRate, cboRecallFineInterval, txtMaxRecallFine})})});
     const auto again = [](Field& field) { return Again(field, field.Name() + "SL"); };
     pages << Page(
         ShortLoanPage, tr("&Short Loan"),

@@ -10,9 +10,9 @@
 #include "framework/ListGrid.h"
 #include "framework/RowCount.h"
 #include "framework/Utility.h"
+#include "framework/WrappingRow.h"
 
 #include <QAction>
-#include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -23,6 +23,7 @@ namespace {
 
 /// So many are deleted without showing how far it is.
 constexpr int FewEntries = 20;
+constexpr int MostButtons = 8;
 const QString Several = "!!!Multiple Entries!!!";
 
 /// Controls of the short-loan page have the names of the other's with a mark behind them.
@@ -43,15 +44,13 @@ MatrixList::MatrixList(Application& application, MatrixPages& pages, MatrixKind 
     m_grid->SetMultiSelect(true);
     m_grid->SetPrompter(application.prompter);
     m_grid->sortByColumn(0, Qt::AscendingOrder);
-    auto* whole = new QHBoxLayout(this);
+    auto* whole = new QVBoxLayout(this);
     whole->setContentsMargins({});
-    auto* list = new QVBoxLayout;
-    list->addWidget(m_grid->FilterBox());
-    list->addWidget(m_grid, 1);
-    list->addWidget(new RowCount(*m_grid, this));
-    auto* buttons = new QVBoxLayout;
-    whole->addLayout(list, 1);
-    whole->addLayout(buttons);
+    auto* buttons = new WrappingRow(MostButtons, this);
+    whole->addWidget(m_grid->FilterBox());
+    whole->addWidget(m_grid, 1);
+    whole->addWidget(new RowCount(*m_grid, this));
+    whole->addWidget(buttons);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     m_cmdAdd = AddButton("cmdAddMatrix", tr("&Add..."), &MatrixList::Add);
     m_cmdModify = AddButton("cmdModifyMatrix", tr("&Modify..."), &MatrixList::Modify);
@@ -64,8 +63,7 @@ MatrixList::MatrixList(Application& application, MatrixPages& pages, MatrixKind 
     m_cmdMap = AddButton("cmdMapMatrix", tr("Ma&p..."), &MatrixList::ShowMap);
     for (QPushButton* button : {m_cmdAdd, m_cmdModify, m_cmdCopy, m_cmdModifyMultiple, m_cmdRemove,
                                 m_cmdSelectAll, m_cmdUnselectAll, m_cmdMap})
-        buttons->addWidget(button);
-    buttons->addStretch();
+        buttons->Add(button);
     m_mnuTestLoan = new QAction(tr("Test a &Loan..."), this);
     m_mnuTestLoan->setObjectName("mnuTestLoan");
     connect(m_mnuTestLoan, &QAction::triggered, this, &MatrixList::TestLoan);

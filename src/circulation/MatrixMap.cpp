@@ -11,9 +11,9 @@ namespace sysadmin {
 
 namespace {
 
-constexpr int LeastCellWidth = 10;
+constexpr int LeastCellWidth = 9;
 constexpr int MostCellWidth = 44;
-constexpr int MostNameCharacters = 22;
+constexpr int MostNameCharacters = 32;
 constexpr int Gap = 4;
 
 /// A picture that takes the focus and is described by the cell that it stands on.
@@ -66,7 +66,7 @@ void MatrixMap::PaintMissing(QPainter& painter, const QRect& rect, const QPalett
 }
 
 void MatrixMap::PaintDifference(QPainter& painter, const QRect& rect) {
-    const int size = qMin(8, rect.width() - 2);
+    const int size = qBound(5, rect.width() / 2, 8);
     const QPoint corner = rect.topRight() + QPoint(1, 0);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(Qt::white, 1));
@@ -115,10 +115,14 @@ void MatrixMap::Measure() {
             width = qMax(width, metrics.horizontalAdvance(name(i)));
         return qMin(width, metrics.averageCharWidth() * MostNameCharacters) + 2 * Gap;
     };
-    m_namesWidth =
-        m_showsRowNames ? longest(m_picture->Rows(), [this](int row) { return m_picture->RowName(row); }) : 0;
+    // Most of the room belongs to the cells.
+    m_namesWidth = m_showsRowNames
+                       ? qMin(longest(m_picture->Rows(), [this](int row) { return m_picture->RowName(row); }),
+                              viewport()->width() / 4)
+                       : 0;
     m_namesHeight =
-        longest(m_picture->Columns(), [this](int column) { return m_picture->ColumnName(column); });
+        qMin(longest(m_picture->Columns(), [this](int column) { return m_picture->ColumnName(column); }),
+             viewport()->height() * 2 / 5);
     const int room = viewport()->width() - m_namesWidth;
     m_cell.setWidth(qBound(LeastCellWidth, room / m_picture->Columns(), MostCellWidth));
     m_cell.setHeight(qBound(metrics.height() + 2, (viewport()->height() - m_namesHeight) / m_picture->Rows(),
@@ -276,6 +280,8 @@ void MatrixMap::PaintNames(QPainter& painter) const {
 void MatrixMap::resizeEvent(QResizeEvent* event) {
     QAbstractScrollArea::resizeEvent(event);
     Measure();
+    if (!IsEmpty())
+        BringToView(m_current);
 }
 
 void MatrixMap::GoTo(MatrixPicture::Cell cell, bool extends) {
@@ -284,7 +290,17 @@ void MatrixMap::GoTo(MatrixPicture::Cell cell, bool extends) {
     m_current = {qBound(0, cell.x(), m_picture->Columns() - 1), qBound(0, cell.y(), m_picture->Rows() - 1)};
     if (!extends)
         m_anchor = m_current;
-    const QRect rect = RectOf(m_current);
+    BringToView(m_current);
+    setAccessibleDescription(InWords(m_current));
+    QAccessibleEvent told(this, QAccessible::DescriptionChanged);
+    QAccessible::updateAccessibility(&told);
+    viewport()->update();
+    emit CurrentChanged(m_current);
+    emit SelectionChanged();
+}
+
+void MatrixMap::BringToView(MatrixPicture::Cell cell) {
+    const QRect rect = RectOf(cell);
     const auto bring = [](QScrollBar& bar, int low, int high, int least, int most) {
         if (low < least)
             bar.setValue(bar.value() + low - least);
@@ -293,12 +309,14 @@ void MatrixMap::GoTo(MatrixPicture::Cell cell, bool extends) {
     };
     bring(*horizontalScrollBar(), rect.left(), rect.right(), m_namesWidth, viewport()->width());
     bring(*verticalScrollBar(), rect.top(), rect.bottom(), m_namesHeight, viewport()->height());
-    setAccessibleDescription(InWords(m_current));
-    QAccessibleEvent told(this, QAccessible::DescriptionChanged);
-    QAccessible::updateAccessibility(&told);
-    viewport()->update();
-    emit CurrentChanged(m_current);
-    emit SelectionChanged();
+}
+
+void MatrixMap::ScrollLike(const MatrixMap& other) {
+    const auto follow = [](QScrollBar& bar, int size, const QScrollBar& others, int otherSize) {
+        bar.setValue(others.value() * size / qMax(1, otherSize));
+    };
+    follow(*horizontalScrollBar(), m_cell.width(), *other.horizontalScrollBar(), other.m_cell.width());
+    follow(*verticalScrollBar(), m_cell.height(), *other.verticalScrollBar(), other.m_cell.height());
 }
 
 void MatrixMap::mousePressEvent(QMouseEvent* event) {

@@ -21,6 +21,10 @@ public:
     void SetMeasure(MatrixMeasure measure);
     /// Whether the patron groups stand beside it.
     void SetShowsRowNames(bool shows);
+    /// How wide they are.
+    int RowNamesWidth() const { return m_namesWidth; }
+    /// Shows the same part as the other map.
+    void ScrollLike(const MatrixMap& other);
     MatrixPicture::Cell CurrentCell() const { return m_current; }
     void SetCurrentCell(MatrixPicture::Cell cell);
     /// What the operator selected: at least the current cell.
@@ -63,6 +67,7 @@ private:
     void Measure();
     MatrixPicture::Cell CellAt(const QPoint& point) const;
     QRect Selection() const;
+    void BringToView(MatrixPicture::Cell cell);
     void GoTo(MatrixPicture::Cell cell, bool extends);
     void PaintCell(QPainter& painter, MatrixPicture::Cell cell) const;
     void PaintNames(QPainter& painter) const;

@@ -61,7 +61,8 @@ QHash<QString, QString> CaptionsByTag(MatrixForm& form) {
 
 } // namespace
 
-bool MatrixPicture::Read(Application& application, const MatrixGroup& group) {
+bool MatrixPicture::Read(Application& application, const MatrixGroup& given, const MatrixPicture* like) {
+    const MatrixGroup group = given; // it may be this picture's own
     const std::optional<MatrixChoices> choices = ReadMatrixChoices(application, group);
     if (!choices)
         return false;
@@ -80,29 +81,38 @@ bool MatrixPicture::Read(Application& application, const MatrixGroup& group) {
     QList<QPair<QString, QString>> rules;
     for (const wire::Field& field : application.channel.ReplyFields())
         rules.append({field.tag, field.value});
-    Set(group, *choices, rules);
+    m_group = group;
+    m_choices = *choices;
+    m_group.shortLoans = choices->ShortLoans();
+    Arrange(like);
+    Enter(rules);
     return true;
 }
 
-void MatrixPicture::Set(const MatrixGroup& group, const MatrixChoices& choices,
-                        const QList<QPair<QString, QString>>& rules) {
-    m_group = group;
-    m_choices = choices;
-    m_group.shortLoans = choices.ShortLoans();
-    const auto byName = [](const MatrixChoices::Choice& a, const MatrixChoices::Choice& b) {
-        return QString::localeAwareCompare(a.name, b.name) < 0;
+// By name, short loans together behind the others.
+void MatrixPicture::Arrange(const MatrixPicture* like) {
+    const auto arrange = [](QList<MatrixChoices::Choice>& choices, const QHash<qint64, int>* places) {
+        const auto placeOf = [places](const MatrixChoices::Choice& choice) {
+            return places ? places->value(choice.id.toLongLong(), int(places->size()))
+                          : int(choice.isShortLoan);
+        };
+        std::sort(choices.begin(), choices.end(), [&](const auto& a, const auto& b) {
+            const int first = placeOf(a);
+            const int second = placeOf(b);
+            return first != second ? first < second : QString::localeAwareCompare(a.name, b.name) < 0;
+        });
     };
-    std::sort(m_choices.patronGroups.begin(), m_choices.patronGroups.end(), byName);
-    // Short loans stand together behind the others.
-    std::sort(m_choices.itemTypes.begin(), m_choices.itemTypes.end(), [&](const auto& a, const auto& b) {
-        return a.isShortLoan != b.isShortLoan ? b.isShortLoan : byName(a, b);
-    });
+    arrange(m_choices.patronGroups, like ? &like->m_rowOf : nullptr);
+    arrange(m_choices.itemTypes, like ? &like->m_columnOf : nullptr);
     m_rowOf.clear();
     m_columnOf.clear();
     for (int row = 0; row < Rows(); ++row)
         m_rowOf.insert(m_choices.patronGroups[row].id.toLongLong(), row);
     for (int column = 0; column < Columns(); ++column)
         m_columnOf.insert(m_choices.itemTypes[column].id.toLongLong(), column);
+}
+
+void MatrixPicture::Enter(const QList<QPair<QString, QString>>& rules) {
     m_entries = QList<Entry>(qsizetype(Rows()) * Columns());
     m_tags.clear();
 

@@ -25,11 +25,9 @@ public:
         QStringList values{}; ///< all that the rule says, as it travels
     };
 
-    /// Asks for everything; false after a failure, which was reported.
-    bool Read(Application& application, const MatrixGroup& group);
-    /// The same from what is known already.
-    void Set(const MatrixGroup& group, const MatrixChoices& choices,
-             const QList<QPair<QString, QString>>& rules);
+    /// Asks for everything; false after a failure, which was reported. Rows and columns stand as in another
+    /// picture where there is one, so that both can be compared.
+    bool Read(Application& application, const MatrixGroup& group, const MatrixPicture* like = nullptr);
 
     const MatrixGroup& Group() const { return m_group; }
     int Rows() const { return int(m_choices.patronGroups.size()); }
@@ -56,6 +54,8 @@ public:
     QStringList Differences(Cell cell, const MatrixPicture& other) const;
 
 private:
+    void Arrange(const MatrixPicture* like);
+    void Enter(const QList<QPair<QString, QString>>& rules);
     Cell Find(qint64 patronGroup, qint64 itemType) const;
     QString FineInWords(const loan::Rule& rule) const;
 

@@ -13,6 +13,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QScopedValueRollback>
 #include <QScreen>
 #include <QScrollBar>
 #include <QSplitter>
@@ -80,10 +81,10 @@ QWidget* frmCirculation_MatrixMap::MakeTools() {
 }
 
 QWidget* frmCirculation_MatrixMap::MakeMaps() {
-    auto* maps = new QSplitter(Qt::Horizontal, this);
-    maps->setChildrenCollapsible(false);
+    m_sides = new QSplitter(Qt::Horizontal, this);
+    m_sides->setChildrenCollapsible(false);
     const auto add = [&](const QString& name, QLabel*& label, QWidget*& side) {
-        side = new QWidget(maps);
+        side = new QWidget(m_sides);
         auto* column = new QVBoxLayout(side);
         column->setContentsMargins({});
         label = new QLabel(side);
@@ -101,9 +102,15 @@ QWidget* frmCirculation_MatrixMap::MakeMaps() {
     for (auto [map, other] : {std::pair(m_map, m_otherMap), std::pair(m_otherMap, m_map)}) {
         connect(map, &MatrixMap::CurrentChanged, this, [this, map](QPoint cell) { Explain(*map, cell); });
         connect(map, &MatrixMap::Hovered, this, [this, map](QPoint cell) { Explain(*map, cell); });
+        connect(map, &MatrixMap::CurrentChanged, other, &MatrixMap::SetCurrentCell);
         for (const auto bar :
              {&QAbstractScrollArea::horizontalScrollBar, &QAbstractScrollArea::verticalScrollBar})
-            connect((map->*bar)(), &QScrollBar::valueChanged, (other->*bar)(), &QScrollBar::setValue);
+            connect((map->*bar)(), &QScrollBar::valueChanged, this, [this, map, other] {
+                if (m_isFollowing || !m_other)
+                    return;
+                const QScopedValueRollback following(m_isFollowing, true);
+                other->ScrollLike(*map);
+            });
     }
     connect(m_map, &MatrixMap::SelectionChanged, this, &frmCirculation_MatrixMap::RefreshButtons);
     connect(m_map, &MatrixMap::Chosen, this, [this](QPoint cell) { Choose(m_picture, cell); });
@@ -111,7 +118,7 @@ QWidget* frmCirculation_MatrixMap::MakeMaps() {
         if (m_other)
             Choose(*m_other, cell);
     });
-    return maps;
+    return m_sides;
 }
 
 QWidget* frmCirculation_MatrixMap::MakeButtons() {
@@ -168,7 +175,8 @@ void frmCirculation_MatrixMap::Compare() {
     m_other.reset();
     if (!id.isEmpty()) {
         auto other = std::make_unique<MatrixPicture>();
-        if (other->Read(m_application, {id, m_compare->currentText(), m_group.clusterId, m_group.mayEdit}))
+        if (other->Read(m_application, {id, m_compare->currentText(), m_group.clusterId, m_group.mayEdit},
+                        &m_picture))
             m_other = std::move(other);
         else
             m_compare->setCurrentIndex(0);
@@ -178,7 +186,11 @@ void frmCirculation_MatrixMap::Compare() {
 
 void frmCirculation_MatrixMap::ShowMaps() {
     const auto measure = MatrixMeasure(m_measure->currentData().toInt());
-    m_otherSide->setVisible(m_other != nullptr);
+    if (m_otherSide->isHidden() == (m_other != nullptr)) {
+        m_otherSide->setVisible(m_other != nullptr);
+        const int half = (m_sides->width() - m_map->RowNamesWidth()) / 2; // as much for the cells of each
+        m_sides->setSizes({half + m_map->RowNamesWidth(), half});
+    }
     m_map->SetMeasure(measure);
     m_otherMap->SetMeasure(measure);
     m_map->SetPictures(&m_picture, m_other.get());
@@ -191,6 +203,7 @@ void frmCirculation_MatrixMap::ShowMaps() {
         m_otherMap->setAccessibleName(tr("Map of the matrix of %1").arg(m_other->Group().name));
     }
     m_legend->SetMeasure(measure, m_other != nullptr);
+    Explain(*m_map, m_map->CurrentCell());
     RefreshButtons();
 }
 
@@ -255,7 +268,7 @@ void frmCirculation_MatrixMap::Reload() {
     if (!m_picture.Read(m_application, m_group))
         return;
     if (m_other)
-        m_other->Read(m_application, m_other->Group());
+        m_other->Read(m_application, m_other->Group(), &m_picture);
     ShowMaps();
 }
 

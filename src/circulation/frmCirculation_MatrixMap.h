@@ -9,6 +9,7 @@
 class QComboBox;
 class QLabel;
 class QPushButton;
+class QSplitter;
 
 namespace sysadmin {
 
@@ -51,6 +52,8 @@ private:
     QLabel* m_name = nullptr;
     QLabel* m_otherName = nullptr;
     QWidget* m_otherSide = nullptr;
+    QSplitter* m_sides = nullptr;
+    bool m_isFollowing = false; // one map scrolls as the other does
     MatrixMap* m_map = nullptr;
     MatrixMap* m_otherMap = nullptr;
     QLabel* m_words = nullptr;

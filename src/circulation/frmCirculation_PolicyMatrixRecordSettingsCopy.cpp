@@ -30,8 +30,8 @@ bool AllChecked(const CheckedField& list) {
 MatrixCopyForm::MatrixCopyForm(const Application& application, const MatrixSettings& settings,
                                const MatrixChoices& choices, MatrixKind kind)
     : MatrixForm(application, settings)
-    , vsfPatronGroups(*this, {.name = "vsfPatronGroups", .caption = tr("Patron Group")})
-    , vsfItemTypes(*this, {.name = "vsfItemTypes", .caption = tr("Item Type")})
+    , vsfPatronGroups(*this, {.name = "vsfPatronGroups", .accessible = tr("Patron Group")})
+    , vsfItemTypes(*this, {.name = "vsfItemTypes", .accessible = tr("Item Type")})
     , m_choices(choices)
     , m_kind(kind) {
     Clear();
@@ -92,25 +92,27 @@ bool MatrixCopyForm::MixesKinds() const {
 
 frmCirculation_PolicyMatrixRecordSettingsCopy::frmCirculation_PolicyMatrixRecordSettingsCopy(
     Application& application, MatrixCopyForm& rule, const MatrixGroup& group, bool isCopy, QWidget* parent)
-    : MatrixDialog(application, rule, group,
-                   {.name = "frmCirculation_PolicyMatrixRecordSettingsCopy",
-                    .title = isCopy ? tr("Copy - Circulation Policy Matrix Record Settings")
-                                    : tr("Add - Circulation Policy Matrix Record Settings"),
-                    .helpContext = 50532,
-                    .okName = "cmdSave",
-                    .focus = "vsfPatronGroups",
-                    .okCaption = tr("&Save"),
-                    .check = [&rule]() -> QString {
-                        if (rule.MixesKinds())
-                            return tr("Short loan item types may not be mixed with regular item types.");
-                        return MatrixCopyForm::Ids(rule.vsfPatronGroups).isEmpty() ||
-                                       MatrixCopyForm::Ids(rule.vsfItemTypes).isEmpty()
-                                   ? tr("Please choose at least one patron group and one item type.")
-                                   : QString();
-                    }},
-                   rule.Pages({Page(tr("&Patron Groups and Item Types"),
-                                    {Beside({Below({rule.vsfPatronGroups}), Below({rule.vsfItemTypes})})})}),
-                   parent)
+    : MatrixDialog(
+          application, rule, group,
+          {.name = "frmCirculation_PolicyMatrixRecordSettingsCopy",
+           .title = isCopy ? tr("Copy - Circulation Policy Matrix Record Settings")
+                           : tr("Add - Circulation Policy Matrix Record Settings"),
+           .helpContext = 50532,
+           .okName = "cmdSave",
+           .focus = "vsfPatronGroups",
+           .okCaption = tr("&Save"),
+           .check = [&rule]() -> QString {
+               if (rule.MixesKinds())
+                   return tr("Short loan item types may not be mixed with regular item types.");
+               return MatrixCopyForm::Ids(rule.vsfPatronGroups).isEmpty() ||
+                              MatrixCopyForm::Ids(rule.vsfItemTypes).isEmpty()
+                          ? tr("Please choose at least one patron group and one item type.")
+                          : QString();
+           }},
+          rule.Pages({Page(tr("&Patron Groups and Item Types"),
+                           {Beside({Frame("fraPatronGroups", tr("Patron Group"), {rule.vsfPatronGroups}),
+                                    Frame("fraItemTypes", tr("Item Type"), {rule.vsfItemTypes})})})}),
+          parent)
     , m_copy(rule) {}
 
 void frmCirculation_PolicyMatrixRecordSettingsCopy::PutAll(bool overwrites) {
