@@ -3,16 +3,7 @@
 #include "circulation/MatrixDialog.h"
 #include "circulation/MatrixList.h"
 #include "core/Application.h"
-#include "core/Prompter.h"
-#include "framework/Captions.h"
 #include "framework/forms/ReadList.h"
-
-#include <QDialogButtonBox>
-#include <QPushButton>
-#include <QScreen>
-#include <QTabBar>
-#include <QTabWidget>
-#include <QVBoxLayout>
 
 namespace sysadmin {
 
@@ -75,53 +66,6 @@ bool MatrixPages::Load() {
     m_shortLoans = shortLoans;
     emit Loaded();
     return true;
-}
-
-namespace {
-
-/// Both pages in a window of their own.
-class MatrixWindow : public QDialog {
-public:
-    MatrixWindow(Application& application, const MatrixGroup& group, MatrixKind kind, QWidget* parent)
-        : QDialog(parent)
-        , m_pages(application, this) {
-        setObjectName("frmCirculation_Matrix");
-        setWindowTitle(MatrixPages::tr("Circulation Policy Matrix - %1").arg(group.name));
-        setProperty(HelpContextProperty, 50534);
-        setSizeGripEnabled(true);
-        auto* tabs = new QTabWidget(this);
-        tabs->setObjectName("tabMatrix");
-        tabs->tabBar()->setAccessibleName(MatrixPages::tr("Pages"));
-        for (const MatrixKind each : {MatrixKind::Regular, MatrixKind::ShortLoan})
-            tabs->addTab(m_pages.MakePage(each, tabs), MatrixPages::Caption(each));
-        tabs->setCurrentIndex(kind == MatrixKind::ShortLoan ? 1 : 0);
-        auto* buttons = new QDialogButtonBox(this);
-        buttons->addButton(MatrixPages::tr("&Close"), QDialogButtonBox::RejectRole)
-            ->setObjectName("cmdClose");
-        connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-        auto* whole = new QVBoxLayout(this);
-        whole->addWidget(tabs, 1);
-        whole->addWidget(buttons);
-        AssignMnemonics(*this);
-        const QFontMetrics metrics(font());
-        resize(QSize(metrics.averageCharWidth() * 90, metrics.height() * 30)
-                   .boundedTo(screen()->availableSize()));
-        m_pages.SetGroup(group);
-        m_isLoaded = m_pages.Load();
-    }
-    bool IsLoaded() const { return m_isLoaded; }
-
-private:
-    MatrixPages m_pages;
-    bool m_isLoaded = false;
-};
-
-} // namespace
-
-void OpenMatrix(Application& application, QWidget* parent, const MatrixGroup& group, MatrixKind kind) {
-    MatrixWindow window(application, group, kind, parent);
-    if (window.IsLoaded())
-        application.prompter.RunDialog(window);
 }
 
 } // namespace sysadmin

@@ -4,7 +4,6 @@
 
 #include <QObject>
 
-class QAction;
 class QWidget;
 
 namespace sysadmin {
@@ -46,8 +45,5 @@ private:
     QList<MatrixEntry> m_regular;
     QList<MatrixEntry> m_shortLoans;
 };
-
-/// Shows the rules of a stored policy group in a window of their own, on the page of the kind.
-void OpenMatrix(Application& application, QWidget* parent, const MatrixGroup& group, MatrixKind kind);
 
 } // namespace sysadmin

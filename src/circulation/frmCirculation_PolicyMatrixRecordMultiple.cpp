@@ -5,6 +5,8 @@
 
 #include <QScopedValueRollback>
 
+#include <algorithm>
+
 namespace sysadmin {
 
 namespace {
@@ -84,8 +86,54 @@ void frmCirculation_PolicyMatrixRecordMultiple::FollowLoanUnit() {
     m_units = UnitsOf(m_rule);
 }
 
+// A unit that is written without the others may not suit what an entry has: the server would refuse them all
+// and not say which.
+bool frmCirculation_PolicyMatrixRecordMultiple::UnitsSuit() {
+    const QList<ChoiceField*> dependents = m_rule.DependentUnits();
+    const ChoiceField& loanUnit = m_rule.cboLoanPeriod;
+    const bool isAnyWritten = loanUnit.IsChosen() ||
+                              std::any_of(dependents.begin(), dependents.end(),
+                                          [](const ChoiceField* dependent) { return dependent->IsChosen(); });
+    if (!isAnyWritten)
+        return true;
+    RequestChannel& channel = m_application.channel;
+    channel.PutField("ID", m_group.id);
+    channel.PutField("CID", m_group.clusterId);
+    if (!Send("LstMatRule", "Edit Policy Matrix Definitions"))
+        return false;
+    const auto unitOf = [&](const ChoiceField& field) {
+        return field.IsChosen() ? field.Draft() : channel.GetField(field.Tag());
+    };
+    QHash<QString, QString> names;
+    for (const MatrixEntry& entry : m_entries)
+        names.insert(entry.id, entry.Name());
+    QStringList wrong;
+    while (channel.NextRecord("MI")) {
+        const QString name = names.value(channel.GetField("MI"));
+        const bool suit =
+            std::all_of(dependents.begin(), dependents.end(), [&](const ChoiceField* dependent) {
+                const QList<PickItem> suitable = m_rule.UnitsFor(*dependent, unitOf(loanUnit));
+                const QString unit = unitOf(*dependent);
+                return suitable.isEmpty() ||
+                       std::any_of(suitable.begin(), suitable.end(),
+                                   [&](const PickItem& item) { return item.id == unit; });
+            });
+        if (!name.isEmpty() && !suit)
+            wrong.append(name);
+    }
+    if (wrong.isEmpty())
+        return true;
+    constexpr int MostNamed = 10;
+    const qsizetype more = wrong.size() - MostNamed;
+    m_application.prompter.ShowBox(this,
+                                   {.text = tr("The units do not suit the loan period of these entries:") +
+                                            "\r\n\r\n" + wrong.mid(0, MostNamed).join("\r\n") +
+                                            (more > 0 ? "\r\n" + tr("and %1 more").arg(more) : QString())});
+    return false;
+}
+
 bool frmCirculation_PolicyMatrixRecordMultiple::Save() {
-    if (!ConfirmZeros())
+    if (!UnitsSuit() || !ConfirmZeros())
         return false;
     RequestChannel& channel = m_application.channel;
     channel.PutField("CID", m_group.clusterId);

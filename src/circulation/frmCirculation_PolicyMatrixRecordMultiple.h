@@ -18,6 +18,7 @@ protected:
 
 private:
     void FollowLoanUnit();
+    bool UnitsSuit();
 
     QList<MatrixEntry> m_entries;
     QStringList m_units; // the loan unit and its dependent ones before the last edit

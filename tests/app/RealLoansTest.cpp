@@ -280,13 +280,12 @@ TEST_F(RealLoansTest, ARuleIsTestedFromTheMatrixAndFromADialog) {
                                "circulation_policy_groups WHERE cluster_id=?)",
                                {cluster});
     QStringList tested;
-    prompter.ExpectDialogResult("frmCirculation_Matrix", [&](QDialog& dialog) {
-        auto& grid = Grid(dialog, "vsfMatrix");
-        grid.SelectKeys({grid.Model().ShownKeys().first()});
-        Get<QAction>(dialog, "mnuTestLoan").trigger();
-        Click(dialog, "cmdMapMatrix");
-        dialog.reject();
-    });
+    MatrixPages pages(App(), nullptr);
+    QDialog around;
+    QWidget* page = pages.MakePage(MatrixKind::Regular, &around);
+    around.show();
+    pages.SetGroup(MatrixGroup{.id = group, .name = "Group", .clusterId = cluster});
+    ASSERT_TRUE(pages.Load());
     const auto takeAnswer = [&](QDialog& dialog) {
         tested << Get<QTextBrowser>(dialog, "txtAnswer").toPlainText();
         Click(dialog, "cmdClose");
@@ -297,7 +296,10 @@ TEST_F(RealLoansTest, ARuleIsTestedFromTheMatrixAndFromADialog) {
         dialog.reject();
     });
     prompter.ExpectDialogResult("dlgLoanTest", takeAnswer);
-    OpenMatrix(App(), &Window(), {.id = group, .name = "Group", .clusterId = cluster}, MatrixKind::Regular);
+    auto& grid = Grid(*page, "vsfMatrix");
+    grid.SelectKeys({grid.Model().ShownKeys().first()});
+    Get<QAction>(*page, "mnuTestLoan").trigger();
+    Click(*page, "cmdMapMatrix");
     EXPECT_EQ(tested.filter("Its matrix entry for ").size(), 2) << tested.join('\n').toStdString();
 }
 
