@@ -99,7 +99,12 @@ public:
         grid.SetEdits(spec.edits);
         if (spec.ranked) {
             grid.SetRanked();
-            connect(&grid, &ListGrid::RowMoved, this, &PickedEditor::MoveTo);
+            connect(&grid, &ListGrid::RowMoved, this, [this](const QString& key, int place) {
+                // The place is among the rows that the filter shows.
+                const GridModel& shown = m_mover->SelectedGrid().Model();
+                if (place >= 0 && place < shown.rowCount())
+                    MoveTo(key, PlaceOf(shown.RowAt(place).key));
+            });
         }
         connect(&grid.Model(), &GridModel::CellEdited, this, &PickedEditor::EditCell, Qt::QueuedConnection);
         if (isAlone) {

@@ -101,12 +101,12 @@ frmOPAC_HoldGroup::frmOPAC_HoldGroup(Application& application, QWidget* parent)
     cmdSetRules = MakeButton("cmdSetRules", tr("Set &Rules"));
     AddListButton(cmdSetRules);
     Finish();
-    cmdSetRules->setVisible(!IsReadOnly());
     connect(cmdSetRules, &QPushButton::clicked, this, &frmOPAC_HoldGroup::SetRules);
 }
 
 void frmOPAC_HoldGroup::RefreshOwnControls() {
-    cmdSetRules->setEnabled(GetState() == State::List && Current().grid->Model().rowCount() > 1);
+    cmdSetRules->setVisible(!IsReadOnly());
+    cmdSetRules->setEnabled(GetState() == State::List && Current().grid->Model().Rows().size() > 1);
 }
 
 void frmOPAC_HoldGroup::SetRules() {

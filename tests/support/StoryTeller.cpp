@@ -52,7 +52,8 @@ Qt::Key KeyOf(const QString& name) {
     static const QHash<QString, Qt::Key> keys{{"Return", Qt::Key_Return}, {"Tab", Qt::Key_Tab},
                                               {"Escape", Qt::Key_Escape}, {"Insert", Qt::Key_Insert},
                                               {"Delete", Qt::Key_Delete}, {"F2", Qt::Key_F2},
-                                              {"Save", Qt::Key_S},        {"F4", Qt::Key_F4}};
+                                              {"Save", Qt::Key_S},        {"F4", Qt::Key_F4},
+                                              {"Up", Qt::Key_Up},         {"End", Qt::Key_End}};
     if (!keys.contains(name))
         throw std::runtime_error("no key " + name.toStdString());
     return keys[name];
@@ -162,7 +163,11 @@ bool StoryTeller::Act(const QString& command, const Words& words) {
                                                  : *popup;
         if (!popup)
             target.setFocus();
-        QTest::keyClick(&target, KeyOf(words[0]), words[0] == u"Save" ? Qt::ControlModifier : Qt::NoModifier);
+        const bool alt = words[0].startsWith("Alt+");
+        QTest::keyClick(&target, KeyOf(alt ? words[0].mid(4) : words[0]),
+                        alt                   ? Qt::AltModifier
+                        : words[0] == u"Save" ? Qt::ControlModifier
+                                              : Qt::NoModifier);
     } else if (command == u"check" || command == u"uncheck") {
         for (const QString& name : words)
             Check(Around(name), name, command == u"check");
