@@ -18,6 +18,8 @@
 #include <QLabel>
 #include <QMdiSubWindow>
 #include <QPdfWriter>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
 #include <QPushButton>
 #include <QSaveFile>
 #include <QShortcut>
@@ -70,10 +72,11 @@ frmCirculation_LoanTest::frmCirculation_LoanTest(Application& application, QWidg
     auto* buttons = new QHBoxLayout;
     cmdRule = MakeButton("cmdRule", tr("Show the &Rule..."));
     cmdCopy = MakeButton("cmdCopy", tr("Co&py as Text"));
+    cmdPrint = MakeButton("cmdPrint", tr("Prin&t"));
     cmdPdf = MakeButton("cmdPdf", tr("Save as P&DF"));
     auto* cmdClose = MakeButton("cmdClose", tr("&Close"));
     buttons->addStretch();
-    for (QPushButton* button : {cmdRule, cmdCopy, cmdPdf, cmdClose})
+    for (QPushButton* button : {cmdRule, cmdCopy, cmdPrint, cmdPdf, cmdClose})
         buttons->addWidget(button);
     whole->addLayout(buttons);
     setTabOrder(txtAnswer, picLoan);
@@ -82,6 +85,7 @@ frmCirculation_LoanTest::frmCirculation_LoanTest(Application& application, QWidg
     connect(cmdRule, &QPushButton::clicked, this, &frmCirculation_LoanTest::ShowRule);
     connect(cmdCopy, &QPushButton::clicked, this,
             [this] { QGuiApplication::clipboard()->setText(m_shown.PlainText()); });
+    connect(cmdPrint, &QPushButton::clicked, this, &frmCirculation_LoanTest::Print);
     connect(cmdPdf, &QPushButton::clicked, this, &frmCirculation_LoanTest::SavePdf);
     connect(cmdClose, &QPushButton::clicked, this, &frmCirculation_LoanTest::CloseScreen);
     connect(&application.notices, &Notices::SubjectChanged, this, &frmCirculation_LoanTest::Follow);
@@ -223,6 +227,7 @@ void frmCirculation_LoanTest::Show(const LoanAnswer& answer) {
     txtAnswer->setHtml(answer.Html());
     picLoan->Show(answer);
     cmdCopy->setEnabled(!answer.sections.isEmpty());
+    cmdPrint->setEnabled(!answer.sections.isEmpty());
     cmdPdf->setEnabled(!answer.sections.isEmpty());
     const loan::Group* group = m_reader ? GroupOf(m_form.Request()) : nullptr;
     const loan::Request request = m_form.Request();
@@ -258,30 +263,48 @@ void frmCirculation_LoanTest::ShowRule() {
     }
 }
 
-void frmCirculation_LoanTest::SavePdf() {
-    const QString fileName = App().prompter.AskSaveFile(this, tr("Save as PDF"), FileNameFor(*this, ".pdf"),
-                                                        tr("PDF files (*.pdf)"));
-    if (fileName.isEmpty())
-        return;
-    QTextDocument document;
+/// The answer as it goes onto paper.
+std::unique_ptr<QTextDocument> frmCirculation_LoanTest::Document() const {
+    auto document = std::make_unique<QTextDocument>();
     QPalette paper(QColor(0xf0, 0xf0, 0xf0)); // in whatever appearance the program is
     paper.setColor(QPalette::Base, Qt::white);
     picLoan->setPalette(paper);
     const QPixmap picture = picLoan->grab();
     picLoan->setPalette({});
-    document.addResource(QTextDocument::ImageResource, QUrl(PictureName), picture);
+    document->addResource(QTextDocument::ImageResource, QUrl(PictureName), picture);
     const QString question = m_form.cboLocation.DisplayText() + ", " + m_form.cboPatronGroup.DisplayText() +
                              ", " + m_form.cboItemType.DisplayText();
-    document.setHtml("<h2>" + windowTitle().toHtmlEscaped() + "</h2><p>" + question.toHtmlEscaped() +
-                     "</p><h3>" + m_shown.headline.toHtmlEscaped() + "</h3><p><img src=\"" + PictureName +
-                     "\" width=\"600\"></p>" + m_shown.Html());
+    document->setHtml("<h2>" + windowTitle().toHtmlEscaped() + "</h2><p>" + question.toHtmlEscaped() +
+                      "</p><h3>" + m_shown.headline.toHtmlEscaped() + "</h3><p><img src=\"" + PictureName +
+                      "\" width=\"600\"></p>" + m_shown.Html());
+    return document;
+}
+
+void frmCirculation_LoanTest::Print() {
+    const auto document = Document();
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setDocName(windowTitle());
+    QPrintPreviewDialog preview(&printer, this);
+    preview.setObjectName("frmPrintPreview");
+    preview.setWindowTitle(tr("Print %1").arg(windowTitle()));
+    connect(&preview, &QPrintPreviewDialog::paintRequested, this,
+            [&document](QPrinter* paper) { document->print(paper); });
+    App().prompter.RunDialog(preview);
+}
+
+void frmCirculation_LoanTest::SavePdf() {
+    const QString fileName = App().prompter.AskSaveFile(this, tr("Save as PDF"), FileNameFor(*this, ".pdf"),
+                                                        tr("PDF files (*.pdf)"));
+    if (fileName.isEmpty())
+        return;
+    const auto document = Document();
     QSaveFile file(fileName);
     bool written = file.open(QIODevice::WriteOnly);
     if (written) {
         QPdfWriter writer(&file);
         writer.setPageSize(QPageSize(QPageSize::A4));
         writer.setTitle(windowTitle());
-        document.print(&writer);
+        document->print(&writer);
         written = file.error() == QFileDevice::NoError;
     }
     if (!written || !file.commit())

@@ -5,9 +5,11 @@
 #include "circulation/PolicyReader.h"
 #include "framework/FormScreen.h"
 
+#include <memory>
 #include <optional>
 
 class QTextBrowser;
+class QTextDocument;
 
 namespace sysadmin {
 
@@ -39,6 +41,8 @@ private:
     void Show(const LoanAnswer& answer);
     const loan::Group* GroupOf(const loan::Request& request) const;
     void ShowRule();
+    std::unique_ptr<QTextDocument> Document() const;
+    void Print();
     void SavePdf();
 
     LoanForm& m_form = KeepForm<LoanForm>();
@@ -53,6 +57,7 @@ private:
     LoanTimeline* picLoan = nullptr;
     QPushButton* cmdRule = nullptr;
     QPushButton* cmdCopy = nullptr;
+    QPushButton* cmdPrint = nullptr;
     QPushButton* cmdPdf = nullptr;
 };
 

@@ -178,6 +178,8 @@ TEST_F(RealLoansTest, TheAnswerFollowsEachEditAndAsksTheServerOncePerGroup) {
     const QString copied = QGuiApplication::clipboard()->text();
     EXPECT_TRUE(copied.startsWith(Headline(screen)) && copied.contains("The loan period is 28 days."));
 
+    prompter.ExpectDialogResult("frmPrintPreview", [](QDialog& dialog) { dialog.reject(); });
+    Click(screen, "cmdPrint");
     const QTemporaryDir folder;
     const QString pdf = folder.filePath("loan.pdf");
     prompter.ExpectSaveFile(pdf);
