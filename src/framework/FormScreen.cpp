@@ -5,6 +5,7 @@
 #include "framework/Captions.h"
 #include "framework/FormView.h"
 #include "framework/ListGrid.h"
+#include "framework/SecretField.h"
 #include "framework/Utility.h"
 #include "wire/Status.h"
 
@@ -146,6 +147,8 @@ void FormScreen::PrepareForm(Form& form) {
             qWarning("%s depends on a flag that the form lacks", qUtf8Printable(spec.name));
         if (auto* choice = dynamic_cast<ChoiceField*>(field); choice && !spec.source.pickList.isEmpty())
             Follow(*choice, spec.source.pickList, spec.source.none);
+        if (auto* secret = dynamic_cast<SecretField*>(field))
+            secret->SetSealer([this](const QString& plain) { return App().comm.EncodePassword(plain); });
     }
     connect(&App().notices, &Notices::ChangedByOthers, this, [this, &form](const QString& subject) {
         for (Field* field : form.Fields())

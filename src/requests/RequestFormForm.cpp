@@ -101,7 +101,9 @@ void RequestFormForm::FollowType() {
         .Set(txtFormCode, requestforms::WithoutBibliographicDataCode);
     When([this] { return cboFormType.Draft() != requestforms::WithoutBibliographicData; }).Clear(txtFormCode);
     When(isType(requestforms::ItemLevel)).Disable(optOutput);
-    When([this] { return !HasVouchers(); }).Disable(txtLogin, txtPrefix, txtStart, txtEnd, txtLastUsed);
+    When([this] {
+        return !HasVouchers();
+    }).Disable(txtLogin, txtPassword, txtPrefix, txtStart, txtEnd, txtLastUsed);
     When([this] { return HasVouchers(); }).Page("voucher");
     When([this] { return requestforms::IsUniversalBorrowing(cboFormType.Draft()); }).Page("ub");
     When([this] { return !IsExchanged(); }).Page("simple").Do([this] {

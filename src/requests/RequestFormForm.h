@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/SecretField.h"
 #include "framework/forms/ListFields.h"
 #include "framework/forms/ValueFields.h"
 #include "wire/RequestForms.h"
@@ -123,6 +124,12 @@ struct RequestFormForm : Form {
                         .tag = "L",
                         .caption = tr("ARTEmail Login:"),
                         .maxLength = requestforms::LoginLength}};
+    SecretField txtPassword{*this,
+                            {.name = "txtPassword",
+                             .tag = "P",
+                             .caption = tr("ARTEmail Password:"),
+                             .maxLength = requestforms::PasswordLength},
+                            "PC"};
     TextField txtPrefix{*this,
                         {.name = "txtPrefix",
                          .tag = "VP",
