@@ -1,11 +1,14 @@
-// The loan rules of a policy group: listing 1,197 of them, changing three fields in all of them with one
-// request, checking a whole library's, and making a sample library. Beside the change the same one as bare
-// SQL.
+// The loan rules of a policy group: listing 1,197 of them, opening their list and their map, changing three
+// fields in all of them with one request, checking a whole library's, and making a sample library. Beside the
+// change the same one as bare SQL.
 #include "support/BenchLibrary.h"
 
+#include "circulation/MatrixMap.h"
 #include "circulation/PolicyReader.h"
+#include "circulation/frmCirculation_Matrix.h"
 #include "comm/CommLibrary.h"
 #include "comm/CommandLine.h"
+#include "core/Application.h"
 #include "core/data/RequestChannel.h"
 #include "loan/RuleCheck.h"
 #include "server/store/Database.h"
@@ -23,7 +26,8 @@ namespace {
 class RuleLibrary {
 public:
     explicit RuleLibrary(bool isFull)
-        : m_comm(m_prompter, CommandLine{}, [&](const QString&, QString*) { return m_library.Endpoints(); }) {
+        : m_comm(m_prompter, CommandLine{}, [&](const QString&, QString*) { return m_library.Endpoints(); })
+        , application(m_comm, m_prompter) {
         const QString problem = m_comm.SignOnDirectly("SYSADMIN", "sample-admin-1");
         if (!problem.isEmpty())
             qFatal("%s", qPrintable(problem));
@@ -50,6 +54,8 @@ public:
         return ids;
     }
     void PutGroup() { Channel().PutField("ID", group); }
+
+    MatrixGroup Matrix() const { return {.id = group, .name = "Group", .mayEdit = true}; }
 
     QString group;
 
@@ -87,6 +93,9 @@ private:
     BenchLibrary m_library;
     YesPrompter m_prompter;
     CommLibrary m_comm;
+
+public:
+    Application application;
 };
 
 RuleLibrary& LibraryOf(benchmark::State& state) {
@@ -106,6 +115,46 @@ void ListEntries(benchmark::State& state) {
         if (entries != 1197)
             state.SkipWithError("wrong number of entries");
     }
+}
+
+/// The pages of the policy screen, from the request to the painted list.
+void OpenMatrixPage(benchmark::State& state) {
+    RuleLibrary& library = LibraryOf(state);
+    for (auto _ : state) {
+        MatrixPages pages(library.application, nullptr);
+        QWidget around;
+        QWidget* page = pages.MakePage(MatrixKind::Regular, &around);
+        page->resize(900, 600);
+        pages.SetGroup(library.Matrix());
+        if (!pages.Load() || pages.Entries(MatrixKind::Regular).size() != 1197)
+            state.SkipWithError("wrong number of entries");
+        page->grab();
+    }
+}
+
+void OpenMap(benchmark::State& state) {
+    RuleLibrary& library = LibraryOf(state);
+    MatrixMap map("picMatrix", nullptr);
+    map.resize(1300, 640);
+    for (auto _ : state) {
+        MatrixPicture picture;
+        picture.Read(library.application, library.Matrix());
+        map.SetPictures(&picture, nullptr);
+        map.grab();
+        map.SetPictures(nullptr, nullptr);
+    }
+}
+
+void PaintMap(benchmark::State& state) {
+    RuleLibrary& library = LibraryOf(state);
+    MatrixPicture picture;
+    picture.Read(library.application, library.Matrix());
+    MatrixMap map("picMatrix", nullptr);
+    map.resize(1300, 640);
+    map.SetPictures(&picture, nullptr);
+    QPixmap paper(map.size());
+    for (auto _ : state)
+        map.viewport()->render(&paper);
 }
 
 void UpdateAll(benchmark::State& state) {
@@ -178,6 +227,9 @@ void MakeSampleLibrary(benchmark::State& state) {
 }
 
 BENCHMARK(ListEntries)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(OpenMatrixPage)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(OpenMap)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(PaintMap)->Arg(0)->Unit(benchmark::kMillisecond);
 BENCHMARK(UpdateAll)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(UpdateAllBare)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(CheckAll)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
