@@ -2,6 +2,8 @@
 
 #include "core/Application.h"
 #include "core/Prompter.h"
+#include "framework/ConflictCheck.h"
+#include "wire/Status.h"
 
 #include <QScopedValueRollback>
 
@@ -146,10 +148,32 @@ bool frmCirculation_PolicyMatrixRecordMultiple::Save() {
     for (const ValueField* field : m_rule.InOrder())
         if (field->IsChosen() && field->IsUsable())
             field->Put(channel);
-    if (!Send("UpdMulMat", "Circ Policy Matrix Record Settings Multi Edit"))
+    const qint16 status = channel.SendRequest("UpdMulMat");
+    if (status == wire::status::RecordChanged) {
+        TellChanged();
         return false;
+    }
+    if (status) {
+        Report(status, "Circ Policy Matrix Record Settings Multi Edit");
+        return false;
+    }
     Announce(tr("Saved %n entries", nullptr, int(m_entries.size())));
     return true;
+}
+
+// Whoever saves again after that means it: the entries count as seen.
+void frmCirculation_PolicyMatrixRecordMultiple::TellChanged() {
+    QHash<QString, QString> names;
+    for (const MatrixEntry& entry : m_entries)
+        names.insert(entry.id, entry.Name());
+    const QString changed =
+        ChangedByOthers(m_application.channel, "MI", [&](const QString& id) { return names.value(id, id); });
+    m_application.prompter.ShowBox(
+        this, {.text = tr("Nothing was saved.") + ' ' + changed + "\r\n\r\n" +
+                       tr("Save again to write the checked fields to them all the same.")});
+    m_application.channel.PutField("ID", m_group.id);
+    m_application.channel.PutField("CID", m_group.clusterId);
+    Send("LstMatPatronItem", "Edit Policy Matrix Definitions");
 }
 
 bool ModifyMatrixEntries(Application& application, QWidget* parent, const MatrixGroup& group,

@@ -19,6 +19,7 @@ protected:
 private:
     void FollowLoanUnit();
     bool UnitsSuit();
+    void TellChanged();
 
     QList<MatrixEntry> m_entries;
     QStringList m_units; // the loan unit and its dependent ones before the last edit

@@ -2,6 +2,7 @@
 
 #include "core/Application.h"
 #include "core/Prompter.h"
+#include "framework/ConflictCheck.h"
 
 namespace sysadmin {
 
@@ -21,9 +22,7 @@ frmCirculation_PolicyMatrixRecordSettings::frmCirculation_PolicyMatrixRecordSett
                    Below({Note(group.name + ": " + entry.Name()), rule.Pages()}), parent)
     , m_entry(entry) {}
 
-bool frmCirculation_PolicyMatrixRecordSettings::Save() {
-    if (!ConfirmZeros())
-        return false;
+qint16 frmCirculation_PolicyMatrixRecordSettings::SendRule() {
     RequestChannel& channel = m_application.channel;
     channel.PutField("CID", m_group.clusterId);
     channel.PutField("ID", m_group.id);
@@ -32,8 +31,28 @@ bool frmCirculation_PolicyMatrixRecordSettings::Save() {
     channel.PutField("MII", m_entry.itemType);
     for (const ValueField* field : m_rule.InOrder())
         field->Put(channel);
-    if (!Send("UpdMat", "Update Circulation Policy Matrix Information"))
+    return channel.SendRequest("UpdMat");
+}
+
+bool frmCirculation_PolicyMatrixRecordSettings::Save() {
+    if (!ConfirmZeros())
         return false;
+    qint16 status = SendRule();
+    while (const std::optional<Conflict> conflict =
+               ConflictOf(m_application.channel, status, tr("Policy Matrix"))) {
+        const ConflictAnswer answer =
+            SettleSave(m_application, this, *conflict, m_rule, !conflict->removed,
+                       [this] { return ReadMatrixRule(m_application, m_group, m_entry, m_rule); });
+        if (answer == ConflictAnswer::BackToEditing)
+            return false;
+        if (answer == ConflictAnswer::KeepTheirs)
+            return true;
+        status = SendRule();
+    }
+    if (status) {
+        Report(status, "Update Circulation Policy Matrix Information");
+        return false;
+    }
     Announce(tr("Saved %1").arg(m_entry.Name()));
     return true;
 }

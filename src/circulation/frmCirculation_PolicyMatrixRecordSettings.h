@@ -17,6 +17,8 @@ protected:
     bool Save() override;
 
 private:
+    qint16 SendRule();
+
     MatrixEntry m_entry;
 };
 
