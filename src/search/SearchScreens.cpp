@@ -2,6 +2,7 @@
 
 #include "core/ScreenCatalogue.h"
 #include "framework/PlainScreens.h"
+#include "search/frmSearch_DatabaseDefinition.h"
 
 #include <QCoreApplication>
 
@@ -42,6 +43,7 @@ PlainTable MaterialTypes() {
 } // namespace
 
 void AddSearchScreens(ScreenCatalogue& catalogue) {
+    catalogue.Contribute<frmSearch_DatabaseDefinition>("Search_DatabaseDefinitions", 50601);
     catalogue.Contribute(MaterialTypes());
 }
 

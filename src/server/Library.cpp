@@ -2,6 +2,7 @@
 
 #include "server/OperatorPasswords.h"
 #include "server/SampleLibrary.h"
+#include "server/remote/RemoteJobs.h"
 #include "server/store/Database.h"
 #include "server/store/LibraryFolder.h"
 #include "server/subjects/Registrations.h"
@@ -28,7 +29,10 @@ Library::Library(const LibraryOptions& options)
     : m_options(options)
     , m_registry(options.registry ? options.registry : MakeRegistry())
     , m_writers(std::make_shared<WriterQueue>())
-    , m_secrets(SecretKeyFile(options.address)) {}
+    , m_secrets(SecretKeyFile(options.address))
+    , m_jobs(std::make_unique<RemoteJobs>()) {}
+
+Library::~Library() = default;
 
 std::unique_ptr<Database> Library::Connect() const {
     if (m_file != FileIdentity() && IdentityOf(m_options.address.file) != m_file)

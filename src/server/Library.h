@@ -17,6 +17,8 @@
 
 namespace sysadmin::server {
 
+class RemoteJobs;
+
 /// How a library is opened.
 struct LibraryOptions {
     enum class WhenMissing {
@@ -48,6 +50,8 @@ public:
     /// Null, with one clear line, when that cannot be.
     static std::shared_ptr<const Library> Open(const LibraryOptions& options, QString* error);
 
+    ~Library();
+
     /// A connection to its database, for the thread that asks. Throws `StoreError`, also when the library's
     /// file is no longer the one that was opened.
     std::unique_ptr<Database> Connect() const;
@@ -71,6 +75,8 @@ public:
     /// Keeps the memory that hashing takes within bounds when many sign on at once.
     QSemaphore& HashingSlots() const { return m_hashingSlots; }
     SignOnThrottle& Throttle() const { return m_throttle; }
+    /// What goes on with other systems.
+    RemoteJobs& Jobs() const { return *m_jobs; }
 
     /// What the sessions have read.
     SeenRecords& Seen() const { return m_seen; }
@@ -93,6 +99,7 @@ private:
     mutable QSemaphore m_hashingSlots{2};
     mutable SignOnThrottle m_throttle;
     mutable SeenRecords m_seen;
+    std::unique_ptr<RemoteJobs> m_jobs;
     mutable ErrorLog m_errors;
 };
 

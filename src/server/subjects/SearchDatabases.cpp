@@ -73,6 +73,10 @@ QSet<QString> PlacesOf(const Row& row) {
 }
 
 qint16 CheckDatabase(Context& context, const wire::Fields&, const Row& before, Row& after) {
+    // Another server has another certificate.
+    if (after["administration_address"] != before["administration_address"] ||
+        after["administration_port"] != before["administration_port"])
+        after["trusted_certificate"] = "";
     if (before["code"] == databases::LocalCode &&
         (after["code"] != before["code"] || after["type"] != before["type"]))
         return status::LocalDatabase;

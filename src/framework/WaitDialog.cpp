@@ -1,0 +1,39 @@
+#include "framework/WaitDialog.h"
+
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace sysadmin {
+
+WaitDialog::WaitDialog(const QString& title, const QString& text, std::function<bool()> poll, QWidget* parent)
+    : QDialog(parent)
+    , m_poll(std::move(poll)) {
+    constexpr int Pause = 150; // milliseconds
+    setObjectName("frmWait");
+    setWindowTitle(title);
+    auto* whole = new QVBoxLayout(this);
+    whole->addWidget(new QLabel(text, this));
+    auto* progress = new QProgressBar(this);
+    progress->setRange(0, 0);
+    progress->setTextVisible(false);
+    progress->setAccessibleName(text);
+    progress->setMinimumWidth(320);
+    whole->addWidget(progress);
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, this);
+    buttons->button(QDialogButtonBox::Cancel)->setObjectName("cmdCancel");
+    whole->addWidget(buttons);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    m_timer.setSingleShot(true);
+    connect(&m_timer, &QTimer::timeout, this, [this] {
+        if (m_poll())
+            accept();
+        else if (isVisible())
+            m_timer.start(Pause);
+    });
+    m_timer.start(Pause);
+}
+
+} // namespace sysadmin
