@@ -32,8 +32,9 @@ int Serve(const ServerOptions& options) {
     opening.address = options.library;
     opening.sessions = options.sessions;
     opening.servesOthers = !options.address.isLoopback();
-    opening.whenMissing = options.createSample ? LibraryOptions::WhenMissing::MakeSample
-                                               : LibraryOptions::WhenMissing::MakeEmpty;
+    opening.whenMissing = options.createPartner  ? LibraryOptions::WhenMissing::MakePartner
+                          : options.createSample ? LibraryOptions::WhenMissing::MakeSample
+                                                 : LibraryOptions::WhenMissing::MakeEmpty;
     opening.patience = std::chrono::seconds(50); // just less than clients wait
     QString error;
     const auto library = Library::Open(opening, &error);

@@ -87,9 +87,11 @@ void FormView::SetReadOnly(bool readOnly) {
 
 void FormView::FocusFirst() {
     for (QTabWidget* tabs : findChildren<QTabWidget*>())
-        for (int i = tabs->count(); i-- > 0;)
-            if (tabs->isTabEnabled(i))
+        for (int i = 0; i < tabs->count(); ++i)
+            if (tabs->isTabEnabled(i)) { // the first one, without coming by the others
                 tabs->setCurrentIndex(i);
+                break;
+            }
     for (QWidget* widget : m_tabOrder)
         if (widget->isEnabledTo(this) && widget->focusPolicy() & Qt::TabFocus &&
             !qobject_cast<QTabBar*>(widget)) {

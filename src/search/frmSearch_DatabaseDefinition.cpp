@@ -32,7 +32,9 @@ Layout Services(const DatabaseForm& form) {
 frmSearch_DatabaseDefinition::frmSearch_DatabaseDefinition(Application& application, QWidget* parent)
     : MaintenanceScreen(application, "frmSearch_DatabaseDefinition", tr("Search Database Definition"),
                         Area::System, parent) {
-    const auto isStoredLibrary = [this] { return !m_databaseId.isEmpty() && !m_form.IsTarget(); };
+    const auto isStoredLibrary = [this] {
+        return !IsReadOnly() && !m_databaseId.isEmpty() && !m_form.IsTarget();
+    };
     AddTable({.subject = tr("Search Database Definition"),
               .word = "DB",
               .plural = "Search Database Definitions",
@@ -86,7 +88,6 @@ void frmSearch_DatabaseDefinition::ReadRecord(Table& table) {
     m_databaseId = App().channel.GetField("DBI");
     m_cacheRead = false;
     MaintenanceScreen::ReadRecord(table);
-    ReadCache();
 }
 
 bool frmSearch_DatabaseDefinition::PrepareNew(Table& table) {

@@ -84,7 +84,8 @@ std::shared_ptr<const Library> Library::Open(const LibraryOptions& options, QStr
 void Library::Fill(Database& database) {
     // Whether the library is complete is looked up first without holding others up.
     const QString made = ReadSetting(database, "made_at");
-    const bool sample = made.isEmpty() ? m_options.whenMissing == LibraryOptions::WhenMissing::MakeSample
+    const bool sample = made.isEmpty() ? m_options.whenMissing == LibraryOptions::WhenMissing::MakeSample ||
+                                             m_options.whenMissing == LibraryOptions::WhenMissing::MakePartner
                                        : ReadSetting(database, "sample") == "Y";
     if (made.isEmpty() || (sample && IsSampleIncomplete(*this, database))) {
         RunInTransaction(database, [&] {
@@ -92,7 +93,12 @@ void Library::Fill(Database& database) {
             if (ReadSetting(database, "made_at").isEmpty()) {
                 const SealingKeys keys = SealingKeys::Make();
                 WriteSetting(database, "made_at", StoredTime(Now()));
-                WriteSetting(database, "library_name", sample ? "Sample Library" : "Library");
+                const bool partner = m_options.whenMissing == LibraryOptions::WhenMissing::MakePartner;
+                WriteSetting(database, "library_name",
+                             partner  ? "Partner Library"
+                             : sample ? "Sample Library"
+                                      : "Library");
+                WriteSetting(database, "sample_kind", partner ? "partner" : "");
                 WriteSetting(database, "sample", sample ? "Y" : "N");
                 WriteSetting(database, "web_services", sample ? "Y" : "N");
                 WriteSetting(database, "sealing_public_key", QString::fromLatin1(keys.publicKey.toBase64()));

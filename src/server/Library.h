@@ -23,8 +23,9 @@ class RemoteJobs;
 struct LibraryOptions {
     enum class WhenMissing {
         Refuse,
-        MakeEmpty,  ///< with one administrator, whose password is made up
-        MakeSample, ///< with the sample data
+        MakeEmpty,   ///< with one administrator, whose password is made up
+        MakeSample,  ///< with the sample data
+        MakePartner, ///< with those of a second sample library, which the first one reaches
     };
 
     StoreAddress address;

@@ -41,6 +41,7 @@ private:
     bool CheckVersion();
     bool CheckTables();
     void CheckKeys();
+    void CheckSecrets();
     void CheckCertificate();
     void CheckOperators();
 
@@ -158,6 +159,19 @@ void Check::CheckKeys() {
         Bad("The keys to which passwords are sealed do not fit together: nobody can sign on.");
 }
 
+void Check::CheckSecrets() {
+    const SecretBox box(SecretKeyFile(m_address));
+    const auto closed = m_database->FirstColumn("SELECT password FROM search_databases WHERE password<>''");
+    if (closed.isEmpty())
+        return;
+    if (std::all_of(closed.begin(), closed.end(),
+                    [&](const QVariant& password) { return box.Open(password.toString()).has_value(); }))
+        Good("The passwords for other systems can be read with the key in " + box.KeyFile() + '.');
+    else
+        Bad("Passwords for other systems cannot be read with the key in " + box.KeyFile() +
+            ": they have to be entered again.");
+}
+
 void Check::CheckCertificate() {
     QString error;
     std::optional<ServerIdentity> identity;
@@ -206,6 +220,7 @@ bool Check::Run() {
         if (CheckVersion() && CheckTables()) {
             CheckReferences();
             CheckOperators();
+            CheckSecrets();
         }
         CheckKeys();
         CheckCertificate();

@@ -15,16 +15,22 @@
 // Outside of any namespace, as resources of static libraries want it.
 static void InitSampleLibrary() {
     Q_INIT_RESOURCE(sysadmin_server_sample_library);
+    Q_INIT_RESOURCE(sysadmin_server_partner_library);
 }
 
 namespace sysadmin::server {
 
 namespace {
 
-QStringList CarriedTables() {
+/// The folder of the files that make this library.
+QString Folder(Database& database) {
     InitSampleLibrary();
+    return ReadSetting(database, "sample_kind") == u"partner" ? ":/partner-library" : ":/sample-library";
+}
+
+QStringList CarriedTables(Database& database) {
     QStringList tables;
-    for (const QString& file : QDir(":/sample-library").entryList({"*.csv"}))
+    for (const QString& file : QDir(Folder(database)).entryList({"*.csv"}))
         tables << file.chopped(4);
     return tables;
 }
@@ -55,12 +61,24 @@ void FillAccounts(const Library& library, Records& records) {
         records.Update("operators", *expired, {{"expired", "Y"}});
 }
 
+/// The password with which the sample library signs on to the partner library.
+void FillPartnerPassword(const Library& library, Records& records) {
+    const auto partner = records.IdOfText("search_databases", "code", "PARTNER");
+    if (!partner)
+        return;
+    const QString user = records.Find("search_databases", *partner)->value("user_id").toString();
+    for (const SampleOperator& account : SampleOperators())
+        if (account.id == user)
+            records.Update("search_databases", *partner,
+                           {{"password", library.Secrets().Close(Secret::FromText(account.password))}});
+}
+
 } // namespace
 
 void FillSampleLibrary(const Library& library, Database& database) {
     Records records(database, library.GetRegistry().GetTables());
     TableFiles files(records, library.GetRegistry().GetTables());
-    const QStringList carried = CarriedTables();
+    const QStringList carried = CarriedTables(database);
     const QSet<QString> before = FilledTables(database);
     QSet<QString> filled;
     for (const QString& table : files.Names()) {
@@ -70,7 +88,7 @@ void FillSampleLibrary(const Library& library, Database& database) {
         database.Run("INSERT INTO sample_parts (name) VALUES (?)", {table});
         if (table == u"usage") // what uses the records of every table; see below
             continue;
-        QFile file(":/sample-library/" + table + ".csv");
+        QFile file(Folder(database) + '/' + table + ".csv");
         const bool isOpen = file.open(QIODevice::ReadOnly);
         const QString wrong = files.Read(table, file.readAll(), TableFiles::Unknown::Skip);
         if (!isOpen || !wrong.isEmpty())
@@ -78,12 +96,14 @@ void FillSampleLibrary(const Library& library, Database& database) {
     }
     if (filled.isEmpty())
         return;
-    QFile usage(":/sample-library/usage.csv");
+    QFile usage(Folder(database) + "/usage.csv");
     if (usage.open(QIODevice::ReadOnly))
         files.Read("usage", usage.readAll(), TableFiles::Unknown::Skip,
                    [&](const Row& row) { return filled.contains(row.value("table_name").toString()); });
     if (filled.contains("operators"))
         FillAccounts(library, records);
+    if (filled.contains("search_databases"))
+        FillPartnerPassword(library, records);
     if (filled.contains("web_service_configuration"))
         if (const auto only = records.IdWhere("web_service_configuration", "only_one", "Y"))
             records.Update("web_service_configuration", *only, {{"default_pin", "0000"}});
@@ -91,7 +111,7 @@ void FillSampleLibrary(const Library& library, Database& database) {
 
 bool IsSampleIncomplete(const Library& library, Database& database) {
     const QSet<QString> filled = FilledTables(database);
-    const QStringList carried = CarriedTables();
+    const QStringList carried = CarriedTables(database);
     return std::any_of(carried.begin(), carried.end(), [&](const QString& table) {
         return library.GetRegistry().GetTables().contains(table) && !filled.contains(table);
     });
@@ -102,7 +122,7 @@ void ConvertSampleParts(Database& database) {
     if (parts.isEmpty())
         return;
     const QStringList present = database.TableNames();
-    for (const QString& table : CarriedTables()) {
+    for (const QString& table : CarriedTables(database)) {
         if (!present.contains(table))
             continue;
         const bool isFilled = parts.contains(QString(table).replace('_', ' ')) ||

@@ -25,7 +25,9 @@ const char HelpText[] = R"(sysadmin-server keeps a library's settings and serves
   --colour COLOUR         the colour that marks the library from now on in every client's window, so that a
                           test library is not taken for the live one: red, orange, yellow, green, blue,
                           purple, grey, #RRGGBB, or none
-  --create-sample         make the sample library when there is no library yet
+  --create-sample [partner]
+                          make the sample library when there is no library yet, or a second one that the
+                          first reaches at 127.0.0.1:7444
   --check                 look whether library and certificate are sound, tell what was found, and end
   --help                  show this text
   --version               show the version
@@ -124,6 +126,10 @@ std::variant<ServerOptions, PrintAndExit> ReadOptions(const QStringList& argumen
             return PrintAndExit{"sysadmin-server " SYSADMIN_VERSION, 0};
         if (name == "--create-sample" || name == "--check") {
             (name == "--check" ? options.check : options.createSample) = true;
+            if (name == "--create-sample" && arguments.value(i + 1) == u"partner") {
+                options.createPartner = true;
+                ++i;
+            }
             continue;
         }
         static const QStringList withValue{"--library",  "--database",    "--database-password-file",

@@ -24,7 +24,8 @@ struct ServerOptions {
     QString name;        ///< of the library from now on; empty: it keeps the one it has
     QString colour;      ///< the same; "none" takes it away
     bool createSample = false;
-    bool check = false; ///< look at everything, tell, and end
+    bool createPartner = false; ///< the sample library that is made is the second one
+    bool check = false;         ///< look at everything, tell, and end
 };
 
 /// What there is to do: serve, or print a text and end with an exit status.

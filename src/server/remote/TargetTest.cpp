@@ -138,6 +138,9 @@ private:
         if (m_socket.Write(message))
             answer = m_socket.Read(
                 [](const QByteArray& received) -> qint64 {
+                    // All of this protocol's messages are constructed and of the context's class.
+                    if (!received.isEmpty() && (received[0] & 0xE0) != 0xA0)
+                        return -1;
                     return completeBER(received.constData(), int(received.size()));
                 },
                 MostBytes);

@@ -164,6 +164,29 @@ std::shared_ptr<Prepared> PrepareTest(Database& database, const Library& library
                   [&](const Called& called) { return TestOf(database, called, request); });
 }
 
+/// Universal borrowing needs the other library's server: whether it is there is tried while the definition is
+/// saved that begins to rely on it.
+std::shared_ptr<Prepared> PrepareSave(Database& database, const Library& library, const Requester&,
+                                      const wire::Fields& request) {
+    constexpr std::chrono::seconds Longest{5};
+    if (wire::FirstValue(request, "DBU") != u"Y" ||
+        wire::FirstValue(request, "Pr") != databases::SystemType ||
+        wire::FirstValue(request, "C") == databases::LocalCode)
+        return nullptr;
+    const QString host = wire::FirstValue(request, "ADRS").trimmed();
+    const QString port = wire::FirstValue(request, "PSYS").trimmed();
+    const auto before = FindDatabase(database, library, request);
+    if (before && before->row["universal_borrowing"].toString() == u"Y" &&
+        before->row["administration_address"].toString() == host &&
+        before->row["administration_port"].toString() == port)
+        return nullptr;
+    auto tried = std::make_shared<ReachTried>();
+    const std::atomic_bool cancelled = false;
+    tried->reachable = !host.isEmpty() && port.toUShort() > 0 &&
+                       IsReachable(host, port.toUShort(), Patience{QDeadlineTimer(Longest), &cancelled});
+    return tried;
+}
+
 void PutOutcome(const RemoteAnswer& answer, ReplyFields& reply) {
     Put(reply, "RES", WordOf(answer.result->outcome));
     Put(reply, "DT", StorablePart(answer.result->detail));
@@ -301,6 +324,8 @@ void RegisterDatabaseConnections(Registry& registry) {
                          .changes = true,
                          .handler = RefreshClusters,
                          .prepare = PrepareRefresh});
+    for (const char* request : {"AddDB", "UpdDB"})
+        registry.Prepare(request, PrepareSave);
     registry.AddChange("TrustDB", Area::System, Trust);
 }
 

@@ -1,4 +1,5 @@
 #include "server/subjects/SearchDatabases.h"
+#include "server/Context.h"
 #include "server/store/Database.h"
 #include "server/subjects/Registrations.h"
 #include "wire/Bib1.h"
@@ -12,6 +13,8 @@ namespace databases = wire::databases;
 namespace bib1 = wire::bib1;
 
 namespace {
+
+constexpr qint16 RemoteUnreachable = 60;
 
 bool IsType(const QString& value) {
     return value == databases::SystemType || value == databases::TargetType;
@@ -80,6 +83,9 @@ qint16 CheckDatabase(Context& context, const wire::Fields&, const Row& before, R
     if (before["code"] == databases::LocalCode &&
         (after["code"] != before["code"] || after["type"] != before["type"]))
         return status::LocalDatabase;
+    const auto* tried = dynamic_cast<const ReachTried*>(context.prepared);
+    if (tried && !tried->reachable)
+        return RemoteUnreachable;
     const QSet<QString> places = PlacesOf(after);
     if (places.isEmpty() || (!before.isEmpty() && PlacesOf(before) == places))
         return status::Ok;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "server/Prepared.h"
 #include "server/store/Records.h"
 
 namespace sysadmin::server {
@@ -22,6 +23,12 @@ struct CharacterSet {
     QString converter; ///< as the converter of texts knows it
 };
 const QList<CharacterSet>& CharacterSets();
+
+/// Whether the settings server of a database that is to take part in universal borrowing can be reached:
+/// tried before the definition is saved.
+struct ReachTried : Prepared {
+    bool reachable = false;
+};
 
 /// Makes the library's own database if it is missing.
 void MakeLocalDatabase(Records& records);
