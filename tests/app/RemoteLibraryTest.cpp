@@ -149,6 +149,14 @@ TEST_F(RemoteLibraryTest, ATargetIsDefinedTestedAndRefused) {
     Do("click cmdSave");
     EXPECT_NE(Store().FirstValue("SELECT password FROM search_databases WHERE code='REAL'").toString(), "");
 
+    QStringList tags;
+    for (const wire::Field& field : LastSent("AddDB").fields)
+        tags << (field.tag == u"PW" ? "PW=" + field.value : field.tag); // in the trace
+    EXPECT_EQ(
+        tags.join(' '),
+        "NCd Nm Pr PU DBU DBK ADRO POPAC ADRCI PCIRC ADRCA PCALL ADRS PSYS ADRT PTPDS ADRTXWS PTXWS DN OI "
+        "PC PW=*** W MH DCTO OS SS DID CSID AS ASC PSC A1 A2 A3 A4 A6 AA LT BE RT AD");
+
     const QString place = "127.0.0.1:" + target.Port();
     const auto test = [&](const QString& state) {
         prompter.ExpectDialogResult("frmSearch_DatabaseTest", [&, state](QDialog& dialog) {

@@ -1,5 +1,6 @@
 #include "server/remote/RemoteJobs.h"
 
+#include <algorithm>
 #include <condition_variable>
 
 namespace sysadmin::server {
@@ -8,6 +9,7 @@ namespace {
 
 constexpr int Threads = 8;
 constexpr size_t MostJobs = 200;
+constexpr int MostOfAccount = 40;
 /// How much longer than its time limit a job may take until it is given up: the system looks names up.
 constexpr std::chrono::milliseconds Slack{2000};
 /// A job after whose result nobody asks is forgotten.
@@ -16,6 +18,7 @@ constexpr std::chrono::minutes Kept{2};
 } // namespace
 
 struct RemoteJobs::Job {
+    QString account{};
     std::chrono::seconds timeLimit{};
     std::atomic_bool cancelled = false;
     std::mutex mutex;
@@ -43,8 +46,11 @@ void RemoteJobs::Start(const QString& key, const QString& account, std::chrono::
         job = gone ? m_jobs.erase(job) : std::next(job);
     }
     const auto job = std::make_shared<Job>();
+    job->account = account;
     job->timeLimit = timeLimit;
-    const bool busy = m_jobs.size() >= MostJobs;
+    const auto own = std::count_if(m_jobs.begin(), m_jobs.end(),
+                                   [&](const auto& entry) { return entry.second->account == account; });
+    const bool busy = m_jobs.size() >= MostJobs || own >= MostOfAccount;
     m_jobs[key] = job;
     if (busy) {
         job->result = RemoteResult{.outcome = Outcome::Busy};

@@ -5,6 +5,8 @@
 #include <QElapsedTimer>
 #include <QRegularExpression>
 
+#include <mutex>
+
 #include <yaz/diagbib1.h>
 #include <yaz/log.h>
 #include <yaz/oid_db.h>
@@ -282,7 +284,8 @@ QString PrefixQuery(const SearchAttributes& attributes, const QString& term) {
 }
 
 RemoteResult TryTarget(const TargetCall& call, const Patience& patience) {
-    yaz_log_init_level(0); // what a target sends is no business of this program's output
+    static std::once_flag quiet; // what a target sends is no business of this program's output
+    std::call_once(quiet, [] { yaz_log_init_level(0); });
     QElapsedTimer timer;
     timer.start();
     RemoteResult result = Association(call, patience).Run();
