@@ -49,11 +49,19 @@ QByteArray SecretBox::MakeKey() const {
     QByteArray key(crypto_secretbox_KEYBYTES, 0);
     crypto_secretbox_keygen(Bytes(key));
     QDir().mkpath(QFileInfo(m_keyFile).path());
-    QSaveFile file(m_keyFile); // whole and on the disk, or not there
+    // Whole and on the disk, or not there; and of two programs that make one at once the first one's holds.
+    const QString made = m_keyFile + '.' + RandomToken().left(8);
+    QSaveFile file(made);
     if (!file.open(QIODevice::WriteOnly) ||
         !file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner) ||
         file.write(key.toBase64() + '\n') < 0 || !file.commit())
         throw fail(file.errorString() + '.');
+    if (!QFile::rename(made, m_keyFile)) {
+        QFile::remove(made);
+        key = ReadKey();
+        if (key.isEmpty())
+            throw fail("it cannot be written.");
+    }
     return key;
 }
 
