@@ -12,6 +12,7 @@
 #include <QScrollArea>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QToolButton>
 
 #include <algorithm>
 
@@ -351,6 +352,9 @@ QWidget* FormView::DrawTabs(const Layout& layout, QWidget* parent) {
     tabs->setFocusPolicy(Qt::NoFocus);
     tabs->tabBar()->setFocusPolicy(Qt::TabFocus);
     tabs->tabBar()->setAccessibleName(tr("Pages"));
+    // What scrolls too many tabs is for the mouse; the arrow keys go from tab to tab.
+    for (QToolButton* scroller : tabs->tabBar()->findChildren<QToolButton*>())
+        scroller->setFocusPolicy(Qt::NoFocus);
     m_tabOrder.append(tabs->tabBar());
     QStringList names;
     for (const Layout& page : layout.children) {

@@ -46,6 +46,7 @@ frmSearch_DatabaseTestAll::frmSearch_DatabaseTestAll(Application& application,
                            {.caption = tr("Milliseconds"), .width = 100}},
                           this);
     m_grid->SetPrompter(application.prompter);
+    m_grid->setAccessibleName(tr("Tests"));
     QList<GridRow> rows;
     for (const GridRow& database : databases)
         rows.append({database.key,
