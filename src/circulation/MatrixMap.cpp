@@ -34,7 +34,7 @@ int Lightness(const QColor& colour) {
 }
 
 QColor ReadableOn(const QColor& background) {
-    return Lightness(background) > 140 ? QColor(Qt::black) : QColor(Qt::white);
+    return Lightness(background) > 118 ? QColor(Qt::black) : QColor(Qt::white);
 }
 
 } // namespace

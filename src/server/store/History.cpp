@@ -175,6 +175,9 @@ void HistoryWriter::Finish() {
         const Table& table = *m_tables.constFind(entry.record.table);
         QJsonObject fields;
         for (const Column& column : table.columns) {
+            if (entry.kind == Kind::Changed && !entry.after.contains(column.name) &&
+                !entry.before.contains(column.name))
+                continue;
             const QVariant was = entry.before.value(column.name);
             const QVariant is = entry.after.value(column.name);
             const bool says = entry.kind == Kind::Changed
