@@ -30,7 +30,7 @@ QString Stem(const QString& name) {
 
 PatronGroupMappingForm::PatronGroupMappingForm()
     : vsfLocalGroups(*this, {.name = "vsfLocalGroups", .accessible = tr("Local patron groups")},
-                     {{.caption = tr("Local Patron Groups")}, {.caption = tr("Suggestion"), .width = 220}},
+                     {{.caption = tr("Local Patron Groups")}, {.caption = tr("Suggestion"), .width = 240}},
                      {.several = true})
     , vsfRemoteGroups(*this, {.name = "vsfRemoteGroups", .accessible = tr("Remote patron groups")},
                       {{.caption = tr("Remote Patron Groups")}}) {
@@ -117,12 +117,13 @@ frmCirculation_PatronGroupMapping::frmCirculation_PatronGroupMapping(Application
          .editCaption = "Get Remote Patron Group List",
          .saveCaption = "Save Patron Group Mapping"},
         m_form,
-        Below(
-            {Beside({m_form.vsfLocalGroups, m_form.vsfRemoteGroups}),
-             Beside(
-                 {Button("cmdAssign", tr("A&ssign"), [this] { Assign(SelectedRemote()); }),
-                  Button("cmdUnassign", tr("&Unassign"), [this] { Assign(PatronGroupMappingForm::Blank); }),
-                  Button("cmdSuggestions", tr("Assign Su&ggestions"), [this] { m_form.MapSuggested(); })})}));
+        // Below each other: both names of a mapping are long.
+        Below({m_form.vsfLocalGroups,
+               Beside(
+                   {Button("cmdAssign", tr("A&ssign"), [this] { Assign(SelectedRemote()); }),
+                    Button("cmdUnassign", tr("&Unassign"), [this] { Assign(PatronGroupMappingForm::Blank); }),
+                    Button("cmdSuggestions", tr("Assign Su&ggestions"), [this] { m_form.MapSuggested(); })}),
+               m_form.vsfRemoteGroups}));
     Finish();
     SetRights(false, application.profile.MayEdit(Area::Circulation), false);
     findChild<QPushButton*>("cmdNew")->hide(); // the list is of the search databases
