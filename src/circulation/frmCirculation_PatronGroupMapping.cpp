@@ -30,7 +30,7 @@ QString Stem(const QString& name) {
 
 PatronGroupMappingForm::PatronGroupMappingForm()
     : vsfLocalGroups(*this, {.name = "vsfLocalGroups", .accessible = tr("Local patron groups")},
-                     {{.caption = tr("Local Patron Groups")}, {.caption = tr("Suggestion"), .width = 240}},
+                     {{.caption = tr("Local Patron Groups")}, {.caption = tr("Suggestion"), .width = 150}},
                      {.several = true})
     , vsfRemoteGroups(*this, {.name = "vsfRemoteGroups", .accessible = tr("Remote patron groups")},
                       {{.caption = tr("Remote Patron Groups")}}) {

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Makes the sample's circulation policies out of the real library's tables in this folder.
 
-Writes ../circulation_*.csv, ../calendar*.csv, ../request_*.csv, ../ub_policies.csv, ../patron_group_item_limits.csv,
+Writes ../circulation_*.csv, ../calendar*.csv, ../request_*.csv, ../ub_policies.csv, ../patron_group_*.csv,
 ../patron_alerts.csv and ../automated_storage.csv, and into ../patron_groups.csv the limits of patron groups and the
 second cluster's groups. Run it from anywhere; it gives the same files each time.
 What a policy group's own flags, notices, calendars and alerts say is made up; docs/decisions.md says how the columns
@@ -107,6 +107,14 @@ def ub_policy(cluster, code, most):
 
 write("ub_policies.csv", ["patron_group"] + ub_columns,
       [ub_policy(cluster, code, most) for cluster in CLUSTERS for code, most in ub_policies.items()])
+
+# As whom patrons of one cluster count in the other one.
+mapped = ("faculty", "graduate", "staff", "undergrad", "visitor")
+write("patron_group_mappings.csv", ["database", "patron_group", "remote_group", "other_group", "is_manual"],
+      [{"database": "LOCAL", "patron_group": (cluster, code), "remote_group": "",
+        "other_group": "" if code == "visitor" else (other, code), "is_manual": "Y" if code == "visitor" else "N",
+        SORT: key((cluster, code))}
+       for cluster, other in (CLUSTERS, CLUSTERS[::-1]) for code in mapped])
 
 # --- Requests: which kinds there are, and the locations from which they may be filled ---
 switches = [channel + "_" + level + "_" + kind for channel in ("opac", "circ", "web") for kind in ("hold", "recall")
