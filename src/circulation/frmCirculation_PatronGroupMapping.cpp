@@ -2,6 +2,7 @@
 
 #include "core/Application.h"
 #include "framework/Captions.h"
+#include "framework/ConflictCheck.h"
 #include "wire/Status.h"
 
 #include <QPushButton>
@@ -245,12 +246,30 @@ bool frmCirculation_PatronGroupMapping::SendRecord(Table& table) {
         channel.PutField("RCID", cluster);
         PutCurrentCluster();
         channel.PutField("DBI", Saving().originalKey);
-        if (const qint16 result = channel.SendRequest(table.spec.updateRequest); result != status::Ok) {
+        const qint16 result = channel.SendRequest(table.spec.updateRequest);
+        if (result == status::RecordChanged) {
+            TellChangedByOthers(table, changed);
+            return false;
+        }
+        if (result != status::Ok) {
             ReportSaveFailure(table, result);
             return false;
         }
     }
     return true;
+}
+
+// What was assigned stays, on top of what is stored now.
+void frmCirculation_PatronGroupMapping::TellChangedByOthers(Table& table, const QList<GridRow>& changed) {
+    Tell(SeveralChanged(App().channel, "UBLPGI", [&](const QString& key) {
+        const GridRow* row = m_form.vsfLocalGroups.FindRow(key);
+        return row ? row->cells[PatronGroupMappingForm::LocalName] : key;
+    }));
+    const GridRow* database = table.grid->SelectedRow();
+    if (!database || !FillForm(table, GridRow(*database)))
+        return;
+    for (const GridRow& row : changed)
+        m_form.Map({row.key}, row.cells[PatronGroupMappingForm::Target]);
 }
 
 void frmCirculation_PatronGroupMapping::AfterSave(Table&, const GridRow&, bool) {

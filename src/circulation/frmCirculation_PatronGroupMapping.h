@@ -53,6 +53,7 @@ protected:
 
 private:
     void PutCurrentCluster();
+    void TellChangedByOthers(Table& table, const QList<GridRow>& changed);
     void Assign(const QString& remoteKey);
     QString SelectedRemote() const;
 

@@ -76,11 +76,12 @@ bool frmCirculation_PatronGroups::PrepareNew(Table&) {
 
 bool frmCirculation_PatronGroups::ReadLimits(const QString& key) {
     QList<GridRow> rows;
+    m_limits.clear();
     const auto read = [&](RequestChannel& channel) {
         const QString limit = channel.GetField("PatChrgLmt");
-        rows.append({channel.GetField("ITMTYPID"),
-                     {channel.GetField("Nm"), limit, limit, channel.GetField("PATITMID")},
-                     {}});
+        const QString type = channel.GetField("ITMTYPID");
+        m_limits.insert(type, limit);
+        rows.append({type, {channel.GetField("Nm"), limit, limit}, {}});
     };
     const qint16 result =
         ReadList(App().channel,
@@ -115,13 +116,14 @@ bool frmCirculation_PatronGroups::SendSteps(Table& table) {
         return false;
     const QList<GridRow> rows = m_form.vsfItemTypes.Rows();
     for (GridRow row : rows) {
-        QStringList& cells = row.cells;
-        if (cells[PatronGroupForm::NewLimit] == cells[PatronGroupForm::CurrentLimit])
+        const QString& limit = row.cells[PatronGroupForm::NewLimit];
+        QString& stored = m_limits[row.key];
+        if (limit == stored)
             continue;
-        const bool isNew = cells[PatronGroupForm::LimitId].isEmpty();
+        const bool isNew = stored.isEmpty();
         App().channel.PutField("ID", Saving().originalKey);
         App().channel.PutField("ITMTYPID", row.key);
-        App().channel.PutField("PatChrgLmt", cells[PatronGroupForm::NewLimit]);
+        App().channel.PutField("PatChrgLmt", limit);
         if (const qint16 result = App().channel.SendRequest(isNew ? "AddPatItmGpTp" : "UpdPatItmGpTp");
             result != wire::status::Ok) {
             SetState(State::Editing);
@@ -130,8 +132,8 @@ bool frmCirculation_PatronGroups::SendSteps(Table& table) {
                                            "\r\n\r\n");
             return false;
         }
-        cells[PatronGroupForm::CurrentLimit] = cells[PatronGroupForm::NewLimit];
-        cells[PatronGroupForm::LimitId] = cells[PatronGroupForm::NewLimit].isEmpty() ? QString() : row.key;
+        stored = limit;
+        row.cells[PatronGroupForm::CurrentLimit] = limit;
         m_form.vsfItemTypes.PutRow(row);
     }
     return true;

@@ -4,13 +4,15 @@
 #include "framework/MaintenanceScreen.h"
 #include "framework/forms/RowsField.h"
 
+#include <QHash>
+
 namespace sysadmin {
 
 struct PatronGroupForm : Form {
     PatronGroupForm();
 
     /// Cells of a row of the limits: the row's key is the item type.
-    enum LimitCell { ItemTypeName, CurrentLimit, NewLimit, LimitId };
+    enum LimitCell { ItemTypeName, CurrentLimit, NewLimit };
 
     TextField txtCode{*this,
                       {.name = "txtCode",
@@ -83,6 +85,7 @@ private:
     /// Reads the limits for item types; of a new group (no key) there are none yet.
     bool ReadLimits(const QString& key);
 
+    QHash<QString, QString> m_limits; // by item type, as the server has them; empty: none
     PatronGroupForm& m_form = KeepForm<PatronGroupForm>();
 };
 

@@ -143,11 +143,15 @@ void Registry::About(const QString& request, const QStringList& tables, const QS
     rule->keyTags = keyTags;
     rule->keyColumn = keyColumn;
     rule->scope = scope;
-    rule->single = GetTables().value(tables.first()).IsSingle();
+    const Table table = GetTables().value(tables.first());
+    rule->single = table.IsSingle();
+    const Column* key = table.Find(keyColumn);
+    rule->byReference = key && key->type == ColumnType::Reference;
 }
 
-void Registry::AboutSeveral(const QString& request, const QString& table, const QString& keyTag) {
-    About(request, {table}, {keyTag});
+void Registry::AboutSeveral(const QString& request, const QString& table, const QString& keyTag,
+                            const QString& scope) {
+    About(request, {table}, {keyTag}, {}, scope);
     m_requests[request].several = true;
 }
 

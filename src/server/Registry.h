@@ -32,9 +32,9 @@ struct RequestRule {
     QStringList tables = {};
     /// The tag of the record's key, the first of these that was sent; none: all records, or the only one.
     QStringList keyTags = {};
-    /// The unique text, or the reference ("..._id") to which there is one record, that is the key; empty: the
-    /// id.
+    /// The unique text, or the reference to which there is one record, that is the key; empty: the id.
     QString keyColumn = {};
+    bool byReference = false;   ///< the key column is a reference
     bool several = false;       ///< the key may be sent many times: so many records are changed
     bool single = false;        ///< there is one record of the table at the most
     QStringList narrowing = {}; ///< tags with which a list answers a part of the records only
@@ -72,7 +72,8 @@ public:
     void About(const QString& request, const QStringList& tables, const QStringList& keyTags = {},
                const QString& keyColumn = {}, const QString& scope = {});
     /// The same of a request that changes several records, each named by its id under the tag.
-    void AboutSeveral(const QString& request, const QString& table, const QString& keyTag);
+    void AboutSeveral(const QString& request, const QString& table, const QString& keyTag,
+                      const QString& scope = {});
     /// Gives a request a preparation.
     void Prepare(const QString& request, Preparation preparation);
     void AddMigration(Migration migration);

@@ -62,12 +62,11 @@ SessionView::Named SessionView::Find(const QString& key) const {
         return {}; // no record has such a key
     Named named{.key = key, .text = {}, .id = {}};
     QVariant id;
-    const bool byReference = m_rule.keyColumn.endsWith("_id");
-    if (m_rule.keyColumn.isEmpty() || byReference) {
+    if (m_rule.keyColumn.isEmpty() || m_rule.byReference) {
         bool isNumber = false;
         if (const qint64 number = key.toLongLong(&isNumber); isNumber)
             id = m_database.FirstValue("SELECT id FROM " + m_rule.tables.first() + " WHERE " +
-                                           (byReference ? m_rule.keyColumn : QString("id")) + "=?",
+                                           (m_rule.byReference ? m_rule.keyColumn : QString("id")) + "=?",
                                        {number});
     } else {
         named.text = Fold(key);

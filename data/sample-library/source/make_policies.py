@@ -110,7 +110,7 @@ write("ub_policies.csv", ["patron_group"] + ub_columns,
 
 # As whom patrons of one cluster count in the other one.
 mapped = ("faculty", "graduate", "staff", "undergrad", "visitor")
-write("patron_group_mappings.csv", ["database", "patron_group", "remote_group", "other_group", "is_manual"],
+write("patron_group_mappings.csv", ["database", "patron_group", "other_group", "remote_group", "is_manual"],
       [{"database": "LOCAL", "patron_group": (cluster, code), "remote_group": "",
         "other_group": "" if code == "visitor" else (other, code), "is_manual": "Y" if code == "visitor" else "N",
         SORT: key((cluster, code))}

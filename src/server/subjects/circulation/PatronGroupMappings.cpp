@@ -165,10 +165,13 @@ void RegisterPatronGroupMappings(Registry& registry) {
                                    refersTo("remote_group_id", "remote_patron_groups", OnRemoval::RemoveToo),
                                    refersTo("other_group_id", "patron_groups", OnRemoval::Refuse),
                                    {.name = "is_manual", .type = ColumnType::Flag}},
-                       .uniqueSets = {{"database_id", "patron_group_id"}}});
+                       .uniqueSets = {{"database_id", "patron_group_id"}},
+                       .owner = "patron_group_id"});
     registry.AddRead("LstDBMap", Area::Circulation, ListDatabases);
     registry.AddRead("LstRPatGp", Area::Circulation, ListRemoteGroups);
     registry.AddChange("UpdMap", Area::Circulation, UpdateMappings);
+    registry.About("LstRPatGp", {"patron_groups"}, {}, {}, "mappings");
+    registry.AboutSeveral("UpdMap", "patron_groups", "UBLPGI", "mappings");
 }
 
 } // namespace sysadmin::server
