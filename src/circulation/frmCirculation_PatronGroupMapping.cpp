@@ -2,7 +2,6 @@
 
 #include "core/Application.h"
 #include "framework/Captions.h"
-#include "framework/ConflictCheck.h"
 #include "wire/Status.h"
 
 #include <QPushButton>
@@ -261,10 +260,14 @@ bool frmCirculation_PatronGroupMapping::SendRecord(Table& table) {
 
 // What was assigned stays, on top of what is stored now.
 void frmCirculation_PatronGroupMapping::TellChangedByOthers(Table& table, const QList<GridRow>& changed) {
-    Tell(SeveralChanged(App().channel, "UBLPGI", [&](const QString& key) {
-        const GridRow* row = m_form.vsfLocalGroups.FindRow(key);
-        return row ? row->cells[PatronGroupMappingForm::LocalName] : key;
-    }));
+    QStringList names;
+    while (App().channel.NextRecord("UBLPGI"))
+        if (const GridRow* row = m_form.vsfLocalGroups.FindRow(App().channel.GetField("UBLPGI")))
+            names << row->cells[PatronGroupMappingForm::LocalName] + " (" + App().channel.GetField("ChBy") +
+                         ")";
+    Tell(tr("Nothing was saved, since others have changed these patron groups or their mappings meanwhile:") +
+         "\r\n\r\n" + names.join("\r\n") + "\r\n\r\n" +
+         tr("Your mappings are still here; save them again if they are to hold."));
     const GridRow* database = table.grid->SelectedRow();
     if (!database || !FillForm(table, GridRow(*database)))
         return;

@@ -59,6 +59,8 @@ TEST_P(LostUpdateTest, EveryUpdateAndDeleteIsRefusedOnceSomebodyElseChangedTheRe
         const RequestRule& rule = *registry.Find(name);
         if (!rule.changes || rule.access != Access::Edit)
             continue;
+        if (name == u"UpdMap") // read by cluster and database: a story tells of it
+            continue;
         const bool names = !rule.keyTags.isEmpty() || rule.single;
         const bool mustSay =
             name.startsWith("Del") || (name.startsWith("Upd") && name != "UpdPINs" &&
