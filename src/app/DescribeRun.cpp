@@ -17,6 +17,8 @@
 #include <QJsonObject>
 #include <QMdiSubWindow>
 #include <QPushButton>
+#include <QTabBar>
+#include <QTabWidget>
 #include <QTemporaryDir>
 
 namespace sysadmin {
@@ -38,7 +40,7 @@ void OpenDialogs(QWidget& screen) {
     for (QPushButton* button : screen.findChildren<QPushButton*>())
         if (button->isEnabled() && !button->isHidden() &&
             (button->text().endsWith("...") || button->objectName().startsWith("cmdAdd") ||
-             button->objectName() == u"cmdAddress"))
+             button->objectName() == u"cmdAddress" || button->objectName() == u"cmdItemSettings"))
             button->click();
 }
 
@@ -47,6 +49,25 @@ class VisitingPrompter : public Prompter {
 public:
     explicit VisitingPrompter(const WindowVisitor& visitor)
         : m_visitor(visitor) {}
+
+    /// Visits every page of the window: the first one under the state's name, the others with their number
+    /// behind it.
+    void VisitPages(QWidget& window, const QString& state, int helpContext) {
+        Visit(window, state, helpContext);
+        int number = 1;
+        for (QTabWidget* tabs : window.findChildren<QTabWidget*>()) {
+            if (!tabs->isVisibleTo(&window) || !tabs->tabBar()->isEnabledTo(&window))
+                continue;
+            const int chosen = tabs->currentIndex();
+            for (int page = 0; page < tabs->count(); ++page) {
+                if (page == chosen || !tabs->isTabEnabled(page))
+                    continue;
+                tabs->setCurrentIndex(page);
+                Visit(window, state + '-' + QString::number(++number), helpContext);
+            }
+            tabs->setCurrentIndex(chosen);
+        }
+    }
 
     /// Visits the window once; the first state of a name that comes is the one that counts.
     void Visit(QWidget& window, const QString& state, int helpContext) {
@@ -66,8 +87,8 @@ public:
     bool ShowBox(QWidget*, const Box&) override { return false; }
     bool RunDialog(QDialog& dialog) override {
         dialog.show();
-        Visit(dialog, OnlyShows(dialog.objectName()) ? "view" : "edit",
-              dialog.property(HelpContextProperty).toInt());
+        VisitPages(dialog, OnlyShows(dialog.objectName()) ? "view" : "edit",
+                   dialog.property(HelpContextProperty).toInt());
         OpenDialogs(dialog);
         dialog.hide();
         return dialog.objectName() == u"frmSelectCluster"; // without one the screens behind it stay closed
@@ -87,7 +108,7 @@ QAbstractButton* ButtonOf(QWidget& screen, const QString& name) {
 
 void VisitScreen(Screen& screen, VisitingPrompter& prompter, int helpContext, bool mayEdit) {
     if (!screen.findChild<QAbstractButton*>("cmdEdit")) {
-        prompter.Visit(screen, mayEdit ? "edit" : "view", helpContext);
+        prompter.VisitPages(screen, mayEdit ? "edit" : "view", helpContext);
         if (mayEdit)
             OpenDialogs(screen);
         return;
@@ -97,7 +118,7 @@ void VisitScreen(Screen& screen, VisitingPrompter& prompter, int helpContext, bo
         OpenDialogs(screen);
         if (QAbstractButton* button = ButtonOf(screen, "cmdNew")) {
             button->click();
-            prompter.Visit(screen, "new", helpContext);
+            prompter.VisitPages(screen, "new", helpContext);
             if (QAbstractButton* cancel = ButtonOf(screen, "cmdCancel"))
                 cancel->click();
         }
@@ -114,7 +135,7 @@ void VisitScreen(Screen& screen, VisitingPrompter& prompter, int helpContext, bo
         if (!button)
             break;
         button->click();
-        prompter.Visit(screen, mayEdit ? "edit" : "view", helpContext);
+        prompter.VisitPages(screen, mayEdit ? "edit" : "view", helpContext);
         if (mayEdit)
             OpenDialogs(screen);
         if (QAbstractButton* cancel = ButtonOf(screen, "cmdCancel"))

@@ -13,7 +13,8 @@ class FormScreen;
 
 /// What is done at each window and at each screen's declaration.
 struct WindowVisitor {
-    /// The window in one of its states ("list", "new", "edit", "view"), once for each.
+    /// The window in one of its states ("list", "new", "edit", "view"; "edit-2" on its second page), once for
+    /// each.
     std::function<void(QWidget& window, const QString& state, int helpContext)> window;
     std::function<void(const FormScreen& screen)> declaration;
 };

@@ -6,6 +6,7 @@
 #include "circulation/frmCirculation_PatronDefaultDates.h"
 #include "circulation/frmCirculation_PatronGroupMapping.h"
 #include "circulation/frmCirculation_PatronGroups.h"
+#include "circulation/frmCirculation_PolicyDef.h"
 #include "circulation/frmCirculation_RequestConfig.h"
 #include "circulation/frmCirculation_RequestGroups.h"
 #include "circulation/frmCirculation_RuleCheck.h"
@@ -82,6 +83,7 @@ void AddCirculationScreens(ScreenCatalogue& catalogue) {
     catalogue.Contribute<frmCirculation_UBPolicyDefinitions>("Circ_UBPolicy", 50514, true);
     catalogue.Contribute(Miscellaneous());
     catalogue.Contribute<frmCirculation_Calendars>("Circ_Calendars", 50502, true);
+    catalogue.Contribute<frmCirculation_PolicyDef>("Circulation_PolicyDefinitions", 50503, true);
     catalogue.Contribute<frmCirculation_LoanTest>("Tools_LoanTest", 50540, true);
     catalogue.Contribute<frmCirculation_RuleCheck>("Tools_RuleCheck", 50541, true);
 }

@@ -112,8 +112,10 @@ public:
             return;
         }
         m_named = m_mover;
-        auto* line = new QHBoxLayout(m_widget);
-        line->setContentsMargins({});
+        auto* whole = new QVBoxLayout(m_widget);
+        whole->setContentsMargins({});
+        auto* line = new QHBoxLayout;
+        whole->addLayout(line, 1);
         line->addWidget(m_mover, 1);
         if (spec.ranked)
             AddRankButtons(*line, QString(field.Names().selectedGrid).remove("vsfSelected"));
@@ -132,7 +134,7 @@ public:
             m_modify->setObjectName(spec.modify.name);
             m_modify->setAutoDefault(false);
             m_focusWidgets.append(m_modify);
-            line->addWidget(m_modify, 0, Qt::AlignTop);
+            whole->addWidget(m_modify, 0, Qt::AlignRight); // below the list whose row it opens
             connect(m_modify, &QPushButton::clicked, this, &PickedEditor::Ask);
             connect(&grid, &ListGrid::SelectionMoved, this, &PickedEditor::RefreshButtons);
         }
@@ -148,6 +150,7 @@ protected:
         ShowSettings();
     }
     void Lock(bool usable, bool readOnly) override {
+        m_isUsable = usable;
         m_mover->setEnabled(usable);
         m_mover->SetReadOnly(readOnly);
         m_mayEdit = usable && !readOnly;
@@ -262,7 +265,7 @@ private:
     }
     void RefreshButtons() {
         if (m_modify)
-            m_modify->setEnabled(m_mover->isEnabled() && SelectedRow());
+            m_modify->setEnabled(m_isUsable && SelectedRow());
         if (!m_up)
             return;
         const int place = PlaceOf(m_mover->SelectedGrid().SelectedKey());
@@ -276,6 +279,7 @@ private:
     QPushButton* m_modify = nullptr;
     QPushButton* m_up = nullptr; // only where the order of the selected rows means something
     QPushButton* m_down = nullptr;
+    bool m_isUsable = false;
     bool m_mayEdit = false;
     bool m_changing = false;
 };

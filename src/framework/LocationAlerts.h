@@ -12,6 +12,7 @@ struct LocationAlert {
     QString sName;    ///< Y or N, as the two below
     QString sBarcode;
     QString sPhone;
+    bool operator==(const LocationAlert&) const = default;
 };
 
 /// The alerts of one location, in memory: filled while the location's alerts are edited and read back by
@@ -26,6 +27,8 @@ public:
     QString GetName(int index) const { return m_alerts.value(index).sName; }
     QString GetBarcode(int index) const { return m_alerts.value(index).sBarcode; }
     QString GetPhone(int index) const { return m_alerts.value(index).sPhone; }
+
+    bool operator==(const clsLocationAlerts&) const = default;
 
 private:
     QList<LocationAlert> m_alerts;

@@ -162,6 +162,7 @@ bool MaintenanceScreen::SendSteps(Table& table) {
         }
         for (Field* field : step.fields)
             field->Accept();
+        m_listIsOld = table.spec.listAfterChange;
     }
     return true;
 }

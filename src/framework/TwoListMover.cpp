@@ -9,9 +9,13 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace sysadmin {
 
 namespace {
+
+constexpr int NameWidth = 115;
 
 QVBoxLayout* FilterAboveGrid(ListGrid& grid) {
     auto* layout = new QVBoxLayout;
@@ -99,7 +103,11 @@ void TwoListMover::SetPrompter(Prompter& prompter) {
 }
 
 ListGrid* TwoListMover::MakeGrid(const QString& name, const QString& caption, const QList<GridColumn>& more) {
-    auto* grid = new ListGrid(name, QList<GridColumn>{{.caption = caption}} + more, this);
+    const auto visible =
+        std::count_if(more.begin(), more.end(), [](const auto& each) { return !each.hidden; });
+    // Beside many columns the name would be squeezed.
+    const GridColumn first{.caption = caption, .width = visible > 2 ? NameWidth : 0};
+    auto* grid = new ListGrid(name, QList<GridColumn>{first} + more, this);
     grid->setAccessibleName(caption);
     grid->FilterBox()->setAccessibleName(tr("Filter for \"%1\"").arg(caption));
     grid->SetMultiSelect(true);

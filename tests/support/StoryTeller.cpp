@@ -168,6 +168,7 @@ bool StoryTeller::Act(const QString& command, const Words& words) {
                         alt                   ? Qt::AltModifier
                         : words[0] == u"Save" ? Qt::ControlModifier
                                               : Qt::NoModifier);
+        QApplication::processEvents(); // what is told once the focus has moved on
     } else if (command == u"check" || command == u"uncheck") {
         for (const QString& name : words)
             Check(Around(name), name, command == u"check");

@@ -169,6 +169,8 @@ void Form::GiveDrafts(const QList<std::any>& drafts) {
 }
 
 Field* Form::Find(const QString& name) const {
+    if (name.isEmpty())
+        return nullptr; // fields without a control have none
     for (Field* field : m_fields)
         if (field->Name() == name)
             return field;

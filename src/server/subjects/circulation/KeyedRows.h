@@ -2,6 +2,7 @@
 
 #include "server/ReplyFields.h"
 #include "server/SubjectField.h"
+#include "wire/Counts.h"
 
 namespace sysadmin::server {
 
@@ -64,7 +65,7 @@ bool IsAmount(const QString& value);
 bool IsShortUnit(const QString& value);
 
 /// A count as these records have them.
-inline constexpr qint64 MostCount = 9999;
+inline constexpr qint64 MostCount = wire::MostCount;
 SubjectField Count(const QString& tag, const QString& column);
 SubjectField Amount(const QString& tag, const QString& column, const QString& fallback = {});
 
