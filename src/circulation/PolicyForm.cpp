@@ -53,6 +53,13 @@ QList<FieldDeclaration> GroupSettings() {
     };
 }
 
+std::vector<std::unique_ptr<Field>> MakeSettings(Form& form) {
+    std::vector<std::unique_ptr<Field>> fields;
+    for (const FieldDeclaration& field : GroupSettings())
+        fields.push_back(field.make(form, field.spec));
+    return fields;
+}
+
 RowsSpec PatronRows(const PolicyDialogs& dialogs) {
     const GridColumn name{.caption = Form::tr("Patron Group"), .tag = "1A"};
     return {.marker = "1",
@@ -82,12 +89,12 @@ PolicyForm::PolicyForm(const PolicyDialogs& dialogs)
     : locations(*this, *dialogs.location)
     , calendars(*this)
     , vsfPatrons(*this, {.name = "vsfPatrons", .accessible = tr("Patron groups")},
-                 {.caption = tr("Patron Group"), .width = 220, .tag = "1A"}, *dialogs.patron, PatronRows(dialogs))
+                 {.caption = tr("Patron Group"), .width = 220, .tag = "1A"}, *dialogs.patron,
+                 PatronRows(dialogs))
     , vsfItems(*this, {.name = "vsfItems", .accessible = tr("Item types")},
                {.caption = tr("Item Type"), .width = 200, .tag = "I2"}, *dialogs.item, ItemRows(dialogs))
+    , settings(MakeSettings(*this))
     , alerts(*this, locations) {
-    for (const FieldDeclaration& field : GroupSettings())
-        settings.push_back(field.make(*this, field.spec));
     connect(this, &Form::Changed, this, [this](const Field* field) {
         if (field == &locations)
             ShowOpacDesk();
@@ -140,14 +147,16 @@ Layout PolicyForm::SettingsPage() const {
     return Page(
         tr("&Settings"),
         {Flow(2,
-              {Frame("fraLoans", tr("Loans"),
-                     {"chkCountClosedLoan", "chkFixedDueTimeOvernight", "chkCountClosedFine",
-                      "chkExtendRecallDueDate", "chkRenewIfRecall", "chkRenewIfHold", "chkRenewIfOverdue"}),
+              {Frame("fraLoans", tr("Loans and Fines"),
+                     {"chkCountClosedLoan", "chkFixedDueTimeOvernight", "chkCountClosedFine"}),
                Frame("fraLostItems", tr("Lost Items"),
-                     {"chkIncludeLostFee", "txtLostFee", "chkIncludeMaxFine", "chkReturnRemovesFines",
-                      "chkReturnRemovesReplacement", "chkReturnRemovesProcessing", "chkReturnDecrementsLost",
-                      "cboFinePosting"}),
+                     {"chkIncludeLostFee", "txtLostFee", "chkIncludeMaxFine"}),
                Frame("fraShortLoans", tr("Short Loans"), {"txtEarlyPickup", "txtUnclaimedInterval"}),
+               Frame("fraRenewals", tr("Recalls and Renewals"),
+                     {"chkExtendRecallDueDate", "chkRenewIfRecall", "chkRenewIfHold", "chkRenewIfOverdue"}),
+               Frame("fraReturns", tr("Returned Lost Items"),
+                     {"chkReturnRemovesFines", "chkReturnRemovesReplacement", "chkReturnRemovesProcessing",
+                      "chkReturnDecrementsLost", "cboFinePosting"}),
                Frame("fraTitleHolds", tr("Title-Level Holds"),
                      {"chkTransitFulfills", "chkTitleHoldsCirc", "chkTitleHoldsOPAC"})})});
 }

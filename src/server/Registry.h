@@ -35,8 +35,6 @@ struct RequestRule {
     /// The unique text, or the reference to which there is one record, that is the key; empty: the id.
     QString keyColumn = {};
     bool byReference = false;   ///< the key column is a reference
-    /// SQL that finds the record by the key that is sent, where that is neither its id nor a text of its own.
-    QString keyQuery = {};
     bool several = false;       ///< the key may be sent many times: so many records are changed
     bool single = false;        ///< there is one record of the table at the most
     QStringList narrowing = {}; ///< tags with which a list answers a part of the records only
@@ -73,9 +71,6 @@ public:
     /// Says which records a request reads or changes.
     void About(const QString& request, const QStringList& tables, const QStringList& keyTags = {},
                const QString& keyColumn = {}, const QString& scope = {});
-    /// The same where the key belongs to something else: `keyQuery` is SQL that finds the record's id by it.
-    void AboutOwner(const QString& request, const QString& table, const QString& keyTag,
-                    const QString& keyQuery);
     /// The same of a request that changes several records, each named by its id under the tag.
     void AboutSeveral(const QString& request, const QString& table, const QString& keyTag,
                       const QString& scope = {});

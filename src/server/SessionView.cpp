@@ -65,11 +65,9 @@ SessionView::Named SessionView::Find(const QString& key) const {
     if (m_rule.keyColumn.isEmpty() || m_rule.byReference) {
         bool isNumber = false;
         if (const qint64 number = key.toLongLong(&isNumber); isNumber)
-            id = m_database.FirstValue(
-                m_rule.keyQuery.isEmpty() ? "SELECT id FROM " + m_rule.tables.first() + " WHERE " +
-                                                (m_rule.byReference ? m_rule.keyColumn : QString("id")) + "=?"
-                                          : m_rule.keyQuery,
-                {number});
+            id = m_database.FirstValue("SELECT id FROM " + m_rule.tables.first() + " WHERE " +
+                                           (m_rule.byReference ? m_rule.keyColumn : QString("id")) + "=?",
+                                       {number});
     } else {
         named.text = Fold(key);
         id = m_database.FirstValue("SELECT id FROM " + m_rule.tables.first() + " WHERE " +
@@ -113,7 +111,7 @@ void SessionView::ExplainMissing(Answer& answer) {
     const auto missing = std::find_if(m_records.begin(), m_records.end(), [](const Named& record) {
         return !record.id && !record.key.isEmpty();
     });
-    if (answer.status != status::NotFound || missing == m_records.end() || !m_rule.keyQuery.isEmpty())
+    if (answer.status != status::NotFound || missing == m_records.end())
         return;
     const QString table = m_rule.tables.first();
     const auto removal = m_rule.keyColumn.isEmpty()

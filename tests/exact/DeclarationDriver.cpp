@@ -53,29 +53,38 @@ QString KindOf(const sysadmin::Field& field) {
 
 QString OfField(const sysadmin::Field& field);
 
-QStringList PartsOf(const RowsField& rows) {
-    const RowsSpec& spec = rows.Behaviour();
-    QStringList parts;
-    for (const GridColumn& column : rows.Columns())
-        parts.append("column=" + column.tag + ":" + column.caption);
-    for (const RowTag& put : spec.puts)
-        parts.append("put=" + put.tag);
-    for (const auto& [name, button] :
-         {std::pair{"add", &spec.add}, {"modify", &spec.modify}, {"remove", &spec.remove}})
-        if (!button->name.isEmpty())
-            parts.append(QString(name) + "=" + button->name + ":" + button->caption);
-    if (!spec.ask)
-        return parts;
-    const FormDialogSpec& dialog = spec.ask.dialog;
+void AddButton(const QString& role, const RowButton& button, QStringList& parts) {
+    if (!button.name.isEmpty())
+        parts.append(role + "=" + button.name + ":" + button.caption);
+}
+
+void AddDialog(const RowAsker& asker, QStringList& parts) {
+    if (!asker)
+        return;
+    const FormDialogSpec& dialog = asker.dialog;
     parts.append(QString("dialog=%1:%2:%3:%4:%5")
                      .arg(dialog.name, dialog.title)
                      .arg(dialog.helpContext)
                      .arg(dialog.okName, dialog.cancelName));
-    for (const QString& caption : spec.ask.captions)
+    for (const QString& caption : asker.captions)
         parts.append("caption=" + caption);
-    if (spec.ask.form)
-        for (const sysadmin::Field* field : spec.ask.form->Fields())
+    if (asker.form)
+        for (const sysadmin::Field* field : asker.form->Fields())
             parts.append("field=" + OfField(*field));
+}
+
+QStringList PartsOf(const RowsField& rows) {
+    const RowsSpec& spec = rows.Behaviour();
+    QStringList parts;
+    for (const GridColumn& column : rows.Columns())
+        if (!column.hidden)
+            parts.append("column=" + column.tag + ":" + column.caption);
+    for (const RowTag& put : spec.puts)
+        parts.append("put=" + put.tag);
+    AddButton("add", spec.add, parts);
+    AddButton("modify", spec.modify, parts);
+    AddButton("remove", spec.remove, parts);
+    AddDialog(spec.ask, parts);
     return parts;
 }
 
@@ -100,6 +109,8 @@ QString OfField(const sysadmin::Field& declared) {
         field.selectedCaption = names.selectedCaption;
         field.tags = {tags.availableId, tags.availableName, tags.selectedId, tags.selectedName};
         field.buttons = {names.select, names.selectAll, names.discard, names.discardAll};
+        AddButton("modify", picked->Behaviour().modify, field.buttons);
+        AddDialog(picked->Behaviour().ask, field.buttons);
     }
     field.least = spec.least;
     field.most = spec.most;
@@ -204,7 +215,8 @@ QStringList LinesOf(const Screen& screen) {
         for (const QString& note : table.notes)
             drawn.notes.append("note " + note);
         for (const Field& field : table.fields)
-            drawn.fields.append(field.control);
+            if (!field.control.isEmpty())
+                drawn.fields.append(field.control);
         lines += drawn.Lines();
         for (const Words& words : table.words)
             lines.append(QString("%1 %2 %3|%4")

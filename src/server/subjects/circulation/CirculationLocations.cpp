@@ -284,10 +284,11 @@ void RegisterCirculationLocations(Registry& registry) {
     registry.AddChange("UpdCrcGpLoc", Area::Circulation, UpdateLocations);
     registry.About("UpdCrcGpLoc", {"circulation_policy_groups"}, {"ID"});
     registry.AddChange("UpdCrcLocAlrts", Area::Circulation, UpdateAlerts);
-    // The locations of one request are those of one group.
-    registry.AboutOwner("UpdCrcLocAlrts", "circulation_policy_groups", "CLEANLOCID",
-                        "SELECT group_id FROM " + Places + " WHERE location_id=?");
+    // Alerts are those of the place that a location has in its group.
+    registry.AboutSeveral("UpdCrcLocAlrts", Places, "CLEANLOCID");
+    registry.About("UpdCrcLocAlrts", {Places}, {"CLEANLOCID"}, "location_id");
     registry.AddRead("GetCrcLocAlrts", Area::Circulation, ReadAlerts);
+    registry.About("GetCrcLocAlrts", {Places}, {"ALRTLOCID"}, "location_id");
     registry.AddList("GetCrcAlrt", Area::Circulation,
                      {{"patron_alerts", {{"ALRTTP", "type"}, {"ALRTID", "id"}, {"ALRTNM", "name"}}}});
 }
