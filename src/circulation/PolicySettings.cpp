@@ -3,7 +3,6 @@
 #include "framework/forms/PutList.h"
 #include "framework/forms/Rules.h"
 
-#include <QApplication>
 #include <QTimer>
 
 #include <utility>
@@ -120,7 +119,7 @@ void SettingsForm::Watch(CountField& count) {
 
 void SettingsForm::TellCount() {
     CountField* left = std::exchange(m_left, nullptr);
-    const QWidget* focus = QApplication::focusWidget();
+    const QWidget* focus = m_dialog->focusWidget();
     if (!left || !left->IsUsable() || !focus || !m_dialog->View().isAncestorOf(focus))
         return;
     m_prompter->ShowBox(m_dialog, m_dialog->problemBox({left, left->Problem()}));
