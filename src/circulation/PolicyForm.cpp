@@ -14,7 +14,7 @@ QList<FieldDeclaration> GroupSettings() {
         return Declare<FlagField>({.name = name, .tag = tag, .caption = caption});
     };
     const auto minutes = [](const char* name, const char* tag, const QString& caption, const QString& what) {
-        return Declare<CountField>({.name = name,
+        return Declare<LimitField>({.name = name,
                                     .tag = tag,
                                     .caption = caption,
                                     .unit = Form::tr("Minutes"),

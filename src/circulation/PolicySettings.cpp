@@ -21,7 +21,7 @@ void FindFields(Layout& layout, const Form& form) {
 
 } // namespace
 
-QString CountField::Problem() const {
+QString LimitField::Problem() const {
     bool isNumber = false;
     const int value = Draft().trimmed().toInt(&isNumber);
     if (isNumber && value >= Least() && value <= Most())
@@ -94,7 +94,7 @@ void SettingsForm::Begin(FormDialog& dialog, Prompter& prompter, const GridRow*)
     m_left = nullptr;
     dialog.problemBox = [this](const Finding& finding) {
         m_left = nullptr;
-        if (!dynamic_cast<const CountField*>(finding.field))
+        if (!dynamic_cast<const LimitField*>(finding.field))
             return Box{.text = finding.text};
         return Box{.text = finding.text, .icon = Box::Icon::Critical, .title = tr("Invalid Value")};
     };
@@ -108,7 +108,7 @@ Layout SettingsForm::Headed(const QList<Layout>& rest) const {
 
 // Told only where the operator goes on in the form: OK checks everything itself, and who cancels needs no
 // advice.
-void SettingsForm::Watch(CountField& count) {
+void SettingsForm::Watch(LimitField& count) {
     WhenLeft(count, [this, &count] {
         if (!m_dialog || count.Problem().isEmpty())
             return;
@@ -118,7 +118,7 @@ void SettingsForm::Watch(CountField& count) {
 }
 
 void SettingsForm::TellCount() {
-    CountField* left = std::exchange(m_left, nullptr);
+    LimitField* left = std::exchange(m_left, nullptr);
     const QWidget* focus = m_dialog->focusWidget();
     if (!left || !left->IsUsable() || !focus || !m_dialog->View().isAncestorOf(focus))
         return;

@@ -13,9 +13,9 @@ struct PutStep;
 
 /// A count that a policy group limits something to. One that is missing or out of range is told by the
 /// limit's name.
-class CountField : public NumberField {
+class LimitField : public NumberField {
 public:
-    CountField(Form& form, const FieldSpec& spec, const QString& limit)
+    LimitField(Form& form, const FieldSpec& spec, const QString& limit)
         : NumberField(form, spec)
         , m_limit(limit) {}
     QString Problem() const override;
@@ -43,7 +43,7 @@ protected:
     /// A line that says whose settings they are, in front of the rest.
     Layout Headed(const QList<Layout>& rest) const;
     /// Tells about the count when it is left with what is none, and goes back to it.
-    void Watch(CountField& count);
+    void Watch(LimitField& count);
     FormDialog* Dialog() const { return m_dialog; }
     Prompter& GetPrompter() const { return *m_prompter; }
 
@@ -54,7 +54,7 @@ private:
     QString m_whose;
     QPointer<FormDialog> m_dialog;
     Prompter* m_prompter = nullptr;
-    CountField* m_left = nullptr;
+    LimitField* m_left = nullptr;
 };
 
 /// The rows of a policy group that hold settings: one per patron group, one per item type.

@@ -23,7 +23,7 @@ public:
                                    .caption = tr("R&eplacement Cost:"),
                                    .initial = "0.00",
                                    .column = {tr("Replacement Cost"), 130}}};
-    CountField txtOrderQuantity{*this,
+    LimitField txtOrderQuantity{*this,
                                 {.name = "txtOrderQuantity",
                                  .tag = "I6",
                                  .caption = tr("Order &Quantity:"),
@@ -31,7 +31,7 @@ public:
                                  .column = {tr("Order Quantity"), 110},
                                  .most = wire::MostCount},
                                 tr("Order Quantity")};
-    CountField txtRecorderPoints{*this,
+    LimitField txtRecorderPoints{*this,
                                  {.name = "txtRecorderPoints",
                                   .tag = "I7",
                                   .caption = tr("Reor&der Point:"),

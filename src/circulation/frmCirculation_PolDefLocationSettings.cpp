@@ -72,7 +72,7 @@ LocationSettingsForm::LocationSettingsForm()
                  .discard = "cmdDiscardAlert",
                  .discardAll = "cmdDiscardAllAlerts"},
                 AlertsSpec()) {
-    for (CountField* count : {&txtShelvingInterval, &txtInTransitInterval, &txtHoldLife, &txtRecallLife})
+    for (LimitField* count : {&txtShelvingInterval, &txtInTransitInterval, &txtHoldLife, &txtRecallLife})
         Watch(*count);
     connect(this, &Form::Edited, this, [this](const Field* field) {
         if (field == &chkPickUpLoc && !chkPickUpLoc.IsOn())

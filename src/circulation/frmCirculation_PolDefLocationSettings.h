@@ -48,14 +48,14 @@ public:
          .initial = "D",
          .accessible = tr("Unit of the shelving interval"),
          .options = {{"D", tr("Days")}, {"H", tr("Hours")}, {"M", tr("Minutes")}}}};
-    CountField txtShelvingInterval{*this,
+    LimitField txtShelvingInterval{*this,
                                    {.name = "txtShelvingInterval",
                                     .tag = "S",
                                     .caption = tr("Shelving Interval:"),
                                     .initial = "0",
                                     .most = wire::MostCount},
                                    tr("Shelving Interval")};
-    CountField txtInTransitInterval{*this,
+    LimitField txtInTransitInterval{*this,
                                     {.name = "txtInTransitInterval",
                                      .tag = "IT",
                                      .caption = tr("In Transit Interval:"),
@@ -90,7 +90,7 @@ public:
     FlagField chkPickUpLoc{*this, {.name = "chkPickUpLoc", .tag = "PL", .caption = tr("Pick Up Location")}};
     FlagField chkAutomatedStorage{
         *this, {.name = "chkAutomatedStorage", .tag = "AS", .caption = tr("Automated Storage")}};
-    CountField txtHoldLife{*this,
+    LimitField txtHoldLife{*this,
                            {.name = "txtHoldLife",
                             .tag = "H",
                             .caption = tr("Hold Life:"),
@@ -98,7 +98,7 @@ public:
                             .initial = "0",
                             .most = wire::MostCount},
                            tr("Hold Life")};
-    CountField txtRecallLife{*this,
+    LimitField txtRecallLife{*this,
                              {.name = "txtRecallLife",
                               .tag = "R",
                               .caption = tr("Recall Life:"),

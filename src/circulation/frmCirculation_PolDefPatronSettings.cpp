@@ -28,7 +28,7 @@ void PatronRulesForm::AddLimits(std::initializer_list<PatronLimit> limits) {
         const FieldSpec flag{.name = limit.flag, .tag = limit.flagTag, .caption = tr(limit.caption)};
         if (!limit.countFirst)
             Add<FlagField>(flag);
-        CountField& count = Add<CountField>({.name = limit.count,
+        LimitField& count = Add<LimitField>({.name = limit.count,
                                              .tag = limit.countTag,
                                              .initial = "0",
                                              .accessible = tr(limit.limit),
