@@ -39,8 +39,6 @@ QList<GridColumn> SettingsForm::Columns() const {
         column.tag = field->Tag();
         column.hidden = column.caption.isEmpty();
         column.yesNo = field->GetKind() == Field::Kind::Flag;
-        if (column.hidden)
-            column.caption = field->PlainCaption();
         columns.append(column);
     }
     return columns;
