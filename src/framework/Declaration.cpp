@@ -20,6 +20,7 @@ void Resolve(Layout& layout, Form& form, bool isWhole) {
         layout.field = form.Find(layout.name);
         if (!layout.field)
             qFatal("The layout names a field that the form lacks: %s", qUtf8Printable(layout.name));
+        layout.name.clear(); // the control has the field's
     }
     for (Layout& child : layout.children)
         Resolve(child, form, false);

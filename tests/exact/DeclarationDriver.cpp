@@ -77,8 +77,7 @@ QStringList PartsOf(const RowsField& rows) {
     const RowsSpec& spec = rows.Behaviour();
     QStringList parts;
     for (const GridColumn& column : rows.Columns())
-        if (!column.hidden)
-            parts.append("column=" + column.tag + ":" + column.caption);
+        parts.append("column=" + column.tag + ":" + column.caption);
     for (const RowTag& put : spec.puts)
         parts.append("put=" + put.tag);
     AddButton("add", spec.add, parts);
