@@ -40,7 +40,8 @@ void OpenDialogs(QWidget& screen) {
     for (QPushButton* button : screen.findChildren<QPushButton*>())
         if (button->isEnabled() && !button->isHidden() &&
             (button->text().endsWith("...") || button->objectName().startsWith("cmdAdd") ||
-             button->objectName() == u"cmdAddress" || button->objectName() == u"cmdItemSettings"))
+             button->objectName() == u"cmdAddress" || button->objectName() == u"cmdItemSettings" ||
+             button->objectName() == u"cmdSetRules"))
             button->click();
 }
 

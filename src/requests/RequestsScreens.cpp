@@ -6,6 +6,7 @@
 #include "requests/frmOPAC_HoldGroup.h"
 #include "requests/frmOPAC_MessageRequests.h"
 #include "requests/frmOPAC_RequestForms.h"
+#include "requests/CallSlipScreens.h"
 #include "requests/frmWS_SelfRegistration.h"
 
 #include <QCoreApplication>
@@ -131,6 +132,7 @@ void AddRequestsScreens(ScreenCatalogue& catalogue) {
     catalogue.Contribute(CatalogueMiscellaneous());
     catalogue.Contribute<frmOPAC_CircPolicies>("OPAC_CircPolicies", 50203);
     catalogue.Contribute<frmOPAC_RequestForms>("OPAC_RequestForms", 50204);
+    AddCallSlipScreens(catalogue);
     catalogue.Contribute(LoginSummary());
     catalogue.Contribute<frmWS_SelfRegistration>("WS_SelfRegistration", 50901, true);
     catalogue.Contribute(Configuration());

@@ -151,7 +151,7 @@ void Registry::About(const QString& request, const QStringList& tables, const QS
 
 void Registry::AboutSeveral(const QString& request, const QString& table, const QString& keyTag,
                             const QString& scope) {
-    About(request, {table}, {keyTag}, {}, scope);
+    About(request, {table}, keyTag.isEmpty() ? QStringList() : QStringList{keyTag}, {}, scope);
     m_requests[request].several = true;
 }
 

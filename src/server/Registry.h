@@ -35,7 +35,7 @@ struct RequestRule {
     /// The unique text, or the reference to which there is one record, that is the key; empty: the id.
     QString keyColumn = {};
     bool byReference = false;   ///< the key column is a reference
-    bool several = false;       ///< the key may be sent many times: so many records are changed
+    bool several = false;       ///< the key may be sent many times: so many records are changed; no key: all
     bool single = false;        ///< there is one record of the table at the most
     QStringList narrowing = {}; ///< tags with which a list answers a part of the records only
     /// Sets apart what a session reads of a record that several requests read in parts.
@@ -71,8 +71,9 @@ public:
     /// Says which records a request reads or changes.
     void About(const QString& request, const QStringList& tables, const QStringList& keyTags = {},
                const QString& keyColumn = {}, const QString& scope = {});
-    /// The same of a request that changes several records, each named by its id under the tag.
-    void AboutSeveral(const QString& request, const QString& table, const QString& keyTag,
+    /// The same of a request that changes several records, each named by its id under the tag; without a tag
+    /// all records of the table, as its list shows them.
+    void AboutSeveral(const QString& request, const QString& table, const QString& keyTag = {},
                       const QString& scope = {});
     /// Gives a request a preparation.
     void Prepare(const QString& request, Preparation preparation);

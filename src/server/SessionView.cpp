@@ -90,6 +90,12 @@ std::optional<Answer> SessionView::Refusal(SeenRecords& seen) {
     // an edit has read.
     const bool byList = m_rule.several || m_rule.name.startsWith("Del");
     Answer refusal{status::RecordChanged};
+    if (m_rule.several && m_rule.keyTags.isEmpty()) { // the table as a whole: the order of its records
+        const QString table = m_rule.tables.first();
+        const auto known = seen.Known(m_session, MarkOf(table), 0, {}, true);
+        if (const auto change = known ? m_changes.LastByOthers(table, *known, m_session.row) : std::nullopt)
+            PutChange(refusal.fields, *change);
+    }
     for (const Named& record : m_records) {
         if (!record.id)
             continue;

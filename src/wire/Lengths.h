@@ -31,6 +31,11 @@ inline constexpr int DomainNameLength = 253;
 inline constexpr int PinLength = 25;
 inline constexpr int AlertLength = 250;
 
+/// Call slips.
+inline constexpr int CallNumberLength = 100;
+inline constexpr int MostSlipPeriod = 9999;
+inline constexpr int MostSlipYear = 9999;
+
 /// Operators.
 inline constexpr int OperatorIdLength = 20;
 inline constexpr int OperatorNameLength = 30;

@@ -15,19 +15,21 @@ QMap<QString, QSet<QString>> AllowedIncludes() {
     QMap<QString, QSet<QString>> allowed{
         {"wire", {}},
         {"loan", {}},
+        {"callslips", {}},
         {"core/data", {"wire"}},
         {"look", {}},
         {"core", {"core/data", "look", "wire"}},
         {"comm", {"core", "core/data", "look", "wire"}},
         {"framework/forms", {"core/data", "wire"}},
         {"framework", {"framework/forms", "core", "core/data", "wire"}},
-        {"server", {"wire"}},
+        {"server", {"wire", "callslips"}},
     };
     const QStringList subsystems{"system",     "security", "circulation", "requests",
                                  "cataloging", "search",   "acquisitions"};
     for (const QString& subsystem : subsystems)
         allowed[subsystem] = {"framework", "framework/forms", "core", "core/data", "wire"};
     allowed["circulation"].insert("loan");
+    allowed["requests"].insert("callslips");
     QSet<QString> all(allowed.keyBegin(), allowed.keyEnd());
     allowed["app"] = all;
     return allowed;

@@ -65,6 +65,14 @@ std::optional<Change> Changes::ByOthers(const QString& table, qint64 id, qint64 
     return change.number > 0 ? std::optional(change) : std::nullopt;
 }
 
+std::optional<Change> Changes::LastByOthers(const QString& table, qint64 number, qint64 session) const {
+    const QVariant id =
+        m_database.FirstValue("SELECT record_id FROM record_changes WHERE table_name=? AND number>? "
+                              "AND (session<>? OR earlier_number>?) ORDER BY number DESC",
+                              {table, number, session, number});
+    return id.isValid() ? ByOthers(table, id.toLongLong(), session) : std::nullopt;
+}
+
 std::optional<Change> Changes::RemovalOf(const QString& table, qint64 id, qint64 session) const {
     const auto row = m_database.FirstRow("SELECT number, changed_by, changed_at FROM record_changes "
                                          "WHERE table_name=? AND record_id=? AND removed='Y' AND session<>?",

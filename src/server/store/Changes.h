@@ -45,6 +45,8 @@ public:
 
     /// The last change of a record by another session.
     std::optional<Change> ByOthers(const QString& table, qint64 id, qint64 session) const;
+    /// The last change of any record of a table by another session after the number.
+    std::optional<Change> LastByOthers(const QString& table, qint64 number, qint64 session) const;
     /// The removal by another session of the record with this id, or of the last one with this key text.
     std::optional<Change> RemovalOf(const QString& table, qint64 id, qint64 session) const;
     std::optional<Change> RemovalOf(const QString& table, const QString& keyText, qint64 session) const;

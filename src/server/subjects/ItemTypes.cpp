@@ -33,7 +33,10 @@ void RegisterItemTypes(Registry& registry) {
             },
         .listArea = Area::AnyOperator,
         .usedBy = {{"circulation_matrix", "item_type_id", UsedByCirculationPolicies},
-                   {"circulation_policy_locations", "default_item_type_id", UsedByCirculationPolicies}},
+                   {"circulation_policy_locations", "default_item_type_id", UsedByCirculationPolicies},
+                   {"call_slip_rules", "item_type_id", status::InUse},
+                   {"call_slip_rules", "temporary_item_type_id", status::InUse},
+                   {"call_slip_queues", "default_item_type_id", status::InUse}},
         .usages = {{"items", UsedByItems}, {"acquisitions policies", UsedByAcquisitionsPolicy}},
         .addReply = {"ID", "Cd"},
     });

@@ -10,6 +10,7 @@ constexpr qint16 IsOpacDesk = 51;
 constexpr qint16 InAcquisitionsGroup = 23;
 constexpr qint16 InCatalogingGroup = 24;
 constexpr qint16 InCirculationGroup = 25;
+constexpr qint16 InCallSlipRule = 52;
 constexpr qint16 InDataChangeProfile = 111;
 
 /// Records of the library's other clients in which a location may stand.
@@ -43,7 +44,6 @@ const QList<UsageKind>& LocationUsages() {
         {"media policy locations", 48},
         {"media security locations", 49},
         {"routing list members", 50},
-        {"call slip rules", 52},
     };
     return usages;
 }
@@ -97,7 +97,11 @@ void RegisterLocations(Registry& registry) {
         .usedBy = {{"acquisitions_policy_locations", "location_id", InAcquisitionsGroup},
                    {"cataloging_policy_locations", "location_id", InCatalogingGroup},
                    {"circulation_policy_locations", "location_id", InCirculationGroup},
-                   {"data_change_profiles_locations", "location_id", InDataChangeProfile}},
+                   {"data_change_profiles_locations", "location_id", InDataChangeProfile},
+                   {"call_slip_rules", "item_location_id", InCallSlipRule},
+                   {"call_slip_rules", "temporary_location_id", InCallSlipRule},
+                   {"call_slip_rules", "holdings_location_id", InCallSlipRule},
+                   {"call_slip_queues", "location_id", status::InUse}},
         .usages = LocationUsages(),
         .children = {LocationAddresses()},
         .alsoListed = {{"phone_types", {{"PTps", "id"}, {"PDsc", "name"}}}},

@@ -1,0 +1,282 @@
+#include "requests/frmCallSlip_Rules.h"
+
+#include "callslips/CallNumberOrder.h"
+#include "core/Application.h"
+#include "core/Prompter.h"
+#include "core/data/StatusTable.h"
+#include "framework/frmSortOrder.h"
+#include "requests/CallSlipScreens.h"
+#include "requests/TryRequestDialog.h"
+#include "wire/Status.h"
+
+#include <QPushButton>
+
+#include <utility>
+
+namespace sysadmin {
+
+namespace {
+
+const QString RankTag = "Rk";
+const QString TakenByTag = "TakenBy"; // the screen's own: no reply has it
+constexpr qsizetype MostTakers = 3;
+
+/// The criteria, in the order of `callslips::Attribute`.
+const QStringList AttributeTags{"PL", "TL", "IT", "TI", "LI"};
+
+GridColumn HiddenColumn(const QString& tag) {
+    return {.caption = tag, .hidden = true, .tag = tag};
+}
+
+QList<GridColumn> Columns() {
+    QList<GridColumn> columns{
+        {.caption = Form::tr("Print Group Name"), .tag = "GN"},
+        {.caption = Form::tr("Location Name"), .tag = "LN"},
+        {.caption = Form::tr("Call # Min"), .width = 90, .tag = "MND"},
+        {.caption = Form::tr("Call # Max"), .width = 90, .tag = "MXD"},
+        {.caption = Form::tr("Yr Min"), .width = 56, .tag = "YMN"},
+        {.caption = Form::tr("Yr Max"), .width = 56, .tag = "YMX"},
+        {.caption = Form::tr("Rank"), .width = 50, .tag = RankTag},
+        {.caption = Form::tr("Never Reached"), .width = 120, .tag = TakenByTag},
+    };
+    for (const QString& tag : AttributeTags + QStringList{"GI", "CT"})
+        columns.append(HiddenColumn(tag));
+    return columns;
+}
+
+std::optional<int> YearOf(const QString& cell) {
+    bool isNumber = false;
+    const int year = cell.toInt(&isNumber);
+    return isNumber ? std::optional(year) : std::nullopt;
+}
+
+} // namespace
+
+CallSlipRuleForm::CallSlipRuleForm()
+    : cboPrintGroups(*this, {.name = "cboPrintGroups",
+                             .tag = "GI",
+                             .caption = tr("Print Group:"),
+                             .required = true,
+                             .source = {.request = "LstCSl",
+                                        .pickList = QueueList,
+                                        .caption = "Load Call Slip Print Groups"}}) {}
+
+FieldSpec CallSlipRuleForm::LocationSpec(const QString& name, const QString& tag, const QString& caption,
+                                         const QString& request) {
+    return {.name = name,
+            .tag = tag,
+            .caption = caption,
+            .source = {.request = request,
+                       .pickList = "cboItemLocation",
+                       .none = tr("(any)"),
+                       .caption = "Load Location List"}};
+}
+
+FieldSpec CallSlipRuleForm::ItemTypeSpec(const QString& name, const QString& tag, const QString& caption,
+                                         const QString& request) {
+    return {
+        .name = name,
+        .tag = tag,
+        .caption = caption,
+        .source = {
+            .request = request, .pickList = "cboItemType", .none = tr("(any)"), .caption = "Load Item List"}};
+}
+
+std::optional<Form::Finding> CallSlipRuleForm::RangeProblem() {
+    const QString least = txtCallNumberMin.Draft().trimmed();
+    const QString end = txtCallNumberMax.Draft().trimmed();
+    if (!least.isEmpty() || !end.isEmpty()) {
+        if (cboCallNumberType.IsBlank())
+            return Finding{&cboCallNumberType, tr("Please choose the type of the call numbers.")};
+        const callslips::Scheme scheme = callslips::SchemeOf(cboCallNumberType.Draft());
+        if (!least.isEmpty() && !callslips::IsCallNumber(least, scheme))
+            return Finding{&txtCallNumberMin, tr("Minimum Call Number is invalid.")};
+        if (!end.isEmpty() && !callslips::IsCallNumber(end, scheme))
+            return Finding{&txtCallNumberMax, tr("Maximum Call Number is invalid.")};
+        if (!least.isEmpty() && !end.isEmpty() &&
+            callslips::SortKey(least, scheme) >= callslips::SortKey(end, scheme))
+            return Finding{
+                &txtCallNumberMax,
+                tr("The maximum call number must come behind the minimum.  It is itself no part of "
+                   "the range.")};
+    }
+    if (!txtYearMin.IsBlank() && !txtYearMax.IsBlank() && txtYearMin.Value() >= txtYearMax.Value())
+        return Finding{&txtYearMax,
+                       tr("The maximum year must be later than the minimum.  It is itself no part "
+                          "of the range.")};
+    return std::nullopt;
+}
+
+frmCallSlip_Rules::frmCallSlip_Rules(Application& application, QWidget* parent)
+    : MaintenanceScreen(application, "frmCallSlip_Rules", tr("Call Slip Rules"), Area::System, parent) {
+    AddTable(
+        {.subject = tr("Call Slip Rule"),
+         .word = "CSR",
+         .plural = "Call Slip Rules",
+         .listAfterChange = true,
+         .columns = Columns(),
+         .recordTag = "RR",
+         .sorted = false,
+         .editCaption = "Edit Call Slip Rule",
+         .saveCaption = "Save Call Slip Rule",
+         .deleteCaption = "Delete Call Slip Rule",
+         .putOrder = {"PL", "TL", "IT", "TI", "LI", "GI", "CT", "MND", "MXD", "YMN", "YMX", "RR"}},
+        m_form,
+        Below({m_form.cboPrintGroups,
+               Frame("fraCriteria", tr("Criteria"),
+                     {m_form.cboItemLocation, m_form.cboTempLocation, m_form.cboItemType,
+                      m_form.cboTempItemType, m_form.cboHoldingsLocation}),
+               Frame("fraRanges", tr("Ranges"),
+                     {m_form.cboCallNumberType, Beside({m_form.txtCallNumberMin, m_form.txtCallNumberMax}),
+                      Beside({m_form.txtYearMin, m_form.txtYearMax})})}));
+    cmdSetRules = MakeButton("cmdSetRules", tr("Set &Rules"));
+    AddListButton(cmdSetRules);
+    cmdTry = MakeButton("cmdTry", tr("&Try a Request..."));
+    AddListButton(cmdTry);
+    Finish();
+    connect(cmdSetRules, &QPushButton::clicked, this, &frmCallSlip_Rules::SetOrder);
+    connect(cmdTry, &QPushButton::clicked, this, &frmCallSlip_Rules::TryRequest);
+    connect(&application.notices, &Notices::SubjectChanged, this, &frmCallSlip_Rules::OnSubjectChanged);
+}
+
+QString frmCallSlip_Rules::Cell(const GridRow& row, const QString& tag) const {
+    const QList<GridColumn>& columns = Current().spec.columns;
+    for (qsizetype i = 0; i < columns.size(); ++i)
+        if (columns[i].tag == tag)
+            return row.cells.value(i);
+    return {};
+}
+
+QList<callslips::Rule> frmCallSlip_Rules::Rules() const {
+    const QList<GridColumn>& columns = Current().spec.columns;
+    QHash<QString, qsizetype> places;
+    for (qsizetype i = 0; i < columns.size(); ++i)
+        places.insert(columns[i].tag, i);
+    QList<callslips::Rule> rules;
+    rules.reserve(Current().grid->Model().Rows().size());
+    for (const GridRow& row : Current().grid->Model().Rows()) {
+        const auto cell = [&](const QString& tag) { return row.cells.value(places.value(tag)); };
+        callslips::Rule rule{.callNumberType = cell("CT"),
+                             .leastCallNumber = cell("MND").trimmed(),
+                             .endCallNumber = cell("MXD").trimmed(),
+                             .firstYear = YearOf(cell("YMN")),
+                             .endYear = YearOf(cell("YMX"))};
+        for (size_t i = 0; i < callslips::AttributeCount; ++i)
+            rule.attributes[i] = cell(AttributeTags[qsizetype(i)]);
+        rules.append(rule);
+    }
+    return rules;
+}
+
+void frmCallSlip_Rules::LoadList(Table& table) {
+    MaintenanceScreen::LoadList(table);
+    MarkShadowed();
+}
+
+// Every known value: a rule behind one rule for each of them is not reached either.
+void frmCallSlip_Rules::MarkShadowed() {
+    const auto ids = [](const ChoiceField& field) {
+        QList<QString> known;
+        for (const PickItem& item : field.Items())
+            if (!item.id.isEmpty())
+                known.append(item.id);
+        return known;
+    };
+    const QList<QString> locations = ids(m_form.cboItemLocation);
+    const callslips::Routing routing(Rules(), {locations, {}, ids(m_form.cboItemType), {}, locations});
+    const QList<QList<int>> shadows = routing.Shadows();
+    ListGrid& grid = *Current().grid;
+    const QList<GridColumn>& columns = Current().spec.columns;
+    qsizetype takenBy = 0;
+    while (columns[takenBy].tag != TakenByTag)
+        ++takenBy;
+    QList<GridRow> marked;
+    for (qsizetype i = 0; i < shadows.size(); ++i) {
+        if (shadows[i].isEmpty())
+            continue;
+        QStringList ranks;
+        for (int place : shadows[i].mid(0, MostTakers))
+            ranks.append(QString::number(place + 1));
+        GridRow row = grid.Model().Rows()[i];
+        row.cells[takenBy] = shadows[i].size() > MostTakers ? tr("taken by %1, ...").arg(ranks.join(", "))
+                                                            : tr("taken by %1").arg(ranks.join(", "));
+        marked.append(row);
+    }
+    grid.PutRows(marked);
+}
+
+bool frmCallSlip_Rules::CheckBeforeSave(Table& table) {
+    if (!MaintenanceScreen::CheckBeforeSave(table))
+        return false;
+    const std::optional<Form::Finding> problem = m_form.RangeProblem();
+    if (!problem)
+        return true;
+    Tell(problem->text);
+    table.view->FocusField(*problem->field);
+    return false;
+}
+
+QString frmCallSlip_Rules::DeleteItemText(const Table&, const GridRow& row) const {
+    QStringList words{tr("Rule %1").arg(Cell(row, RankTag))};
+    for (const char* tag : {"GN", "LN"})
+        if (const QString text = Cell(row, tag); !text.isEmpty())
+            words.append(text);
+    return words.join(", ");
+}
+
+void frmCallSlip_Rules::RefreshOwnControls() {
+    const bool inList = GetState() == State::List;
+    cmdSetRules->setVisible(!IsReadOnly());
+    cmdSetRules->setEnabled(inList && Current().grid->Model().Rows().size() > 1);
+    cmdTry->setEnabled(inList);
+    if (inList && std::exchange(m_isListOld, false))
+        ReloadList();
+}
+
+// The list shows the names of queues and locations.
+void frmCallSlip_Rules::OnSubjectChanged(const QString& subject) {
+    if (subject != u"CSl" && subject != u"Loc")
+        return;
+    if (GetState() == State::List)
+        ReloadList();
+    else
+        m_isListOld = true;
+}
+
+void frmCallSlip_Rules::ReloadList() {
+    const QString selected = Current().grid->SelectedKey();
+    LoadList(Current());
+    Current().grid->SelectKey(selected);
+}
+
+void frmCallSlip_Rules::SetOrder() {
+    clsGrid grid{.Caption = tr("Call Slip Rules"),
+                 .HelpId = 20210,
+                 .SendRequestName = "OrdCSR",
+                 .RuleRankTag = "RR",
+                 .PreviousRankTag = "PRR",
+                 .Selected = Current().grid->SelectedKey()};
+    for (const GridColumn& column : Current().spec.columns)
+        if (column.tag != RankTag && column.tag != TakenByTag)
+            grid.clsColumns.Add(column.caption, column.width, column.hidden);
+        else
+            grid.clsColumns.Add(column.caption, column.width, true); // both are of the order before
+    for (const GridRow& row : Current().grid->Model().Rows())
+        grid.clsRows.Add(row.key, row.cells);
+    frmSortOrder dialog(App(), grid, this);
+    App().prompter.RunDialog(dialog);
+    if (grid.Changed)
+        ReloadList();
+}
+
+void frmCallSlip_Rules::TryRequest() {
+    QList<TriedRule> rules;
+    for (const GridRow& row : Current().grid->Model().Rows())
+        rules.append({Cell(row, RankTag), Cell(row, "GN"), Cell(row, "LN")});
+    const GridRow* selected = Current().grid->SelectedRow();
+    const qsizetype start = selected ? Current().grid->Model().Rows().indexOf(*selected) : -1;
+    TryRequestDialog dialog(m_form, Rules(), rules, int(start), this);
+    App().prompter.RunDialog(dialog);
+}
+
+} // namespace sysadmin
