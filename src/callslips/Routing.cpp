@@ -13,7 +13,7 @@ constexpr int FirstOfYears = std::numeric_limits<int>::min();
 constexpr int EndOfYears = std::numeric_limits<int>::max();
 /// How far the question is followed whether a rule is ever reached.
 constexpr size_t MostParts = 256;
-constexpr size_t MostSteps = 50000;
+constexpr size_t MostSteps = 20000;
 
 bool Contains(const auto& values, const auto& value) {
     return std::find(values.begin(), values.end(), value) != values.end();
@@ -29,27 +29,10 @@ bool IsBefore(const QString& key, const std::optional<QString>& end) {
     return !end || key < *end;
 }
 
-bool IsInCallNumbers(const Rule& rule, const Request& request) {
-    if (!rule.HasCallNumbers())
-        return true;
-    if (request.callNumber.trimmed().isEmpty() || request.callNumberType != rule.callNumberType)
-        return false;
-    const Scheme scheme = SchemeOf(rule.callNumberType);
-    const QString key = SortKey(request.callNumber, scheme);
-    return (rule.leastCallNumber.isEmpty() || key >= SortKey(rule.leastCallNumber, scheme)) &&
-           (rule.endCallNumber.isEmpty() || key < SortKey(rule.endCallNumber, scheme));
-}
-
-bool IsInYears(const Rule& rule, const Request& request) {
-    return !rule.HasYears() || (request.year && *request.year >= rule.firstYear.value_or(FirstOfYears) &&
-                                *request.year < rule.endYear.value_or(EndOfYears));
-}
-
 } // namespace
 
 Routing::Routing(const QList<Rule>& rules, const std::array<QList<QString>, AttributeCount>& known)
-    : m_rules(rules)
-    , m_ids{QString()} {
+    : m_ids{QString()} {
     for (size_t i = 0; i < AttributeCount; ++i)
         m_known[i] = size_t(known[i].size());
     m_prepared.reserve(size_t(rules.size()));
@@ -90,35 +73,31 @@ Routing::Prepared Routing::Prepare(const Rule& rule) {
     return prepared;
 }
 
-std::optional<int> Routing::FirstFor(const Request& request) const {
-    std::array<int, AttributeCount> values{};
-    for (size_t i = 0; i < AttributeCount; ++i)
-        values[i] = request.attributes[i].isEmpty() ? -1 : m_numbers.value(request.attributes[i], -1);
-    const QString key = SortKey(request.callNumber, SchemeOf(request.callNumberType));
-    const bool hasCallNumber = !request.callNumber.trimmed().isEmpty();
-    for (size_t place = 0; place < m_prepared.size(); ++place) {
-        const Prepared& rule = m_prepared[place];
-        bool fits = true;
-        for (size_t i = 0; fits && i < AttributeCount; ++i)
-            fits = rule.attributes[i] == 0 || rule.attributes[i] == values[i];
-        fits = fits && (rule.type.isEmpty() || (hasCallNumber && rule.type == request.callNumberType &&
-                                                key >= rule.least && IsBefore(key, rule.end)));
-        if (fits && (rule.anyYear ||
-                     (request.year && *request.year >= rule.firstYear && *request.year < rule.endYear)))
-            return int(place);
-    }
-    return std::nullopt;
+bool Misfits::Any() const {
+    return callNumber || year || std::find(attributes.begin(), attributes.end(), true) != attributes.end();
 }
 
-Misfits Routing::WhyNot(int place, const Request& request) const {
-    const Rule& rule = m_rules[place];
-    Misfits misfits;
+std::vector<Misfits> Routing::Try(const Request& request) const {
+    constexpr int NoRuleHasIt = -1;
+    std::array<int, AttributeCount> values{};
     for (size_t i = 0; i < AttributeCount; ++i)
-        if (!rule.attributes[i].isEmpty() && rule.attributes[i] != request.attributes[i])
-            misfits.attributes.append(Attribute(i));
-    misfits.callNumber = !IsInCallNumbers(rule, request);
-    misfits.year = !IsInYears(rule, request);
-    return misfits;
+        values[i] = m_numbers.value(request.attributes[i], NoRuleHasIt);
+    const QString key = SortKey(request.callNumber, SchemeOf(request.callNumberType));
+    const bool hasCallNumber = !request.callNumber.trimmed().isEmpty();
+    std::vector<Misfits> tried;
+    for (const Prepared& rule : m_prepared) {
+        Misfits misfits;
+        for (size_t i = 0; i < AttributeCount; ++i)
+            misfits.attributes[i] = rule.attributes[i] != 0 && rule.attributes[i] != values[i];
+        misfits.callNumber = !rule.type.isEmpty() && (!hasCallNumber || rule.type != request.callNumberType ||
+                                                      key < rule.least || !IsBefore(key, rule.end));
+        misfits.year = !rule.anyYear &&
+                       (!request.year || *request.year < rule.firstYear || *request.year >= rule.endYear);
+        tried.push_back(misfits);
+        if (!misfits.Any())
+            break;
+    }
+    return tried;
 }
 
 Part Routing::PartOf(const Prepared& rule) const {
@@ -269,13 +248,13 @@ QList<int> Routing::ShadowOf(int place) const {
 
 QList<QList<int>> Routing::Shadows() const {
     QList<QList<int>> shadows;
-    shadows.reserve(m_rules.size());
-    for (int place = 0; place < int(m_rules.size()); ++place)
+    shadows.reserve(qsizetype(m_prepared.size()));
+    for (int place = 0; place < int(m_prepared.size()); ++place)
         shadows.append(ShadowOf(place));
     return shadows;
 }
 
-std::vector<Part> Routing::LeftAt(const QString& location) const {
+std::optional<std::vector<Part>> Routing::LeftAt(const QString& location) const {
     Prepared whole;
     whole.firstYear = FirstOfYears;
     whole.endYear = EndOfYears;
@@ -286,10 +265,14 @@ std::vector<Part> Routing::LeftAt(const QString& location) const {
     whole.attributes[size_t(Attribute::TemporaryLocation)] = -1;
     whole.attributes[size_t(Attribute::TemporaryItemType)] = -1;
     std::vector<Part> parts{PartOf(whole)};
+    size_t steps = 0;
     for (int rival : Rivals(number, int(m_prepared.size()))) {
-        if (parts.empty() || parts.size() > MostParts)
-            break;
+        steps += parts.size();
+        if (steps > MostSteps || parts.size() > MostParts)
+            return std::nullopt;
         Subtract(parts, m_prepared[size_t(rival)]);
+        if (parts.empty())
+            break;
     }
     return parts;
 }

@@ -37,13 +37,13 @@ struct Request {
     std::optional<int> year = {};
 };
 
-/// Why a rule does not take a request: each criterion that is not met.
+/// What keeps a rule from taking a request: the criteria that are not met.
 struct Misfits {
-    QList<Attribute> attributes = {};
+    std::array<bool, AttributeCount> attributes = {};
     bool callNumber = false;
     bool year = false;
 
-    bool Any() const { return !attributes.isEmpty() || callNumber || year; }
+    bool Any() const;
 };
 
 /// Requests that belong together: some of their attributes, call numbers and years. What rules leave over is
@@ -72,16 +72,15 @@ public:
     /// `known`: all values that there are of an attribute that every item has; empty: not known.
     explicit Routing(const QList<Rule>& rules, const std::array<QList<QString>, AttributeCount>& known = {});
 
-    /// The place of the rule that takes the request; none when no rule does.
-    std::optional<int> FirstFor(const Request& request) const;
-    /// What keeps the rule in this place from taking the request.
-    Misfits WhyNot(int place, const Request& request) const;
+    /// Tries the rules in their order: for each one what keeps it from taking the request, up to the one that
+    /// takes it, which nothing does.
+    std::vector<Misfits> Try(const Request& request) const;
     /// For each rule that can never be reached the places of the earlier rules that take all of its requests;
     /// empty for all others. Rules of which this would take too long to find out count as reachable.
     QList<QList<int>> Shadows() const;
-    /// What no rule takes of the items that belong to the location and are there: parts of requests; none
-    /// when everything is taken.
-    std::vector<Part> LeftAt(const QString& location) const;
+    /// What no rule takes of the items that belong to the location and are there: parts of requests, of which
+    /// there are none when everything is taken. Nothing when it would take too long to find out.
+    std::optional<std::vector<Part>> LeftAt(const QString& location) const;
 
     /// The id of an attribute's value in a part.
     QString ValueOf(int value) const { return m_ids.value(value); }
@@ -107,7 +106,6 @@ private:
     std::vector<int> Rivals(int itemLocation, int before) const;
     QList<int> ShadowOf(int place) const;
 
-    QList<Rule> m_rules;
     std::vector<Prepared> m_prepared;
     QHash<QString, int> m_numbers; ///< of the values, from 1
     QList<QString> m_ids;          ///< the values by number

@@ -2,11 +2,11 @@
 
 #include "core/ScreenCatalogue.h"
 #include "framework/PlainScreens.h"
+#include "requests/CallSlipScreens.h"
 #include "requests/frmOPAC_CircPolicies.h"
 #include "requests/frmOPAC_HoldGroup.h"
 #include "requests/frmOPAC_MessageRequests.h"
 #include "requests/frmOPAC_RequestForms.h"
-#include "requests/CallSlipScreens.h"
 #include "requests/frmWS_SelfRegistration.h"
 
 #include <QCoreApplication>

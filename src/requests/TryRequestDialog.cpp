@@ -176,34 +176,31 @@ TryRequestDialog::TryRequestDialog(const CallSlipRuleForm& choices, const QList<
 TryRequestDialog::~TryRequestDialog() = default;
 
 void TryRequestDialog::Try() {
-    const callslips::Request request = m_form->Request();
-    const std::optional<int> taker = m_routing.FirstFor(request);
-    const int tried = taker ? *taker + 1 : int(m_rules.size());
+    const std::vector<callslips::Misfits> tried = m_routing.Try(m_form->Request());
+    const bool isTaken = !tried.empty() && !tried.back().Any();
     QList<GridRow> rows;
-    rows.reserve(tried);
-    for (int place = 0; place < tried; ++place) {
-        const QString result =
-            place == taker ? tr("takes the request") : Reason(place, m_routing.WhyNot(place, request));
+    rows.reserve(qsizetype(tried.size()));
+    for (const callslips::Misfits& misfits : tried) {
+        const int place = int(rows.size());
         const TriedRule& rule = m_names[place];
+        const QString result = misfits.Any() ? Reason(place, misfits) : tr("takes the request");
         rows.append({QString::number(place), {rule.rank, rule.queue, rule.location, result}, {}});
     }
     vsfTried->SetRows(rows);
-    if (taker) {
-        vsfTried->SelectKey(QString::number(*taker));
-        lblVerdict->setText(tr("Rule %1 takes it: %2").arg(m_names[*taker].rank, m_names[*taker].queue));
-    } else {
-        lblVerdict->setText(tr("No rule takes it: it goes to the default queue."));
-    }
+    if (isTaken)
+        vsfTried->SelectKey(rows.last().key);
+    lblVerdict->setText(isTaken ? tr("Rule %1 takes it: %2").arg(rows.last().cells[0], rows.last().cells[1])
+                                : tr("No rule takes it: it goes to the default queue."));
 }
 
 QString TryRequestDialog::Reason(int place, const callslips::Misfits& misfits) const {
     const callslips::Rule& rule = m_rules[place];
     QStringList reasons;
-    for (callslips::Attribute attribute : misfits.attributes) {
-        const ChoiceField& choice = m_form->ChoiceOf(attribute);
-        reasons.append(tr("%1 is not %2")
-                           .arg(choice.PlainCaption(), TextOf(choice, rule.attributes[size_t(attribute)])));
-    }
+    for (size_t i = 0; i < callslips::AttributeCount; ++i)
+        if (misfits.attributes[i]) {
+            const ChoiceField& choice = m_form->ChoiceOf(callslips::Attribute(i));
+            reasons.append(tr("%1 is not %2").arg(choice.PlainCaption(), TextOf(choice, rule.attributes[i])));
+        }
     const auto range = [&](const QString& what, const QString& least, const QString& end) {
         reasons.append(end.isEmpty()     ? tr("%1 is not %2 or behind").arg(what, least)
                        : least.isEmpty() ? tr("%1 is not before %2").arg(what, end)
@@ -263,9 +260,11 @@ void TryRequestDialog::ShowLeftOver() {
     for (const PickItem& location : m_form->cboTryLocation.Items()) {
         if (location.id.isEmpty())
             continue;
-        const std::vector<callslips::Part> parts = m_routing.LeftAt(location.id);
+        const auto parts = m_routing.LeftAt(location.id);
         QStringList words;
-        for (const callslips::Part& part : parts)
+        if (!parts)
+            words.append(tr("too many rules for any location to tell"));
+        for (const callslips::Part& part : parts.value_or(std::vector<callslips::Part>()))
             if (const QString text = InWords(part); !words.contains(text))
                 words.append(text);
         if (words.isEmpty())

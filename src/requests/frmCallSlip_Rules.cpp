@@ -52,14 +52,13 @@ std::optional<int> YearOf(const QString& cell) {
 
 } // namespace
 
-CallSlipRuleForm::CallSlipRuleForm()
-    : cboPrintGroups(*this, {.name = "cboPrintGroups",
-                             .tag = "GI",
-                             .caption = tr("Print Group:"),
-                             .required = true,
-                             .source = {.request = "LstCSl",
-                                        .pickList = QueueList,
-                                        .caption = "Load Call Slip Print Groups"}}) {}
+FieldSpec CallSlipRuleForm::QueueSpec() {
+    return {.name = "cboPrintGroups",
+            .tag = "GI",
+            .caption = tr("Print Group:"),
+            .required = true,
+            .source = {.request = "LstCSl", .pickList = QueueList, .caption = "Load Call Slip Print Groups"}};
+}
 
 FieldSpec CallSlipRuleForm::LocationSpec(const QString& name, const QString& tag, const QString& caption,
                                          const QString& request) {

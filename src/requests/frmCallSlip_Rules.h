@@ -7,17 +7,16 @@ namespace sysadmin {
 
 /// A call slip rule: criteria that may be left empty, half-open ranges, and the queue.
 struct CallSlipRuleForm : Form {
-    CallSlipRuleForm();
     /// Why the ranges are none, and where; none when they are fine.
     std::optional<Finding> RangeProblem();
 
+    ChoiceField cboPrintGroups{*this, QueueSpec()};
     ChoiceField cboItemLocation{*this, LocationSpec("cboItemLocation", "PL", tr("Item Location:"), "LstLoc")};
     ChoiceField cboTempLocation{*this, LocationSpec("cboTempLocation", "TL", tr("Temporary Location:"))};
     ChoiceField cboItemType{*this, ItemTypeSpec("cboItemType", "IT", tr("Item Type:"), "LstItmTp")};
     ChoiceField cboTempItemType{*this, ItemTypeSpec("cboTempItemType", "TI", tr("Temporary Item Type:"))};
     ChoiceField cboHoldingsLocation{*this,
                                     LocationSpec("cboHoldingsLocation", "LI", tr("Holdings Location:"))};
-    ChoiceField cboPrintGroups;
     ChoiceField cboCallNumberType{*this,
                                   {.name = "cboCallNumberType",
                                    .tag = "CT",
@@ -43,6 +42,7 @@ struct CallSlipRuleForm : Form {
         *this, {.name = "txtYearMax", .tag = "YMX", .caption = tr("Year Max ( < )"), .most = MostSlipYear}};
 
 private:
+    static FieldSpec QueueSpec();
     static FieldSpec LocationSpec(const QString& name, const QString& tag, const QString& caption,
                                   const QString& request = {});
     static FieldSpec ItemTypeSpec(const QString& name, const QString& tag, const QString& caption,

@@ -1,4 +1,5 @@
 #include "callslips/Routing.h"
+#include "callslips/CallNumberOrder.h"
 
 #include <QFile>
 #include <QRandomGenerator>
@@ -48,6 +49,30 @@ Request RequestOf(const QStringList& words) {
     return request;
 }
 
+/// The place of the rule that takes the request; none when no rule does.
+std::optional<int> TakerOf(const Routing& routing, const Request& request) {
+    const std::vector<Misfits> tried = routing.Try(request);
+    return tried.empty() || tried.back().Any() ? std::nullopt : std::optional(int(tried.size()) - 1);
+}
+
+/// The same said plainly.
+bool Fits(const Rule& rule, const Request& request) {
+    for (size_t i = 0; i < AttributeCount; ++i)
+        if (!rule.attributes[i].isEmpty() && rule.attributes[i] != request.attributes[i])
+            return false;
+    if (rule.HasCallNumbers()) {
+        const auto key = [&](const QString& number) {
+            return SortKey(number, SchemeOf(rule.callNumberType));
+        };
+        if (request.callNumberType != rule.callNumberType ||
+            key(request.callNumber) < key(rule.leastCallNumber) ||
+            (!rule.endCallNumber.isEmpty() && key(request.callNumber) >= key(rule.endCallNumber)))
+            return false;
+    }
+    return !rule.HasYears() || (request.year && (!rule.firstYear || *request.year >= *rule.firstYear) &&
+                                (!rule.endYear || *request.year < *rule.endYear));
+}
+
 QString ShadowsOf(const Routing& routing) {
     QStringList words;
     const QList<QList<int>> shadows = routing.Shadows();
@@ -77,14 +102,15 @@ TEST(RoutingTest, Stories) {
         else if (words.first() == "known")
             known[size_t(Tags.indexOf(words[1]))] = words.mid(2);
         else if (words.first() == "shadows")
-            EXPECT_EQ(ShadowsOf(Routing(rules, known)), words.mid(1).join(' ')), ++asked;
+            EXPECT_EQ(ShadowsOf(Routing(rules, known)), words.mid(1).join(' '));
         else if (words.first() == "try") {
-            const auto taker = Routing(rules).FirstFor(RequestOf(words.mid(1)));
+            const auto taker = TakerOf(Routing(rules), RequestOf(words.mid(1)));
             const QString expected = line.section(" -> ", 1).section(' ', 0, 0);
-            EXPECT_EQ(taker ? QString::number(*taker + 1) : QString("none"), expected), ++asked;
+            EXPECT_EQ(taker ? QString::number(*taker + 1) : QString("none"), expected);
+            ++asked;
         }
     }
-    EXPECT_GE(asked, 15);
+    EXPECT_GE(asked, 12);
 }
 
 /// All requests of a small world.
@@ -150,9 +176,9 @@ TEST(RoutingTest, AgreesWithTryingEveryRequest) {
         for (const Request& request : world) {
             std::optional<int> first;
             for (int i = 0; i < rules.size() && !first; ++i)
-                if (!routing.WhyNot(i, request).Any())
+                if (Fits(rules[i], request))
                     first = i;
-            ASSERT_EQ(routing.FirstFor(request), first);
+            ASSERT_EQ(TakerOf(routing, request), first);
             if (first)
                 reached[*first] = true;
             else if (request.attributes[1].isEmpty())
@@ -166,7 +192,7 @@ TEST(RoutingTest, AgreesWithTryingEveryRequest) {
             shadowed += !shadows[i].isEmpty();
         }
         for (const char* location : {"a", "b", "c"}) {
-            EXPECT_EQ(!routing.LeftAt(location).empty(), left.contains(location)) << round << location;
+            EXPECT_EQ(!routing.LeftAt(location)->empty(), left.contains(location)) << round << location;
             open += left.contains(location);
         }
     }

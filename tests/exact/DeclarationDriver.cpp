@@ -185,6 +185,13 @@ QString OfColumn(const QString& tag, const QString& caption, bool hidden, bool y
     return "column " + tag + " " + caption + (hidden ? " hidden" : "") + (yesNo ? " yes-no" : "");
 }
 
+std::map<qint16, OwnWords> Sorted(const QHash<qint16, OwnWords>& words) {
+    std::map<qint16, OwnWords> sorted;
+    for (auto one = words.begin(); one != words.end(); ++one)
+        sorted[one.key()] = *one;
+    return sorted;
+}
+
 QStringList LinesOf(const Screen& screen) {
     QStringList lines{screen.name, screen.caption};
     for (const Table& table : screen.tables) {
@@ -257,9 +264,8 @@ QStringList LinesOf(const ScreenDeclaration& screen) {
         FormLines(*table.form, table.layout, table.puts, true, lines);
         for (const auto& [name, all] :
              {std::pair{"delete", &spec.deleteWords}, std::pair{"save", &spec.saveWords}})
-            for (auto words = all->begin(); words != all->end(); ++words)
-                lines.append(
-                    QString("%1 %2 %3|%4").arg(name).arg(words.key()).arg(words->text, words->title));
+            for (const auto& [status, words] : Sorted(*all))
+                lines.append(QString("%1 %2 %3|%4").arg(name).arg(status).arg(words.text, words.title));
     }
     for (const RecordDeclaration& record : screen.records) {
         const RecordSpec& spec = record.spec;

@@ -49,11 +49,11 @@ QString Dated(QString line) {
 }
 
 Qt::Key KeyOf(const QString& name) {
-    static const QHash<QString, Qt::Key> keys{{"Return", Qt::Key_Return}, {"Tab", Qt::Key_Tab},
-                                              {"Escape", Qt::Key_Escape}, {"Insert", Qt::Key_Insert},
-                                              {"Delete", Qt::Key_Delete}, {"F2", Qt::Key_F2},
-                                              {"Save", Qt::Key_S},        {"F4", Qt::Key_F4},
-                                              {"Up", Qt::Key_Up},         {"End", Qt::Key_End}};
+    static const QHash<QString, Qt::Key> keys{
+        {"Return", Qt::Key_Return}, {"Tab", Qt::Key_Tab},       {"Escape", Qt::Key_Escape},
+        {"Insert", Qt::Key_Insert}, {"Delete", Qt::Key_Delete}, {"F2", Qt::Key_F2},
+        {"Save", Qt::Key_S},        {"F4", Qt::Key_F4},         {"Up", Qt::Key_Up},
+        {"End", Qt::Key_End},       {"Home", Qt::Key_Home}};
     if (!keys.contains(name))
         throw std::runtime_error("no key " + name.toStdString());
     return keys[name];

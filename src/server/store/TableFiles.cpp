@@ -62,6 +62,9 @@ std::optional<QStringList> NaturalKey(const Table& table) {
         return QStringList();
     if (!table.uniqueSets.isEmpty())
         return table.uniqueSets.first();
+    // While an order changes two records may have the same rank, so no unique set says this.
+    if (table.Find("rank"))
+        return QStringList{"rank"};
     if (!table.owner.isEmpty())
         return QStringList{table.owner, QString()};
     return std::nullopt;
