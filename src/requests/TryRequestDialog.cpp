@@ -113,7 +113,7 @@ TryRequestDialog::TryRequestDialog(const CallSlipRuleForm& choices, const QList<
     : QDialog(parent)
     , m_rules(rules)
     , m_names(names)
-    , m_routing(rules)
+    , m_routing(rules, choices.Known())
     , m_form(std::make_unique<TriedRequestForm>(choices)) {
     setObjectName("frmTryRequest");
     setProperty(HelpContextProperty, HelpTopic);

@@ -81,6 +81,19 @@ FieldSpec CallSlipRuleForm::ItemTypeSpec(const QString& name, const QString& tag
             .request = request, .pickList = "cboItemType", .none = tr("(any)"), .caption = "Load Item List"}};
 }
 
+// A rule behind one rule for each of them is not reached.
+std::array<QList<QString>, callslips::AttributeCount> CallSlipRuleForm::Known() const {
+    const auto ids = [](const ChoiceField& field) {
+        QList<QString> known;
+        for (const PickItem& item : field.Items())
+            if (!item.id.isEmpty())
+                known.append(item.id);
+        return known;
+    };
+    const QList<QString> locations = ids(cboItemLocation);
+    return {locations, {}, ids(cboItemType), {}, locations};
+}
+
 std::optional<Form::Finding> CallSlipRuleForm::RangeProblem() {
     const QString least = txtCallNumberMin.Draft().trimmed();
     const QString end = txtCallNumberMax.Draft().trimmed();
@@ -172,17 +185,8 @@ void frmCallSlip_Rules::LoadList(Table& table) {
     MarkShadowed();
 }
 
-// Every known value: a rule behind one rule for each of them is not reached either.
 void frmCallSlip_Rules::MarkShadowed() {
-    const auto ids = [](const ChoiceField& field) {
-        QList<QString> known;
-        for (const PickItem& item : field.Items())
-            if (!item.id.isEmpty())
-                known.append(item.id);
-        return known;
-    };
-    const QList<QString> locations = ids(m_form.cboItemLocation);
-    const callslips::Routing routing(Rules(), {locations, {}, ids(m_form.cboItemType), {}, locations});
+    const callslips::Routing routing(Rules(), m_form.Known());
     const QList<QList<int>> shadows = routing.Shadows();
     ListGrid& grid = *Current().grid;
     const QList<GridColumn>& columns = Current().spec.columns;

@@ -9,6 +9,8 @@ namespace sysadmin {
 struct CallSlipRuleForm : Form {
     /// Why the ranges are none, and where; none when they are fine.
     std::optional<Finding> RangeProblem();
+    /// All values that there are of what every item has.
+    std::array<QList<QString>, callslips::AttributeCount> Known() const;
 
     ChoiceField cboPrintGroups{*this, QueueSpec()};
     ChoiceField cboItemLocation{*this, LocationSpec("cboItemLocation", "PL", tr("Item Location:"), "LstLoc")};

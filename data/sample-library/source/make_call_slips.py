@@ -37,8 +37,8 @@ QUEUES = [  # code, name, default, patron, cataloging, circulation, processing, 
 ]
 
 write("call_slip_queues.csv",
-      ["code", "name", "is_default", "shows_patron", "sets_cataloging_review", "sets_circulation_review", "processing",
-       "expire_period", "expire_unit", "archive_period", "archive_unit", "location", "default_item_type"],
+      ["code", "location", "default_item_type", "name", "is_default", "shows_patron", "sets_cataloging_review",
+       "sets_circulation_review", "processing", "expire_period", "expire_unit", "archive_period", "archive_unit"],
       [dict(zip(["code", "name", "is_default", "shows_patron", "sets_cataloging_review", "sets_circulation_review",
                  "processing"], q[:7]),
             expire_period=q[7][:-1], expire_unit=q[7][-1], archive_period=q[8][:-1], archive_unit=q[8][-1],
@@ -54,11 +54,10 @@ def rule(queue, place="", kind="", numbers=None, years=("", ""), temporary="", t
     for code in (kind, temporary_type):
         assert not code or code in item_types, code
     rules.append({
-        "item_location": place, "temporary_location": temporary, "item_type": kind,
-        "temporary_item_type": temporary_type, "holdings_location": holdings, "queue": queue,
+        "rank": len(rules) + 1, "item_location": place, "temporary_location": temporary, "holdings_location": holdings,
+        "item_type": kind, "temporary_item_type": temporary_type, "queue": queue,
         "call_number_type": numbers[0] if numbers else "", "least_call_number": numbers[1] if numbers else "",
-        "end_call_number": numbers[2] if numbers else "", "first_year": years[0], "end_year": years[1],
-        "rank": len(rules) + 1})
+        "end_call_number": numbers[2] if numbers else "", "first_year": years[0], "end_year": years[1]})
 
 
 # What is on reserve elsewhere is fetched from there, whatever its own location.
