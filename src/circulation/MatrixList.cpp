@@ -51,6 +51,9 @@ MatrixList::MatrixList(Application& application, MatrixPages& pages, MatrixKind 
     whole->addWidget(m_grid, 1);
     whole->addWidget(new RowCount(*m_grid, this));
     whole->addWidget(buttons);
+    // The Tab key goes by the order of the children: from the filter to the list to the buttons.
+    m_grid->raise();
+    buttons->raise();
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     m_cmdAdd = AddButton("cmdAddMatrix", tr("&Add..."), &MatrixList::Add);
     m_cmdModify = AddButton("cmdModifyMatrix", tr("&Modify..."), &MatrixList::Modify);
