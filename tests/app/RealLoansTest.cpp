@@ -275,6 +275,22 @@ TEST_F(RealLoansTest, AGapLeadsToTheCalendarBeforeIt) {
     EXPECT_EQ(FrameCaption(calendars), "Edit " + gap->cells[3] + ":");
 }
 
+TEST_F(RealLoansTest, ADeskLeadsToItsPolicyGroup) {
+    Screen& screen = Open("Tools_RuleCheck");
+    const auto rows = Grid(screen).Model().Rows();
+    const auto desk = std::find_if(rows.begin(), rows.end(),
+                                   [](const GridRow& row) { return row.cells[2] == u"No pickup location"; });
+    ASSERT_NE(desk, rows.end());
+    Grid(screen).SelectKey(desk->key);
+    Click(screen, "cmdOpen");
+    Screen& policies = *Window().ActiveScreen();
+    ASSERT_EQ(policies.objectName(), "frmCirculation_PolicyDef");
+    EXPECT_EQ(FrameCaption(policies), "Edit " + desk->cells[1] + ":");
+    const GridRow* row = Grid(policies, "vsfSelectedLocations").SelectedRow();
+    ASSERT_TRUE(row);
+    EXPECT_TRUE(row->cells[0].startsWith(desk->cells[3])) << row->cells[0].toStdString();
+}
+
 TEST_F(RealLoansTest, ARuleIsTestedFromTheMatrixAndFromADialog) {
     Open("Tools_RuleCheck"); // has the cluster chosen
     const QString cluster = App().clusters.Current()->sClusterID;
