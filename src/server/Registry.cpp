@@ -149,6 +149,12 @@ void Registry::About(const QString& request, const QStringList& tables, const QS
     rule->byReference = key && key->type == ColumnType::Reference;
 }
 
+void Registry::AboutOwner(const QString& request, const QString& table, const QString& keyTag,
+                          const QString& keyQuery, const QString& scope) {
+    About(request, {table}, {keyTag}, {}, scope);
+    m_requests[request].keyQuery = keyQuery;
+}
+
 void Registry::AboutSeveral(const QString& request, const QString& table, const QString& keyTag,
                             const QString& scope) {
     About(request, {table}, keyTag.isEmpty() ? QStringList() : QStringList{keyTag}, {}, scope);

@@ -34,7 +34,10 @@ struct RequestRule {
     QStringList keyTags = {};
     /// The unique text, or the reference to which there is one record, that is the key; empty: the id.
     QString keyColumn = {};
-    bool byReference = false;   ///< the key column is a reference
+    bool byReference = false; ///< the key column is a reference
+    /// SQL that finds the record's id by the key that is sent, where that is a part's; empty: the key is its
+    /// own.
+    QString keyQuery = {};
     bool several = false;       ///< the key may be sent many times: so many records are changed; no key: all
     bool single = false;        ///< there is one record of the table at the most
     QStringList narrowing = {}; ///< tags with which a list answers a part of the records only
@@ -71,6 +74,10 @@ public:
     /// Says which records a request reads or changes.
     void About(const QString& request, const QStringList& tables, const QStringList& keyTags = {},
                const QString& keyColumn = {}, const QString& scope = {});
+    /// The same of a request that names a part of the record: `keyQuery` finds the record's id by the part's
+    /// key.
+    void AboutOwner(const QString& request, const QString& table, const QString& keyTag,
+                    const QString& keyQuery, const QString& scope);
     /// The same of a request that changes several records, each named by its id under the tag; without a tag
     /// all records of the table, as its list shows them.
     void AboutSeveral(const QString& request, const QString& table, const QString& keyTag = {},

@@ -64,10 +64,11 @@ SessionView::Named SessionView::Find(const QString& key) const {
     QVariant id;
     if (m_rule.keyColumn.isEmpty() || m_rule.byReference) {
         bool isNumber = false;
-        if (const qint64 number = key.toLongLong(&isNumber); isNumber)
-            id = m_database.FirstValue("SELECT id FROM " + m_rule.tables.first() + " WHERE " +
-                                           (m_rule.byReference ? m_rule.keyColumn : QString("id")) + "=?",
-                                       {number});
+        const qint64 number = key.toLongLong(&isNumber);
+        const QString column = m_rule.byReference ? m_rule.keyColumn : QString("id");
+        const QString query = "SELECT id FROM " + m_rule.tables.first() + " WHERE " + column + "=?";
+        if (isNumber)
+            id = m_database.FirstValue(m_rule.keyQuery.isEmpty() ? query : m_rule.keyQuery, {number});
     } else {
         named.text = Fold(key);
         id = m_database.FirstValue("SELECT id FROM " + m_rule.tables.first() + " WHERE " +

@@ -284,11 +284,12 @@ void RegisterCirculationLocations(Registry& registry) {
     registry.AddChange("UpdCrcGpLoc", Area::Circulation, UpdateLocations);
     registry.About("UpdCrcGpLoc", {"circulation_policy_groups"}, {"ID"});
     registry.AddChange("UpdCrcLocAlrts", Area::Circulation, UpdateAlerts);
-    // Alerts are those of the place that a location has in its group.
-    registry.AboutSeveral("UpdCrcLocAlrts", Places, "CLEANLOCID");
-    registry.About("UpdCrcLocAlrts", {Places}, {"CLEANLOCID"}, "location_id");
     registry.AddRead("GetCrcLocAlrts", Area::Circulation, ReadAlerts);
-    registry.About("GetCrcLocAlrts", {Places}, {"ALRTLOCID"}, "location_id");
+    // Alerts are a part of the group in which their location is, read and written apart from its other
+    // settings.
+    const QString groupOf = "SELECT group_id FROM " + Places + " WHERE location_id=?";
+    registry.AboutOwner("UpdCrcLocAlrts", "circulation_policy_groups", "CLEANLOCID", groupOf, "alerts");
+    registry.AboutOwner("GetCrcLocAlrts", "circulation_policy_groups", "ALRTLOCID", groupOf, "alerts");
     registry.AddList("GetCrcAlrt", Area::Circulation,
                      {{"patron_alerts", {{"ALRTTP", "type"}, {"ALRTID", "id"}, {"ALRTNM", "name"}}}});
 }
