@@ -15,15 +15,18 @@ namespace {
 // which password opens a sample library.
 constexpr const char* SecretTags[] = {"PW", "OPW", "SID", "DP", "HINT"};
 
-bool IsSecret(const QString& tag) {
+bool IsSecret(const QString& request, const QString& tag) {
+    // The voucher password of request forms; elsewhere the tag means other things.
+    if (tag == u"P" && request.endsWith("OFrm"))
+        return true;
     return std::any_of(std::begin(SecretTags), std::end(SecretTags),
                        [&](const char* secret) { return tag == secret; });
 }
 
-QJsonArray FieldsAsJson(const wire::Fields& fields) {
+QJsonArray FieldsAsJson(const QString& request, const wire::Fields& fields) {
     QJsonArray array;
     for (const wire::Field& field : fields)
-        array.append(QJsonArray{field.tag, IsSecret(field.tag) ? QString("***") : field.value});
+        array.append(QJsonArray{field.tag, IsSecret(request, field.tag) ? QString("***") : field.value});
     return array;
 }
 
@@ -51,8 +54,8 @@ void TraceLog::Write(const TraceEntry& entry) {
         return;
     const QByteArrayList members{Member("time", entry.time.toString(Qt::ISODateWithMs)),
                                  Member("request", entry.request),
-                                 Member("put", FieldsAsJson(entry.put)),
-                                 Member("reply", FieldsAsJson(entry.reply)),
+                                 Member("put", FieldsAsJson(entry.request, entry.put)),
+                                 Member("reply", FieldsAsJson(entry.request, entry.reply)),
                                  Member("status", entry.status),
                                  Member("ms", entry.milliseconds)};
     m_file.write('{' + members.join(',') + "}\n");

@@ -215,19 +215,21 @@ TEST_F(WireChannelTest, TheTraceTellsEveryRequestAndNoSecret) {
     channel.PutField("DP", "1234");
     EXPECT_EQ(channel.SendRequest("Get"), 0);
     channel.ChangeOwnPassword("sealed-old", "sealed-new");
+    channel.PutField("P", "sealed-voucher");
+    channel.SendRequest("AddOFrm");
     transport->mishaps = {Mishap::LateBefore};
     EXPECT_EQ(channel.SendRequest("LstVenTp"), 1);
 
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_FALSE(file.permissions() & (QFile::ReadGroup | QFile::ReadOther));
     const QByteArray text = file.readAll();
-    for (const char* secret : {"1234", "sealed-old", "sealed-new", "token1"})
+    for (const char* secret : {"1234", "sealed-old", "sealed-new", "sealed-voucher", "token1"})
         EXPECT_FALSE(text.contains(secret)) << secret;
     const QList<QByteArray> lines = text.trimmed().split('\n');
-    ASSERT_EQ(lines.size(), 5);
+    ASSERT_EQ(lines.size(), 6);
     EXPECT_EQ(QJsonDocument::fromJson(lines[1])["reply"].toArray().last().toArray(),
               (QJsonArray{"Note", "Zeile 1\r\n\"Zeile\" 2 é"}));
-    EXPECT_EQ(QJsonDocument::fromJson(lines[4])["status"].toInt(), 1);
+    EXPECT_EQ(QJsonDocument::fromJson(lines[5])["status"].toInt(), 1);
 }
 
 TEST(EmbeddedTransport, CarriesMessagesOpensOnceAndRefusesWhatANetworkWould) {
