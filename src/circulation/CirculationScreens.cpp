@@ -1,6 +1,5 @@
 #include "circulation/CirculationScreens.h"
 
-#include "circulation/Counts.h"
 #include "circulation/frmCirculation_Calendars.h"
 #include "circulation/frmCirculation_LoanTest.h"
 #include "circulation/frmCirculation_PatronDefaultDates.h"
@@ -14,6 +13,7 @@
 #include "circulation/frmClusterMaintenance.h"
 #include "core/ScreenCatalogue.h"
 #include "framework/PlainScreens.h"
+#include "wire/Counts.h"
 
 #include <QCoreApplication>
 
@@ -62,7 +62,7 @@ PlainRecord Miscellaneous() {
                                .caption = tr("Short Loan time buffer:"),
                                .required = true,
                                .unit = tr("minutes"),
-                               .most = CountMost}),
+                               .most = wire::MostCount}),
          flag("chkUseDemerits", "UDem", tr("Use Demerits")),
          flag("chkDisplayDemerits", "DDemDsp", tr("Display Demerits")),
          flag("chkStopFines", "StopFF", tr("Stop Fines/Fees, Notices for Claims Returned Items")),

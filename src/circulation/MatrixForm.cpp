@@ -2,6 +2,7 @@
 
 #include "core/Application.h"
 #include "framework/forms/Rules.h"
+#include "wire/Counts.h"
 
 #include <algorithm>
 
@@ -9,7 +10,6 @@ namespace sysadmin {
 
 namespace {
 
-constexpr int MostCount = 9999;
 const QString ShortLoanPage = "short";
 
 QString tr(const char* text) {
@@ -70,9 +70,12 @@ QList<PickItem> SuitableUnits(bool isRenewal, const QString& loanUnit, bool isSh
 
 MatrixCountField::MatrixCountField(Form& form, const QString& name, const QString& tag,
                                    const QString& caption, const QString& unit)
-    : NumberField(
-          form,
-          {.name = name, .tag = tag, .caption = caption, .unit = unit, .initial = "0", .most = MostCount}) {}
+    : NumberField(form, {.name = name,
+                         .tag = tag,
+                         .caption = caption,
+                         .unit = unit,
+                         .initial = "0",
+                         .most = wire::MostCount}) {}
 
 QString LoanPeriodField::Problem() const {
     if (const QString problem = TextField::Problem(); !problem.isEmpty() || IsBlank())
@@ -81,9 +84,9 @@ QString LoanPeriodField::Problem() const {
     const double value = Draft().trimmed().toDouble(&isNumber);
     const bool isPlain = std::all_of(Draft().begin(), Draft().end(),
                                      [](QChar c) { return (c >= u'0' && c <= u'9') || c == u'.'; });
-    return isNumber && isPlain && value <= MostCount
+    return isNumber && isPlain && value <= wire::MostCount
                ? QString()
-               : tr("\"%1\" must be a number from %2 to %3.").arg(PlainCaption()).arg(0).arg(MostCount);
+               : tr("\"%1\" must be a number from %2 to %3.").arg(PlainCaption()).arg(0).arg(wire::MostCount);
 }
 
 MatrixSettings AskMatrixSettings(Application& application) {

@@ -1,7 +1,7 @@
 #include "circulation/UbPolicyForm.h"
 
-#include "circulation/Counts.h"
 #include "framework/forms/Rules.h"
+#include "wire/Counts.h"
 
 #include <QCoreApplication>
 
@@ -46,7 +46,7 @@ std::unique_ptr<ValueField> MakeMost(Form& form, const UbLimitSpec& limit) {
                    .required = true};
     if (limit.isMoney)
         return std::make_unique<MoneyField>(form, spec);
-    spec.most = CountMost;
+    spec.most = wire::MostCount;
     return std::make_unique<NumberField>(form, spec);
 }
 

@@ -1,11 +1,11 @@
 #include "circulation/UbPolicyTable.h"
 
-#include "circulation/Counts.h"
 #include "circulation/UbPolicyForm.h"
 #include "core/Application.h"
 #include "core/Prompter.h"
 #include "framework/FormDialog.h"
 #include "framework/forms/ReadList.h"
+#include "wire/Counts.h"
 #include "wire/Status.h"
 
 namespace sysadmin {
@@ -98,7 +98,7 @@ struct TableForm : Form {
             spec.edits.insert(LimitCell(i),
                               UbLimits()[i].isMoney
                                   ? CellEdit{.kind = CellEdit::Kind::Text, .maxLength = 12}
-                                  : CellEdit{.kind = CellEdit::Kind::Number, .most = CountMost});
+                                  : CellEdit{.kind = CellEdit::Kind::Number, .most = wire::MostCount});
             spec.edits.insert(BlockCell(i), {.kind = CellEdit::Kind::Check});
         }
         return spec;

@@ -12,7 +12,7 @@ PatronGroupForm::PatronGroupForm()
                    {{.caption = tr("Item Type")},
                     {.caption = tr("Current Limit"), .width = 110},
                     {.caption = tr("New Limit"), .width = 110}},
-                   {.edits = {{NewLimit, {.kind = CellEdit::Kind::Number, .most = CountMost}}}}) {}
+                   {.edits = {{NewLimit, {.kind = CellEdit::Kind::Number, .most = wire::MostCount}}}}) {}
 
 frmCirculation_PatronGroups::frmCirculation_PatronGroups(Application& application, QWidget* parent)
     : MaintenanceScreen(application, "frmCirculation_PatronGroups", tr("Circulation Patron Groups"),

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "circulation/Counts.h"
 #include "framework/MaintenanceScreen.h"
 #include "framework/forms/RowsField.h"
+#include "wire/Counts.h"
 
 #include <QHash>
 
@@ -39,14 +39,14 @@ struct PatronGroupForm : Form {
                                 .caption = tr("Max Demerits:"),
                                 .required = true,
                                 .enabledBy = "chkDemeritsApply",
-                                .most = CountMost}};
+                                .most = wire::MostCount}};
     NumberField txtSuspensionDays{*this,
                                   {.name = "txtSuspensionDays",
                                    .tag = "SusDays",
                                    .caption = tr("Suspension Days:"),
                                    .required = true,
                                    .enabledBy = "chkDemeritsApply",
-                                   .most = CountMost}};
+                                   .most = wire::MostCount}};
     FlagField chkOPACMessages{*this,
                               {.name = "chkOPACMessages",
                                .tag = "ChrgdStatDsply",
@@ -61,7 +61,7 @@ struct PatronGroupForm : Form {
                                 .required = true,
                                 .accessible = tr("Charged items limit for all item types"),
                                 .enabledBy = "chkChargeLimit",
-                                .most = CountMost}};
+                                .most = wire::MostCount}};
     RowsField vsfItemTypes;
 };
 
