@@ -75,11 +75,11 @@ protected:
                                                        SignOn(second, other.operatorId)};
         m_server->Advance(3600); // the time of a session's last use is due
         QList<qint16> statuses{-1, -1};
+        const Ask* asks[] = {&one, &other}; // a thread may look at them only when the change has ended
         std::vector<std::thread> threads;
         {
             const auto database = m_server->GetLibrary().Connect();
             const Transaction others(*database, Transaction::Mode::Write);
-            const Ask* asks[] = {&one, &other};
             for (int i = 0; i < 2; ++i)
                 threads.emplace_back(
                     [&, i] { statuses[i] = clients[i]->Send(asks[i]->name, asks[i]->fields).status; });
