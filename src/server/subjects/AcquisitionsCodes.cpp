@@ -78,6 +78,7 @@ void RegisterAcquisitionsCodes(Registry& registry) {
                    SubjectField::Flag("B", "blanket").OnlyInList(),
                    SubjectField::Flag("RT", "recurring").OnlyInList()},
         .key = "T",
+        .usedBy = {{"acquisitions_vendor_policies", "order_type_id"}},
         .usages = {{"purchase orders", OrderTypeInOrders}},
         .addReply = {"T", "D"},
     });

@@ -65,6 +65,32 @@ qint16 CheckPeriod(Context&, const wire::Fields&, const Row&, Row& after) {
                                                                                        : status::Ok;
 }
 
+/// The ledgers of a fiscal period with their funds, and the locations that spend from them. The acquisitions
+/// client keeps them.
+void AddLedgerTables(Registry& registry) {
+    const auto reference = [](const QString& column, const QString& table,
+                              OnRemoval onRemoval = OnRemoval::Refuse) {
+        return Column{
+            .name = column, .type = ColumnType::Reference, .target = table, .onRemoval = onRemoval};
+    };
+    registry.AddTable({.name = "ledgers",
+                       .columns = {{.name = "name"},
+                                   reference("fiscal_period_id", "fiscal_periods"),
+                                   reference("policy_group_id", "acquisitions_policy_groups")},
+                       .uniqueTexts = {{.column = "name", .within = "fiscal_period_id"}}});
+    registry.AddTable({.name = "ledger_locations",
+                       .columns = {reference("ledger_id", "ledgers", OnRemoval::RemoveToo),
+                                   reference("location_id", "locations")},
+                       .uniqueSets = {{"ledger_id", "location_id"}},
+                       .owner = "ledger_id"});
+    registry.AddTable({.name = "funds",
+                       .columns = {{.name = "code"},
+                                   {.name = "name"},
+                                   reference("ledger_id", "ledgers", OnRemoval::RemoveToo),
+                                   reference("fund_type_id", "fund_types")},
+                       .uniqueTexts = {{.column = "code", .within = "ledger_id"}}});
+}
+
 } // namespace
 
 void RegisterAcquisitionsFunds(Registry& registry) {
@@ -77,7 +103,7 @@ void RegisterAcquisitionsFunds(Registry& registry) {
                      .update = "UpdFndTp",
                      .remove = "DelFndTp"},
         .fields = FundTypeFields(),
-        .usages = {{"funds", UsedByFunds}},
+        .usedBy = {{"funds", "fund_type_id", UsedByFunds}},
         .addReply = {"ID", "Nm"},
         .checkPut = CheckFundRules,
     });
@@ -98,10 +124,12 @@ void RegisterAcquisitionsFunds(Registry& registry) {
                 SubjectField::Text("StDt", "start_date", 10).Required().Checked(IsFirstDay),
                 SubjectField::Text("EDt", "end_date", 19).Required().Checked(IsEnd),
             },
-        .usages = {{"ledgers", UsedByLedgers}, {"rollover rules", UsedByRollovers}},
+        .usedBy = {{"ledgers", "fiscal_period_id", UsedByLedgers}},
+        .usages = {{"rollover rules", UsedByRollovers}},
         .addReply = {"ID", "Nm"},
         .checkPut = CheckPeriod,
     });
+    AddLedgerTables(registry);
 }
 
 } // namespace sysadmin::server

@@ -36,8 +36,10 @@ void RegisterItemTypes(Registry& registry) {
                    {"circulation_policy_locations", "default_item_type_id", UsedByCirculationPolicies},
                    {"call_slip_rules", "item_type_id", status::InUse},
                    {"call_slip_rules", "temporary_item_type_id", status::InUse},
-                   {"call_slip_queues", "default_item_type_id", status::InUse}},
-        .usages = {{"items", UsedByItems}, {"acquisitions policies", UsedByAcquisitionsPolicy}},
+                   {"call_slip_queues", "default_item_type_id", status::InUse},
+                   {"acquisitions_policy_locations", "order_item_type_id", UsedByAcquisitionsPolicy},
+                   {"acquisitions_policy_locations", "receive_item_type_id", UsedByAcquisitionsPolicy}},
+        .usages = {{"items", UsedByItems}},
         .addReply = {"ID", "Cd"},
     });
 }

@@ -10,6 +10,7 @@ constexpr qint16 IsOpacDesk = 51;
 constexpr qint16 InAcquisitionsGroup = 23;
 constexpr qint16 InCatalogingGroup = 24;
 constexpr qint16 InCirculationGroup = 25;
+constexpr qint16 InLedger = 29;
 constexpr qint16 InCallSlipRule = 52;
 constexpr qint16 InDataChangeProfile = 111;
 
@@ -22,7 +23,6 @@ const QList<UsageKind>& LocationUsages() {
         {"line item copies", 26},
         {"account locations", 27},
         {"purchase orders", 28},
-        {"ledger locations", 29},
         {"invoices", 30},
         {"holds and recalls", 31},
         {"fine and fee transactions", 32},
@@ -98,6 +98,7 @@ void RegisterLocations(Registry& registry) {
                    {"cataloging_policy_locations", "location_id", InCatalogingGroup},
                    {"circulation_policy_locations", "location_id", InCirculationGroup},
                    {"data_change_profiles_locations", "location_id", InDataChangeProfile},
+                   {"ledger_locations", "location_id", InLedger},
                    {"call_slip_rules", "item_location_id", InCallSlipRule},
                    {"call_slip_rules", "temporary_location_id", InCallSlipRule},
                    {"call_slip_rules", "holdings_location_id", InCallSlipRule},

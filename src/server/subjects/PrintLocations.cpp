@@ -54,6 +54,8 @@ void RegisterPrintLocations(Registry& registry) {
                 SubjectField::Flag("CtG", "for_cataloging"),
             },
         .listArea = Area::AnyOperator,
+        .usedBy = {{"acquisitions_policy_locations", "print_location_id"},
+                   {"circulation_policy_locations", "print_location_id"}},
         .usages = {{"workstations"}},
         .addReply = {"ID", "Cd"},
         .checkPut = KeepMark,

@@ -56,18 +56,20 @@ Table KeyedRows::StoredAs(const QString& ownerTable) const {
 }
 
 std::optional<QList<KeyedRow>> ReadKeyedRows(const KeyedRows& rows, const wire::Fields& request) {
-    QStringList tags{rows.keyTag};
+    QStringList tags{rows.keyTag, rows.state};
     for (const SubjectField& field : rows.fields)
         tags << field.tag;
+    const QString marker = rows.marker.isEmpty() ? rows.state : rows.marker;
     QList<KeyedRow> read;
     for (const wire::Field& field : request) {
-        if (field.tag == rows.state)
-            read.append({.state = field.value, .key = {}, .fields = {}});
-        else if (!read.isEmpty() && tags.contains(field.tag))
+        if (field.tag == marker)
+            read.append(KeyedRow());
+        if (!read.isEmpty() && tags.contains(field.tag))
             read.last().fields.append(field);
     }
     for (KeyedRow& row : read) {
         row.key = wire::FirstValue(row.fields, rows.keyTag);
+        row.state = wire::FirstValue(row.fields, rows.state);
         if (!IsState(row.state) || row.key.isEmpty())
             return std::nullopt;
     }

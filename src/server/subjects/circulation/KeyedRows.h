@@ -22,7 +22,7 @@ inline const QString Unchanged = "4";
 struct KeyedRows {
     QString table;
     QString owner; ///< the column that refers to the record
-    QString state; ///< tag of the state, which begins a row in requests
+    QString state; ///< tag of the state, which begins a row in requests unless there is a marker
     QString keyTag;
     QString keyColumn;
     QString keyTable;
@@ -30,6 +30,7 @@ struct KeyedRows {
     OnRemoval onKeyRemoval = OnRemoval::RemoveToo;
     /// The same record may stand in the rows of one record only.
     bool exclusive = false;
+    QString marker = {}; ///< tag that begins a row in requests; the state's when empty
 
     Table StoredAs(const QString& ownerTable) const;
 };
@@ -38,7 +39,7 @@ struct KeyedRows {
 struct KeyedRow {
     QString state;
     QString key;
-    wire::Fields fields; ///< those that follow the state, up to the next row
+    wire::Fields fields; ///< all of the row, up to the next one
 };
 
 /// The rows that a request carries; none when one of them has no known state or says no key.
