@@ -70,8 +70,7 @@ qint16 CheckPeriod(Context&, const wire::Fields&, const Row&, Row& after) {
 void AddLedgerTables(Registry& registry) {
     const auto reference = [](const QString& column, const QString& table,
                               OnRemoval onRemoval = OnRemoval::Refuse) {
-        return Column{
-            .name = column, .type = ColumnType::Reference, .target = table, .onRemoval = onRemoval};
+        return Column{.name = column, .type = ColumnType::Reference, .target = table, .onRemoval = onRemoval};
     };
     registry.AddTable({.name = "ledgers",
                        .columns = {{.name = "name"},

@@ -238,11 +238,9 @@ void RegisterAcquisitionsPolicies(Registry& registry) {
         .table = Groups,
         .area = Area::Acquisitions,
         .requests = {.list = "LstAcqGp", .add = "AddAcqGp", .update = "UpdAcqGp", .remove = "DelAcqGp"},
-        .fields = {SubjectField::Reference("SDI", "duplicate_profile_id", "duplicate_profiles"),
-                   SubjectField::Text("Nm", "name", NameLength)
-                       .Required()
-                       .Unique(status::DuplicateName)
-                       .InList()},
+        .fields =
+            {SubjectField::Reference("SDI", "duplicate_profile_id", "duplicate_profiles"),
+             SubjectField::Text("Nm", "name", NameLength).Required().Unique(status::DuplicateName).InList()},
         .usedBy = {{"ledgers", "policy_group_id"}},
         .addReply = {"ID", "Nm"},
         .checkPut = CheckProfile,
