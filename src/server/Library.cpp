@@ -118,6 +118,12 @@ void Library::Fill(Database& database) {
             Records records(database, m_registry->GetTables());
             MakeLocalDatabase(records);
         });
+    // None of them can be added or removed: either all are there, or this library is older than they are.
+    if (!database.FirstRow("SELECT 1 FROM heading_indexes"))
+        RunInTransaction(database, [&] {
+            Records records(database, m_registry->GetTables());
+            FillSystemIndexes(records, *this);
+        });
     m_sample = ReadSetting(database, "sample") == "Y";
     m_dummyHash = ReadSetting(database, "dummy_hash");
     m_keys.publicKey = QByteArray::fromBase64(ReadSetting(database, "sealing_public_key").toLatin1());

@@ -5,6 +5,7 @@
 #include "server/store/Database.h"
 #include "server/store/Schema.h"
 #include "server/store/TableFiles.h"
+#include "server/subjects/SearchIndexes.h"
 
 #include <QDir>
 #include <QFile>
@@ -107,6 +108,28 @@ void FillSampleLibrary(const Library& library, Database& database) {
     if (filled.contains("web_service_configuration"))
         if (const auto only = records.IdWhere("web_service_configuration", "only_one", "Y"))
             records.Update("web_service_configuration", *only, {{"default_pin", "0000"}});
+}
+
+void FillSystemIndexes(Records& records, const Library& library) {
+    InitSampleLibrary();
+    const Tables& tables = library.GetRegistry().GetTables();
+    TableFiles files(records, tables);
+    const auto read = [&](const QString& table, const std::function<bool(const Row&)>& takes) {
+        QFile file(":/sample-library/" + table + ".csv");
+        const bool isOpen = file.open(QIODevice::ReadOnly);
+        const QString wrong = files.Read(table, file.readAll(), TableFiles::Unknown::Skip, takes);
+        if (!isOpen || !wrong.isEmpty())
+            qFatal("The system's indexes are not in order. %s", qPrintable(wrong));
+    };
+    read("bib_texts", {});
+    for (const IndexFamily& family : IndexFamilies()) {
+        const bool isFixed = family.family == wire::indexes::Family::Headings;
+        read(family.table, [&](const Row& row) {
+            return isFixed || wire::indexes::IsSystemCode(family.family, row.value("code").toString());
+        });
+        if (tables.contains(family.table + "_fields"))
+            read(family.table + "_fields", {});
+    }
 }
 
 bool IsSampleIncomplete(const Library& library, Database& database) {

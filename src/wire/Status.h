@@ -42,5 +42,7 @@ inline constexpr qint16 LocationInOtherGroup = 134;
 inline constexpr qint16 AddressInUse = 135;
 /// The local search database was to be deleted or to get another code.
 inline constexpr qint16 LocalDatabase = 136;
+/// A search index that comes with the system was to be deleted or to get another code.
+inline constexpr qint16 SystemIndex = 137;
 
 } // namespace sysadmin::wire::status

@@ -1,6 +1,7 @@
 #include "wire/RequestForms.h"
 #include "server/store/Database.h"
 #include "server/subjects/Registrations.h"
+#include "server/subjects/Vouchers.h"
 
 namespace sysadmin::server {
 
@@ -100,16 +101,6 @@ QList<Membership> Members() {
     return {groups, databases, borrowing};
 }
 
-bool IsRangeInOrder(const Row& form) {
-    const QVariant start = form["voucher_start"];
-    const QVariant end = form["voucher_end"];
-    const QVariant last = form["voucher_last"];
-    const auto isAbove = [](const QVariant& one, const QVariant& other) {
-        return !one.isNull() && !other.isNull() && one.toLongLong() > other.toLongLong();
-    };
-    return !isAbove(start, end) && !isAbove(start, last) && !isAbove(last, end);
-}
-
 qint16 CheckForm(Context&, const wire::Fields&, const Row& before, Row& after) {
     const bool hasFixedCode = after["form_type"] == forms::WithoutBibliographicData;
     if (hasFixedCode && after["code"] != forms::WithoutBibliographicDataCode)
@@ -118,7 +109,7 @@ qint16 CheckForm(Context&, const wire::Fields&, const Row& before, Row& after) {
     const bool isOwn = before["system_defined"] == "Y";
     if (isOwn && (before["code"] != after["code"] || before["form_type"] != after["form_type"]))
         return status::ColumnError;
-    return IsRangeInOrder(after) ? status::Ok : status::ColumnError;
+    return IsVoucherRangeInOrder(after) ? status::Ok : status::ColumnError;
 }
 
 /// Fields that are exchanged say with which field of the outside system, and what the patron may do.
@@ -177,7 +168,7 @@ void RegisterRequestForms(Registry& registry) {
                      .remove = "DelOFrm",
                      .available = "AvlOFrm"},
         .fields =
-            {
+            QList<SubjectField>{
                 SubjectField::Text("C", "code", forms::CodeLength).Required().Unique(status::DuplicateCode),
                 SubjectField::Text("N", "name", forms::NameLength).Required().Unique(status::DuplicateName),
                 SubjectField::Text("E", "email", forms::EmailLength).Checked(IsNoneOrEmail),
@@ -185,13 +176,8 @@ void RegisterRequestForms(Registry& registry) {
                 SubjectField::Flag("OS", "suppressed"),
                 SubjectField::Text("FT", "form_type", 1).Required().Checked(forms::IsType),
                 SubjectField::Text("OT", "output", 1).Checked(IsOutput).Default("E"),
-                SubjectField::Text("L", "voucher_login", forms::LoginLength),
-                SubjectField::Secret("P", "PC", "voucher_password", forms::PasswordLength),
-                SubjectField::Text("VP", "voucher_prefix", forms::PrefixLength),
-                SubjectField::Whole("VS", "voucher_start", 0, forms::MostVoucher),
-                SubjectField::Whole("VE", "voucher_end", 0, forms::MostVoucher),
-                SubjectField::Whole("VL", "voucher_last", 0, forms::MostVoucher),
-            },
+            } +
+            VoucherFields("P"),
         .key = "I",
         .columns = {{.name = "system_defined", .type = ColumnType::Flag, .fallback = "N"}},
         .memberships = Members(),
