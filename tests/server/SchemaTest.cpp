@@ -225,6 +225,10 @@ TEST(LibraryTest, ANewLibraryHasOneAdministratorWhoMustChangeThePassword) {
         status::Ok);
     EXPECT_EQ(client.Send("LstVenTp").status, status::Ok);
     EXPECT_EQ(client.Send("AddVenTp", {{"Cd", "A"}, {"Nm", "B"}}).status, status::Ok);
+    // The search indexes of the system are there from the start, and no others.
+    EXPECT_EQ(client.Send("GetCSDef", {{"Cd", "TITL"}}).status, status::Ok);
+    EXPECT_EQ(client.Send("GetKSrch", {{"Cd", "GKEY"}}).status, status::Ok);
+    EXPECT_EQ(client.Send("GetKSrch", {{"Cd", "SKEY"}}).status, status::NotFound);
     const auto again = Library::Open(options, &error);
     EXPECT_EQ(again->FirstPassword(), "");
     EXPECT_EQ(again->GetSealingKeys().publicKey, library->GetSealingKeys().publicKey);

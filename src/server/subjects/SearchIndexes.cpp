@@ -23,12 +23,11 @@ const QString Composites = "composite_indexes";
 template <class Visit>
 void EachComposite(Context& context, const QString& component, const Visit& visit) {
     QList<std::pair<qint64, QString>> found;
-    context.database.Each("SELECT id, definition FROM composite_indexes ORDER BY id", {},
-                          [&](const ResultRow& row) {
-                              if (indexes::ComponentsOf(row.value(1).toString())
-                                      .contains(component, Qt::CaseInsensitive))
-                                  found.append({row.value(0).toLongLong(), row.value(1).toString()});
-                          });
+    context.database.Each(
+        "SELECT id, definition FROM composite_indexes ORDER BY id", {}, [&](const ResultRow& row) {
+            if (indexes::ComponentsOf(row.value(1).toString()).contains(component, Qt::CaseInsensitive))
+                found.append({row.value(0).toLongLong(), row.value(1).toString()});
+        });
     for (const auto& [id, definition] : found)
         visit(id, definition);
 }
@@ -111,24 +110,24 @@ SubjectField SortKey(const QString& tag, const QString& column) {
 }
 
 QList<SubjectField> Fields() {
-    return QList<SubjectField>{SubjectField::Text("Cd", "code", indexes::CodeLength)
-                                   .Required()
-                                   .Unique(status::DuplicateCode)
-                                   .Checked(indexes::IsCode)
-                                   .InList(),
-                               SubjectField::Text("Nm", "name", indexes::NameLength).Required().InList(),
-                               SubjectField::Whole("Z", "use_attribute", 1, indexes::MostUse),
-                               Display("DF1", "first_display_id"),
-                               Display("DF2", "second_display_id"),
-                               Display("DF3", "third_display_id"),
-                               SortKey("SF1", "primary_sort"),
-                               SortKey("SF2", "secondary_sort"),
-                               SortKey("SF3", "tertiary_sort"),
-                               SubjectField::Text("RDAF", "rda_formats", indexes::RdaLength)
-                                   .Default(indexes::NoRdaFormats),
-                               SubjectField::Flag("SS", "staff_suppressed"),
-                               SubjectField::Text("Ix", "definition", indexes::DefinitionLength)
-                                   .Checked(indexes::IsDefinition)} +
+    return QList<SubjectField>{
+               SubjectField::Text("Cd", "code", indexes::CodeLength)
+                   .Required()
+                   .Unique(status::DuplicateCode)
+                   .Checked(indexes::IsCode)
+                   .InList(),
+               SubjectField::Text("Nm", "name", indexes::NameLength).Required().InList(),
+               SubjectField::Whole("Z", "use_attribute", 1, indexes::MostUse),
+               Display("DF1", "first_display_id"),
+               Display("DF2", "second_display_id"),
+               Display("DF3", "third_display_id"),
+               SortKey("SF1", "primary_sort"),
+               SortKey("SF2", "secondary_sort"),
+               SortKey("SF3", "tertiary_sort"),
+               SubjectField::Text("RDAF", "rda_formats", indexes::RdaLength).Default(indexes::NoRdaFormats),
+               SubjectField::Flag("SS", "staff_suppressed"),
+               SubjectField::Text("Ix", "definition", indexes::DefinitionLength)
+                   .Checked(indexes::IsDefinition)} +
            VoucherFields("PW");
 }
 
