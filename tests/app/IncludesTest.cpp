@@ -16,6 +16,7 @@ QMap<QString, QSet<QString>> AllowedIncludes() {
         {"wire", {}},
         {"loan", {}},
         {"callslips", {}},
+        {"marc", {}},
         {"core/data", {"wire"}},
         {"look", {}},
         {"core", {"core/data", "look", "wire"}},
@@ -30,6 +31,7 @@ QMap<QString, QSet<QString>> AllowedIncludes() {
         allowed[subsystem] = {"framework", "framework/forms", "core", "core/data", "wire"};
     allowed["circulation"].insert("loan");
     allowed["requests"].insert("callslips");
+    allowed["cataloging"].insert("marc");
     QSet<QString> all(allowed.keyBegin(), allowed.keyEnd());
     allowed["app"] = all;
     return allowed;
