@@ -210,7 +210,11 @@ CalendarForm::CalendarForm()
             {*this, "Th", WeekdayName(4), WeekdayTags(4)},
             {*this, "Fr", WeekdayName(5), WeekdayTags(5)},
             {*this, "St", WeekdayName(6), WeekdayTags(6)}}}
-    , lists(*this, "", [this] { return std::pair(txtStartDate.Date(), txtEndDate.Date()); }) {}
+    , lists(*this, "", [this] { return std::pair(txtStartDate.Date(), txtEndDate.Date()); }) {
+    for (size_t day = 0; day < week.size(); ++day)
+        TellWhenLeft(week[day].open,
+                     [this, day] { return OverlappingDay() == int(day) ? WeekProblem()->text : QString(); });
+}
 
 std::optional<Hours> CalendarForm::HoursOn(QDate date) const {
     const QDate begin = txtStartDate.Date();

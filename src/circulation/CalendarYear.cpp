@@ -1,14 +1,12 @@
 #include "circulation/CalendarYear.h"
 
 #include "circulation/CalendarForm.h"
+#include "framework/SpokenPicture.h"
+#include "look/FlatPaint.h"
 
-#include <QAccessible>
-#include <QAccessibleWidget>
-#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QLocale>
 #include <QPainter>
-#include <QToolTip>
 
 namespace sysadmin {
 
@@ -30,38 +28,25 @@ Kind KindOf(const CalendarForm& form, QDate date) {
     return hours->IsOpen() ? Kind::Open : Kind::Closed;
 }
 
-/// The colour mixed into the background by a share of 100.
-QColor Tint(const QPalette& palette, const QColor& colour, int share) {
-    const QColor base = palette.color(QPalette::Base);
-    const auto mix = [&](int a, int b) { return (a * share + b * (100 - share)) / 100; };
-    return {mix(colour.red(), base.red()), mix(colour.green(), base.green()),
-            mix(colour.blue(), base.blue())};
-}
-
 QColor Background(const QPalette& palette, Kind kind) {
+    const QColor base = palette.color(QPalette::Base);
     switch (kind) {
     case Kind::Outside:
         return palette.color(QPalette::Window);
     case Kind::Open:
-        return palette.color(QPalette::Base);
+        return base;
     case Kind::Closed:
-        return Tint(palette, palette.color(QPalette::Text), 16);
+        return flat::Blend(palette.color(QPalette::Text), base, 0.16);
     case Kind::OtherHours:
-        return Tint(palette, QColor(0x2f, 0x7d, 0xd1), 30);
+        return flat::Blend(QColor(0x2f, 0x7d, 0xd1), base, 0.3);
     case Kind::ClosedByException:
-        return Tint(palette, QColor(0xc8, 0x4b, 0x31), 40);
+        return flat::Blend(QColor(0xc8, 0x4b, 0x31), base, 0.4);
     }
     return {};
 }
 
 QString Shown(const QString& time) {
     return QLocale().toString(QTime::fromString(time, "HH:mm"), QLocale::ShortFormat);
-}
-
-/// A picture that takes the focus and is described by the day that it stands on.
-QAccessibleInterface* MakeSpoken(const QString&, QObject* object) {
-    auto* year = qobject_cast<CalendarYear*>(object);
-    return year ? new QAccessibleWidget(year, QAccessible::Graphic) : nullptr;
 }
 
 } // namespace
@@ -78,11 +63,12 @@ struct CalendarYear::Grid {
 
 CalendarYear::CalendarYear(const CalendarForm& form, QWidget* parent)
     : QWidget(parent)
-    , m_form(form) {
-    static const bool isSpoken = (QAccessible::installFactory(MakeSpoken), true);
-    Q_UNUSED(isSpoken)
+    , m_form(form)
+    , m_spoken(new SpokenPicture(this, [this](const QPoint& point) {
+        const QDate date = DayAt(point);
+        return date.isValid() ? InWords(date) : QString();
+    })) {
     setObjectName("picYear");
-    setFocusPolicy(Qt::StrongFocus);
     setAccessibleName(tr("Year at a glance"));
     connect(&form, &Form::Changed, this, &CalendarYear::FollowForm);
     FollowForm();
@@ -96,7 +82,7 @@ void CalendarYear::FollowForm() {
         m_first = first;
         m_day = start.isValid() ? start : first;
     }
-    setAccessibleDescription(InWords(m_day));
+    m_spoken->Say(InWords(m_day));
     update();
 }
 
@@ -239,9 +225,7 @@ void CalendarYear::GoTo(QDate date) {
         m_first = m_first.addMonths(-Months);
     while (m_day >= m_first.addMonths(Months))
         m_first = m_first.addMonths(Months);
-    setAccessibleDescription(InWords(m_day));
-    QAccessibleEvent told(this, QAccessible::DescriptionChanged);
-    QAccessible::updateAccessibility(&told);
+    m_spoken->Say(InWords(m_day));
     update();
 }
 
@@ -278,23 +262,6 @@ void CalendarYear::mousePressEvent(QMouseEvent* event) {
         GoTo(date);
         emit DayChosen(date);
     }
-}
-
-void CalendarYear::focusInEvent(QFocusEvent* event) {
-    QWidget::focusInEvent(event);
-    GoTo(m_day);
-}
-
-bool CalendarYear::event(QEvent* event) {
-    if (event->type() == QEvent::ToolTip) {
-        const auto* help = static_cast<QHelpEvent*>(event);
-        if (const QDate date = DayAt(help->pos()); date.isValid())
-            QToolTip::showText(help->globalPos(), InWords(date), this);
-        else
-            QToolTip::hideText();
-        return true;
-    }
-    return QWidget::event(event);
 }
 
 } // namespace sysadmin

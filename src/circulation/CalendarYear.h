@@ -6,6 +6,7 @@
 namespace sysadmin {
 
 struct CalendarForm;
+class SpokenPicture;
 
 /// A year of a calendar at a glance, painted from the draft: open and closed days, other hours, ends of
 /// terms, the fixed due date. The arrow keys go from day to day, Page Up and Page Down from year to year; a
@@ -31,8 +32,6 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
-    void focusInEvent(QFocusEvent* event) override;
-    bool event(QEvent* event) override;
 
 private:
     struct Grid;
@@ -48,6 +47,7 @@ private:
     const CalendarForm& m_form;
     QDate m_first; // of the first month that is shown
     QDate m_day;
+    SpokenPicture* m_spoken;
 };
 
 } // namespace sysadmin

@@ -1,14 +1,12 @@
 #include "circulation/LoanTimeline.h"
 
+#include "framework/SpokenPicture.h"
 #include "framework/forms/ShownDate.h"
+#include "look/FlatPaint.h"
 
-#include <QAccessible>
-#include <QAccessibleWidget>
-#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QLocale>
 #include <QPainter>
-#include <QToolTip>
 
 #include <algorithm>
 
@@ -22,23 +20,20 @@ using Kind = LoanMark::Kind;
 constexpr qreal LeastGap = 16;
 constexpr qreal MarkSize = 11;
 
-QColor Mix(const QPalette& palette, const QColor& colour, int share) {
-    const QColor base = palette.color(QPalette::Base);
-    const auto mix = [&](int a, int b) { return (a * share + b * (100 - share)) / 100; };
-    return {mix(colour.red(), base.red()), mix(colour.green(), base.green()),
-            mix(colour.blue(), base.blue())};
+QColor Mix(const QPalette& palette, const QColor& colour, qreal share) {
+    return flat::Blend(colour, palette.color(QPalette::Base), share);
 }
 
 QBrush Fill(const QPalette& palette, LoanSpan::Kind kind) {
     switch (kind) {
     case LoanSpan::Kind::Lent:
-        return Mix(palette, QColor(0x2f, 0x7d, 0xd1), 55);
+        return Mix(palette, QColor(0x2f, 0x7d, 0xd1), 0.55);
     case LoanSpan::Kind::Overdue: // not by colour alone
-        return {Mix(palette, QColor(0xd0, 0x3a, 0x2b), 85), Qt::BDiagPattern};
+        return {Mix(palette, QColor(0xd0, 0x3a, 0x2b), 0.85), Qt::BDiagPattern};
     case LoanSpan::Kind::Shelf:
-        return {Mix(palette, QColor(0x7a, 0x4f, 0xb5), 85), Qt::Dense5Pattern};
+        return {Mix(palette, QColor(0x7a, 0x4f, 0xb5), 0.85), Qt::Dense5Pattern};
     case LoanSpan::Kind::Suspended:
-        return {Mix(palette, QColor(0xc2, 0x82, 0x10), 90), Qt::DiagCrossPattern};
+        return {Mix(palette, QColor(0xc2, 0x82, 0x10), 0.9), Qt::DiagCrossPattern};
     }
     return {};
 }
@@ -96,11 +91,6 @@ void PaintMark(QPainter& painter, const QPalette& palette, QPointF at, Kind kind
     }
 }
 
-QAccessibleInterface* MakeSpoken(const QString&, QObject* object) {
-    auto* line = qobject_cast<LoanTimeline*>(object);
-    return line ? new QAccessibleWidget(line, QAccessible::Graphic) : nullptr;
-}
-
 } // namespace
 
 /// Where moments stand: to scale between two events, but no two events closer than can be told apart.
@@ -128,11 +118,12 @@ struct LoanTimeline::Scale {
 };
 
 LoanTimeline::LoanTimeline(QWidget* parent)
-    : QWidget(parent) {
-    static const bool isSpoken = (QAccessible::installFactory(MakeSpoken), true);
-    Q_UNUSED(isSpoken)
+    : QWidget(parent)
+    , m_spoken(new SpokenPicture(this, [this](const QPoint& point) {
+        const qsizetype mark = MarkAt(point);
+        return mark < 0 ? QString() : ShownMoment(m_answer.marks[mark].at) + ": " + m_answer.marks[mark].text;
+    })) {
     setObjectName("picLoan");
-    setFocusPolicy(Qt::StrongFocus);
     setAccessibleName(tr("Line of time"));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
@@ -296,7 +287,7 @@ void LoanTimeline::PaintFine(QPainter& painter, const Scale& scale) const {
         if (span.kind == LoanSpan::Kind::Overdue)
             end = scale.At(span.to);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(Mix(palette(), QColor(0xd0, 0x3a, 0x2b), 45));
+    painter.setBrush(Mix(palette(), QColor(0xd0, 0x3a, 0x2b), 0.45));
     for (qsizetype i = 0; i < m_answer.fines.size(); ++i) {
         const loan::FineDay& day = m_answer.fines[i];
         const qreal left = scale.At(qMax(day.date.startOfDay(), scale.points.first().first));
@@ -355,9 +346,7 @@ void LoanTimeline::GoTo(qsizetype mark) {
     if (m_answer.marks.isEmpty())
         return;
     m_mark = qBound(qsizetype(0), mark, m_answer.marks.size() - 1);
-    setAccessibleDescription(InWords());
-    QAccessibleEvent told(this, QAccessible::DescriptionChanged);
-    QAccessible::updateAccessibility(&told);
+    m_spoken->Say(InWords());
     update();
 }
 
@@ -381,23 +370,6 @@ void LoanTimeline::keyPressEvent(QKeyEvent* event) {
 void LoanTimeline::mousePressEvent(QMouseEvent* event) {
     if (const qsizetype mark = MarkAt(event->pos()); mark >= 0 && event->button() == Qt::LeftButton)
         GoTo(mark);
-}
-
-void LoanTimeline::focusInEvent(QFocusEvent* event) {
-    QWidget::focusInEvent(event);
-    GoTo(m_mark);
-}
-
-bool LoanTimeline::event(QEvent* event) {
-    if (event->type() != QEvent::ToolTip)
-        return QWidget::event(event);
-    const auto* help = static_cast<QHelpEvent*>(event);
-    if (const qsizetype mark = MarkAt(help->pos()); mark >= 0)
-        QToolTip::showText(help->globalPos(),
-                           ShownMoment(m_answer.marks[mark].at) + ": " + m_answer.marks[mark].text, this);
-    else
-        QToolTip::hideText();
-    return true;
 }
 
 } // namespace sysadmin

@@ -6,6 +6,8 @@
 
 namespace sysadmin {
 
+class SpokenPicture;
+
 /// A loan as a line of time: what happens when, how long it is lent and overdue, closed days, how the fine
 /// grows. The arrow keys go from one event to the next; a screen reader hears it in words.
 class LoanTimeline : public QWidget {
@@ -24,8 +26,6 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
-    void focusInEvent(QFocusEvent* event) override;
-    bool event(QEvent* event) override;
 
 private:
     struct Scale;
@@ -40,6 +40,7 @@ private:
 
     LoanAnswer m_answer;
     qsizetype m_mark = 0;
+    SpokenPicture* m_spoken;
 };
 
 } // namespace sysadmin

@@ -1,7 +1,8 @@
 #include "circulation/MatrixMap.h"
 
-#include <QAccessible>
-#include <QAccessibleWidget>
+#include "framework/SpokenPicture.h"
+#include "look/FlatPaint.h"
+
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -16,18 +17,6 @@ constexpr int MostCellWidth = 44;
 constexpr int MostNameCharacters = 32;
 constexpr int Gap = 4;
 
-/// A picture that takes the focus and is described by the cell that it stands on.
-QAccessibleInterface* MakeSpoken(const QString&, QObject* object) {
-    auto* map = qobject_cast<MatrixMap*>(object);
-    return map ? new QAccessibleWidget(map, QAccessible::Graphic) : nullptr;
-}
-
-QColor Mixed(const QColor& colour, const QColor& base, int share) {
-    const auto mix = [&](int a, int b) { return (a * share + b * (100 - share)) / 100; };
-    return {mix(colour.red(), base.red()), mix(colour.green(), base.green()),
-            mix(colour.blue(), base.blue())};
-}
-
 /// How light a colour looks, from 0 to 255.
 int Lightness(const QColor& colour) {
     return (colour.red() * 299 + colour.green() * 587 + colour.blue() * 114) / 1000;
@@ -40,11 +29,9 @@ QColor ReadableOn(const QColor& background) {
 } // namespace
 
 MatrixMap::MatrixMap(const QString& name, QWidget* parent)
-    : QAbstractScrollArea(parent) {
-    static const bool isSpoken = (QAccessible::installFactory(MakeSpoken), true);
-    Q_UNUSED(isSpoken)
+    : QAbstractScrollArea(parent)
+    , m_spoken(new SpokenPicture(this)) {
     setObjectName(name);
-    setFocusPolicy(Qt::StrongFocus);
     setFrameShape(QFrame::NoFrame);
     viewport()->setMouseTracking(true);
     viewport()->setFocusProxy(this);
@@ -56,8 +43,8 @@ QColor MatrixMap::ColourOf(const QPalette& palette, int of, int classes) {
     const QColor base = palette.color(QPalette::Base);
     const bool isDark = Lightness(base) < 128;
     const QColor strongest = isDark ? QColor(0x8f, 0xc4, 0xff) : QColor(0x0b, 0x3c, 0x7d);
-    constexpr int Least = 10;
-    return Mixed(strongest, base, Least + (100 - Least) * of / qMax(1, classes - 1));
+    constexpr qreal Least = 0.1;
+    return flat::Blend(strongest, base, Least + (1 - Least) * of / qMax(1, classes - 1));
 }
 
 void MatrixMap::PaintMissing(QPainter& painter, const QRect& rect, const QPalette& palette) {
@@ -291,9 +278,7 @@ void MatrixMap::GoTo(MatrixPicture::Cell cell, bool extends) {
     if (!extends)
         m_anchor = m_current;
     BringToView(m_current);
-    setAccessibleDescription(InWords(m_current));
-    QAccessibleEvent told(this, QAccessible::DescriptionChanged);
-    QAccessible::updateAccessibility(&told);
+    m_spoken->Say(InWords(m_current));
     viewport()->update();
     emit CurrentChanged(m_current);
     emit SelectionChanged();

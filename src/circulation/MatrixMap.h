@@ -7,6 +7,8 @@
 
 namespace sysadmin {
 
+class SpokenPicture;
+
 /// A matrix painted cell by cell. A click or Enter chooses a cell; dragging, or the arrow keys with Shift,
 /// select several. A screen reader hears the cell in words. Cells that differ from another group's have a
 /// mark in a corner.
@@ -85,6 +87,7 @@ private:
     MatrixPicture::Cell m_anchor{0, 0};
     MatrixPicture::Cell m_hovered{-1, -1};
     bool m_isDragging = false;
+    SpokenPicture* m_spoken;
 };
 
 } // namespace sysadmin

@@ -1,5 +1,6 @@
 #include "circulation/PolicyCalendars.h"
 
+#include "circulation/CalendarForm.h"
 #include "core/Prompter.h"
 #include "core/data/RequestChannel.h"
 
@@ -17,11 +18,9 @@ constexpr int Begin = 1;
 constexpr int End = 2;
 } // namespace column
 
-const QString DateFormat = "yyyyMMdd";
-
 QList<GridColumn> DateColumns(const QString& endCaption) {
-    return {{.caption = Form::tr("Begin Date"), .width = 80, .tag = "SD", .dateFormat = DateFormat},
-            {.caption = endCaption, .width = 80, .tag = "ED", .dateFormat = DateFormat},
+    return {{.caption = Form::tr("Begin Date"), .width = 80, .tag = "SD", .dateFormat = CalendarDateFormat},
+            {.caption = endCaption, .width = 80, .tag = "ED", .dateFormat = CalendarDateFormat},
             {.caption = Form::tr("Status"), .width = 60}};
 }
 
@@ -36,12 +35,13 @@ bool Overlap(const GridRow& one, const GridRow& other) {
 }
 
 QString Described(const GridRow& row) {
-    return row.cells.value(column::Name) + "  " + ShownDate(row.cells.value(column::Begin), DateFormat) +
-           " - " + ShownDate(row.cells.value(column::End), DateFormat);
+    return row.cells.value(column::Name) + "  " +
+           ShownDate(row.cells.value(column::Begin), CalendarDateFormat) + " - " +
+           ShownDate(row.cells.value(column::End), CalendarDateFormat);
 }
 
 QString StatusOf(const GridRow& row) {
-    const QString today = QDate::currentDate().toString(DateFormat);
+    const QString today = QDate::currentDate().toString(CalendarDateFormat);
     return Ending(row) < today                      ? Form::tr("Past")
            : row.cells.value(column::Begin) > today ? Form::tr("Future")
                                                     : Form::tr("Current");

@@ -1,25 +1,12 @@
 #include "circulation/PolicySettings.h"
 
+#include "framework/Declaration.h"
 #include "framework/forms/PutList.h"
 #include "framework/forms/Rules.h"
-
-#include <QTimer>
 
 #include <utility>
 
 namespace sysadmin {
-
-namespace {
-
-/// Fills in the fields that a layout names.
-void FindFields(Layout& layout, const Form& form) {
-    if (layout.kind == Layout::Kind::Field && !layout.field)
-        layout.field = form.Find(layout.name);
-    for (Layout& child : layout.children)
-        FindFields(child, form);
-}
-
-} // namespace
 
 QString LimitField::Problem() const {
     bool isNumber = false;
@@ -89,39 +76,17 @@ void SettingsForm::TakeRow(const GridRow* row, const QList<GridColumn>& columns)
 void SettingsForm::Begin(FormDialog& dialog, Prompter& prompter, const GridRow*) {
     m_dialog = &dialog;
     m_prompter = &prompter;
-    m_left = nullptr;
-    dialog.problemBox = [this](const Finding& finding) {
-        m_left = nullptr;
+    dialog.problemBox = [](const Finding& finding) {
         if (!dynamic_cast<const LimitField*>(finding.field))
             return Box{.text = finding.text};
         return Box{.text = finding.text, .icon = Box::Icon::Critical, .title = tr("Invalid Value")};
     };
 }
 
-Layout SettingsForm::Headed(const QList<Layout>& rest) const {
+Layout SettingsForm::Headed(const QList<Layout>& rest) {
     Layout whole = Below(m_whose.isEmpty() ? rest : QList<Layout>{Note(m_whose)} + rest);
-    FindFields(whole, *this);
+    Resolve(whole, *this);
     return whole;
-}
-
-// Told only where the operator goes on in the form: OK checks everything itself, and who cancels needs no
-// advice.
-void SettingsForm::Watch(LimitField& count) {
-    WhenLeft(count, [this, &count] {
-        if (!m_dialog || count.Problem().isEmpty())
-            return;
-        m_left = &count;
-        QTimer::singleShot(0, m_dialog, [this] { TellCount(); });
-    });
-}
-
-void SettingsForm::TellCount() {
-    LimitField* left = std::exchange(m_left, nullptr);
-    const QWidget* focus = m_dialog->focusWidget();
-    if (!left || !left->IsUsable() || !focus || !m_dialog->View().isAncestorOf(focus))
-        return;
-    m_prompter->ShowBox(m_dialog, m_dialog->problemBox({left, left->Problem()}));
-    m_dialog->View().FocusField(*left);
 }
 
 SettingsRows::SettingsRows(Form& form, const FieldSpec& spec, const GridColumn& name, SettingsForm& settings,

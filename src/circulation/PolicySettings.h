@@ -41,20 +41,14 @@ public:
 
 protected:
     /// A line that says whose settings they are, in front of the rest.
-    Layout Headed(const QList<Layout>& rest) const;
-    /// Tells about the count when it is left with what is none, and goes back to it.
-    void Watch(LimitField& count);
+    Layout Headed(const QList<Layout>& rest);
     FormDialog* Dialog() const { return m_dialog; }
     Prompter& GetPrompter() const { return *m_prompter; }
 
 private:
-    void TellCount();
-    void Show(const QString& problem);
-
     QString m_whose;
     QPointer<FormDialog> m_dialog;
     Prompter* m_prompter = nullptr;
-    LimitField* m_left = nullptr;
 };
 
 /// The rows of a policy group that hold settings: one per patron group, one per item type.

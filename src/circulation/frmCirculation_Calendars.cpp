@@ -4,13 +4,9 @@
 #include "core/Application.h"
 #include "framework/RowsEditor.h"
 
-#include <QApplication>
 #include <QLabel>
 #include <QPainter>
 #include <QPainterPath>
-#include <QTimer>
-
-#include <utility>
 
 namespace sysadmin {
 
@@ -53,15 +49,9 @@ QPixmap Moon(const QWidget& widget) {
 
 /// All tags that the fields put, in the order in which they travel.
 QList<PutStep> Puts(CalendarForm& form) {
-    QList<PutStep> puts{PutValue(form.txtName),
-                        OnUpdate(PutOriginalKey("ID")),
-                        OnUpdate({[&form](RequestChannel& channel, const SaveContext&) {
-                                      channel.PutField("NNm", form.txtName.Draft());
-                                  },
-                                  "NNm"}),
-                        PutValue(form.txtStartDate),
-                        PutValue(form.txtEndDate),
-                        PutValue(form.txtFixedDueDate)};
+    QList<PutStep> puts{
+        PutValue(form.txtName),      OnUpdate(PutOriginalKey("ID")), OnUpdate(PutDraft("NNm", form.txtName)),
+        PutValue(form.txtStartDate), PutValue(form.txtEndDate),      PutValue(form.txtFixedDueDate)};
     for (DayHours& day : form.week)
         for (const Field* field :
              std::initializer_list<const Field*>{&day.flag, &day.open, &day.close, &day.due, &day.inEffect})
@@ -116,8 +106,6 @@ frmCirculation_Calendars::frmCirculation_Calendars(Application& application, QWi
                      Page(tr("&Terms"), {m_form.lists.terms}), Page(tr("&Year"), {Slot("picYear")})})}),
         Puts(m_form), [this](const QString& name) { return MakeSlot(name); });
     Finish();
-    for (size_t day = 0; day < m_form.week.size(); ++day)
-        m_form.WhenLeft(m_form.week[day].open, [this, day] { TellOverlapOf(day); });
 }
 
 QWidget* frmCirculation_Calendars::MakeSlot(const QString& name) {
@@ -148,23 +136,7 @@ QWidget* frmCirculation_Calendars::MakeNextDayIcon(const DayHours& day, const QS
     return icon;
 }
 
-// Told only where the operator goes on in the form: a save checks everything itself, and who cancels needs no
-// advice.
-void frmCirculation_Calendars::TellOverlapOf(size_t day) {
-    m_overlapUntold = true;
-    QTimer::singleShot(0, this, [this, day] {
-        const FormView& view = *Current().view;
-        const QWidget* focus = QApplication::focusWidget();
-        if (!std::exchange(m_overlapUntold, false) || GetState() == State::List || !focus ||
-            !view.isAncestorOf(focus) || m_form.OverlappingDay() != int(day))
-            return;
-        Tell(m_form.WeekProblem()->text);
-        Current().view->FocusField(m_form.week[day].open);
-    });
-}
-
 bool frmCirculation_Calendars::CheckBeforeSave(Table& table) {
-    m_overlapUntold = false;
     if (!MaintenanceScreen::CheckBeforeSave(table))
         return false;
     const std::optional<Form::Finding> problem = m_form.WeekProblem();

@@ -22,13 +22,11 @@ protected:
 private:
     QWidget* MakeSlot(const QString& name);
     QWidget* MakeNextDayIcon(const DayHours& day, const QString& name);
-    void TellOverlapOf(size_t day);
     void MarkAll(const QString& mark);
     void AskExceptionFor(QDate date);
 
     CalendarForm& m_form = KeepForm<CalendarForm>();
     SeveralCalendarsForm& m_several = KeepForm<SeveralCalendarsForm>();
-    bool m_overlapUntold = false; // an opening time was left that overlaps the day before
 };
 
 } // namespace sysadmin

@@ -17,33 +17,28 @@ PatronGroupForm::PatronGroupForm()
 frmCirculation_PatronGroups::frmCirculation_PatronGroups(Application& application, QWidget* parent)
     : MaintenanceScreen(application, "frmCirculation_PatronGroups", tr("Circulation Patron Groups"),
                         Area::PatronGroups, parent) {
-    const auto putDraft = [](const QString& tag, const TextField& field) {
-        return OnUpdate({[&field, tag](RequestChannel& channel, const SaveContext&) {
-                             channel.PutField(tag, field.Draft());
-                         },
-                         tag});
-    };
-    AddTable({.subject = tr("Patron Group"),
-              .word = "PatGp",
-              .clusterTag = "CID",
-              .loadCaption = "Load Circulation Patron Groups",
-              .editCaption = "Edit Print Locations",
-              .saveCaption = "Save ",
-              .deleteCaption = "Save ",
-              .morePuts = {putDraft("NCd", m_form.txtCode), putDraft("NNm", m_form.txtName),
-                           putDraft("NuD", m_form.txtDisplayName)},
-              .putOrder = {"Nm", "Cd", "Dsp", "MaxDem", "SusDays", "DemAply", "ChrgdStatDsply", "PatChrgLmt",
-                           "PatChrgLmtAply", "ID"}},
-             m_form,
-             Tabs("tabPatronGroup",
-                  {Page(tr("&Patron Group"),
-                        {m_form.txtCode, m_form.txtName, m_form.txtDisplayName,
-                         Frame("fraDemerits", tr("Demerits"),
-                               {m_form.chkDemeritsApply, m_form.txtMaxDemerits, m_form.txtSuspensionDays}),
-                         m_form.chkOPACMessages, Beside({m_form.chkChargeLimit, m_form.txtChargeLimit})}),
-                   Page(tr("&Item Types"),
-                        {Frame("fraItemTypes", tr("Global Charged items limit for these item types"),
-                               {m_form.vsfItemTypes})})}));
+    AddTable(
+        {.subject = tr("Patron Group"),
+         .word = "PatGp",
+         .clusterTag = "CID",
+         .loadCaption = "Load Circulation Patron Groups",
+         .editCaption = "Edit Print Locations",
+         .saveCaption = "Save ",
+         .deleteCaption = "Save ",
+         .morePuts = {OnUpdate(PutDraft("NCd", m_form.txtCode)), OnUpdate(PutDraft("NNm", m_form.txtName)),
+                      OnUpdate(PutDraft("NuD", m_form.txtDisplayName))},
+         .putOrder = {"Nm", "Cd", "Dsp", "MaxDem", "SusDays", "DemAply", "ChrgdStatDsply", "PatChrgLmt",
+                      "PatChrgLmtAply", "ID"}},
+        m_form,
+        Tabs("tabPatronGroup",
+             {Page(tr("&Patron Group"),
+                   {m_form.txtCode, m_form.txtName, m_form.txtDisplayName,
+                    Frame("fraDemerits", tr("Demerits"),
+                          {m_form.chkDemeritsApply, m_form.txtMaxDemerits, m_form.txtSuspensionDays}),
+                    m_form.chkOPACMessages, Beside({m_form.chkChargeLimit, m_form.txtChargeLimit})}),
+              Page(tr("&Item Types"),
+                   {Frame("fraItemTypes", tr("Global Charged items limit for these item types"),
+                          {m_form.vsfItemTypes})})}));
     Finish();
     const auto follow = [this](const QString& subject) {
         if (subject == u"CrMsc")

@@ -38,8 +38,8 @@ ItemSettingsForm::ItemSettingsForm()
                        {*this, Request(9, "ORLL", OpacRecall())},
                        {*this, Request(10, "CHLL", CircHold())},
                        {*this, Request(11, "CRLL", CircRecall())}}} {
-    Watch(txtOrderQuantity);
-    Watch(txtRecorderPoints);
+    TellWhenLeft(txtOrderQuantity);
+    TellWhenLeft(txtRecorderPoints);
 }
 
 Layout ItemSettingsForm::Draw() {

@@ -12,26 +12,9 @@ const QList<PickItem>& Displays() {
     return displays;
 }
 
-QString ShownDisplay(const QString& id) {
-    for (const PickItem& display : Displays())
-        if (display.id == id)
-            return display.text;
-    return Displays().first().text;
-}
-
-QString DisplayId(const QString& shown) {
-    for (const PickItem& display : Displays())
-        if (display.text == shown)
-            return display.id;
-    return Displays().first().id;
-}
-
 PickedSpec AlertsSpec() {
-    QList<PickItem> shown;
-    for (const PickItem& display : Displays())
-        shown.append({display.text, display.text});
     PickedSpec spec{.more = AlertColumns(), .availableMore = QList<GridColumn>()};
-    spec.edits.insert(1, {.kind = CellEdit::Kind::Choice, .items = shown});
+    spec.edits.insert(1, {.kind = CellEdit::Kind::Choice, .items = Displays()});
     for (const int column : {2, 3, 4})
         spec.edits.insert(column, {.kind = CellEdit::Kind::Check});
     return spec;
@@ -40,7 +23,7 @@ PickedSpec AlertsSpec() {
 } // namespace
 
 QList<GridColumn> AlertColumns() {
-    return {{.caption = Form::tr("Display"), .width = 75},
+    return {{.caption = Form::tr("Display"), .width = 75, .items = Displays()},
             {.caption = Form::tr("Name"), .width = 54, .yesNo = true},
             {.caption = Form::tr("Barcode"), .width = 68, .yesNo = true},
             {.caption = Form::tr("Phone"), .width = 56, .yesNo = true}};
@@ -48,7 +31,7 @@ QList<GridColumn> AlertColumns() {
 
 GridRow AlertRow(const QString& name, const clsLocationAlerts& alerts, int index) {
     return {alerts.GetAlertID(index),
-            {name, ShownDisplay(alerts.GetDisplay(index)), alerts.GetName(index), alerts.GetBarcode(index),
+            {name, alerts.GetDisplay(index), alerts.GetName(index), alerts.GetBarcode(index),
              alerts.GetPhone(index)},
             {}};
 }
@@ -73,7 +56,7 @@ LocationSettingsForm::LocationSettingsForm()
                  .discardAll = "cmdDiscardAllAlerts"},
                 AlertsSpec()) {
     for (LimitField* count : {&txtShelvingInterval, &txtInTransitInterval, &txtHoldLife, &txtRecallLife})
-        Watch(*count);
+        TellWhenLeft(*count);
     connect(this, &Form::Edited, this, [this](const Field* field) {
         if (field == &chkPickUpLoc && !chkPickUpLoc.IsOn())
             AskAboutPickup();
@@ -111,7 +94,7 @@ void LocationSettingsForm::TakeRow(const GridRow* row, const QList<GridColumn>& 
     QList<GridRow> available;
     QList<GridRow> selected;
     for (const PickItem& kind : m_start.alertKinds)
-        available.append({kind.id, {kind.text, Displays().first().text, "N", "N", "N"}, {}});
+        available.append({kind.id, {kind.text, Displays().first().id, "N", "N", "N"}, {}});
     for (int i = 0; i < alerts.GetColCount(); ++i) {
         const QString id = alerts.GetAlertID(i);
         QString name = id;
@@ -127,8 +110,8 @@ void LocationSettingsForm::TakeRow(const GridRow* row, const QList<GridColumn>& 
 PatronAlerts LocationSettingsForm::Alerts() const {
     PatronAlerts shown{chkShowAlertAvailable.IsOn() ? "Y" : "N", chkShowAlertFineFee.IsOn() ? "Y" : "N", {}};
     for (const GridRow& row : movAlerts.Lists().Selected())
-        shown.alerts.AddData({row.key, DisplayId(row.cells.value(1)), row.cells.value(2), row.cells.value(3),
-                              row.cells.value(4)});
+        shown.alerts.AddData(
+            {row.key, row.cells.value(1), row.cells.value(2), row.cells.value(3), row.cells.value(4)});
     return shown;
 }
 

@@ -37,7 +37,7 @@ void PatronRulesForm::AddLimits(std::initializer_list<PatronLimit> limits) {
                                             tr(limit.limit));
         if (limit.countFirst)
             Add<FlagField>(flag);
-        Watch(count);
+        TellWhenLeft(count);
     }
 }
 

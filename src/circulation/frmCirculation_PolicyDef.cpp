@@ -72,10 +72,7 @@ QList<PutStep> frmCirculation_PolicyDef::Puts() const {
     return QList<PutStep>{PutValue(m_form.txtName)} + m_form.SettingPuts() +
            QList<PutStep>{PutValue(m_form.calendars), PutSettings(m_form.vsfPatrons),
                           PutSettings(m_form.vsfItems), OnUpdate(PutOriginalKey("ID")),
-                          OnUpdate({[this](RequestChannel& channel, const SaveContext&) {
-                                        channel.PutField("NNm", m_form.txtName.Draft());
-                                    },
-                                    "NNm"})};
+                          OnUpdate(PutDraft("NNm", m_form.txtName))};
 }
 
 Layout frmCirculation_PolicyDef::DrawForm() {
@@ -219,11 +216,7 @@ bool frmCirculation_PolicyDef::StoreNewGroup() {
         table.view->FocusField(m_form.txtName);
         return false;
     }
-    const QString usual = table.spec.saveCaption;
-    table.spec.saveCaption = "Add Circulation Policy Definition";
-    const bool isStored = StoreRecord();
-    table.spec.saveCaption = usual;
-    if (!isStored)
+    if (!StoreRecord("Add Circulation Policy Definition"))
         return false;
     // The locations are not stored yet: they stay as they were chosen.
     const QList<std::any> drafts = m_form.TakeDrafts();

@@ -21,12 +21,6 @@ PutStep PutMoved(const PickedField& locations, bool toSelected) {
             "SI"};
 }
 
-PutStep PutDraft(const QString& tag, const TextField& field) {
-    return OnUpdate(
-        {[&field, tag](RequestChannel& channel, const SaveContext&) { channel.PutField(tag, field.Draft()); },
-         tag});
-}
-
 } // namespace
 
 frmCirculation_RequestGroups::frmCirculation_RequestGroups(Application& application, QWidget* parent)
@@ -42,8 +36,9 @@ frmCirculation_RequestGroups::frmCirculation_RequestGroups(Application& applicat
               .nameTag = "N"},
              m_form, Below({m_form.txtCode, m_form.txtName, m_form.locations}),
              {PutValue(m_form.txtName), PutValue(m_form.txtCode), OnUpdate(PutOriginalKey("ID")),
-              PutDraft("NNm", m_form.txtName), PutDraft("NCd", m_form.txtCode), PutConstant("A", {}),
-              PutMoved(m_form.locations, false), PutConstant("S", {}), PutMoved(m_form.locations, true)});
+              OnUpdate(PutDraft("NNm", m_form.txtName)), OnUpdate(PutDraft("NCd", m_form.txtCode)),
+              PutConstant("A", {}), PutMoved(m_form.locations, false), PutConstant("S", {}),
+              PutMoved(m_form.locations, true)});
     Finish();
 }
 

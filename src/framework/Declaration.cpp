@@ -11,11 +11,7 @@ void FillIn(QString& text, const QString& otherwise) {
         text = otherwise;
 }
 
-/// Puts the fields into a layout that has none, and finds those that it knows by name.
-void Resolve(Layout& layout, Form& form, bool isWhole) {
-    if (isWhole && layout.kind == Layout::Kind::Below && layout.children.isEmpty())
-        for (Field* field : form.Fields())
-            layout.children.append(*field);
+void FindFields(Layout& layout, const Form& form) {
     if (layout.kind == Layout::Kind::Field && !layout.field) {
         layout.field = form.Find(layout.name);
         if (!layout.field)
@@ -23,7 +19,7 @@ void Resolve(Layout& layout, Form& form, bool isWhole) {
         layout.name.clear(); // the control has the field's
     }
     for (Layout& child : layout.children)
-        Resolve(child, form, false);
+        FindFields(child, form);
 }
 
 bool IsPut(const Field& field) {
@@ -53,6 +49,13 @@ QList<PutStep> StepsOf(const TableDeclaration& table) {
 }
 
 } // namespace
+
+void Resolve(Layout& layout, Form& form) {
+    if (layout.kind == Layout::Kind::Below && layout.children.isEmpty())
+        for (Field* field : form.Fields())
+            layout.children.append(*field);
+    FindFields(layout, form);
+}
 
 void Complete(TableDeclaration& table) {
     TableSpec& spec = table.spec;
@@ -87,7 +90,7 @@ void Complete(TableDeclaration& table) {
             FillIn(column.dateFormat, date->Format());
     if (table.puts.isEmpty())
         table.puts = StepsOf(table);
-    Resolve(table.layout, *table.form, true);
+    Resolve(table.layout, *table.form);
 }
 
 void Complete(RecordDeclaration& record) {
@@ -109,7 +112,7 @@ void Complete(RecordDeclaration& record) {
                 record.puts.append(PutValue(*field));
         Order(record.puts, spec.putOrder);
     }
-    Resolve(record.layout, *record.form, true);
+    Resolve(record.layout, *record.form);
 }
 
 } // namespace sysadmin

@@ -96,6 +96,10 @@ struct TableSpec {
     QStringList pickLists{}; ///< shared pick-lists that hold the records
     QString pickTag{};       ///< the tag whose field is a pick-list entry's text
 
+    /// The flag that one record has, always: its box is locked where it is marked, saving it takes the mark
+    /// from the others, and the first record has it. Null: there is none.
+    FlagField* defaultFlag = nullptr;
+
     bool namesRecord = false; ///< the edit frame's caption is "Edit " and the record's name, not the noun
     QString nameTag = "Nm";   ///< of that name
     QList<SaveStep> steps{};  ///< further requests of a save, in order
@@ -152,6 +156,8 @@ struct ScreenDeclaration {
 /// Fills in what a declaration leaves out: requests, captions, columns, put steps, layout.
 void Complete(TableDeclaration& table);
 void Complete(RecordDeclaration& record);
+/// Puts the form's fields into a layout that has none, and finds those that it knows by name.
+void Resolve(Layout& layout, Form& form);
 
 /// The whole declaration, for the describe output.
 QJsonObject ToJson(const ScreenDeclaration& screen);

@@ -15,7 +15,7 @@ namespace {
 constexpr const char* KindNames[] = {"Text",     "MultiLine", "Password", "Flag",    "Choice",
                                      "Letter",   "Number",    "Money",    "Date",    "Time",
                                      "Interval", "Rows",      "Picked",   "Checked", "Own"};
-constexpr const char* StepNames[] = {"value", "constant", "changed", "originalKey", "whenOn", "own"};
+constexpr const char* StepNames[] = {"value", "draft", "constant", "changed", "originalKey", "whenOn", "own"};
 constexpr const char* AreaNames[] = {"AnyOperator",           "Acquisitions", "Cataloging", "Circulation",
                                      "CirculationConversion", "PatronGroups", "Security",   "System"};
 
@@ -38,6 +38,7 @@ QJsonArray ColumnsOf(const QList<GridColumn>& columns) {
             one["width"] = column.width;
         Say(one, "hidden", column.hidden);
         Say(one, "yesNo", column.yesNo);
+        Say(one, "mark", column.mark);
         Say(one, "dateFormat", column.dateFormat);
         array.append(one);
     }

@@ -41,6 +41,7 @@ FormDialog::FormDialog(Prompter& prompter, Form& form, const Layout& layout, con
     connect(buttons, &QDialogButtonBox::accepted, this, &FormDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &FormDialog::reject);
     connect(&form, &Form::Changed, this, &FormDialog::RefreshButtons);
+    connect(m_view.get(), &FormView::ProblemLeft, this, &FormDialog::TellProblem);
     RefreshButtons();
     if (const Field* field = form.Find(spec.focus))
         m_view->FocusField(*field);
@@ -58,6 +59,11 @@ void FormDialog::RefreshButtons() {
         m_ok->setEnabled(m_form.IsComplete() && (!m_spec.several || !m_form.Chosen().isEmpty()));
 }
 
+void FormDialog::TellProblem(const Form::Finding& problem) {
+    m_prompter.ShowBox(this, problemBox ? problemBox(problem) : Box{.text = problem.text});
+    m_view->FocusField(*problem.field);
+}
+
 void FormDialog::accept() {
     if (m_spec.readOnly) {
         reject();
@@ -66,17 +72,16 @@ void FormDialog::accept() {
     m_form.LeaveFields();
     if (!m_form.IsComplete())
         return;
-    const std::optional<Form::Finding> problem = m_form.FirstProblem();
-    const QString refusal = problem ? problem->text : m_spec.check ? m_spec.check() : QString();
-    if (!refusal.isEmpty()) {
-        Box box = problem && problemBox ? problemBox(*problem) : Box{.text = refusal};
-        if (!m_spec.refusalTitle.isEmpty() && !problem)
+    if (const std::optional<Form::Finding> problem = m_form.FirstProblem()) {
+        TellProblem(*problem);
+        return;
+    }
+    if (const QString refusal = m_spec.check ? m_spec.check() : QString(); !refusal.isEmpty()) {
+        Box box{.text = refusal};
+        if (!m_spec.refusalTitle.isEmpty())
             box.title = m_spec.refusalTitle;
         m_prompter.ShowBox(this, box);
-        if (problem)
-            m_view->FocusField(*problem->field);
-        else
-            m_view->FocusFirst();
+        m_view->FocusFirst();
         return;
     }
     QDialog::accept();

@@ -29,6 +29,7 @@ public:
 
 private:
     void RefreshButtons();
+    void TellProblem(const Form::Finding& problem);
 
     Prompter& m_prompter;
     Form& m_form;

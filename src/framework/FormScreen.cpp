@@ -39,7 +39,12 @@ FormScreen::~FormScreen() = default;
 
 FormView* FormScreen::MakeView(Form& form, const Layout& layout, QWidget* parent,
                                const FormView::SlotMaker& makeSlot) {
-    return m_views.emplace_back(std::make_unique<FormView>(form, layout, parent, makeSlot)).get();
+    FormView* view = m_views.emplace_back(std::make_unique<FormView>(form, layout, parent, makeSlot)).get();
+    connect(view, &FormView::ProblemLeft, this, [this, view](const Form::Finding& finding) {
+        Tell(finding.text);
+        view->FocusField(*finding.field);
+    });
+    return view;
 }
 
 void FormScreen::Declare() {

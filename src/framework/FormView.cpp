@@ -12,9 +12,11 @@
 #include <QScrollArea>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTimer>
 #include <QToolButton>
 
 #include <algorithm>
+#include <utility>
 
 namespace sysadmin {
 
@@ -71,10 +73,24 @@ FormView::FormView(Form& form, const Layout& layout, QWidget* parent, const Slot
         setTabOrder(m_tabOrder[i - 1], m_tabOrder[i]);
     connect(&form, &Form::Changed, this, &FormView::RefreshField);
     connect(&form, &Form::PagesChanged, this, &FormView::RefreshPages);
+    connect(&form, &Form::Left, this, [this](Field* field) {
+        m_left = field;
+        if (field) // once it is known where the focus went: who cancels needs no advice
+            QTimer::singleShot(0, this, &FormView::TellLeft);
+    });
     for (Field* field : form.Fields())
         RefreshLabel(*field);
     RefreshPages();
     RefreshButtons();
+}
+
+void FormView::TellLeft() {
+    Field* field = std::exchange(m_left, nullptr);
+    const QWidget* focus = window()->focusWidget();
+    if (!field || m_readOnly || !field->IsUsable() || !focus || !isAncestorOf(focus))
+        return;
+    if (const QString problem = m_form.ProblemWhenLeft(field); !problem.isEmpty())
+        emit ProblemLeft({field, problem});
 }
 
 void FormView::SetReadOnly(bool readOnly) {

@@ -44,6 +44,10 @@ public:
     /// The view in a frame that lets it be scrolled where the window is smaller than the form.
     QWidget* InScrollArea(QWidget* parent);
 
+signals:
+    /// A field was left with what is to be told at once, and the operator goes on in the view.
+    void ProblemLeft(const Form::Finding& finding);
+
 private:
     void DrawColumn(const QList<Layout>& children, QWidget* parent);
     /// Draws a child into the grid from a cell on; answers the first free column behind it.
@@ -61,6 +65,7 @@ private:
     void RefreshLabel(Field& field);
     void RefreshButtons();
     void RefreshPages();
+    void TellLeft();
 
     Form& m_form;
     SlotMaker m_makeSlot;
@@ -71,6 +76,7 @@ private:
     std::vector<std::pair<QPushButton*, std::function<bool()>>> m_buttons;
     QList<std::pair<QTabWidget*, QStringList>> m_tabs; // with the names of their pages
     QList<QWidget*> m_tabOrder;
+    Field* m_left = nullptr; // and not told about yet
     bool m_readOnly = false;
 };
 

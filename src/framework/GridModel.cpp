@@ -96,7 +96,9 @@ int GridModel::DisplayRow(const QString& key) const {
 QString GridModel::CellText(int displayRow, int column) const {
     const QString cell = RowAt(displayRow).cells.value(column);
     if (m_columns[column].yesNo)
-        return cell == "Y" ? QString(QChar(0x2713)) : QString();
+        return cell != u"Y"                       ? QString()
+               : m_columns[column].mark.isEmpty() ? QString(QChar(0x2713))
+                                                  : m_columns[column].mark;
     return ShownText(m_columns[column], cell);
 }
 

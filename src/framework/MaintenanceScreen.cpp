@@ -165,14 +165,19 @@ void MaintenanceScreen::StartNew() {
 }
 
 bool MaintenanceScreen::PrepareNew(Table& table) {
+    if (table.spec.defaultFlag && table.grid->Model().Rows().isEmpty())
+        table.spec.defaultFlag->SetStored("Y");
     if (table.spec.availableRequest.isEmpty())
         return true;
-    if (App().channel.SendRequest(table.spec.availableRequest) != status::Ok) {
-        ReportUnableToLoad(App(), this, windowTitle());
-        return false;
-    }
+    if (const qint16 result = App().channel.SendRequest(table.spec.availableRequest); result != status::Ok)
+        return GoOnWithoutAvailable(table, result);
     ReadAvailable(table);
     return true;
+}
+
+bool MaintenanceScreen::GoOnWithoutAvailable(Table&, qint16) {
+    ReportUnableToLoad(App(), this, windowTitle());
+    return false;
 }
 
 void MaintenanceScreen::ReadAvailable(Table& table) {

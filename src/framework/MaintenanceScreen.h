@@ -89,6 +89,9 @@ protected:
     /// Gets what is available to a new record into the cleared form; false when that failed (and was
     /// reported).
     virtual bool PrepareNew(Table& table);
+    /// What a new record may choose from could not be read; reports it. Whether the record is entered all the
+    /// same, with what is there.
+    virtual bool GoOnWithoutAvailable(Table& table, qint16 status);
     /// Reads the reply of the request for what is available to a new record: into the pairs of lists.
     virtual void ReadAvailable(Table& table);
     /// The screen's own checks; false (after its message) keeps the edit open.
@@ -128,8 +131,8 @@ protected:
     /// Saves the open edit; true when the server took it. `stay` keeps the edit open on the saved record.
     bool Save(bool stay = false);
     /// Stores the record itself and leaves the edit open on it; the further requests of the save are left to
-    /// the next one. False when that failed (and was told).
-    bool StoreRecord();
+    /// the next one. False when that failed (and was told under the caption).
+    bool StoreRecord(const QString& caption);
     void StartNew();
     /// Starts a new record that begins as a copy of the selected one.
     void StartCopy();
@@ -150,6 +153,7 @@ private:
     void DeleteSeveral(Table& table, const QStringList& keys);
     QStringList RecordsOfSeveral(const Table& table) const;
     void LoadListAfterSave(Table& table);
+    void MoveDefaultMark(Table& table, const GridRow& saved);
     void ShowCluster();
     bool IsEditing() const { return m_state != State::List && m_state != State::Viewing; }
     void OrderTabStops();
@@ -176,6 +180,7 @@ private:
     bool m_mayView = true;
     State m_state = State::List;
     SaveContext m_context;
+    QString m_storeCaption;  // of reports while the record is stored by itself
     bool m_isStored = false; // the record itself; what is left of the save are its further requests
     bool m_wasNew = false;
     bool m_listIsOld = false;   // the save will have to ask for it again

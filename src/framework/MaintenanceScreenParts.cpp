@@ -4,6 +4,7 @@
 #include "framework/Captions.h"
 #include "framework/RowCount.h"
 #include "framework/RowSummary.h"
+#include "framework/forms/Rules.h"
 
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -102,6 +103,8 @@ MaintenanceScreen::MaintenanceScreen(Application& application, const QString& fo
 void MaintenanceScreen::AddTable(const TableSpec& spec, Form& form, const Layout& layout,
                                  const QList<PutStep>& puts, const FormView::SlotMaker& makeSlot) {
     m_tables.emplace_back(Table{{spec, &form, layout, puts}, makeSlot});
+    if (FlagField* flag = spec.defaultFlag)
+        form.When([flag] { return flag->Stored() == u"Y"; }).Disable(*flag);
 }
 
 void MaintenanceScreen::BuildTable(Table& table) {

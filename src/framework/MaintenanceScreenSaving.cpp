@@ -6,6 +6,8 @@
 #include "framework/forms/RowsField.h"
 #include "wire/Status.h"
 
+#include <QScopedValueRollback>
+
 #include <algorithm>
 #include <utility>
 
@@ -44,7 +46,8 @@ void MaintenanceScreen::ReportSaveFailure(Table& table, qint16 result) {
                                {.text = words->text, .icon = Box::Icon::Exclamation, .title = words->title});
         return;
     }
-    App().ReportRequestFailure(result, table.spec.saveCaption, table.spec.subject);
+    App().ReportRequestFailure(result, m_storeCaption.isEmpty() ? table.spec.saveCaption : m_storeCaption,
+                               table.spec.subject);
     // What must be unique is where the operator goes on.
     const QString culprit = result == status::DuplicateCode   ? "txtCode"
                             : result == status::DuplicateName ? "txtName"
@@ -66,6 +69,7 @@ bool MaintenanceScreen::Save(bool stay) {
 
     const GridRow row = RowFromForm(table, m_context.originalKey);
     table.form->Accept();
+    MoveDefaultMark(table, row);
     AfterSave(table, row, m_wasNew);
     const auto* text = dynamic_cast<ValueField*>(table.form->FindByTag(table.spec.pickTag));
     if (text && !row.key.isEmpty())
@@ -79,8 +83,9 @@ bool MaintenanceScreen::Save(bool stay) {
     return !stay || !row.key.isEmpty();
 }
 
-bool MaintenanceScreen::StoreRecord() {
+bool MaintenanceScreen::StoreRecord(const QString& caption) {
     Table& table = Current();
+    const QScopedValueRollback reported(m_storeCaption, caption);
     table.form->LeaveFields();
     const bool isDone = CheckBeforeSave(table) && SendRecord(table);
     LoadListAfterSave(table);
@@ -89,6 +94,24 @@ bool MaintenanceScreen::StoreRecord() {
     Announce(table.spec.notice);
     SetState(State::Editing);
     return true;
+}
+
+// There is one default: the server took the mark from whichever record had it.
+void MaintenanceScreen::MoveDefaultMark(Table& table, const GridRow& saved) {
+    const FlagField* flag = table.spec.defaultFlag;
+    if (!flag || !flag->IsOn())
+        return;
+    const QList<GridColumn>& columns = table.spec.columns;
+    const auto column = std::find_if(columns.begin(), columns.end(), [&](const GridColumn& each) {
+        return table.form->FindByColumn(each.tag) == flag;
+    });
+    QList<GridRow> unmarked;
+    for (GridRow row : table.grid->Model().Rows())
+        if (QString& mark = row.cells[column - columns.begin()]; row.key != saved.key && mark == u"Y") {
+            mark = "N";
+            unmarked.append(row);
+        }
+    table.grid->PutRows(unmarked);
 }
 
 void MaintenanceScreen::LoadListAfterSave(Table& table) {

@@ -78,6 +78,8 @@ RowsEditor::RowsEditor(RowsField& field, QWidget* parent)
     connect(m_grid, &ListGrid::DeletePressed, this, press(m_remove));
     connect(m_grid, &ListGrid::SelectionMoved, this, &RowsEditor::RefreshButtons);
     connect(m_grid, &ListGrid::RowMoved, this, &RowsEditor::Move);
+    if (spec.keepsRows)
+        connect(&field.Owner(), &Form::Changed, this, &RowsEditor::RefreshButtons);
     // After the cell's editor is gone: rows that change under it would take it along.
     connect(&m_grid->Model(), &GridModel::CellEdited, this, &RowsEditor::EditCell, Qt::QueuedConnection);
 }
@@ -128,10 +130,11 @@ void RowsEditor::RefreshButtons() {
             button->setEnabled(allowed);
     };
     const int place = key.isEmpty() ? -1 : m_grid->Model().DisplayRow(key);
-    allow(m_add, m_mayEdit);
+    const bool keepsRows = m_rows.Behaviour().keepsRows && m_rows.Behaviour().keepsRows();
+    allow(m_add, m_mayEdit && !keepsRows);
     const bool shows = m_isUsable && m_rows.Behaviour().asksInView;
     allow(m_modify, (m_mayEdit || shows) && !key.isEmpty());
-    allow(m_remove, m_mayEdit && !key.isEmpty());
+    allow(m_remove, m_mayEdit && !keepsRows && !key.isEmpty());
     allow(m_up, m_mayEdit && place > 0);
     allow(m_down, m_mayEdit && place >= 0 && place + 1 < m_grid->Model().rowCount());
 }

@@ -71,6 +71,7 @@ RequestFormForm::RequestFormForm()
     simple.puts += {PutCell("FL", SimpleColumn::Label), PutCell("FR", SimpleColumn::Required)};
     simple.edits = {{SimpleColumn::Required, {.kind = CellEdit::Kind::Check}}};
     simple.ask = AskSimpleField();
+    simple.keepsRows = [this] { return IsCallSlip(); }; // the system knows its fields
     simple.belongs = [this](const GridRow&) { return !IsExchanged(); };
     RowsSpec& mapped = vsfFieldLabel.Behaviour();
     mapped.puts += {PutCell("CTAG", MappedColumn::OutsideField), PutCell("FL", MappedColumn::Label),

@@ -5,7 +5,6 @@
 namespace sysadmin {
 
 struct CallSlipQueueForm : Form {
-    CallSlipQueueForm();
     TextField txtCode{*this,
                       {.name = "txtCode",
                        .tag = "C",
@@ -26,7 +25,7 @@ struct CallSlipQueueForm : Form {
          .tag = "D",
          .caption = tr("Default"),
          .toolTip = tr("There is always one: marking another queue takes the mark from this one."),
-         .column = {tr("Default"), 70}}};
+         .column = {.caption = tr("Default"), .width = 70, .yesNo = true, .mark = "*"}}};
     FlagField chkPatronInfo{
         *this,
         {.name = "chkPatronInfo", .tag = "PI", .caption = tr("Include patron info in call slip display")}};
@@ -79,12 +78,6 @@ class frmCallSlip_Definitions : public MaintenanceScreen {
 
 public:
     frmCallSlip_Definitions(Application& application, QWidget* parent);
-
-protected:
-    GridRow ReadRow(const Table& table) override;
-    GridRow RowFromForm(const Table& table, const QString& key) const override;
-    bool PrepareNew(Table& table) override;
-    void AfterSave(Table& table, const GridRow& row, bool wasNew) override;
 
 private:
     CallSlipQueueForm& m_form = KeepForm<CallSlipQueueForm>();

@@ -14,7 +14,8 @@ frmCallSlip_NoFillReasons::frmCallSlip_NoFillReasons(Application& application, Q
               .editCaption = "Edit Call Slip No-Fill Reason",
               .saveCaption = "Save Call Slip No-Fill Reason",
               .nameTag = "D",
-              .morePuts = {PutNewText("NCd", m_form.txtCode), PutNewText("NNm", m_form.txtDescription)},
+              .morePuts = {OnUpdate(PutDraft("NCd", m_form.txtCode)),
+                           OnUpdate(PutDraft("NNm", m_form.txtDescription))},
               .putOrder = {"D", "C", "S", "I", "NCd", "NNm"}},
              m_form);
     Finish();

@@ -44,10 +44,6 @@ void UsingGroupsField::Load(RequestChannel& channel) {
               ReadGroups(channel, tags.selectedId, tags.selectedName, tags.availableId));
 }
 
-SortGroupForm::SortGroupForm() {
-    When([this] { return chkDefault.Stored() == u"Y"; }).Disable(chkDefault);
-}
-
 void SortGroupForm::PutLocations(RequestChannel& channel) const {
     const PickedLists& lists = locations.Lists();
     channel.PutField("Available", {});
@@ -85,7 +81,8 @@ frmOPAC_HoldGroup::frmOPAC_HoldGroup(Application& application, QWidget* parent)
          .deleteWords = {{wire::status::InUse,
                           {tr("The default sort group cannot be deleted.\r\nPlease make another group the "
                               "default first."),
-                           tr("Cannot Delete Sort Group")}}}},
+                           tr("Cannot Delete Sort Group")}}},
+         .defaultFlag = &m_form.chkDefault},
         m_form,
         Below({m_form.txtCode, m_form.txtName, m_form.chkDefault,
                Tabs("tabSortGroup",
@@ -133,14 +130,9 @@ void frmOPAC_HoldGroup::SetRules() {
     Announce("Sort");
 }
 
-bool frmOPAC_HoldGroup::PrepareNew(Table& table) {
-    const qint16 result = App().channel.SendRequest(table.spec.availableRequest);
-    if (result != wire::status::Ok) {
-        App().ReportRequestFailure(result, table.spec.loadCaption, table.spec.subject);
-        return false;
-    }
-    ReadAvailable(table);
-    return true;
+bool frmOPAC_HoldGroup::GoOnWithoutAvailable(Table& table, qint16 status) {
+    App().ReportRequestFailure(status, table.spec.loadCaption, table.spec.subject);
+    return false;
 }
 
 } // namespace sysadmin

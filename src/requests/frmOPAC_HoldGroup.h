@@ -13,7 +13,6 @@ public:
 };
 
 struct SortGroupForm : Form {
-    SortGroupForm();
     /// Puts both lists of locations, the selected ones each with its state and its place, counted from 1.
     void PutLocations(RequestChannel& channel) const;
 
@@ -64,7 +63,7 @@ public:
     frmOPAC_HoldGroup(Application& application, QWidget* parent);
 
 protected:
-    bool PrepareNew(Table& table) override;
+    bool GoOnWithoutAvailable(Table& table, qint16 status) override;
     void RefreshOwnControls() override;
 
 private:

@@ -1,19 +1,6 @@
 #include "requests/frmOPAC_MessageRequests.h"
 
-#include "core/data/RequestChannel.h"
-
 namespace sysadmin {
-
-namespace {
-
-/// The tag by which updates carry a field's new value once more.
-PutStep PutAlso(const QString& tag, const ValueField& field) {
-    return OnUpdate(
-        {[tag, &field](RequestChannel& channel, const SaveContext&) { channel.PutField(tag, field.Draft()); },
-         tag});
-}
-
-} // namespace
 
 frmOPAC_MessageRequests::frmOPAC_MessageRequests(Application& application, QWidget* parent)
     : MaintenanceScreen(application, "frmOPAC_MessageRequests", tr("OPAC Call Slip Request Messages"),
@@ -26,8 +13,8 @@ frmOPAC_MessageRequests::frmOPAC_MessageRequests(Application& application, QWidg
               .deleteCaption = "Delete Call Slip No-Fill Reason"},
              m_form, Below({}),
              {PutValue(m_form.txtName), PutValue(m_form.txtCode), PutValue(m_form.chkSuspension),
-              OnUpdate(PutOriginalKey("ID")), PutAlso("NCd", m_form.txtCode),
-              PutAlso("NNm", m_form.txtName)});
+              OnUpdate(PutOriginalKey("ID")), OnUpdate(PutDraft("NCd", m_form.txtCode)),
+              OnUpdate(PutDraft("NNm", m_form.txtName))});
     Finish();
 }
 

@@ -105,8 +105,6 @@ frmOPAC_RequestForms::frmOPAC_RequestForms(Application& application, QWidget* pa
                      Page(tr("Previe&w"), {Slot("picPreview")})})}),
         Puts(m_form), [this](const QString&) -> QWidget* { return new RequestFormPreview(m_form, this); });
     Finish();
-    // Behind what the editor of the fields makes of its buttons.
-    connect(&m_form, &Form::Changed, this, &frmOPAC_RequestForms::RefreshFieldButtons);
     connect(&m_form, &Form::PagesChanged, this, &frmOPAC_RequestForms::ShowPages);
     auto* pages = findChild<QTabWidget*>("tabRequestForm");
     pages->setUsesScrollButtons(false); // where room is short captions are, and every page stays in sight
@@ -114,8 +112,6 @@ frmOPAC_RequestForms::frmOPAC_RequestForms(Application& application, QWidget* pa
     for (int i = 0; i < pages->count(); ++i)
         pages->setTabToolTip(i, QString(pages->tabText(i)).remove('&'));
     ShowPages();
-    if (auto* fields = findChild<ListGrid*>(m_form.vsfFieldLabel1.Name()))
-        connect(fields, &ListGrid::SelectionMoved, this, &frmOPAC_RequestForms::RefreshFieldButtons);
 }
 
 void frmOPAC_RequestForms::BeforeLoad() {
@@ -129,13 +125,15 @@ void frmOPAC_RequestForms::BeforeLoad() {
     const auto read = [this](RequestChannel& reply) {
         m_types.append({reply.GetField("FT"), reply.GetField("FTD")});
     };
-    if (ReadList(channel, {.request = "LstFormTypes", .report = report}, {{"FT", read}}) ==
-        wire::status::Ok) {
-        while (channel.NextRecord("FT")) {
-        } // what stands in front of the types is read once their cursor is at the end
-        hasVdx = channel.GetFlag("VDX");
-        hasClio = channel.GetFlag("CLIO");
-    }
+    ReadList(channel,
+             {.request = "LstFormTypes",
+              .report = report,
+              .readHead =
+                  [&](RequestChannel& reply) {
+                      hasVdx = reply.GetFlag("VDX");
+                      hasClio = reply.GetFlag("CLIO");
+                  }},
+             {{"FT", read}});
     for (const PickItem& own : OwnTypes())
         if (std::none_of(m_types.begin(), m_types.end(),
                          [&](const PickItem& type) { return type.id == own.id; }))
@@ -166,11 +164,12 @@ bool frmOPAC_RequestForms::FillForm(Table& table, const GridRow& row) {
 bool frmOPAC_RequestForms::PrepareNew(Table& table) {
     m_form.isNew = true;
     m_form.cboFormType.SetItems(m_offeredTypes);
-    // The lists stay empty then; they can be filled later.
-    if (App().channel.SendRequest(table.spec.availableRequest) != wire::status::Ok)
-        ReportUnableToLoad(App(), this, tr("Available Patron and Available Databases"));
-    else
-        ReadAvailable(table);
+    return MaintenanceScreen::PrepareNew(table);
+}
+
+// The lists stay empty then; they can be filled later.
+bool frmOPAC_RequestForms::GoOnWithoutAvailable(Table&, qint16) {
+    ReportUnableToLoad(App(), this, tr("Available Patron and Available Databases"));
     return true;
 }
 
@@ -190,14 +189,6 @@ void frmOPAC_RequestForms::ShowPages() {
     auto* pages = findChild<QTabWidget*>("tabRequestForm");
     for (int i = 0; i < pages->count(); ++i)
         pages->setTabVisible(i, pages->isTabEnabled(i));
-}
-
-/// The system knows the fields of its call slip form: they can be named, required and put into order.
-void frmOPAC_RequestForms::RefreshFieldButtons() {
-    if (m_form.IsCallSlip())
-        for (const char* name : {"cmdAddField1", "cmdRemoveField1"})
-            if (auto* button = findChild<QPushButton*>(name))
-                button->setEnabled(false);
 }
 
 } // namespace sysadmin

@@ -18,11 +18,10 @@ protected:
     GridRow ReadRow(const Table& table) override;
     bool FillForm(Table& table, const GridRow& row) override;
     bool PrepareNew(Table& table) override;
+    bool GoOnWithoutAvailable(Table& table, qint16 status) override;
     bool CheckBeforeSave(Table& table) override;
-    void RefreshOwnControls() override { RefreshFieldButtons(); }
 
 private:
-    void RefreshFieldButtons();
     void ShowPages();
 
     RequestFormForm& m_form = KeepForm<RequestFormForm>();

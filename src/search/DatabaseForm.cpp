@@ -153,10 +153,7 @@ bool DatabaseForm::IsLocal() const {
 }
 
 QList<PutStep> DatabaseForm::Puts() const {
-    QList<PutStep> puts{
-        OnUpdate(PutOriginalKey("C")),
-        {[this](RequestChannel& channel, const SaveContext&) { channel.PutField("NCd", txtCode.Draft()); },
-         "NCd"}};
+    QList<PutStep> puts{OnUpdate(PutOriginalKey("C")), PutDraft("NCd", txtCode)};
     for (const Field* field : Fields())
         if (field != &txtCode && field != &vsfRemoteClusters && field != &accessGroups &&
             field != &vsfAttributes)

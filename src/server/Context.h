@@ -11,7 +11,6 @@
 namespace sysadmin::server {
 
 class Library;
-class NewPassword;
 class Prepared;
 namespace status = wire::status;
 
@@ -41,8 +40,7 @@ struct Context {
     const Rights& rights;
     QDateTime now; ///< UTC
     ListCursor cursor;
-    NewPassword* password = nullptr; ///< the request's, where the rule of the request prepares one
-    Prepared* prepared = nullptr;    ///< whatever the rule of the request prepares
+    Prepared* prepared = nullptr; ///< whatever the rule of the request prepares
 };
 
 /// What a handler answers. Fields go out with status 0 and 55 only.

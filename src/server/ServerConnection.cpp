@@ -217,7 +217,6 @@ Answer ServerConnection::Carry(const wire::Request& request, const RequestRule& 
         .rights = rights,
         .now = now,
         .cursor = session.cursor,
-        .password = dynamic_cast<NewPassword*>(prepared),
         .prepared = prepared};
     Answer answer;
     try {

@@ -81,7 +81,7 @@ struct Subject {
     /// The tag of the new record's id in that reply, where it is not the key's.
     QString addedIdTag = {};
     /// A field by which requests may say among which records they work (the cluster, the policy group): for
-    /// them a record with another value in the column is not there.
+    /// them a record with another value in the column is not there, and none moves from one to the other.
     std::optional<ListFilter> within = {};
     QList<ListFilter> listFilters = {};
     /// The list's order as columns; by id when empty. Lists in batches are always by id.

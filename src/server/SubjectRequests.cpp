@@ -158,6 +158,8 @@ Answer Update(Context& context, const Subject& subject, const wire::Fields& requ
     Row after = before;
     if (const qint16 refused = ReadFields(context, subject.fields, request, false, after))
         return {refused};
+    if (subject.within && before[subject.within->column] != after[subject.within->column])
+        return {status::NotFound};
     if (const qint16 refused =
             subject.checkPut ? subject.checkPut(context, request, before, after) : status::Ok)
         return {refused};

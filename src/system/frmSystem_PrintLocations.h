@@ -5,7 +5,6 @@
 namespace sysadmin {
 
 struct PrintLocationForm : Form {
-    PrintLocationForm();
     TextField txtCode{*this,
                       {.name = "txtCode",
                        .tag = "Cd",
@@ -42,7 +41,6 @@ public:
 
 protected:
     bool PrepareNew(Table& table) override;
-    void AfterSave(Table& table, const GridRow& row, bool wasNew) override;
 
 private:
     PrintLocationForm& m_form = KeepForm<PrintLocationForm>();

@@ -29,12 +29,28 @@ QMap<QString, QSet<QString>> AllowedIncludes() {
                                  "cataloging", "search",   "acquisitions"};
     for (const QString& subsystem : subsystems)
         allowed[subsystem] = {"framework", "framework/forms", "core", "core/data", "wire"};
-    allowed["circulation"].insert("loan");
+    allowed["circulation"] += {"loan", "look"}; // pictures are painted in the style's shades
     allowed["requests"].insert("callslips");
     allowed["cataloging"].insert("marc");
     QSet<QString> all(allowed.keyBegin(), allowed.keyEnd());
     allowed["app"] = all;
     return allowed;
+}
+
+/// The classes that a file defines for everybody, with their namespaces.
+QStringList ClassesOf(const QString& text) {
+    static const QRegularExpression opening("^namespace ?([\\w:]*) \\{");
+    static const QRegularExpression defining("^(?:class|struct) (\\w+)(?!\\w|::).*[^;]$");
+    QStringList spaces, classes;
+    for (const QString& line : text.split('\n')) {
+        if (const auto space = opening.match(line); space.hasMatch())
+            spaces.append(space.captured(1));
+        else if (line.startsWith("} // namespace"))
+            spaces.removeLast();
+        else if (const auto one = defining.match(line); one.hasMatch() && !spaces.contains(QString()))
+            classes.append(spaces.join("::") + "::" + one.captured(1));
+    }
+    return classes;
 }
 
 /// The folder of a path below src: two levels where those are a folder of their own.
@@ -66,6 +82,24 @@ TEST(IncludesTest, PointDownwardsOnly) {
         }
     }
     EXPECT_GT(seen, 100);
+}
+
+// The linker takes one of two classes of a name without a word, and the other one's objects are built by it.
+TEST(IncludesTest, NoTwoFilesDefineAClassOfTheSameName) {
+    QHash<QString, QString> files;
+    QDirIterator each(SYSADMIN_SOURCE_DIR "/src", {"*.h", "*.cpp"}, QDir::Files,
+                      QDirIterator::Subdirectories);
+    while (each.hasNext()) {
+        QFile file(each.next());
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        for (const QString& name : ClassesOf(QString::fromUtf8(file.readAll()))) {
+            EXPECT_FALSE(files.contains(name))
+                << name.toStdString() << " stands in " << file.fileName().toStdString() << " and in "
+                << files.value(name).toStdString();
+            files.insert(name, file.fileName());
+        }
+    }
+    EXPECT_GT(files.size(), 400);
 }
 
 } // namespace

@@ -135,6 +135,7 @@ QString OfPuts(const QList<Put>& puts) {
         line += " " + put.tag +
                 (put.kind == Put::Kind::Constant  ? "=" + put.other
                  : put.kind == Put::Kind::Changed ? "~" + put.other
+                 : put.kind == Put::Kind::Also    ? "^" + put.other
                  : put.kind == Put::Kind::Key     ? QString("=@")
                  : put.kind == Put::Kind::WhenOn  ? ">" + put.other
                                                   : QString());
@@ -150,6 +151,7 @@ QString OfSteps(const QList<PutStep>& steps, bool adding) {
         const QString tag = step.Tag().isEmpty() ? QString("*") : step.Tag();
         puts.append(step.kind == Kind::Constant      ? Put{Put::Kind::Constant, tag, step.value}
                     : step.kind == Kind::Changed     ? Put{Put::Kind::Changed, tag, step.field->Tag()}
+                    : step.kind == Kind::Draft       ? Put{Put::Kind::Also, tag, step.field->Tag()}
                     : step.kind == Kind::OriginalKey ? Put{Put::Kind::Key, tag, {}}
                     : step.kind == Kind::WhenOn      ? Put{Put::Kind::WhenOn, tag, step.dependent->Tag()}
                                                      : Put{Put::Kind::Value, tag, {}});
@@ -181,8 +183,8 @@ QString OfList(const QString& grid, const QString& key, const QString& getKey, b
         .join(' ');
 }
 
-QString OfColumn(const QString& tag, const QString& caption, bool hidden, bool yesNo) {
-    return "column " + tag + " " + caption + (hidden ? " hidden" : "") + (yesNo ? " yes-no" : "");
+QString OfColumn(const QString& tag, const QString& caption, bool hidden, const QString& marks) {
+    return "column " + tag + " " + caption + (hidden ? " hidden" : "") + (marks.isEmpty() ? "" : " ") + marks;
 }
 
 std::map<qint16, OwnWords> Sorted(const QHash<qint16, OwnWords>& words) {
@@ -208,7 +210,7 @@ QStringList LinesOf(const Screen& screen) {
         if (!table.single)
             lines.append(OfList(table.grid, table.record, table.getKey, table.strict, table.sorted));
         for (const Column& column : table.columns)
-            lines.append(OfColumn(column.tag, column.caption, column.hidden, column.yesNo));
+            lines.append(OfColumn(column.tag, column.caption, column.hidden, column.marks));
         for (const Field& field : table.fields)
             lines.append(OfField(field));
         lines.append(OfPuts(table.adds));
@@ -260,7 +262,7 @@ QStringList LinesOf(const ScreenDeclaration& screen) {
         lines.append(OfList(spec.gridName, spec.recordTag, spec.getKeyTag, !spec.continuing, spec.sorted));
         for (const GridColumn& column : spec.columns)
             lines.append(OfColumn(column.tag.isEmpty() ? QString("-") : column.tag, column.caption,
-                                  column.hidden, column.yesNo));
+                                  column.hidden, MarksOf(column)));
         FormLines(*table.form, table.layout, table.puts, true, lines);
         for (const auto& [name, all] :
              {std::pair{"delete", &spec.deleteWords}, std::pair{"save", &spec.saveWords}})
@@ -286,6 +288,10 @@ QStringList LinesOf(const ScreenDeclaration& screen) {
 }
 
 } // namespace
+
+QString MarksOf(const GridColumn& column) {
+    return !column.yesNo ? QString() : column.mark.isEmpty() ? QString("yes-no") : "yes-no=" + column.mark;
+}
 
 QStringList CompareDeclaration(const Screen& rows, const ScreenDeclaration& declared) {
     const QStringList is = LinesOf(declared);

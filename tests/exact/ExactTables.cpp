@@ -157,8 +157,8 @@ void ReadTableLine(Table& table, const QString& word, Line& line) {
         for (const QString& how : line.Rest())
             if (how == u"hidden")
                 column.hidden = true;
-            else if (how == u"yes-no")
-                column.yesNo = true;
+            else if (how.startsWith("yes-no"))
+                column.marks = how;
             else
                 column.field = how;
         table.columns.append(column);

@@ -23,7 +23,7 @@ struct Column {
     QString caption;
     QString field; ///< tag of the field that it shows, where that differs
     bool hidden = false;
-    bool yesNo = false;
+    QString marks = {}; ///< "yes-no" of Y and N, "yes-no=*" where Y is shown so
 };
 
 struct Source {

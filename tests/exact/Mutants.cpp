@@ -195,6 +195,7 @@ void Table(Mutator& mutator, TableDeclaration& table, bool hasTabs) {
         mutator.Text("tag of a column", column.tag);
         mutator.Flag("hidden column " + column.caption, column.hidden);
         mutator.Flag("yes-no column " + column.caption, column.yesNo);
+        mutator.Text("mark of a yes-no column", column.mark);
     }
     for (QString& list : spec.pickLists)
         mutator.Text("pick-list", list);

@@ -1,3 +1,4 @@
+#include "exact/DeclarationDriver.h"
 #include "exact/ScreenDriver.h"
 
 #include "framework/Captions.h"
@@ -11,7 +12,7 @@ namespace sysadmin::exact {
 QString ScreenDriver::CellOf(const Column& column, int record) const {
     if (const Field* field = FieldOf(column.tag); field && column.field.isEmpty())
         return ValueOf(*m_table, *field, record);
-    return column.hidden || column.yesNo ? "N" : QString("%1 %2").arg(record).arg(column.tag);
+    return column.hidden || !column.marks.isEmpty() ? "N" : QString("%1 %2").arg(record).arg(column.tag);
 }
 
 QString ScreenDriver::RowText(int record) const {
@@ -88,11 +89,10 @@ void ScreenDriver::CheckOpening() {
     }
     QStringList captions;
     for (const GridColumn& column : Grid().Model().Columns())
-        captions.append(column.caption + (column.hidden ? " hidden" : "") + (column.yesNo ? " yes-no" : ""));
+        captions.append(column.caption + (column.hidden ? " hidden" : "") + ' ' + MarksOf(column));
     QStringList wantedCaptions;
     for (const Column& column : m_table->columns)
-        wantedCaptions.append(column.caption + (column.hidden ? " hidden" : "") +
-                              (column.yesNo ? " yes-no" : ""));
+        wantedCaptions.append(column.caption + (column.hidden ? " hidden" : "") + ' ' + column.marks);
     Expect("columns", captions.join('|'), wantedCaptions.join('|'));
     const QList<int> order = m_table->sorted ? QList<int>{1, 2} : QList<int>{2, 1};
     QStringList rows;
@@ -207,7 +207,7 @@ void ScreenDriver::DeleteRecord() {
     }
     QString item;
     for (const Column& column : m_table->columns)
-        if (item.isEmpty() && !column.hidden && !column.yesNo)
+        if (item.isEmpty() && !column.hidden && column.marks.isEmpty())
             item = CellOf(column, 2);
     const QString question = m_table->question.isEmpty()
                                  ? "You will delete " + m_table->subject + ":\r\n\"%1\"\r\n\r\nAre you sure?"

@@ -100,6 +100,8 @@ void Field::Leave() {
             correct();
     m_form.m_following = wasFollowing;
     m_form.FollowRules(true);
+    if (m_form.m_toldWhenLeft.contains(this))
+        emit m_form.Left(this);
 }
 
 Form::Form() = default;
@@ -118,9 +120,20 @@ void Form::WhenLeft(const Field& field, std::function<void()> correct) {
     m_corrections.append({&field, std::move(correct)});
 }
 
+void Form::TellWhenLeft(Field& field, std::function<QString()> problem) {
+    m_toldWhenLeft.insert(
+        &field, problem ? std::move(problem) : [&field] { return field.Problem(); });
+}
+
+QString Form::ProblemWhenLeft(Field* field) const {
+    const auto problem = m_toldWhenLeft.value(field);
+    return problem ? problem() : QString();
+}
+
 void Form::LeaveFields() {
     for (Field* field : m_fields)
         field->Leave();
+    emit Left(nullptr);
 }
 
 // A rule may move what another one looks at: they act until nothing moves any more, but not without end.

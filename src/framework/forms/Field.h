@@ -2,6 +2,7 @@
 
 #include "framework/forms/FieldSpec.h"
 
+#include <QHash>
 #include <QObject>
 
 #include <any>
@@ -165,6 +166,11 @@ public:
     Rule& When(std::function<bool()> condition);
     /// Corrects entries once the operator has edited the field and left it.
     void WhenLeft(const Field& field, std::function<void()> correct);
+    /// What `problem` (else the field itself) finds wrong is told as soon as the operator has edited the
+    /// field and goes on in the form, and not only by a save. An empty text is nothing wrong.
+    void TellWhenLeft(Field& field, std::function<QString()> problem = {});
+    /// What there is to tell now about such a field.
+    QString ProblemWhenLeft(Field* field) const;
     /// Leaves whatever was edited: what a save by key does in front of everything else.
     void LeaveFields();
     /// Whether a page of the layout, by its name, belongs to the record as it stands.
@@ -199,6 +205,9 @@ signals:
     /// The operator, or a rule in his place, edited the field: never raised by loading, clearing and
     /// reverting.
     void Edited(Field* field);
+    /// The operator left an edited field that is told about then; null: all of them, to save what they hold,
+    /// and that checks everything itself.
+    void Left(Field* field);
     /// A page of the layout came to the record or left it.
     void PagesChanged();
 
@@ -212,6 +221,7 @@ private:
     QList<Field*> m_fields;
     std::vector<std::unique_ptr<Rule>> m_rules;
     QList<std::pair<const Field*, std::function<void()>>> m_corrections;
+    QHash<Field*, std::function<QString()>> m_toldWhenLeft;
     QStringList m_lockedPages;
     int m_loading = 0;
     bool m_several = false;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/data/PickLists.h"
 #include "framework/forms/ShownDate.h"
 
 #include <QList>
@@ -18,15 +19,20 @@ struct GridColumn {
     QString caption{};
     int width = 0; ///< pixels at 100 %; 0 takes what is left. Where all have one, they grow with the window.
     bool hidden = false;
-    bool yesNo = false;   ///< cells are Y or N, shown as a check mark or nothing
+    bool yesNo = false;   ///< cells are Y or N, shown as a mark or nothing
+    QString mark{};       ///< of Y; empty: a check mark
     QString tag{};        ///< of its cells in the reply that fills the list
     QString dateFormat{}; ///< cells hold dates in this form, shown as people here read them; other cells as
                           ///< they are
+    QList<PickItem> items{}; ///< cells hold ids of these, shown by their texts; other cells as they are
     bool operator==(const GridColumn&) const = default;
 };
 
 /// A cell of the column as text for people.
 inline QString ShownText(const GridColumn& column, const QString& cell) {
+    for (const PickItem& item : column.items)
+        if (item.id == cell)
+            return item.text;
     return column.dateFormat.isEmpty() ? cell : ShownDate(cell, column.dateFormat);
 }
 

@@ -12,6 +12,9 @@ void PutStep::operator()(RequestChannel& channel, const SaveContext& context) co
     case Kind::Value:
         field->Put(channel);
         break;
+    case Kind::Draft:
+        channel.PutField(tag, static_cast<const ValueField*>(field)->Draft());
+        break;
     case Kind::Constant:
         channel.PutField(tag, value);
         break;
@@ -38,6 +41,10 @@ QString PutStep::Tag() const {
 
 PutStep PutValue(const Field& field) {
     return {PutStep::Kind::Value, {}, &field};
+}
+
+PutStep PutDraft(const QString& tag, const ValueField& field) {
+    return {PutStep::Kind::Draft, tag, &field};
 }
 
 PutStep PutConstant(const QString& tag, const QString& value) {

@@ -17,9 +17,10 @@ struct SaveContext {
 /// taken in order.
 struct PutStep {
     enum class Kind {
-        Value,       ///< the field's draft under its tag
-        Constant,    ///< `value` under `tag`
-        Changed,     ///< Y or N under `tag`: whether the field differs from what was loaded
+        Value,    ///< the field's draft under its tag
+        Draft,    ///< the field's draft once more under `tag`: the new text of what is known by its old one
+        Constant, ///< `value` under `tag`
+        Changed,  ///< Y or N under `tag`: whether the field differs from what was loaded
         OriginalKey, ///< under `tag` the key that the record had when editing began
         WhenOn,      ///< a flag and, only when it is checked, the field that depends on it
         Own          ///< the screen's own; `tag` only names it
@@ -52,6 +53,7 @@ struct PutStep {
 };
 
 PutStep PutValue(const Field& field);
+PutStep PutDraft(const QString& tag, const ValueField& field);
 PutStep PutConstant(const QString& tag, const QString& value);
 PutStep PutChanged(const QString& tag, const Field& field);
 PutStep PutOriginalKey(const QString& tag);

@@ -16,6 +16,8 @@ qint16 ReadList(RequestChannel& channel, const ListQuery& query, const QList<Lis
             channel.PutField("55", "Y");
         result = channel.SendRequest(query.request);
         if (result == status::Ok || (result == status::Continues && query.form == ListForm::Continuing)) {
+            if (query.readHead)
+                query.readHead(channel);
             for (const ListStep& step : steps)
                 while (channel.NextRecord(step.recordTag))
                     step.read(channel);

@@ -21,6 +21,8 @@ struct ListQuery {
     ListForm form = ListForm::Strict;
     std::function<void(RequestChannel&)> putKey{}; ///< puts what every sending needs; may be empty
     std::function<void(qint16 status)> report{};   ///< is told of every failure
+    /// Reads what stands in front of the records of a reply that counts.
+    std::function<void(RequestChannel&)> readHead{};
 };
 
 /// The records of a list reply that begin with a tag, and what is done at each.

@@ -46,14 +46,8 @@ RowsField::RowsField(Form& form, const FieldSpec& spec, const QList<GridColumn>&
     , m_columns(columns)
     , m_rowsSpec(rows) {
     for (auto edit = m_rowsSpec.edits.begin(); edit != m_rowsSpec.edits.end(); ++edit)
-        if (edit->kind == CellEdit::Kind::Choice && !m_rowsSpec.shown.contains(edit.key()))
-            m_rowsSpec.shown.insert(edit.key(),
-                                    [column = edit.key(), items = edit->items](const GridRow& row) {
-                                        for (const PickItem& item : items)
-                                            if (item.id == row.cells.value(column))
-                                                return item.text;
-                                        return row.cells.value(column);
-                                    });
+        if (edit->kind == CellEdit::Kind::Choice)
+            m_columns[edit.key()].items = edit->items;
 }
 
 GridRow RowsField::ShownRow(const GridRow& row) const {

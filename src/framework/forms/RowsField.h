@@ -95,6 +95,8 @@ struct RowsSpec {
     RowButton down{};
     RowAsker ask{};
     RowCheck check{};
+    /// While it holds rows are edited and moved, but none is added or removed.
+    std::function<bool()> keepsRows{};
     bool several = false;    ///< several rows can be selected and removed at once
     bool asksInView = false; ///< where nothing can be edited, `modify` shows the row in its dialog, locked
     /// The rows that an entered one stands for; none: itself.

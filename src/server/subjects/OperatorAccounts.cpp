@@ -166,15 +166,16 @@ std::shared_ptr<Prepared> PreparePassword(Database& database, const Library& lib
 
 /// Checks the request's password and, when it is to be `set`, gives it to the operator.
 qint16 TakePassword(Context& context, const wire::Fields& request, qint64 operatorRow, bool set) {
-    if (!context.password)
+    auto* password = dynamic_cast<NewPassword*>(context.prepared);
+    if (!password)
         return status::ColumnError;
     const SecurityRules rules = ReadSecurityRules(context.database);
-    if (const qint16 refused = CheckNewPassword(context.records, context.library, operatorRow,
-                                                *context.password, rules, Sent(request, "SPV") == "Y"))
+    if (const qint16 refused = CheckNewPassword(context.records, context.library, operatorRow, *password,
+                                                rules, Sent(request, "SPV") == "Y"))
         return refused;
     if (!set)
         return status::Ok;
-    SetPassword(context.records, context.library, operatorRow, *context.password);
+    SetPassword(context.records, context.library, operatorRow, *password);
     const bool isReset = operatorRow != context.requester.row;
     context.records.Update("operators", operatorRow,
                            {{"reset_at", isReset ? StoredTime(context.now) : QString("")}});

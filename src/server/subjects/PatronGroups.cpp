@@ -28,10 +28,8 @@ const KeyedRows& ItemLimits() {
     return limits;
 }
 
-/// What applies is known, and a group stays in its cluster.
-qint16 CheckPut(Context&, const wire::Fields&, const Row& before, Row& after) {
-    if (!before.isEmpty() && before["cluster_id"] != after["cluster_id"])
-        return status::NotFound;
+/// What applies is known.
+qint16 CheckPut(Context&, const wire::Fields&, const Row&, Row& after) {
     const auto lacks = [&after](const char* flag, const char* number) {
         return after[flag].toString() == u"Y" && after[number].isNull();
     };

@@ -163,11 +163,6 @@ qint16 StoreLists(Context& context, const wire::Fields& request, qint64 id, bool
     return status::Ok;
 }
 
-qint16 CheckCluster(Context&, const wire::Fields&, const Row& before, Row& after) {
-    const QVariant was = before.value("cluster_id");
-    return was.isNull() || was == after.value("cluster_id") ? status::Ok : status::NotFound;
-}
-
 void AddToCalendar(Context& context, qint64 id, ReplyFields& reply) {
     for (const Dates* dates : {&Exceptions(), &Terms()})
         for (const Row& row : StoredDates(context, *dates, id))
@@ -284,7 +279,6 @@ void RegisterCalendars(Registry& registry) {
         .addReply = {"ID"},
         .within = ListFilter{"CID", "cluster_id"},
         .listFilters = {{"CID", "cluster_id"}},
-        .checkPut = CheckCluster,
         .afterPut = StoreLists,
         .addToGet = AddToCalendar,
     });

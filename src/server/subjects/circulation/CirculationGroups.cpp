@@ -167,11 +167,6 @@ qint16 ApplyRows(Context& context, const wire::Fields& request, qint64 id, bool)
 }
 
 /// A group stays in its cluster.
-qint16 CheckCluster(Context&, const wire::Fields&, const Row& before, Row& after) {
-    const QVariant was = before.value("cluster_id");
-    return was.isNull() || was == after.value("cluster_id") ? status::Ok : status::NotFound;
-}
-
 qint16 CheckRemoval(Context& context, qint64 id, const Row&) {
     if (context.database.FirstRow(
             "SELECT 1 FROM circulation_policy_locations WHERE group_id=? AND is_opac_desk='Y'", {id}))
@@ -252,7 +247,6 @@ void RegisterCirculationGroups(Registry& registry) {
         .addedIdTag = "IdPolLoc",
         .within = ListFilter{"CID", "cluster_id"},
         .listFilters = {{"CID", "cluster_id"}},
-        .checkPut = CheckCluster,
         .afterPut = ApplyRows,
         .checkRemove = CheckRemoval,
         .addToGet = AddToGroup,
