@@ -54,6 +54,7 @@ void RegisterAcquisitionsCodes(Registry& registry) {
         .requests = {.list = "LstVen"},
         .fields = {SubjectField::Text("Cd", "code", CodeLength).InList(),
                    SubjectField::Text("Nm", "name", NameLength).InList()},
+        .listArea = Area::AnyOperator,
         .order = {"name"},
     });
     registry.AddSubject({
@@ -78,7 +79,7 @@ void RegisterAcquisitionsCodes(Registry& registry) {
                    SubjectField::Flag("B", "blanket").OnlyInList(),
                    SubjectField::Flag("RT", "recurring").OnlyInList()},
         .key = "T",
-        .usedBy = {{"acquisitions_vendor_policies", "order_type_id"}},
+        .usedBy = {{"acquisitions_vendor_policies", "order_type_id"}, {"import_rule_settings", "po_type_id"}},
         .usages = {{"purchase orders", OrderTypeInOrders}},
         .addReply = {"T", "D"},
     });

@@ -38,7 +38,8 @@ void RegisterItemTypes(Registry& registry) {
                    {"call_slip_rules", "temporary_item_type_id", status::InUse},
                    {"call_slip_queues", "default_item_type_id", status::InUse},
                    {"acquisitions_policy_locations", "order_item_type_id", UsedByAcquisitionsPolicy},
-                   {"acquisitions_policy_locations", "receive_item_type_id", UsedByAcquisitionsPolicy}},
+                   {"acquisitions_policy_locations", "receive_item_type_id", UsedByAcquisitionsPolicy},
+                   {"import_mappings", "item_type_id"}},
         .usages = {{"items", UsedByItems}},
         .addReply = {"ID", "Cd"},
     });

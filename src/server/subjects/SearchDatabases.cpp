@@ -263,7 +263,7 @@ void RegisterSearchDatabases(Registry& registry) {
     });
     AddCacheTables(registry);
     registry.AddRead("AvlDB", Area::System, ListAvailable);
-    registry.AddRead("GETCHARSETS", Area::System, ListCharacterSets);
+    registry.AddRead("GETCHARSETS", Area::AnyOperator, ListCharacterSets);
 }
 
 } // namespace sysadmin::server
