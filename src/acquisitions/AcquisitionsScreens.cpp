@@ -2,6 +2,7 @@
 
 #include "acquisitions/frmAcquisitions_FiscalTypes.h"
 #include "acquisitions/frmAcquisitions_FundTypes.h"
+#include "acquisitions/frmAcquisitions_PolicyDefinitions.h"
 #include "core/ScreenCatalogue.h"
 #include "framework/PlainScreens.h"
 #include "wire/Status.h"
@@ -127,6 +128,7 @@ void AddAcquisitionsScreens(ScreenCatalogue& catalogue) {
         catalogue.Contribute(table);
     catalogue.Contribute<frmAcquisitions_FiscalTypes>("Acquisitions_FiscalTypes", 50303);
     catalogue.Contribute<frmAcquisitions_FundTypes>("Acquisitions_FundTypes", 50304);
+    catalogue.Contribute<frmAcquisitions_PolicyDefinitions>("Acquisitions_PolicyDefinitions", 50307);
 }
 
 } // namespace sysadmin

@@ -1,4 +1,5 @@
 #include "framework/Declaration.h"
+#include "framework/DetailedRows.h"
 #include "framework/forms/ListFields.h"
 
 #include <QJsonArray>
@@ -148,6 +149,8 @@ void SayRows(QJsonObject& object, const RowsField& rows) {
     SayButtons(object, {&spec.add, &spec.modify, &spec.remove, &spec.up, &spec.down});
     if (spec.ask)
         object["dialog"] = DialogOf(spec.ask);
+    if (const auto* detailed = dynamic_cast<const DetailedRowsField*>(&rows))
+        object["details"] = FieldsOf(detailed->Details());
     Say(object, "removeQuestion", spec.removeQuestion);
     Say(object, "removeTitle", spec.removeTitle);
 }

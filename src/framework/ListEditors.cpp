@@ -1,6 +1,7 @@
 #include "framework/ListEditors.h"
 
 #include "core/Prompter.h"
+#include "framework/BesideOrBelow.h"
 #include "framework/FormView.h"
 #include "framework/ListGrid.h"
 #include "framework/RowsEditor.h"
@@ -116,7 +117,8 @@ public:
         whole->setContentsMargins({});
         auto* line = new QHBoxLayout;
         whole->addLayout(line, 1);
-        line->addWidget(m_mover, 1);
+        if (!spec.settings)
+            line->addWidget(m_mover, 1);
         if (spec.ranked)
             AddRankButtons(*line, QString(field.Names().selectedGrid).remove("vsfSelected"));
         if (spec.settings) {
@@ -125,7 +127,10 @@ public:
                 fields.append(*each);
             m_settings = new FormView(*spec.settings, Below(fields), m_widget);
             m_focusWidgets.append(m_settings->TabOrder());
-            line->addWidget(m_settings);
+            constexpr int LeastLists = 520;
+            auto* both = new BesideOrBelow(m_widget);
+            both->Place(m_mover, m_settings, LeastLists);
+            line->insertWidget(0, both, 1);
             connect(&grid, &ListGrid::SelectionMoved, this, &PickedEditor::ShowSettings);
             connect(spec.settings, &Form::Edited, this, &PickedEditor::TakeSetting);
         }

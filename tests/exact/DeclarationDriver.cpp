@@ -1,6 +1,7 @@
 #include "exact/DeclarationDriver.h"
 
 #include "framework/Declaration.h"
+#include "framework/DetailedRows.h"
 #include "framework/forms/ListFields.h"
 
 namespace sysadmin::exact {
@@ -73,6 +74,12 @@ void AddDialog(const RowAsker& asker, QStringList& parts) {
             parts.append("field=" + OfField(*field));
 }
 
+/// The fields beside a list in which its selected row is edited.
+void AddBeside(const Form& form, QStringList& parts) {
+    for (const sysadmin::Field* field : form.Fields())
+        parts.append("beside=" + OfField(*field));
+}
+
 QStringList PartsOf(const RowsField& rows) {
     const RowsSpec& spec = rows.Behaviour();
     QStringList parts;
@@ -84,6 +91,8 @@ QStringList PartsOf(const RowsField& rows) {
     AddButton("modify", spec.modify, parts);
     AddButton("remove", spec.remove, parts);
     AddDialog(spec.ask, parts);
+    if (const auto* detailed = dynamic_cast<const DetailedRowsField*>(&rows))
+        AddBeside(detailed->Details(), parts);
     return parts;
 }
 
@@ -110,6 +119,13 @@ QString OfField(const sysadmin::Field& declared) {
         field.buttons = {names.select, names.selectAll, names.discard, names.discardAll};
         AddButton("modify", picked->Behaviour().modify, field.buttons);
         AddDialog(picked->Behaviour().ask, field.buttons);
+        if (picked->Behaviour().settings) {
+            for (const GridColumn& column : picked->Behaviour().availableMore.value_or(QList<GridColumn>()))
+                field.buttons.append("free=" + column.tag + ":" + column.caption);
+            for (const GridColumn& column : picked->Behaviour().more)
+                field.buttons.append("column=" + column.tag + ":" + column.caption);
+            AddBeside(*picked->Behaviour().settings, field.buttons);
+        }
     }
     field.least = spec.least;
     field.most = spec.most;

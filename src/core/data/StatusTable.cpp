@@ -120,7 +120,7 @@ constexpr Row Rows[] = {
     {131, Plain, QT_TRANSLATE_NOOP("StatusTable", "Somebody else has changed this record in the meantime.  Nothing was saved.")},
     {132, Plain, QT_TRANSLATE_NOOP("StatusTable", "Some of the chosen matrix entries already exist.  Nothing was saved.")},
     {133, Plain, QT_TRANSLATE_NOOP("StatusTable", "The dates of the selected calendars overlap.  Nothing was saved.")},
-    {134, Plain, QT_TRANSLATE_NOOP("StatusTable", "A location belongs to another circ policy group.  Nothing was saved.")},
+    {134, Plain, QT_TRANSLATE_NOOP("StatusTable", "A location belongs to another policy group.  Nothing was saved.")},
     {135, Plain, QT_TRANSLATE_NOOP("StatusTable", "You cannot define this database with this IP and port because it is already being used.")},
     {136, Plain, QT_TRANSLATE_NOOP("StatusTable", "The local database cannot be deleted, and its code and type cannot be changed.")},
     {137, Plain, QT_TRANSLATE_NOOP("StatusTable", "This index comes with the system: it cannot be deleted, and its code cannot be changed.")},
