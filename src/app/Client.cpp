@@ -1,6 +1,7 @@
 #include "app/Client.h"
 
 #include "acquisitions/AcquisitionsScreens.h"
+#include "cataloging/CatalogingScreens.h"
 #include "circulation/CirculationScreens.h"
 #include "core/HelpWindow.h"
 #include "core/MainWindow.h"
@@ -26,6 +27,7 @@ void SetUpProgram(QApplication& program, const CommandLine& line) {
 
 void AddAllScreens(ScreenCatalogue& catalogue) {
     AddAcquisitionsScreens(catalogue);
+    AddCatalogingScreens(catalogue);
     AddCirculationScreens(catalogue);
     AddRequestsScreens(catalogue);
     AddSearchScreens(catalogue);

@@ -171,6 +171,24 @@ void RowsEditor::Ask(bool isNew) {
         m_grid->SelectKey(key);
 }
 
+/// The question about a row, with the cells that it asks for.
+QString RowsEditor::Filled(const QString& question, const QString& key) const {
+    QStringList cells;
+    for (const GridRow& row : m_rows.ShownRows())
+        if (row.key == key)
+            cells = row.cells;
+    QString filled;
+    for (qsizetype i = 0; i < question.size(); ++i) {
+        const int column = question[i] == u'%' && i + 1 < question.size() ? question[i + 1].digitValue() : -1;
+        if (column > 0)
+            filled += cells.value(column - 1);
+        else
+            filled += question[i];
+        i += column > 0 ? 1 : 0;
+    }
+    return filled;
+}
+
 void RowsEditor::Remove() {
     const RowsSpec& spec = m_rows.Behaviour();
     const QStringList keys = spec.several ? m_grid->SelectedKeys() : QStringList(m_grid->SelectedKey());
@@ -178,7 +196,7 @@ void RowsEditor::Remove() {
         return;
     if (!spec.removeQuestion.isEmpty() &&
         !(m_grid->GetPrompter() &&
-          m_grid->GetPrompter()->ShowBox(m_grid->window(), {.text = spec.removeQuestion,
+          m_grid->GetPrompter()->ShowBox(m_grid->window(), {.text = Filled(spec.removeQuestion, keys.first()),
                                                             .icon = Box::Icon::Question,
                                                             .buttons = Box::Buttons::YesNo,
                                                             .title = spec.removeTitle,

@@ -25,6 +25,7 @@ protected:
 private:
     QPushButton* MakeButton(const RowButton& button, QWidget* line);
     void Ask(bool isNew);
+    QString Filled(const QString& question, const QString& key) const;
     void Remove();
     void Move(const QString& key, int place);
     void EditCell(const QString& key, int column, const QString& value);

@@ -317,6 +317,7 @@ QStringList CompareDeclaration(const Screen& rows, const ScreenDeclaration& decl
         if (is.value(i) != wanted.value(i))
             differences.append("    is     " + is.value(i) + "\n    wanted " + wanted.value(i));
     static const QHash<QString, Area> areas{{"Acquisitions", Area::Acquisitions},
+                                            {"Cataloging", Area::Cataloging},
                                             {"Circulation", Area::Circulation},
                                             {"PatronGroups", Area::PatronGroups},
                                             {"Security", Area::Security},

@@ -1,6 +1,7 @@
 #include "exact/Rig.h"
 
 #include "acquisitions/AcquisitionsScreens.h"
+#include "cataloging/CatalogingScreens.h"
 #include "circulation/CirculationScreens.h"
 #include "core/data/StatusTable.h"
 #include "requests/RequestsScreens.h"
@@ -61,6 +62,7 @@ bool NotingPrompter::RunDialog(QDialog& dialog) {
 
 void AddAllScreens(ScreenCatalogue& catalogue) {
     AddAcquisitionsScreens(catalogue);
+    AddCatalogingScreens(catalogue);
     AddCirculationScreens(catalogue);
     AddRequestsScreens(catalogue);
     AddSearchScreens(catalogue);

@@ -101,7 +101,7 @@ struct RowsSpec {
     bool asksInView = false; ///< where nothing can be edited, `modify` shows the row in its dialog, locked
     /// The rows that an entered one stands for; none: itself.
     std::function<QList<GridRow>(const GridRow& entered)> spread{};
-    QString removeQuestion{}; ///< empty: rows go without a question
+    QString removeQuestion{}; ///< may name cells (%1 the first); empty: rows go without a question
     QString removeTitle{};
 };
 
