@@ -316,12 +316,10 @@ QStringList CompareDeclaration(const Screen& rows, const ScreenDeclaration& decl
     for (qsizetype i = 0; i < qMax(is.size(), wanted.size()); ++i)
         if (is.value(i) != wanted.value(i))
             differences.append("    is     " + is.value(i) + "\n    wanted " + wanted.value(i));
-    static const QHash<QString, Area> areas{{"Acquisitions", Area::Acquisitions},
-                                            {"Cataloging", Area::Cataloging},
-                                            {"Circulation", Area::Circulation},
-                                            {"PatronGroups", Area::PatronGroups},
-                                            {"Security", Area::Security},
-                                            {"System", Area::System}};
+    static const QHash<QString, Area> areas{
+        {"Acquisitions", Area::Acquisitions}, {"Cataloging", Area::Cataloging},
+        {"Circulation", Area::Circulation},   {"PatronGroups", Area::PatronGroups},
+        {"Security", Area::Security},         {"System", Area::System}};
     if (areas.value(rows.area) != declared.area)
         differences.append("another area than " + rows.area);
     return differences;
