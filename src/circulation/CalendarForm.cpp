@@ -114,12 +114,12 @@ DayHours::DayHours(Form& form, const QString& role, const QString& day, const Ho
                    .initial = ClosedWord(),
                    .accessible = day + " " + Form::tr("close time"),
                    .words = {ClosedWord()}})
-    , due(form, {.name = "txtDueTime" + role,
-                 .tag = tags.due,
-                 .accessible = day + " " + Form::tr("overnight loans due time")})
     , inEffect(form, {.name = "txtInEffectTime" + role,
                       .tag = tags.inEffect,
-                      .accessible = day + " " + Form::tr("overnight loans in effect time")}) {
+                      .accessible = day + " " + Form::tr("overnight loans in effect time")})
+    , due(form, {.name = "txtDueTime" + role,
+                 .tag = tags.due,
+                 .accessible = day + " " + Form::tr("overnight loans due time")}) {
     form.WhenLeft(open, [this] { PairLeft(open, close); });
     form.WhenLeft(close, [this] { PairLeft(close, open); });
     form.When([this] { return !open.IsClosed(); }).Enable(due, inEffect);

@@ -80,8 +80,8 @@ struct DayHours {
     OpenFlag flag; // the first: it travels in front of the times
     OpeningTimeField open;
     OpeningTimeField close;
-    TimeField due;
     TimeField inEffect;
+    TimeField due;
 
 private:
     void PairLeft(OpeningTimeField& left, OpeningTimeField& other);

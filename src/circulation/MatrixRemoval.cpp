@@ -24,6 +24,7 @@ bool MatrixRemoval::Step() {
     const MatrixEntry& entry = m_entries[m_done++];
     m_application.channel.PutField("MI", entry.id);
     m_application.channel.PutField("ID", m_group.id);
+    m_application.channel.PutField("CID", m_group.clusterId);
     if (const qint16 status = m_application.channel.SendRequest("DelMat")) {
         m_refused.append(entry.id);
         ++m_statuses[status];

@@ -238,8 +238,10 @@ QStringList PolicyAlertsField::Words() const {
         if (shown.available == u"Y")
             parts.append(Form::tr("available items"));
         for (int i = 0; i < shown.alerts.GetColCount(); ++i)
-            parts.append(InWords(AlertRow(m_names.value(shown.alerts.GetAlertID(i)), shown.alerts, i),
-                                 QList<GridColumn>{{}} + AlertColumns()));
+            parts.append(
+                InWords(AlertRow(m_names.value(shown.alerts.GetAlertID(i), shown.alerts.GetAlertID(i)),
+                                 shown.alerts, i),
+                        QList<GridColumn>{{}} + AlertColumns()));
         words.append(name + ": " + parts.join(", "));
     }
     return words;

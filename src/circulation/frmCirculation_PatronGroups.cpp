@@ -28,7 +28,7 @@ frmCirculation_PatronGroups::frmCirculation_PatronGroups(Application& applicatio
          .morePuts = {OnUpdate(PutDraft("NCd", m_form.txtCode)), OnUpdate(PutDraft("NNm", m_form.txtName)),
                       OnUpdate(PutDraft("NuD", m_form.txtDisplayName))},
          .putOrder = {"Nm", "Cd", "Dsp", "MaxDem", "SusDays", "DemAply", "ChrgdStatDsply", "PatChrgLmt",
-                      "PatChrgLmtAply", "ID"}},
+                      "PatChrgLmtAply", "CID", "ID"}},
         m_form,
         Tabs("tabPatronGroup",
              {Page(tr("&Patron Group"),

@@ -175,6 +175,8 @@ void frmCirculation_PolicyDef::TestLoan() {
 bool frmCirculation_PolicyDef::FillForm(Table& table, const GridRow& row) {
     // Read anew after a conflict, the alerts that were looked at belong to it.
     QMap<QString, PatronAlerts> alerts;
+    if (!m_form.alerts.Known().isEmpty() && !ReadAlertKinds())
+        return false;
     for (const QString& location : m_form.alerts.Known()) {
         const std::optional<PatronAlerts> stored = ReadAlerts(location);
         if (!stored)
@@ -271,20 +273,29 @@ std::optional<PatronAlerts> frmCirculation_PolicyDef::ReadAlerts(const QString& 
     return shown;
 }
 
+std::optional<QList<PickItem>> frmCirculation_PolicyDef::ReadAlertKinds() {
+    if (!Ask("GetCrcAlrt"))
+        return {};
+    QList<PickItem> kinds;
+    QHash<QString, QString> names;
+    while (App().channel.NextRecord("ALRTID")) {
+        kinds.append({App().channel.GetField("ALRTID"), App().channel.GetField("ALRTNM")});
+        names.insert(kinds.last().id, kinds.last().text);
+    }
+    m_form.alerts.SetNames(names);
+    return kinds;
+}
+
 bool frmCirculation_PolicyDef::PrepareLocation(const GridRow& row) {
     RequestChannel& channel = App().channel;
     LocationSettingsForm& form = *m_dialogs.location;
     LocationSettingsForm::Start start{.location = m_form.locations.NameOf(row),
                                       .isOpacDesk = m_form.locations.Setting(row, "OD") == u"Y",
                                       .isLastPickup = m_form.locations.IsLastPickup(row.key)};
-    if (!Ask("GetCrcAlrt"))
+    const std::optional<QList<PickItem>> kinds = ReadAlertKinds();
+    if (!kinds)
         return false;
-    QHash<QString, QString> names;
-    while (channel.NextRecord("ALRTID")) {
-        start.alertKinds.append({channel.GetField("ALRTID"), channel.GetField("ALRTNM")});
-        names.insert(start.alertKinds.last().id, start.alertKinds.last().text);
-    }
-    m_form.alerts.SetNames(names);
+    start.alertKinds = *kinds;
     if (!Ask("GetAutoRetrieveSys"))
         return false;
     form.chkAutomatedStorage.SetUsable(channel.GetFlag("AutoRetrieveSys"));

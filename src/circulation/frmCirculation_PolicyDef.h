@@ -34,6 +34,7 @@ private:
     bool PrepareLocation(const GridRow& row);
     bool Ask(const QString& request, const QString& location = {});
     std::optional<PatronAlerts> ReadAlerts(const QString& location);
+    std::optional<QList<PickItem>> ReadAlertKinds();
     void OfferChoices();
     void AskForSeveralItems();
 

@@ -39,8 +39,10 @@ frmCirculation_PolicyMatrixRecordMultiple::frmCirculation_PolicyMatrixRecordMult
                     .okName = "cmdSave",
                     .okCaption = tr("&Save"),
                     .several = true},
-                   Below({Note(tr("%1: only checked fields are written to the %n selected entries.", nullptr,
-                                  int(entries.size()))
+                   Below({Note((entries.size() == 1
+                                    ? tr("%1: only checked fields are written to the selected entry.")
+                                    : tr("%1: only checked fields are written to the %n selected entries.",
+                                         nullptr, int(entries.size())))
                                    .arg(group.name)),
                           rule.Pages()}),
                    parent)
@@ -157,7 +159,8 @@ bool frmCirculation_PolicyMatrixRecordMultiple::Save() {
         Report(status, "Circ Policy Matrix Record Settings Multi Edit");
         return false;
     }
-    Announce(tr("Saved %n entries", nullptr, int(m_entries.size())));
+    Announce(m_entries.size() == 1 ? tr("Saved 1 entry")
+                                   : tr("Saved %n entries", nullptr, int(m_entries.size())));
     return true;
 }
 

@@ -33,7 +33,8 @@ QString TextOf(const QStringList& words, const QStringList& stored) {
         return words.join('\n');
     const QSet<QString> before(stored.begin(), stored.end());
     const QSet<QString> after(words.begin(), words.end());
-    QStringList lines{Form::tr("%n entries", nullptr, int(words.size()))};
+    QStringList lines{words.size() == 1 ? Form::tr("1 entry")
+                                        : Form::tr("%n entries", nullptr, int(words.size()))};
     for (const QString& entry : words)
         if (!before.contains(entry))
             lines << "+ " + entry;

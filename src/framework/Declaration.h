@@ -57,7 +57,8 @@ struct TableSpec {
     QString plural{};    ///< "Acquisitions Vendor Types" makes the captions "Load ...", "Save ..." and so on
     QString notice{};    ///< subject word announced to other screens; empty: `word`
     QString gridName = "vsf";
-    /// Under which list, get and save requests carry the current cluster; empty: records are of no cluster.
+    /// Under which list, get and save requests carry the current cluster, a save as its first field unless
+    /// `putOrder` gives it another place; empty: records are of no cluster.
     QString clusterTag{};
     bool clusterOnDelete = false; ///< delete requests carry it, too
     bool listAfterChange = false; ///< the list is asked for again after every change
@@ -106,6 +107,9 @@ struct TableSpec {
     SeveralSpec several{};
     QList<PutStep> morePuts{}; ///< steps besides those of the fields
     QStringList putOrder{};    ///< tags of the steps in order; what is not named comes behind
+
+    /// Whether the cluster has a place of its own among the fields of a save.
+    bool PlacesCluster() const { return !clusterTag.isEmpty() && putOrder.contains(clusterTag); }
 };
 
 /// What is said once about a screen that keeps one record.

@@ -397,9 +397,10 @@ void FormView::RefreshField(Field* changed) {
 }
 
 void FormView::RefreshLabel(Field& field) {
+    const bool isOn = field.IsUsable() || m_readOnly || field.Spec().displayOnly;
     const auto [label, end] = m_labels.equal_range(&field);
     for (auto each = label; each != end; ++each) {
-        each->second->setEnabled(field.IsUsable() || m_readOnly || field.Spec().displayOnly);
+        each->second->setEnabled(isOn);
         ChangeCaption(*each->second, field.Caption());
         each->second->SetRequired(field.Spec().required && !m_readOnly);
     }
@@ -407,8 +408,10 @@ void FormView::RefreshLabel(Field& field) {
         if (&editor->GetField() == &field && !m_blockNames.count(editor.get()))
             editor->NameControls(SpokenName(field));
     const auto [unit, last] = m_units.equal_range(&field);
-    for (auto each = unit; each != last; ++each)
+    for (auto each = unit; each != last; ++each) {
         each->second->setText(field.Unit());
+        each->second->setEnabled(isOn);
+    }
 }
 
 void FormView::RefreshButtons() {

@@ -145,6 +145,9 @@ protected:
     void SetState(State state);
 
 private:
+    /// Sends the add or update request, and goes on with it while another system is being asked; its status,
+    /// or none when the operator gave up.
+    std::optional<qint16> AskToStore(Table& table);
     void BuildTable(Table& table);
     void BuildSeveral(Table& table);
     bool SaveSeveral(Table& table);

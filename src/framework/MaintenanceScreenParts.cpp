@@ -105,6 +105,9 @@ void MaintenanceScreen::AddTable(const TableSpec& spec, Form& form, const Layout
     m_tables.emplace_back(Table{{spec, &form, layout, puts}, makeSlot});
     if (FlagField* flag = spec.defaultFlag)
         form.When([flag] { return flag->Stored() == u"Y"; }).Disable(*flag);
+    if (spec.PlacesCluster())
+        m_tables.back().spec.morePuts.append(
+            PutStep([this](RequestChannel&, const SaveContext&) { PutCluster(Current()); }, spec.clusterTag));
 }
 
 void MaintenanceScreen::BuildTable(Table& table) {

@@ -3,6 +3,7 @@
 #include "core/Application.h"
 #include "core/Prompter.h"
 #include "framework/ConflictCheck.h"
+#include "framework/WaitDialog.h"
 #include "framework/forms/RowsField.h"
 #include "wire/Status.h"
 
@@ -121,6 +122,32 @@ void MaintenanceScreen::LoadListAfterSave(Table& table) {
     table.grid->SelectKey(m_context.originalKey);
 }
 
+// Some saves wait for another system: the server answers that it goes on, and is asked again.
+std::optional<qint16> MaintenanceScreen::AskToStore(Table& table) {
+    const auto send = [&](const QString& goesOn) {
+        if (!table.spec.PlacesCluster())
+            PutCluster(table);
+        PutRecord(table, m_context);
+        if (!goesOn.isEmpty())
+            App().channel.PutField("55", goesOn);
+        return App().channel.SendRequest(m_context.isNew ? table.spec.addRequest : table.spec.updateRequest);
+    };
+    qint16 result = send({});
+    if (result != status::Continues)
+        return result;
+    WaitDialog dialog(
+        windowTitle(), tr("The other system is being asked..."),
+        [&] {
+            result = send("Y");
+            return result != status::Continues;
+        },
+        this);
+    if (App().prompter.RunDialog(dialog))
+        return result;
+    send("N");
+    return std::nullopt;
+}
+
 // What one step of the save stored is accepted at once: saved again after a failure, the save goes on with
 // what is left, and with what was edited since.
 bool MaintenanceScreen::SendRecord(Table& table) {
@@ -134,10 +161,10 @@ bool MaintenanceScreen::SendRecord(Table& table) {
     if (!m_isStored)
         m_wasNew = m_context.isNew;
     table.form->Tidy(); // the list, the pick-lists and the search for the new record go by what is stored
-    PutCluster(table);
-    PutRecord(table, m_context);
-    const QString request = m_context.isNew ? table.spec.addRequest : table.spec.updateRequest;
-    if (const qint16 result = App().channel.SendRequest(request); result != status::Ok) {
+    const std::optional<qint16> answered = AskToStore(table);
+    if (!answered)
+        return false;
+    if (const qint16 result = *answered; result != status::Ok) {
         if (const auto conflict = ConflictOf(App().channel, result, table.spec.subject))
             return SettleSaveConflict(table, *conflict) && SendRecord(table);
         ReportSaveFailure(table, result);

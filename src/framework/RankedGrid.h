@@ -4,6 +4,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 namespace sysadmin {
 
 /// A column of a ranked list.
@@ -68,6 +70,9 @@ struct clsGrid {
     int GridWidth = 0;                 ///< pixels at 100 %; 0: as wide as what is in it
     QString Selected{};   ///< `RowData` of the rule that is selected at first; empty: the first one
     bool Changed = false; ///< a new order was saved: `clsRows` is in that order
+    /// Reads the rules as they are stored now, for an order that was refused because others have changed
+    /// them; none when that failed and the operator was told.
+    std::function<sysadmin::clsRows()> Reread{};
 };
 
 } // namespace sysadmin

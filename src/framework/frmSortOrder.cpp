@@ -14,6 +14,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace sysadmin {
 
 namespace {
@@ -44,6 +46,38 @@ RowsSpec SpecOf(const clsGrid& grid, int formerRank) {
     return spec;
 }
 
+QList<GridRow> RowsOf(const clsRows& rules, qsizetype cellCount) {
+    QList<GridRow> rows;
+    for (const clsRow& rule : rules) {
+        QStringList cells = rule.ColumnData;
+        cells.resize(cellCount);
+        rows.append({rule.RowData, cells << QString::number(rule.RowID), {}});
+    }
+    return rows;
+}
+
+/// The stored rules in the order that was made of earlier ones; one that was not there stands behind the rule
+/// behind which it is stored.
+QList<GridRow> InOrderOf(const QList<GridRow>& ordered, const QList<GridRow>& stored) {
+    QHash<QString, GridRow> left;
+    for (const GridRow& row : stored)
+        left.insert(row.key, row);
+    QList<GridRow> rows;
+    for (const GridRow& row : ordered)
+        if (left.contains(row.key))
+            rows.append(left.take(row.key));
+    QString before;
+    for (const GridRow& row : stored) {
+        const auto isBefore = [&](const GridRow& each) { return each.key == before; };
+        if (left.contains(row.key)) {
+            const auto place = std::find_if(rows.cbegin(), rows.cend(), isBefore);
+            rows.insert(place == rows.cend() ? 0 : place - rows.cbegin() + 1, row);
+        }
+        before = row.key;
+    }
+    return rows;
+}
+
 } // namespace
 
 /// The rules as rows that can be moved; the last cell is the rank before the move.
@@ -52,13 +86,7 @@ struct SortOrderForm : Form {
         : columns(ColumnsOf(grid))
         , vsf(*this, {.name = "vsf", .accessible = grid.Caption}, columns,
               SpecOf(grid, int(columns.size()) - 1)) {
-        QList<GridRow> rows;
-        for (const clsRow& row : grid.clsRows) {
-            QStringList cells = row.ColumnData;
-            cells.resize(columns.size() - 1);
-            rows.append({row.RowData, cells << QString::number(row.RowID), {}});
-        }
-        vsf.SetStoredRows(rows);
+        vsf.SetStoredRows(RowsOf(grid.clsRows, columns.size() - 1));
     }
 
     const QList<GridColumn> columns;
@@ -80,6 +108,7 @@ frmSortOrder::frmSortOrder(Application& application, clsGrid& grid, QWidget* par
     vsf->SetPrompter(application.prompter);
     lblPriority = new QLabel(this);
     lblPriority->setObjectName("lblPriority");
+    lblPriority->setWordWrap(true);
     auto* buttons = new QDialogButtonBox(this);
     cmdSaveRule = buttons->addButton(tr("&Save"), QDialogButtonBox::AcceptRole);
     cmdSaveRule->setObjectName("cmdSaveRule");
@@ -107,22 +136,44 @@ frmSortOrder::~frmSortOrder() = default;
 
 void frmSortOrder::ShowPriority() {
     const int place = vsf->Model().DisplayRow(vsf->SelectedKey());
-    lblPriority->setText(
-        m_isStale   ? tr("Others have changed the rules in the meantime: cancel, and set the order again.")
-        : place < 0 ? tr("Priority:")
-                    : tr("Priority: %L1 of %L2").arg(place + 1).arg(vsf->Model().rowCount()));
-    cmdSaveRule->setEnabled(!m_isStale && vsf->Model().rowCount() > 0);
+    QString text =
+        place < 0 ? tr("Priority:") : tr("Priority: %L1 of %L2").arg(place + 1).arg(vsf->Model().rowCount());
+    if (m_others == Others::Merged)
+        text += "\n" +
+                tr("Others have changed the rules in the meantime. These are the rules as they are now, in "
+                   "your order: look at it, and save again.");
+    else if (m_others == Others::Changed)
+        text += "\n" + tr("Others have changed the rules in the meantime. Save again to read them anew.");
+    lblPriority->setText(text);
+    cmdSaveRule->setEnabled(vsf->Model().rowCount() > 0);
+}
+
+void frmSortOrder::CarryOver() {
+    const sysadmin::clsRows rules = m_grid.Reread ? m_grid.Reread() : sysadmin::clsRows();
+    m_others = rules.Count() > 0 ? Others::Merged : Others::Changed;
+    if (m_others == Others::Merged) {
+        const QString selected = vsf->SelectedKey();
+        const QList<GridRow> stored = RowsOf(rules, m_form->columns.size() - 1);
+        m_grid.clsRows = rules;
+        m_form->vsf.SetStoredRows(InOrderOf(m_form->vsf.Rows(), stored));
+        vsf->SelectKey(selected);
+    }
+    ShowPriority();
 }
 
 void frmSortOrder::accept() {
     if (!cmdSaveRule->isEnabled())
         return;
+    if (m_others == Others::Changed) {
+        CarryOver();
+        return;
+    }
     m_form->vsf.Put(m_application.channel);
     if (const qint16 result = m_application.channel.SendRequest(m_grid.SendRequestName);
         result != wire::status::Ok) {
-        m_isStale = result == wire::status::RecordChanged;
         m_application.ReportRequestFailure(result, "Move Rule Order Up", "Sorting");
-        ShowPriority();
+        if (result == wire::status::RecordChanged)
+            CarryOver();
         return;
     }
     QHash<QString, clsRow> rows;

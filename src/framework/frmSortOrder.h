@@ -18,7 +18,8 @@ struct SortOrderForm;
 
 /// Asks for the order of a list of rules: rows move by the buttons, by dragging and by Alt with an arrow key
 /// (Home and End: to the ends). Saving sends the whole order in one request; when the server refuses it the
-/// dialog stays open with the order made.
+/// dialog stays open with the order made. After a refusal because others have changed the rules the order
+/// made is carried over to the rules as they are now, and may be saved again.
 class frmSortOrder : public QDialog {
     Q_OBJECT
 
@@ -32,6 +33,7 @@ public:
 
 private:
     void ShowPriority();
+    void CarryOver();
 
     Application& m_application;
     clsGrid& m_grid;
@@ -40,7 +42,8 @@ private:
     ListGrid* vsf = nullptr;
     QLabel* lblPriority = nullptr;
     QPushButton* cmdSaveRule = nullptr;
-    bool m_isStale = false; // others changed the rules: ranks from before mean other rules now
+    /// Others changed the rules: ranks from before mean other rules now. `Merged`: they are read again.
+    enum class Others { Quiet, Changed, Merged } m_others = Others::Quiet;
 };
 
 } // namespace sysadmin

@@ -264,8 +264,17 @@ void frmCallSlip_Rules::SetOrder() {
             grid.clsColumns.Add(column.caption, column.width, column.hidden);
         else
             grid.clsColumns.Add(column.caption, column.width, true); // both are of the order before
-    for (const GridRow& row : Current().grid->Model().Rows())
-        grid.clsRows.Add(row.key, row.cells);
+    const auto rules = [this] {
+        clsRows rows;
+        for (const GridRow& row : Current().grid->Model().Rows())
+            rows.Add(row.key, row.cells);
+        return rows;
+    };
+    grid.clsRows = rules();
+    grid.Reread = [&] {
+        ReloadList();
+        return rules();
+    };
     frmSortOrder dialog(App(), grid, this);
     App().prompter.RunDialog(dialog);
     if (grid.Changed)

@@ -117,16 +117,25 @@ void frmOPAC_HoldGroup::SetRules() {
     order.clsColumns.Add(tr("Default"), 70, true);
     order.clsColumns.Add(tr("Codes"), 120);
     order.clsColumns.Add(tr("Names"));
-    for (const GridRow& group : list.Model().Rows())
-        order.clsRows.Add(group.key, group.cells);
+    const auto groups = [&list] {
+        clsRows rows;
+        for (const GridRow& group : list.Model().Rows())
+            rows.Add(group.key, group.cells);
+        return rows;
+    };
+    order.clsRows = groups();
+    order.Reread = [&] {
+        LoadList(Current());
+        return groups();
+    };
     frmSortOrder dialog(App(), order, this);
     App().prompter.RunDialog(dialog);
     if (!order.Changed)
         return;
-    QList<GridRow> groups;
+    QList<GridRow> rows;
     for (const clsRow& group : order.clsRows)
-        groups.append({group.RowData, group.ColumnData, {}});
-    list.ReplaceRows(groups);
+        rows.append({group.RowData, group.ColumnData, {}});
+    list.ReplaceRows(rows);
     Announce("Sort");
 }
 

@@ -91,17 +91,32 @@ TEST_F(SortOrderTest, IdsTravelInFrontOfRanksAndAFailureKeepsTheOrder) {
             {"SGID", "10"}, {"SGSEQ", "1"}, {"SGID", "30"}, {"SGSEQ", "2"}, {"SGID", "20"}, {"SGSEQ", "3"}}));
 }
 
-TEST_F(SortOrderTest, AnOrderOfRulesThatOthersChangedIsNotSentAgain) {
+TEST_F(SortOrderTest, AnOrderIsCarriedOverToRulesThatOthersChanged) {
+    // 10 is gone, 40 is new behind 30, 50 in front of all, and 20 stands last.
+    clsRows now;
+    for (const char* id : {"50", "30", "40", "20"})
+        now.Add(id, {QString("Now ") + id, "Main"});
+    bool mayRead = false;
+    grid.Reread = [&] { return mayRead ? now : clsRows(); };
     channel.Answer("OrdCSR", 131);
-    EXPECT_FALSE(Run([this](QDialog& dialog) {
+    channel.Answer("OrdCSR", 0);
+    EXPECT_TRUE(Run([&](QDialog& dialog) {
+        auto& rows = *dialog.findChild<ListGrid*>("vsf");
+        const auto& priority = *dialog.findChild<QLabel*>("lblPriority");
         Press(dialog, "cmdDown");
         prompter.ExpectBox("Somebody else has changed this record in the meantime.  Nothing was saved.");
         Press(dialog, "cmdSaveRule");
-        EXPECT_FALSE(dialog.findChild<QPushButton*>("cmdSaveRule")->isEnabled());
-        Press(dialog, "cmdCancelRule");
+        EXPECT_TRUE(priority.text().endsWith("Save again to read them anew."));
+        EXPECT_EQ(rows.Model().ShownKeys(), (QStringList{"20", "10", "30"}));
+        mayRead = true;
+        Press(dialog, "cmdSaveRule"); // only reads
+        EXPECT_EQ(rows.Model().ShownKeys(), (QStringList{"50", "20", "30", "40"}));
+        EXPECT_TRUE(priority.text().endsWith("look at it, and save again."));
+        Press(dialog, "cmdSaveRule");
     }));
-    EXPECT_FALSE(grid.Changed);
-    EXPECT_EQ(Order(), (QStringList{"10/1", "20/2", "30/3"}));
+    EXPECT_EQ(channel.SentNames(), (QStringList{"OrdCSR", "OrdCSR"}));
+    EXPECT_EQ(channel.LastSent("OrdCSR").Values("PRR"), (QStringList{"1", "4", "2", "3"}));
+    EXPECT_EQ(Order(), (QStringList{"50/1", "20/4", "30/2", "40/3"}));
 }
 
 } // namespace

@@ -127,7 +127,11 @@ void Teller::Request(QStringList words) {
     wire::Fields fields = FieldsOf(before);
     for (wire::Field& field : fields)
         field.value = ValueOf(field.value, client);
-    const auto reply = outside ? client.Ask(name, fields) : client.Send(name, fields);
+    auto reply = outside ? client.Ask(name, fields) : client.Send(name, fields);
+    // A save that waits for another system.
+    static const QRegularExpression save("^(Add|Upd)");
+    while (reply && reply->status == wire::status::Continues && name.contains(save) && how.value(0) != u"55")
+        reply = client.Send(name, fields + wire::Fields{{"55", "Y"}});
     if (!reply)
         throw std::runtime_error("cut off");
     Same("status of " + name + " " + before.join(' '), QString::number(reply->status),

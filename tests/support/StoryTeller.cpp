@@ -276,7 +276,7 @@ bool StoryTeller::Look(const QString& command, const Words& words) {
 }
 
 bool StoryTeller::LookAtTraffic(const QString& command, const Words& words) {
-    if (command != u"sent" && command != u"sends" && command != u"requests")
+    if (command != u"sent" && command != u"sends" && command != u"requests" && command != u"tags")
         return false;
     const QList<ScriptedChannel::Sent> traffic = Traffic();
     ScriptedChannel::Sent last;
@@ -286,7 +286,17 @@ bool StoryTeller::LookAtTraffic(const QString& command, const Words& words) {
         if (command == u"sent" || request.name == words[0])
             last = request;
     }
-    if (command == u"sent") {
+    if (command == u"tags") {
+        EXPECT_EQ(last.name, words[0]) << "was never sent";
+        QString sent;
+        for (const wire::Field& field : last.fields)
+            sent += field.tag + ' ';
+        QString pattern;
+        for (const QString& word : words.mid(1))
+            pattern += word == u"(" ? "(?:" : word == u")" ? ")+" : QRegularExpression::escape(word + ' ');
+        EXPECT_TRUE(QRegularExpression(QRegularExpression::anchoredPattern(pattern)).match(sent).hasMatch())
+            << sent.toStdString();
+    } else if (command == u"sent") {
         EXPECT_EQ(Said(last), Said({words[0], testing::FieldsOf(words.mid(1))}));
     } else if (command == u"sends") {
         EXPECT_EQ(last.name, words[0]) << "was never sent";

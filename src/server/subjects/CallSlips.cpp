@@ -3,6 +3,11 @@
 #include "server/store/Database.h"
 #include "server/subjects/Registrations.h"
 
+#include <QSet>
+
+#include <algorithm>
+#include <iterator>
+
 namespace sysadmin::server {
 
 namespace {
@@ -89,16 +94,32 @@ qint16 CheckRule(Context& context, const wire::Fields&, const Row& before, Row& 
     return CheckRanges(after);
 }
 
-/// The rules behind one that goes move up.
+/// The rules behind one that goes move up. They have not changed: the history tells of the one that goes.
 qint16 CloseGap(Context& context, qint64, const Row& rule) {
-    QList<std::pair<qint64, qint64>> behind;
-    context.database.Each("SELECT id, rank FROM call_slip_rules WHERE rank>? ORDER BY rank",
-                          {rule.value("rank")}, [&](const ResultRow& row) {
-                              behind.append({row.value(0).toLongLong(), row.value(1).toLongLong()});
-                          });
-    for (const auto& [id, rank] : behind)
-        context.records.Update(Rules, id, {{"rank", rank - 1}});
+    context.database.Run("UPDATE call_slip_rules SET rank=rank-1 WHERE rank>?", {rule.value("rank")});
     return status::Ok;
+}
+
+/// Which of the numbers, all different, must go elsewhere for the others to stand in rising order; as few as
+/// possible.
+QSet<qint64> Moved(const QList<qint64>& numbers) {
+    QList<qsizetype> ends; // by length: where the rising sequence with the least end stands
+    QList<qsizetype> before(numbers.size(), -1);
+    for (qsizetype i = 0; i < numbers.size(); ++i) {
+        const auto place =
+            std::lower_bound(ends.begin(), ends.end(), numbers[i],
+                             [&](qsizetype end, qint64 number) { return numbers[end] < number; });
+        if (place != ends.begin())
+            before[i] = *std::prev(place);
+        if (place == ends.end())
+            ends.append(i);
+        else
+            *place = i;
+    }
+    QSet<qint64> moved(numbers.begin(), numbers.end());
+    for (qsizetype i = ends.isEmpty() ? -1 : ends.last(); i >= 0; i = before[i])
+        moved.remove(numbers[i]);
+    return moved;
 }
 
 /// The ranks that a request carries under a tag, as they stand in it; none when they are not all numbers from
@@ -117,7 +138,8 @@ std::optional<QList<qint64>> RanksIn(const wire::Fields& request, const QString&
     return ranks;
 }
 
-/// Gives every rule its new rank; a rule is known by the rank that it had.
+/// Gives every rule its new rank; a rule is known by the rank that it had. The history tells of the rules
+/// that were moved, not of those that only made room for them: nobody's edit of one of these is in the way.
 Answer OrderRules(Context& context, const wire::Fields& request) {
     const auto ranks = RanksIn(request, "RR");
     const auto before = RanksIn(request, "PRR");
@@ -128,9 +150,17 @@ Answer OrderRules(Context& context, const wire::Fields& request) {
     QList<qint64> ids;
     for (const QVariant& id : context.database.FirstColumn("SELECT id FROM call_slip_rules ORDER BY rank"))
         ids.append(id.toLongLong());
+    QList<qint64> formerRanks(ranks->size());
     for (qsizetype i = 0; i < ranks->size(); ++i)
-        if ((*ranks)[i] != (*before)[i])
-            context.records.Update(Rules, ids[(*before)[i] - 1], {{"rank", (*ranks)[i]}});
+        formerRanks[(*ranks)[i] - 1] = (*before)[i];
+    const QSet<qint64> moved = Moved(formerRanks);
+    for (qsizetype i = 0; i < formerRanks.size(); ++i) {
+        const qint64 id = ids[formerRanks[i] - 1];
+        if (moved.contains(formerRanks[i]))
+            context.records.Update(Rules, id, {{"rank", i + 1}});
+        else if (formerRanks[i] != i + 1)
+            context.database.Run("UPDATE call_slip_rules SET rank=? WHERE id=?", {i + 1, id});
+    }
     return {};
 }
 

@@ -164,9 +164,9 @@ std::shared_ptr<Prepared> PrepareTest(Database& database, const Library& library
                   [&](const Called& called) { return TestOf(database, called, request); });
 }
 
-/// Universal borrowing needs the other library's server: whether it is there is tried while the definition is
-/// saved that begins to rely on it.
-std::shared_ptr<Prepared> PrepareSave(Database& database, const Library& library, const Requester&,
+/// Universal borrowing needs the other library's server: whether it is there is tried before the definition
+/// is saved that begins to rely on it. Until that is known the save answers that it goes on.
+std::shared_ptr<Prepared> PrepareSave(Database& database, const Library& library, const Requester& requester,
                                       const wire::Fields& request) {
     constexpr std::chrono::seconds Longest{5};
     if (wire::FirstValue(request, "DBU") != u"Y" ||
@@ -181,9 +181,24 @@ std::shared_ptr<Prepared> PrepareSave(Database& database, const Library& library
         before->row["administration_port"].toString() == port)
         return nullptr;
     auto tried = std::make_shared<ReachTried>();
-    const std::atomic_bool cancelled = false;
-    tried->reachable = !host.isEmpty() && port.toUShort() > 0 &&
-                       IsReachable(host, port.toUShort(), Patience{QDeadlineTimer(Longest), &cancelled});
+    tried->outcome = Outcome::NoAddress;
+    if (host.isEmpty() || port.toUShort() == 0)
+        return tried;
+    const QString key = QStringList{QString::number(requester.session), "reach", host, port}.join('\n');
+    const QString goesOn = Sent(request, "55").value_or(QString());
+    if (goesOn == u"N") {
+        library.Jobs().Cancel(key);
+        tried->outcome = Outcome::Cancelled;
+        return tried;
+    }
+    if (goesOn != u"Y")
+        library.Jobs().Start(key, requester.id, Longest, [host, port](const Patience& patience) {
+            return RemoteResult{.outcome = IsReachable(host, port.toUShort(), patience)
+                                               ? Outcome::Connected
+                                               : Outcome::Unreachable};
+        });
+    const std::optional<RemoteResult> result = library.Jobs().Wait(key, Moment);
+    tried->outcome = result ? std::optional(result->outcome) : std::nullopt;
     return tried;
 }
 

@@ -84,7 +84,9 @@ qint16 CheckDatabase(Context& context, const wire::Fields&, const Row& before, R
         (after["code"] != before["code"] || after["type"] != before["type"]))
         return status::LocalDatabase;
     const auto* tried = dynamic_cast<const ReachTried*>(context.prepared);
-    if (tried && !tried->reachable)
+    if (tried && !tried->outcome)
+        return status::Continues;
+    if (tried && tried->outcome != Outcome::Connected)
         return RemoteUnreachable;
     const QSet<QString> places = PlacesOf(after);
     if (places.isEmpty() || (!before.isEmpty() && PlacesOf(before) == places))

@@ -1,7 +1,10 @@
 #pragma once
 
 #include "server/Prepared.h"
+#include "server/remote/RemoteResult.h"
 #include "server/store/Records.h"
+
+#include <optional>
 
 namespace sysadmin::server {
 
@@ -27,7 +30,7 @@ const QList<CharacterSet>& CharacterSets();
 /// Whether the settings server of a database that is to take part in universal borrowing can be reached:
 /// tried before the definition is saved.
 struct ReachTried : Prepared {
-    bool reachable = false;
+    std::optional<Outcome> outcome; ///< none while it is being tried
 };
 
 /// Makes the library's own database if it is missing.
