@@ -1,6 +1,7 @@
 #include "app/Client.h"
 
 #include "acquisitions/AcquisitionsScreens.h"
+#include "app/ProgramComponents.h"
 #include "cataloging/CatalogingScreens.h"
 #include "circulation/CirculationScreens.h"
 #include "core/HelpWindow.h"
@@ -58,6 +59,9 @@ bool Client::Start(const QStringList& arguments) {
         return false;
     if (m_comm.GetSession().Line().appearance.isEmpty())
         ApplyAppearance(*qApp, m_application.prefs.GetAppearance());
+    m_window->showComponents = [this] {
+        ShowProgramComponents(m_application.prompter, QApplication::activeWindow());
+    };
     m_window->SetClusterSelection({.choose = [this] { return GetClusterList(m_application, m_window.get()); },
                                    .change = [this] { ChangeCluster(m_application, m_window.get()); }});
     return true;

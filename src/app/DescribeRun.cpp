@@ -31,7 +31,8 @@ const QString ToolsGroup = "Tools";
 
 /// Dialogs in which there is nothing to enter.
 bool OnlyShows(const QString& dialog) {
-    return QStringList{"frmLoginInformation", "frmAbout", "frmError", "frmSecurity_OperatorLockoutStatus"}
+    return QStringList{"frmLoginInformation", "frmAbout", "frmError", "frmSecurity_OperatorLockoutStatus",
+                       "frmVersionInfo"}
         .contains(dialog);
 }
 

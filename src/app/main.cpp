@@ -5,6 +5,7 @@
 #include "comm/CommandLine.h"
 #include "core/MainWindow.h"
 #include "core/Prompter.h"
+#include "framework/frmVersionInfo.h"
 
 #include <QApplication>
 #include <QDir>
@@ -78,6 +79,12 @@ int main(int argc, char** argv) {
         return 0;
     }
 
+    if (!line.components.isEmpty() && !QDir(line.components).exists())
+        return Complain("there is no folder " + line.components +
+                            "; name the one of the components: "
+                            "--components DIR",
+                        WrongOptions);
+
     const bool onlyPictures = !line.tourDir.isEmpty() || !line.describeDir.isEmpty();
     if (onlyPictures)
         qInstallMessageHandler(PrintMessage);
@@ -98,6 +105,11 @@ int main(int argc, char** argv) {
 
     WindowPrompter prompter;
     Client client(prompter, line);
+    ComponentSetup components{.check = !line.noCheck};
+    if (!line.components.isEmpty())
+        components.folder = line.components;
+    if (!PrepareComponents(components, prompter))
+        return 0;
     if (!client.Start(arguments))
         return Failed;
     return QApplication::exec();

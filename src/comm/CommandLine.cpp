@@ -19,6 +19,7 @@ constexpr char Trace[] = "trace";
 constexpr char Describe[] = "describe";
 constexpr char Tour[] = "tour";
 constexpr char Appearance[] = "appearance";
+constexpr char Components[] = "components";
 constexpr char Help[] = "help";
 constexpr char Version[] = "version";
 
@@ -38,6 +39,10 @@ void AddOptions(QCommandLineParser& parser) {
          "DIR"},
         {Tour, Tr("Makes a typical change and saves a picture of each step in the folder DIR, then ends."),
          "DIR"},
+        {Components,
+         Tr("The folder of this computer's components, instead of \"System\" beside the program. With "
+            "/nocheck their versions are not checked."),
+         "DIR"},
         {Appearance, Tr("light, dark, or system for the desktop's own."), "WHICH"},
         {QStringList{"h", Help}, Tr("Tells the options and ends.")},
         {QStringList{"v", Version}, Tr("Tells the version and ends.")},
@@ -46,7 +51,7 @@ void AddOptions(QCommandLineParser& parser) {
 
 // The first thing wrong with what the parser found; empty when there is nothing.
 QString FindMisuse(const QCommandLineParser& parser) {
-    for (const char* name : {Server, Library, Operator, Trace, Describe, Tour, Appearance}) {
+    for (const char* name : {Server, Library, Operator, Trace, Describe, Tour, Components, Appearance}) {
         const QString option = name;
         const QStringList values = parser.values(option);
         if (values.size() > 1)
@@ -98,6 +103,7 @@ ParsedCommandLine ParseCommandLine(const QStringList& arguments) {
     line.traceFile = parser.value(Trace);
     line.describeDir = parser.value(Describe);
     line.tourDir = parser.value(Tour);
+    line.components = parser.value(Components);
     if (parser.isSet(Appearance))
         line.appearance = parser.value(Appearance);
     line.help = parser.isSet(Help);

@@ -16,6 +16,7 @@ struct CommandLine {
     QString describeDir;  ///< --describe
     QString tourDir;      ///< --tour
     QString appearance;   ///< --appearance: light, dark or system; empty: as the operator prefers
+    QString components;   ///< --components: the folder of the workstation's components; empty: the usual one
     bool noCheck = false; ///< /nocheck: no check of the components' versions
     bool help = false;
     bool version = false;

@@ -10,7 +10,7 @@
 
 namespace sysadmin {
 
-AboutDialog::AboutDialog(QWidget* parent)
+AboutDialog::AboutDialog(QWidget* parent, const std::function<void()>& showComponents)
     : QDialog(parent) {
     setObjectName("frmAbout");
     setWindowTitle(tr("About System Administration"));
@@ -64,7 +64,17 @@ AboutDialog::AboutDialog(QWidget* parent)
     layout->setContentsMargins(24, 24, 24, 16);
     layout->setSpacing(20);
     layout->addLayout(top);
-    layout->addWidget(cmdOK, 0, Qt::AlignRight);
+    auto* buttons = new QHBoxLayout;
+    if (showComponents) {
+        auto* cmdComponents = new QPushButton(tr("&Components..."), this);
+        cmdComponents->setObjectName("cmdComponents");
+        cmdComponents->setAutoDefault(false);
+        connect(cmdComponents, &QPushButton::clicked, this, showComponents);
+        buttons->addWidget(cmdComponents);
+    }
+    buttons->addStretch();
+    buttons->addWidget(cmdOK);
+    layout->addLayout(buttons);
     layout->setSizeConstraint(QLayout::SetFixedSize);
 }
 

@@ -2,6 +2,8 @@
 
 #include <QDialog>
 
+#include <functional>
+
 namespace sysadmin {
 
 /// The about box: the program, its version and what it runs on (`frmAbout`).
@@ -9,7 +11,8 @@ class AboutDialog : public QDialog {
     Q_OBJECT
 
 public:
-    explicit AboutDialog(QWidget* parent = nullptr);
+    /// `showComponents` shows what the program stands on; without it there is no button for that.
+    explicit AboutDialog(QWidget* parent = nullptr, const std::function<void()>& showComponents = {});
 };
 
 } // namespace sysadmin

@@ -136,7 +136,7 @@ void MainWindow::BuildHelpMenu() {
     mnuHelp->addSeparator();
     connect(AddEntry(mnuHelp, "mnuHelpAbout", tr("&About System Administration...")), &QAction::triggered,
             this, [this] {
-                AboutDialog dialog(this);
+                AboutDialog dialog(this, showComponents);
                 m_application.prompter.RunDialog(dialog);
             });
 }

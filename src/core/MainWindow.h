@@ -46,6 +46,8 @@ public:
     /// Gives the screens that need a current cluster a way to one, and operators who may use such screens the
     /// File menu's entry for another one.
     void SetClusterSelection(const ClusterSelection& selection);
+    /// Shows what the program stands on, from the about box; whoever knows that sets it.
+    std::function<void()> showComponents{};
     /// Puts the window's parts back as the operator left them; the preferences must be loaded.
     void RestoreLayout();
 

@@ -6,9 +6,9 @@ namespace sysadmin {
 namespace {
 
 TEST(CommandLine, TakesEveryOptionApart) {
-    const ParsedCommandLine parsed =
-        ParseCommandLine({"--server", "Library.example.org:7500", "--operator=SYSADMIN", "--trace",
-                          "/t/x y.jsonl", "/NoCheck", "--describe", "out", "--appearance", "dark"});
+    const ParsedCommandLine parsed = ParseCommandLine(
+        {"--server", "Library.example.org:7500", "--operator=SYSADMIN", "--trace", "/t/x y.jsonl", "/NoCheck",
+         "--describe", "out", "--appearance", "dark", "--components", "c:/controls"});
     ASSERT_EQ(parsed.error, QString());
     const CommandLine& line = parsed.commandLine;
     EXPECT_EQ(line.server, (ServerAddress{"library.example.org", 7500}));
@@ -16,6 +16,7 @@ TEST(CommandLine, TakesEveryOptionApart) {
     EXPECT_EQ(line.traceFile, "/t/x y.jsonl");
     EXPECT_EQ(line.describeDir, "out");
     EXPECT_EQ(line.appearance, "dark");
+    EXPECT_EQ(line.components, "c:/controls");
     EXPECT_TRUE(line.noCheck);
     EXPECT_FALSE(line.help || line.version);
 
