@@ -102,9 +102,9 @@ void RequestFormForm::FollowType() {
         .Set(txtFormCode, requestforms::WithoutBibliographicDataCode);
     When([this] { return cboFormType.Draft() != requestforms::WithoutBibliographicData; }).Clear(txtFormCode);
     When(isType(requestforms::ItemLevel)).Disable(optOutput);
-    When([this] {
-        return !HasVouchers();
-    }).Disable(txtLogin, txtPassword, txtPrefix, txtStart, txtEnd, txtLastUsed);
+    When([this] { return !HasVouchers(); })
+        .Disable(vouchers.txtLogin, vouchers.txtPassword, vouchers.txtPrefix, vouchers.txtStart,
+                 vouchers.txtEnd, vouchers.txtLastUsed);
     When([this] { return HasVouchers(); }).Page("voucher");
     When([this] { return requestforms::IsUniversalBorrowing(cboFormType.Draft()); }).Page("ub");
     When([this] { return !IsExchanged(); }).Page("simple").Do([this] {
@@ -152,13 +152,8 @@ void RequestFormForm::TakeLabels(const RowsField& from, RowsField& into) {
 }
 
 std::optional<Form::Finding> RequestFormForm::FormProblem() {
-    const auto isAbove = [](const NumberField& one, const NumberField& other) {
-        return !one.IsBlank() && !other.IsBlank() && one.Value() > other.Value();
-    };
-    if (HasVouchers() && isAbove(txtStart, txtEnd))
-        return Finding{&txtEnd, tr("The end of the voucher range is before its start.")};
-    if (HasVouchers() && (isAbove(txtStart, txtLastUsed) || isAbove(txtLastUsed, txtEnd)))
-        return Finding{&txtLastUsed, tr("The voucher that was used last is not in the range.")};
+    if (const auto problem = vouchers.Problem(); HasVouchers() && problem)
+        return problem;
     RowsField& fields = IsExchanged() ? vsfFieldLabel : vsfFieldLabel1;
     if (fields.IsBlank())
         return Finding{&fields, tr("The form has no fields.  Please add at least one.")};

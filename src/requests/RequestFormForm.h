@@ -1,6 +1,6 @@
 #pragma once
 
-#include "framework/SecretField.h"
+#include "framework/VoucherFields.h"
 #include "framework/forms/ListFields.h"
 #include "framework/forms/ValueFields.h"
 #include "wire/RequestForms.h"
@@ -119,29 +119,7 @@ struct RequestFormForm : Form {
                              .discard = "cmdDiscardUbDatabase",
                              .discardAll = "cmdDiscardAllUbDatabases"},
                             {.tags = {"AUDC", "AUDN", "SUDC", "SUDN"}}};
-    TextField txtLogin{*this,
-                       {.name = "txtLogin",
-                        .tag = "L",
-                        .caption = tr("ARTEmail Login:"),
-                        .maxLength = requestforms::LoginLength}};
-    SecretField txtPassword{*this,
-                            {.name = "txtPassword",
-                             .tag = "P",
-                             .caption = tr("ARTEmail Password:"),
-                             .maxLength = requestforms::PasswordLength},
-                            "PC"};
-    TextField txtPrefix{*this,
-                        {.name = "txtPrefix",
-                         .tag = "VP",
-                         .caption = tr("Prefix:"),
-                         .maxLength = requestforms::PrefixLength}};
-    NumberField txtStart{
-        *this, {.name = "txtStart", .tag = "VS", .caption = tr("Start:"), .most = requestforms::MostVoucher}};
-    NumberField txtEnd{
-        *this, {.name = "txtEnd", .tag = "VE", .caption = tr("End:"), .most = requestforms::MostVoucher}};
-    NumberField txtLastUsed{
-        *this,
-        {.name = "txtLastUsed", .tag = "VL", .caption = tr("Last Used:"), .most = requestforms::MostVoucher}};
+    VoucherFields vouchers{*this, "P"};
 
 private:
     void FollowType();

@@ -64,9 +64,7 @@ QList<PutStep> Puts(RequestFormForm& form) {
         {[&form](RequestChannel& channel, const SaveContext&) {
              if (!form.HasVouchers())
                  return;
-             for (const Field* field :
-                  std::initializer_list<const Field*>{&form.txtLogin, &form.txtPassword, &form.txtPrefix,
-                                                      &form.txtStart, &form.txtEnd, &form.txtLastUsed})
+             for (const Field* field : form.vouchers.All())
                  field->Put(channel);
          },
          "VP"},
@@ -99,9 +97,7 @@ frmOPAC_RequestForms::frmOPAC_RequestForms(Application& application, QWidget* pa
                      Page("mapped", tr("Fi&elds"), {m_form.vsfFieldLabel}),
                      Page(tr("Patro&ns"), {m_form.patronGroups}), Page(tr("&Databases"), {m_form.databases}),
                      Page("ub", tr("&UB Databases"), {m_form.ubDatabases}),
-                     Page("voucher", tr("ARTEmail voucher range"),
-                          {m_form.txtLogin, m_form.txtPassword, m_form.txtPrefix, m_form.txtStart,
-                           m_form.txtEnd, m_form.txtLastUsed}),
+                     Page("voucher", VoucherFields::PageCaption(), m_form.vouchers.Draw()),
                      Page(tr("Previe&w"), {Slot("picPreview")})})}),
         Puts(m_form), [this](const QString&) -> QWidget* { return new RequestFormPreview(m_form, this); });
     Finish();

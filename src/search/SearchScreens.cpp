@@ -2,6 +2,7 @@
 
 #include "core/ScreenCatalogue.h"
 #include "framework/PlainScreens.h"
+#include "search/IndexScreen.h"
 #include "search/frmSearch_DatabaseDefinition.h"
 
 #include <QCoreApplication>
@@ -40,10 +41,21 @@ PlainTable MaterialTypes() {
                                  .changedTag = "NNm"})}};
 }
 
+void ContributeIndexes(ScreenCatalogue& catalogue, const QString& key, int helpContext, IndexSpec (*spec)()) {
+    catalogue.Contribute(
+        key, ScreenMaker{helpContext, false, [spec](Application& application, QWidget* parent) -> Screen* {
+                             return new IndexScreen(application, spec(), parent);
+                         }});
+}
+
 } // namespace
 
 void AddSearchScreens(ScreenCatalogue& catalogue) {
     catalogue.Contribute<frmSearch_DatabaseDefinition>("Search_DatabaseDefinitions", 50601);
+    ContributeIndexes(catalogue, "Search_CompositeDefinitions", 50621, CompositeIndexes);
+    ContributeIndexes(catalogue, "Search_SearchDefinitions", 50622, HeadingIndexes);
+    ContributeIndexes(catalogue, "Search_KeywordDefinitions", 50623, KeywordIndexes);
+    ContributeIndexes(catalogue, "Search_HoldingsKeywordDefinitions", 50624, HoldingsKeywordIndexes);
     catalogue.Contribute(MaterialTypes());
 }
 
