@@ -81,14 +81,6 @@ bool IsShown(const QString& formats, int place) {
 
 } // namespace
 
-QString CheckedText::Problem() const {
-    if (const QString problem = TextField::Problem(); !problem.isEmpty())
-        return problem;
-    // What was there before is not the operator's to mend.
-    return !IsChanged() || Draft().trimmed().isEmpty() || m_isRight(Draft().trimmed()) ? QString()
-                                                                                       : m_problem;
-}
-
 void CodesField::Choose(const QStringList& codes) {
     QList<GridRow> available = m_all;
     QList<GridRow> selected;
@@ -153,6 +145,10 @@ HeadingFields::HeadingFields(Form& form)
                   indexes::AreIndicators, IndicatorProblem())
     , txtExclude2(form, Indicator("txtExclude2", Form::tr("Second indicator, exclude")),
                   indexes::AreIndicators, IndicatorProblem())
+    , txtIncludeSubfields(form, Subfields("txtIncludeSubfields", Form::tr("Include Subfields:")),
+                          indexes::AreSubfields, SubfieldsProblem())
+    , txtExcludeSubfields(form, Subfields("txtExcludeSubfields", Form::tr("Exclude Subfields:")),
+                          indexes::AreSubfields, SubfieldsProblem())
     , optBibDefinitions(
           form, {.name = "optBibDefinitions",
                  .caption = Form::tr("Occurrence:"),
@@ -168,11 +164,7 @@ HeadingFields::HeadingFields(Form& form)
     , txtFixedLength(
           form,
           {.name = "txtFixedLength", .caption = Form::tr("Fixed Field Length:"), .most = indexes::MostOffset})
-    , chkCallNumberSearch(form, {.name = "chkCallNumberSearch", .caption = Form::tr("Call Number Search")})
-    , txtIncludeSubfields(form, Subfields("txtIncludeSubfields", Form::tr("Include Subfields:")),
-                          indexes::AreSubfields, SubfieldsProblem())
-    , txtExcludeSubfields(form, Subfields("txtExcludeSubfields", Form::tr("Exclude Subfields:")),
-                          indexes::AreSubfields, SubfieldsProblem()) {}
+    , chkCallNumberSearch(form, {.name = "chkCallNumberSearch", .caption = Form::tr("Call Number Search")}) {}
 
 Layout HeadingFields::Draw() {
     return Below({txtBibField,

@@ -1,28 +1,13 @@
 #pragma once
 
 #include "framework/VoucherFields.h"
+#include "framework/forms/CheckedText.h"
 #include "framework/forms/ListFields.h"
 #include "framework/forms/PutList.h"
 #include "search/ComposedText.h"
 #include "wire/SearchIndexes.h"
 
 namespace sysadmin {
-
-/// A line of text of which something is demanded.
-class CheckedText : public TextField {
-public:
-    using Check = bool (*)(const QString& text);
-
-    CheckedText(Form& form, const FieldSpec& spec, Check isRight, const QString& problem)
-        : TextField(form, spec)
-        , m_isRight(isRight)
-        , m_problem(problem) {}
-    QString Problem() const override;
-
-private:
-    Check m_isRight;
-    QString m_problem;
-};
 
 /// Codes chosen in order out of those that the library has. A code that it does not have survives load and
 /// save.
@@ -61,13 +46,13 @@ struct HeadingFields {
     CheckedText txtExclude1;
     CheckedText txtInclude2;
     CheckedText txtExclude2;
+    CheckedText txtIncludeSubfields;
+    CheckedText txtExcludeSubfields;
     LetterField optBibDefinitions;
     NumberField txtTextLength;
     NumberField txtFixedOffset;
     NumberField txtFixedLength;
     FlagField chkCallNumberSearch;
-    CheckedText txtIncludeSubfields;
-    CheckedText txtExcludeSubfields;
 };
 
 /// The definition of a search index. The families have the same record; what an index is made of differs.

@@ -1,7 +1,8 @@
 #include "search/KeywordFields.h"
 
 #include "framework/FormDialog.h"
-#include "search/IndexForm.h"
+#include "framework/forms/CheckedText.h"
+#include "wire/SearchIndexes.h"
 
 namespace sysadmin {
 

@@ -183,9 +183,11 @@ void PutChildren(Context& context, const Children& children, qint64 owner, Reply
         tags << children.idTag;
     for (const SubjectField& field : children.fields) {
         columns.insert(field.tag, "c." + field.column);
-        if (!isGiven)
+        if (!isGiven && field.inGet)
             tags << field.tag;
     }
+    if (tags.isEmpty()) // the subject sends them itself
+        return;
     QStringList selected;
     for (const QString& tag : tags)
         selected << columns[tag];

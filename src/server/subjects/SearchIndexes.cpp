@@ -181,7 +181,7 @@ const QList<IndexFamily>& IndexFamilies() {
 }
 
 const QList<IndexReference>& IndexReferences() {
-    static const QList<IndexReference> references{};
+    static const QList<IndexReference> references{{"duplicate_profile_indexes", "code"}};
     return references;
 }
 
