@@ -96,6 +96,7 @@ public:
         return dialog.objectName() == u"frmSelectCluster"; // without one the screens behind it stay closed
     }
     QString AskSaveFile(QWidget*, const QString&, const QString&, const QString&) override { return {}; }
+    QString AskOpenFile(QWidget*, const QString&, const QString&) override { return {}; }
     QString AskFolder(QWidget*, const QString&, const QString&) override { return {}; }
 
 private:

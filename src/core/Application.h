@@ -5,6 +5,7 @@
 #include "core/data/Clusters.h"
 #include "core/data/Communication.h"
 #include "core/data/Notices.h"
+#include "core/data/OrderingRules.h"
 #include "core/data/PickLists.h"
 #include "core/data/SecurityProfile.h"
 
@@ -29,6 +30,7 @@ public:
     Prompter& prompter;
     ScreenCatalogue catalogue;
     SecurityProfile profile;
+    OrderingRules orderingRules;
     Prefs prefs;
     ClusterCollection clusters;
     PickLists pickLists;

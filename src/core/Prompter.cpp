@@ -94,6 +94,10 @@ QString WindowPrompter::AskSaveFile(QWidget* parent, const QString& title, const
     return QFileDialog::getSaveFileName(BoxParent(parent), title, suggestion, filter);
 }
 
+QString WindowPrompter::AskOpenFile(QWidget* parent, const QString& title, const QString& filter) {
+    return QFileDialog::getOpenFileName(BoxParent(parent), title, {}, filter);
+}
+
 QString WindowPrompter::AskFolder(QWidget* parent, const QString& title, const QString& start) {
     return QFileDialog::getExistingDirectory(BoxParent(parent), title, start);
 }

@@ -41,6 +41,8 @@ public:
     /// Asks for the file to write; empty when the operator gave up. `filter` as in "Text (*.csv)".
     virtual QString AskSaveFile(QWidget* parent, const QString& title, const QString& suggestion,
                                 const QString& filter) = 0;
+    /// Asks for a file to read; empty when the operator gave up.
+    virtual QString AskOpenFile(QWidget* parent, const QString& title, const QString& filter) = 0;
     /// Asks for a folder, beginning at one; empty when the operator gave up.
     virtual QString AskFolder(QWidget* parent, const QString& title, const QString& start) = 0;
 };
@@ -52,6 +54,7 @@ public:
     bool RunDialog(QDialog& dialog) override;
     QString AskSaveFile(QWidget* parent, const QString& title, const QString& suggestion,
                         const QString& filter) override;
+    QString AskOpenFile(QWidget* parent, const QString& title, const QString& filter) override;
     QString AskFolder(QWidget* parent, const QString& title, const QString& start) override;
 };
 

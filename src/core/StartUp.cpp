@@ -52,6 +52,7 @@ std::unique_ptr<MainWindow> StartUp(Application& application, const QStringList&
                       QT_TRANSLATE_NOOP("StartUp", "You are not authorized to use System Adminstration."));
 
     window->ShowPlace(comm.LibraryName(), comm.ServerName(), comm.LibraryColour());
+    application.orderingRules.Load(application.channel);
     application.prefs.LoadPreferences(session);
     window->RestoreLayout();
     window->ShowNavigation(navigation);

@@ -31,6 +31,7 @@ protected:
         application.catalogue.Contribute<TestScreen>(CircMisc, 2);
         application.catalogue.Contribute<TestScreen>(Calendars, 3, true);
         AnswerRights(AllRights);
+        channel.Answer("LstMarcFieldOrderRules", 0);
         window = StartUp(application, {});
         if (!QTest::qWaitForWindowActive(window.get()))
             ADD_FAILURE() << "the main window does not become active";

@@ -29,6 +29,7 @@ protected:
         window.reset();
         comm.session.operatorId = operatorId;
         AnswerRights(AllRights);
+        channel.Answer("LstMarcFieldOrderRules", 0);
         window = StartUp(application, {});
         window->resize(1200, 900);
         QTest::qWait(0);

@@ -27,6 +27,17 @@ protected:
 
 TEST_F(StartUpTest, TakesTheStepsInOrder) {
     AnswerRights(AllRights);
+    channel.Answer("LstMarcFieldOrderRules", 0,
+                   {{"ORDRULE", "7"},
+                    {"ORDNAME", "Tag"},
+                    {"ORDREP", "N"},
+                    {"ORDPARM", "N"},
+                    {"ORDRULE", "9"},
+                    {"ORDNAME", "Field"},
+                    {"ORDREP", "Y"},
+                    {"ORDPARM", "Y"},
+                    {"ORDLABL", "Specific Field"},
+                    {"ORDTYPE", "3C"}});
     comm.session.informationCaption = "Who &am I...";
     UserSettings().setValue("TESTER/WarnOnClose", "True");
     const std::unique_ptr<MainWindow> window = StartUp(application, {"--operator", "X", "/nocheck"});
@@ -34,7 +45,13 @@ TEST_F(StartUpTest, TakesTheStepsInOrder) {
     EXPECT_EQ(comm.session.commandLine, QStringList({"--operator", "X", "/nocheck"}));
     EXPECT_EQ(comm.calls, QStringList({"PreCheck", "ShowSignOn", "CloseSignOn", "PostSignOn"}));
     EXPECT_EQ(channel.signOns, 1);
-    EXPECT_EQ(channel.SentNames(), QStringList({"SAInit", "CheckMasterProfile"}));
+    EXPECT_EQ(channel.SentNames(), QStringList({"SAInit", "CheckMasterProfile", "LstMarcFieldOrderRules"}));
+    ASSERT_EQ(application.orderingRules.All().size(), 2);
+    const OrderingRule* field = application.orderingRules.Find(9);
+    EXPECT_TRUE(field && field->repeatable && field->takesParameter && field->IsSpecificField());
+    EXPECT_EQ(application.orderingRules.Find(8), nullptr);
+    EXPECT_EQ(application.orderingRules.NextTemporaryId(), -2);
+    EXPECT_EQ(application.orderingRules.NextTemporaryId(), -3);
     EXPECT_EQ(application.mainWindow, window.get());
     EXPECT_TRUE(window->isVisible());
     EXPECT_TRUE(application.prefs.WarnOnClose());
@@ -75,6 +92,7 @@ TEST_F(StartUpTest, WithoutAProfileOrRightsItIsRefused) {
 
 TEST_F(StartUpTest, RightsDecideAndNotWhichScreensAreThere) {
     AnswerRights({"SysDf"});
+    channel.Answer("LstMarcFieldOrderRules", 5); // nobody is told
     const std::unique_ptr<MainWindow> window = StartUp(application, {});
     ASSERT_TRUE(window);
     EXPECT_TRUE(window->findChild<QMenu*>("mnuFunctions")->actions().isEmpty());
@@ -96,6 +114,7 @@ TEST_F(StartUpTest, TheWindowShowsBetweenSignOnAndTheClosingOfItsDialog) {
     QList<bool> shown;
     looking.look = [&] { shown.append(other.mainWindow && other.mainWindow->isVisible()); };
     AnswerRights(AllRights);
+    channel.Answer("LstMarcFieldOrderRules", 0);
     EXPECT_TRUE(StartUp(other, {}));
     EXPECT_EQ(shown, QList<bool>({false, true}));
 }

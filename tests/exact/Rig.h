@@ -50,6 +50,7 @@ public:
     bool ShowBox(QWidget* parent, const Box& box) override;
     bool RunDialog(QDialog& dialog) override;
     QString AskSaveFile(QWidget*, const QString&, const QString&, const QString&) override { return {}; }
+    QString AskOpenFile(QWidget*, const QString&, const QString&) override { return {}; }
     QString AskFolder(QWidget*, const QString&, const QString&) override { return {}; }
 
 private:

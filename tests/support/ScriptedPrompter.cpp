@@ -40,6 +40,10 @@ void ScriptedPrompter::ExpectSaveFile(const QString& result) {
     m_expected.append({Kind::SaveFile, result, false, {}, {}, {}});
 }
 
+void ScriptedPrompter::ExpectOpenFile(const QString& result) {
+    m_expected.append({Kind::OpenFile, result, false, {}, {}, {}});
+}
+
 std::optional<ScriptedPrompter::Expected> ScriptedPrompter::TakeNext(Kind kind, const QString& shown) {
     if (m_expected.isEmpty() || m_expected.front().kind != kind) {
         ADD_FAILURE() << "unexpected: " << Printable(shown) << "\n  expected: "
@@ -90,6 +94,11 @@ bool ScriptedPrompter::RunDialog(QDialog& dialog) {
 
 QString ScriptedPrompter::AskSaveFile(QWidget*, const QString& title, const QString&, const QString&) {
     const std::optional<Expected> expected = TakeNext(Kind::SaveFile, title);
+    return expected ? expected->text : QString();
+}
+
+QString ScriptedPrompter::AskOpenFile(QWidget*, const QString& title, const QString&) {
+    const std::optional<Expected> expected = TakeNext(Kind::OpenFile, title);
     return expected ? expected->text : QString();
 }
 

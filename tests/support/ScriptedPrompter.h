@@ -28,6 +28,7 @@ public:
     /// The same; the answer is the dialog's own result after `drive` has clicked in it.
     void ExpectDialogResult(const QString& objectName, std::function<void(QDialog&)> drive);
     void ExpectSaveFile(const QString& result);
+    void ExpectOpenFile(const QString& result);
 
     /// Whether everything expected was shown.
     bool AllShown() const { return m_expected.isEmpty(); }
@@ -36,11 +37,12 @@ public:
     bool RunDialog(QDialog& dialog) override;
     QString AskSaveFile(QWidget* parent, const QString& title, const QString& suggestion,
                         const QString& filter) override;
+    QString AskOpenFile(QWidget* parent, const QString& title, const QString& filter) override;
     /// Nothing asks for a folder in what is scripted: a failure.
     QString AskFolder(QWidget* parent, const QString& title, const QString& start) override;
 
 private:
-    enum class Kind { Box, Dialog, SaveFile };
+    enum class Kind { Box, Dialog, SaveFile, OpenFile };
     struct Expected {
         Kind kind = Kind::Box;
         QString text; // of a box; a dialog's object name; the file to answer

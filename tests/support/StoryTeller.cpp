@@ -226,6 +226,9 @@ bool StoryTeller::Look(const QString& command, const Words& words) {
         QFile file(directory.filePath("out.csv"));
         EXPECT_TRUE(file.open(QIODevice::ReadOnly));
         EXPECT_EQ(QString::fromUtf8(file.readAll()).remove(QChar(0xFEFF)), words[1]);
+    } else if (command == u"opens") {
+        prompter.ExpectOpenFile(SYSADMIN_SOURCE_DIR "/tests/data/" + words[1]);
+        Click(words[0]);
     } else if (command == u"selected") {
         EXPECT_EQ(static_cast<ListGrid&>(Seen(words[0])).SelectedKeys(), words.mid(1));
     } else if (command == u"shows") {
