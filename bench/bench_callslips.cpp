@@ -133,12 +133,24 @@ void TryRequest(benchmark::State& state) {
     }
 }
 
+/// Of all 633 locations.
+void FindLeftOver(benchmark::State& state) {
+    const callslips::Routing routing(Rules());
+    QStringList locations;
+    for (const QVariant& id : Slips().Connect()->FirstColumn("SELECT id FROM locations"))
+        locations << id.toString();
+    for (auto _ : state)
+        for (const QString& location : locations)
+            benchmark::DoNotOptimize(routing.LeftAt(location));
+}
+
 BENCHMARK(OpenScreen)->Unit(benchmark::kMillisecond);
 BENCHMARK(ListRequest)->Unit(benchmark::kMillisecond);
 BENCHMARK(Move)->Arg(1)->Arg(100)->Arg(RuleCount - 1)->Unit(benchmark::kMillisecond);
 BENCHMARK(MoveBare)->Arg(RuleCount - 1)->Unit(benchmark::kMillisecond);
 BENCHMARK(FindShadows)->Unit(benchmark::kMillisecond);
 BENCHMARK(TryRequest)->Unit(benchmark::kMillisecond);
+BENCHMARK(FindLeftOver)->Unit(benchmark::kMillisecond);
 
 } // namespace
 

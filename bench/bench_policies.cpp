@@ -6,6 +6,7 @@
 #include "circulation/MatrixMap.h"
 #include "circulation/PolicyReader.h"
 #include "circulation/frmCirculation_Matrix.h"
+#include "circulation/frmCirculation_PolicyDef.h"
 #include "comm/CommLibrary.h"
 #include "comm/CommandLine.h"
 #include "core/Application.h"
@@ -14,6 +15,7 @@
 #include "server/store/Database.h"
 
 #include <QApplication>
+#include <QPushButton>
 
 #include <benchmark/benchmark.h>
 
@@ -40,6 +42,12 @@ public:
             if (!isFull)
                 break;
         }
+        const QString cluster =
+            database->FirstValue("SELECT cluster_id FROM circulation_policy_groups WHERE id=?", {group})
+                .toString();
+        application.clusters.Put({{}, "Cluster", "CLUSTER", cluster});
+        application.clusters.SetCurrent(cluster);
+        application.profile.Load(Channel(), "SYSADMIN");
     }
     RequestChannel& Channel() { return m_comm.GetChannel(); }
     std::unique_ptr<server::Database> Connect() const { return m_library.Get()->Connect(); }
@@ -129,6 +137,35 @@ void OpenMatrixPage(benchmark::State& state) {
         if (!pages.Load() || pages.Entries(MatrixKind::Regular).size() != 1197)
             state.SkipWithError("wrong number of entries");
         page->grab();
+    }
+}
+
+/// The screen with the list of the policy groups.
+void OpenScreen(benchmark::State& state) {
+    RuleLibrary& library = LibraryOf(state);
+    for (auto _ : state) {
+        frmCirculation_PolicyDef screen(library.application, nullptr);
+        screen.resize(1000, 700);
+        screen.LoadScreen();
+        screen.grab();
+    }
+}
+
+/// The group with the 1,197 rules opened there, until it is painted.
+void OpenGroup(benchmark::State& state) {
+    RuleLibrary& library = LibraryOf(state);
+    frmCirculation_PolicyDef screen(library.application, nullptr);
+    screen.resize(1000, 700);
+    screen.LoadScreen();
+    screen.findChild<ListGrid*>("vsf")->SelectKey(library.group);
+    for (auto _ : state) {
+        screen.findChild<QPushButton*>("cmdEdit")->click();
+        screen.grab();
+        if (screen.findChild<ListGrid*>("vsfMatrix")->Model().Rows().size() != 1197)
+            state.SkipWithError("wrong number of entries");
+        state.PauseTiming();
+        screen.findChild<QPushButton*>("cmdCancel")->click();
+        state.ResumeTiming();
     }
 }
 
@@ -228,6 +265,8 @@ void MakeSampleLibrary(benchmark::State& state) {
 
 BENCHMARK(ListEntries)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(OpenMatrixPage)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(OpenScreen)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(OpenGroup)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(OpenMap)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(PaintMap)->Arg(0)->Unit(benchmark::kMillisecond);
 BENCHMARK(UpdateAll)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);

@@ -30,7 +30,7 @@ QString Stem(const QString& name) {
 
 PatronGroupMappingForm::PatronGroupMappingForm()
     : vsfLocalGroups(*this, {.name = "vsfLocalGroups", .accessible = tr("Local patron groups")},
-                     {{.caption = tr("Local Patron Groups")}, {.caption = tr("Suggestion"), .width = 150}},
+                     {{.caption = tr("Local Patron Groups")}, {.caption = tr("Suggestion"), .width = 180}},
                      {.several = true})
     , vsfRemoteGroups(*this, {.name = "vsfRemoteGroups", .accessible = tr("Remote patron groups")},
                       {{.caption = tr("Remote Patron Groups")}}) {
@@ -39,10 +39,11 @@ PatronGroupMappingForm::PatronGroupMappingForm()
          [this](const GridRow& row) {
              return QString(row.cells[LocalName] + " - " + RemoteText(row.cells[Target]));
          }},
-        {Suggestion, [this](const GridRow& row) {
-             return row.cells[Target] == Blank && !row.cells[Suggestion].isEmpty()
-                        ? RemoteText(row.cells[Suggestion])
-                        : QString();
+        {Suggestion,
+         [this](const GridRow& row) { // there is one group of that name: its cluster needs no room
+             const GridRow* remote =
+                 row.cells[Target] == Blank ? vsfRemoteGroups.FindRow(row.cells[Suggestion]) : nullptr;
+             return remote ? remote->cells[RemoteName] : QString();
          }}};
 }
 

@@ -32,10 +32,10 @@ frmCirculation_RuleCheck::frmCirculation_RuleCheck(Application& application, QWi
     : FormScreen(application, "frmCirculation_RuleCheck", tr("Check the Rules"), Area::Circulation, parent) {
     const bool several = application.clusters.Count() > 1;
     vsf = new ListGrid("vsf",
-                       {{.caption = tr("Cluster"), .width = 80, .hidden = !several},
-                        {.caption = tr("Policy Group"), .width = 130},
-                        {.caption = tr("Finding"), .width = 120},
-                        {.caption = tr("Place"), .width = 300},
+                       {{.caption = tr("Cluster"), .width = 100, .hidden = !several},
+                        {.caption = tr("Policy Group"), .width = 150},
+                        {.caption = tr("Finding"), .width = 136},
+                        {.caption = tr("Place"), .width = 270},
                         {.caption = tr("Explanation")}},
                        this);
     vsf->setAccessibleName(tr("Findings"));

@@ -28,7 +28,7 @@ frmCirculation_UBPolicyDefinitions::frmCirculation_UBPolicyDefinitions(Applicati
                         tr("Circulation UB Policy Definitions"), Area::Circulation, parent) {
     AddTable({.subject = tr("UB Policy Definition"),
               .notice = "UbPol",
-              .columns = {{.caption = tr("Codes"), .width = 160, .tag = "Cd"},
+              .columns = {{.caption = tr("Codes"), .width = 90, .tag = "Cd"},
                           {.caption = tr("Names"), .tag = "Nm"}},
               .listRequest = "LstPatGp",
               .getRequest = "GetUbPol",

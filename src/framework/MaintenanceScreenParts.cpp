@@ -217,6 +217,8 @@ void MaintenanceScreen::ShareRoom() {
         if (m_chosenWidth == 0)
             wanted = qMax(wanted, table.grid->WidthOfContents());
         form = qMax(form, table.view->minimumSizeHint().width() + RoomAroundForm);
+        for (const QTabBar* tabs : table.view->findChildren<QTabBar*>()) // with their whole captions
+            form = qMax(form, tabs->sizeHint().width() + RoomAroundForm);
     }
     const int room = layout()->contentsRect().width() - m_splitter->handleWidth();
     if (m_chosenWidth == 0)

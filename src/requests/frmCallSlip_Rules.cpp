@@ -32,12 +32,12 @@ QList<GridColumn> Columns() {
     QList<GridColumn> columns{
         {.caption = Form::tr("Print Group Name"), .tag = "GN"},
         {.caption = Form::tr("Location Name"), .tag = "LN"},
-        {.caption = Form::tr("Call # Min"), .width = 90, .tag = "MND"},
-        {.caption = Form::tr("Call # Max"), .width = 90, .tag = "MXD"},
-        {.caption = Form::tr("Yr Min"), .width = 56, .tag = "YMN"},
-        {.caption = Form::tr("Yr Max"), .width = 56, .tag = "YMX"},
-        {.caption = Form::tr("Rank"), .width = 50, .tag = RankTag},
-        {.caption = Form::tr("Never Reached"), .width = 120, .tag = TakenByTag},
+        {.caption = Form::tr("Call # Min"), .width = 68, .tag = "MND"},
+        {.caption = Form::tr("Call # Max"), .width = 70, .tag = "MXD"},
+        {.caption = Form::tr("Yr Min"), .width = 50, .tag = "YMN"},
+        {.caption = Form::tr("Yr Max"), .width = 52, .tag = "YMX"},
+        {.caption = Form::tr("Rank"), .width = 42, .tag = RankTag},
+        {.caption = Form::tr("Never Reached"), .width = 92, .tag = TakenByTag},
     };
     for (const QString& tag : AttributeTags + QStringList{"GI", "CT"})
         columns.append(HiddenColumn(tag));
@@ -121,26 +121,25 @@ std::optional<Form::Finding> CallSlipRuleForm::RangeProblem() {
 
 frmCallSlip_Rules::frmCallSlip_Rules(Application& application, QWidget* parent)
     : MaintenanceScreen(application, "frmCallSlip_Rules", tr("Call Slip Rules"), Area::System, parent) {
-    AddTable(
-        {.subject = tr("Call Slip Rule"),
-         .word = "CSR",
-         .plural = "Call Slip Rules",
-         .listAfterChange = true,
-         .columns = Columns(),
-         .recordTag = "RR",
-         .sorted = false,
-         .editCaption = "Edit Call Slip Rule",
-         .saveCaption = "Save Call Slip Rule",
-         .deleteCaption = "Delete Call Slip Rule",
-         .putOrder = {"PL", "TL", "IT", "TI", "LI", "GI", "CT", "MND", "MXD", "YMN", "YMX", "RR"}},
-        m_form,
-        Below({m_form.cboPrintGroups,
-               Frame("fraCriteria", tr("Criteria"),
-                     {m_form.cboItemLocation, m_form.cboTempLocation, m_form.cboItemType,
-                      m_form.cboTempItemType, m_form.cboHoldingsLocation}),
-               Frame("fraRanges", tr("Ranges"),
-                     {m_form.cboCallNumberType, Beside({m_form.txtCallNumberMin, m_form.txtCallNumberMax}),
-                      Beside({m_form.txtYearMin, m_form.txtYearMax})})}));
+    AddTable({.subject = tr("Call Slip Rule"),
+              .word = "CSR",
+              .plural = "Call Slip Rules",
+              .listAfterChange = true,
+              .columns = Columns(),
+              .recordTag = "RR",
+              .sorted = false,
+              .editCaption = "Edit Call Slip Rule",
+              .saveCaption = "Save Call Slip Rule",
+              .deleteCaption = "Delete Call Slip Rule",
+              .putOrder = {"PL", "TL", "IT", "TI", "LI", "GI", "CT", "MND", "MXD", "YMN", "YMX", "RR"}},
+             m_form,
+             Below({m_form.cboPrintGroups,
+                    Frame("fraCriteria", tr("Criteria"),
+                          {m_form.cboItemLocation, m_form.cboTempLocation, m_form.cboItemType,
+                           m_form.cboTempItemType, m_form.cboHoldingsLocation}),
+                    Frame("fraRanges", tr("Ranges"),
+                          {m_form.cboCallNumberType, m_form.txtCallNumberMin, m_form.txtCallNumberMax,
+                           m_form.txtYearMin, m_form.txtYearMax})}));
     cmdSetRules = MakeButton("cmdSetRules", tr("Set &Rules"));
     AddListButton(cmdSetRules);
     cmdTry = MakeButton("cmdTry", tr("&Try a Request..."));

@@ -82,7 +82,7 @@ frmOPAC_RequestForms::frmOPAC_RequestForms(Application& application, QWidget* pa
          .listAfterChange = true,
          .columns = {{.caption = tr("Codes"), .width = 110, .tag = "C"},
                      {.caption = tr("Names"), .tag = "N"},
-                     {.caption = tr("Types"), .width = 150, .tag = "FT"}},
+                     {.caption = tr("Types"), .width = 120, .tag = "FT"}},
          .recordTag = "I",
          .asksAvailable = true,
          .editCaption = "Edit OPAC Request Forms",

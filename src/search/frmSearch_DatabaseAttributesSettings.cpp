@@ -89,17 +89,17 @@ struct AttributeForm : RowForm {
 } // namespace
 
 QList<GridColumn> AttributeColumns() {
-    return {{.caption = Form::tr("Search Code"), .width = 90, .tag = "ASC"},
-            {.caption = Form::tr("Parent"), .width = 60, .tag = "PSC"},
-            {.caption = Form::tr("Use"), .width = 70, .tag = "A1"},
-            {.caption = Form::tr("Relation"), .width = 64, .tag = "A2"},
-            {.caption = Form::tr("Position"), .width = 64, .tag = "A3"},
-            {.caption = Form::tr("Structure"), .width = 70, .tag = "A4"},
-            {.caption = Form::tr("Complete"), .width = 70, .tag = "A6"},
-            {.caption = Form::tr("And"), .width = 44, .yesNo = true, .tag = "AA"},
-            {.caption = Form::tr("Left"), .width = 44, .yesNo = true, .tag = "LT"},
-            {.caption = Form::tr("Both"), .width = 44, .yesNo = true, .tag = "BE"},
-            {.caption = Form::tr("Right"), .width = 46, .yesNo = true, .tag = "RT"},
+    return {{.caption = Form::tr("Search Code"), .width = 84, .tag = "ASC"},
+            {.caption = Form::tr("Parent"), .width = 56, .tag = "PSC"},
+            {.caption = Form::tr("Use"), .width = 60, .tag = "A1"},
+            {.caption = Form::tr("Relation"), .width = 58, .tag = "A2"},
+            {.caption = Form::tr("Position"), .width = 58, .tag = "A3"},
+            {.caption = Form::tr("Structure"), .width = 62, .tag = "A4"},
+            {.caption = Form::tr("Complete"), .width = 64, .tag = "A6"},
+            {.caption = Form::tr("And"), .width = 36, .yesNo = true, .tag = "AA"},
+            {.caption = Form::tr("Left"), .width = 36, .yesNo = true, .tag = "LT"},
+            {.caption = Form::tr("Both"), .width = 38, .yesNo = true, .tag = "BE"},
+            {.caption = Form::tr("Right"), .width = 42, .yesNo = true, .tag = "RT"},
             {.caption = Form::tr("Description"), .tag = "AD"}};
 }
 

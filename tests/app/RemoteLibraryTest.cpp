@@ -6,6 +6,7 @@
 
 #include <QLabel>
 #include <QPlainTextEdit>
+#include <QTcpServer>
 #include <QTest>
 
 namespace sysadmin {
@@ -123,6 +124,124 @@ TEST_F(RemoteLibraryTest, ClustersComeFromTheOtherServerAndStayWhenItIsAway) {
         front = before;
     });
     Do("click cmdTestConnection");
+}
+
+TEST_F(RemoteLibraryTest, PatronGroupsAreMappedToThoseOfARunningServer) {
+    StartPartner(m_there.path());
+    m_port = m_partner.Port();
+    SignOn("SYSADMIN");
+    Store().Run("UPDATE search_databases SET administration_port=? WHERE code='PARTNER'", {m_port});
+    {
+        server::Database there(server::StoreAddress::InDirectory(m_there.path()));
+        there.Run("UPDATE patron_groups SET name='Fellow' WHERE code='staff'");
+    }
+    const auto refresh = [this](bool first) {
+        Open("Search_DatabaseDefinitions");
+        Do("row vsf PARTNER");
+        Do("click cmdEdit");
+        Do("tab tabDatabase 4");
+        if (first)
+            prompter.ExpectBox(Question("This is the first connection to " + Place() + "."), true);
+        Do("click cmdRefresh");
+        Do("click cmdCancel");
+    };
+    refresh(true);
+    prompter.ExpectDialogResult("frmSelectCluster", [this](QDialog& dialog) {
+        QWidget* before = std::exchange(front, &dialog);
+        Do("row vsfClusters \"University Libraries\"");
+        Do("press Return vsfClusters");
+        front = before;
+    });
+    const auto edit = [this] {
+        Open("Circulation_PatronGroupMapping");
+        Do("row vsf PARTNER");
+        Do("click cmdEdit");
+    };
+    edit();
+    // What the other server has got meanwhile is suggested where the name is the same; groups of two of its
+    // clusters go out in a request each.
+    Do("row vsfLocalGroups \"Fellow - Blank|Fellow\"");
+    Do("row vsfLocalGroups \"Visitor - Blank|Visitor\"");
+    Do("click cmdSuggestions");
+    Do("row vsfLocalGroups \"Faculty Member - Blank\"");
+    Do("row vsfRemoteGroups \"River Campus - Teacher\"");
+    Do("click cmdAssign");
+    Do("row vsfLocalGroups \"Law School guest - Blank\"");
+    Do("row vsfRemoteGroups \"<Manual Map>\"");
+    Do("click cmdAssign cmdSave");
+    Do("tags UpdMap ( UBLPGI UbMm UBMGI ) RCID CID DBI");
+    QStringList clusters;
+    for (const Sent& sent : Traffic())
+        if (sent.name == u"UpdMap")
+            clusters << sent.Values("RCID").join('|');
+    clusters.sort();
+    EXPECT_EQ(clusters, (QStringList{"1", "2"}));
+    Do("click cmdCancel");
+    const auto mapped = [this] {
+        return Store()
+            .FirstValue("SELECT COUNT(*) FROM patron_group_mappings m JOIN search_databases d ON "
+                        "d.id=m.database_id WHERE d.code='PARTNER'")
+            .toInt();
+    };
+    EXPECT_EQ(mapped(), 6); // both kinds of students are suggested, too
+
+    // What changes its name there keeps its mapping, what is gone there loses it; the rest stays while nobody
+    // answers.
+    {
+        server::Database there(server::StoreAddress::InDirectory(m_there.path()));
+        there.Run("DELETE FROM patron_groups WHERE code='visitor'");
+        there.Run("UPDATE patron_groups SET name='Lecturer' WHERE code='teacher'");
+    }
+    refresh(false);
+    edit();
+    Do("row vsfLocalGroups \"Visitor - Blank|\"");
+    Do("row vsfLocalGroups \"Faculty Member - River Campus - Lecturer\"");
+    Do("row vsfLocalGroups \"Law School guest - <Manual Map>\"");
+    Do("click cmdCancel");
+    m_partner.Kill();
+    prompter.ExpectBox("Nothing is running at " + Place() + ". What was stored before stays.");
+    refresh(false);
+    edit();
+    Do("row vsfLocalGroups \"Fellow - City Campus - Fellow\"");
+    Do("click cmdUnassign cmdSave cmdCancel");
+    EXPECT_EQ(mapped(), 4);
+}
+
+TEST_F(RemoteLibraryTest, UniversalBorrowingWaitsForTheOtherServerAndTheOperatorMayGiveUp) {
+    QTcpServer silent; // takes the connection, and that is all
+    ASSERT_TRUE(silent.listen(QHostAddress::LocalHost));
+    SignOn("SYSADMIN");
+    Store().Run("UPDATE search_databases SET administration_port=?, universal_borrowing='N' WHERE "
+                "code='PARTNER'",
+                {silent.serverPort()});
+    Open("Search_DatabaseDefinitions");
+    Do("row vsf PARTNER");
+    Do("click cmdEdit");
+    Do("check chkUB");
+    prompter.ExpectDialogResult("frmWait", [this](QDialog& dialog) {
+        QWidget* before = std::exchange(front, &dialog);
+        Do("click cmdCancel");
+        front = before;
+    });
+    Do("click cmdSave");
+    EXPECT_EQ(LastSent("UpdDB").fields.last(), (wire::Field{"55", "N"}));
+    Do("shows chkUB Y");
+    const auto stored = [this] {
+        return Store()
+            .FirstValue("SELECT universal_borrowing FROM search_databases WHERE code='PARTNER'")
+            .toString();
+    };
+    EXPECT_EQ(stored(), "N");
+    // Waited for to the end.
+    prompter.ExpectBox("Unable to connect to remote database.\r\n\r\nPlease retry after verifying that the "
+                       "database address and port numbers are correct. To save your changes anyway, please "
+                       "uncheck the UB Database box.");
+    Do("click cmdSave");
+    EXPECT_EQ(stored(), "N");
+    StartPartner(m_there.path());
+    Do("type txtPortSysadmin " + QString::number(m_partner.Port()));
+    Do("click cmdSave");
+    EXPECT_EQ(stored(), "Y");
 }
 
 TEST_F(RemoteLibraryTest, ATargetIsDefinedTestedAndRefused) {
