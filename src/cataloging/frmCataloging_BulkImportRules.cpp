@@ -1,0 +1,244 @@
+#include "cataloging/frmCataloging_BulkImportRules.h"
+
+#include "cataloging/frmCataloging_BulkImportCopyNumberingSettings.h"
+#include "cataloging/frmCataloging_BulkImportMultiMFHD.h"
+#include "cataloging/frmCataloging_BulkImportOrderSettings.h"
+#include "cataloging/frmCataloging_BulkImportSingleMFHD.h"
+#include "core/Application.h"
+#include "core/Prompter.h"
+#include "wire/Status.h"
+
+#include <QPushButton>
+
+namespace sysadmin {
+
+namespace {
+
+const QString ProfileCaption = "Load Cataloging Bib/Auth Duplicate Detection";
+
+QList<PickItem> WithNone(QList<PickItem> items) {
+    items.prepend({{}, Form::tr("(none)")});
+    return items;
+}
+
+} // namespace
+
+frmCataloging_BulkImportRules::frmCataloging_BulkImportRules(Application& application, QWidget* parent)
+    : MaintenanceScreen(application, "frmCataloging_BulkImportRules", tr("Bulk Import Rules"),
+                        Area::Cataloging, parent) {
+    AddTable({.subject = tr("Bulk Import Rule"),
+              .word = "Imp",
+              .plural = "Cataloging Bulk Import",
+              .recordTag = "BII",
+              .continuing = true,
+              .namesRecord = true,
+              .nameTag = "BIN"},
+             m_form, Draw(), m_form.Puts());
+    m_cmdDuplicate = MakeButton("cmdDuplicate", tr("D&uplicate"));
+    connect(m_cmdDuplicate, &QPushButton::clicked, this, [this] { StartCopy(); });
+    AddListButton(m_cmdDuplicate);
+    Finish();
+    connect(&m_form, &Form::Edited, this, [this](const Field* field) {
+        if (field == &m_form.cboBibDupProfile)
+            FollowHandling();
+    });
+    // What other screens change is asked for again before the next rule is opened.
+    const auto age = [this](const QString& subject) {
+        static const QStringList subjects{"Loc", "ItmTp", "Lib", "CatDp"};
+        m_choicesAreOld = m_choicesAreOld || subjects.contains(subject);
+    };
+    connect(&App().notices, &Notices::SubjectChanged, this, age);
+    connect(&App().notices, &Notices::ChangedByOthers, this, age);
+}
+
+Layout frmCataloging_BulkImportRules::Draw() {
+    ImportRuleForm& form = m_form;
+    const auto mode = [this](bool (LoadModeField::*suits)() const) {
+        return [this, suits] { return EditsRule() && (m_form.optBulkLoad.*suits)(); };
+    };
+    const auto single = [this] {
+        return EditsRule() && (m_form.optBulkLoad.IsBibsOnly() || m_form.optBulkLoad.IsSingle());
+    };
+    return Tabs(
+        "tabBulkImport",
+        {Page(tr("Ru&le Name"), {form.txtRuleCode, form.txtRuleName}),
+         Page(tr("R&ules"), {form.cboBibDupProfile, form.cboAuthDupProfile, form.cboOwningLibrary,
+                             form.cboCharSet, form.chkBatchOpacSuppress, form.chkIgnoreOPACSuppress}),
+         Page(tr("Pro&files"),
+              {form.optBulkLoad,
+               Beside({Button(
+                           "cmdSingleMFHD", tr("Single..."), [this] { EditSingle(); }, single),
+                       Button(
+                           "cmdMultiMFHD", tr("Multiple..."), [this] { EditMultiple(); },
+                           mode(&LoadModeField::IsMultiple)),
+                       Button(
+                           "cmdOrders", tr("&Orders..."), [this] { EditOrders(); },
+                           mode(&LoadModeField::CreatesOrders))}),
+               form.chkUse4DupBibs, form.chkCopy852, form.chkCopy856, form.chkOnePOPerBib,
+               form.chkAutoApprove}),
+         Page(tr("&Item Type"), {form.vsfItemType}),
+         Page(tr("Ma&pping"), {Note(tr("You must have an Item Type Mapping entry with * for Marc Item and * "
+                                       "for Marc Location.")),
+                               form.vsfMapping}),
+         Page(tr("&Barcode"), {form.vsfBarcode}),
+         Page(tr("I&tem Information"),
+              {form.chkCatalogingReview,
+               Frame("fraItemStatuses", tr("Item Statuses to add"),
+                     {Beside({form.chkAtBindery, form.chkCircReview, form.chkDamaged, form.chkInProcess}),
+                      Beside({form.chkLost, form.chkMissing, form.chkWithdrawn})}),
+               Frame("fraMagneticMedia", tr("Magnetic Media (Single item)"),
+                     {form.magneticMedia, form.txtMagneticMatch,
+                      Note(tr("Default is N. When value matches, set to Y."))}),
+               Frame("fraSensitize", tr("Sensitize (Single item)"),
+                     {form.sensitize, form.txtSensitizeMatch,
+                      Note(tr("Default is Y.  When value matches, set to N."))}),
+               Button(
+                   "cmdCopyNumbers", tr("Co&py Numbers..."), [this] { EditCopyNumbers(); },
+                   [this] { return EditsRule(); })})});
+}
+
+bool frmCataloging_BulkImportRules::EditsRule() const {
+    return GetState() == State::EditingNew || GetState() == State::Editing;
+}
+
+void frmCataloging_BulkImportRules::BeforeLoad() {
+    LoadChoiceLists();
+}
+
+// Several lists come in one reply, and those of the mappings serve a dialog as well.
+void frmCataloging_BulkImportRules::LoadChoiceLists() {
+    m_choicesAreOld = false;
+    RequestChannel& channel = App().channel;
+    const QString subject = Current().spec.subject;
+    const auto collect = [](QList<PickItem>& items, const QString& idTag, const QString& nameTag) {
+        return ListStep{idTag, [&items, idTag, nameTag](RequestChannel& reply) {
+                            items.append({reply.GetField(idTag), reply.GetField(nameTag)});
+                        }};
+    };
+    const auto read = [&](const QString& request, const QString& caption, const QList<ListStep>& steps) {
+        ReadList(channel,
+                 {.request = request,
+                  .report = [&](qint16 result) { App().ReportRequestFailure(result, caption, subject); }},
+                 steps);
+    };
+    QList<PickItem> bibs, authorities, libraries, hierarchies, locations, itemTypes;
+    read("AvlImp", ProfileCaption,
+         {collect(bibs, "BuI", "BuN"), collect(authorities, "AuI", "AuN"), collect(libraries, "DCI", "DCN"),
+          collect(hierarchies, "D1", "D2")});
+    read("AvlLocations", "Load Locations", {collect(locations, "D5", "D6")});
+    read("GetItemTypes", "Load Item Types", {collect(itemTypes, "D3", "D4")});
+    m_form.cboBibDupProfile.SetItems(WithNone(bibs));
+    m_form.cboAuthDupProfile.SetItems(WithNone(authorities));
+    m_form.cboOwningLibrary.SetItems(WithNone(libraries));
+    m_form.vsfMapping.SetChoices(itemTypes, locations, WithNone(hierarchies));
+}
+
+bool frmCataloging_BulkImportRules::FillForm(Table& table, const GridRow& row) {
+    if (m_choicesAreOld)
+        LoadChoiceLists();
+    return MaintenanceScreen::FillForm(table, row);
+}
+
+bool frmCataloging_BulkImportRules::PrepareNew(Table& table) {
+    if (m_choicesAreOld)
+        LoadChoiceLists();
+    return MaintenanceScreen::PrepareNew(table);
+}
+
+void frmCataloging_BulkImportRules::ReadRecord(Table& table) {
+    MaintenanceScreen::ReadRecord(table);
+    m_form.handling.SetStored(AskHandling());
+}
+
+void frmCataloging_BulkImportRules::FollowHandling() {
+    m_form.handling.SetDraft(AskHandling());
+}
+
+/// How the chosen profile treats a record that is there already; empty when there is none, or nobody says.
+QString frmCataloging_BulkImportRules::AskHandling() {
+    if (m_form.cboBibDupProfile.IsBlank())
+        return {};
+    App().channel.PutField("DID", m_form.cboBibDupProfile.Draft());
+    return App().channel.SendRequest("GetDupHand") == wire::status::Ok ? App().channel.GetField("DH")
+                                                                       : QString();
+}
+
+/// Whether the chosen profile replaces or merges, as it is stored now; none when that cannot be found out.
+std::optional<bool> frmCataloging_BulkImportRules::ReplacesOrMerges() {
+    if (m_form.cboBibDupProfile.IsBlank())
+        return false;
+    RequestChannel& channel = App().channel;
+    channel.PutField("DID", m_form.cboBibDupProfile.Draft());
+    channel.PutField("Look", "Y"); // the profile's own screen may be editing it
+    if (const qint16 result = channel.SendRequest("GetCatDp"); result != wire::status::Ok) {
+        App().ReportRequestFailure(result, "Edit Cataloging Authority Duplicate Detection",
+                                   Current().spec.subject);
+        return std::nullopt;
+    }
+    const QString handling = channel.GetField("DH");
+    return handling == bulkimport::HandlingReplace || handling == bulkimport::HandlingMerge;
+}
+
+bool frmCataloging_BulkImportRules::CheckBeforeSave(Table& table) {
+    QStringList texts;
+    if (m_form.optBulkLoad.Updates()) {
+        const std::optional<bool> suits = ReplacesOrMerges();
+        if (!suits)
+            return false;
+        if (!*suits)
+            texts << tr("When \"Update previously loaded MFHDs and Items\" is selected, then you must use a "
+                        "REPLACE or MERGE bib dup detection profile.");
+    }
+    texts += m_form.Shortcomings();
+    if (!CheckAll(*table.form, *table.view,
+                  tr("The following needs to be corrected before you are allowed to complete the save."),
+                  texts))
+        return false;
+    return !m_form.chkAutoApprove.IsOn() ||
+           App().prompter.ShowBox(
+               this, {.text = tr("This profile will automatically approve the purchase orders it creates. "
+                                 "Are you sure you want to save it?"),
+                      .icon = Box::Icon::Question,
+                      .buttons = Box::Buttons::OkCancel});
+}
+
+void frmCataloging_BulkImportRules::RefreshOwnControls() {
+    if (!m_cmdDuplicate)
+        return;
+    m_cmdDuplicate->setVisible(!IsReadOnly());
+    m_cmdDuplicate->setEnabled(GetState() == State::List && !IsReadOnly() && Current().grid->SelectedRow());
+}
+
+void frmCataloging_BulkImportRules::EditSingle() {
+    SingleHoldingsForm form;
+    ImportSettings::Fill(form, {&m_form.location});
+    if (form.Edit(App().prompter, this))
+        m_form.location.TakeFrom(form);
+}
+
+void frmCataloging_BulkImportRules::EditMultiple() {
+    MultipleHoldingsForm form;
+    ImportSettings::Fill(form, {&m_form.multiple, &m_form.location});
+    if (!form.Edit(App().prompter, this))
+        return;
+    m_form.multiple.TakeFrom(form);
+    m_form.location.TakeFrom(form);
+}
+
+void frmCataloging_BulkImportRules::EditCopyNumbers() {
+    CopyNumbersForm form;
+    ImportSettings::Fill(form, {&m_form.copyNumbers});
+    if (form.Edit(App().prompter, this))
+        m_form.copyNumbers.TakeFrom(form);
+}
+
+void frmCataloging_BulkImportRules::EditOrders() {
+    OrderSettingsForm form;
+    if (!form.LoadChoices(App(), m_form.vsfMapping.Locations()))
+        return;
+    ImportSettings::Fill(form, {&m_form.orders});
+    if (form.Edit(App(), this))
+        m_form.orders.TakeFrom(form);
+}
+
+} // namespace sysadmin
