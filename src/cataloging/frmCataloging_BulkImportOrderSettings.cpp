@@ -1,5 +1,6 @@
 #include "cataloging/frmCataloging_BulkImportOrderSettings.h"
 
+#include "cataloging/ImportSettings.h"
 #include "core/Application.h"
 #include "core/Prompter.h"
 #include "framework/FormDialog.h"
@@ -273,34 +274,62 @@ Layout OrderSettingsForm::Draw() {
                {Block({tr("Field"), tr("Subfield"), tr("Ind 1"), tr("Ind 2"), tr("Default")}, rows)})});
 }
 
-bool OrderSettingsForm::CheckFunds(QWidget* parent) {
+std::optional<QString> OrderSettingsForm::AskFunds(const QStringList& values,
+                                                   const std::function<void(qint16)>& report) const {
     const QStringList tags{"FCODE", "LEDGERID", "FISCALID"};
+    RequestChannel& channel = m_application->channel;
+    for (qsizetype i = 0; i < tags.size(); ++i)
+        channel.PutField(tags[i], values.value(i));
+    if (const qint16 status = channel.SendRequest("ChkFundLedgFisc"); status != wire::status::Ok) {
+        report(status);
+        return std::nullopt;
+    }
+    return MismatchText(channel.GetField("RES"));
+}
+
+bool OrderSettingsForm::CheckFunds(QWidget* parent) {
     const QStringList values{DefaultOf(FundTag).Draft(), DefaultOf(LedgerTag).Draft(),
                              DefaultOf(PeriodTag).Draft()};
     if (values.join(QString()).isEmpty())
         return true;
-    RequestChannel& channel = m_application->channel;
-    for (qsizetype i = 0; i < tags.size(); ++i)
-        channel.PutField(tags[i], values[i]);
-    if (const qint16 status = channel.SendRequest("ChkFundLedgFisc"); status != wire::status::Ok) {
+    const std::optional<QString> mismatch = AskFunds(values, [this](qint16 status) {
         m_application->ReportRequestFailure(status, "Check Fund Ledger Fiscal", ScreenName);
-        return false;
-    }
-    const QString text = MismatchText(channel.GetField("RES"));
-    if (text.isEmpty())
-        return true;
-    m_application->prompter.ShowBox(parent, {.text = text, .title = tr("Fund, Ledger, Fiscal Period Check")});
-    return false;
+    });
+    if (mismatch && !mismatch->isEmpty())
+        m_application->prompter.ShowBox(
+            parent, {.text = *mismatch, .title = tr("Fund, Ledger, Fiscal Period Check")});
+    return mismatch && mismatch->isEmpty();
 }
 
-bool OrderSettingsForm::Edit(Application& application, QWidget* parent) {
-    // The accounts of the vendor that the rule has; whatever it holds stays.
+// Whatever account the rule has stays, also one that the vendor no longer has.
+void OrderSettingsForm::Begin(const ImportSettings& orders) {
+    ImportSettings::Fill(*this, {&orders});
     const QString account = cboAcctVendor.Draft();
     FollowVendor();
     cboAcctVendor.SetStored(account);
-    static_cast<MoneyField&>(DefaultOf("OPRDEF")).SetDecimals(application.profile.MoneyDecimals());
+}
+
+bool OrderSettingsForm::Edit(QWidget* parent) {
+    static_cast<MoneyField&>(DefaultOf("OPRDEF")).SetDecimals(m_application->profile.MoneyDecimals());
     OrderSettingsDialog dialog(*this, parent);
-    return application.prompter.RunDialog(dialog);
+    return m_application->prompter.RunDialog(dialog);
+}
+
+QHash<QString, QString> OrderSettingsForm::ChosenNames() const {
+    using Kind = bulkimport::Setting::Kind;
+    QHash<QString, QString> names;
+    for (const bulkimport::Setting& setting : bulkimport::SettingsOf(bulkimport::Setting::Part::Orders)) {
+        const auto* choice = dynamic_cast<const ChoiceField*>(FindByTag(setting.tag));
+        if (choice && !choice->IsBlank() && setting.kind != Kind::FundCode && setting.kind != Kind::Currency)
+            names.insert(setting.name, choice->DisplayText());
+    }
+    return names;
+}
+
+QList<PickItem> OrderSettingsForm::EntriesOf(const QString& name) const {
+    QList<PickItem> entries = static_cast<const ChoiceField&>(DefaultOf(SettingOf(name).tag)).Items();
+    entries.removeIf([](const PickItem& entry) { return entry.id.isEmpty(); });
+    return entries;
 }
 
 } // namespace sysadmin

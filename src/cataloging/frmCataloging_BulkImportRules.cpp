@@ -1,5 +1,7 @@
 #include "cataloging/frmCataloging_BulkImportRules.h"
 
+#include "cataloging/TrialRule.h"
+#include "cataloging/TryImportDialog.h"
 #include "cataloging/frmCataloging_BulkImportCopyNumberingSettings.h"
 #include "cataloging/frmCataloging_BulkImportMultiMFHD.h"
 #include "cataloging/frmCataloging_BulkImportOrderSettings.h"
@@ -37,6 +39,9 @@ frmCataloging_BulkImportRules::frmCataloging_BulkImportRules(Application& applic
     m_cmdDuplicate = MakeButton("cmdDuplicate", tr("D&uplicate"));
     connect(m_cmdDuplicate, &QPushButton::clicked, this, [this] { StartCopy(); });
     AddListButton(m_cmdDuplicate);
+    m_cmdTryIt = MakeButton("cmdTryIt", tr("&Try It..."));
+    connect(m_cmdTryIt, &QPushButton::clicked, this, &frmCataloging_BulkImportRules::TryIt);
+    AddEditButton(m_cmdTryIt);
     Finish();
     connect(&m_form, &Form::Edited, this, [this](const Field* field) {
         if (field == &m_form.cboBibDupProfile)
@@ -147,18 +152,18 @@ bool frmCataloging_BulkImportRules::PrepareNew(Table& table) {
 
 void frmCataloging_BulkImportRules::ReadRecord(Table& table) {
     MaintenanceScreen::ReadRecord(table);
-    m_form.handling.SetStored(AskHandling());
+    m_form.handling.SetStored(AskHandling(m_form.cboBibDupProfile));
 }
 
 void frmCataloging_BulkImportRules::FollowHandling() {
-    m_form.handling.SetDraft(AskHandling());
+    m_form.handling.SetDraft(AskHandling(m_form.cboBibDupProfile));
 }
 
 /// How the chosen profile treats a record that is there already; empty when there is none, or nobody says.
-QString frmCataloging_BulkImportRules::AskHandling() {
-    if (m_form.cboBibDupProfile.IsBlank())
+QString frmCataloging_BulkImportRules::AskHandling(const ChoiceField& profile) {
+    if (profile.IsBlank())
         return {};
-    App().channel.PutField("DID", m_form.cboBibDupProfile.Draft());
+    App().channel.PutField("DID", profile.Draft());
     return App().channel.SendRequest("GetDupHand") == wire::status::Ok ? App().channel.GetField("DH")
                                                                        : QString();
 }
@@ -203,8 +208,9 @@ bool frmCataloging_BulkImportRules::CheckBeforeSave(Table& table) {
 }
 
 void frmCataloging_BulkImportRules::RefreshOwnControls() {
-    if (!m_cmdDuplicate)
+    if (!m_cmdTryIt)
         return;
+    m_cmdTryIt->setEnabled(GetState() != State::List);
     m_cmdDuplicate->setVisible(!IsReadOnly());
     m_cmdDuplicate->setEnabled(GetState() == State::List && !IsReadOnly() && Current().grid->SelectedRow());
 }
@@ -236,9 +242,25 @@ void frmCataloging_BulkImportRules::EditOrders() {
     OrderSettingsForm form;
     if (!form.LoadChoices(App(), m_form.vsfMapping.Locations()))
         return;
-    ImportSettings::Fill(form, {&m_form.orders});
-    if (form.Edit(App(), this))
+    form.Begin(m_form.orders);
+    if (form.Edit(this))
         m_form.orders.TakeFrom(form);
+}
+
+/// Shows what an import by the rule would come to, as the rule stands in the edit.
+void frmCataloging_BulkImportRules::TryIt() {
+    OrderSettingsForm orders;
+    if (m_form.optBulkLoad.CreatesOrders()) {
+        if (!orders.LoadChoices(App(), m_form.vsfMapping.Locations()))
+            return;
+        orders.Begin(m_form.orders);
+    }
+    TriedRule rule = RuleToTry(m_form, orders);
+    rule.bibHandling = m_form.handling.Draft();
+    rule.authorityHandling = AskHandling(m_form.cboAuthDupProfile);
+    const TriedLibrary library = m_form.optBulkLoad.CreatesOrders() ? LibraryToTry(orders) : TriedLibrary();
+    TryImportDialog dialog(App().prompter, rule, library, this);
+    App().prompter.RunDialog(dialog);
 }
 
 } // namespace sysadmin

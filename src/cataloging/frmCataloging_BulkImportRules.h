@@ -25,17 +25,19 @@ private:
     Layout Draw();
     void LoadChoiceLists();
     void FollowHandling();
-    QString AskHandling();
+    QString AskHandling(const ChoiceField& profile);
     std::optional<bool> ReplacesOrMerges();
     void EditSingle();
     void EditMultiple();
     void EditCopyNumbers();
     void EditOrders();
+    void TryIt();
     bool EditsRule() const;
 
     ImportRuleForm& m_form = KeepForm<ImportRuleForm>();
     bool m_choicesAreOld = false;
     QPushButton* m_cmdDuplicate = nullptr;
+    QPushButton* m_cmdTryIt = nullptr;
 };
 
 } // namespace sysadmin
