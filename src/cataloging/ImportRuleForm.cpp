@@ -1,6 +1,7 @@
 #include "cataloging/ImportRuleForm.h"
 
 #include "framework/forms/Rules.h"
+#include "wire/DuplicateDetection.h"
 
 #include <algorithm>
 
@@ -135,7 +136,9 @@ void ImportRuleForm::FollowMode() {
         .Set(chkAutoApprove, "N");
     When([this] { return !optBulkLoad.IsSingle(); }).Disable(chkCopy852).Set(chkCopy852, "N");
     When([this] { return optBulkLoad.IsBibsOnly(); }).Disable(chkCopy856).Set(chkCopy856, "N");
-    When([this] { return optBulkLoad.IsBibsOnly() || handling.Draft() == bulkimport::HandlingAdd; })
+    When([this] {
+        return optBulkLoad.IsBibsOnly() || handling.Draft() == wire::duplicates::handling::AddUnconditional;
+    })
         .Disable(chkUse4DupBibs)
         .Set(chkUse4DupBibs, "N");
 }

@@ -1,10 +1,12 @@
 #include "cataloging/ImportTrial.h"
 
 #include "cataloging/ImportTrialSteps.h"
+#include "wire/DuplicateDetection.h"
 
 namespace sysadmin {
 
 namespace bulkimport = wire::bulkimport;
+namespace handlings = wire::duplicates::handling;
 
 namespace importtrial {
 
@@ -58,12 +60,12 @@ bool Trial::Match(const marc::Record& record) {
     if (handling.isEmpty())
         Problem(m_tried.isAuthority ? Tr("The rule has no authority duplicate profile: the record is added.")
                                     : Tr("The rule has no bib duplicate profile: the record is added."));
-    m_tried.outcome = !isThere           ? Outcome::Added
-                      : handling == u"R" ? Outcome::Replaced
-                      : handling == u"M" ? Outcome::Merged
-                      : handling == u"B" ? Outcome::MergedBothWays
-                      : handling == u"D" ? Outcome::Left
-                                         : Outcome::Added;
+    m_tried.outcome = !isThere                                ? Outcome::Added
+                      : handling == handlings::Replace        ? Outcome::Replaced
+                      : handling == handlings::Merge          ? Outcome::Merged
+                      : handling == handlings::MergeBothWays  ? Outcome::MergedBothWays
+                      : handling == handlings::AddConditional ? Outcome::Left
+                                                              : Outcome::Added;
     if (m_tried.isAuthority || m_rule.Mode().kind == bulkimport::LoadMode::Kind::BibsOnly)
         return false;
     if (m_rule.Mode().updates) {
@@ -271,7 +273,7 @@ QString Trial::CopyNumber(const marc::Record& record, const marc::Field* field, 
 TriedRecord Trial::Try(const marc::Record& record) {
     m_tried = {};
     m_tried.number = record.number;
-    m_tried.title = record.Title();
+    m_tried.title = TrialTitle(record);
     if (Match(record)) {
         if (m_rule.Mode().kind == bulkimport::LoadMode::Kind::Single)
             MakeSingle(record);
@@ -283,6 +285,13 @@ TriedRecord Trial::Try(const marc::Record& record) {
 }
 
 } // namespace importtrial
+
+QString TrialTitle(const marc::Record& record) {
+    QString title = record.Title().trimmed();
+    while (!title.isEmpty() && QString(" /:;,=").contains(title.back()))
+        title.chop(1);
+    return title;
+}
 
 qsizetype TriedRecord::ItemCount() const {
     qsizetype count = 0;

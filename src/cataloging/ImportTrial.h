@@ -131,6 +131,8 @@ struct TriedRecord {
     qsizetype ItemCount() const;
 };
 
+/// What a list calls a record: its title without the marks at its end.
+QString TrialTitle(const marc::Record& record);
 /// What an import of the records by the rule would come to; nothing is written. Records that repeat earlier
 /// ones of the file, and barcodes that come twice, are found as well.
 QList<TriedRecord> TryImport(const QList<marc::Record>& records, const TriedRule& rule,

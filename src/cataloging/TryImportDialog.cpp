@@ -160,7 +160,7 @@ void TryImportDialog::Take(const marc::Result& read, const QString& source) {
 void TryImportDialog::Try() {
     SameRecords same;
     for (const marc::Record& record : m_libraryRead.records)
-        same.Add(record, tr("\"%1\"").arg(record.Title()));
+        same.Add(record, tr("\"%1\"").arg(TrialTitle(record)));
     // A record of the file is there for those behind it.
     m_library.findSame = [&same](const marc::Record& record) {
         const QString found = same.Find(record);

@@ -8,6 +8,7 @@
 #include "cataloging/frmCataloging_BulkImportSingleMFHD.h"
 #include "core/Application.h"
 #include "core/Prompter.h"
+#include "wire/DuplicateDetection.h"
 #include "wire/Status.h"
 
 #include <QPushButton>
@@ -181,7 +182,7 @@ std::optional<bool> frmCataloging_BulkImportRules::ReplacesOrMerges() {
         return std::nullopt;
     }
     const QString handling = channel.GetField("DH");
-    return handling == bulkimport::HandlingReplace || handling == bulkimport::HandlingMerge;
+    return handling == wire::duplicates::handling::Replace || handling == wire::duplicates::handling::Merge;
 }
 
 bool frmCataloging_BulkImportRules::CheckBeforeSave(Table& table) {

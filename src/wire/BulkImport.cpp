@@ -122,6 +122,7 @@ QList<Setting> MakeSettings() {
     settings.append({Part::Multiple, "CollapseMFHDS", "CCMI_C_MUF", Kind::Flag, "N"});
     settings.append({Part::CopyNumbers, "CopyNumId", "ICNID", Kind::Kept, "0"});
     AddPlace(settings, Part::CopyNumbers, CopyNumberPlace(), {"ICNF", "ICSF", "ICI1", "ICI2"});
+    settings[settings.size() - 2].initial = settings.last().initial = BlankIndicator;
     settings.append({Part::CopyNumbers, "CopyNumMethod", "ICMD", Kind::CopyMethod});
     settings.append({Part::CopyNumbers, "CopyNumStart", "ICST", Kind::Count, "1"});
     settings.append({Part::Orders, "msPOId", "OPOID", Kind::Kept});

@@ -24,11 +24,6 @@ inline const QString AnyCode = "*";
 inline const QString BlankIndicator = "_";
 inline const QString UsualCurrency = "USD";
 
-/// What a duplicate detection profile does with a record that is there already, as far as loading asks.
-inline const QString HandlingAdd = "A";
-inline const QString HandlingReplace = "R";
-inline const QString HandlingMerge = "M";
-
 /// How items get their copy numbers where the record says none. Empty: they get none.
 namespace copynumbers {
 inline const QString Same = "S";        ///< the start number, each of them
