@@ -28,6 +28,7 @@ public:
     bool ShowBox(QWidget*, const Box&) override { return true; }
     bool RunDialog(QDialog&) override { return true; }
     QString AskSaveFile(QWidget*, const QString&, const QString&, const QString&) override { return {}; }
+    QString AskOpenFile(QWidget*, const QString&, const QString&) override { return {}; }
     QString AskFolder(QWidget*, const QString&, const QString&) override { return {}; }
 };
 

@@ -125,7 +125,7 @@ ImportRuleForm::ImportRuleForm()
     , multiple(*this, bulkimport::Setting::Part::Multiple, tr("Multiple MFHDs"))
     , copyNumbers(*this, bulkimport::Setting::Part::CopyNumbers, tr("Copy Numbers"))
     , orders(*this, bulkimport::Setting::Part::Orders, tr("Orders"))
-    , handling(*this, {}) {
+    , handling(*this, {.accessible = tr("Duplicate Handling")}) {
     FollowMode();
 }
 
