@@ -127,6 +127,7 @@ public:
                 fields.append(*each);
             m_settings = new FormView(*spec.settings, Below(fields), m_widget);
             m_focusWidgets.append(m_settings->TabOrder());
+            grid.setTextElideMode(Qt::ElideMiddle); // marks of what a row does stand behind its name
             constexpr int LeastLists = 520;
             auto* both = new BesideOrBelow(m_widget);
             both->Place(m_mover, m_settings, LeastLists);

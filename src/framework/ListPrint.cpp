@@ -17,6 +17,11 @@ QString Tr(const char* text) {
     return QCoreApplication::translate("ListPrint", text);
 }
 
+/// A cell as it stands in its line.
+QString OneLine(QString cell) {
+    return cell.replace("\r\n", " ").replace('\n', ' ');
+}
+
 /// The columns' widths: what their widest text takes; where that is more than the page has, columns wider
 /// than their even share give way.
 QList<int> WidthsFor(const PrintedList& list, const QFontMetrics& metrics, int gap, int room) {
@@ -63,7 +68,7 @@ int PaintList(const PrintedList& list, QPagedPaintDevice& device) {
     const auto drawCells = [&](const QStringList& cells, int y) {
         int x = page.left();
         for (qsizetype column = 0; column < widths.size(); ++column) {
-            const QString text = painter.fontMetrics().elidedText(cells.value(column).simplified(),
+            const QString text = painter.fontMetrics().elidedText(OneLine(cells.value(column)),
                                                                   Qt::ElideRight, widths[column] - gap / 2);
             painter.drawText(QRect(x, y, widths[column], line), Qt::AlignVCenter, text);
             x += widths[column];
