@@ -4,11 +4,18 @@
 #include "core/data/Notices.h"
 #include "wire/Status.h"
 
+#include <QPlainTextEdit>
 #include <QPushButton>
 
 namespace sysadmin {
 
 using wire::indexes::Family;
+
+namespace {
+
+constexpr int MeaningLines = 5;
+
+} // namespace
 
 IndexSpec KeywordIndexes() {
     return {.family = Family::Keyword,
@@ -78,6 +85,9 @@ IndexScreen::IndexScreen(Application& application, const IndexSpec& spec, QWidge
               .deleteCaption = spec.deleteCaption},
              m_form, m_form.Draw(), m_form.Puts());
     Finish();
+    // A few lines: the lists above have more to show.
+    auto* meaning = findChild<QPlainTextEdit*>("txtMeaning");
+    meaning->setMaximumHeight(MeaningLines * meaning->fontMetrics().lineSpacing());
     if (!isFixed)
         return;
     SetRights(false, application.profile.MayEdit(Area::System), false);

@@ -106,7 +106,7 @@ QString WordsInWords(const QList<GridRow>& fields) {
         places.append(tr("%1 of %2")
                           .arg(SubfieldsInWords(row.cells.value(1), row.cells.value(2)),
                                FieldInWords(row.cells.value(0))));
-    return tr("The words in %1.").arg(places.join("; "));
+    return tr("the words in %1.").arg(places.join("; "));
 }
 
 QString ComponentsInWords(const QString& definition, const QHash<QString, QString>& names) {
@@ -183,7 +183,10 @@ QString IndexInWords(indexes::Family family, const QString& definition, const QL
     if (const QStringList others = items.Others(KnownKeys()); !others.isEmpty())
         sentences << tr("Kept as it stands: %1").arg(others.join(' '));
     sentences.removeAll(QString());
-    return sentences.join(' ');
+    QString text = sentences.join(' ');
+    if (!text.isEmpty())
+        text[0] = text[0].toUpper();
+    return text;
 }
 
 } // namespace sysadmin
