@@ -19,20 +19,20 @@ const QString LoadedSelected = "S";
 
 /// The settings of the selected index, drawn beside the lists.
 struct IndexSettings : Form {
-    TextField txtFieldOverride{
-        *this,
-        {.name = "txtFieldOverride",
-         .tag = "DFO",
-         .caption = tr("Field Override:"),
-         .maxLength = 3,
-         .toolTip = tr("The field of the incoming record, when not the index's own")}};
+    TextField txtFieldOverride{*this,
+                               {.name = "txtFieldOverride",
+                                .tag = "DFO",
+                                .caption = tr("Field Override:"),
+                                .maxLength = 3,
+                                .toolTip = tr("The field of the incoming record, when not the index's own")}};
     TextField txtSubFieldOverride{
         *this,
         {.name = "txtSubFieldOverride", .tag = "DSO", .caption = tr("Sub Field Override:"), .maxLength = 1}};
-    NumberField txtFieldWeight{*this, {.name = "txtFieldWeight",
-                                       .tag = "DFW",
-                                       .caption = tr("Field Weight:"),
-                                       .most = duplicates::MostWeight}};
+    NumberField txtFieldWeight{*this,
+                               {.name = "txtFieldWeight",
+                                .tag = "DFW",
+                                .caption = tr("Field Weight:"),
+                                .most = duplicates::MostWeight}};
 };
 
 bool IsSubfield(const QString& value) {
@@ -42,10 +42,10 @@ bool IsSubfield(const QString& value) {
 PickedSpec IndexLists(Form* settings) {
     const GridColumn code{.caption = Form::tr("Code"), .width = 70};
     const auto status = [](const QString& id, const QString& text) {
-        return GridColumn{.caption = Form::tr("Status"),
-                          .width = 70,
-                          .items = {{id, text},
-                                    {id == LoadedAvailable ? LoadedSelected : LoadedAvailable, {}}}};
+        return GridColumn{
+            .caption = Form::tr("Status"),
+            .width = 70,
+            .items = {{id, text}, {id == LoadedAvailable ? LoadedSelected : LoadedAvailable, {}}}};
     };
     PickedSpec spec;
     spec.more = {code,
@@ -90,8 +90,13 @@ void DuplicateIndexes::Choose(const QList<GridRow>& selected) {
                                             [&](const GridRow& row) { return row.key == offer.code; });
         if (!isSelected)
             available.append({offer.code,
-                              {offer.name, offer.code, LoadedAvailable, {}, {},
-                               QString::number(duplicates::UsualWeight), {}},
+                              {offer.name,
+                               offer.code,
+                               LoadedAvailable,
+                               {},
+                               {},
+                               QString::number(duplicates::UsualWeight),
+                               {}},
                               {}});
     }
     LoadLists(available, selected);
@@ -190,10 +195,10 @@ DuplicateForm::DuplicateForm(const DuplicateSpec& theSpec)
                                   .tag = "R",
                                   .caption = tr("Duplicate Replace:"),
                                   .most = duplicates::MostScore})
-    , chkDiscardUnmatched(
-          *this, {.name = "chkDiscardUnmatched",
-                  .tag = "DDUM",
-                  .caption = tr("Discard incoming records that do not match existing records")})
+    , chkDiscardUnmatched(*this,
+                          {.name = "chkDiscardUnmatched",
+                           .tag = "DDUM",
+                           .caption = tr("Discard incoming records that do not match existing records")})
     , indexes(*this)
     , vsfQuality(*this, {.name = "vsfQuality", .accessible = tr("Quality hierarchy")}, QualityColumns(),
                  QualityRows())
@@ -250,13 +255,13 @@ DuplicateProfile DuplicateForm::Profile() const {
                              .replace = Threshold(txtDuplicateReplace),
                              .discardsUnmatched = chkDiscardUnmatched.IsOn()};
     for (const GridRow& row : indexes.Lists().Selected())
-        profile.indexes.append({.code = row.key,
-                                .name = row.cells.value(DuplicateIndexes::Name),
-                                .definition = indexes.DefinitionOf(row.key),
-                                .fieldOverride = row.cells.value(DuplicateIndexes::FieldOverride).trimmed(),
-                                .subfieldOverride =
-                                    row.cells.value(DuplicateIndexes::SubfieldOverride).trimmed(),
-                                .weight = row.cells.value(DuplicateIndexes::Weight).toInt()});
+        profile.indexes.append(
+            {.code = row.key,
+             .name = row.cells.value(DuplicateIndexes::Name),
+             .definition = indexes.DefinitionOf(row.key),
+             .fieldOverride = row.cells.value(DuplicateIndexes::FieldOverride).trimmed(),
+             .subfieldOverride = row.cells.value(DuplicateIndexes::SubfieldOverride).trimmed(),
+             .weight = row.cells.value(DuplicateIndexes::Weight).toInt()});
     for (const GridRow& row : vsfQuality.Rows())
         profile.qualities.append({row.cells.value(0), row.cells.value(1), row.cells.value(2),
                                   row.cells.value(3), row.cells.value(4)});

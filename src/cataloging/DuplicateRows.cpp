@@ -33,24 +33,27 @@ struct QualityForm : RowForm {
                                   .initial = duplicates::Any},
                                  duplicates::IsMark,
                                  MarkProblem()};
-    TextField txtOriginalAgency{*this, {.name = "txtOriginalAgency",
-                                        .tag = "NU",
-                                        .caption = tr("Original Agency 040$a:"),
-                                        .maxLength = duplicates::AgencyLength,
-                                        .required = true,
-                                        .initial = duplicates::Any}};
-    TextField txtModifyingAgency{*this, {.name = "txtModifyingAgency",
-                                         .tag = "MA",
-                                         .caption = tr("Last Modifying Agency 040$d:"),
-                                         .maxLength = duplicates::AgencyLength,
-                                         .required = true,
-                                         .initial = duplicates::Any}};
-    TextField txtConventions{*this, {.name = "txtConventions",
-                                     .tag = "QHDC",
-                                     .caption = tr("Description Conventions 040$e:"),
-                                     .maxLength = duplicates::AgencyLength,
-                                     .required = true,
-                                     .initial = duplicates::Any}};
+    TextField txtOriginalAgency{*this,
+                                {.name = "txtOriginalAgency",
+                                 .tag = "NU",
+                                 .caption = tr("Original Agency 040$a:"),
+                                 .maxLength = duplicates::AgencyLength,
+                                 .required = true,
+                                 .initial = duplicates::Any}};
+    TextField txtModifyingAgency{*this,
+                                 {.name = "txtModifyingAgency",
+                                  .tag = "MA",
+                                  .caption = tr("Last Modifying Agency 040$d:"),
+                                  .maxLength = duplicates::AgencyLength,
+                                  .required = true,
+                                  .initial = duplicates::Any}};
+    TextField txtConventions{*this,
+                             {.name = "txtConventions",
+                              .tag = "QHDC",
+                              .caption = tr("Description Conventions 040$e:"),
+                              .maxLength = duplicates::AgencyLength,
+                              .required = true,
+                              .initial = duplicates::Any}};
 
     Layout Draw() override {
         return Below({txtRecordType, txtEncodingLevel, txtOriginalAgency, txtModifyingAgency, txtConventions,
@@ -86,12 +89,13 @@ struct MergeForm : RowForm {
                          .initial = duplicates::Any},
                         duplicates::IsMark,
                         MarkProblem()};
-    TextField txtNUC{*this, {.name = "txtNUC",
-                             .tag = "MN",
-                             .caption = tr("NUC($5):"),
-                             .maxLength = duplicates::AgencyLength,
-                             .toolTip = tr("Only fields with this institution code in subfield 5; empty: "
-                                           "all")}};
+    TextField txtNUC{*this,
+                     {.name = "txtNUC",
+                      .tag = "MN",
+                      .caption = tr("NUC($5):"),
+                      .maxLength = duplicates::AgencyLength,
+                      .toolTip = tr("Only fields with this institution code in subfield 5; empty: "
+                                    "all")}};
 
     Layout Draw() override { return Below({txtField, Beside({txtInd1, txtInd2}), txtNUC}); }
 };
@@ -137,16 +141,16 @@ QList<GridColumn> MergeColumns(int width) {
 }
 
 RowsSpec MergeRows(int width) {
-    return {.marker = "MF",
-            .puts = PutCells(MergeColumns(width)),
-            .add = {"cmdAddMerge", Form::tr("Add...")},
-            .modify = {"cmdModifyMerge", Form::tr("Modify...")},
-            .remove = {"cmdRemoveMerge", Form::tr("Remove")},
-            .ask = AskInForm({.name = "frmCataloging_DuplicateMerge",
-                              .title = Form::tr("Merge Field"),
-                              .helpContext = 50444},
-                             MergeColumns(width), std::make_shared<MergeForm>()),
-            .removeQuestion = Form::tr("Delete this Merge Field Entry?")};
+    return {
+        .marker = "MF",
+        .puts = PutCells(MergeColumns(width)),
+        .add = {"cmdAddMerge", Form::tr("Add...")},
+        .modify = {"cmdModifyMerge", Form::tr("Modify...")},
+        .remove = {"cmdRemoveMerge", Form::tr("Remove")},
+        .ask = AskInForm(
+            {.name = "frmCataloging_DuplicateMerge", .title = Form::tr("Merge Field"), .helpContext = 50444},
+            MergeColumns(width), std::make_shared<MergeForm>()),
+        .removeQuestion = Form::tr("Delete this Merge Field Entry?")};
 }
 
 } // namespace sysadmin

@@ -49,6 +49,11 @@ bool HasIndicator(QChar indicator, const QString& include, const QString& exclud
     return (include.isEmpty() || include.contains(mark)) && !exclude.contains(mark);
 }
 
+/// A standard number without marks and without what is said of it ("978-0-00-000001-9 (hardcover)").
+QString NumberAlone(const QString& text) {
+    return text.trimmed().section(' ', 0, 0).remove('-');
+}
+
 /// How many characters at its beginning the field says are not filed.
 int NotFiled(const marc::Field& field) {
     const bool bySecond = field.tag == u"245" || field.tag == u"440" || field.tag == u"240";
@@ -61,10 +66,11 @@ int NotFiled(const marc::Field& field) {
 QString TextOf(const marc::Field& field, const QString& include, const QString& exclude) {
     if (field.IsControl())
         return field.value;
+    const bool isNumber = field.tag == u"010" || field.tag == u"020" || field.tag == u"022";
     QStringList parts;
     for (const marc::Subfield& subfield : field.subfields)
         if ((include.isEmpty() || include.contains(subfield.code)) && !exclude.contains(subfield.code))
-            parts.append(subfield.value);
+            parts.append(isNumber ? NumberAlone(subfield.value) : subfield.value);
     return parts.join(' ').mid(NotFiled(field));
 }
 
@@ -143,11 +149,10 @@ QStringList OfDuplicate(const DuplicateProfile& profile, const DuplicateScore& s
         return {tr("The incoming record replaces the one that is there."),
                 KeptInWords(Kept(profile, existing), tr("the record that is there"))};
     if (profile.handling == handling::MergeBothWays)
-        return isLower
-                   ? QStringList{lower, tr("The record that is there stays."),
-                                 KeptInWords(Kept(profile, incoming), tr("the incoming record"))}
-                   : QStringList{tr("The incoming record replaces the one that is there."),
-                                 KeptInWords(Kept(profile, existing), tr("the record that is there"))};
+        return isLower ? QStringList{lower, tr("The record that is there stays."),
+                                     KeptInWords(Kept(profile, incoming), tr("the incoming record"))}
+                       : QStringList{tr("The incoming record replaces the one that is there."),
+                                     KeptInWords(Kept(profile, existing), tr("the record that is there"))};
     return {tr("The incoming record is added, whatever it is a duplicate of.")};
 }
 
@@ -155,20 +160,19 @@ QStringList OutcomeOf(const DuplicateProfile& profile, const DuplicateScore& sco
                       const marc::Record& incoming, const marc::Record& existing) {
     QStringList sentences;
     if (score.verdict == DuplicateScore::Verdict::Duplicate) {
-        sentences << tr("Duplicate: %1 reaches the replace threshold of %2.")
-                         .arg(score.sum)
-                         .arg(*profile.replace);
+        sentences
+            << tr("Duplicate: %1 reaches the replace threshold of %2.").arg(score.sum).arg(*profile.replace);
         return sentences << OfDuplicate(profile, score, incoming, existing);
     }
     if (score.verdict == DuplicateScore::Verdict::Possible)
-        sentences
-            << tr("Possible duplicate: %1 reaches the warn threshold of %2.").arg(score.sum).arg(*profile.warn);
+        sentences << tr("Possible duplicate: %1 reaches the warn threshold of %2.")
+                         .arg(score.sum)
+                         .arg(*profile.warn);
     else
         sentences << tr("No duplicate: %1 reaches no threshold.").arg(score.sum);
     if (!profile.replace)
         sentences << tr("Without a replace threshold nothing counts as a duplicate.");
-    const bool isDiscarded =
-        profile.discardsUnmatched && profile.handling != handling::AddUnconditional;
+    const bool isDiscarded = profile.discardsUnmatched && profile.handling != handling::AddUnconditional;
     sentences << (isDiscarded ? tr("The incoming record is discarded: it matches no record that is there.")
                   : score.verdict == DuplicateScore::Verdict::Possible
                       ? tr("The incoming record is added, with a warning.")
@@ -197,11 +201,10 @@ QStringList IndexTexts(const QString& definition, const marc::Record& record) {
     for (const marc::Field& field : record.fields) {
         if (pattern.isEmpty() || !SuitsPattern(field.tag, pattern))
             continue;
-        if (!field.IsControl() &&
-            (!HasIndicator(field.indicator1, items.Value(key::IncludeFirstIndicator),
-                           items.Value(key::ExcludeFirstIndicator)) ||
-             !HasIndicator(field.indicator2, items.Value(key::IncludeSecondIndicator),
-                           items.Value(key::ExcludeSecondIndicator))))
+        if (!field.IsControl() && (!HasIndicator(field.indicator1, items.Value(key::IncludeFirstIndicator),
+                                                 items.Value(key::ExcludeFirstIndicator)) ||
+                                   !HasIndicator(field.indicator2, items.Value(key::IncludeSecondIndicator),
+                                                 items.Value(key::ExcludeSecondIndicator))))
             continue;
         QString text = TextOf(field, items.Value(key::IncludeSubfields), items.Value(key::ExcludeSubfields));
         if (!offset.isEmpty() || !length.isEmpty())
@@ -231,12 +234,11 @@ DuplicateScore ScoreDuplicate(const DuplicateProfile& profile, const marc::Recor
             match.incoming = TextsAt(incoming, index.fieldOverride,
                                      index.subfieldOverride.isEmpty() ? "a" : index.subfieldOverride);
         else
-            match.incoming = isOwnId ? TextsAt(incoming, "001", {})
-                                     : IndexTexts(WithSubfield(index.definition, index.subfieldOverride),
-                                                  incoming);
-        match.matches =
-            std::any_of(match.incoming.begin(), match.incoming.end(),
-                        [&](const QString& text) { return match.existing.contains(text); });
+            match.incoming =
+                isOwnId ? TextsAt(incoming, "001", {})
+                        : IndexTexts(WithSubfield(index.definition, index.subfieldOverride), incoming);
+        match.matches = std::any_of(match.incoming.begin(), match.incoming.end(),
+                                    [&](const QString& text) { return match.existing.contains(text); });
         score.sum += match.matches ? match.weight : 0;
         score.matches.append(match);
     }
