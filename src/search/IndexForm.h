@@ -2,9 +2,9 @@
 
 #include "framework/VoucherFields.h"
 #include "framework/forms/CheckedText.h"
+#include "framework/forms/ComposedText.h"
 #include "framework/forms/ListFields.h"
 #include "framework/forms/PutList.h"
-#include "search/ComposedText.h"
 #include "wire/SearchIndexes.h"
 
 namespace sysadmin {

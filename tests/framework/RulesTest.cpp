@@ -1,7 +1,7 @@
 #include "framework/forms/Rules.h"
 #include "framework/Captions.h"
 #include "framework/FormView.h"
-#include "framework/forms/ComposedTag.h"
+#include "framework/forms/ComposedText.h"
 #include "support/ScriptedChannel.h"
 
 #include <QLabel>
@@ -147,36 +147,31 @@ TEST(TimeFieldTest, TimesAsPeopleWriteThem) {
     EXPECT_EQ(time.DisplayText(), "Closed");
 }
 
-TEST(ComposedTagTest, OneTextOfSeveralEntriesAndBack) {
-    struct Case {
-        TagCodec codec;
-        QString loaded;
-        QStringList parts;
-        QString afterFirstIsX;
+TEST(ComposedTextTest, OneTextOfSeveralEntriesAndBack) {
+    Form form;
+    ComposedText text(form, "P", "??");
+    TextField one(form, {.name = "txtOne", .initial = "?"});
+    TextField two(form, {.name = "txtTwo", .initial = "?"});
+    text.parts = {&one, &two};
+    text.split = [&](const QString& loaded) {
+        one.SetStored(loaded.left(1));
+        two.SetStored(loaded.mid(1, 1));
     };
-    const QList<Case> cases{{FixedWidths({3, 1, 1}), "650**", {"650", "", ""}, "X****"},
-                            {FixedWidths({3, 1, 1}), "65X*4", {"65X", "", "4"}, "X***4"},
-                            {FixedWidths({3, 1, 1}), "odd", {"odd", "", ""}, "X****"},
-                            {KeyValues({"IX", "CS", "IDS"}), "IX=C CS=a~b", {"C", "a~b", ""}, "IX=X CS=a~b"},
-                            {KeyValues({"IX", "CS"}), "Q=1 IX=B IDS=Y", {"B", ""}, "IX=X Q=1 IDS=Y"}};
-    for (const Case& each : cases) {
-        Form form;
-        TextField one(form, {.name = "txtOne"});
-        TextField two(form, {.name = "txtTwo"});
-        TextField three(form, {.name = "txtThree"});
-        const QList<ValueField*> all{&one, &two, &three};
-        ComposedTag tag(form, "P", all.first(each.parts.size()), each.codec);
-        ScriptedChannel channel;
-        channel.Answer("Get", 0, {{"P", each.loaded}});
-        channel.SendRequest("Get");
-        form.Load(channel);
-        for (qsizetype i = 0; i < each.parts.size(); ++i)
-            EXPECT_EQ(all[i]->Draft(), each.parts[i]) << each.loaded.toStdString();
-        EXPECT_EQ(tag.Text(), each.loaded) << "untouched it goes back as it came";
-        one.SetDraft("X");
-        EXPECT_TRUE(form.IsChanged());
-        EXPECT_EQ(tag.Text(), each.afterFirstIsX);
-    }
+    text.join = [&](const QString& former) { return one.Draft() + two.Draft() + former.mid(2); };
+    ScriptedChannel channel;
+    channel.Answer("Get", 0, {{"P", "abc"}});
+    channel.SendRequest("Get");
+    form.Load(channel);
+    EXPECT_EQ(one.Draft() + two.Draft(), "ab");
+    EXPECT_EQ(text.Text(), "abc");
+    two.SetDraft("X");
+    EXPECT_TRUE(form.IsChanged());
+    EXPECT_EQ(text.Text(), "aXc");
+    // What was saved is what there is from now on.
+    form.Accept();
+    EXPECT_EQ(text.Text(), "aXc");
+    form.Clear();
+    EXPECT_EQ(text.Text(), "??");
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "search/ComposedText.h"
+#include "framework/forms/ComposedText.h"
 
 #include "core/data/RequestChannel.h"
 
