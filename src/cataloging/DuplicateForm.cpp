@@ -71,7 +71,8 @@ DuplicateIndexes::DuplicateIndexes(Form& form)
                   {.availableGrid = "vsfAvailableIndexes",
                    .availableCaption = Form::tr("Available Indexes"),
                    .selectedGrid = "vsfSelectedIndexes",
-                   .selectedCaption = Form::tr("Selected Indexes")})
+                   .selectedCaption = Form::tr("Selected Indexes")},
+                  {.ranked = true})
     , m_settings(std::make_shared<IndexSettings>()) {
     Behaviour() = IndexLists(m_settings.get());
 }

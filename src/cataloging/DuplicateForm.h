@@ -2,6 +2,7 @@
 
 #include "cataloging/DuplicateScore.h"
 #include "framework/forms/CheckedText.h"
+#include "framework/forms/Layout.h"
 #include "framework/forms/ListFields.h"
 #include "framework/forms/PutList.h"
 #include "wire/DuplicateDetection.h"

@@ -63,10 +63,8 @@ DuplicateScreen::DuplicateScreen(Application& application, const DuplicateSpec& 
     for (const char* grid : {"vsfAvailableIndexes", "vsfSelectedIndexes"})
         findChild<QTableView*>(grid)->horizontalHeader()->moveSection(DuplicateIndexes::Code,
                                                                       DuplicateIndexes::Name);
-    connect(&application.notices, &Notices::ChangedByOthers, this, [this](const QString& subject) {
-        if (subject == u"CSDef" && GetState() == State::List)
-            LoadIndexes();
-    });
+    connect(&application.notices, &Notices::SubjectChanged, this, &DuplicateScreen::OnSubjectChanged);
+    connect(&application.notices, &Notices::ChangedByOthers, this, &DuplicateScreen::OnSubjectChanged);
 }
 
 void DuplicateScreen::BeforeLoad() {
@@ -77,8 +75,16 @@ void DuplicateScreen::PutListKey(const Table&) {
     App().channel.PutField("RT", m_spec.recordType);
 }
 
+void DuplicateScreen::OnSubjectChanged(const QString& subject) {
+    if (subject != u"CSDef")
+        return;
+    m_indexesAreOld = true;
+    RefreshOwnControls();
+}
+
 /// The record's own identifier comes first.
 void DuplicateScreen::LoadIndexes() {
+    m_indexesAreOld = false;
     QList<DuplicateIndexes::Offer> offers{{duplicates::RecordIdCode(m_spec.recordType), m_spec.recordId, {}}};
     RequestChannel& channel = App().channel;
     channel.PutField("RT", m_spec.recordType);
@@ -102,6 +108,8 @@ bool DuplicateScreen::CheckBeforeSave(Table& table) {
 }
 
 void DuplicateScreen::RefreshOwnControls() {
+    if (m_indexesAreOld && GetState() == State::List)
+        LoadIndexes();
     const bool hasRow = GetState() == State::List && Current().grid && Current().grid->SelectedRow();
     m_cmdDuplicate->setVisible(!IsReadOnly());
     m_cmdDuplicate->setEnabled(hasRow);

@@ -23,10 +23,12 @@ protected:
 
 private:
     void LoadIndexes();
+    void OnSubjectChanged(const QString& subject);
     void Try();
 
     DuplicateSpec m_spec;
     DuplicateForm& m_form;
+    bool m_indexesAreOld = false; // some were renamed while an edit was open
     QPushButton* m_cmdDuplicate = nullptr;
     QPushButton* m_cmdTry = nullptr;
 };

@@ -85,6 +85,8 @@ IndexScreen::IndexScreen(Application& application, const IndexSpec& spec, QWidge
               .deleteCaption = spec.deleteCaption},
              m_form, m_form.Draw(), m_form.Puts());
     Finish();
+    connect(&application.notices, &Notices::SubjectChanged, this, &IndexScreen::OnSubjectChanged);
+    connect(&application.notices, &Notices::ChangedByOthers, this, &IndexScreen::OnSubjectChanged);
     // A few lines: the lists above have more to show.
     auto* meaning = findChild<QPlainTextEdit*>("txtMeaning");
     meaning->setMaximumHeight(MeaningLines * meaning->fontMetrics().lineSpacing());
@@ -110,8 +112,25 @@ QList<GridRow> IndexScreen::ReadCodes(const QString& request, const QString& cod
 
 void IndexScreen::BeforeLoad() {
     m_form.displays.Offer(ReadCodes("LstDsp", "BCd", "BNm", "Load Search Available Bib Definitions"));
+    LoadComponents();
+}
+
+void IndexScreen::LoadComponents() {
+    m_componentsAreOld = false;
     if (m_form.components)
         m_form.components->Offer(ReadCodes("LstComp", "CC", "CN", m_spec.loadCaption));
+}
+
+void IndexScreen::OnSubjectChanged(const QString& subject) {
+    if (!m_form.components || (subject != u"KSrch" && subject != u"MKSrch" && subject != u"CSDef"))
+        return;
+    m_componentsAreOld = true;
+    RefreshOwnControls();
+}
+
+void IndexScreen::RefreshOwnControls() {
+    if (m_componentsAreOld && GetState() == State::List)
+        LoadComponents();
 }
 
 bool IndexScreen::MayDeleteRow(const GridRow& row) const {
