@@ -300,7 +300,7 @@ qsizetype TriedRecord::ItemCount() const {
     return count;
 }
 
-QList<TriedRecord> TryImport(const QList<marc::Record>& records, const TriedRule& rule,
+QList<TriedRecord> TryImport(const QList<marc::Record>& records, const ImportTrialRule& rule,
                              const TriedLibrary& library) {
     importtrial::Trial trial(rule, library);
     QList<TriedRecord> tried;

@@ -29,7 +29,7 @@ struct TriedMapping {
 };
 
 /// What a rule says, with the names of what it chose.
-struct TriedRule {
+struct ImportTrialRule {
     int mode = 0;
     QString bibProfile = {};
     QString authorityProfile = {};
@@ -135,11 +135,11 @@ struct TriedRecord {
 QString TrialTitle(const marc::Record& record);
 /// What an import of the records by the rule would come to; nothing is written. Records that repeat earlier
 /// ones of the file, and barcodes that come twice, are found as well.
-QList<TriedRecord> TryImport(const QList<marc::Record>& records, const TriedRule& rule,
+QList<TriedRecord> TryImport(const QList<marc::Record>& records, const ImportTrialRule& rule,
                              const TriedLibrary& library);
 
 /// What would become of a record, a line each, in the words of the operator: the kind and the text.
-QList<std::pair<QString, QString>> TrialInWords(const TriedRecord& record, const TriedRule& rule);
+QList<std::pair<QString, QString>> TrialInWords(const TriedRecord& record, const ImportTrialRule& rule);
 /// The outcome alone, as a list shows it.
 QString OutcomeInWords(const TriedRecord& record);
 

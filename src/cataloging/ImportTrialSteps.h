@@ -31,7 +31,7 @@ std::optional<QString> AmountIn(const QString& text);
 /// Works through one record after the other, and keeps in mind what came before.
 class Trial {
 public:
-    Trial(const TriedRule& rule, const TriedLibrary& library)
+    Trial(const ImportTrialRule& rule, const TriedLibrary& library)
         : m_rule(rule)
         , m_library(library) {}
 
@@ -59,7 +59,7 @@ private:
             m_tried.problems.append(text);
     }
 
-    const TriedRule& m_rule;
+    const ImportTrialRule& m_rule;
     const TriedLibrary& m_library;
     TriedRecord m_tried;
     QHash<QString, int> m_barcodes; ///< with the numbers of the records

@@ -77,29 +77,29 @@ QString LedgerId(const QList<PickItem>& ledgers, const QString& name, const QStr
 
 } // namespace
 
-TriedRule RuleToTry(const ImportRuleForm& form, const OrderSettingsForm& orders) {
-    TriedRule rule{.mode = qMax(0, form.optBulkLoad.Draft().toInt()),
-                   .bibProfile = NameOf(form.cboBibDupProfile),
-                   .authorityProfile = NameOf(form.cboAuthDupProfile),
-                   .usesExistingBibs = form.chkUse4DupBibs.IsOn(),
-                   .copies852 = form.chkCopy852.IsOn(),
-                   .copies856 = form.chkCopy856.IsOn(),
-                   .onePoPerBib = form.chkOnePOPerBib.IsOn(),
-                   .approves = form.chkAutoApprove.IsOn(),
-                   .suppresses = form.chkBatchOpacSuppress.IsOn(),
-                   .keepsSuppression = form.chkIgnoreOPACSuppress.IsOn(),
-                   .owningLibrary = NameOf(form.cboOwningLibrary),
-                   .magneticMedia = PlaceOf(form.magneticMedia),
-                   .magneticValue = form.txtMagneticMatch.Draft(),
-                   .sensitize = PlaceOf(form.sensitize),
-                   .sensitizeValue = form.txtSensitizeMatch.Draft(),
-                   .itemTypes = PlacesOf(form.vsfItemType),
-                   .barcodes = PlacesOf(form.vsfBarcode),
-                   .location = ValuesOf(form.location, Part::Location),
-                   .multiple = ValuesOf(form.multiple, Part::Multiple),
-                   .copyNumbers = ValuesOf(form.copyNumbers, Part::CopyNumbers),
-                   .orders = ValuesOf(form.orders, Part::Orders),
-                   .chosen = orders.ChosenNames()};
+ImportTrialRule RuleToTry(const ImportRuleForm& form, const OrderSettingsForm& orders) {
+    ImportTrialRule rule{.mode = qMax(0, form.optBulkLoad.Draft().toInt()),
+                         .bibProfile = NameOf(form.cboBibDupProfile),
+                         .authorityProfile = NameOf(form.cboAuthDupProfile),
+                         .usesExistingBibs = form.chkUse4DupBibs.IsOn(),
+                         .copies852 = form.chkCopy852.IsOn(),
+                         .copies856 = form.chkCopy856.IsOn(),
+                         .onePoPerBib = form.chkOnePOPerBib.IsOn(),
+                         .approves = form.chkAutoApprove.IsOn(),
+                         .suppresses = form.chkBatchOpacSuppress.IsOn(),
+                         .keepsSuppression = form.chkIgnoreOPACSuppress.IsOn(),
+                         .owningLibrary = NameOf(form.cboOwningLibrary),
+                         .magneticMedia = PlaceOf(form.magneticMedia),
+                         .magneticValue = form.txtMagneticMatch.Draft(),
+                         .sensitize = PlaceOf(form.sensitize),
+                         .sensitizeValue = form.txtSensitizeMatch.Draft(),
+                         .itemTypes = PlacesOf(form.vsfItemType),
+                         .barcodes = PlacesOf(form.vsfBarcode),
+                         .location = ValuesOf(form.location, Part::Location),
+                         .multiple = ValuesOf(form.multiple, Part::Multiple),
+                         .copyNumbers = ValuesOf(form.copyNumbers, Part::CopyNumbers),
+                         .orders = ValuesOf(form.orders, Part::Orders),
+                         .chosen = orders.ChosenNames()};
     for (const FlagField* status : std::initializer_list<const FlagField*>{
              &form.chkAtBindery, &form.chkCircReview, &form.chkDamaged, &form.chkInProcess, &form.chkLost,
              &form.chkMissing, &form.chkWithdrawn, &form.chkCatalogingReview})

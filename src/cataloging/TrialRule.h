@@ -8,7 +8,7 @@ struct ImportRuleForm;
 struct OrderSettingsForm;
 
 /// The rule in the form as plain values; `orders` holds its order settings, where it creates orders.
-TriedRule RuleToTry(const ImportRuleForm& form, const OrderSettingsForm& orders);
+ImportTrialRule RuleToTry(const ImportRuleForm& form, const OrderSettingsForm& orders);
 /// What the orders are compared with. It refers to `orders`.
 TriedLibrary LibraryToTry(const OrderSettingsForm& orders);
 

@@ -46,7 +46,7 @@ QString LineInWords(const TriedLine& line, const QString& currency) {
 }
 
 /// The purchase order in which a line stands.
-QString OrderInWords(const TriedRule& rule, const TriedRecord& record, const QString& poNumber) {
+QString OrderInWords(const ImportTrialRule& rule, const TriedRecord& record, const QString& poNumber) {
     const auto chosen = [&](const char* name) { return rule.chosen.value(name); };
     QStringList words{!poNumber.isEmpty() ? Tr("PO %1").arg(poNumber)
                       : rule.onePoPerBib  ? Tr("one for record %1").arg(record.number)
@@ -59,7 +59,7 @@ QString OrderInWords(const TriedRule& rule, const TriedRecord& record, const QSt
     return words.join("; ");
 }
 
-QString RecordInWords(const TriedRecord& record, const TriedRule& rule) {
+QString RecordInWords(const TriedRecord& record, const ImportTrialRule& rule) {
     QStringList words{OutcomeInWords(record)};
     if (!record.same.isEmpty())
         words.append(Tr("repeats %1").arg(record.same));
@@ -94,7 +94,7 @@ QString OutcomeInWords(const TriedRecord& record) {
     }
 }
 
-QList<std::pair<QString, QString>> TrialInWords(const TriedRecord& record, const TriedRule& rule) {
+QList<std::pair<QString, QString>> TrialInWords(const TriedRecord& record, const ImportTrialRule& rule) {
     QList<std::pair<QString, QString>> lines{{Tr("Record"), RecordInWords(record, rule)}};
     for (const TriedHoldings& holdings : record.holdings) {
         lines.append({record.updates ? Tr("MFHD is updated") : Tr("MFHD"), HoldingsInWords(holdings)});

@@ -40,7 +40,7 @@ qint64 TotalOf(const QList<TriedRecord>& records) {
 
 } // namespace
 
-TryImportDialog::TryImportDialog(Prompter& prompter, const TriedRule& rule, const TriedLibrary& library,
+TryImportDialog::TryImportDialog(Prompter& prompter, const ImportTrialRule& rule, const TriedLibrary& library,
                                  QWidget* parent)
     : QDialog(parent)
     , m_prompter(prompter)

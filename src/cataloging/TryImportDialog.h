@@ -17,7 +17,8 @@ class TryImportDialog : public QDialog {
     Q_OBJECT
 
 public:
-    TryImportDialog(Prompter& prompter, const TriedRule& rule, const TriedLibrary& library, QWidget* parent);
+    TryImportDialog(Prompter& prompter, const ImportTrialRule& rule, const TriedLibrary& library,
+                    QWidget* parent);
 
 private:
     void OpenRecords();
@@ -30,7 +31,7 @@ private:
     void ShowRecord();
 
     Prompter& m_prompter;
-    TriedRule m_rule;
+    ImportTrialRule m_rule;
     TriedLibrary m_library;
     marc::Result m_read;        ///< the records that are tried
     QString m_source;           ///< what they were read from

@@ -256,7 +256,7 @@ void frmCataloging_BulkImportRules::TryIt() {
             return;
         orders.Begin(m_form.orders);
     }
-    TriedRule rule = RuleToTry(m_form, orders);
+    ImportTrialRule rule = RuleToTry(m_form, orders);
     rule.bibHandling = m_form.handling.Draft();
     rule.authorityHandling = AskHandling(m_form.cboAuthDupProfile);
     const TriedLibrary library = m_form.optBulkLoad.CreatesOrders() ? LibraryToTry(orders) : TriedLibrary();

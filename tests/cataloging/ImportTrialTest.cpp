@@ -17,7 +17,7 @@ namespace {
 struct WrittenTrial {
     QString title;
     int line = 0;
-    TriedRule rule;
+    ImportTrialRule rule;
     TriedLibrary library;
     QString libraryRecords;
     QString records;
@@ -31,18 +31,18 @@ TriedPlace PlaceIn(const QStringList& words) {
 void Take(WrittenTrial& trial, const QStringList& words) {
     const QString word = words.first();
     const QStringList rest = words.mid(1);
-    TriedRule& rule = trial.rule;
-    static const QHash<QString, bool TriedRule::*> flags{
-        {"existing", &TriedRule::usesExistingBibs}, {"copy-852", &TriedRule::copies852},
-        {"copy-856", &TriedRule::copies856},        {"one-po", &TriedRule::onePoPerBib},
-        {"approve", &TriedRule::approves},          {"suppress", &TriedRule::suppresses},
-        {"keep", &TriedRule::keepsSuppression}};
-    static const QHash<QString, QHash<QString, QString> TriedRule::*> settings{
-        {"location", &TriedRule::location},
-        {"multiple", &TriedRule::multiple},
-        {"copies", &TriedRule::copyNumbers},
-        {"order", &TriedRule::orders},
-        {"chosen", &TriedRule::chosen}};
+    ImportTrialRule& rule = trial.rule;
+    static const QHash<QString, bool ImportTrialRule::*> flags{
+        {"existing", &ImportTrialRule::usesExistingBibs}, {"copy-852", &ImportTrialRule::copies852},
+        {"copy-856", &ImportTrialRule::copies856},        {"one-po", &ImportTrialRule::onePoPerBib},
+        {"approve", &ImportTrialRule::approves},          {"suppress", &ImportTrialRule::suppresses},
+        {"keep", &ImportTrialRule::keepsSuppression}};
+    static const QHash<QString, QHash<QString, QString> ImportTrialRule::*> settings{
+        {"location", &ImportTrialRule::location},
+        {"multiple", &ImportTrialRule::multiple},
+        {"copies", &ImportTrialRule::copyNumbers},
+        {"order", &ImportTrialRule::orders},
+        {"chosen", &ImportTrialRule::chosen}};
     if (const auto flag = flags.find(word); flag != flags.end())
         rule.*(*flag) = true;
     else if (const auto part = settings.find(word); part != settings.end())
