@@ -40,7 +40,7 @@ bool IsSubfield(const QString& value) {
 }
 
 PickedSpec IndexLists(Form* settings) {
-    const GridColumn code{.caption = Form::tr("Code"), .width = 70};
+    const GridColumn code{.caption = Form::tr("Code"), .width = 60};
     const auto status = [](const QString& id, const QString& text) {
         return GridColumn{
             .caption = Form::tr("Status"),
@@ -50,12 +50,11 @@ PickedSpec IndexLists(Form* settings) {
     PickedSpec spec;
     spec.more = {code,
                  status(LoadedAvailable, Form::tr("New")),
-                 {.caption = Form::tr("Field"), .width = 50, .tag = "DFO"},
-                 {.caption = Form::tr("Subfield"), .width = 64, .tag = "DSO"},
-                 {.caption = Form::tr("Field Weight"), .width = 90, .tag = "DFW"},
+                 {.caption = Form::tr("Field"), .width = 46, .tag = "DFO"},
+                 {.caption = Form::tr("Subfield"), .width = 62, .tag = "DSO"},
+                 {.caption = Form::tr("Field Weight"), .width = 84, .tag = "DFW"},
                  {.caption = Form::tr("Seq"), .width = 40, .tag = "DS#"}};
     spec.availableMore = {code, status(LoadedSelected, Form::tr("Removed"))};
-    spec.ranked = true;
     spec.settings = settings;
     return spec;
 }
@@ -71,8 +70,7 @@ DuplicateIndexes::DuplicateIndexes(Form& form)
                   {.availableGrid = "vsfAvailableIndexes",
                    .availableCaption = Form::tr("Available Indexes"),
                    .selectedGrid = "vsfSelectedIndexes",
-                   .selectedCaption = Form::tr("Selected Indexes")},
-                  {.ranked = true})
+                   .selectedCaption = Form::tr("Selected Indexes")})
     , m_settings(std::make_shared<IndexSettings>()) {
     Behaviour() = IndexLists(m_settings.get());
 }

@@ -8,6 +8,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QIntValidator>
 #include <QLineEdit>
@@ -108,13 +109,16 @@ public:
         : FieldEditor(field)
         , m_letter(field) {
         m_widget = new QWidget(parent);
-        auto* line = new QHBoxLayout(m_widget);
-        line->setContentsMargins({});
+        auto* lines = new QGridLayout(m_widget);
+        lines->setContentsMargins({});
+        const qsizetype count = field.Spec().options.size();
+        const int perLine = int(count > MostInLine ? (count + 1) / 2 : count);
         for (const PickItem& option : field.Spec().options) {
             auto* button = new QRadioButton(option.text, m_widget);
             button->setObjectName(field.Name() + option.id);
             button->setProperty("letter", option.id);
-            line->addWidget(button);
+            const int place = int(m_focusWidgets.size());
+            lines->addWidget(button, place / perLine, place % perLine);
             m_focusWidgets.append(button);
             connect(button, &QRadioButton::clicked, this, [this, button, id = option.id] {
                 if (!IsLocked(*button))
@@ -122,7 +126,7 @@ public:
                 Refresh();
             });
         }
-        line->addStretch();
+        lines->setColumnStretch(perLine, 1);
     }
 
     void NameControls(const QString& name) override {
@@ -154,6 +158,8 @@ protected:
     }
 
 private:
+    static constexpr int MostInLine = 4; // more options take two lines
+
     LetterField& m_letter;
 };
 

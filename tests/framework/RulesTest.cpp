@@ -2,6 +2,7 @@
 #include "framework/Captions.h"
 #include "framework/FormView.h"
 #include "framework/forms/ComposedText.h"
+#include "framework/forms/ValueFields.h"
 #include "support/ScriptedChannel.h"
 
 #include <QLabel>
