@@ -55,7 +55,10 @@ bool Trial::Match(const marc::Record& record) {
     }
     m_tried.isAuthority = kind == u'z';
     const QString handling = m_tried.isAuthority ? m_rule.authorityHandling : m_rule.bibHandling;
-    m_tried.same = m_library.findSame ? m_library.findSame(record) : QString();
+    const TriedMatch match = m_library.findSame ? m_library.findSame(record) : TriedMatch();
+    m_tried.same = match.same;
+    if (!match.possible.isEmpty())
+        Problem(Tr("It may be a duplicate: it is near to %1.").arg(match.possible));
     const bool isThere = !m_tried.same.isEmpty();
     if (handling.isEmpty())
         Problem(m_tried.isAuthority ? Tr("The rule has no authority duplicate profile: the record is added.")
@@ -66,6 +69,12 @@ bool Trial::Match(const marc::Record& record) {
                       : handling == handlings::MergeBothWays  ? Outcome::MergedBothWays
                       : handling == handlings::AddConditional ? Outcome::Left
                                                               : Outcome::Added;
+    if (!isThere && (m_tried.isAuthority ? m_rule.discardsAuthorities : m_rule.discardsBibs)) {
+        m_tried.outcome = Outcome::NotLoaded;
+        Default(Tr("Record"), Tr("not loaded"),
+                Tr("the duplicate profile discards what the library has not"));
+        return false;
+    }
     if (m_tried.isAuthority || m_rule.Mode().kind == bulkimport::LoadMode::Kind::BibsOnly)
         return false;
     if (m_rule.Mode().updates) {

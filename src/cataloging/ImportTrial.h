@@ -31,10 +31,10 @@ struct TriedMapping {
 /// What a rule says, with the names of what it chose.
 struct ImportTrialRule {
     int mode = 0;
-    QString bibProfile = {};
-    QString authorityProfile = {};
     QString bibHandling = {}; ///< empty: there is no profile
     QString authorityHandling = {};
+    bool discardsBibs = false; ///< that the library has not
+    bool discardsAuthorities = false;
     bool usesExistingBibs = false;
     bool copies852 = false;
     bool copies856 = false;
@@ -61,10 +61,15 @@ struct ImportTrialRule {
     const wire::bulkimport::LoadMode& Mode() const { return wire::bulkimport::LoadModes()[mode]; }
 };
 
-/// What the library has, as far as an import asks. Ids by names.
+/// A record of the library's that one of the file repeats, by what it is called; one of the two at the most.
+struct TriedMatch {
+    QString same = {};
+    QString possible = {}; ///< near enough for a warning only
+};
+
+/// What the library has, as far as an import asks.
 struct TriedLibrary {
-    /// The record of the library's that this one repeats: what it is called; empty: there is none.
-    std::function<QString(const marc::Record&)> findSame{};
+    std::function<TriedMatch(const marc::Record&)> findSame{};
     QStringList funds = {};
     QStringList lineItemTypes = {};
     QStringList ledgers = {};

@@ -79,8 +79,6 @@ QString LedgerId(const QList<PickItem>& ledgers, const QString& name, const QStr
 
 ImportTrialRule RuleToTry(const ImportRuleForm& form, const OrderSettingsForm& orders) {
     ImportTrialRule rule{.mode = qMax(0, form.optBulkLoad.Draft().toInt()),
-                         .bibProfile = NameOf(form.cboBibDupProfile),
-                         .authorityProfile = NameOf(form.cboAuthDupProfile),
                          .usesExistingBibs = form.chkUse4DupBibs.IsOn(),
                          .copies852 = form.chkCopy852.IsOn(),
                          .copies856 = form.chkCopy856.IsOn(),

@@ -1,6 +1,5 @@
 #include "cataloging/TryImportDialog.h"
 
-#include "cataloging/SameRecords.h"
 #include "core/Prompter.h"
 #include "framework/Captions.h"
 #include "framework/ListGrid.h"
@@ -41,11 +40,12 @@ qint64 TotalOf(const QList<TriedRecord>& records) {
 } // namespace
 
 TryImportDialog::TryImportDialog(Prompter& prompter, const ImportTrialRule& rule, const TriedLibrary& library,
-                                 QWidget* parent)
+                                 const DuplicateSearch& search, QWidget* parent)
     : QDialog(parent)
     , m_prompter(prompter)
     , m_rule(rule)
-    , m_library(library) {
+    , m_library(library)
+    , m_search(search) {
     setObjectName("frmCataloging_BulkImportTryIt");
     setProperty(HelpContextProperty, TryTopic);
     setWindowTitle(tr("Try an Import"));
@@ -86,7 +86,8 @@ TryImportDialog::TryImportDialog(Prompter& prompter, const ImportTrialRule& rule
         auto* grid = new ListGrid(name, columns, side);
         grid->setAccessibleName(accessible);
         grid->SetPrompter(m_prompter);
-        below->addWidget(grid->FilterBox());
+        if (name == u"vsfTriedRecords")
+            below->addWidget(grid->FilterBox());
         below->addWidget(grid, 1);
         return grid;
     };
@@ -158,13 +159,13 @@ void TryImportDialog::Take(const marc::Result& read, const QString& source) {
 }
 
 void TryImportDialog::Try() {
-    SameRecords same;
+    DuplicateSearch search = m_search;
     for (const marc::Record& record : m_libraryRead.records)
-        same.Add(record, tr("\"%1\"").arg(TrialTitle(record)));
+        search.Add(record, tr("\"%1\"").arg(TrialTitle(record)));
     // A record of the file is there for those behind it.
-    m_library.findSame = [&same](const marc::Record& record) {
-        const QString found = same.Find(record);
-        same.Add(record, tr("record %1 of the file").arg(record.number));
+    m_library.findSame = [&search](const marc::Record& record) {
+        const TriedMatch found = search.Find(record);
+        search.Add(record, tr("record %1 of the file").arg(record.number));
         return found;
     };
     m_tried = TryImport(m_read.records, m_rule, m_library);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cataloging/ImportTrial.h"
+#include "cataloging/DuplicateSearch.h"
 #include "marc/ReadRecords.h"
 
 #include <QDialog>
@@ -17,8 +17,9 @@ class TryImportDialog : public QDialog {
     Q_OBJECT
 
 public:
+    /// `search` says which records are the same.
     TryImportDialog(Prompter& prompter, const ImportTrialRule& rule, const TriedLibrary& library,
-                    QWidget* parent);
+                    const DuplicateSearch& search, QWidget* parent);
 
 private:
     void OpenRecords();
@@ -33,6 +34,7 @@ private:
     Prompter& m_prompter;
     ImportTrialRule m_rule;
     TriedLibrary m_library;
+    DuplicateSearch m_search;   ///< without records
     marc::Result m_read;        ///< the records that are tried
     QString m_source;           ///< what they were read from
     marc::Result m_libraryRead; ///< records that the library has

@@ -11,6 +11,8 @@ namespace bulkimport = wire::bulkimport;
 
 namespace {
 
+constexpr int DialogWidth = 1060;
+
 /// What a subfield of the repeated field is.
 struct SubfieldCaption {
     const char* name; ///< of the setting
@@ -109,6 +111,7 @@ bool MultipleHoldingsForm::Edit(Prompter& prompter, QWidget* parent) {
                        .title = tr("Bulk Import Multiple MFHD"),
                        .helpContext = 50435},
                       parent);
+    dialog.resize(DialogWidth, 0); // both frames side by side
     return prompter.RunDialog(dialog);
 }
 

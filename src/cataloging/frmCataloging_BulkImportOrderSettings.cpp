@@ -16,6 +16,7 @@ namespace fundcheck = bulkimport::fundcheck;
 
 namespace {
 
+constexpr int DialogWidth = 820; // names of vendors and funds are long
 const QString ScreenName = "Bulk Import Rule";
 const QString FundTag = "OFUNDDEF";
 const QString LedgerTag = "IRP_LED_DFT";
@@ -140,7 +141,9 @@ public:
                       .title = tr("Bulk Import Order Settings"),
                       .helpContext = 50437},
                      parent)
-        , m_order(form) {}
+        , m_order(form) {
+        resize(DialogWidth, sizeHint().height());
+    }
 
     void done(int result) override {
         if (result != Accepted || m_order.CheckFunds(this))

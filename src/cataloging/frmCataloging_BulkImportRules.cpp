@@ -1,5 +1,6 @@
 #include "cataloging/frmCataloging_BulkImportRules.h"
 
+#include "cataloging/DuplicateScreen.h"
 #include "cataloging/TrialRule.h"
 #include "cataloging/TryImportDialog.h"
 #include "cataloging/frmCataloging_BulkImportCopyNumberingSettings.h"
@@ -17,6 +18,7 @@ namespace sysadmin {
 
 namespace {
 
+const QString GetProfileCaption = "Edit Cataloging Authority Duplicate Detection";
 const QString ProfileCaption = "Load Cataloging Bib/Auth Duplicate Detection";
 
 QList<PickItem> WithNone(QList<PickItem> items) {
@@ -68,8 +70,9 @@ Layout frmCataloging_BulkImportRules::Draw() {
     return Tabs(
         "tabBulkImport",
         {Page(tr("Ru&le Name"), {form.txtRuleCode, form.txtRuleName}),
-         Page(tr("R&ules"), {form.cboBibDupProfile, form.cboAuthDupProfile, form.cboOwningLibrary,
-                             form.cboCharSet, form.chkBatchOpacSuppress, form.chkIgnoreOPACSuppress}),
+         Page(tr("R&ules"),
+              {form.cboBibDupProfile, form.cboAuthDupProfile, form.cboOwningLibrary, Below({form.cboCharSet}),
+               form.chkBatchOpacSuppress, form.chkIgnoreOPACSuppress}),
          Page(tr("Pro&files"),
               {form.optBulkLoad,
                Beside({Button(
@@ -153,18 +156,18 @@ bool frmCataloging_BulkImportRules::PrepareNew(Table& table) {
 
 void frmCataloging_BulkImportRules::ReadRecord(Table& table) {
     MaintenanceScreen::ReadRecord(table);
-    m_form.handling.SetStored(AskHandling(m_form.cboBibDupProfile));
+    m_form.handling.SetStored(AskHandling());
 }
 
 void frmCataloging_BulkImportRules::FollowHandling() {
-    m_form.handling.SetDraft(AskHandling(m_form.cboBibDupProfile));
+    m_form.handling.SetDraft(AskHandling());
 }
 
 /// How the chosen profile treats a record that is there already; empty when there is none, or nobody says.
-QString frmCataloging_BulkImportRules::AskHandling(const ChoiceField& profile) {
-    if (profile.IsBlank())
+QString frmCataloging_BulkImportRules::AskHandling() {
+    if (m_form.cboBibDupProfile.IsBlank())
         return {};
-    App().channel.PutField("DID", profile.Draft());
+    App().channel.PutField("DID", m_form.cboBibDupProfile.Draft());
     return App().channel.SendRequest("GetDupHand") == wire::status::Ok ? App().channel.GetField("DH")
                                                                        : QString();
 }
@@ -177,8 +180,7 @@ std::optional<bool> frmCataloging_BulkImportRules::ReplacesOrMerges() {
     channel.PutField("DID", m_form.cboBibDupProfile.Draft());
     channel.PutField("Look", "Y"); // the profile's own screen may be editing it
     if (const qint16 result = channel.SendRequest("GetCatDp"); result != wire::status::Ok) {
-        App().ReportRequestFailure(result, "Edit Cataloging Authority Duplicate Detection",
-                                   Current().spec.subject);
+        App().ReportRequestFailure(result, GetProfileCaption, Current().spec.subject);
         return std::nullopt;
     }
     const QString handling = channel.GetField("DH");
@@ -257,10 +259,30 @@ void frmCataloging_BulkImportRules::TryIt() {
         orders.Begin(m_form.orders);
     }
     ImportTrialRule rule = RuleToTry(m_form, orders);
-    rule.bibHandling = m_form.handling.Draft();
-    rule.authorityHandling = AskHandling(m_form.cboAuthDupProfile);
+    const auto read = [this](const ChoiceField& profile, const DuplicateSpec& spec, bool& isRead) {
+        std::optional<DuplicateProfile> found;
+        qint16 result = wire::status::Ok;
+        if (!profile.IsBlank())
+            found = ReadDuplicateProfile(App().channel, spec, profile.Draft(), result);
+        if (result != wire::status::Ok)
+            App().ReportRequestFailure(result, GetProfileCaption, Current().spec.subject);
+        isRead = result == wire::status::Ok;
+        return found;
+    };
+    bool isRead = false;
+    const std::optional<DuplicateProfile> bibs = read(m_form.cboBibDupProfile, BibDuplicates(), isRead);
+    if (!isRead)
+        return;
+    const std::optional<DuplicateProfile> authorities =
+        read(m_form.cboAuthDupProfile, AuthorityDuplicates(), isRead);
+    if (!isRead)
+        return;
+    rule.bibHandling = bibs ? bibs->handling : QString();
+    rule.discardsBibs = bibs && bibs->discardsUnmatched;
+    rule.authorityHandling = authorities ? authorities->handling : QString();
+    rule.discardsAuthorities = authorities && authorities->discardsUnmatched;
     const TriedLibrary library = m_form.optBulkLoad.CreatesOrders() ? LibraryToTry(orders) : TriedLibrary();
-    TryImportDialog dialog(App().prompter, rule, library, this);
+    TryImportDialog dialog(App().prompter, rule, library, {bibs, authorities}, this);
     App().prompter.RunDialog(dialog);
 }
 

@@ -25,7 +25,7 @@ private:
     Layout Draw();
     void LoadChoiceLists();
     void FollowHandling();
-    QString AskHandling(const ChoiceField& profile);
+    QString AskHandling();
     std::optional<bool> ReplacesOrMerges();
     void EditSingle();
     void EditMultiple();

@@ -1,9 +1,11 @@
 #include "cataloging/ImportTrial.h"
 
+#include "cataloging/DuplicateSearch.h"
 #include "cataloging/ImportTrialSteps.h"
 #include "cataloging/SameRecords.h"
 #include "marc/ReadRecords.h"
 #include "support/Words.h"
+#include "wire/DuplicateDetection.h"
 
 #include <QFile>
 #include <gtest/gtest.h>
@@ -19,6 +21,7 @@ struct WrittenTrial {
     int line = 0;
     ImportTrialRule rule;
     TriedLibrary library;
+    bool isDoubtful = false; // matches are possible ones only
     QString libraryRecords;
     QString records;
     QStringList expected;
@@ -36,7 +39,7 @@ void Take(WrittenTrial& trial, const QStringList& words) {
         {"existing", &ImportTrialRule::usesExistingBibs}, {"copy-852", &ImportTrialRule::copies852},
         {"copy-856", &ImportTrialRule::copies856},        {"one-po", &ImportTrialRule::onePoPerBib},
         {"approve", &ImportTrialRule::approves},          {"suppress", &ImportTrialRule::suppresses},
-        {"keep", &ImportTrialRule::keepsSuppression}};
+        {"keep", &ImportTrialRule::keepsSuppression},     {"discard", &ImportTrialRule::discardsBibs}};
     static const QHash<QString, QHash<QString, QString> ImportTrialRule::*> settings{
         {"location", &ImportTrialRule::location},
         {"multiple", &ImportTrialRule::multiple},
@@ -48,6 +51,8 @@ void Take(WrittenTrial& trial, const QStringList& words) {
     else if (const auto part = settings.find(word); part != settings.end())
         for (const QString& pair : rest)
             (rule.*(*part)).insert(pair.section('=', 0, 0), pair.section('=', 1));
+    else if (word == u"doubt")
+        trial.isDoubtful = true;
     else if (word == u"mode")
         rule.mode = rest[0].toInt();
     else if (word == u"handling")
@@ -118,7 +123,10 @@ TEST(ImportTrialTest, ComesToWhatWasReckonedByHand) {
         for (const marc::Record& record : marc::ReadRecords(trial.libraryRecords).records)
             same.Add(record, record.Title());
         TriedLibrary library = trial.library;
-        library.findSame = [&same](const marc::Record& record) { return same.Find(record); };
+        library.findSame = [&](const marc::Record& record) {
+            const QString name = same.Find(record);
+            return trial.isDoubtful ? TriedMatch{.possible = name} : TriedMatch{.same = name};
+        };
         const marc::Result read = marc::ReadRecords(trial.records);
         EXPECT_TRUE(read.problems.isEmpty()) << read.problems.join('\n').toStdString();
         QStringList lines;
@@ -168,6 +176,36 @@ TEST(ImportTrialTest, RecordsAreTheSameByAnyIdentifier) {
     EXPECT_EQ(
         same.Find(marc::ReadRecords("LDR    00000nz  a2200000n  4500\n001    77\n003    LIB\n").records[0]),
         QString());
+}
+
+TEST(ImportTrialTest, AProfileSaysWhichRecordIsTheNearest) {
+    const auto record = [](const QString& number, const QString& title) {
+        return marc::ReadRecords("001    " + number + "\n245 10 $a " + title + "\n").records[0];
+    };
+    DuplicateProfile profile{.recordType = "B", .warn = 50, .replace = 150};
+    profile.indexes = {
+        {.code = wire::duplicates::RecordIdCode("B"), .name = "Record ID", .weight = 100},
+        {.code = "T", .name = "Title", .definition = "245a", .fieldOverride = "245", .weight = 60}};
+    const auto find = [&](const DuplicateProfile& by) {
+        DuplicateSearch search(by, std::nullopt);
+        search.Add(record("1", "Herons"), "Herons");
+        search.Add(record("2", "Owls"), "Owls");
+        return search.Find(record("2", "Owls"));
+    };
+    const TriedMatch nearest = find(profile);
+    EXPECT_TRUE(nearest.same.isEmpty() || nearest.same.startsWith("Owls (score 160"))
+        << nearest.same.toStdString();
+    EXPECT_TRUE((nearest.same + nearest.possible).startsWith("Owls (score 1"))
+        << (nearest.same + nearest.possible).toStdString();
+    profile.replace = 100;
+    EXPECT_TRUE(find(profile).same.startsWith("Owls"));
+    profile.replace = 500;
+    EXPECT_TRUE(find(profile).possible.startsWith("Owls"));
+    profile.warn = 400;
+    EXPECT_EQ(find(profile).possible, QString());
+    // By no index: by identifiers.
+    profile.indexes.clear();
+    EXPECT_EQ(find(profile).same, "Owls (control number 2)");
 }
 
 } // namespace sysadmin
