@@ -197,7 +197,7 @@ void SingleRecordScreen::Reload() {
 
 void SingleRecordScreen::Cancel() {
     m_form->Revert();
-    CloseScreen();
+    AfterCancel();
 }
 
 void SingleRecordScreen::GoTo(const QString& control) {

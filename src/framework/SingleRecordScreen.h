@@ -42,6 +42,8 @@ protected:
     /// The screen's own checks; false (after its message) keeps the screen as it is.
     virtual bool CheckBeforeSave();
     virtual void AfterSave() {}
+    /// What Cancel does once the record is as it was loaded.
+    virtual void AfterCancel() { CloseScreen(); }
 
     FormView& View() { return *m_view; }
 
