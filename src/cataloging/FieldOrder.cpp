@@ -5,6 +5,8 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
+
 namespace sysadmin {
 
 namespace fieldorder = wire::fieldorder;
@@ -140,6 +142,10 @@ qint16 FieldOrderConfig::ReadRules(RequestChannel& channel, const OrderingRules&
             rule.displayParameter = ShownParameter(catalogue.Find(rule.ruleId), rule.parameter);
             group.rules.append(rule);
         }
+        std::stable_sort(group.rules.begin(), group.rules.end(),
+                         [](const FieldOrderRule& left, const FieldOrderRule& right) {
+                             return left.position < right.position;
+                         });
     }
     return 0;
 }

@@ -13,13 +13,13 @@ constexpr int RulesColumn = 2;
 const QChar RuleEnd('\n');
 const QChar OptionEnd('\t');
 
-QList<GridColumn> Columns() {
+QList<GridColumn> GroupColumns() {
     return {{.caption = Form::tr("Field Group"), .width = 130},
             {.caption = Form::tr("Sort Rule")},
             {.caption = Form::tr("Rules"), .hidden = true}};
 }
 
-RowsSpec Behaviour() {
+RowsSpec GroupBehaviour() {
     return {.ranked = true,
             .add = {"cmdAddSortGroup", Form::tr("&Add...")},
             .modify = {"cmdEditSortGroup", Form::tr("Ed&it...")},
@@ -32,7 +32,7 @@ RowsSpec Behaviour() {
 } // namespace
 
 FieldOrderGroupsField::FieldOrderGroupsField(Form& form, const FieldSpec& spec, OrderingRules& catalogue)
-    : RowsField(form, spec, Columns(), sysadmin::Behaviour())
+    : RowsField(form, spec, GroupColumns(), GroupBehaviour())
     , m_catalogue(catalogue) {
     RowAsker& asker = Behaviour().ask;
     asker.dialog = {.name = "frmCataloging_MARCFieldGroups",

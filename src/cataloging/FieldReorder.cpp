@@ -119,6 +119,19 @@ int TellingRule(const FieldOrderGroup& group, const Unit& left, const Unit& righ
     return -1;
 }
 
+/// The rule that tells a unit from the next one of its group that differs, or else from the nearest one
+/// before.
+int PlacingRule(const FieldOrderGroup& group, const QList<Unit>& units, qsizetype place) {
+    for (const int step : {1, -1})
+        for (qsizetype i = place + step; i >= 0 && i < units.size(); i += step) {
+            if (units[i].group != units[place].group)
+                break;
+            if (const int rule = TellingRule(group, units[place], units[i]); rule >= 0)
+                return rule;
+        }
+    return -1;
+}
+
 QList<Unit> UnitsOf(const marc::Record& record, bool isPairing) {
     QList<Unit> units;
     QList<qsizetype> others;
@@ -182,13 +195,7 @@ QList<PlacedField> Reorder(const marc::Record& record, const FieldOrderConfig& c
     QList<PlacedField> placed;
     for (qsizetype i = 0; i < units.size(); ++i) {
         const Unit& unit = units[i];
-        const auto isNeighbour = [&](qsizetype place) {
-            return place >= 0 && place < units.size() && units[place].group == unit.group;
-        };
-        int rule = -1;
-        if (unit.group >= 0 && (isNeighbour(i - 1) || isNeighbour(i + 1)))
-            rule = TellingRule(configuration.groups[unit.group], unit,
-                               units[isNeighbour(i - 1) ? i - 1 : i + 1]);
+        const int rule = unit.group < 0 ? -1 : PlacingRule(configuration.groups[unit.group], units, i);
         for (qsizetype k = 0; k < unit.places.size(); ++k)
             placed.append({.from = unit.places[k], .group = unit.group, .rule = rule, .isPaired = k > 0});
     }

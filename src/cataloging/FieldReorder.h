@@ -12,8 +12,8 @@ struct PlacedField {
 
     qsizetype from = 0;  ///< its place in the record, from 0
     int group = NoGroup; ///< its place in the configuration, from 0, or one of the above
-    /// The rule of the group, from 0, that tells it from the field before it there (the first one: from the
-    /// one behind it); -1: none does, they stand as they stood.
+    /// The rule of the group, from 0, that brought it before the next one there that differs (the last ones:
+    /// behind the one before); -1: none tells them apart, they stand as they stood.
     int rule = -1;
     bool isPaired = false; ///< an 880 that follows the field whose other writing it is
     bool operator==(const PlacedField&) const = default;

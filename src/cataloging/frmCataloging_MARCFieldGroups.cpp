@@ -204,7 +204,9 @@ void frmCataloging_MARCFieldGroups::SetFieldOrderGroup(const FieldOrderGroup& gr
     optTags->button(int(pattern.kind))->setChecked(true);
     TakePattern();
     ShowRules();
-    vsfAvailable->SelectKey(vsfAvailable->Model().RowAt(0).key);
+    for (ListGrid* grid : {vsfAvailable, vsfSelected})
+        if (grid->Model().rowCount() > 0)
+            grid->SelectKey(grid->Model().RowAt(0).key);
 }
 
 void frmCataloging_MARCFieldGroups::ShowRules() {

@@ -20,7 +20,8 @@ namespace status = wire::status;
 frmCataloging_MARCFieldOrderingRules::frmCataloging_MARCFieldOrderingRules(Application& application,
                                                                            QWidget* parent)
     : MaintenanceScreen(application, "frmCataloging_MARCFieldOrderingRules", tr("MARC Field Ordering Rules"),
-                        Area::Cataloging, parent) {
+                        Area::Cataloging, parent)
+    , m_form(KeepForm<FieldOrderForm>(application.orderingRules)) {
     AddTable({.subject = tr("MARC Field Ordering Rule"),
               .word = "MarcFieldOrder",
               .recordTag = "MFOCID",

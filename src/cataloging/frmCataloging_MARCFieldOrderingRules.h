@@ -27,7 +27,7 @@ private:
     void TryOrder();
     void MarkName(bool isTaken);
 
-    FieldOrderForm& m_form = KeepForm<FieldOrderForm>(App().orderingRules);
+    FieldOrderForm& m_form;
     bool m_isCopy = false;       // what is read next becomes a new configuration
     bool m_isIncomplete = false; // the rules of a group could not be read
     QAction* m_nameTaken = nullptr;

@@ -1,7 +1,6 @@
 #include "cataloging/frmCataloging_MARCFieldSort.h"
 
 #include "core/Prompter.h"
-#include "framework/Captions.h"
 #include "wire/FieldOrder.h"
 
 #include <QDialogButtonBox>
@@ -68,7 +67,6 @@ void frmCataloging_MARCFieldSort::Initialize(const OrderingRule& rule, const QSt
             new QRegularExpressionValidator(QRegularExpression(characters), txtParameter));
     txtParameter->setText(shownParameter);
     txtParameter->selectAll();
-    AssignMnemonics(*this);
     TakeText(txtParameter->text());
 }
 

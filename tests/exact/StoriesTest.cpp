@@ -49,6 +49,8 @@ bool ScreenStory::OnStage(const QString& command, const Words& words) {
         application.clusters.SetCurrent(words[0]);
         if (front)
             static_cast<sysadmin::Screen*>(front)->OnClusterChanged();
+    } else if (command == u"sort-options") {
+        application.orderingRules.Load(channel);
     } else if (command == u"open") {
         if (words[0] == u"TestGroups")
             Open<GroupScreen>();

@@ -149,11 +149,11 @@ bool StoryTeller::Act(const QString& command, const Words& words) {
         for (const QChar letter : words[1])
             QTest::keyClick(front->focusWidget(), letter.toLatin1());
     } else if (command == u"paste") {
-        auto& edit = static_cast<QLineEdit&>(Seen(words[0]));
+        QWidget& edit = Seen(words[0]); // of one line or of several
         QGuiApplication::clipboard()->setText(words[1]);
         edit.setFocus();
-        edit.selectAll();
-        edit.paste();
+        QMetaObject::invokeMethod(&edit, "selectAll");
+        QMetaObject::invokeMethod(&edit, "paste");
     } else if (command == u"press") {
         QWidget* popup = QApplication::activePopupWidget();
         if (words[1] == u"popup" && !popup)
