@@ -17,6 +17,7 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <utility>
 
 namespace sysadmin {
@@ -184,15 +185,19 @@ void NavigationBar::Choose(QTreeWidgetItem* item) {
 }
 
 void NavigationBar::Find(const QString& text) {
-    const QString wanted = text.trimmed();
+    const QString wanted = text.simplified();
+    const QStringList words = wanted.split(' ', Qt::SkipEmptyParts);
     delete std::exchange(m_words, nullptr);
     bool anyGroup = false;
     for (int i = 0; i < tvwScreens->topLevelItemCount(); ++i) {
         QTreeWidgetItem* group = tvwScreens->topLevelItem(i);
-        const bool wholeGroup = group->text(0).contains(wanted, Qt::CaseInsensitive);
         bool anyItem = false;
         for (int j = 0; j < group->childCount(); ++j) {
-            const bool found = wholeGroup || group->child(j)->text(0).contains(wanted, Qt::CaseInsensitive);
+            // Windows are called by both names: "Call Slip Rules" are the Rules of the Call Slips.
+            const QString name = group->text(0) + ' ' + group->child(j)->text(0);
+            const bool found = std::all_of(words.begin(), words.end(), [&](const QString& word) {
+                return name.contains(word, Qt::CaseInsensitive);
+            });
             group->child(j)->setHidden(!found);
             anyItem |= found;
         }

@@ -153,7 +153,7 @@ public:
     MoneyEditor(MoneyField& field, QWidget* parent)
         : LineEditor(field, parent) {
         m_edit->setAlignment(Qt::AlignRight);
-        m_edit->setFixedWidth(WidthForLength(*m_edit, 12));
+        m_edit->setFixedWidth(WidthForLength(*m_edit, 10));
     }
 };
 

@@ -213,16 +213,17 @@ void MaintenanceScreen::resizeEvent(QResizeEvent* event) {
 void MaintenanceScreen::ShareRoom() {
     int wanted = m_chosenWidth;
     int form = 0;
+    int tabs = 0; // with their whole captions
     for (const Table& table : m_tables) {
         if (m_chosenWidth == 0)
             wanted = qMax(wanted, table.grid->WidthOfContents());
         form = qMax(form, table.view->minimumSizeHint().width() + RoomAroundForm);
-        for (const QTabBar* tabs : table.view->findChildren<QTabBar*>()) // with their whole captions
-            form = qMax(form, tabs->sizeHint().width() + RoomAroundForm);
+        for (const QTabBar* bar : table.view->findChildren<QTabBar*>())
+            tabs = qMax(tabs, bar->sizeHint().width() + RoomAroundForm);
     }
     const int room = layout()->contentsRect().width() - m_splitter->handleWidth();
     if (m_chosenWidth == 0)
-        wanted = qMin(wanted, room / 2);
+        wanted = qMax(qMin(qMin(wanted, room / 2), room - tabs), qMin(wanted, room / 3));
     wanted = qMax(qMin(wanted, room - form), m_listSide->minimumSizeHint().width());
     m_splitter->setSizes({wanted, qMax(1, room - wanted)});
 }
