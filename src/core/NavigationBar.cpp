@@ -186,25 +186,33 @@ void NavigationBar::Choose(QTreeWidgetItem* item) {
 
 void NavigationBar::Find(const QString& text) {
     const QString wanted = text.simplified();
-    const QStringList words = wanted.split(' ', Qt::SkipEmptyParts);
     delete std::exchange(m_words, nullptr);
-    bool anyGroup = false;
-    for (int i = 0; i < tvwScreens->topLevelItemCount(); ++i) {
-        QTreeWidgetItem* group = tvwScreens->topLevelItem(i);
-        bool anyItem = false;
-        for (int j = 0; j < group->childCount(); ++j) {
-            // Windows are called by both names: "Call Slip Rules" are the Rules of the Call Slips.
-            const QString name = group->text(0) + ' ' + group->child(j)->text(0);
-            const bool found = std::all_of(words.begin(), words.end(), [&](const QString& word) {
-                return name.contains(word, Qt::CaseInsensitive);
-            });
-            group->child(j)->setHidden(!found);
-            anyItem |= found;
+    const auto show = [&](const auto& isFound) {
+        bool any = false;
+        for (int i = 0; i < tvwScreens->topLevelItemCount(); ++i) {
+            QTreeWidgetItem* group = tvwScreens->topLevelItem(i);
+            bool anyItem = false;
+            for (int j = 0; j < group->childCount(); ++j) {
+                const bool found = isFound(group->text(0), group->child(j)->text(0));
+                group->child(j)->setHidden(!found);
+                anyItem |= found;
+            }
+            group->setHidden(!anyItem);
+            group->setExpanded(wanted.isEmpty() ? KeyOf(group) == m_currentGroup : anyItem);
+            any |= anyItem;
         }
-        group->setHidden(!anyItem);
-        group->setExpanded(wanted.isEmpty() ? KeyOf(group) == m_currentGroup : anyItem);
-        anyGroup |= anyItem;
-    }
+        return any;
+    };
+    bool anyGroup = show([&](const QString& group, const QString& item) {
+        return group.contains(wanted, Qt::CaseInsensitive) || item.contains(wanted, Qt::CaseInsensitive);
+    });
+    // A window's title is made of both names: "Call Slip Rules" are the Rules of the Call Slips.
+    if (!anyGroup)
+        anyGroup = show([words = wanted.split(' ')](const QString& group, const QString& item) {
+            return std::all_of(words.begin(), words.end(), [&](const QString& word) {
+                return group.contains(word, Qt::CaseInsensitive) || item.contains(word, Qt::CaseInsensitive);
+            });
+        });
     const bool nothing = !ShowWords(wanted) && !anyGroup && !wanted.isEmpty();
     lblNothingFound->setVisible(nothing);
     if (nothing) {

@@ -98,6 +98,9 @@ TEST_F(NavigationBarTest, FindsItemsAcrossGroups) {
     EXPECT_EQ(ShownItems(), QStringList({"WS_LoginSummary", "WS_SelfRegistration", "WS_Configuration"}));
     QTest::keyClick(&find, Qt::Key_Escape);
     EXPECT_EQ(ShownItems().size(), 11) << "the open group is not back";
+    QTest::keyClicks(&find, "call slip rules"); // the title of the window
+    EXPECT_EQ(ShownItems(), QStringList{"CallSlip_Rules"});
+    QTest::keyClick(&find, Qt::Key_Escape);
     QTest::keyClicks(&find, "nothing like it");
     EXPECT_TRUE(ShownItems().isEmpty());
     QTest::keyClick(&find, Qt::Key_Return);
