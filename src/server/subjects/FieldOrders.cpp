@@ -76,19 +76,18 @@ Answer ReadRules(Context& context, const wire::Fields& request) {
 /// "UpdMarcFieldOrder": stores a configuration without its groups, which are sent one by one behind it.
 Answer StoreConfiguration(Context& context, const wire::Fields& request) {
     const bool isNew = wire::FirstValue(request, "MFOCID").isEmpty();
-    const auto stored = isNew ? std::nullopt : Configuration(context, request);
-    if (!isNew && !stored)
+    const qint64 stored = isNew ? 0 : Configuration(context, request).value_or(0);
+    if (!isNew && stored == 0)
         return {status::NotFound};
-    Row row = stored ? *context.records.Find(Configurations, *stored) : Row();
+    Row row = isNew ? Row() : *context.records.Find(Configurations, stored);
     if (const qint16 refused = ReadFields(context, Fields(), request, isNew, row))
         return {refused};
-    if (context.records.IsTaken(Configurations, {"name"}, row.value("name").toString(), {},
-                                stored.value_or(0)))
+    if (context.records.IsTaken(Configurations, {"name"}, row.value("name").toString(), {}, stored))
         return {status::DuplicateName};
     Answer answer;
-    if (stored) {
-        context.records.Update(Configurations, *stored, row);
-        context.records.RemoveWhere(Groups, "configuration_id", *stored);
+    if (!isNew) {
+        context.records.Update(Configurations, stored, row);
+        context.records.RemoveWhere(Groups, "configuration_id", stored);
     } else {
         Put(answer.fields, "MFOCID", QString::number(context.records.Insert(Configurations, row)));
     }
