@@ -40,7 +40,7 @@ bool IsSubfield(const QString& value) {
 }
 
 PickedSpec IndexLists(Form* settings) {
-    const GridColumn code{.caption = Form::tr("Code"), .width = 60};
+    const GridColumn code{.caption = Form::tr("Code"), .width = 46};
     const auto status = [](const QString& id, const QString& text) {
         return GridColumn{
             .caption = Form::tr("Status"),
