@@ -71,6 +71,7 @@ AboutDialog::AboutDialog(QWidget* parent, const std::function<void()>& showCompo
         cmdComponents->setAutoDefault(false);
         connect(cmdComponents, &QPushButton::clicked, this, showComponents);
         buttons->addWidget(cmdComponents);
+        setTabOrder(cmdComponents, cmdOK);
     }
     buttons->addStretch();
     buttons->addWidget(cmdOK);

@@ -24,6 +24,11 @@ QString ItemsOf(const QList<PickItem>& items) {
     return words;
 }
 
+/// Where the entries of a choice stand in the reply.
+QString TagsOf(const ChoiceSource& source) {
+    return source.request.isEmpty() ? QString() : " tags=" + source.idTag + "/" + source.textTag;
+}
+
 QString OfField(const Field& field) {
     QString line = field.kind + " " + field.control + " " + field.tag;
     if (field.kind == u"picked")
@@ -36,7 +41,7 @@ QString OfField(const Field& field) {
             (field.required ? " required" : "") + (field.shown ? " shown" : "") +
             Named("initial", field.initial) + Named("unit", field.unit) + Named("by", field.by) +
             Named("suffix", field.suffix) + Named("tip", field.tip) + ItemsOf(field.entries) +
-            Named("from", field.source.request) + Named("pick", field.source.pickList);
+            Named("from", field.source.request) + Named("pick", field.source.pickList) + TagsOf(field.source);
     if (field.max > 0)
         line += " max=" + QString::number(field.max);
     return field.kind == u"date" ? line + " format=" + field.format : line;
@@ -138,6 +143,8 @@ QString OfField(const sysadmin::Field& declared) {
     field.tip = spec.toolTip;
     field.entries = spec.options;
     field.source.request = spec.source.request;
+    field.source.idTag = spec.source.idTag;
+    field.source.textTag = spec.source.textTag;
     field.source.pickList = spec.source.pickList;
     field.max = spec.maxLength;
     if (!spec.format.isEmpty())

@@ -94,7 +94,8 @@ TEST_P(LostUpdateTest, EveryUpdateAndDeleteIsRefusedOnceSomebodyElseChangedTheRe
             });
         };
 
-        ASSERT_EQ(Mine().Send(reader, readFields).status, status::Ok);
+        const qint16 read = Mine().Send(reader, readFields).status;
+        ASSERT_TRUE(read == status::Ok || read == status::Continues) << read;
         change(987654);
         const wire::Reply refused = Mine().Send(name, fields);
         EXPECT_EQ(refused.status, status::RecordChanged);
