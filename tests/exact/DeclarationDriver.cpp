@@ -25,8 +25,8 @@ QString ItemsOf(const QList<PickItem>& items) {
 }
 
 /// Where the entries of a choice stand in the reply.
-QString TagsOf(const ChoiceSource& source) {
-    return source.request.isEmpty() ? QString() : " tags=" + source.idTag + "/" + source.textTag;
+QString TagsOf(const Source& source) {
+    return source.request.isEmpty() ? QString() : " tags=" + source.id + "/" + source.text;
 }
 
 QString OfField(const Field& field) {
@@ -143,8 +143,8 @@ QString OfField(const sysadmin::Field& declared) {
     field.tip = spec.toolTip;
     field.entries = spec.options;
     field.source.request = spec.source.request;
-    field.source.idTag = spec.source.idTag;
-    field.source.textTag = spec.source.textTag;
+    field.source.id = spec.source.idTag;
+    field.source.text = spec.source.textTag;
     field.source.pickList = spec.source.pickList;
     field.max = spec.maxLength;
     if (!spec.format.isEmpty())
