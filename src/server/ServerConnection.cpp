@@ -290,8 +290,9 @@ std::optional<QByteArray> ServerConnection::HandleNumbered(const wire::Request& 
     }
     m_number = request.number;
     m_resumed = false;
-    // A change is kept by now: nothing that could still fail may follow.
-    if (view && !changes)
+    // A change is kept by now: nothing that could still fail may follow. What only reads, in parts, changed
+    // nothing but how far it went; its reply would come again.
+    if (view && (!changes || rule->access == Access::View))
         view->KeepRead(m_library->Seen(), answered);
     if (view)
         view->KeepTold(m_library->Seen());
