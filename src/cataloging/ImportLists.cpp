@@ -83,11 +83,11 @@ QString TextOf(const QList<PickItem>& items, const QString& id) {
 }
 
 QList<GridColumn> MappingColumns() {
-    return {{.caption = Form::tr("MARC Item"), .width = 100, .tag = "DMI"},
-            {.caption = Form::tr("Item Type"), .width = 130, .tag = "DMId"},
-            {.caption = Form::tr("MARC Loc"), .width = 100, .tag = "DLI"},
+    return {{.caption = Form::tr("MARC Item"), .width = 84, .tag = "DMI"},
+            {.caption = Form::tr("Item Type"), .width = 110, .tag = "DMId"},
+            {.caption = Form::tr("MARC Loc"), .width = 84, .tag = "DLI"},
             {.caption = Form::tr("Location"), .tag = "DML"},
-            {.caption = Form::tr("Hierarchy"), .width = 170, .tag = "DMH"}};
+            {.caption = Form::tr("Hierarchy"), .width = 130, .tag = "DMH"}};
 }
 
 RowsSpec MappingRows() {

@@ -89,6 +89,8 @@ TryImportDialog::TryImportDialog(Prompter& prompter, const ImportTrialRule& rule
         if (name == u"vsfTriedRecords")
             below->addWidget(grid->FilterBox());
         below->addWidget(grid, 1);
+        if (name == u"vsfTriedRecords")
+            QWidget::setTabOrder(grid->FilterBox(), grid);
         return grid;
     };
     vsfTriedRecords = addGrid("vsfTriedRecords", tr("Records"),

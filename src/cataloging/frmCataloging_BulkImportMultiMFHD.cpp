@@ -11,8 +11,6 @@ namespace bulkimport = wire::bulkimport;
 
 namespace {
 
-constexpr int DialogWidth = 1060;
-
 /// What a subfield of the repeated field is.
 struct SubfieldCaption {
     const char* name; ///< of the setting
@@ -100,8 +98,8 @@ Layout MultipleHoldingsForm::Draw() {
     QList<Layout> holdingsParts = boxes(false);
     holdingsParts << chkCollapseMFHDS;
     return Below({mainField,
-                  Flow(2, {Frame("fraHoldingsSubfields", tr("Subfields of the MFHD"), holdingsParts),
-                           Frame("fraItemSubfields", tr("Subfields of the item"), itemParts)}),
+                  Beside({Frame("fraHoldingsSubfields", tr("Subfields of the MFHD"), holdingsParts),
+                          Frame("fraItemSubfields", tr("Subfields of the item"), itemParts)}),
                   location});
 }
 
@@ -111,7 +109,6 @@ bool MultipleHoldingsForm::Edit(Prompter& prompter, QWidget* parent) {
                        .title = tr("Bulk Import Multiple MFHD"),
                        .helpContext = 50435},
                       parent);
-    dialog.resize(DialogWidth, 0); // both frames side by side
     return prompter.RunDialog(dialog);
 }
 
