@@ -203,6 +203,8 @@ void frmCataloging_MARCFieldGroups::SetFieldOrderGroup(const FieldOrderGroup& gr
     txtField[LastOfRange]->setText(pattern.last);
     optTags->button(int(pattern.kind))->setChecked(true);
     TakePattern();
+    if (pattern.kind != FieldPattern::Kind::Any)
+        txtField[BoxOf(pattern.kind)]->setFocus();
     ShowRules();
     for (ListGrid* grid : {vsfAvailable, vsfSelected})
         if (grid->Model().rowCount() > 0)

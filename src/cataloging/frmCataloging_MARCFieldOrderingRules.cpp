@@ -40,7 +40,7 @@ frmCataloging_MARCFieldOrderingRules::frmCataloging_MARCFieldOrderingRules(Appli
                    Page(tr("&Field Groups and Sort Rules"),
                         {m_form.vsfGroups,
                          Button(
-                             "cmdTry", tr("&Try It..."), [this] { TryOrder(); }, [] { return true; })})}),
+                             "cmdTry", tr("Tr&y It..."), [this] { TryOrder(); }, [] { return true; })})}),
              {OnUpdate(PutOriginalKey("MFOCID")),
               PutValue(m_form.txtName),
               PutValue(m_form.txtDescription),
