@@ -25,7 +25,7 @@ namespace sysadmin {
 
 namespace {
 
-constexpr int LeastListWidth = 160;
+constexpr int LeastListWidth = 140;
 constexpr int RoomAroundForm = 40; // frame, margins and a scroll bar
 
 } // namespace
