@@ -19,6 +19,7 @@ protected:
     bool PrepareNew(Table& table) override;
     void ReadRecord(Table& table) override;
     bool CheckBeforeSave(Table& table) override;
+    void ReportSaveFailure(Table& table, qint16 status) override;
     void RefreshOwnControls() override;
 
 private:
