@@ -87,9 +87,9 @@ IndexScreen::IndexScreen(Application& application, const IndexSpec& spec, QWidge
     Finish();
     connect(&application.notices, &Notices::SubjectChanged, this, &IndexScreen::OnSubjectChanged);
     connect(&application.notices, &Notices::ChangedByOthers, this, &IndexScreen::OnSubjectChanged);
-    // A few lines: the lists above have more to show.
-    auto* meaning = findChild<QPlainTextEdit*>("txtMeaning");
-    meaning->setMaximumHeight(MeaningLines * meaning->fontMetrics().lineSpacing());
+    // A few lines where there is a list above, which has more to show.
+    if (auto* meaning = findChild<QPlainTextEdit*>("txtMeaning"); !m_form.heading)
+        meaning->setMaximumHeight(MeaningLines * meaning->fontMetrics().lineSpacing());
     if (!isFixed)
         return;
     SetRights(false, application.profile.MayEdit(Area::System), false);
