@@ -73,11 +73,15 @@ frmCataloging_DuplicateTry::frmCataloging_DuplicateTry(Prompter& prompter, const
     buttons->addWidget(close);
     whole->addLayout(buttons);
     AssignMnemonics(*this);
+    m_txtIncoming->setFocus();
 }
 
 QPlainTextEdit* frmCataloging_DuplicateTry::AddRecord(QHBoxLayout& side, const QString& role,
                                                       const QString& caption) {
     auto* column = new QVBoxLayout;
+    // In front of the text: the Tab key goes down.
+    auto* open = new QPushButton(tr("Open..."), this);
+    open->setObjectName("cmdOpen" + role);
     auto* text = new QPlainTextEdit(this);
     text->setObjectName("txt" + role);
     text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
@@ -86,8 +90,6 @@ QPlainTextEdit* frmCataloging_DuplicateTry::AddRecord(QHBoxLayout& side, const Q
     text->setLineWrapMode(QPlainTextEdit::NoWrap);
     auto* label = new QLabel(caption, this);
     label->setBuddy(text);
-    auto* open = new QPushButton(tr("Open..."), this);
-    open->setObjectName("cmdOpen" + role);
     open->setAutoDefault(false);
     open->setAccessibleName(tr("Open: %1").arg(QString(caption).remove('&').remove(':')));
     connect(open, &QPushButton::clicked, this, [this, text] { Open(*text); });
