@@ -163,6 +163,7 @@ protected:
         m_mover->SelectedGrid().SetEditable(m_mayEdit);
         if (m_settings)
             m_settings->SetReadOnly(!m_mayEdit);
+        ShowSettings();
         RefreshButtons();
     }
 
@@ -241,7 +242,7 @@ private:
         for (qsizetype i = 0; i < more.size(); ++i)
             if (auto* value = dynamic_cast<ValueField*>(form.FindByTag(more[i].tag)); value && row)
                 value->SetStored(row->cells.value(i + 1));
-        m_settings->setEnabled(row);
+        m_settings->setEnabled(row || !m_mayEdit); // what is only shown can take the focus
     }
     void TakeSetting(Field* field) {
         const QString key = m_mover->SelectedGrid().SelectedKey();
