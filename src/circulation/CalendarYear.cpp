@@ -86,6 +86,11 @@ void CalendarYear::FollowForm() {
     update();
 }
 
+void CalendarYear::SetEvents(const QList<Event>& events) {
+    m_events = events;
+    FollowForm();
+}
+
 QString CalendarYear::InWords(QDate date) const {
     const QString day = QLocale().toString(date, QLocale::LongFormat);
     const std::optional<Hours> hours = m_form.HoursOn(date);
@@ -97,8 +102,10 @@ QString CalendarYear::InWords(QDate date) const {
                      .arg(Shown(hours->open), Shown(hours->close));
     else
         parts << tr("closed");
-    if (m_form.lists.ExceptionOn(date))
-        parts << tr("exception");
+    if (m_form.lists.ExceptionOn(date)) {
+        const QStringList events = EventsOn(m_events, date);
+        parts << (events.isEmpty() ? tr("exception") : events.join(", "));
+    }
     if (m_form.lists.IsTermEnd(date))
         parts << tr("end of term");
     if (m_form.txtFixedDueDate.Date() == date)

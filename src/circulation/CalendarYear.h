@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/data/EventList.h"
+
 #include <QDate>
 #include <QWidget>
 
@@ -18,6 +20,8 @@ public:
     /// The form outlives the widget.
     CalendarYear(const CalendarForm& form, QWidget* parent);
 
+    /// What takes place in the library; named on the dates of exceptions.
+    void SetEvents(const QList<Event>& events);
     /// What the calendar says of the date, in a sentence.
     QString InWords(QDate date) const;
     QDate CurrentDay() const { return m_day; }
@@ -45,6 +49,7 @@ private:
     void FollowForm();
 
     const CalendarForm& m_form;
+    QList<Event> m_events;
     QDate m_first; // of the first month that is shown
     QDate m_day;
     SpokenPicture* m_spoken;

@@ -3,6 +3,7 @@
 #include "circulation/CalendarYear.h"
 #include "core/Application.h"
 #include "framework/RowsEditor.h"
+#include "wire/Status.h"
 
 #include <QLabel>
 #include <QPainter>
@@ -106,14 +107,29 @@ frmCirculation_Calendars::frmCirculation_Calendars(Application& application, QWi
                      Page(tr("&Terms"), {m_form.lists.terms}), Page(tr("&Year"), {Slot("picYear")})})}),
         Puts(m_form), [this](const QString& name) { return MakeSlot(name); });
     Finish();
+    connect(&application.notices, &Notices::SubjectChanged, this, [this](const QString& subject) {
+        if (subject == u"Evt")
+            ReadEventNames();
+    });
 }
 
 QWidget* frmCirculation_Calendars::MakeSlot(const QString& name) {
     if (name.startsWith(NextDayPrefix))
         return MakeNextDayIcon(m_form.week[size_t(WeekRoles.indexOf(name.mid(NextDayPrefix.size())))], name);
-    auto* year = new CalendarYear(m_form, this);
-    connect(year, &CalendarYear::DayChosen, this, &frmCirculation_Calendars::AskExceptionFor);
-    return year;
+    picYear = new CalendarYear(m_form, this);
+    connect(picYear, &CalendarYear::DayChosen, this, &frmCirculation_Calendars::AskExceptionFor);
+    return picYear;
+}
+
+void frmCirculation_Calendars::BeforeLoad() {
+    ReadEventNames();
+}
+
+// Without them the year is as good, only less telling.
+void frmCirculation_Calendars::ReadEventNames() {
+    QList<Event> events;
+    if (ReadEvents(App().channel, events) == wire::status::Ok)
+        picYear->SetEvents(events);
 }
 
 QWidget* frmCirculation_Calendars::MakeNextDayIcon(const DayHours& day, const QString& name) {

@@ -7,6 +7,8 @@ namespace sysadmin {
 
 class CalendarYear;
 
+class CalendarYear;
+
 /// Circulation calendars of the current cluster: weekly opening hours, exception dates, terms and the fixed
 /// due date.
 class frmCirculation_Calendars : public MaintenanceScreen {
@@ -16,6 +18,7 @@ public:
     frmCirculation_Calendars(Application& application, QWidget* parent);
 
 protected:
+    void BeforeLoad() override;
     bool CheckBeforeSave(Table& table) override;
     void BeforeSeveral(Table& table) override;
 
@@ -24,9 +27,11 @@ private:
     QWidget* MakeNextDayIcon(const DayHours& day, const QString& name);
     void MarkAll(const QString& mark);
     void AskExceptionFor(QDate date);
+    void ReadEventNames();
 
     CalendarForm& m_form = KeepForm<CalendarForm>();
     SeveralCalendarsForm& m_several = KeepForm<SeveralCalendarsForm>();
+    CalendarYear* picYear = nullptr;
 };
 
 } // namespace sysadmin

@@ -85,9 +85,13 @@ void Complete(TableDeclaration& table) {
                 FillIn(column.tag, field->Tag());
                 spec.columns.append(column);
             }
-    for (GridColumn& column : spec.columns)
-        if (const auto* date = dynamic_cast<const DateField*>(table.form->FindByColumn(column.tag)))
+    for (GridColumn& column : spec.columns) {
+        const Field* field = table.form->FindByColumn(column.tag);
+        if (const auto* date = dynamic_cast<const DateField*>(field))
             FillIn(column.dateFormat, date->Format());
+        if (dynamic_cast<const ChoiceField*>(field) && column.items.isEmpty())
+            column.items = field->Spec().options;
+    }
     if (table.puts.isEmpty())
         table.puts = StepsOf(table);
     Resolve(table.layout, *table.form);

@@ -83,7 +83,7 @@ void Registry::AddSubject(Subject declared) {
     for (const SubjectField& field : subject.fields) {
         if (field.tag == subject.key && field.kind == SubjectField::Kind::Text && field.duplicateStatus == 0)
             qFatal("The key of %s must be unique.", qPrintable(subject.table));
-        if (field.kind != SubjectField::Kind::Joined)
+        if (field.kind != SubjectField::Kind::Joined && field.kind != SubjectField::Kind::Uses)
             table.columns << field.StoredAs();
         if (field.duplicateStatus != 0)
             table.uniqueTexts << UniqueText{field.column, field.uniqueWithin};

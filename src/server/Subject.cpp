@@ -58,6 +58,12 @@ SubjectField SubjectField::Joined(const QString& tag, const QString& through, co
     return field;
 }
 
+SubjectField SubjectField::Uses(const QString& tag) {
+    SubjectField field = Make(Kind::Uses, tag, {});
+    field.inPut = false;
+    return field;
+}
+
 SubjectField SubjectField::Secret(const QString& tag, const QString& mark, const QString& column, int limit) {
     SubjectField field = Make(Kind::Secret, tag, column);
     field.mark = mark;
@@ -133,6 +139,8 @@ Column SubjectField::StoredAs() const {
     case Kind::Reference:
     case Kind::Joined:
         return {.name = column, .type = ColumnType::Reference, .target = target, .onRemoval = onRemoval};
+    case Kind::Uses:
+        break;
     }
     Q_UNREACHABLE();
 }

@@ -15,7 +15,7 @@ using namespace wire::lengths;
 ///     SubjectField::Text("Nm", "name", 40).Required().Unique(status::DuplicateName).InList()
 class SubjectField {
 public:
-    enum class Kind { Text, Flag, Whole, Decimal, Reference, Joined, Secret };
+    enum class Kind { Text, Flag, Whole, Decimal, Reference, Joined, Uses, Secret };
 
     /// A text of up to `limit` characters.
     static SubjectField Text(const QString& tag, const QString& column, int limit);
@@ -32,6 +32,9 @@ public:
     /// A column of the record to which the reference column `through` points. Never written.
     static SubjectField Joined(const QString& tag, const QString& through, const QString& target,
                                const QString& column);
+
+    /// How many records of the library's other clients have the record, of all kinds together. Never written.
+    static SubjectField Uses(const QString& tag);
 
     /// A password for another system, of up to `limit` characters. It is kept so that only this server can
     /// read it and never sent: replies say under `mark` whether there is one. A request with the mark "Y"

@@ -86,6 +86,11 @@ Shape MakeShape(const Subject& subject, bool list) {
             continue;
         }
         shape.tags << field.tag;
+        if (field.kind == SubjectField::Kind::Uses) {
+            columns << QString("(SELECT COALESCE(SUM(u.used), 0) FROM usage u WHERE u.table_name='" +
+                               subject.table + "' AND u.record_id=t.id)");
+            continue;
+        }
         if (field.targetColumn.isEmpty()) {
             columns << QString("t." + field.column);
             continue;

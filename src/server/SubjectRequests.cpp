@@ -65,6 +65,7 @@ std::optional<QVariant> ToStore(Context& context, const SubjectField& field, con
         return id ? std::optional<QVariant>(*id) : std::nullopt;
     }
     case SubjectField::Kind::Joined:
+    case SubjectField::Kind::Uses:
     case SubjectField::Kind::Secret:
         break;
     }

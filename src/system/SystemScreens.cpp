@@ -5,9 +5,11 @@
 #include "system/frmSystem_AccessControlGroups.h"
 #include "system/frmSystem_BaseCurrency.h"
 #include "system/frmSystem_DefaultAdd.h"
+#include "system/frmSystem_Events.h"
 #include "system/frmSystem_FineFeeReasons.h"
 #include "system/frmSystem_Locations.h"
 #include "system/frmSystem_PrintLocations.h"
+#include "wire/Status.h"
 
 #include <QCoreApplication>
 
@@ -17,6 +19,11 @@ namespace {
 
 QString tr(const char* text) {
     return QCoreApplication::translate("System", text);
+}
+
+/// What is counted, as it travels and as it is read.
+QList<PickItem> CategoryKinds() {
+    return {{"I", tr("Items")}, {"P", tr("Patrons")}};
 }
 
 /// The locations that belong to a record, of those that could.
@@ -141,6 +148,40 @@ PlainTable OwningLibraries() {
                                       Page(tr("&Locations"), {"fraLocations"})})};
 }
 
+/// Categories under which items and patrons are counted.
+PlainTable StatisticalCategories() {
+    return {{"System_StatisticalCategories", 50817, tr("System Statistical Categories"), Area::System},
+            {.subject = tr("Statistical Category"),
+             .word = "StCat",
+             .plural = "System Statistical Categories",
+             .columns = {{.caption = tr("Used For"), .width = 90, .tag = "T"},
+                         {.caption = tr("Codes"), .width = 120, .tag = "Cd"},
+                         {.caption = tr("Names"), .tag = "Nm"},
+                         {.caption = tr("In Use"), .width = 80, .tag = "U"}},
+             .deleteWords = {{wire::status::InUse,
+                              {tr("This statistical category cannot be deleted because items or patrons have "
+                                  "it."),
+                               tr("Cannot Delete Statistical Category")}}}},
+            {Declare<ChoiceField>({.name = "cboKind",
+                                   .tag = "T",
+                                   .caption = tr("Used For:"),
+                                   .initial = "I",
+                                   .toolTip = tr("A category that is in use stays what it is used for."),
+                                   .options = CategoryKinds()}),
+             Declare<TextField>({.name = "txtCode",
+                                 .tag = "Cd",
+                                 .caption = tr("Code:"),
+                                 .maxLength = CodeLength,
+                                 .required = true,
+                                 .changedTag = "NCd"}),
+             Declare<TextField>({.name = "txtName",
+                                 .tag = "Nm",
+                                 .caption = tr("Name:"),
+                                 .maxLength = NameLength,
+                                 .required = true,
+                                 .changedTag = "NNm"})}};
+}
+
 } // namespace
 
 void AddSystemScreens(ScreenCatalogue& catalogue) {
@@ -154,6 +195,8 @@ void AddSystemScreens(ScreenCatalogue& catalogue) {
     catalogue.Contribute<frmSystem_Locations>("System_Locations", 50806);
     catalogue.Contribute(OwningLibraries());
     catalogue.Contribute<frmSystem_PrintLocations>("System_PrintLocations", 50810);
+    catalogue.Contribute<frmSystem_Events>("System_Events", 50816);
+    catalogue.Contribute(StatisticalCategories());
 }
 
 } // namespace sysadmin

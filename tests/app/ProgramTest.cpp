@@ -156,8 +156,8 @@ TEST(ProgramTest, TheTourMakesItsChangeAndTheTraceTellsItWithoutPasswords) {
         requests.append(object["request"].toString() + ' ' + QString::number(object["status"].toInt()));
     }
     EXPECT_EQ(requests, QStringList({"Hello 0", "Hello 0", "SignOn 0", "SAInit 0", "CheckMasterProfile 0",
-                                     "LstVenTp 0", "UpdVenTp 0", "AddVenTp 8", "AddVenTp 0", "DelVenTp 13",
-                                     "DelVenTp 0", "UpdVenTp 0", "SignOff 0"}));
+                                     "LstMarcFieldOrderRules 0", "LstVenTp 0", "UpdVenTp 0", "AddVenTp 8",
+                                     "AddVenTp 0", "DelVenTp 13", "DelVenTp 0", "UpdVenTp 0", "SignOff 0"}));
 }
 
 TEST(ProgramTest, BadOptionsGetOneLine) {

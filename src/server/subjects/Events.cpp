@@ -1,0 +1,72 @@
+#include "wire/Events.h"
+#include "server/subjects/Registrations.h"
+
+#include <QTime>
+
+namespace sysadmin::server {
+
+namespace events = wire::events;
+
+namespace {
+
+bool IsKind(const QString& value) {
+    return value == events::kind::EachYear || value == events::kind::Weekday ||
+           value == events::kind::FromEaster || value == events::kind::Once;
+}
+
+bool IsDate(const QString& value) {
+    return value.isEmpty() || QDate::fromString(value, events::DateFormat).isValid();
+}
+
+bool IsTime(const QString& value) {
+    return value.isEmpty() || QTime::fromString(value, "HH:mm").isValid();
+}
+
+/// There is a date of which the rule speaks, and an open day has hours.
+qint16 CheckEvent(Context&, const wire::Fields&, const Row&, Row& after) {
+    const auto number = [&](const char* column) { return after[column].toInt(); };
+    const auto text = [&](const char* column) { return after[column].toString(); };
+    const events::Rule rule{.kind = text("kind"),
+                            .month = number("month"),
+                            .day = number("day"),
+                            .week = number("week"),
+                            .weekday = number("weekday"),
+                            .fromEaster = number("days_from_easter"),
+                            .date = QDate::fromString(text("date"), events::DateFormat)};
+    const bool hasHours = !text("open_time").isEmpty() && !text("close_time").isEmpty();
+    return events::IsPossible(rule) && (text("is_open") != u"Y" || hasHours) ? status::Ok
+                                                                             : status::ColumnError;
+}
+
+} // namespace
+
+void RegisterEvents(Registry& registry) {
+    registry.AddSubject({
+        .table = "events",
+        .requests =
+            {.list = "LstEvt", .get = "GetEvt", .add = "AddEvt", .update = "UpdEvt", .remove = "DelEvt"},
+        .fields =
+            {
+                SubjectField::Text("Nm", "name", NameLength)
+                    .Required()
+                    .Unique(status::DuplicateName)
+                    .InList(),
+                SubjectField::Text("K", "kind", 1).Required().Checked(IsKind).InList(),
+                SubjectField::Whole("M", "month", 1, 12).InList(),
+                SubjectField::Whole("Dy", "day", 1, 31).InList(),
+                SubjectField::Whole("Wk", "week", 1, events::LastWeek).InList(),
+                SubjectField::Whole("Wd", "weekday", 0, 6).InList(),
+                SubjectField::Whole("Of", "days_from_easter", -events::MostFromEaster, events::MostFromEaster)
+                    .InList(),
+                SubjectField::Text("Dt", "date", 8).Checked(IsDate).InList(),
+                SubjectField::Flag("O", "is_open").InList(),
+                SubjectField::Text("OTm", "open_time", 5).Checked(IsTime).InList(),
+                SubjectField::Text("CTm", "close_time", 5).Checked(IsTime).InList(),
+            },
+        .listArea = Area::AnyOperator,
+        .addReply = {"ID"},
+        .checkPut = CheckEvent,
+    });
+}
+
+} // namespace sysadmin::server
