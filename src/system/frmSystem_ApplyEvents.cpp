@@ -74,10 +74,11 @@ std::optional<QList<CalendarDays>> ReadCalendars(Application& application) {
             application.ReportRequestFailure(status, "Load Circulation Calendars", Form::tr("Event"));
             return {};
         }
+        const QString whose = application.clusters.Count() > 1 ? ", " + cluster.sClusterName : QString();
         while (channel.NextRecord("ID"))
             calendars.append({.id = channel.GetField("ID"),
                               .clusterId = id,
-                              .name = channel.GetField("Nm"),
+                              .name = channel.GetField("Nm") + whose,
                               .first = {},
                               .last = {},
                               .exceptions = {}});

@@ -13,7 +13,7 @@ class Application;
 struct CalendarDays {
     QString id;
     QString clusterId;
-    QString name;
+    QString name; ///< with its cluster's, where there are several
     QDate first;
     QDate last; ///< invalid: it has no end
     struct Day {

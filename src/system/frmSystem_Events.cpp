@@ -147,11 +147,10 @@ frmSystem_Events::frmSystem_Events(Application& application, QWidget* parent)
              m_form,
              Below({m_form.txtName, m_form.cboRule, Beside({m_form.cboMonth, m_form.txtDay}),
                     Beside({m_form.cboWeek, m_form.cboWeekday}), m_form.txtFromEaster, m_form.txtDate,
-                    Beside({m_form.chkOpen, m_form.txtOpenTime, m_form.txtCloseTime}), Slot("lblNext")}),
+                    m_form.chkOpen, Beside({m_form.txtOpenTime, m_form.txtCloseTime}), Slot("lblNext")}),
              {}, [this](const QString& name) {
                  lblNext = new QLabel(this);
                  lblNext->setObjectName(name);
-                 lblNext->setWordWrap(true);
                  lblNext->setTextFormat(Qt::PlainText);
                  return lblNext;
              });
@@ -185,17 +184,20 @@ bool frmSystem_Events::CheckBeforeSave(Table& table) {
 void frmSystem_Events::RefreshOwnControls() {
     cmdApply->setVisible(App().profile.MayEdit(Area::Circulation));
     cmdApply->setEnabled(GetState() == State::List && !Current().grid->Model().Rows().isEmpty());
+    ShowNext();
 }
 
 /// The next dates of what is entered, while it is entered.
 void frmSystem_Events::ShowNext() {
+    if (!lblNext)
+        return; // not built yet
     const QList<QDate> next = NextDates(m_form.Entered().rule);
     QStringList words;
     for (const QDate& date : next.mid(0, NextShown))
         words.append(QLocale().toString(date, QLocale::LongFormat));
     lblNext->setText(GetState() == State::List ? QString()
                      : words.isEmpty()         ? tr("No date in the next %1 years.").arg(YearsAhead)
-                                               : tr("Next: %1").arg(words.join("; ")));
+                                               : tr("Next dates:") + "\n" + words.join("\n"));
 }
 
 void frmSystem_Events::ApplyToCalendars() {

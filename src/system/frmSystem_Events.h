@@ -42,9 +42,9 @@ struct EventForm : Form {
                        .caption = tr("Date:"),
                        .required = true,
                        .format = wire::events::DateFormat}};
-    FlagField chkOpen{*this, {.name = "chkOpen", .tag = "O", .caption = tr("Open, from:")}};
-    TimeField txtOpenTime{
-        *this, {.name = "txtOpenTime", .tag = "OTm", .required = true, .accessible = tr("Open time")}};
+    FlagField chkOpen{*this, {.name = "chkOpen", .tag = "O", .caption = tr("Open, with hours of its own")}};
+    TimeField txtOpenTime{*this,
+                          {.name = "txtOpenTime", .tag = "OTm", .caption = tr("From:"), .required = true}};
     TimeField txtCloseTime{*this,
                            {.name = "txtCloseTime", .tag = "CTm", .caption = tr("To:"), .required = true}};
 };
