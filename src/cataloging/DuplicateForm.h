@@ -60,7 +60,7 @@ struct DuplicateForm : Form {
     Layout Draw();
     QList<PutStep> Puts() const;
     /// What fields that belong together say against each other.
-    std::optional<Finding> FormProblem();
+    std::optional<Finding> FormProblem() override;
     /// The draft as values.
     DuplicateProfile Profile() const;
 

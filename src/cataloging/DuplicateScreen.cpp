@@ -1,9 +1,9 @@
 #include "cataloging/DuplicateScreen.h"
 
+#include "cataloging/DuplicateSearch.h"
 #include "cataloging/frmCataloging_DuplicateTry.h"
 #include "core/Application.h"
 #include "core/Prompter.h"
-#include "core/data/Notices.h"
 #include "framework/Utility.h"
 #include "wire/Status.h"
 
@@ -50,11 +50,9 @@ DuplicateScreen::DuplicateScreen(Application& application, const DuplicateSpec& 
               .plural = spec.plural,
               .recordTag = "DID",
               .continuing = true,
+              .copies = true,
               .editCaption = "Edit Cataloging Authority Duplicate Detection"},
              m_form, m_form.Draw(), m_form.Puts());
-    m_cmdDuplicate = MakeButton("cmdDuplicate", tr("D&uplicate"));
-    connect(m_cmdDuplicate, &QPushButton::clicked, this, [this] { StartCopy(); });
-    AddListButton(m_cmdDuplicate);
     m_cmdTry = MakeButton("cmdTry", tr("Try &It..."));
     connect(m_cmdTry, &QPushButton::clicked, this, &DuplicateScreen::Try);
     AddListButton(m_cmdTry);
@@ -63,8 +61,7 @@ DuplicateScreen::DuplicateScreen(Application& application, const DuplicateSpec& 
     for (const char* grid : {"vsfAvailableIndexes", "vsfSelectedIndexes"})
         findChild<QTableView*>(grid)->horizontalHeader()->moveSection(DuplicateIndexes::Code,
                                                                       DuplicateIndexes::Name);
-    connect(&application.notices, &Notices::SubjectChanged, this, &DuplicateScreen::OnSubjectChanged);
-    connect(&application.notices, &Notices::ChangedByOthers, this, &DuplicateScreen::OnSubjectChanged);
+    ReloadOn({"CSDef"}, [this] { LoadIndexes(); });
 }
 
 void DuplicateScreen::BeforeLoad() {
@@ -75,45 +72,15 @@ void DuplicateScreen::PutListKey(const Table&) {
     App().channel.PutField("RT", m_spec.recordType);
 }
 
-void DuplicateScreen::OnSubjectChanged(const QString& subject) {
-    if (subject != u"CSDef")
-        return;
-    m_indexesAreOld = true;
-    RefreshOwnControls();
-}
-
-/// The record's own identifier comes first.
 void DuplicateScreen::LoadIndexes() {
-    m_indexesAreOld = false;
-    QList<DuplicateIndexes::Offer> offers{{duplicates::RecordIdCode(m_spec.recordType), m_spec.recordId, {}}};
-    RequestChannel& channel = App().channel;
-    channel.PutField("RT", m_spec.recordType);
-    if (channel.SendRequest("AvlCatDp") == wire::status::Ok)
-        while (channel.NextRecord("DAC"))
-            offers.append({channel.GetField("DAC"), channel.GetField("DAN"), channel.GetField("Ix")});
-    else
+    QList<DuplicateIndexes::Offer> offers;
+    if (ReadDuplicateIndexes(App().channel, m_spec, offers) != wire::status::Ok)
         ReportUnableToLoad(App(), this, tr("Available Indexes"));
     m_form.indexes.SetOffers(offers);
 }
 
-bool DuplicateScreen::CheckBeforeSave(Table& table) {
-    if (!MaintenanceScreen::CheckBeforeSave(table))
-        return false;
-    const std::optional<Form::Finding> problem = m_form.FormProblem();
-    if (!problem)
-        return true;
-    Tell(problem->text);
-    table.view->FocusField(*problem->field);
-    return false;
-}
-
 void DuplicateScreen::RefreshOwnControls() {
-    if (m_indexesAreOld && GetState() == State::List)
-        LoadIndexes();
-    const bool hasRow = GetState() == State::List && Current().grid && Current().grid->SelectedRow();
-    m_cmdDuplicate->setVisible(!IsReadOnly());
-    m_cmdDuplicate->setEnabled(hasRow);
-    m_cmdTry->setEnabled(hasRow);
+    m_cmdTry->setEnabled(GetState() == State::List && Current().grid->SelectedRow());
 }
 
 /// Compares two records by the selected profile as it is stored.

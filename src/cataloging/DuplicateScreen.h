@@ -18,18 +18,14 @@ public:
 protected:
     void BeforeLoad() override;
     void PutListKey(const Table& table) override;
-    bool CheckBeforeSave(Table& table) override;
     void RefreshOwnControls() override;
 
 private:
     void LoadIndexes();
-    void OnSubjectChanged(const QString& subject);
     void Try();
 
     DuplicateSpec m_spec;
     DuplicateForm& m_form;
-    bool m_indexesAreOld = false; // some were renamed while an edit was open
-    QPushButton* m_cmdDuplicate = nullptr;
     QPushButton* m_cmdTry = nullptr;
 };
 

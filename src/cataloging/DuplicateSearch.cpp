@@ -15,10 +15,6 @@ QString Tr(const char* text) {
     return QCoreApplication::translate("DuplicateSearch", text);
 }
 
-bool IsAuthority(const marc::Record& record) {
-    return record.leader.size() > 6 && record.leader[6] == u'z';
-}
-
 /// "Owls (score 150: ISBN, Title)".
 QString InWords(const QString& name, const DuplicateScore& score) {
     QStringList indexes;
@@ -30,16 +26,23 @@ QString InWords(const QString& name, const DuplicateScore& score) {
 
 } // namespace
 
+qint16 ReadDuplicateIndexes(RequestChannel& channel, const DuplicateSpec& spec,
+                            QList<DuplicateIndexes::Offer>& offers) {
+    offers = {{wire::duplicates::RecordIdCode(spec.recordType), spec.recordId, {}}};
+    channel.PutField("RT", spec.recordType);
+    const qint16 status = channel.SendRequest("AvlCatDp");
+    if (status == wire::status::Ok)
+        while (channel.NextRecord("DAC"))
+            offers.append({channel.GetField("DAC"), channel.GetField("DAN"), channel.GetField("Ix")});
+    return status;
+}
+
 std::optional<DuplicateProfile> ReadDuplicateProfile(RequestChannel& channel, const DuplicateSpec& spec,
                                                      const QString& id, qint16& status) {
-    QList<DuplicateIndexes::Offer> offers{
-        {wire::duplicates::RecordIdCode(spec.recordType), spec.recordId, {}}};
-    channel.PutField("RT", spec.recordType);
-    status = channel.SendRequest("AvlCatDp");
+    QList<DuplicateIndexes::Offer> offers;
+    status = ReadDuplicateIndexes(channel, spec, offers);
     if (status != wire::status::Ok)
         return std::nullopt;
-    while (channel.NextRecord("DAC"))
-        offers.append({channel.GetField("DAC"), channel.GetField("DAN"), channel.GetField("Ix")});
     channel.PutField("DID", id);
     channel.PutField("Look", "Y"); // the profile's own screen may be editing it
     status = channel.SendRequest("GetCatDp");
@@ -52,12 +55,12 @@ std::optional<DuplicateProfile> ReadDuplicateProfile(RequestChannel& channel, co
 }
 
 void DuplicateSearch::Add(const marc::Record& record, const QString& name) {
-    m_known.append({record, name, IsAuthority(record)});
+    m_known.append({record, name, record.IsAuthority()});
     m_byIdentifier.Add(record, name);
 }
 
 TriedMatch DuplicateSearch::Find(const marc::Record& record) const {
-    const bool isAuthority = IsAuthority(record);
+    const bool isAuthority = record.IsAuthority();
     const std::optional<DuplicateProfile>& profile = isAuthority ? m_authorities : m_bibs;
     if (!profile || profile->indexes.isEmpty())
         return {.same = m_byIdentifier.Find(record)};

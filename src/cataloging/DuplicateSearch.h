@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cataloging/DuplicateScore.h"
+#include "cataloging/DuplicateForm.h"
 #include "cataloging/ImportTrial.h"
 #include "cataloging/SameRecords.h"
 
@@ -9,7 +9,11 @@
 namespace sysadmin {
 
 class RequestChannel;
-struct DuplicateSpec;
+
+/// Reads the indexes by which records of the type can be compared; the record's own identifier comes first,
+/// whatever the status, which is that of the request.
+qint16 ReadDuplicateIndexes(RequestChannel& channel, const DuplicateSpec& spec,
+                            QList<DuplicateIndexes::Offer>& offers);
 
 /// Reads a duplicate detection profile as it is stored, without counting as having seen it; none when a
 /// request failed: `status` says how.

@@ -76,10 +76,6 @@ bool IsWanted(const FieldOrderRule& rule, Sorts sorts, const Unit& unit) {
     }
 }
 
-int CompareTexts(const QString& left, const QString& right) {
-    return QString::compare(left, right);
-}
-
 /// Below, at or above 0: whether the first unit stands before, with or behind the second one.
 int Compare(const FieldOrderRule& rule, const Unit& left, const Unit& right) {
     const fieldorder::Option* option = fieldorder::FindOption(rule.ruleId);
@@ -87,15 +83,15 @@ int Compare(const FieldOrderRule& rule, const Unit& left, const Unit& right) {
         return 0;
     switch (option->sorts) {
     case Sorts::Tag:
-        return CompareTexts(left.tag, right.tag);
+        return QString::compare(left.tag, right.tag);
     case Sorts::TagDescending:
-        return CompareTexts(right.tag, left.tag);
+        return QString::compare(right.tag, left.tag);
     case Sorts::FirstIndicator:
         return int(left.field->indicator1.unicode()) - int(right.field->indicator1.unicode());
     case Sorts::SecondIndicator:
         return int(left.field->indicator2.unicode()) - int(right.field->indicator2.unicode());
     case Sorts::Text:
-        return CompareTexts(SortText(*left.field), SortText(*right.field));
+        return QString::compare(SortText(*left.field), SortText(*right.field));
     case Sorts::Subfield: {
         const QChar code = rule.parameter.isEmpty() ? QChar() : rule.parameter[0];
         const QStringList leftValues = left.field->All(code);
@@ -104,7 +100,7 @@ int Compare(const FieldOrderRule& rule, const Unit& left, const Unit& right) {
             return leftValues.isEmpty() ? 1 : -1;
         return leftValues.isEmpty()
                    ? 0
-                   : CompareTexts(leftValues[0].toCaseFolded(), rightValues[0].toCaseFolded());
+                   : QString::compare(leftValues[0].toCaseFolded(), rightValues[0].toCaseFolded());
     }
     default:
         return int(IsWanted(rule, option->sorts, right)) - int(IsWanted(rule, option->sorts, left));

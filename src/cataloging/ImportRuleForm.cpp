@@ -38,10 +38,6 @@ FieldSpec MatchSpec(const QString& name, const QString& tag, const QString& whos
             .accessible = whose};
 }
 
-FieldSpec Choice(const QString& name, const QString& tag, const QString& caption) {
-    return {.name = name, .tag = tag, .caption = caption};
-}
-
 } // namespace
 
 ImportRuleForm::ImportRuleForm()
@@ -57,9 +53,9 @@ ImportRuleForm::ImportRuleForm()
                           .maxLength = bulkimport::NameLength,
                           .required = true,
                           .column = {tr("Names")}})
-    , cboBibDupProfile(*this, Choice("cboBibDupProfile", "SI", tr("Bib Dup Profile:")))
-    , cboAuthDupProfile(*this, Choice("cboAuthDupProfile", "AI", tr("Auth Dup Profile:")))
-    , cboOwningLibrary(*this, Choice("cboOwningLibrary", "SLI", tr("Owning Library:")))
+    , cboBibDupProfile(*this, {.name = "cboBibDupProfile", .tag = "SI", .caption = tr("Bib Dup Profile:")})
+    , cboAuthDupProfile(*this, {.name = "cboAuthDupProfile", .tag = "AI", .caption = tr("Auth Dup Profile:")})
+    , cboOwningLibrary(*this, {.name = "cboOwningLibrary", .tag = "SLI", .caption = tr("Owning Library:")})
     , cboCharSet(*this, {.name = "cboCharSet",
                          .tag = "CSID",
                          .caption = tr("Expected Character Set Mapping of Imported Records:"),

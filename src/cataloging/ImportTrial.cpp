@@ -47,13 +47,12 @@ QString Trial::Near(const marc::Record& record, const TriedPlace& place) const {
 /// of it.
 bool Trial::Match(const marc::Record& record) {
     using Outcome = TriedRecord::Outcome;
-    const QChar kind = record.leader.size() > 6 ? record.leader[6] : QChar(u'a');
-    if (QString("uvxy").contains(kind)) {
+    if (record.IsHoldings()) {
         m_tried.outcome = Outcome::NotLoaded;
         Problem(Tr("This is a holdings record: it is not loaded."));
         return false;
     }
-    m_tried.isAuthority = kind == u'z';
+    m_tried.isAuthority = record.IsAuthority();
     const QString handling = m_tried.isAuthority ? m_rule.authorityHandling : m_rule.bibHandling;
     const TriedMatch match = m_library.findSame ? m_library.findSame(record) : TriedMatch();
     m_tried.same = match.same;

@@ -33,7 +33,7 @@ struct Identifier {
 
 QList<Identifier> IdentifiersOf(const marc::Record& record) {
     // Authority records have numbers of their own.
-    const QString kind = record.leader.size() > 6 && record.leader[6] == u'z' ? "z" : "a";
+    const QString kind = record.IsAuthority() ? "z" : "a";
     QList<Identifier> identifiers;
     const auto add = [&](const QString& field, const QString& what, const QString& value,
                          const QString& more = {}) {

@@ -1,5 +1,6 @@
 #include "cataloging/TryImportDialog.h"
 
+#include "cataloging/AskForRecords.h"
 #include "core/Prompter.h"
 #include "framework/Captions.h"
 #include "framework/ListGrid.h"
@@ -7,8 +8,6 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QDialogButtonBox>
-#include <QFile>
-#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -119,33 +118,17 @@ TryImportDialog::TryImportDialog(Prompter& prompter, const ImportTrialRule& rule
     Try();
 }
 
-std::optional<marc::Result> TryImportDialog::ReadFile(const QString& title, QString& name) {
-    const QString path =
-        m_prompter.AskOpenFile(this, title, tr("MARC records (*.mrc *.marc *.xml *.txt);;All files (*)"));
-    if (path.isEmpty())
-        return std::nullopt;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        m_prompter.ShowBox(this, {.text = tr("The file cannot be read: %1").arg(file.errorString())});
-        return std::nullopt;
-    }
-    name = QFileInfo(path).fileName();
-    return marc::ReadRecords(file);
-}
-
 void TryImportDialog::OpenRecords() {
     QString name;
-    if (const auto read = ReadFile(tr("Records to Try"), name))
+    if (const auto read = AskForRecords(m_prompter, this, tr("Records to Try"), marc::MostRecords, &name))
         Take(*read, name);
 }
 
 void TryImportDialog::OpenLibrary() {
-    QString name;
-    const auto read = ReadFile(tr("Records of the Library"), name);
-    if (!read)
-        return;
-    m_libraryRead = *read;
-    Try();
+    if (const auto read = AskForRecords(m_prompter, this, tr("Records of the Library"))) {
+        m_libraryRead = *read;
+        Try();
+    }
 }
 
 void TryImportDialog::Paste() {

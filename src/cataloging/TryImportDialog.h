@@ -25,7 +25,6 @@ private:
     void OpenRecords();
     void OpenLibrary();
     void Paste();
-    std::optional<marc::Result> ReadFile(const QString& title, QString& name);
     void Take(const marc::Result& read, const QString& source);
     void Try();
     void ShowSummary();

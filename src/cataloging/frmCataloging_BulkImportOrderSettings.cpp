@@ -76,13 +76,8 @@ const bulkimport::Setting& SettingOf(const QString& name) {
     qFatal("There is no setting of orders called %s", qUtf8Printable(name));
 }
 
-QList<PickItem> WithNone(QList<PickItem> items) {
-    items.prepend({{}, Form::tr("(none)")});
-    return items;
-}
-
-FieldSpec Choice(const QString& name, const QString& tag, const QString& caption) {
-    return {.name = name, .tag = tag, .caption = caption};
+QString NoChoice() {
+    return Form::tr("(none)");
 }
 
 } // namespace
@@ -155,16 +150,16 @@ private:
 };
 
 OrderSettingsForm::OrderSettingsForm()
-    : cboOrderLocation(*this, Choice("cboOrderLocation", "OLOCID", tr("Order Location:")))
-    , cboOrderType(*this, Choice("cboOrderType", "OTYPEID", tr("Order Type:")))
-    , cboVendor(*this, Choice("cboVendor", "OVACCT", tr("Vendor:")))
+    : cboOrderLocation(*this, {.name = "cboOrderLocation", .tag = "OLOCID", .caption = tr("Order Location:")})
+    , cboOrderType(*this, {.name = "cboOrderType", .tag = "OTYPEID", .caption = tr("Order Type:")})
+    , cboVendor(*this, {.name = "cboVendor", .tag = "OVACCT", .caption = tr("Vendor:")})
     , txtCodeVendor(*this, {.name = "txtCodeVendor",
                             .tag = "OVCODE",
                             .caption = tr("Vendor Code:"),
                             .maxLength = CodeLength,
                             .displayOnly = true})
-    , cboAcctVendor(*this, Choice("cboAcctVendor", "OACCTID", tr("Vendor Account:")))
-    , cboCurrency(*this, Choice("cboCurrency", "OCS", tr("Currency:"))) {
+    , cboAcctVendor(*this, {.name = "cboAcctVendor", .tag = "OACCTID", .caption = tr("Vendor Account:")})
+    , cboCurrency(*this, {.name = "cboCurrency", .tag = "OCS", .caption = tr("Currency:")}) {
     for (const bulkimport::OrderElement& element : bulkimport::OrderElements())
         m_elements.push_back(std::make_unique<Element>(*this, element));
     connect(this, &Form::Edited, this, [this](const Field* field) {
@@ -185,17 +180,12 @@ bool OrderSettingsForm::LoadChoices(Application& application, const QList<PickIt
         isComplete = isComplete && ReadList(application.channel, {.request = request, .report = report},
                                             steps) == wire::status::Ok;
     };
-    const auto collect = [](QList<PickItem>& items, const QString& idTag, const QString& nameTag) {
-        return ListStep{idTag, [&items, idTag, nameTag](RequestChannel& reply) {
-                            items.append({reply.GetField(idTag), reply.GetField(nameTag)});
-                        }};
-    };
     QList<PickItem> types, lineTypes, currencies, funds, ledgers, periods, vendors;
     m_vendorCodes.clear();
     QString base;
     read("AvlCatOrd", "Load Cataloging Available Import Order",
-         {collect(types, "OTYPEID", "OTYPEDESC"),
-          collect(lineTypes, "OLIDEFID", "OLIDEF"),
+         {CollectItems(types, "OTYPEID", "OTYPEDESC"),
+          CollectItems(lineTypes, "OLIDEFID", "OLIDEF"),
           {"OCURR",
            [&](RequestChannel& reply) {
                currencies.append({reply.GetField("OCURR"), reply.GetField("OCURR")});
@@ -210,7 +200,7 @@ bool OrderSettingsForm::LoadChoices(Application& application, const QList<PickIt
          {{"ID", [&](RequestChannel& reply) {
                ledgers.append({reply.GetField("ID"), reply.GetField("Nm") + ", " + reply.GetField("FPN")});
            }}});
-    read("LstCurrFscPr", "Load Acquisitions Fiscal Types", {collect(periods, "ID", "Nm")});
+    read("LstCurrFscPr", "Load Acquisitions Fiscal Types", {CollectItems(periods, "ID", "Nm")});
     read("LstVen", "Get Vendors", {{"ID", [&](RequestChannel& reply) {
                                         const QString id = reply.GetField("ID");
                                         vendors.append({id, reply.GetField("Nm")});
@@ -219,12 +209,12 @@ bool OrderSettingsForm::LoadChoices(Application& application, const QList<PickIt
     // The library's own currency stands there even where the acquisitions client has none.
     if (!base.isEmpty() && !currencies.contains(PickItem{base, base}))
         currencies.append({base, base});
-    cboOrderLocation.SetItems(WithNone(locations));
-    cboOrderType.SetItems(WithNone(types));
-    cboVendor.SetItems(WithNone(vendors));
+    cboOrderLocation.SetItems(WithNone(locations, NoChoice()));
+    cboOrderType.SetItems(WithNone(types, NoChoice()));
+    cboVendor.SetItems(WithNone(vendors, NoChoice()));
     cboCurrency.SetItems(currencies);
     const auto offer = [this](const QString& tag, const QList<PickItem>& items) {
-        static_cast<ChoiceField&>(DefaultOf(tag)).SetItems(WithNone(items));
+        static_cast<ChoiceField&>(DefaultOf(tag)).SetItems(WithNone(items, NoChoice()));
     };
     offer("OLIDEFID", lineTypes);
     offer(FundTag, funds);
@@ -261,7 +251,7 @@ void OrderSettingsForm::FollowVendor() {
     const bool keeps = std::any_of(accounts.begin(), accounts.end(), [this](const PickItem& account) {
         return account.id == cboAcctVendor.Draft();
     });
-    cboAcctVendor.SetItems(WithNone(accounts));
+    cboAcctVendor.SetItems(WithNone(accounts, NoChoice()));
     if (!keeps && !cboAcctVendor.IsBlank())
         cboAcctVendor.SetDraft({});
 }

@@ -21,9 +21,8 @@ namespace {
 const QString GetProfileCaption = "Edit Cataloging Authority Duplicate Detection";
 const QString ProfileCaption = "Load Cataloging Bib/Auth Duplicate Detection";
 
-QList<PickItem> WithNone(QList<PickItem> items) {
-    items.prepend({{}, Form::tr("(none)")});
-    return items;
+QString NoChoice() {
+    return Form::tr("(none)");
 }
 
 } // namespace
@@ -36,12 +35,10 @@ frmCataloging_BulkImportRules::frmCataloging_BulkImportRules(Application& applic
               .plural = "Cataloging Bulk Import",
               .recordTag = "BII",
               .continuing = true,
+              .copies = true,
               .namesRecord = true,
               .nameTag = "BIN"},
              m_form, Draw(), m_form.Puts());
-    m_cmdDuplicate = MakeButton("cmdDuplicate", tr("D&uplicate"));
-    connect(m_cmdDuplicate, &QPushButton::clicked, this, [this] { StartCopy(); });
-    AddListButton(m_cmdDuplicate);
     m_cmdTryIt = MakeButton("cmdTryIt", tr("&Try It..."));
     connect(m_cmdTryIt, &QPushButton::clicked, this, &frmCataloging_BulkImportRules::TryIt);
     AddEditButton(m_cmdTryIt);
@@ -50,13 +47,7 @@ frmCataloging_BulkImportRules::frmCataloging_BulkImportRules(Application& applic
         if (field == &m_form.cboBibDupProfile)
             FollowHandling();
     });
-    // What other screens change is asked for again before the next rule is opened.
-    const auto age = [this](const QString& subject) {
-        static const QStringList subjects{"Loc", "ItmTp", "Lib", "CatDp"};
-        m_choicesAreOld = m_choicesAreOld || subjects.contains(subject);
-    };
-    connect(&App().notices, &Notices::SubjectChanged, this, age);
-    connect(&App().notices, &Notices::ChangedByOthers, this, age);
+    ReloadOn({"Loc", "ItmTp", "Lib", "CatDp"}, [this] { LoadChoiceLists(); });
 }
 
 Layout frmCataloging_BulkImportRules::Draw() {
@@ -116,14 +107,8 @@ void frmCataloging_BulkImportRules::BeforeLoad() {
 
 // Several lists come in one reply, and those of the mappings serve a dialog as well.
 void frmCataloging_BulkImportRules::LoadChoiceLists() {
-    m_choicesAreOld = false;
     RequestChannel& channel = App().channel;
     const QString subject = Current().spec.subject;
-    const auto collect = [](QList<PickItem>& items, const QString& idTag, const QString& nameTag) {
-        return ListStep{idTag, [&items, idTag, nameTag](RequestChannel& reply) {
-                            items.append({reply.GetField(idTag), reply.GetField(nameTag)});
-                        }};
-    };
     const auto read = [&](const QString& request, const QString& caption, const QList<ListStep>& steps) {
         ReadList(channel,
                  {.request = request,
@@ -132,26 +117,14 @@ void frmCataloging_BulkImportRules::LoadChoiceLists() {
     };
     QList<PickItem> bibs, authorities, libraries, hierarchies, locations, itemTypes;
     read("AvlImp", ProfileCaption,
-         {collect(bibs, "BuI", "BuN"), collect(authorities, "AuI", "AuN"), collect(libraries, "DCI", "DCN"),
-          collect(hierarchies, "D1", "D2")});
-    read("AvlLocations", "Load Locations", {collect(locations, "D5", "D6")});
-    read("GetItemTypes", "Load Item Types", {collect(itemTypes, "D3", "D4")});
-    m_form.cboBibDupProfile.SetItems(WithNone(bibs));
-    m_form.cboAuthDupProfile.SetItems(WithNone(authorities));
-    m_form.cboOwningLibrary.SetItems(WithNone(libraries));
-    m_form.vsfMapping.SetChoices(itemTypes, locations, WithNone(hierarchies));
-}
-
-bool frmCataloging_BulkImportRules::FillForm(Table& table, const GridRow& row) {
-    if (m_choicesAreOld)
-        LoadChoiceLists();
-    return MaintenanceScreen::FillForm(table, row);
-}
-
-bool frmCataloging_BulkImportRules::PrepareNew(Table& table) {
-    if (m_choicesAreOld)
-        LoadChoiceLists();
-    return MaintenanceScreen::PrepareNew(table);
+         {CollectItems(bibs, "BuI", "BuN"), CollectItems(authorities, "AuI", "AuN"),
+          CollectItems(libraries, "DCI", "DCN"), CollectItems(hierarchies, "D1", "D2")});
+    read("AvlLocations", "Load Locations", {CollectItems(locations, "D5", "D6")});
+    read("GetItemTypes", "Load Item Types", {CollectItems(itemTypes, "D3", "D4")});
+    m_form.cboBibDupProfile.SetItems(WithNone(bibs, NoChoice()));
+    m_form.cboAuthDupProfile.SetItems(WithNone(authorities, NoChoice()));
+    m_form.cboOwningLibrary.SetItems(WithNone(libraries, NoChoice()));
+    m_form.vsfMapping.SetChoices(itemTypes, locations, WithNone(hierarchies, NoChoice()));
 }
 
 void frmCataloging_BulkImportRules::ReadRecord(Table& table) {
@@ -220,11 +193,7 @@ void frmCataloging_BulkImportRules::ReportSaveFailure(Table& table, qint16 statu
 }
 
 void frmCataloging_BulkImportRules::RefreshOwnControls() {
-    if (!m_cmdTryIt)
-        return;
     m_cmdTryIt->setEnabled(GetState() != State::List);
-    m_cmdDuplicate->setVisible(!IsReadOnly());
-    m_cmdDuplicate->setEnabled(GetState() == State::List && !IsReadOnly() && Current().grid->SelectedRow());
 }
 
 void frmCataloging_BulkImportRules::EditSingle() {

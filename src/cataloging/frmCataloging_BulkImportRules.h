@@ -15,8 +15,6 @@ public:
 
 protected:
     void BeforeLoad() override;
-    bool FillForm(Table& table, const GridRow& row) override;
-    bool PrepareNew(Table& table) override;
     void ReadRecord(Table& table) override;
     bool CheckBeforeSave(Table& table) override;
     void ReportSaveFailure(Table& table, qint16 status) override;
@@ -36,8 +34,6 @@ private:
     bool EditsRule() const;
 
     ImportRuleForm& m_form = KeepForm<ImportRuleForm>();
-    bool m_choicesAreOld = false;
-    QPushButton* m_cmdDuplicate = nullptr;
     QPushButton* m_cmdTryIt = nullptr;
 };
 

@@ -1,11 +1,11 @@
 #include "cataloging/frmCataloging_DuplicateTry.h"
 
+#include "cataloging/AskForRecords.h"
 #include "core/Prompter.h"
 #include "framework/Captions.h"
 #include "framework/ListGrid.h"
 #include "marc/ReadRecords.h"
 
-#include <QFile>
 #include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -104,21 +104,13 @@ QPlainTextEdit* frmCataloging_DuplicateTry::AddRecord(QHBoxLayout& side, const Q
 
 /// The first record of a file, as lines.
 void frmCataloging_DuplicateTry::Open(QPlainTextEdit& text) {
-    const QString name = m_prompter.AskOpenFile(this, tr("Open a Record"),
-                                                tr("MARC records (*.mrc *.marc *.xml *.txt);;All files (*)"));
-    if (name.isEmpty())
-        return;
-    QFile file(name);
-    if (!file.open(QIODevice::ReadOnly)) {
-        m_prompter.ShowBox(this, {.text = tr("%1 cannot be read: %2").arg(name, file.errorString())});
-        return;
-    }
-    const marc::Result read = marc::ReadRecords(file, 1);
-    if (read.records.isEmpty()) {
-        m_prompter.ShowBox(this, {.text = read.problems.value(0, tr("There is no record in %1.").arg(name))});
-        return;
-    }
-    text.setPlainText(marc::ToText(read.records.first()));
+    QString name;
+    const auto read = AskForRecords(m_prompter, this, tr("Open a Record"), 1, &name);
+    if (read && read->records.isEmpty())
+        m_prompter.ShowBox(this,
+                           {.text = read->problems.value(0, tr("There is no record in %1.").arg(name))});
+    else if (read)
+        text.setPlainText(marc::ToText(read->records.first()));
 }
 
 void frmCataloging_DuplicateTry::Compare() {

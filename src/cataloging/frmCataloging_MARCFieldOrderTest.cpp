@@ -1,5 +1,6 @@
 #include "cataloging/frmCataloging_MARCFieldOrderTest.h"
 
+#include "cataloging/AskForRecords.h"
 #include "cataloging/FieldReorder.h"
 #include "core/Prompter.h"
 #include "framework/Captions.h"
@@ -7,7 +8,6 @@
 
 #include <QComboBox>
 #include <QDialogButtonBox>
-#include <QFile>
 #include <QFontDatabase>
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -117,18 +117,11 @@ frmCataloging_MARCFieldOrderTest::frmCataloging_MARCFieldOrderTest(const Orderin
 }
 
 void frmCataloging_MARCFieldOrderTest::OpenFile() {
-    const QString name =
-        m_prompter.AskOpenFile(this, tr("Open MARC Records"),
-                               tr("MARC records (*.mrc *.marc *.iso *.xml *.mrk *.txt);;All files (*)"));
-    if (name.isEmpty())
+    const auto read = AskForRecords(m_prompter, this, tr("Open MARC Records"));
+    if (!read)
         return;
-    QFile file(name);
-    if (!file.open(QIODevice::ReadOnly)) {
-        m_prompter.ShowBox(this, {.text = tr("The file cannot be read.  %1").arg(file.errorString())});
-        return;
-    }
     m_isFromFile = true;
-    Take(marc::ReadRecords(file));
+    Take(*read);
 }
 
 void frmCataloging_MARCFieldOrderTest::Take(const marc::Result& result) {

@@ -26,6 +26,7 @@ frmCataloging_MARCFieldOrderingRules::frmCataloging_MARCFieldOrderingRules(Appli
               .word = "MarcFieldOrder",
               .recordTag = "MFOCID",
               .continuing = true,
+              .copies = true,
               .addRequest = "UpdMarcFieldOrder",
               .loadCaption = "Load Cataloging MARC Field Ordering",
               .editCaption = "Edit Cataloging MARC Field Ordering Rule",
@@ -49,19 +50,11 @@ frmCataloging_MARCFieldOrderingRules::frmCataloging_MARCFieldOrderingRules(Appli
                    channel.PutField("MFOOPER", App().OperatorId());
                },
                "MFOOPER"}});
-    cmdDuplicate = MakeButton("cmdDuplicate", tr("D&uplicate"));
-    AddListButton(cmdDuplicate);
     Finish();
-    connect(cmdDuplicate, &QPushButton::clicked, this, &frmCataloging_MARCFieldOrderingRules::Duplicate);
     connect(&m_form, &Form::Changed, this, [this](const Field* field) {
         if (field == &m_form.txtName)
             MarkName(false);
     });
-}
-
-void frmCataloging_MARCFieldOrderingRules::RefreshOwnControls() {
-    cmdDuplicate->setVisible(!IsReadOnly());
-    cmdDuplicate->setEnabled(GetState() == State::List && Current().grid->SelectedRow());
 }
 
 // A configuration whose rules could not all be read is not offered: saved, it would lose them.
@@ -90,9 +83,9 @@ void frmCataloging_MARCFieldOrderingRules::ReadRecord(Table& table) {
     m_form.vsfGroups.SetStoredGroups(configuration.groups);
 }
 
-void frmCataloging_MARCFieldOrderingRules::Duplicate() {
+void frmCataloging_MARCFieldOrderingRules::StartCopy() {
     m_isCopy = true;
-    StartCopy();
+    MaintenanceScreen::StartCopy();
     m_isCopy = false;
 }
 

@@ -20,10 +20,9 @@ protected:
     void ReadRecord(Table& table) override;
     bool SendSteps(Table& table) override;
     void ReportSaveFailure(Table& table, qint16 status) override;
-    void RefreshOwnControls() override;
+    void StartCopy() override;
 
 private:
-    void Duplicate();
     void TryOrder();
     void MarkName(bool isTaken);
 
@@ -31,7 +30,6 @@ private:
     bool m_isCopy = false;       // what is read next becomes a new configuration
     bool m_isIncomplete = false; // the rules of a group could not be read
     QAction* m_nameTaken = nullptr;
-    QPushButton* cmdDuplicate = nullptr;
 };
 
 } // namespace sysadmin

@@ -5,10 +5,13 @@
 namespace sysadmin {
 
 CatalogingMiscellaneousForm::CatalogingMiscellaneousForm()
-    : txtReorderServiceURL(*this, {.name = "txtReorderServiceURL",
-                                   .tag = "CNSU",
-                                   .caption = tr("Reorder Service URL:"),
-                                   .maxLength = wire::fieldorder::AddressLength}) {}
+    : txtReorderServiceURL(*this,
+                           {.name = "txtReorderServiceURL",
+                            .tag = "CNSU",
+                            .caption = tr("Reorder Service URL:"),
+                            .maxLength = wire::fieldorder::AddressLength},
+                           wire::fieldorder::IsServiceAddress,
+                           tr("Please enter an address that begins with http:// or https://.")) {}
 
 frmCataloging_Miscellaneous::frmCataloging_Miscellaneous(Application& application, QWidget* parent)
     : SingleRecordScreen(application, "frmCataloging_Miscellaneous", tr("Cataloging Miscellaneous"),
@@ -19,16 +22,6 @@ frmCataloging_Miscellaneous::frmCataloging_Miscellaneous(Application& applicatio
            .loadCaption = "Load Cataloging Miscellaneous - GET_MARC_ORDER_SVC_URL",
            .saveCaption = "Save Cataloging Miscellaneous"},
           m_form);
-}
-
-bool frmCataloging_Miscellaneous::CheckBeforeSave() {
-    if (!SingleRecordScreen::CheckBeforeSave())
-        return false;
-    if (wire::fieldorder::IsServiceAddress(m_form.txtReorderServiceURL.Draft()))
-        return true;
-    Tell(tr("Please enter an address that begins with http:// or https://."));
-    View().FocusField(m_form.txtReorderServiceURL);
-    return false;
 }
 
 } // namespace sysadmin

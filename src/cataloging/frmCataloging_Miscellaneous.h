@@ -1,13 +1,13 @@
 #pragma once
 
 #include "framework/SingleRecordScreen.h"
-#include "framework/forms/ValueFields.h"
+#include "framework/forms/CheckedText.h"
 
 namespace sysadmin {
 
 /// Where the service is that applies the orders of fields.
 struct CatalogingMiscellaneousForm : Form {
-    TextField txtReorderServiceURL;
+    CheckedText txtReorderServiceURL;
 
     CatalogingMiscellaneousForm();
 };
@@ -19,7 +19,6 @@ public:
     frmCataloging_Miscellaneous(Application& application, QWidget* parent);
 
 protected:
-    bool CheckBeforeSave() override;
     void AfterCancel() override {} // the loaded value is back; the screen stays
 
 private:

@@ -36,11 +36,6 @@ HoursTags WeekdayTags(int day) {
     return {tag + "Opn", tag + "OTm", tag + "CTm", tag + "DTm", tag + "ETm"};
 }
 
-QString ShownTime(const QString& text) {
-    const QTime time = QTime::fromString(text, "HH:mm");
-    return time.isValid() ? QLocale().toString(time, QLocale::ShortFormat) : QString();
-}
-
 RowsSpec ExceptionsSpec(const QString& role, const DateRange& range,
                         const std::shared_ptr<QDate>& suggested) {
     RowsSpec spec{
@@ -213,7 +208,7 @@ CalendarForm::CalendarForm()
     , lists(*this, "", [this] { return std::pair(txtStartDate.Date(), txtEndDate.Date()); }) {
     for (size_t day = 0; day < week.size(); ++day)
         TellWhenLeft(week[day].open,
-                     [this, day] { return OverlappingDay() == int(day) ? WeekProblem()->text : QString(); });
+                     [this, day] { return OverlappingDay() == int(day) ? FormProblem()->text : QString(); });
 }
 
 std::optional<Hours> CalendarForm::HoursOn(QDate date) const {
@@ -233,7 +228,7 @@ std::optional<int> CalendarForm::OverlappingDay() const {
     return {};
 }
 
-std::optional<Form::Finding> CalendarForm::WeekProblem() {
+std::optional<Form::Finding> CalendarForm::FormProblem() {
     for (DayHours& day : week)
         if (const std::optional<Finding> problem = day.Problem())
             return problem;

@@ -114,8 +114,8 @@ struct CalendarForm : Form {
 
     /// The hours of a date: an exception's, or its weekday's. None outside the calendar.
     std::optional<Hours> HoursOn(QDate date) const;
-    /// What keeps the week from being saved.
-    std::optional<Finding> WeekProblem();
+    /// The week, and the dates against each other.
+    std::optional<Finding> FormProblem() override;
     /// The weekday (0 is Sunday) whose opening time overlaps the day before; none when that is not so.
     std::optional<int> OverlappingDay() const;
 

@@ -45,10 +45,6 @@ QColor Background(const QPalette& palette, Kind kind) {
     return {};
 }
 
-QString Shown(const QString& time) {
-    return QLocale().toString(QTime::fromString(time, "HH:mm"), QLocale::ShortFormat);
-}
-
 } // namespace
 
 struct CalendarYear::Grid {
@@ -99,7 +95,7 @@ QString CalendarYear::InWords(QDate date) const {
     QStringList parts;
     if (hours->IsOpen())
         parts << (hours->ClosesNextDay() ? tr("open %1 to %2 on the next day") : tr("open %1 to %2"))
-                     .arg(Shown(hours->open), Shown(hours->close));
+                     .arg(ShownTime(hours->open), ShownTime(hours->close));
     else
         parts << tr("closed");
     if (m_form.lists.ExceptionOn(date)) {

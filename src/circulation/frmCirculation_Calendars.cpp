@@ -152,17 +152,6 @@ QWidget* frmCirculation_Calendars::MakeNextDayIcon(const DayHours& day, const QS
     return icon;
 }
 
-bool frmCirculation_Calendars::CheckBeforeSave(Table& table) {
-    if (!MaintenanceScreen::CheckBeforeSave(table))
-        return false;
-    const std::optional<Form::Finding> problem = m_form.WeekProblem();
-    if (!problem)
-        return true;
-    Tell(problem->text);
-    table.view->FocusField(*problem->field);
-    return false;
-}
-
 void frmCirculation_Calendars::BeforeSeveral(Table& table) {
     QList<GridRow> calendars;
     const QStringList chosen = table.grid->SelectedKeys();

@@ -19,7 +19,6 @@ public:
 
 protected:
     void BeforeLoad() override;
-    bool CheckBeforeSave(Table& table) override;
     void BeforeSeveral(Table& table) override;
 
 private:

@@ -47,6 +47,22 @@ struct SeveralSpec {
     QList<PutStep> puts{};
 };
 
+/// The order that the operator gives the records of a table: a button opens `frmSortOrder` over the list and
+/// sends the whole order in one request.
+struct OrderSpec {
+    QString request{};         ///< empty: the records have no such order
+    QString rankTag{};         ///< of a record's new place, from 1
+    QString previousRankTag{}; ///< of its place before; empty: not sent
+    QString idTag{};           ///< of its key; empty: not sent
+    int helpContext = 0;       ///< of the dialog's topic
+    QString caption{};         ///< what is sorted, in the dialog's title
+    /// Columns of the list that follow from the order: the dialog does not show them, and the list is asked
+    /// for again when there is another one.
+    QStringList derivedTags{};
+    QString button = "cmdSetRules";
+    QString buttonCaption{}; ///< empty: "Set &Rules"
+};
+
 /// What is said once about a table that a maintenance screen maintains; the screen's behaviour comes from it.
 /// What is left out follows from `word`, `plural` and the form's fields (see `Complete`).
 struct TableSpec {
@@ -72,6 +88,7 @@ struct TableSpec {
     bool boxOnLoadFailure = false; ///< "Unable to load ..." instead of a report
     bool wholeRows = false;        ///< the row holds the whole record: no get request
     bool asksAvailable = false;    ///< "Avl..." is asked before a new record is entered
+    bool copies = false;           ///< a button starts a new record as a copy of the selected one
 
     QString listRequest{};
     QString getRequest{}; ///< empty: the row holds the whole record
@@ -105,6 +122,7 @@ struct TableSpec {
     QString nameTag = "Nm";   ///< of that name
     QList<SaveStep> steps{};  ///< further requests of a save, in order
     SeveralSpec several{};
+    OrderSpec order{};
     QList<PutStep> morePuts{}; ///< steps besides those of the fields
     QStringList putOrder{};    ///< tags of the steps in order; what is not named comes behind
 

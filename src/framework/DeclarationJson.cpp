@@ -248,6 +248,14 @@ QJsonObject ToJson(const TableDeclaration& table) {
     }
     Say(object, "frameIdle", spec.frameIdle);
     Say(object, "listAfterChange", spec.listAfterChange);
+    Say(object, "copies", spec.copies);
+    if (const OrderSpec& order = spec.order; !order.request.isEmpty()) {
+        QJsonObject one{{"request", order.request}, {"rankTag", order.rankTag}, {"button", order.button}};
+        Say(one, "previousRankTag", order.previousRankTag);
+        Say(one, "idTag", order.idTag);
+        Say(one, "caption", order.caption);
+        object["order"] = one;
+    }
     Say(object, "clusterOnDelete", spec.clusterOnDelete);
     Say(object, "continuing", spec.continuing);
     Say(object, "boxOnLoadFailure", spec.boxOnLoadFailure);

@@ -20,16 +20,6 @@
 
 namespace sysadmin {
 
-namespace {
-
-QList<PickItem> WithNone(QList<PickItem> items, const QString& none) {
-    if (!none.isEmpty())
-        items.prepend({{}, none});
-    return items;
-}
-
-} // namespace
-
 FormScreen::FormScreen(Application& application, const QString& formName, const QString& caption, Area area,
                        QWidget* parent)
     : Screen(application, formName, caption, parent)
@@ -173,7 +163,7 @@ void FormScreen::PrepareForm(Form& form) {
     });
 }
 
-bool FormScreen::CheckForm(const Form& form, FormView& view) {
+bool FormScreen::CheckForm(Form& form, FormView& view) {
     const std::optional<Form::Finding> problem = form.FirstProblem();
     if (!problem)
         return true;
@@ -182,8 +172,7 @@ bool FormScreen::CheckForm(const Form& form, FormView& view) {
     return false;
 }
 
-bool FormScreen::CheckAll(const Form& form, FormView& view, const QString& beginning,
-                          const QStringList& more) {
+bool FormScreen::CheckAll(Form& form, FormView& view, const QString& beginning, const QStringList& more) {
     const QList<Form::Finding> problems = form.Problems();
     QStringList lines{beginning};
     for (const Form::Finding& problem : problems)

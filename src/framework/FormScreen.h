@@ -56,10 +56,10 @@ protected:
     /// reports.
     void LoadChoices(const Form& form, const QString& loadCaption, const QString& subject);
     /// Shows the form's first problem and puts the focus there; true when there is none.
-    bool CheckForm(const Form& form, FormView& view);
+    bool CheckForm(Form& form, FormView& view);
     /// Shows all problems of the form, and `more` behind them, in one message that begins with these words:
     /// a line for each. True when there is none.
-    bool CheckAll(const Form& form, FormView& view, const QString& beginning, const QStringList& more = {});
+    bool CheckAll(Form& form, FormView& view, const QString& beginning, const QStringList& more = {});
     /// Shows which records of the reply failed, in one message: name and reason, a line for each. True when
     /// any did.
     bool TellFailures(const QString& nameTag, const QString& problemTag);

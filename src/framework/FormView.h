@@ -49,6 +49,8 @@ signals:
     void ProblemLeft(const Form::Finding& finding);
 
 private:
+    /// What takes the focus for a field.
+    static QWidget* FocusTarget(const FieldEditor& editor);
     void DrawColumn(const QList<Layout>& children, QWidget* parent);
     /// Draws a child into the grid from a cell on; answers the first free column behind it.
     int DrawChild(const Layout& child, QWidget* parent, QGridLayout& grid, int row, int column, bool inRow);

@@ -342,11 +342,7 @@ void MaintenanceScreen::RefreshButtons() {
     m_cmdEdit->setEnabled(inList && row && (m_mayEdit || m_mayView));
     m_cmdDelete->setEnabled(inList && row && m_mayDelete && !table.spec.deleteRequest.isEmpty() &&
                             MayDeleteRow(*row));
-    for (const Table& each : m_tables)
-        if (each.severalButton) {
-            each.severalButton->setVisible(&each == &table && m_mayEdit);
-            each.severalButton->setEnabled(inList && row);
-        }
+    RefreshListButtons();
     if (inList)
         ShowSummary();
     const Form* several = m_state == State::EditingSeveral ? table.spec.several.form : nullptr;
@@ -357,6 +353,7 @@ void MaintenanceScreen::RefreshButtons() {
     ShowMissing(several ? several : IsEditing() ? table.form : nullptr);
     emit UnsavedChanged();
     RefreshOwnControls();
+    ReloadOld();
 }
 
 bool MaintenanceScreen::HasUnsaved() const {

@@ -48,7 +48,8 @@ protected:
         QWidget* listPage = nullptr;
         FormView* severalView = nullptr; ///< only where several records can be edited at once
         QPushButton* severalButton = nullptr;
-        int viewPage = 0; ///< of the edit side; the one for several is behind it
+        QPushButton* orderButton = nullptr; ///< only where the operator gives the records an order
+        int viewPage = 0;                   ///< of the edit side; the one for several is behind it
     };
 
     MaintenanceScreen(Application& application, const QString& formName, const QString& caption, Area area,
@@ -67,6 +68,9 @@ protected:
     /// area.
     void AddListButton(QPushButton* button);
     void AddEditButton(QPushButton* button);
+    /// What the list or the forms show of these subjects is read again when somebody here or elsewhere
+    /// changed one: at once, or when an open edit has ended.
+    void ReloadOn(const QStringList& subjects, const std::function<void()>& reload);
 
     // The points at which a screen may differ.
 
@@ -135,11 +139,13 @@ protected:
     bool StoreRecord(const QString& caption);
     void StartNew();
     /// Starts a new record that begins as a copy of the selected one.
-    void StartCopy();
+    virtual void StartCopy();
     void StartEdit();
     void StartSeveral();
     void EndEdit();
     void RefreshButtons();
+    /// Reads the lists again under the eyes of the operator, who is not editing.
+    void ReloadLists();
     /// Puts the current cluster, where the table's records are those of a cluster.
     void PutCluster(const Table& table);
     void SetState(State state);
@@ -170,7 +176,10 @@ private:
     bool ReadTheirs(Table& table);
     void SendDelete(const GridRow& row);
     void OnChangedByOthers(const QString& subject);
-    void ReloadLists();
+    void MarkOld(const QString& subject);
+    void ReloadOld();
+    void RefreshListButtons();
+    void AskOrder();
     void ReloadRows(Table& table);
     QString KeyAfterSave(const Table& table) const;
     QString FindSaved(const Table& table) const;
@@ -190,6 +199,12 @@ private:
     std::deque<Table> m_tables; // a deque: rows, views and handlers refer to its elements
     int m_current = 0;
 
+    struct Reload {
+        QStringList subjects;
+        std::function<void()> read;
+        bool isDue = false;
+    };
+    std::vector<Reload> m_reloads;
     bool m_changedByOthers = false; // the lists are older than what others stored
     QLabel* m_lblChanged = nullptr;
     QLabel* m_lblCluster = nullptr; // only where the records are those of a cluster
@@ -204,7 +219,8 @@ private:
     QTabWidget* m_tabs = nullptr; // only with several tables
     QGroupBox* m_fraEdit = nullptr;
     QStackedLayout* m_views = nullptr;
-    RowSummary* m_summary = nullptr; // in place of a form while none is open
+    RowSummary* m_summary = nullptr;       // in place of a form while none is open
+    QPushButton* m_cmdDuplicate = nullptr; // only where a table's records are copied
     QPushButton* m_cmdNew = nullptr;
     QPushButton* m_cmdEdit = nullptr;
     QPushButton* m_cmdDelete = nullptr;

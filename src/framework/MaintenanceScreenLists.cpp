@@ -5,6 +5,7 @@
 #include "framework/MaintenanceScreen.h"
 #include "framework/RowSummary.h"
 #include "framework/forms/ValueFields.h"
+#include "framework/frmSortOrder.h"
 
 #include <QAction>
 #include <QPushButton>
@@ -57,6 +58,71 @@ void MaintenanceScreen::AddListTools(Table& table) {
     exportAll->setObjectName("mnuExportAll");
     connect(exportAll, &QAction::triggered, this, [this, &table] { ExportAllFields(table); });
     table.grid->SetMenuActions({reload, exportAll});
+}
+
+// Of those that not every screen has: what is declared of the table decides.
+void MaintenanceScreen::RefreshListButtons() {
+    const Table& table = Current();
+    const bool inList = m_state == State::List;
+    const GridRow* row = table.grid->SelectedRow();
+    if (m_cmdDuplicate) {
+        m_cmdDuplicate->setVisible(table.spec.copies && !m_readOnly);
+        m_cmdDuplicate->setEnabled(inList && row && m_mayCreate);
+    }
+    for (const Table& each : m_tables) {
+        if (each.severalButton) {
+            each.severalButton->setVisible(&each == &table && m_mayEdit);
+            each.severalButton->setEnabled(inList && row);
+        }
+        if (each.orderButton) {
+            each.orderButton->setVisible(&each == &table && !m_readOnly);
+            each.orderButton->setEnabled(inList && each.grid->Model().Rows().size() > 1);
+        }
+    }
+}
+
+void MaintenanceScreen::AskOrder() {
+    Table& table = Current();
+    const OrderSpec& spec = table.spec.order;
+    const QList<GridColumn>& columns = table.spec.columns;
+    clsGrid order{.Caption = spec.caption,
+                  .HelpId = spec.helpContext,
+                  .SendRequestName = spec.request,
+                  .RuleRankTag = spec.rankTag,
+                  .PreviousRankTag = spec.previousRankTag,
+                  .IdTag = spec.idTag,
+                  .Selected = table.grid->SelectedKey()};
+    for (const GridColumn& column : columns)
+        order.clsColumns.Add(column.caption, column.width,
+                             column.hidden || column.yesNo || spec.derivedTags.contains(column.tag));
+    const auto records = [&] {
+        clsRows rows;
+        for (const GridRow& record : table.grid->Model().Rows()) {
+            QStringList words;
+            for (qsizetype i = 0; i < columns.size(); ++i)
+                words.append(ShownText(columns[i], record.cells.value(i)));
+            rows.Add(record.key, words);
+        }
+        return rows;
+    };
+    order.clsRows = records();
+    order.Reread = [&] {
+        ReloadLists();
+        return records();
+    };
+    frmSortOrder dialog(App(), order, this);
+    App().prompter.RunDialog(dialog);
+    if (!order.Changed)
+        return;
+    if (spec.derivedTags.isEmpty()) {
+        QList<GridRow> rows;
+        for (const clsRow& record : order.clsRows)
+            rows.append(*table.grid->Model().FindRow(record.RowData));
+        table.grid->ReplaceRows(rows);
+    } else {
+        ReloadLists();
+    }
+    Announce(table.spec.notice);
 }
 
 void MaintenanceScreen::ShowSummary() {

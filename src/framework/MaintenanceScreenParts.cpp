@@ -93,6 +93,8 @@ MaintenanceScreen::MaintenanceScreen(Application& application, const QString& fo
     reload->setContext(Qt::WidgetWithChildrenShortcut);
     connect(reload, &QShortcut::activated, this, &MaintenanceScreen::ReloadLists);
     connect(&application.notices, &Notices::ChangedByOthers, this, &MaintenanceScreen::OnChangedByOthers);
+    connect(&application.notices, &Notices::ChangedByOthers, this, &MaintenanceScreen::MarkOld);
+    connect(&application.notices, &Notices::SubjectChanged, this, &MaintenanceScreen::MarkOld);
     BindKey(QKeySequence::Save, m_cmdSave);
     BindEscape(m_cmdCancel, [this] { return HasUnsaved(); });
     auto* find = new QShortcut(QKeySequence::Find, this);
@@ -102,11 +104,22 @@ MaintenanceScreen::MaintenanceScreen(Application& application, const QString& fo
 
 void MaintenanceScreen::AddTable(const TableSpec& spec, Form& form, const Layout& layout,
                                  const QList<PutStep>& puts, const FormView::SlotMaker& makeSlot) {
-    m_tables.emplace_back(Table{{spec, &form, layout, puts}, makeSlot});
+    Table& table = m_tables.emplace_back(Table{{spec, &form, layout, puts}, makeSlot});
+    if (spec.copies && !m_cmdDuplicate) {
+        m_cmdDuplicate = MakeButton("cmdDuplicate", tr("D&uplicate"));
+        AddListButton(m_cmdDuplicate);
+        connect(m_cmdDuplicate, &QPushButton::clicked, this, [this] { StartCopy(); });
+    }
+    if (const OrderSpec& order = spec.order; !order.request.isEmpty()) {
+        table.orderButton =
+            MakeButton(order.button, order.buttonCaption.isEmpty() ? tr("Set &Rules") : order.buttonCaption);
+        AddListButton(table.orderButton);
+        connect(table.orderButton, &QPushButton::clicked, this, &MaintenanceScreen::AskOrder);
+    }
     if (FlagField* flag = spec.defaultFlag)
         form.When([flag] { return flag->Stored() == u"Y"; }).Disable(*flag);
     if (spec.PlacesCluster())
-        m_tables.back().spec.morePuts.append(
+        table.spec.morePuts.append(
             PutStep([this](RequestChannel&, const SaveContext&) { PutCluster(Current()); }, spec.clusterTag));
 }
 

@@ -9,6 +9,8 @@
 #include <QLineEdit>
 #include <QScrollBar>
 
+#include <utility>
+
 // How a maintenance screen lives with what others change at the same time.
 namespace sysadmin {
 
@@ -20,6 +22,25 @@ void MaintenanceScreen::OnChangedByOthers(const QString& subject) {
         ReloadLists();
     else
         m_lblChanged->setVisible(m_changedByOthers);
+}
+
+void MaintenanceScreen::ReloadOn(const QStringList& subjects, const std::function<void()>& reload) {
+    m_reloads.push_back({subjects, reload});
+}
+
+void MaintenanceScreen::MarkOld(const QString& subject) {
+    for (Reload& reload : m_reloads)
+        reload.isDue = reload.isDue || reload.subjects.contains(subject);
+    ReloadOld();
+}
+
+// Under an open edit nothing changes: what it was begun with is what it ends with.
+void MaintenanceScreen::ReloadOld() {
+    if (m_state != State::List)
+        return;
+    for (Reload& reload : m_reloads)
+        if (std::exchange(reload.isDue, false))
+            reload.read();
 }
 
 void MaintenanceScreen::ShowCluster() {

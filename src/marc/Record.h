@@ -35,6 +35,11 @@ struct Record {
 
     /// The first field with this tag; null when there is none.
     const Field* First(const QString& tag) const;
+    /// The type of record of its leader ('z' an authority, 'u', 'v', 'x', 'y' holdings); language material
+    /// where it has none.
+    QChar Type() const { return leader.size() > 6 ? leader[6] : QChar(u'a'); }
+    bool IsAuthority() const { return Type() == u'z'; }
+    bool IsHoldings() const { return QStringView(u"uvxy").contains(Type()); }
     /// What a list calls it: its title (245), else its heading (1xx), else its control number; may be empty.
     QString Title() const;
 };

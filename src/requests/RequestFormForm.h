@@ -46,8 +46,7 @@ struct RequestFormForm : Form {
     bool HasVouchers() const { return cboFormType.Draft() == requestforms::EmailVoucher; }
     /// The fields that go with the form's type.
     const RowsField& FormFields() const { return IsExchanged() ? vsfFieldLabel : vsfFieldLabel1; }
-    /// What keeps the form from being saved beyond the fields' own problems.
-    std::optional<Finding> FormProblem();
+    std::optional<Finding> FormProblem() override;
     /// Whoever enters a new form is helped with the labels of books and articles.
     bool isNew = false;
 

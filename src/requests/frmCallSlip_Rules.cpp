@@ -4,14 +4,11 @@
 #include "core/Application.h"
 #include "core/Prompter.h"
 #include "core/data/StatusTable.h"
-#include "framework/frmSortOrder.h"
 #include "requests/CallSlipScreens.h"
 #include "requests/TryRequestDialog.h"
 #include "wire/Status.h"
 
 #include <QPushButton>
-
-#include <utility>
 
 namespace sysadmin {
 
@@ -94,7 +91,7 @@ std::array<QList<QString>, callslips::AttributeCount> CallSlipRuleForm::Known() 
     return {locations, {}, ids(cboItemType), {}, locations};
 }
 
-std::optional<Form::Finding> CallSlipRuleForm::RangeProblem() {
+std::optional<Form::Finding> CallSlipRuleForm::FormProblem() {
     const QString least = txtCallNumberMin.Draft().trimmed();
     const QString end = txtCallNumberMax.Draft().trimmed();
     if (!least.isEmpty() || !end.isEmpty()) {
@@ -131,6 +128,12 @@ frmCallSlip_Rules::frmCallSlip_Rules(Application& application, QWidget* parent)
               .editCaption = "Edit Call Slip Rule",
               .saveCaption = "Save Call Slip Rule",
               .deleteCaption = "Delete Call Slip Rule",
+              .order = {.request = "OrdCSR",
+                        .rankTag = "RR",
+                        .previousRankTag = "PRR",
+                        .helpContext = 20210,
+                        .caption = tr("Call Slip Rules"),
+                        .derivedTags = {RankTag, TakenByTag}}, // both are of the order before
               .putOrder = {"PL", "TL", "IT", "TI", "LI", "GI", "CT", "MND", "MXD", "YMN", "YMX", "RR"}},
              m_form,
              Below({m_form.cboPrintGroups,
@@ -140,14 +143,11 @@ frmCallSlip_Rules::frmCallSlip_Rules(Application& application, QWidget* parent)
                     Frame("fraRanges", tr("Ranges"),
                           {m_form.cboCallNumberType, m_form.txtCallNumberMin, m_form.txtCallNumberMax,
                            m_form.txtYearMin, m_form.txtYearMax})}));
-    cmdSetRules = MakeButton("cmdSetRules", tr("Set &Rules"));
-    AddListButton(cmdSetRules);
     cmdTry = MakeButton("cmdTry", tr("&Try a Request..."));
     AddListButton(cmdTry);
     Finish();
-    connect(cmdSetRules, &QPushButton::clicked, this, &frmCallSlip_Rules::SetOrder);
     connect(cmdTry, &QPushButton::clicked, this, &frmCallSlip_Rules::TryRequest);
-    connect(&application.notices, &Notices::SubjectChanged, this, &frmCallSlip_Rules::OnSubjectChanged);
+    ReloadOn({"CSl", "Loc"}, [this] { ReloadLists(); }); // the list shows their names
 }
 
 QString frmCallSlip_Rules::Cell(const GridRow& row, const QString& tag) const {
@@ -207,17 +207,6 @@ void frmCallSlip_Rules::MarkShadowed() {
     grid.PutRows(marked);
 }
 
-bool frmCallSlip_Rules::CheckBeforeSave(Table& table) {
-    if (!MaintenanceScreen::CheckBeforeSave(table))
-        return false;
-    const std::optional<Form::Finding> problem = m_form.RangeProblem();
-    if (!problem)
-        return true;
-    Tell(problem->text);
-    table.view->FocusField(*problem->field);
-    return false;
-}
-
 QString frmCallSlip_Rules::DeleteItemText(const Table&, const GridRow& row) const {
     QStringList words{tr("Rule %1").arg(Cell(row, RankTag))};
     for (const char* tag : {"GN", "LN"})
@@ -227,57 +216,7 @@ QString frmCallSlip_Rules::DeleteItemText(const Table&, const GridRow& row) cons
 }
 
 void frmCallSlip_Rules::RefreshOwnControls() {
-    const bool inList = GetState() == State::List;
-    cmdSetRules->setVisible(!IsReadOnly());
-    cmdSetRules->setEnabled(inList && Current().grid->Model().Rows().size() > 1);
-    cmdTry->setEnabled(inList);
-    if (inList && std::exchange(m_isListOld, false))
-        ReloadList();
-}
-
-// The list shows the names of queues and locations.
-void frmCallSlip_Rules::OnSubjectChanged(const QString& subject) {
-    if (subject != u"CSl" && subject != u"Loc")
-        return;
-    if (GetState() == State::List)
-        ReloadList();
-    else
-        m_isListOld = true;
-}
-
-void frmCallSlip_Rules::ReloadList() {
-    const QString selected = Current().grid->SelectedKey();
-    LoadList(Current());
-    Current().grid->SelectKey(selected);
-}
-
-void frmCallSlip_Rules::SetOrder() {
-    clsGrid grid{.Caption = tr("Call Slip Rules"),
-                 .HelpId = 20210,
-                 .SendRequestName = "OrdCSR",
-                 .RuleRankTag = "RR",
-                 .PreviousRankTag = "PRR",
-                 .Selected = Current().grid->SelectedKey()};
-    for (const GridColumn& column : Current().spec.columns)
-        if (column.tag != RankTag && column.tag != TakenByTag)
-            grid.clsColumns.Add(column.caption, column.width, column.hidden);
-        else
-            grid.clsColumns.Add(column.caption, column.width, true); // both are of the order before
-    const auto rules = [this] {
-        clsRows rows;
-        for (const GridRow& row : Current().grid->Model().Rows())
-            rows.Add(row.key, row.cells);
-        return rows;
-    };
-    grid.clsRows = rules();
-    grid.Reread = [&] {
-        ReloadList();
-        return rules();
-    };
-    frmSortOrder dialog(App(), grid, this);
-    App().prompter.RunDialog(dialog);
-    if (grid.Changed)
-        ReloadList();
+    cmdTry->setEnabled(GetState() == State::List);
 }
 
 void frmCallSlip_Rules::TryRequest() {

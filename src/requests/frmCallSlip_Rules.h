@@ -7,8 +7,8 @@ namespace sysadmin {
 
 /// A call slip rule: criteria that may be left empty, half-open ranges, and the queue.
 struct CallSlipRuleForm : Form {
-    /// Why the ranges are none, and where; none when they are fine.
-    std::optional<Finding> RangeProblem();
+    /// The ranges must have a beginning in front of their end, in call numbers that are some.
+    std::optional<Finding> FormProblem() override;
     /// All values that there are of what every item has.
     std::array<QList<QString>, callslips::AttributeCount> Known() const;
 
@@ -64,22 +64,16 @@ public:
 
 protected:
     void LoadList(Table& table) override;
-    bool CheckBeforeSave(Table& table) override;
     QString DeleteItemText(const Table& table, const GridRow& row) const override;
     void RefreshOwnControls() override;
 
 private:
     QString Cell(const GridRow& row, const QString& tag) const;
-    void OnSubjectChanged(const QString& subject);
-    void ReloadList();
     void MarkShadowed();
-    void SetOrder();
     void TryRequest();
 
     CallSlipRuleForm& m_form = KeepForm<CallSlipRuleForm>();
-    QPushButton* cmdSetRules = nullptr;
     QPushButton* cmdTry = nullptr;
-    bool m_isListOld = false; // another screen changed what the list shows while an edit was open
 };
 
 } // namespace sysadmin

@@ -1,12 +1,9 @@
 #include "requests/frmOPAC_HoldGroup.h"
 
 #include "core/Application.h"
-#include "core/Prompter.h"
 #include "framework/forms/Rules.h"
-#include "framework/frmSortOrder.h"
 #include "wire/Status.h"
 
-#include <QPushButton>
 #include <QSet>
 
 namespace sysadmin {
@@ -82,7 +79,12 @@ frmOPAC_HoldGroup::frmOPAC_HoldGroup(Application& application, QWidget* parent)
                           {tr("The default sort group cannot be deleted.\r\nPlease make another group the "
                               "default first."),
                            tr("Cannot Delete Sort Group")}}},
-         .defaultFlag = &m_form.chkDefault},
+         .defaultFlag = &m_form.chkDefault,
+         .order = {.request = "SeqSort",
+                   .rankTag = "SGSEQ",
+                   .idTag = "SGID",
+                   .helpContext = 50205,
+                   .caption = tr("Holdings Sort Groups")}},
         m_form,
         Below({m_form.txtCode, m_form.txtName, m_form.chkDefault,
                Tabs("tabSortGroup",
@@ -95,48 +97,7 @@ frmOPAC_HoldGroup::frmOPAC_HoldGroup(Application& application, QWidget* parent)
          PutValue(m_form.chkDefault),
          {[this](RequestChannel& channel, const SaveContext&) { m_form.PutLocations(channel); }, "SGSI"},
          PutValue(m_form.groups)});
-    cmdSetRules = MakeButton("cmdSetRules", tr("Set &Rules"));
-    AddListButton(cmdSetRules);
     Finish();
-    connect(cmdSetRules, &QPushButton::clicked, this, &frmOPAC_HoldGroup::SetRules);
-}
-
-void frmOPAC_HoldGroup::RefreshOwnControls() {
-    cmdSetRules->setVisible(!IsReadOnly());
-    cmdSetRules->setEnabled(GetState() == State::List && Current().grid->Model().Rows().size() > 1);
-}
-
-void frmOPAC_HoldGroup::SetRules() {
-    ListGrid& list = *Current().grid;
-    clsGrid order{.Caption = tr("Holdings Sort Groups"),
-                  .HelpId = 50205,
-                  .SendRequestName = "SeqSort",
-                  .RuleRankTag = "SGSEQ",
-                  .IdTag = "SGID",
-                  .Selected = list.SelectedKey()};
-    order.clsColumns.Add(tr("Default"), 70, true);
-    order.clsColumns.Add(tr("Codes"), 120);
-    order.clsColumns.Add(tr("Names"));
-    const auto groups = [&list] {
-        clsRows rows;
-        for (const GridRow& group : list.Model().Rows())
-            rows.Add(group.key, group.cells);
-        return rows;
-    };
-    order.clsRows = groups();
-    order.Reread = [&] {
-        LoadList(Current());
-        return groups();
-    };
-    frmSortOrder dialog(App(), order, this);
-    App().prompter.RunDialog(dialog);
-    if (!order.Changed)
-        return;
-    QList<GridRow> rows;
-    for (const clsRow& group : order.clsRows)
-        rows.append({group.RowData, group.ColumnData, {}});
-    list.ReplaceRows(rows);
-    Announce("Sort");
 }
 
 bool frmOPAC_HoldGroup::GoOnWithoutAvailable(Table& table, qint16 status) {

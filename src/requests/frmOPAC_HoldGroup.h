@@ -64,12 +64,8 @@ public:
 
 protected:
     bool GoOnWithoutAvailable(Table& table, qint16 status) override;
-    void RefreshOwnControls() override;
 
 private:
-    void SetRules();
-
-    QPushButton* cmdSetRules = nullptr;
     SortGroupForm& m_form = KeepForm<SortGroupForm>();
 };
 

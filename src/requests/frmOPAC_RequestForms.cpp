@@ -169,17 +169,6 @@ bool frmOPAC_RequestForms::GoOnWithoutAvailable(Table&, qint16) {
     return true;
 }
 
-bool frmOPAC_RequestForms::CheckBeforeSave(Table& table) {
-    if (!MaintenanceScreen::CheckBeforeSave(table))
-        return false;
-    const std::optional<Form::Finding> problem = m_form.FormProblem();
-    if (!problem)
-        return true;
-    Tell(problem->text);
-    table.view->FocusField(*problem->field);
-    return false;
-}
-
 /// There are many pages, and no form has all of them.
 void frmOPAC_RequestForms::ShowPages() {
     auto* pages = findChild<QTabWidget*>("tabRequestForm");

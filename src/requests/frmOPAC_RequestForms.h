@@ -19,7 +19,6 @@ protected:
     bool FillForm(Table& table, const GridRow& row) override;
     bool PrepareNew(Table& table) override;
     bool GoOnWithoutAvailable(Table& table, qint16 status) override;
-    bool CheckBeforeSave(Table& table) override;
 
 private:
     void ShowPages();

@@ -63,7 +63,7 @@ struct IndexForm : Form {
     /// What a save puts, in order.
     QList<PutStep> Puts() const;
     /// What fields that belong together say against each other.
-    std::optional<Finding> FormProblem();
+    std::optional<Finding> FormProblem() override;
 
     wire::indexes::Family family;
     CheckedText txtCode;

@@ -1,7 +1,6 @@
 #include "search/IndexScreen.h"
 
 #include "core/Application.h"
-#include "core/data/Notices.h"
 #include "wire/Status.h"
 
 #include <QPlainTextEdit>
@@ -85,8 +84,8 @@ IndexScreen::IndexScreen(Application& application, const IndexSpec& spec, QWidge
               .deleteCaption = spec.deleteCaption},
              m_form, m_form.Draw(), m_form.Puts());
     Finish();
-    connect(&application.notices, &Notices::SubjectChanged, this, &IndexScreen::OnSubjectChanged);
-    connect(&application.notices, &Notices::ChangedByOthers, this, &IndexScreen::OnSubjectChanged);
+    if (m_form.components)
+        ReloadOn({"KSrch", "MKSrch", "CSDef"}, [this] { LoadComponents(); });
     // A few lines where there is a list above, which has more to show.
     if (auto* meaning = findChild<QPlainTextEdit*>("txtMeaning"); !m_form.heading)
         meaning->setMaximumHeight(MeaningLines * meaning->fontMetrics().lineSpacing());
@@ -116,36 +115,12 @@ void IndexScreen::BeforeLoad() {
 }
 
 void IndexScreen::LoadComponents() {
-    m_componentsAreOld = false;
     if (m_form.components)
         m_form.components->Offer(ReadCodes("LstComp", "CC", "CN", m_spec.loadCaption));
 }
 
-void IndexScreen::OnSubjectChanged(const QString& subject) {
-    if (!m_form.components || (subject != u"KSrch" && subject != u"MKSrch" && subject != u"CSDef"))
-        return;
-    m_componentsAreOld = true;
-    RefreshOwnControls();
-}
-
-void IndexScreen::RefreshOwnControls() {
-    if (m_componentsAreOld && GetState() == State::List)
-        LoadComponents();
-}
-
 bool IndexScreen::MayDeleteRow(const GridRow& row) const {
     return !wire::indexes::IsSystemCode(m_spec.family, row.key);
-}
-
-bool IndexScreen::CheckBeforeSave(Table& table) {
-    if (!MaintenanceScreen::CheckBeforeSave(table))
-        return false;
-    const std::optional<Form::Finding> problem = m_form.FormProblem();
-    if (!problem)
-        return true;
-    Tell(problem->text);
-    table.view->FocusField(*problem->field);
-    return false;
 }
 
 } // namespace sysadmin

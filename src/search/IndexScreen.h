@@ -33,18 +33,14 @@ public:
 protected:
     void BeforeLoad() override;
     bool MayDeleteRow(const GridRow& row) const override;
-    bool CheckBeforeSave(Table& table) override;
-    void RefreshOwnControls() override;
 
 private:
     void LoadComponents();
-    void OnSubjectChanged(const QString& subject);
     QList<GridRow> ReadCodes(const QString& request, const QString& codeTag, const QString& nameTag,
                              const QString& caption);
 
     IndexSpec m_spec;
     IndexForm& m_form;
-    bool m_componentsAreOld = false; // others were added or renamed while an edit was open
 };
 
 } // namespace sysadmin

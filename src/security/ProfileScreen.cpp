@@ -18,23 +18,21 @@ ProfileScreen::ProfileScreen(Application& application, const ProfileSpec& spec, 
     : MaintenanceScreen(application, spec.formName, spec.caption, Area::Security, parent)
     , m_spec(spec)
     , m_form(KeepForm<ProfileForm>(m_spec)) {
-    m_cmdDuplicate = MakeButton("cmdDuplicate", tr("D&uplicate"));
     m_cmdCompare = MakeButton("cmdCompare", tr("Co&mpare..."));
-    connect(m_cmdDuplicate, &QPushButton::clicked, this, [this] { StartCopy(); });
     connect(m_cmdCompare, &QPushButton::clicked, this, [this] { Compare(); });
-    AddListButton(m_cmdDuplicate);
-    AddListButton(m_cmdCompare);
     AddTable({.subject = m_spec.subject,
               .word = m_spec.word,
               .plural = m_spec.caption,
               .columns = {{.caption = tr("Names"), .tag = "Nm"}},
               .boxOnLoadFailure = true,
+              .copies = true,
               .editCaption = m_spec.editCaption,
               .matchTag = "Nm",
               .deleteWords = {{status::LastSecurityRight, {LastSecurityHolderText(), ApplicationTitle()}}},
               .saveWords = {{status::LastSecurityRight, {LastSecurityHolderText(), ApplicationTitle()}}},
               .steps = SaveSteps()},
              m_form, m_form.Draw(), PutSteps(), [this](const QString&) { return MakeFilter(); });
+    AddListButton(m_cmdCompare);
     Finish();
 }
 
@@ -148,13 +146,11 @@ bool ProfileScreen::PrepareNew(Table&) {
 void ProfileScreen::RefreshOwnControls() {
     const bool inList = GetState() == State::List && Current().grid;
     const bool hasRow = inList && Current().grid->SelectedRow();
-    m_cmdDuplicate->setVisible(!IsReadOnly());
     if (inList)
         for (QPushButton* button : Current().view->findChildren<QPushButton*>())
             if (button->objectName().startsWith("cmdAllRights") ||
                 button->objectName().startsWith("cmdNoRights"))
                 button->setVisible(!IsReadOnly());
-    m_cmdDuplicate->setEnabled(hasRow);
     m_cmdCompare->setEnabled(hasRow && Current().grid->Model().Rows().size() > 1);
 }
 

@@ -34,7 +34,6 @@ private:
     ProfileSpec m_spec;
     ProfileForm& m_form;
     QLineEdit* m_txtFindRight = nullptr;
-    QPushButton* m_cmdDuplicate = nullptr;
     QPushButton* m_cmdCompare = nullptr;
 };
 

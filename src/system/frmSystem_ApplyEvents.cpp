@@ -24,10 +24,7 @@ constexpr int Apply = 0;
 } // namespace column
 
 QString InWords(const CalendarDays::Day& day) {
-    const auto shown = [](const QString& time) {
-        return QLocale().toString(QTime::fromString(time, "HH:mm"), QLocale::ShortFormat);
-    };
-    return day.isOpen ? shown(day.openTime) + " - " + shown(day.closeTime) : Form::tr("Closed");
+    return day.isOpen ? ShownTime(day.openTime) + " - " + ShownTime(day.closeTime) : Form::tr("Closed");
 }
 
 struct ApplyEventsForm : Form {

@@ -62,10 +62,6 @@ QList<QDate> NextDates(const events::Rule& rule) {
     return events::DatesBetween(rule, today, today.addYears(YearsAhead));
 }
 
-QString ShownTime(const QString& time) {
-    return QLocale().toString(QTime::fromString(time, "HH:mm"), QLocale::ShortFormat);
-}
-
 QString HoursOf(const Event& event) {
     return event.isOpen ? ShownTime(event.openTime) + " - " + ShownTime(event.closeTime) : Form::tr("Closed");
 }
@@ -118,6 +114,13 @@ EventForm::EventForm()
     When([this] { return chkOpen.IsOn(); }).Enable(txtOpenTime, txtCloseTime);
 }
 
+std::optional<Form::Finding> EventForm::FormProblem() {
+    if (events::IsPossible(Entered().rule))
+        return {};
+    return Finding{&txtDay,
+                   tr("There is no %1 %2 in any year.").arg(cboMonth.DisplayText()).arg(txtDay.Value())};
+}
+
 Event EventForm::Entered() const {
     return {.id = {},
             .name = txtName.Draft(),
@@ -158,27 +161,16 @@ frmSystem_Events::frmSystem_Events(Application& application, QWidget* parent)
     AddListButton(cmdApply);
     Finish();
     connect(cmdApply, &QPushButton::clicked, this, &frmSystem_Events::ApplyToCalendars);
-    connect(&m_form, &Form::Changed, this, &frmSystem_Events::ShowNext);
     ShowNext();
 }
 
-GridRow frmSystem_Events::ReadRow(const Table& table) {
-    GridRow row = MaintenanceScreen::ReadRow(table);
+GridRow frmSystem_Events::ReadRow(const Table&) {
     const Event event = ReadEvent(App().channel);
     const QList<QDate> next = NextDates(event.rule);
-    row.cells = {event.name, InWords(event.rule),
-                 next.isEmpty() ? QString() : next.first().toString(events::DateFormat), HoursOf(event)};
-    return row;
-}
-
-bool frmSystem_Events::CheckBeforeSave(Table& table) {
-    if (!MaintenanceScreen::CheckBeforeSave(table))
-        return false;
-    if (events::IsPossible(m_form.Entered().rule))
-        return true;
-    Tell(tr("There is no %1 %2 in any year.").arg(m_form.cboMonth.DisplayText()).arg(m_form.txtDay.Value()));
-    table.view->FocusField(m_form.txtDay);
-    return false;
+    return {event.id,
+            {event.name, InWords(event.rule),
+             next.isEmpty() ? QString() : next.first().toString(events::DateFormat), HoursOf(event)},
+            {}};
 }
 
 void frmSystem_Events::RefreshOwnControls() {

@@ -11,6 +11,8 @@ struct EventForm : Form {
     EventForm();
     /// The event as it is entered.
     Event Entered() const;
+    /// No year has a 31st of June.
+    std::optional<Finding> FormProblem() override;
 
     TextField txtName{
         *this,
@@ -58,7 +60,6 @@ public:
 
 protected:
     GridRow ReadRow(const Table& table) override;
-    bool CheckBeforeSave(Table& table) override;
     void RefreshOwnControls() override;
 
 private:

@@ -14,6 +14,13 @@ struct PickItem {
     bool operator==(const PickItem&) const = default;
 };
 
+/// The items behind one that stands for no value and has this text; without a text there is none.
+inline QList<PickItem> WithNone(QList<PickItem> items, const QString& none) {
+    if (!none.isEmpty())
+        items.prepend({{}, none});
+    return items;
+}
+
 /// The pick-lists that several screens show, by their registered name ("cboItemType", "cboOwningLib", ...).
 /// Who saves or deletes a record brings its lists up to date; choices on open screens that show one follow at
 /// once.

@@ -253,21 +253,23 @@ QList<Field*> Form::Missing() const {
     return missing;
 }
 
-std::optional<Form::Finding> Form::FirstProblem() const {
+std::optional<Form::Finding> Form::FirstProblem() {
     for (Field* field : m_fields) {
         if (!field->IsUsable())
             continue;
         if (const QString problem = field->Problem(); !problem.isEmpty())
             return Finding{field, problem};
     }
-    return {};
+    return FormProblem();
 }
 
-QList<Form::Finding> Form::Problems() const {
+QList<Form::Finding> Form::Problems() {
     QList<Finding> problems;
     for (Field* field : m_fields)
         if (const QString problem = field->IsUsable() ? field->Problem() : QString(); !problem.isEmpty())
             problems.append({field, problem});
+    if (const std::optional<Finding> problem = FormProblem())
+        problems.append(*problem);
     return problems;
 }
 

@@ -156,10 +156,13 @@ public:
     /// The required, usable fields that are blank.
     QList<Field*> Missing() const;
     bool IsComplete() const { return Missing().isEmpty(); }
-    /// The first problem of a usable field in declaration order.
-    std::optional<Finding> FirstProblem() const;
-    /// All of them, one per field.
-    QList<Finding> Problems() const;
+    /// What is wrong with the record as a whole, where each of its fields is right by itself, and the field
+    /// to go to.
+    virtual std::optional<Finding> FormProblem() { return {}; }
+    /// The first problem of a usable field in declaration order, or else of the whole.
+    std::optional<Finding> FirstProblem();
+    /// All of them, one per field, and that of the whole.
+    QList<Finding> Problems();
 
     /// What the form does while the condition, which looks at drafts alone, holds. Fields, captions and pages
     /// follow it at once and after every load; values are corrected only when an edit makes it true.

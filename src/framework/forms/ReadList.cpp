@@ -7,6 +7,12 @@ namespace sysadmin {
 
 namespace status = wire::status;
 
+ListStep CollectItems(QList<PickItem>& items, const QString& idTag, const QString& textTag) {
+    return {idTag, [&items, idTag, textTag](RequestChannel& reply) {
+                items.append({reply.GetField(idTag), reply.GetField(textTag)});
+            }};
+}
+
 qint16 ReadList(RequestChannel& channel, const ListQuery& query, const QList<ListStep>& steps) {
     qint16 result = status::Ok;
     do {

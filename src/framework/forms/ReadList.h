@@ -1,7 +1,6 @@
 #pragma once
 
-#include <QList>
-#include <QString>
+#include "core/data/PickLists.h"
 
 #include <functional>
 
@@ -30,6 +29,9 @@ struct ListStep {
     QString recordTag;
     std::function<void(RequestChannel&)> read;
 };
+
+/// Reads the records that begin with `idTag` as entries of a choice.
+ListStep CollectItems(QList<PickItem>& items, const QString& idTag, const QString& textTag);
 
 /// Sends the request until a reply is the last one and takes the steps through each reply that counts, one
 /// step after the other. The status of the last reply; nothing of a strict list was read unless it is 0.

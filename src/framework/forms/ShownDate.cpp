@@ -24,4 +24,9 @@ QString ShownDate(const QString& text, const QString& format) {
                : text;
 }
 
+QString ShownTime(const QString& time) {
+    const QTime value = QTime::fromString(time, "HH:mm");
+    return value.isValid() ? QLocale().toString(value, QLocale::ShortFormat) : QString();
+}
+
 } // namespace sysadmin

@@ -20,4 +20,7 @@ QString ShownDate(QDate date);
 /// other text as it is.
 QString ShownDate(const QString& text, const QString& format);
 
+/// A time of day "HH:mm" as people here read it; any other text is an empty one.
+QString ShownTime(const QString& time);
+
 } // namespace sysadmin
