@@ -2,6 +2,7 @@
 
 #include "core/data/RequestChannel.h"
 #include "framework/forms/Rules.h"
+#include "search/HeadingFilterWords.h"
 #include "search/IndexSentences.h"
 #include "search/KeywordFields.h"
 #include "wire/Bib1.h"
@@ -345,8 +346,11 @@ void IndexForm::SayMeaning() {
     if (components)
         for (const GridRow& row : components->Offered())
             names.insert(row.key, row.cells.value(0));
-    const QString words =
+    QString words =
         IndexInWords(family, definition.Text(), vsfFields ? vsfFields->Rows() : QList<GridRow>(), names);
+    if (heading && !heading->leftOut.isEmpty())
+        words += "\n" + tr("Its heading filter leaves out: %1.")
+                            .arg(LeftOutInWords(heading->leftOut, definition.Text()).join("; "));
     if (words != txtMeaning.Draft())
         txtMeaning.SetStored(words);
 }

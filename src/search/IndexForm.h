@@ -53,6 +53,7 @@ struct HeadingFields {
     NumberField txtFixedOffset;
     NumberField txtFixedLength;
     FlagField chkCallNumberSearch;
+    QList<GridRow> leftOut{}; ///< by the index's heading filter, as it is stored
 };
 
 /// The definition of a search index. The families have the same record; what an index is made of differs.

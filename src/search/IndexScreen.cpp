@@ -1,6 +1,7 @@
 #include "search/IndexScreen.h"
 
 #include "core/Application.h"
+#include "search/HeadingFilterWords.h"
 #include "wire/Status.h"
 
 #include <QPlainTextEdit>
@@ -117,6 +118,12 @@ void IndexScreen::BeforeLoad() {
 void IndexScreen::LoadComponents() {
     if (m_form.components)
         m_form.components->Offer(ReadCodes("LstComp", "CC", "CN", m_spec.loadCaption));
+}
+
+void IndexScreen::ReadRecord(Table& table) {
+    if (m_form.heading)
+        m_form.heading->leftOut = ReadRows(App().channel, LeftOutTags.first(), {}, LeftOutTags);
+    MaintenanceScreen::ReadRecord(table);
 }
 
 bool IndexScreen::MayDeleteRow(const GridRow& row) const {

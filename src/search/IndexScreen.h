@@ -32,6 +32,7 @@ public:
 
 protected:
     void BeforeLoad() override;
+    void ReadRecord(Table& table) override;
     bool MayDeleteRow(const GridRow& row) const override;
 
 private:

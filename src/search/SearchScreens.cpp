@@ -4,6 +4,7 @@
 #include "framework/PlainScreens.h"
 #include "search/IndexScreen.h"
 #include "search/frmSearch_DatabaseDefinition.h"
+#include "search/frmSearch_HeadingFilter.h"
 
 #include <QCoreApplication>
 
@@ -52,6 +53,7 @@ void ContributeIndexes(ScreenCatalogue& catalogue, const QString& key, int helpC
 
 void AddSearchScreens(ScreenCatalogue& catalogue) {
     catalogue.Contribute<frmSearch_DatabaseDefinition>("Search_DatabaseDefinitions", 50601);
+    catalogue.Contribute<frmSearch_HeadingFilter>("Search_HeadingFilter", 50631);
     ContributeIndexes(catalogue, "Search_CompositeDefinitions", 50621, CompositeIndexes);
     ContributeIndexes(catalogue, "Search_SearchDefinitions", 50622, HeadingIndexes);
     ContributeIndexes(catalogue, "Search_KeywordDefinitions", 50623, KeywordIndexes);

@@ -205,6 +205,13 @@ void RowsField::Load(RequestChannel& channel) {
     QList<GridRow> rows = ReadRows(channel, m_rowsSpec.marker, m_rowsSpec.keyTag, tags);
     if (m_rowsSpec.belongs)
         rows.removeIf([this](const GridRow& row) { return !m_rowsSpec.belongs(row); });
+    // Where the first cell stands for a key, rows may begin alike (two parts of one MARC field).
+    QSet<QString> keys;
+    for (GridRow& row : rows) {
+        if (m_rowsSpec.keyTag.isEmpty() && keys.contains(row.key))
+            row.key = NewKey();
+        keys.insert(row.key);
+    }
     SetStoredRows(rows);
 }
 

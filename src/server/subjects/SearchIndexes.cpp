@@ -1,6 +1,7 @@
 #include "server/subjects/SearchIndexes.h"
 
 #include "server/store/Database.h"
+#include "server/subjects/HeadingFilters.h"
 #include "server/subjects/Registrations.h"
 #include "server/subjects/Vouchers.h"
 #include "wire/ItemText.h"
@@ -144,7 +145,8 @@ Children WordFields(const QString& table) {
 }
 
 void RegisterFamily(Registry& registry, const IndexFamily& family, const RequestNames& requests,
-                    const QList<Children>& children = {}) {
+                    const QList<Children>& children = {},
+                    const std::function<void(Context&, qint64, ReplyFields&)>& addToGet = {}) {
     registry.AddSubject({
         .table = family.table,
         .area = Area::System,
@@ -158,6 +160,7 @@ void RegisterFamily(Registry& registry, const IndexFamily& family, const Request
                               Row& after) { return CheckIndex(family, context, before, after); },
         .checkRemove = [&family](Context& context, qint64,
                                  const Row& index) { return CheckRemoval(family, context, index); },
+        .addToGet = addToGet,
     });
 }
 
@@ -220,7 +223,8 @@ void RegisterSearchIndexes(Registry& registry) {
                     .update = "UpdCSrch",
                     .remove = "DelCSrch"});
     // The set of these is the system's own: none is added, none removed.
-    RegisterFamily(registry, families[3], {.list = "LstCSDef", .get = "GetCSDef", .update = "UpdCSDef"});
+    RegisterFamily(registry, families[3], {.list = "LstCSDef", .get = "GetCSDef", .update = "UpdCSDef"}, {},
+                   AddLeftOut);
     registry.AddRead("LstComp", Area::System, ListComponents);
     registry.About("LstComp", {families[0].table, families[1].table, families[3].table});
 }
