@@ -1,12 +1,12 @@
 #include "callslips/CallNumberOrder.h"
 #include "server/ReplyFields.h"
 #include "server/store/Database.h"
+#include "server/subjects/Ranks.h"
 #include "server/subjects/Registrations.h"
 
 #include <QSet>
 
 #include <algorithm>
-#include <iterator>
 
 namespace sysadmin::server {
 
@@ -83,43 +83,21 @@ qint16 CheckRanges(const Row& rule) {
                                                                               : status::WrongMostCallNumber;
 }
 
-qint64 RuleCount(Context& context) {
-    return context.database.FirstValue("SELECT COUNT(*) FROM call_slip_rules").toLongLong();
+/// The request that sets their order has tags of its own.
+Ranks RuleRanks() {
+    return {.table = Rules, .column = "rank", .idTag = {}, .rankTag = {}};
 }
 
 /// New rules are tried behind all others.
 qint16 CheckRule(Context& context, const wire::Fields&, const Row& before, Row& after) {
     if (before.isEmpty())
-        after.insert("rank", RuleCount(context) + 1);
+        after.insert("rank", NextRank(context, RuleRanks()));
     return CheckRanges(after);
 }
 
-/// The rules behind one that goes move up. They have not changed: the history tells of the one that goes.
-qint16 CloseGap(Context& context, qint64, const Row& rule) {
-    context.database.Run("UPDATE call_slip_rules SET rank=rank-1 WHERE rank>?", {rule.value("rank")});
+qint16 RemoveRule(Context& context, qint64, const Row& rule) {
+    CloseGap(context, RuleRanks(), rule.value("rank"));
     return status::Ok;
-}
-
-/// Which of the numbers, all different, must go elsewhere for the others to stand in rising order; as few as
-/// possible.
-QSet<qint64> Moved(const QList<qint64>& numbers) {
-    QList<qsizetype> ends; // by length: where the rising sequence with the least end stands
-    QList<qsizetype> before(numbers.size(), -1);
-    for (qsizetype i = 0; i < numbers.size(); ++i) {
-        const auto place =
-            std::lower_bound(ends.begin(), ends.end(), numbers[i],
-                             [&](qsizetype end, qint64 number) { return numbers[end] < number; });
-        if (place != ends.begin())
-            before[i] = *std::prev(place);
-        if (place == ends.end())
-            ends.append(i);
-        else
-            *place = i;
-    }
-    QSet<qint64> moved(numbers.begin(), numbers.end());
-    for (qsizetype i = ends.isEmpty() ? -1 : ends.last(); i >= 0; i = before[i])
-        moved.remove(numbers[i]);
-    return moved;
 }
 
 /// The ranks that a request carries under a tag, as they stand in it; none when they are not all numbers from
@@ -145,7 +123,7 @@ Answer OrderRules(Context& context, const wire::Fields& request) {
     const auto before = RanksIn(request, "PRR");
     if (!ranks || !before || ranks->size() != before->size())
         return {status::ColumnError};
-    if (ranks->size() != RuleCount(context))
+    if (ranks->size() + 1 != NextRank(context, RuleRanks()))
         return {status::RecordChanged};
     QList<qint64> ids;
     for (const QVariant& id : context.database.FirstColumn("SELECT id FROM call_slip_rules ORDER BY rank"))
@@ -242,7 +220,7 @@ void RegisterRules(Registry& registry) {
         .addReply = {"RR"},
         .order = {"rank"},
         .checkPut = CheckRule,
-        .checkRemove = CloseGap,
+        .checkRemove = RemoveRule,
     });
     registry.AddTable({.name = Rules, .indexed = {{"rank"}}, .ordered = true});
     registry.AddChange("OrdCSR", Area::System, OrderRules);

@@ -1,4 +1,5 @@
 #include "server/store/Database.h"
+#include "server/subjects/Ranks.h"
 #include "server/subjects/Registrations.h"
 
 #include <algorithm>
@@ -57,11 +58,16 @@ void PutLists(Context& context, qint64 owner, ReplyFields& reply) {
     PutRows(context, groups + used, owner, {"SAGID", "SGN", "STID"}, reply);
 }
 
+/// Groups are tried in this order.
+Ranks GroupRanks() {
+    return {.table = "sort_groups", .column = "place", .idTag = "SGID", .rankTag = "SGSEQ"};
+}
+
 /// A new group is the last one. The mark of the default group is only moved: without one, whoever is in no
 /// group would see holdings in any order.
 qint16 CheckGroup(Context& context, const wire::Fields&, const Row& before, Row& after) {
     if (before.isEmpty())
-        after["place"] = context.database.FirstValue("SELECT COUNT(*) FROM sort_groups").toLongLong() + 1;
+        after["place"] = NextRank(context, GroupRanks());
     else if (before["is_default"] == "Y" && after["is_default"] != "Y")
         return status::InUse;
     return status::Ok;
@@ -92,51 +98,11 @@ qint16 StoreLists(Context& context, const wire::Fields& request, qint64 id, bool
     return ApplyMembers(context, UsingGroups(), id, request);
 }
 
-/// Whoever comes behind a removed group moves up.
-qint16 CloseRank(Context& context, qint64, const Row& record) {
+qint16 RemoveGroup(Context& context, qint64, const Row& record) {
     if (record["is_default"] == "Y")
         return status::InUse;
-    QList<QPair<qint64, qint64>> behind;
-    context.database.Each("SELECT id, place FROM sort_groups WHERE place>? ORDER BY place", {record["place"]},
-                          [&](const ResultRow& row) {
-                              behind.append({row.value(0).toLongLong(), row.value(1).toLongLong()});
-                          });
-    for (const auto& [id, place] : behind)
-        context.records.Update("sort_groups", id, {{"place", place - 1}});
+    CloseGap(context, GroupRanks(), record["place"]);
     return status::Ok;
-}
-
-/// Stores the places of all groups at once.
-Answer StoreOrder(Context& context, const wire::Fields& request) {
-    QList<qint64> ids;
-    QList<qint64> places;
-    for (const wire::Field& field : request) {
-        bool valid = true;
-        if (field.tag == "SGID")
-            ids << field.value.toLongLong(&valid);
-        else if (field.tag == "SGSEQ")
-            places << field.value.toLongLong(&valid);
-        if (!valid)
-            return {status::ColumnError};
-    }
-    QList<qint64> counted = places;
-    std::sort(counted.begin(), counted.end());
-    for (qsizetype i = 0; i < counted.size(); ++i)
-        if (counted[i] != i + 1)
-            return {status::ColumnError};
-    const QSet<qint64> sent(ids.begin(), ids.end());
-    if (ids.size() != places.size() || sent.size() != ids.size())
-        return {status::ColumnError};
-    // An order in which a group is missing, or one too many stands, is that of an older list.
-    const QList<QVariant> stored = context.database.FirstColumn("SELECT id FROM sort_groups");
-    const bool isWhole = stored.size() == ids.size() &&
-                         std::all_of(stored.begin(), stored.end(),
-                                     [&](const QVariant& id) { return sent.contains(id.toLongLong()); });
-    if (!isWhole)
-        return {status::RecordChanged};
-    for (qsizetype i = 0; i < ids.size(); ++i)
-        context.records.Update("sort_groups", ids[i], {{"place", places[i]}});
-    return {};
 }
 
 } // namespace
@@ -165,7 +131,7 @@ void RegisterHoldingsSortGroups(Registry& registry) {
         .order = {"place"},
         .checkPut = CheckGroup,
         .afterPut = StoreLists,
-        .checkRemove = CloseRank,
+        .checkRemove = RemoveGroup,
         .addToGet = [](Context& context, qint64 id, ReplyFields& reply) { PutLists(context, id, reply); },
     });
     for (const Table& table : SortedLocations().StoredAs("sort_groups"))
@@ -176,7 +142,9 @@ void RegisterHoldingsSortGroups(Registry& registry) {
         PutLists(context, 0, answer.fields);
         return answer;
     });
-    registry.AddChange("SeqSort", Area::System, StoreOrder);
+    registry.AddChange("SeqSort", Area::System, [](Context& context, const wire::Fields& request) {
+        return StoreOrder(context, GroupRanks(), request);
+    });
     registry.AboutSeveral("SeqSort", "sort_groups", "SGID");
 }
 

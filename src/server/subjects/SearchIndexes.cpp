@@ -1,6 +1,7 @@
 #include "server/subjects/SearchIndexes.h"
 
 #include "server/store/Database.h"
+#include "server/subjects/BibLinks.h"
 #include "server/subjects/HeadingFilters.h"
 #include "server/subjects/Registrations.h"
 #include "server/subjects/Vouchers.h"
@@ -144,9 +145,15 @@ Children WordFields(const QString& table) {
             .ordered = true};
 }
 
+/// What else the library says of an index: its heading filter, and the links that look in it.
+void AddUses(Context& context, const IndexFamily& family, qint64 id, ReplyFields& reply) {
+    if (family.family == Family::Headings)
+        AddLeftOut(context, id, reply);
+    AddLinksTo(context, context.records.Find(family.table, id)->value("code").toString(), reply);
+}
+
 void RegisterFamily(Registry& registry, const IndexFamily& family, const RequestNames& requests,
-                    const QList<Children>& children = {},
-                    const std::function<void(Context&, qint64, ReplyFields&)>& addToGet = {}) {
+                    const QList<Children>& children = {}) {
     registry.AddSubject({
         .table = family.table,
         .area = Area::System,
@@ -160,7 +167,8 @@ void RegisterFamily(Registry& registry, const IndexFamily& family, const Request
                               Row& after) { return CheckIndex(family, context, before, after); },
         .checkRemove = [&family](Context& context, qint64,
                                  const Row& index) { return CheckRemoval(family, context, index); },
-        .addToGet = addToGet,
+        .addToGet = [&family](Context& context, qint64 id,
+                              ReplyFields& reply) { AddUses(context, family, id, reply); },
     });
 }
 
@@ -184,8 +192,17 @@ const QList<IndexFamily>& IndexFamilies() {
 }
 
 const QList<IndexReference>& IndexReferences() {
-    static const QList<IndexReference> references{{"duplicate_profile_indexes", "code"}};
+    static const QList<IndexReference> references{{"duplicate_profile_indexes", "code"},
+                                                  {"bib_links", "index_code"}};
     return references;
+}
+
+std::optional<QString> ComponentCode(Context& context, const QString& code) {
+    for (const IndexFamily& family : IndexFamilies())
+        if (family.family != Family::Composite)
+            if (const auto id = context.records.IdOfText(family.table, "code", code))
+                return context.records.Find(family.table, *id)->value("code").toString();
+    return std::nullopt;
 }
 
 bool HasIndex(Context& context, const QString& code) {
@@ -223,8 +240,7 @@ void RegisterSearchIndexes(Registry& registry) {
                     .update = "UpdCSrch",
                     .remove = "DelCSrch"});
     // The set of these is the system's own: none is added, none removed.
-    RegisterFamily(registry, families[3], {.list = "LstCSDef", .get = "GetCSDef", .update = "UpdCSDef"}, {},
-                   AddLeftOut);
+    RegisterFamily(registry, families[3], {.list = "LstCSDef", .get = "GetCSDef", .update = "UpdCSDef"});
     registry.AddRead("LstComp", Area::System, ListComponents);
     registry.About("LstComp", {families[0].table, families[1].table, families[3].table});
 }

@@ -20,6 +20,9 @@ struct IndexReference {
 };
 const QList<IndexReference>& IndexReferences();
 
+/// The code, as it is stored, of an index that is not made of other ones; none where there is no such index.
+std::optional<QString> ComponentCode(Context& context, const QString& code);
+
 /// Whether there is an index with the code, in whatever family.
 bool HasIndex(Context& context, const QString& code);
 
