@@ -2,7 +2,6 @@
 
 #include "core/data/RequestChannel.h"
 #include "framework/forms/Rules.h"
-#include "search/HeadingFilterWords.h"
 #include "search/IndexSentences.h"
 #include "search/KeywordFields.h"
 #include "wire/Bib1.h"
@@ -346,11 +345,11 @@ void IndexForm::SayMeaning() {
     if (components)
         for (const GridRow& row : components->Offered())
             names.insert(row.key, row.cells.value(0));
-    QString words =
-        IndexInWords(family, definition.Text(), vsfFields ? vsfFields->Rows() : QList<GridRow>(), names);
-    if (heading && !heading->leftOut.isEmpty())
-        words += "\n" + tr("Its heading filter leaves out: %1.")
-                            .arg(LeftOutInWords(heading->leftOut, definition.Text()).join("; "));
+    QStringList sentences{
+        IndexInWords(family, definition.Text(), vsfFields ? vsfFields->Rows() : QList<GridRow>(), names)};
+    if (!txtCode.Stored().isEmpty()) // nothing refers to a new index
+        sentences += uses.InWords(definition.Text());
+    const QString words = sentences.join('\n');
     if (words != txtMeaning.Draft())
         txtMeaning.SetStored(words);
 }

@@ -5,6 +5,7 @@
 #include "framework/forms/ComposedText.h"
 #include "framework/forms/ListFields.h"
 #include "framework/forms/PutList.h"
+#include "search/IndexUses.h"
 #include "wire/SearchIndexes.h"
 
 namespace sysadmin {
@@ -53,7 +54,6 @@ struct HeadingFields {
     NumberField txtFixedOffset;
     NumberField txtFixedLength;
     FlagField chkCallNumberSearch;
-    QList<GridRow> leftOut{}; ///< by the index's heading filter, as it is stored
 };
 
 /// The definition of a search index. The families have the same record; what an index is made of differs.
@@ -67,6 +67,7 @@ struct IndexForm : Form {
     std::optional<Finding> FormProblem() override;
 
     wire::indexes::Family family;
+    IndexUses uses;
     CheckedText txtCode;
     TextField txtName;
     ChoiceField cboUse;

@@ -1,7 +1,6 @@
 #include "search/IndexScreen.h"
 
 #include "core/Application.h"
-#include "search/HeadingFilterWords.h"
 #include "wire/Status.h"
 
 #include <QPlainTextEdit>
@@ -121,8 +120,7 @@ void IndexScreen::LoadComponents() {
 }
 
 void IndexScreen::ReadRecord(Table& table) {
-    if (m_form.heading)
-        m_form.heading->leftOut = ReadRows(App().channel, LeftOutTags.first(), {}, LeftOutTags);
+    m_form.uses.Load(App().channel);
     MaintenanceScreen::ReadRecord(table);
 }
 

@@ -3,7 +3,9 @@
 #include "core/ScreenCatalogue.h"
 #include "framework/PlainScreens.h"
 #include "search/IndexScreen.h"
+#include "search/frmSearch_BibLinking.h"
 #include "search/frmSearch_DatabaseDefinition.h"
+#include "search/frmSearch_FieldWeighting.h"
 #include "search/frmSearch_HeadingFilter.h"
 
 #include <QCoreApplication>
@@ -52,7 +54,9 @@ void ContributeIndexes(ScreenCatalogue& catalogue, const QString& key, int helpC
 } // namespace
 
 void AddSearchScreens(ScreenCatalogue& catalogue) {
+    catalogue.Contribute<frmSearch_BibLinking>("Search_BibLinking", 50641);
     catalogue.Contribute<frmSearch_DatabaseDefinition>("Search_DatabaseDefinitions", 50601);
+    catalogue.Contribute<frmSearch_FieldWeighting>("Search_FieldWeighting", 50651);
     catalogue.Contribute<frmSearch_HeadingFilter>("Search_HeadingFilter", 50631);
     ContributeIndexes(catalogue, "Search_CompositeDefinitions", 50621, CompositeIndexes);
     ContributeIndexes(catalogue, "Search_SearchDefinitions", 50622, HeadingIndexes);

@@ -2,6 +2,7 @@
 
 #include "server/store/Database.h"
 #include "server/subjects/BibLinks.h"
+#include "server/subjects/FieldWeights.h"
 #include "server/subjects/HeadingFilters.h"
 #include "server/subjects/Registrations.h"
 #include "server/subjects/Vouchers.h"
@@ -98,8 +99,12 @@ qint16 CheckRemoval(const IndexFamily& family, Context& context, const Row& inde
     qint16 result = status::Ok;
     EachComposite(context, code, [&](qint64, const QString&) { result = InCompositeIndex; });
     for (const IndexReference& reference : IndexReferences())
-        if (context.records.Count(reference.table, reference.column, code) > 0)
+        if (!reference.goesToo && context.records.Count(reference.table, reference.column, code) > 0)
             result = status::InUse;
+    if (result == status::Ok)
+        for (const IndexReference& reference : IndexReferences())
+            if (reference.goesToo)
+                context.records.RemoveWhere(reference.table, reference.column, code);
     return result;
 }
 
@@ -149,7 +154,9 @@ Children WordFields(const QString& table) {
 void AddUses(Context& context, const IndexFamily& family, qint64 id, ReplyFields& reply) {
     if (family.family == Family::Headings)
         AddLeftOut(context, id, reply);
-    AddLinksTo(context, context.records.Find(family.table, id)->value("code").toString(), reply);
+    const QString code = context.records.Find(family.table, id)->value("code").toString();
+    AddLinksTo(context, code, reply);
+    AddWeightsOf(context, code, reply);
 }
 
 void RegisterFamily(Registry& registry, const IndexFamily& family, const RequestNames& requests,
@@ -193,7 +200,8 @@ const QList<IndexFamily>& IndexFamilies() {
 
 const QList<IndexReference>& IndexReferences() {
     static const QList<IndexReference> references{{"duplicate_profile_indexes", "code"},
-                                                  {"bib_links", "index_code"}};
+                                                  {"bib_links", "index_code"},
+                                                  {"index_weightings", "code", true}};
     return references;
 }
 

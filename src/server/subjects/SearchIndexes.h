@@ -17,6 +17,7 @@ const QList<IndexFamily>& IndexFamilies();
 struct IndexReference {
     QString table;
     QString column;
+    bool goesToo = false; ///< it is a part of what is said about the index, and is deleted with it
 };
 const QList<IndexReference>& IndexReferences();
 

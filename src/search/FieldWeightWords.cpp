@@ -1,0 +1,89 @@
+#include "search/FieldWeightWords.h"
+
+#include "search/IndexSentences.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+
+namespace sysadmin {
+
+namespace weights = wire::weights;
+
+namespace {
+
+const QString AllFields = "*";
+
+QString tr(const char* text) {
+    return QCoreApplication::translate("FieldWeights", text);
+}
+
+} // namespace
+
+weights::Place PlaceOf(const GridRow& row) {
+    return {row.cells.value(0), row.cells.value(1)};
+}
+
+int WeightOf(const GridRow& row) {
+    return row.cells.value(2).toInt();
+}
+
+QString InWords(const weights::Place& place) {
+    if (place.field == AllFields && place.subfields.isEmpty())
+        return tr("all other fields");
+    const QString field = FieldInWords(place.field);
+    return place.subfields.isEmpty() ? field
+                                     : tr("%1 of %2").arg(SubfieldsInWords(place.subfields, {}), field);
+}
+
+bool Takes(const QList<weights::WordField>& fields, const weights::Place& place) {
+    return std::any_of(fields.begin(), fields.end(),
+                       [&](const weights::WordField& field) { return weights::Takes(field, place); });
+}
+
+QList<WeightShare> SharesOf(const QList<weights::WordField>& fields, const QList<GridRow>& rows) {
+    QList<WeightShare> shares;
+    for (const GridRow& row : rows)
+        shares.append({.place = InWords(PlaceOf(row)),
+                       .weight = WeightOf(row),
+                       .isTaken = Takes(fields, PlaceOf(row))});
+    const bool hasRest = std::any_of(fields.begin(), fields.end(), [&](const weights::WordField& field) {
+        return std::none_of(rows.begin(), rows.end(),
+                            [&](const GridRow& row) { return weights::Covers(PlaceOf(row), field); });
+    });
+    if (hasRest)
+        shares.append(
+            {.place = tr("fields without a weight"), .weight = weights::UsualWeight, .isRest = true});
+    int sum = 0;
+    for (const WeightShare& share : shares)
+        sum += share.isTaken ? share.weight : 0;
+    for (WeightShare& share : shares)
+        share.part = share.isTaken && sum > 0 ? qreal(share.weight) / sum : 0;
+    return shares;
+}
+
+QString WeightsInWords(const QList<GridRow>& rows) {
+    QStringList words;
+    for (const GridRow& row : rows)
+        words.append(QString("%1 %2").arg(InWords(PlaceOf(row))).arg(WeightOf(row)));
+    return words.join(", ");
+}
+
+QStringList FindingsOf(const WeightedIndex& index) {
+    if (index.weights.isEmpty())
+        return {tr("Nothing has a weight: words count the same wherever they stand.")};
+    QStringList findings;
+    for (const GridRow& row : index.weights)
+        if (!Takes(index.fields, PlaceOf(row)))
+            findings.append(
+                tr("The weight of %1 has no effect: the index does not take it.").arg(InWords(PlaceOf(row))));
+    const QList<WeightShare> shares = SharesOf(index.fields, index.weights);
+    const bool areSame = std::all_of(shares.begin(), shares.end(), [&](const WeightShare& share) {
+        return !share.isTaken || share.weight == shares.first().weight;
+    });
+    if (findings.isEmpty() && areSame)
+        findings.append(tr("All weights are the same: words count the same wherever they stand."));
+    return findings;
+}
+
+} // namespace sysadmin
