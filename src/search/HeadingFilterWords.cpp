@@ -55,8 +55,8 @@ QString InWords(const headings::LeftOut& entry) {
         return kind;
     if (entry.vocabulary != headings::NamedInSubfield)
         return tr("%1 of %2 (second indicator %3)").arg(kind, NameOf(entry.vocabulary), entry.vocabulary);
-    return entry.source.isEmpty() ? tr("%1 of whatever vocabulary subfield 2 names").arg(kind)
-                                  : tr("%1 of the vocabulary %2 (subfield 2)").arg(kind, entry.source);
+    return entry.source.isEmpty() ? tr("%1 of whatever vocabulary $2 names").arg(kind)
+                                  : tr("%1 of the vocabulary %2 ($2)").arg(kind, entry.source);
 }
 
 QString WhyWithoutEffect(const headings::LeftOut& entry, const QString& definition) {

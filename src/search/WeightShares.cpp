@@ -13,7 +13,7 @@ namespace sysadmin {
 
 namespace {
 
-constexpr qsizetype MostBars = 8; ///< what is smaller is shown together
+constexpr qsizetype MostBars = 7; ///< what is smaller is shown together
 constexpr int Margin = 6;
 constexpr int ValueRoom = 90;
 
@@ -108,7 +108,7 @@ void WeightShares::paintEvent(QPaintEvent*) {
     int labels = 0;
     for (const WeightShare& share : m_shares)
         labels = qMax(labels, fontMetrics().horizontalAdvance(share.place));
-    labels = qMin(labels, width() * 2 / 5);
+    labels = qMin(labels + 2, width() * 2 / 5); // what fits exactly would be cut by a fraction of a pixel
     for (qsizetype i = 0; i < m_shares.size(); ++i)
         PaintBar(painter, i, labels);
     if (hasFocus()) {

@@ -15,7 +15,6 @@ namespace links = wire::links;
 namespace {
 
 const QString PlaceColumn = "From";
-constexpr int CaptionCell = 1; ///< of the list, behind the rank
 
 QList<PickItem> Directions() {
     return {{links::direction::Host, Form::tr("Host item")},
@@ -163,14 +162,13 @@ frmSearch_BibLinking::frmSearch_BibLinking(Application& application, QWidget* pa
     AddTable({.subject = tr("Bibliographic Link"),
               .word = "BibLk",
               .plural = "Search Bibliographic Record Linking",
-              .listAfterChange = true, // places and ranks are the list's own
-              .columns = {{.caption = tr("Rank"), .width = 50, .tag = "Rk"},
-                          {.caption = tr("Captions"), .width = 150, .tag = "Cp"},
+              .listAfterChange = true, // places are the list's own
+              .columns = {{.caption = tr("Captions"), .tag = "Cp"},
                           {.caption = tr("Leads To"), .width = 100, .tag = "Dr", .items = Directions()},
-                          {.caption = tr("From"), .width = 90, .tag = PlaceColumn},
-                          {.caption = tr("Indexes"), .width = 70, .tag = "IC"},
-                          {.caption = tr("Staff"), .width = 50, .yesNo = true, .tag = "SS"},
-                          {.caption = tr("Public"), .width = 55, .yesNo = true, .tag = "SP"}},
+                          {.caption = tr("From"), .width = 80, .tag = PlaceColumn},
+                          {.caption = tr("Indexes"), .width = 60, .tag = "IC"},
+                          {.caption = tr("Staff"), .width = 45, .yesNo = true, .tag = "SS"},
+                          {.caption = tr("Public"), .width = 50, .yesNo = true, .tag = "SP"}},
               .sorted = false,
               .saveWords = {{wire::status::DuplicateRecord,
                              {tr("Another link leads from this place to this index already."),
@@ -180,7 +178,6 @@ frmSearch_BibLinking::frmSearch_BibLinking(Application& application, QWidget* pa
                         .idTag = "ID",
                         .helpContext = 50642,
                         .caption = tr("Bibliographic Links"),
-                        .derivedTags = {"Rk"},
                         .button = "cmdOrder",
                         .buttonCaption = tr("Set &Order")}},
              m_form, m_form.Draw());
@@ -209,10 +206,6 @@ void frmSearch_BibLinking::LoadIndexes() {
     std::sort(items.begin(), items.end(),
               [](const PickItem& one, const PickItem& other) { return one.text < other.text; });
     m_form.cboIndex.SetItems(items);
-}
-
-QString frmSearch_BibLinking::DeleteItemText(const Table&, const GridRow& row) const {
-    return row.cells.value(CaptionCell);
 }
 
 GridRow frmSearch_BibLinking::ReadRow(const Table& table) {

@@ -39,7 +39,6 @@ public:
 protected:
     void BeforeLoad() override;
     GridRow ReadRow(const Table& table) override;
-    QString DeleteItemText(const Table& table, const GridRow& row) const override;
 
 private:
     void LoadIndexes();

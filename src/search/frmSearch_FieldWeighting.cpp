@@ -108,7 +108,7 @@ FieldWeightForm::FieldWeightForm()
 Layout FieldWeightForm::Draw() {
     return Below({cboIndex, vsfWeights,
                   Button(
-                      "cmdFillIn", tr("&Fill In Fields"), [this] { FillIn(); },
+                      "cmdFillIn", tr("Fi&ll In Fields"), [this] { FillIn(); },
                       [this] { return !cboIndex.IsBlank(); }),
                   Slot("picShares"), txtMeaning});
 }
@@ -173,7 +173,12 @@ void FieldWeightForm::SayMeaning() {
         QList<GridRow> fields;
         for (const weights::WordField& field : WordFields())
             fields.append({{}, {field.field, field.include, field.exclude}, {}});
-        words.append(tr("The index takes: %1").arg(IndexInWords(indexes::Family::Keyword, {}, fields, {})));
+        QString taken = IndexInWords(indexes::Family::Keyword, {}, fields, {});
+        if (!fields.isEmpty()) {
+            taken[0] = taken[0].toLower();
+            taken = tr("The index takes %1").arg(taken);
+        }
+        words.append(taken);
         words += FindingsOf({.fields = WordFields(), .weights = vsfWeights.Rows()});
     }
     if (const QString meaning = words.join('\n'); meaning != txtMeaning.Draft())
@@ -293,10 +298,12 @@ void frmSearch_FieldWeighting::CheckWeights() {
                        .readOnly = IsReadOnly()},
                       this);
     dialog.resize(820, 420);
+    const auto* findings = dialog.findChild<ListGrid*>("vsfFindings");
+    if (!IsReadOnly())
+        connect(findings, &ListGrid::RowActivated, &dialog, &FormDialog::accept);
     if (!App().prompter.RunDialog(dialog))
         return;
-    const GridRow* chosen =
-        form.vsfFindings.FindRow(dialog.findChild<ListGrid*>("vsfFindings")->SelectedKey());
+    const GridRow* chosen = form.vsfFindings.FindRow(findings->SelectedKey());
     if (chosen)
         OpenIndex(chosen->cells[0]);
 }

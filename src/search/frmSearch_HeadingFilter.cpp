@@ -36,9 +36,9 @@ QList<PickItem> Vocabularies() {
 }
 
 QList<GridColumn> Columns() {
-    return {{.caption = Form::tr("Kind of Heading"), .width = 190, .tag = "HK", .items = Kinds()},
-            {.caption = Form::tr("Vocabulary"), .width = 300, .tag = "HV", .items = Vocabularies()},
-            {.caption = Form::tr("Source ($2)"), .tag = "HS"}};
+    return {{.caption = Form::tr("Kind of Heading"), .width = 170, .tag = "HK", .items = Kinds()},
+            {.caption = Form::tr("Vocabulary"), .tag = "HV", .items = Vocabularies()},
+            {.caption = Form::tr("Source ($2)"), .width = 90, .tag = "HS"}};
 }
 
 struct LeftOutForm : RowForm {

@@ -29,7 +29,9 @@ QMap<QString, QSet<QString>> AllowedIncludes() {
                                  "cataloging", "search",   "acquisitions"};
     for (const QString& subsystem : subsystems)
         allowed[subsystem] = {"framework", "framework/forms", "core", "core/data", "wire"};
-    allowed["circulation"] += {"loan", "look"}; // pictures are painted in the style's shades
+    // Pictures are painted in the style's shades.
+    allowed["circulation"] += {"loan", "look"};
+    allowed["search"].insert("look");
     allowed["requests"].insert("callslips");
     allowed["cataloging"].insert("marc");
     QSet<QString> all(allowed.keyBegin(), allowed.keyEnd());

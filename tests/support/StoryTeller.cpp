@@ -343,7 +343,8 @@ QString StoryTeller::Shown(const QString& name) {
             marks += list->item(i)->checkState() == Qt::Checked ? 'Y' : 'N';
         return marks;
     }
-    return widget.property("text").toString();
+    const QVariant text = widget.property("text");
+    return text.isValid() ? text.toString() : widget.accessibleDescription(); // of a picture
 }
 
 } // namespace sysadmin
