@@ -109,6 +109,29 @@ QAbstractButton* ButtonOf(QWidget& screen, const QString& name) {
     return button && !button->isHidden() && button->isEnabled() ? button : nullptr;
 }
 
+/// Opens the first records of the list on the page. Which dialogs a record offers depends on the record: a
+/// few are looked at.
+void VisitRecords(Screen& screen, QWidget* page, VisitingPrompter& prompter, int helpContext, bool mayEdit,
+                  const QString& table = {}) {
+    auto* grid = page == &screen ? page->findChild<ListGrid*>("vsf") : nullptr;
+    if (!grid)
+        grid = page->findChild<ListGrid*>();
+    const QStringList keys =
+        grid ? grid->Model().ShownKeys().mid(0, mayEdit ? MostRecords : 1) : QStringList();
+    for (const QString& key : keys) {
+        grid->SelectKey(key);
+        QAbstractButton* button = ButtonOf(screen, "cmdEdit");
+        if (!button)
+            break;
+        button->click();
+        prompter.VisitPages(screen, (mayEdit ? "edit" : "view") + table, helpContext);
+        if (mayEdit)
+            OpenDialogs(screen);
+        if (QAbstractButton* cancel = ButtonOf(screen, "cmdCancel"))
+            cancel->click();
+    }
+}
+
 void VisitScreen(Screen& screen, VisitingPrompter& prompter, int helpContext, bool mayEdit) {
     if (!screen.findChild<QAbstractButton*>("cmdEdit")) {
         prompter.VisitPages(screen, mayEdit ? "edit" : "view", helpContext);
@@ -126,23 +149,13 @@ void VisitScreen(Screen& screen, VisitingPrompter& prompter, int helpContext, bo
                 cancel->click();
         }
     }
-    // Which dialogs a record offers depends on the record: a few are looked at.
-    auto* grid = screen.findChild<ListGrid*>("vsf");
-    if (!grid) // several tables: the first one's
-        grid = screen.findChild<ListGrid*>();
-    const QStringList keys =
-        grid ? grid->Model().ShownKeys().mid(0, mayEdit ? MostRecords : 1) : QStringList();
-    for (const QString& key : keys) {
-        grid->SelectKey(key);
-        QAbstractButton* button = ButtonOf(screen, "cmdEdit");
-        if (!button)
-            break;
-        button->click();
-        prompter.VisitPages(screen, mayEdit ? "edit" : "view", helpContext);
-        if (mayEdit)
-            OpenDialogs(screen);
-        if (QAbstractButton* cancel = ButtonOf(screen, "cmdCancel"))
-            cancel->click();
+    // Of several tables each has a page.
+    auto* tables = screen.findChild<QTabWidget*>("tabTables");
+    VisitRecords(screen, tables ? tables->widget(0) : &screen, prompter, helpContext, mayEdit);
+    for (int page = 1; tables && page < tables->count(); ++page) {
+        tables->setCurrentIndex(page);
+        VisitRecords(screen, tables->widget(page), prompter, helpContext, mayEdit,
+                     "-table" + QString::number(page + 1));
     }
 }
 

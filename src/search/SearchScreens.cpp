@@ -4,6 +4,7 @@
 #include "framework/PlainScreens.h"
 #include "search/IndexScreen.h"
 #include "search/frmSearch_BibLinking.h"
+#include "search/frmSearch_BibDisplay.h"
 #include "search/frmSearch_DatabaseDefinition.h"
 #include "search/frmSearch_FieldWeighting.h"
 #include "search/frmSearch_HeadingFilter.h"
@@ -62,6 +63,7 @@ void AddSearchScreens(ScreenCatalogue& catalogue) {
     ContributeIndexes(catalogue, "Search_SearchDefinitions", 50622, HeadingIndexes);
     ContributeIndexes(catalogue, "Search_KeywordDefinitions", 50623, KeywordIndexes);
     ContributeIndexes(catalogue, "Search_HoldingsKeywordDefinitions", 50624, HoldingsKeywordIndexes);
+    catalogue.Contribute<frmSearch_BibDisplay>("Search_BibDisplay", 50671);
     catalogue.Contribute(MaterialTypes());
 }
 

@@ -124,6 +124,11 @@ void Library::Fill(Database& database) {
             Records records(database, m_registry->GetTables());
             FillSystemIndexes(records, *this);
         });
+    if (!database.FirstRow("SELECT 1 FROM title_lists"))
+        RunInTransaction(database, [&] {
+            Records records(database, m_registry->GetTables());
+            FillTitleLists(records, *this);
+        });
     m_sample = ReadSetting(database, "sample") == "Y";
     m_dummyHash = ReadSetting(database, "dummy_hash");
     m_keys.publicKey = QByteArray::fromBase64(ReadSetting(database, "sealing_public_key").toLatin1());

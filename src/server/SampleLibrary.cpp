@@ -110,26 +110,38 @@ void FillSampleLibrary(const Library& library, Database& database) {
             records.Update("web_service_configuration", *only, {{"default_pin", "0000"}});
 }
 
-void FillSystemIndexes(Records& records, const Library& library) {
+namespace {
+
+/// Reads a file of the sample library into one that is no sample: what every library has. `takes` may leave
+/// lines out.
+void ReadFromSample(Records& records, const Library& library, const QString& table,
+                    const std::function<bool(const Row&)>& takes = {}) {
     InitSampleLibrary();
-    const Tables& tables = library.GetRegistry().GetTables();
-    TableFiles files(records, tables);
-    const auto read = [&](const QString& table, const std::function<bool(const Row&)>& takes) {
-        QFile file(":/sample-library/" + table + ".csv");
-        const bool isOpen = file.open(QIODevice::ReadOnly);
-        const QString wrong = files.Read(table, file.readAll(), TableFiles::Unknown::Skip, takes);
-        if (!isOpen || !wrong.isEmpty())
-            qFatal("The system's indexes are not in order. %s", qPrintable(wrong));
-    };
-    read("bib_texts", {});
+    TableFiles files(records, library.GetRegistry().GetTables());
+    QFile file(":/sample-library/" + table + ".csv");
+    const bool isOpen = file.open(QIODevice::ReadOnly);
+    const QString wrong = files.Read(table, file.readAll(), TableFiles::Unknown::Skip, takes);
+    if (!isOpen || !wrong.isEmpty())
+        qFatal("What comes with the system is not in order. %s", qPrintable(wrong));
+}
+
+} // namespace
+
+void FillSystemIndexes(Records& records, const Library& library) {
+    ReadFromSample(records, library, "bib_texts");
     for (const IndexFamily& family : IndexFamilies()) {
         const bool isFixed = family.family == wire::indexes::Family::Headings;
-        read(family.table, [&](const Row& row) {
+        ReadFromSample(records, library, family.table, [&](const Row& row) {
             return isFixed || wire::indexes::IsSystemCode(family.family, row.value("code").toString());
         });
-        if (tables.contains(family.table + "_fields"))
-            read(family.table + "_fields", {});
+        if (library.GetRegistry().GetTables().contains(family.table + "_fields"))
+            ReadFromSample(records, library, family.table + "_fields");
     }
+}
+
+void FillTitleLists(Records& records, const Library& library) {
+    ReadFromSample(records, library, "title_lists");
+    ReadFromSample(records, library, "title_list_columns");
 }
 
 bool IsSampleIncomplete(const Library& library, Database& database) {

@@ -15,6 +15,9 @@ void FillSampleLibrary(const Library& library, Database& database);
 /// Adds the search indexes that every library has, with what they show of records.
 void FillSystemIndexes(Records& records, const Library& library);
 
+/// Adds the title lists that every library has, with columns of the texts that are there.
+void FillTitleLists(Records& records, const Library& library);
+
 /// Whether the program carries files of tables with which the library has not been filled.
 bool IsSampleIncomplete(const Library& library, Database& database);
 

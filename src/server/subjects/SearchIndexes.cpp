@@ -109,7 +109,7 @@ qint16 CheckRemoval(const IndexFamily& family, Context& context, const Row& inde
 }
 
 SubjectField Display(const QString& tag, const QString& column) {
-    return SubjectField::Reference(tag, column, "bib_texts", OnRemoval::Clear).Carrying("code");
+    return SubjectField::Reference(tag, column, "bib_texts").Carrying("code");
 }
 
 SubjectField SortKey(const QString& tag, const QString& column) {
@@ -221,11 +221,6 @@ bool HasIndex(Context& context, const QString& code) {
 }
 
 void RegisterSearchIndexes(Registry& registry) {
-    // What a result list can show of a record.
-    registry.AddTable({.name = "bib_texts",
-                       .columns = {{.name = "code"}, {.name = "name"}},
-                       .uniqueTexts = {{.column = "code"}}});
-    registry.AddList("LstDsp", Area::System, {{"bib_texts", {{"BCd", "code"}, {"BNm", "name"}}, {"code"}}});
     const QList<IndexFamily>& families = IndexFamilies();
     RegisterFamily(registry, families[0],
                    {.list = "LstKSrch",
