@@ -124,7 +124,7 @@ void MaintenanceScreen::ReadRecord(Table& table) {
 QString MaintenanceScreen::RecordText(const Table& table, const GridRow& row) const {
     for (qsizetype i = 0; i < table.spec.columns.size(); ++i)
         if (table.spec.columns[i].tag == table.spec.nameTag && !row.cells.value(i).isEmpty())
-            return row.cells[i];
+            return ShownText(table.spec.columns[i], row.cells[i]);
     return DeleteItemText(table, row);
 }
 
@@ -132,7 +132,7 @@ QString MaintenanceScreen::DeleteItemText(const Table& table, const GridRow& row
     for (qsizetype i = 0; i < table.spec.columns.size(); ++i)
         if (const GridColumn& column = table.spec.columns[i];
             !column.hidden && !column.yesNo && !row.cells.value(i).isEmpty())
-            return row.cells[i];
+            return ShownText(column, row.cells[i]);
     return row.key;
 }
 

@@ -84,6 +84,7 @@ IndexScreen::IndexScreen(Application& application, const IndexSpec& spec, QWidge
               .deleteCaption = spec.deleteCaption},
              m_form, m_form.Draw(), m_form.Puts());
     Finish();
+    ReloadOn({"Dsp"}, [this] { LoadDisplays(); });
     if (m_form.components)
         ReloadOn({"KSrch", "MKSrch", "CSDef"}, [this] { LoadComponents(); });
     // A few lines where there is a list above, which has more to show.
@@ -110,8 +111,12 @@ QList<GridRow> IndexScreen::ReadCodes(const QString& request, const QString& cod
 }
 
 void IndexScreen::BeforeLoad() {
-    m_form.displays.Offer(ReadCodes("LstDsp", "BCd", "BNm", "Load Search Available Bib Definitions"));
+    LoadDisplays();
     LoadComponents();
+}
+
+void IndexScreen::LoadDisplays() {
+    m_form.displays.Offer(ReadCodes("LstDsp", "BCd", "BNm", "Load Search Available Bib Definitions"));
 }
 
 void IndexScreen::LoadComponents() {

@@ -36,6 +36,7 @@ protected:
     bool MayDeleteRow(const GridRow& row) const override;
 
 private:
+    void LoadDisplays();
     void LoadComponents();
     QList<GridRow> ReadCodes(const QString& request, const QString& codeTag, const QString& nameTag,
                              const QString& caption);

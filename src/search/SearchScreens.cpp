@@ -3,11 +3,13 @@
 #include "core/ScreenCatalogue.h"
 #include "framework/PlainScreens.h"
 #include "search/IndexScreen.h"
-#include "search/frmSearch_BibLinking.h"
 #include "search/frmSearch_BibDisplay.h"
+#include "search/frmSearch_BibLinking.h"
 #include "search/frmSearch_DatabaseDefinition.h"
 #include "search/frmSearch_FieldWeighting.h"
 #include "search/frmSearch_HeadingFilter.h"
+#include "search/frmSearch_HookToHolding.h"
+#include "search/frmSearch_SimultaneousSearch.h"
 
 #include <QCoreApplication>
 
@@ -64,6 +66,8 @@ void AddSearchScreens(ScreenCatalogue& catalogue) {
     ContributeIndexes(catalogue, "Search_KeywordDefinitions", 50623, KeywordIndexes);
     ContributeIndexes(catalogue, "Search_HoldingsKeywordDefinitions", 50624, HoldingsKeywordIndexes);
     catalogue.Contribute<frmSearch_BibDisplay>("Search_BibDisplay", 50671);
+    catalogue.Contribute<frmSearch_HookToHolding>("Search_HookToHolding", 50672);
+    catalogue.Contribute<frmSearch_SimultaneousSearch>("Search_SimultaneousSearch", 50674);
     catalogue.Contribute(MaterialTypes());
 }
 

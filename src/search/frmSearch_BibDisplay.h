@@ -46,7 +46,7 @@ private:
 
 struct TitleListForm : Form {
     TitleListForm();
-    std::optional<Finding> FormProblem();
+    std::optional<Finding> FormProblem() override;
 
     ChoiceField cboKind;
     TitleColumns columns;

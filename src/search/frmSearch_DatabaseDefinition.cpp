@@ -68,6 +68,7 @@ frmSearch_DatabaseDefinition::frmSearch_DatabaseDefinition(Application& applicat
     connect(m_cmdTestAll, &QPushButton::clicked, this, &frmSearch_DatabaseDefinition::TestAll);
     AddListButton(m_cmdTestAll);
     Finish();
+    ReloadOn({"Hook"}, [this] { LoadChoices(m_form, Current().spec.loadCaption, Current().spec.subject); });
     m_tabs = findChild<QTabWidget*>("tabDatabase");
     connect(m_tabs, &QTabWidget::currentChanged, this, &frmSearch_DatabaseDefinition::ReadCache);
 }

@@ -168,6 +168,8 @@ Answer ReadRecord(Context& context, const Subject& subject, const Shape& shape, 
             for (const SubjectField& field : subject.fields)
                 if (field.inGet)
                     Put(answer.fields, field.tag, field.fallback);
+        if (subject.addToGet)
+            subject.addToGet(context, 0, answer.fields);
         return answer;
     }
     if (!id)

@@ -242,7 +242,9 @@ QByteArray TableFiles::Write(const QString& name) {
 QString TableFiles::ReadCell(const Column& column, const QString& target, const QString& cell,
                              QVariant& value, bool* isUnknown) {
     if (!target.isEmpty()) {
-        if (cell.isEmpty())
+        const auto single = m_tables.constFind(target);
+        const bool isSingle = single != m_tables.constEnd() && single->IsSingle(); // which nothing names
+        if (cell.isEmpty() && !isSingle)
             return {};
         const auto id = m_tables.contains(target) ? Find(target, cell) : std::nullopt;
         *isUnknown = !id;

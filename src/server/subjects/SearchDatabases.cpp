@@ -219,8 +219,6 @@ void MakeLocalDatabase(Records& records) {
 }
 
 void RegisterSearchDatabases(Registry& registry) {
-    registry.AddTable(
-        {.name = "holdings_hooks", .columns = {{.name = "name"}}, .uniqueTexts = {{.column = "name"}}});
     registry.AddSubject({
         .table = "search_databases",
         .area = Area::System,
@@ -248,7 +246,7 @@ void RegisterSearchDatabases(Registry& registry) {
                 SubjectField::Whole("DCTO", "timeout", 0, databases::MostTimeout),
                 SubjectField::Flag("OS", "opac_suppressed"),
                 SubjectField::Flag("SS", "staff_suppressed"),
-                SubjectField::Reference("DID", "hook_id", "holdings_hooks", OnRemoval::Clear),
+                SubjectField::Reference("DID", "hook_id", "holdings_hooks"),
                 SubjectField::Joined("DNm", "hook_id", "holdings_hooks", "name"),
                 SubjectField::Whole("CSID", "character_set").Checked(IsCharacterSet),
             } +

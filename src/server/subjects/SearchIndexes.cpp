@@ -201,6 +201,7 @@ const QList<IndexFamily>& IndexFamilies() {
 const QList<IndexReference>& IndexReferences() {
     static const QList<IndexReference> references{{"duplicate_profile_indexes", "code"},
                                                   {"bib_links", "index_code"},
+                                                  {"holdings_hook_matches", "index_code"},
                                                   {"index_weightings", "code", true}};
     return references;
 }
