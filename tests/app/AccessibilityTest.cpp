@@ -155,7 +155,7 @@ qreal ContrastIn(const QImage& picture, const QRect& area) {
 }
 
 /// Where the window shows text that can be read without being edited: fields of a view with their captions,
-/// and the rows of a list, which waits while an edit is open.
+/// and the rows of a list, which waits while an edit is open. One letter is too little to measure.
 QList<std::pair<std::string, QRect>> TextsToRead(QWidget& window, bool isView) {
     QList<std::pair<std::string, QRect>> texts;
     const auto add = [&](const QWidget* widget, QRect area) {
@@ -179,7 +179,7 @@ QList<std::pair<std::string, QRect>> TextsToRead(QWidget& window, bool isView) {
         for (int row = 0; row < qMin(3, grid->Model().rowCount()) && grid->isVisibleTo(&window); ++row)
             for (int column = 0; column < grid->Model().columnCount(); ++column)
                 if (const QModelIndex cell = grid->Model().index(row, column);
-                    !grid->isColumnHidden(column) && !cell.data().toString().isEmpty() &&
+                    !grid->isColumnHidden(column) && cell.data().toString().size() > 1 &&
                     grid->viewport()->rect().contains(grid->visualRect(cell)))
                     add(grid->viewport(), grid->visualRect(cell));
     return texts;

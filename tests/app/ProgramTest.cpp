@@ -52,7 +52,9 @@ Description Read(const QFileInfo& file) {
                             {}};
     EXPECT_EQ(object.keys(), QStringList({"controls", "helpContext", "screen", "state", "title"}));
     EXPECT_EQ(description.file, description.screen + '.' + description.state);
-    EXPECT_TRUE(QRegularExpression("^(list|new|edit|view)(-[0-9]+)?$").match(description.state).hasMatch());
+    EXPECT_TRUE(QRegularExpression("^(list|new|edit|view)(-table[0-9])?(-[0-9]+)?$")
+                    .match(description.state)
+                    .hasMatch());
     EXPECT_FALSE(object["title"].toString().isEmpty());
     const QStringList keys{"accessibleName", "class", "columns", "enabled", "items", "label",  "name",
                            "page",           "role",  "text",    "toolTip", "value", "visible"};
