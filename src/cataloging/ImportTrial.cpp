@@ -3,6 +3,8 @@
 #include "cataloging/ImportTrialSteps.h"
 #include "wire/DuplicateDetection.h"
 
+#include <algorithm>
+
 namespace sysadmin {
 
 namespace bulkimport = wire::bulkimport;
@@ -119,15 +121,40 @@ TriedHoldings* Trial::HoldingsAt(const TriedMapping& mapping, const marc::Record
         for (TriedHoldings& holdings : m_tried.holdings)
             if (holdings.location == mapping.location)
                 return &holdings;
-    TriedHoldings holdings{.location = mapping.location, .hierarchy = mapping.hierarchy};
+    TriedHoldings holdings{.location = mapping.location};
     for (const marc::Field& field : record.fields) {
         const int tag = field.tag.toInt();
         const bool isHoldings = (tag >= 852 && tag <= 855) || (tag >= 863 && tag <= 878);
         if ((m_rule.copies852 && isHoldings) || (m_rule.copies856 && tag == 856))
             holdings.copied.append(field.tag);
     }
+    if (!m_tried.updates)
+        TakeCallNumber(mapping, record, holdings);
     m_tried.holdings.append(holdings);
     return &m_tried.holdings.last();
+}
+
+/// The call number of a new holdings record. An 852 that is copied brings its own.
+void Trial::TakeCallNumber(const TriedMapping& mapping, const marc::Record& record, TriedHoldings& holdings) {
+    const bool isCopied =
+        m_rule.copies852 && std::any_of(record.fields.begin(), record.fields.end(), [](const auto& field) {
+            return field.tag == u"852" && !field.First(u'h').isEmpty();
+        });
+    const auto named = [&](const CallNumberHierarchy& each) { return each.name == mapping.hierarchy; };
+    const auto hierarchy = std::find_if(m_library.hierarchies.begin(), m_library.hierarchies.end(), named);
+    if (isCopied || hierarchy == m_library.hierarchies.end())
+        return;
+    if (!mapping.hierarchyWhy.isEmpty())
+        Default(Tr("Call number hierarchy"), hierarchy->name, mapping.hierarchyWhy);
+    const CallNumberSearch search = SearchCallNumber(record, *hierarchy);
+    if (search.taken < 0) {
+        Default(Tr("Call number"), Tr("none"), Tr("no place of \"%1\" holds one").arg(hierarchy->name));
+        return;
+    }
+    holdings.callNumber = search.CallNumber();
+    holdings.callNumberFrom = Tr("%1, \"%2\"").arg(hierarchy->places[search.taken].Name(), hierarchy->name);
+    if (!search.doubt.isEmpty())
+        Problem(search.doubt);
 }
 
 void Trial::MakeSingle(const marc::Record& record) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "marc/Record.h"
+#include "cataloging/CallNumberSearch.h"
 #include "wire/BulkImport.h"
 
 #include <QHash>
@@ -25,7 +25,8 @@ struct TriedMapping {
     QString itemType;
     QString marcLocation;
     QString location;
-    QString hierarchy; ///< empty: none is chosen
+    QString hierarchy;         ///< that gives the call number; empty: there is none
+    QString hierarchyWhy = {}; ///< where the mapping itself names none: why it is this one
 };
 
 /// What a rule says, with the names of what it chose.
@@ -74,6 +75,7 @@ struct TriedLibrary {
     QStringList lineItemTypes = {};
     QStringList ledgers = {};
     QStringList fiscalPeriods = {};
+    QList<CallNumberHierarchy> hierarchies = {};
     /// Why fund, ledger and fiscal period (names, may be empty) do not go together; empty: they do.
     std::function<QString(const QString& fund, const QString& ledger, const QString& period)> checkFund{};
 };
@@ -92,9 +94,10 @@ struct TriedItem {
 /// What a holdings record would be.
 struct TriedHoldings {
     QString location = {};
-    QString hierarchy = {};   ///< that makes its call number
-    QStringList copied = {};  ///< tags of fields that it gets from the record
-    QStringList details = {}; ///< subfields of its location field
+    QString callNumber = {};     ///< empty: none
+    QString callNumberFrom = {}; ///< the place in the record, and the hierarchy that names it
+    QStringList copied = {};     ///< tags of fields that it gets from the record
+    QStringList details = {};    ///< subfields of its location field
     QList<TriedItem> items = {};
 };
 

@@ -46,6 +46,7 @@ private:
     QString CopyNumber(const marc::Record& record, const marc::Field* field, int inRecord, int inHoldings);
     const TriedMapping* MappingOf(const QString& item, const QString& location);
     TriedHoldings* HoldingsAt(const TriedMapping& mapping, const marc::Record& record, bool collapse);
+    void TakeCallNumber(const TriedMapping& mapping, const marc::Record& record, TriedHoldings& holdings);
     void AddLine(const marc::Record& record, const marc::Field* field, const QString& location);
     QString Found(const marc::Record& record, const TriedPlace& place,
                   const marc::Field* field = nullptr) const;

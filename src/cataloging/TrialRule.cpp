@@ -2,6 +2,8 @@
 
 #include "cataloging/ImportRuleForm.h"
 #include "cataloging/frmCataloging_BulkImportOrderSettings.h"
+#include "core/data/RequestChannel.h"
+#include "wire/Status.h"
 
 namespace sysadmin {
 
@@ -77,7 +79,33 @@ QString LedgerId(const QList<PickItem>& ledgers, const QString& name, const QStr
 
 } // namespace
 
-ImportTrialRule RuleToTry(const ImportRuleForm& form, const OrderSettingsForm& orders) {
+qint16 CallNumberPolicies::Read(RequestChannel& channel) {
+    qint16 status = wire::status::Ok;
+    hierarchies = ReadHierarchies(channel, status);
+    if (status != wire::status::Ok)
+        return status;
+    status = channel.SendRequest("LstCatGpLoc");
+    while (status == wire::status::Ok && channel.NextRecord("LI"))
+        locations.insert(channel.GetField("LI"), {channel.GetField("GN"), channel.GetField("CH")});
+    return status;
+}
+
+void CallNumberPolicies::Settle(TriedMapping& mapping, const QString& location) const {
+    if (!mapping.hierarchy.isEmpty())
+        return;
+    const OfLocation policy = locations.value(location);
+    for (const CallNumberHierarchy& hierarchy : hierarchies) {
+        if (policy.hierarchy.isEmpty() ? !hierarchy.isDefault : hierarchy.id != policy.hierarchy)
+            continue;
+        mapping.hierarchy = hierarchy.name;
+        mapping.hierarchyWhy = policy.hierarchy.isEmpty()
+                                   ? Form::tr("it is the default one")
+                                   : Form::tr("the policy group \"%1\" names it").arg(policy.group);
+    }
+}
+
+ImportTrialRule RuleToTry(const ImportRuleForm& form, const OrderSettingsForm& orders,
+                          const CallNumberPolicies& callNumbers) {
     ImportTrialRule rule{.mode = qMax(0, form.optBulkLoad.Draft().toInt()),
                          .usesExistingBibs = form.chkUse4DupBibs.IsOn(),
                          .copies852 = form.chkCopy852.IsOn(),
@@ -109,6 +137,7 @@ ImportTrialRule RuleToTry(const ImportRuleForm& form, const OrderSettingsForm& o
             {row.cells.value(MappingColumn::MarcItem), row.cells.value(MappingColumn::ItemType),
              row.cells.value(MappingColumn::MarcLocation), row.cells.value(MappingColumn::Location),
              row.cells.value(MappingColumn::Hierarchy)});
+        callNumbers.Settle(rule.mappings.last(), stored.cells.value(MappingColumn::Location));
     }
     return rule;
 }

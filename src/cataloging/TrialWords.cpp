@@ -8,8 +8,8 @@ using importtrial::Tr;
 
 QString HoldingsInWords(const TriedHoldings& holdings) {
     QStringList words{holdings.location};
-    if (!holdings.hierarchy.isEmpty())
-        words.append(Tr("call number by \"%1\"").arg(holdings.hierarchy));
+    if (!holdings.callNumber.isEmpty())
+        words.append(Tr("call number %1 (%2)").arg(holdings.callNumber, holdings.callNumberFrom));
     words += holdings.details;
     if (!holdings.copied.isEmpty())
         words.append(Tr("with the record's %1").arg(holdings.copied.join(", ")));

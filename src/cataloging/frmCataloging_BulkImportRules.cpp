@@ -47,7 +47,7 @@ frmCataloging_BulkImportRules::frmCataloging_BulkImportRules(Application& applic
         if (field == &m_form.cboBibDupProfile)
             FollowHandling();
     });
-    ReloadOn({"Loc", "ItmTp", "Lib", "CatDp"}, [this] { LoadChoiceLists(); });
+    ReloadOn({"Loc", "ItmTp", "Lib", "CatDp", "CNH"}, [this] { LoadChoiceLists(); });
 }
 
 Layout frmCataloging_BulkImportRules::Draw() {
@@ -236,7 +236,12 @@ void frmCataloging_BulkImportRules::TryIt() {
             return;
         orders.Begin(m_form.orders);
     }
-    ImportTrialRule rule = RuleToTry(m_form, orders);
+    CallNumberPolicies callNumbers;
+    if (const qint16 result = callNumbers.Read(App().channel); result != wire::status::Ok) {
+        App().ReportRequestFailure(result, "Load Cataloging Call Number Hierarchies", Current().spec.subject);
+        return;
+    }
+    ImportTrialRule rule = RuleToTry(m_form, orders, callNumbers);
     const auto read = [this](const ChoiceField& profile, const DuplicateSpec& spec, bool& isRead) {
         std::optional<DuplicateProfile> found;
         qint16 result = wire::status::Ok;
@@ -259,7 +264,8 @@ void frmCataloging_BulkImportRules::TryIt() {
     rule.discardsBibs = bibs && bibs->discardsUnmatched;
     rule.authorityHandling = authorities ? authorities->handling : QString();
     rule.discardsAuthorities = authorities && authorities->discardsUnmatched;
-    const TriedLibrary library = m_form.optBulkLoad.CreatesOrders() ? LibraryToTry(orders) : TriedLibrary();
+    TriedLibrary library = m_form.optBulkLoad.CreatesOrders() ? LibraryToTry(orders) : TriedLibrary();
+    library.hierarchies = callNumbers.hierarchies;
     TryImportDialog dialog(App().prompter, rule, library, {bibs, authorities}, this);
     App().prompter.RunDialog(dialog);
 }

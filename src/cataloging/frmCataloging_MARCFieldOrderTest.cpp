@@ -1,18 +1,14 @@
 #include "cataloging/frmCataloging_MARCFieldOrderTest.h"
 
-#include "cataloging/AskForRecords.h"
 #include "cataloging/FieldReorder.h"
+#include "cataloging/RecordEntry.h"
 #include "core/Prompter.h"
 #include "framework/Captions.h"
 #include "framework/ListGrid.h"
 
-#include <QComboBox>
 #include <QDialogButtonBox>
-#include <QFontDatabase>
 #include <QLabel>
-#include <QPlainTextEdit>
 #include <QPushButton>
-#include <QSignalBlocker>
 #include <QSplitter>
 #include <QVBoxLayout>
 
@@ -21,7 +17,6 @@ namespace sysadmin {
 namespace {
 
 constexpr int HelpTopic = 50453;
-constexpr qsizetype MostProblems = 3;
 
 /// What the dialog begins with, so that there is something to see.
 const char* const Example = "LDR    00000cam a2200000 i 4500\n"
@@ -44,8 +39,7 @@ frmCataloging_MARCFieldOrderTest::frmCataloging_MARCFieldOrderTest(const Orderin
                                                                    Prompter& prompter, QWidget* parent)
     : QDialog(parent)
     , m_catalogue(catalogue)
-    , m_configuration(configuration)
-    , m_prompter(prompter) {
+    , m_configuration(configuration) {
     setObjectName("frmCataloging_MARCFieldOrderTest");
     setWindowTitle(tr("Try the Field Order"));
     setProperty(HelpContextProperty, HelpTopic);
@@ -57,29 +51,8 @@ frmCataloging_MARCFieldOrderTest::frmCataloging_MARCFieldOrderTest(const Orderin
         made->setWordWrap(true);
         return made;
     };
-    auto* top = new QHBoxLayout;
-    QLabel* caption = label("lblRecord", tr("&Record (paste one, or open a file):"));
-    auto* cmdOpen = new QPushButton(tr("&Open File..."), this);
-    cmdOpen->setObjectName("cmdOpen");
-    cmdOpen->setAutoDefault(false);
-    cboRecord = new QComboBox(this);
-    cboRecord->setObjectName("cboRecord");
-    cboRecord->setAccessibleName(tr("Record"));
-    cboRecord->setMinimumWidth(280);
-    top->addWidget(caption, 1);
-    top->addWidget(cboRecord);
-    top->addWidget(cmdOpen);
-    whole->addLayout(top);
-    txtRecord = new QPlainTextEdit(this);
-    txtRecord->setObjectName("txtRecord");
-    txtRecord->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    txtRecord->setLineWrapMode(QPlainTextEdit::NoWrap);
-    txtRecord->setTabChangesFocus(true);
-    txtRecord->setPlaceholderText("245 10 $a Title $b rest");
-    caption->setBuddy(txtRecord);
-    whole->addWidget(txtRecord, 2);
-    lblProblems = label("lblProblems", {});
-    whole->addWidget(lblProblems);
+    m_entry = new RecordEntry(prompter, this);
+    whole->addWidget(m_entry, 2);
     lblVerdict = label("lblVerdict", {});
     QFont bold = lblVerdict->font();
     bold.setBold(true);
@@ -106,52 +79,14 @@ frmCataloging_MARCFieldOrderTest::frmCataloging_MARCFieldOrderTest(const Orderin
     whole->addWidget(buttons);
     AssignMnemonics(*this);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    connect(cmdOpen, &QPushButton::clicked, this, &frmCataloging_MARCFieldOrderTest::OpenFile);
-    connect(cboRecord, &QComboBox::currentIndexChanged, this, &frmCataloging_MARCFieldOrderTest::ShowRecord);
-    connect(txtRecord, &QPlainTextEdit::textChanged, this, [this] {
-        m_isFromFile = false;
-        Take(marc::ReadRecords(txtRecord->toPlainText()));
-    });
+    connect(m_entry, &RecordEntry::RecordChanged, this, &frmCataloging_MARCFieldOrderTest::ShowRecord);
     resize(980, 680);
-    txtRecord->setPlainText(QString::fromUtf8(Example));
-}
-
-void frmCataloging_MARCFieldOrderTest::OpenFile() {
-    const auto read = AskForRecords(m_prompter, this, tr("Open MARC Records"));
-    if (!read)
-        return;
-    m_isFromFile = true;
-    Take(*read);
-}
-
-void frmCataloging_MARCFieldOrderTest::Take(const marc::Result& result) {
-    m_records = result.records;
-    QStringList sentences = result.problems.mid(0, MostProblems);
-    if (result.problems.size() > MostProblems)
-        sentences.append(tr("And %1 more.").arg(result.problems.size() - MostProblems));
-    if (result.hasMore)
-        sentences.append(tr("Only the first %1 records were read.").arg(marc::MostRecords));
-    lblProblems->setText(sentences.join('\n'));
-    lblProblems->setVisible(!sentences.isEmpty());
-    {
-        const QSignalBlocker quiet(cboRecord);
-        cboRecord->clear();
-        for (const marc::Record& record : m_records) {
-            const QString title = record.Title();
-            cboRecord->addItem(QString::number(record.number) + (title.isEmpty() ? QString() : ": " + title));
-        }
-        cboRecord->setEnabled(m_records.size() > 1);
-    }
-    ShowRecord();
+    m_entry->SetText(QString::fromUtf8(Example));
+    m_entry->setFocus();
 }
 
 void frmCataloging_MARCFieldOrderTest::ShowRecord() {
-    const int place = cboRecord->currentIndex();
-    const marc::Record record = m_records.value(place);
-    if (m_isFromFile) { // else the text is the operator's own
-        const QSignalBlocker quiet(txtRecord);
-        txtRecord->setPlainText(marc::ToText(record));
-    }
+    const marc::Record record = m_entry->Record();
     QList<GridRow> before;
     for (qsizetype i = 0; i < record.fields.size(); ++i)
         before.append({QString::number(i), {QString::number(i + 1), marc::ToText(record.fields[i])}, {}});
@@ -166,7 +101,7 @@ void frmCataloging_MARCFieldOrderTest::ShowRecord() {
                       {}});
     }
     vsfAfter->SetRows(after);
-    lblVerdict->setText(place < 0 ? tr("There is no record.")
+    lblVerdict->setText(!m_entry->HasRecord() ? tr("There is no record.")
                         : moved == 0
                             ? tr("All %1 fields stay where they are.").arg(after.size())
                             : tr("%1 of %2 fields stand in another place.").arg(moved).arg(after.size()));

@@ -1,6 +1,6 @@
 #include "cataloging/frmCataloging_Miscellaneous.h"
 
-#include "wire/FieldOrder.h"
+#include "wire/WebAddress.h"
 
 namespace sysadmin {
 
@@ -9,8 +9,8 @@ CatalogingMiscellaneousForm::CatalogingMiscellaneousForm()
                            {.name = "txtReorderServiceURL",
                             .tag = "CNSU",
                             .caption = tr("Reorder Service URL:"),
-                            .maxLength = wire::fieldorder::AddressLength},
-                           wire::fieldorder::IsServiceAddress,
+                            .maxLength = wire::WebAddressLength},
+                           wire::IsWebAddress,
                            tr("Please enter an address that begins with http:// or https://.")) {}
 
 frmCataloging_Miscellaneous::frmCataloging_Miscellaneous(Application& application, QWidget* parent)

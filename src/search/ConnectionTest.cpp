@@ -1,5 +1,6 @@
 #include "search/ConnectionTest.h"
 
+#include "core/data/RemoteOutcome.h"
 #include "core/data/RequestChannel.h"
 #include "wire/Status.h"
 
@@ -30,26 +31,15 @@ QString ConnectionResult::Sentence() const {
                               : tr("%1 accepts the connection and answers the search.").arg(place);
     if (outcome == u"no-address")
         return tr("No address and port are entered for this database.");
-    if (outcome == u"unknown-host")
-        return tr("There is no computer named %1.").arg(place.section(':', 0, -2));
-    if (outcome == u"refused")
-        return tr("Nothing is running at %1.").arg(place);
-    if (outcome == u"unreachable")
-        return tr("%1 cannot be reached: %2").arg(place, detail);
-    if (outcome == u"timed-out")
-        return tr("%1 did not answer within %2 seconds.").arg(place, timeout);
-    if (outcome == u"closed")
-        return WithDetail(tr("%1 ended the connection.").arg(place), detail);
+    if (const QString sentence = RemoteOutcome{outcome, detail, place, timeout}.Sentence();
+        !sentence.isEmpty())
+        return sentence;
     if (outcome == u"other-protocol")
         return tr("What answers at %1 is not a server of this type.").arg(place);
-    if (outcome == u"too-long")
-        return tr("%1 sends more than any answer needs. The connection was cut.").arg(place);
     if (outcome == u"sign-on-refused")
         return tr("%1 refuses the user ID or the password.").arg(place);
     if (outcome == u"password-expired")
         return tr("%1 wants the password of this user changed before anything else.").arg(place);
-    if (outcome == u"password-unreadable")
-        return tr("The stored password cannot be read on this server. Enter it again.");
     if (outcome == u"new-certificate")
         return tr("The certificate of %1 has not been accepted yet. Nothing was sent to it.").arg(place);
     if (outcome == u"other-certificate")
@@ -62,10 +52,6 @@ QString ConnectionResult::Sentence() const {
     if (outcome == u"record-refused")
         return WithDetail(tr("%1 answers the search, but sent no record that can be shown.").arg(place),
                           detail);
-    if (outcome == u"busy")
-        return tr("Too many connections are being tested. Try again in a moment.");
-    if (outcome == u"cancelled")
-        return tr("The test was cancelled.");
     return outcome;
 }
 

@@ -41,11 +41,23 @@ std::optional<qint64> MemberRow(Context& context, const Membership& membership, 
     return valid ? context.records.IdWhere(membership.memberTable, "id", id) : std::nullopt;
 }
 
-void Attach(Context& context, const Membership& membership, qint64 owner, qint64 member) {
+/// Whether another owner has the member, which may have one only.
+bool IsElsewhere(Context& context, const Membership& membership, qint64 owner, qint64 member) {
+    return membership.elsewhere != 0 &&
+           context.database
+               .FirstRow("SELECT 1 FROM " + membership.table + " WHERE " + membership.memberColumn +
+                             "=? AND " + membership.ownerColumn + "<>?",
+                         {member, owner})
+               .has_value();
+}
+
+qint16 Attach(Context& context, const Membership& membership, qint64 owner, qint64 member) {
     if (membership.table.isEmpty()) {
         context.records.Update(membership.memberTable, member, {{membership.ownerColumn, owner}});
-        return;
+        return status::Ok;
     }
+    if (IsElsewhere(context, membership, owner, member))
+        return membership.elsewhere;
     const bool there = context.database
                            .FirstRow("SELECT 1 FROM " + membership.table + " WHERE " +
                                          membership.ownerColumn + "=? AND " + membership.memberColumn + "=?",
@@ -54,6 +66,7 @@ void Attach(Context& context, const Membership& membership, qint64 owner, qint64
     if (!there)
         context.records.Insert(membership.table,
                                {{membership.ownerColumn, owner}, {membership.memberColumn, member}});
+    return status::Ok;
 }
 
 void Detach(Context& context, const Membership& membership, qint64 owner, qint64 member) {
@@ -89,7 +102,8 @@ qint16 ReplaceMembers(Context& context, const Membership& membership, qint64 own
         if (!kept.contains(member.toLongLong()))
             Detach(context, membership, owner, member.toLongLong());
     for (const qint64 member : wanted)
-        Attach(context, membership, owner, member);
+        if (const qint16 refused = Attach(context, membership, owner, member))
+            return refused;
     return status::Ok;
 }
 
@@ -98,17 +112,18 @@ qint16 ReplaceMembers(Context& context, const Membership& membership, qint64 own
 std::optional<Table> Membership::StoredAs(const QString& ownerTable) const {
     if (table.isEmpty())
         return std::nullopt;
-    return Table{.name = table,
-                 .columns = {{.name = ownerColumn,
-                              .type = ColumnType::Reference,
-                              .target = ownerTable,
-                              .onRemoval = OnRemoval::RemoveToo},
-                             {.name = memberColumn,
-                              .type = ColumnType::Reference,
-                              .target = memberTable,
-                              .onRemoval = OnRemoval::RemoveToo}},
-                 .uniqueSets = {{ownerColumn, memberColumn}},
-                 .owner = ownerColumn};
+    return Table{
+        .name = table,
+        .columns = {{.name = ownerColumn,
+                     .type = ColumnType::Reference,
+                     .target = ownerTable,
+                     .onRemoval = OnRemoval::RemoveToo},
+                    {.name = memberColumn,
+                     .type = ColumnType::Reference,
+                     .target = memberTable,
+                     .onRemoval = OnRemoval::RemoveToo}},
+        .uniqueSets = {elsewhere != 0 ? QStringList{memberColumn} : QStringList{ownerColumn, memberColumn}},
+        .owner = ownerColumn};
 }
 
 void PutAvailable(Context& context, const Membership& membership, std::optional<qint64> owner,
@@ -117,7 +132,10 @@ void PutAvailable(Context& context, const Membership& membership, std::optional<
         Put(reply, membership.availableMarker, "");
     QString condition;
     QVariantList values;
-    if (owner) {
+    if (membership.elsewhere != 0) {
+        condition = "NOT EXISTS (SELECT 1 FROM " + membership.table + " t WHERE t." +
+                    membership.memberColumn + "=m.id)";
+    } else if (owner) {
         condition = membership.table.isEmpty()
                         ? Attached(membership).prepend("NOT COALESCE(").append(", FALSE)")
                         : Attached(membership).prepend("NOT ");
@@ -157,10 +175,10 @@ qint16 ApplyMembers(Context& context, const Membership& membership, qint64 owner
         const auto member = MemberRow(context, membership, keys[i]);
         if (!member)
             return status::NotFound;
-        if (states[i] == "1")
-            Attach(context, membership, owner, *member);
-        else
+        if (states[i] == "3")
             Detach(context, membership, owner, *member);
+        else if (const qint16 refused = Attach(context, membership, owner, *member))
+            return refused;
     }
     return status::Ok;
 }

@@ -37,6 +37,9 @@ struct Membership {
     OnlyWhere where = {};
     /// Part of the reply that says what a new record may have attached.
     bool offered = true;
+    /// With a table: a member has one owner at most. Those of other owners are not available, and attaching
+    /// one is refused with this status. 0: it may have many.
+    qint16 elsewhere = 0;
 
     /// The table of the membership itself; none when it has none of its own.
     std::optional<Table> StoredAs(const QString& ownerTable) const;

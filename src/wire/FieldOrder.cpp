@@ -1,7 +1,6 @@
 #include "wire/FieldOrder.h"
 
 #include <QRegularExpression>
-#include <QUrl>
 
 namespace sysadmin::wire::fieldorder {
 
@@ -81,13 +80,6 @@ bool IsParameter(const Option& option, const QString& pattern, const QString& pa
     const QString type = option.type;
     const int most = type.endsWith('C') ? type.chopped(1).toInt() : ParameterLength;
     return !parameter.trimmed().isEmpty() && parameter.size() <= most;
-}
-
-bool IsServiceAddress(const QString& address) {
-    if (address.trimmed().isEmpty())
-        return true;
-    const QUrl url(address.trimmed(), QUrl::StrictMode);
-    return url.isValid() && (url.scheme() == "http" || url.scheme() == "https") && !url.host().isEmpty();
 }
 
 } // namespace sysadmin::wire::fieldorder

@@ -12,7 +12,6 @@ inline constexpr int NameLength = lengths::NameLength;
 inline constexpr int DescriptionLength = 250;
 inline constexpr int ParameterLength = 100;
 inline constexpr int MostGroups = 999; ///< of a configuration, and sort options of a group
-inline constexpr int AddressLength = 250;
 
 /// What a sort option brings to the front, or sorts by.
 enum class Sorts {
@@ -62,7 +61,5 @@ bool Takes(const QString& pattern, const QString& tag);
 QString TagPrefix(const QString& pattern);
 /// Whether an option of a group may have the parameter in the form in which it is stored.
 bool IsParameter(const Option& option, const QString& pattern, const QString& parameter);
-/// An address of a web service, or nothing.
-bool IsServiceAddress(const QString& address);
 
 } // namespace sysadmin::wire::fieldorder

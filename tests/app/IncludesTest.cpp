@@ -33,8 +33,8 @@ QMap<QString, QSet<QString>> AllowedIncludes() {
     allowed["circulation"] += {"loan", "look"};
     allowed["search"].insert("look");
     allowed["requests"].insert("callslips");
-    for (const char* folder : {"cataloging", "search"})
-        allowed[folder].insert("marc");
+    allowed["cataloging"] += {"marc", "callslips"};
+    allowed["search"].insert("marc");
     QSet<QString> all(allowed.keyBegin(), allowed.keyEnd());
     allowed["app"] = all;
     return allowed;

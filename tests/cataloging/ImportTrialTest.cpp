@@ -71,8 +71,13 @@ void Take(WrittenTrial& trial, const QStringList& words) {
     else if (word == u"barcode")
         rule.barcodes.append(PlaceIn(rest));
     else if (word == u"map")
-        rule.mappings.append({rest[0], rest[2], rest[1], rest[3], rest.value(4)});
-    else if (word == u"fund")
+        rule.mappings.append({rest[0], rest[2], rest[1], rest[3], rest.value(4), rest.value(5)});
+    else if (word == u"place") {
+        QList<CallNumberHierarchy>& all = trial.library.hierarchies;
+        if (all.isEmpty() || all.last().name != rest[0])
+            all.append(CallNumberHierarchy{.name = rest[0]});
+        all.last().places.append({rest[1], rest[2], rest[3], rest[4], rest[5]});
+    } else if (word == u"fund")
         trial.library.funds.append(rest);
     else if (word == u"ledger")
         trial.library.ledgers.append(rest);

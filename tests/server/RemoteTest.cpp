@@ -174,6 +174,37 @@ TEST_F(RemoteTest, ALyingTargetCostsNothingButItsOwnTest) {
     EXPECT_EQ(m_server.StatusOf("LstDB"), status::Ok);
 }
 
+TEST_F(RemoteTest, AWebAddressIsToldByTheBeginningOfItsAnswer) {
+    const auto ask = [this](const QString& address) {
+        EXPECT_EQ(m_server.StatusOf("UpdRdaTk", {{"On", "Y"}, {"Ad", address}}), status::Ok);
+        wire::Reply reply = m_server.Send("TstRdaTk");
+        while (reply.status == status::Continues)
+            reply = m_server.Send("TstRdaTk", {{"55", "Y"}});
+        return wire::FirstValue(reply.fields, "RES") + ' ' + wire::FirstValue(reply.fields, "DT");
+    };
+    const QList<std::pair<QByteArray, QString>> answers{
+        {"HTTP/1.1 200 OK\r\nContent-Length: 90000000\r\n\r\n", "connected 200 OK"},
+        {"HTTP/1.1 302 Found\r\nLocation: /login\r\n\r\n", "connected 302 Found (http://127.0.0.1:%1/login)"},
+        {"HTTP/1.1 401 Unauthorized\r\nContent-Length: 0\r\n\r\n", "sign-on-refused 401 Unauthorized"},
+        {"HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\n\r\n", "search-refused 404 Not Found"},
+        {"SSH-2.0-Server\r\n", "closed "},
+    };
+    for (const auto& [answer, outcome] : answers) {
+        const Peer peer(Peer::Says(answer));
+        EXPECT_EQ(ask("http://127.0.0.1:" + peer.Port() + "/"), QString(outcome).replace("%1", peer.Port()))
+            << answer.toStdString();
+    }
+    const Peer plain(Peer::Says("HTTP/1.1 200 OK\r\n\r\n"));
+    EXPECT_EQ(ask("https://127.0.0.1:" + plain.Port() + "/").section(' ', 0, 0), "other-protocol");
+    const Peer silent([](QTcpSocket& caller, const std::atomic_bool& stop) {
+        while (!stop && caller.state() == QAbstractSocket::ConnectedState)
+            caller.waitForReadyRead(50);
+    });
+    EXPECT_EQ(m_server.StatusOf("UpdRdaTk", {{"Ad", "http://127.0.0.1:" + silent.Port()}}), status::Ok);
+    EXPECT_EQ(m_server.StatusOf("TstRdaTk"), status::Continues);
+    EXPECT_EQ(wire::FirstValue(m_server.Send("TstRdaTk", {{"55", "N"}}).fields, "RES"), "cancelled");
+}
+
 TEST_F(RemoteTest, APasswordOfAnotherServerIsNotGuessedAt) {
     Define("9", {{"PC", "Y"}, {"PW", m_server.Client().Seal("hidden-1")}});
     ASSERT_TRUE(QFile::exists(m_server.Directory() + "/secrets.key"));

@@ -102,6 +102,19 @@ std::optional<RemoteResult> RemoteJobs::Wait(const QString& key, std::chrono::mi
     return result;
 }
 
+std::optional<RemoteResult> RemoteJobs::Follow(const QString& key, const QString& account,
+                                               std::chrono::seconds timeLimit, const QString& goesOn,
+                                               const std::function<Work()>& makeWork) {
+    constexpr std::chrono::milliseconds Moment{300};
+    if (goesOn == u"N") {
+        Cancel(key);
+        return RemoteResult{.outcome = Outcome::Cancelled};
+    }
+    if (goesOn != u"Y")
+        Start(key, account, timeLimit, makeWork());
+    return Wait(key, Moment);
+}
+
 void RemoteJobs::Cancel(const QString& key) {
     const std::lock_guard lock(m_mutex);
     const auto found = m_jobs.find(key);

@@ -29,6 +29,11 @@ public:
     /// Waits a moment for the job; its result, which is given once, or none while it goes on. A job that
     /// nobody started was cancelled.
     std::optional<RemoteResult> Wait(const QString& key, std::chrono::milliseconds moment);
+    /// What a request says under "55" of its job: nothing begins it, "Y" goes on with it, "N" ends it. Its
+    /// result, or none while it goes on.
+    std::optional<RemoteResult> Follow(const QString& key, const QString& account,
+                                       std::chrono::seconds timeLimit, const QString& goesOn,
+                                       const std::function<Work()>& makeWork);
     /// Ends a job; nobody wants its result.
     void Cancel(const QString& key);
 

@@ -1,6 +1,7 @@
 #include "callslips/CallNumberOrder.h"
 #include "server/ReplyFields.h"
 #include "server/store/Database.h"
+#include "server/subjects/DefaultMark.h"
 #include "server/subjects/Ranks.h"
 #include "server/subjects/Registrations.h"
 
@@ -39,26 +40,16 @@ bool IsType(const QString& value) {
 
 /// There is always one default queue: the first one is it until another one is made it.
 qint16 CheckQueue(Context& context, const wire::Fields&, const Row& before, Row& after) {
-    if (after.value("is_default") == "Y")
-        return status::Ok;
-    if (before.value("is_default") == "Y")
-        return status::InUse; // the mark is only moved
-    if (!context.records.IdWhere(Queues, "is_default", "Y"))
-        after.insert("is_default", "Y");
-    return status::Ok;
+    return KeepDefaultMark(context, Queues, before, after);
 }
 
 qint16 MoveDefault(Context& context, const wire::Fields&, qint64 id, bool) {
-    if (context.records.Find(Queues, id)->value("is_default") == "Y")
-        for (const QVariant& other : context.database.FirstColumn(
-                 "SELECT id FROM call_slip_queues WHERE is_default='Y' AND id<>?", {id}))
-            context.records.Update(Queues, other.toLongLong(), {{"is_default", "N"}});
+    MoveDefaultMark(context, Queues, id);
     return status::Ok;
 }
 
 qint16 CheckQueueRemoval(Context& context, qint64, const Row& queue) {
-    const bool isLast = context.database.FirstValue("SELECT COUNT(*) FROM call_slip_queues").toInt() == 1;
-    return queue.value("is_default") == "Y" && !isLast ? status::DefaultRecord : status::Ok;
+    return CheckDefaultRemoval(context, Queues, queue);
 }
 
 /// A range without anything in it would make a rule that takes nothing.

@@ -18,8 +18,6 @@ namespace databases = wire::databases;
 namespace {
 
 constexpr int UsualTimeout = 30;
-/// How long a request waits for another system before it says that it goes on.
-constexpr std::chrono::milliseconds Moment{300};
 
 /// What became of the work with another system that a request is about; none while it goes on.
 struct RemoteAnswer : Prepared {
@@ -142,19 +140,11 @@ std::shared_ptr<Prepared> Follow(Database& database, const Library& library, con
     const auto called = FindDatabase(database, library, request);
     if (!called)
         return nullptr;
-    const QString key = KeyOf(requester, what, request);
-    const QString goesOn = Sent(request, "55").value_or(QString());
     auto answer = std::make_shared<RemoteAnswer>();
     answer->place = called->Place();
     answer->timeout = called->Timeout();
-    if (goesOn == u"N") {
-        library.Jobs().Cancel(key);
-        answer->result = RemoteResult{.outcome = Outcome::Cancelled};
-        return answer;
-    }
-    if (goesOn != u"Y")
-        library.Jobs().Start(key, requester.id, called->Timeout(), workOf(*called));
-    answer->result = library.Jobs().Wait(key, Moment);
+    answer->result = library.Jobs().Follow(KeyOf(requester, what, request), requester.id, called->Timeout(),
+                                           wire::FirstValue(request, "55"), [&] { return workOf(*called); });
     return answer;
 }
 
@@ -185,19 +175,12 @@ std::shared_ptr<Prepared> PrepareSave(Database& database, const Library& library
     if (host.isEmpty() || port.toUShort() == 0)
         return tried;
     const QString key = QStringList{QString::number(requester.session), "reach", host, port}.join('\n');
-    const QString goesOn = Sent(request, "55").value_or(QString());
-    if (goesOn == u"N") {
-        library.Jobs().Cancel(key);
-        tried->outcome = Outcome::Cancelled;
-        return tried;
-    }
-    if (goesOn != u"Y")
-        library.Jobs().Start(key, requester.id, Longest, [host, port](const Patience& patience) {
-            return RemoteResult{.outcome = IsReachable(host, port.toUShort(), patience)
-                                               ? Outcome::Connected
-                                               : Outcome::Unreachable};
-        });
-    const std::optional<RemoteResult> result = library.Jobs().Wait(key, Moment);
+    const auto reach = [host, port](const Patience& patience) {
+        return RemoteResult{.outcome = IsReachable(host, port.toUShort(), patience) ? Outcome::Connected
+                                                                                    : Outcome::Unreachable};
+    };
+    const std::optional<RemoteResult> result = library.Jobs().Follow(
+        key, requester.id, Longest, wire::FirstValue(request, "55"), [&] { return reach; });
     tried->outcome = result ? std::optional(result->outcome) : std::nullopt;
     return tried;
 }

@@ -11,6 +11,7 @@ namespace duplicates = wire::duplicates;
 
 namespace {
 
+constexpr qint16 InCatalogingGroup = 67;
 constexpr qint16 InAcquisitionsGroup = 68;
 constexpr qint16 InImportRule = 69;
 const QString Profiles = "duplicate_profiles";
@@ -171,7 +172,9 @@ void RegisterDuplicateProfiles(Registry& registry) {
              SubjectField::Whole("R", "replace_score", 0, duplicates::MostScore),
              SubjectField::Flag("DDUM", "discards_unmatched")},
         .key = "DID",
-        .usedBy = {{"acquisitions_policy_groups", "duplicate_profile_id", InAcquisitionsGroup},
+        .usedBy = {{"cataloging_policy_groups", "bib_profile_id", InCatalogingGroup},
+                   {"cataloging_policy_groups", "authority_profile_id", InCatalogingGroup},
+                   {"acquisitions_policy_groups", "duplicate_profile_id", InAcquisitionsGroup},
                    {"import_rules", "bib_profile_id", InImportRule},
                    {"import_rules", "authority_profile_id", InImportRule}},
         .children = {Indexes(), Qualities(), MergeFields()},

@@ -2,6 +2,7 @@
 #include "server/store/Database.h"
 #include "server/subjects/Registrations.h"
 #include "wire/FieldOrder.h"
+#include "wire/WebAddress.h"
 
 // The orders of MARC fields: configurations with their groups of fields, and the address of the service that
 // applies them.
@@ -188,8 +189,7 @@ void RegisterFieldOrders(Registry& registry) {
         .table = "field_order_service",
         .area = Area::Cataloging,
         .requests = {.get = "GetMarcOrderServiceControl", .update = "UpdMarcOrderServiceControl"},
-        .fields = {SubjectField::Text("CNSU", "address", fieldorder::AddressLength)
-                       .Checked(fieldorder::IsServiceAddress)},
+        .fields = {SubjectField::Text("CNSU", "address", wire::WebAddressLength).Checked(wire::IsWebAddress)},
         .single = true,
     });
 }

@@ -357,9 +357,6 @@ Answer ListChoices(Context& context, const wire::Fields&) {
 } // namespace
 
 void RegisterImportRules(Registry& registry) {
-    registry.AddTable({.name = "call_number_hierarchies",
-                       .columns = {{.name = "name"}},
-                       .uniqueTexts = {{.column = "name"}}});
     registry.AddSubject({
         .table = "import_rules",
         .area = Area::Cataloging,

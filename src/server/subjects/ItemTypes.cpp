@@ -39,6 +39,7 @@ void RegisterItemTypes(Registry& registry) {
                    {"call_slip_queues", "default_item_type_id", status::InUse},
                    {"acquisitions_policy_locations", "order_item_type_id", UsedByAcquisitionsPolicy},
                    {"acquisitions_policy_locations", "receive_item_type_id", UsedByAcquisitionsPolicy},
+                   {"cataloging_policy_groups", "item_type_id"},
                    {"import_mappings", "item_type_id"}},
         .usages = {{"items", UsedByItems}},
         .addReply = {"ID", "Cd"},
