@@ -214,6 +214,7 @@ void MainWindow::OpenScreen(const QString& key) {
     window->setAttribute(Qt::WA_DeleteOnClose);
     window->setWindowIcon(LoadIcon(entry->icon));
     screen->LoadScreen();
+    mdiScreens->MarkUnsaved(window, screen->HasUnsaved());
     connect(screen, &Screen::UnsavedChanged, window,
             [this, window, screen] { mdiScreens->MarkUnsaved(window, screen->HasUnsaved()); });
     mdiScreens->addSubWindow(window);

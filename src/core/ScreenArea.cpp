@@ -115,7 +115,8 @@ void ScreenArea::FollowWindows() {
 
 void ScreenArea::MarkUnsaved(QMdiSubWindow* window, bool unsaved) {
     const QString caption = window->widget()->windowTitle();
-    const QString title = unsaved ? UnsavedDot + caption : caption;
+    QString title = unsaved ? UnsavedDot + caption : caption;
+    title.replace('&', "&&"); // a tab takes a single one for a mnemonic
     if (window->windowTitle() == title)
         return;
     window->setWindowTitle(title); // the tab takes it from there

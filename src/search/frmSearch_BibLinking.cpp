@@ -15,6 +15,7 @@ namespace links = wire::links;
 namespace {
 
 const QString PlaceColumn = "From";
+enum Cell { CaptionCell, DirectionCell, PlaceCell }; ///< of the list
 
 QList<PickItem> Directions() {
     return {{links::direction::Host, Form::tr("Host item")},
@@ -163,10 +164,10 @@ frmSearch_BibLinking::frmSearch_BibLinking(Application& application, QWidget* pa
               .word = "BibLk",
               .plural = "Search Bibliographic Record Linking",
               .listAfterChange = true, // places are the list's own
-              .columns = {{.caption = tr("Captions"), .tag = "Cp"},
-                          {.caption = tr("Leads To"), .width = 100, .tag = "Dr", .items = Directions()},
+              .columns = {{.caption = tr("Captions"), .width = 130, .tag = "Cp"},
+                          {.caption = tr("Leads To"), .width = 90, .tag = "Dr", .items = Directions()},
                           {.caption = tr("From"), .width = 80, .tag = PlaceColumn},
-                          {.caption = tr("Indexes"), .width = 60, .tag = "IC"},
+                          {.caption = tr("Indexes"), .width = 55, .tag = "IC"},
                           {.caption = tr("Staff"), .width = 45, .yesNo = true, .tag = "SS"},
                           {.caption = tr("Public"), .width = 50, .yesNo = true, .tag = "SP"}},
               .sorted = false,
@@ -208,12 +209,15 @@ void frmSearch_BibLinking::LoadIndexes() {
     m_form.cboIndex.SetItems(items);
 }
 
+/// Captions repeat: the place tells links apart.
+QString frmSearch_BibLinking::DeleteItemText(const Table&, const GridRow& row) const {
+    return tr("%1 (%2)").arg(row.cells.value(CaptionCell), row.cells.value(PlaceCell));
+}
+
 GridRow frmSearch_BibLinking::ReadRow(const Table& table) {
     GridRow row = MaintenanceScreen::ReadRow(table);
     const auto field = [this](const char* tag) { return App().channel.GetField(tag); };
-    for (qsizetype i = 0; i < table.spec.columns.size(); ++i)
-        if (table.spec.columns[i].tag == PlaceColumn)
-            row.cells[i] = ShownPlace(field("FF"), field("I1") + field("I2"), field("SF"));
+    row.cells[PlaceCell] = ShownPlace(field("FF"), field("I1") + field("I2"), field("SF"));
     return row;
 }
 

@@ -39,6 +39,7 @@ public:
 protected:
     void BeforeLoad() override;
     GridRow ReadRow(const Table& table) override;
+    QString DeleteItemText(const Table& table, const GridRow& row) const override;
 
 private:
     void LoadIndexes();
