@@ -11,7 +11,7 @@ namespace sysadmin {
 
 namespace {
 
-constexpr int Patience = 120'000; // milliseconds; the sanitizers and a busy machine take theirs
+constexpr int Patience = 300'000; // milliseconds; the sanitizers and a busy machine take theirs
 
 QProcessEnvironment CleanEnvironment(const QString& home) {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
