@@ -4,9 +4,7 @@
 
 namespace sysadmin {
 
-namespace {
-
-bool IsField(const QString& tag, const QString& pattern) {
+bool IsFieldOf(const QString& tag, const QString& pattern) {
     if (pattern == u"*")
         return true;
     if (pattern.size() != tag.size())
@@ -17,12 +15,10 @@ bool IsField(const QString& tag, const QString& pattern) {
     return true;
 }
 
-} // namespace
-
 QStringList ValuesOf(const marc::Record& record, const QString& field, const QString& subfields) {
     QStringList values;
     for (const marc::Field& each : record.fields) {
-        if (!IsField(each.tag, field))
+        if (!IsFieldOf(each.tag, field))
             continue;
         QStringList parts{each.value};
         for (const marc::Subfield& subfield : each.subfields)

@@ -1,10 +1,15 @@
 #include "search/frmSearch_BibLinking.h"
 
 #include "core/Application.h"
+#include "core/Prompter.h"
 #include "framework/forms/Rules.h"
 #include "search/IndexSentences.h"
+#include "search/RecordTrial.h"
+#include "search/frmSearch_TryRecord.h"
 #include "wire/BibLinks.h"
 #include "wire/Status.h"
+
+#include <QPushButton>
 
 #include <algorithm>
 
@@ -38,6 +43,15 @@ QString DirectionInWords(const QString& direction) {
 QString IndicatorProblem() {
     return Form::tr("An indicator is a digit or a lower-case letter, _ for a blank, or * for any.");
 }
+
+/// A record with links; what it names is invented.
+const QString SampleRecord = R"(001    300417
+022    $a 0000-0019
+245 00 $a Tides and harbours.
+773 0  $t Annals of the coast $w 035-1177 $x 0000-0027
+780 00 $t Harbour notes $x 0000-0035
+785 00 $t Review of tides $x 0000-0043
+)";
 
 FieldSpec Indicator(const QString& name, const QString& tag, const QString& caption) {
     return {.name = name,
@@ -182,7 +196,10 @@ frmSearch_BibLinking::frmSearch_BibLinking(Application& application, QWidget* pa
                         .button = "cmdOrder",
                         .buttonCaption = tr("Set &Order")}},
              m_form, m_form.Draw());
+    cmdTry = MakeButton("cmdTry", tr("Try &It..."));
+    AddListButton(cmdTry);
     Finish();
+    connect(cmdTry, &QPushButton::clicked, this, &frmSearch_BibLinking::Try);
     ReloadOn({"KSrch", "MKSrch", "CSDef"}, [this] {
         LoadIndexes();
         ReloadLists(); // links follow the codes of indexes
@@ -219,6 +236,38 @@ GridRow frmSearch_BibLinking::ReadRow(const Table& table) {
     const auto field = [this](const char* tag) { return App().channel.GetField(tag); };
     row.cells[PlaceCell] = ShownPlace(field("FF"), field("I1") + field("I2"), field("SF"));
     return row;
+}
+
+void frmSearch_BibLinking::RefreshOwnControls() {
+    cmdTry->setEnabled(GetState() == State::List);
+}
+
+/// Shows which links a record has by the definitions as they are stored.
+void frmSearch_BibLinking::Try() {
+    RequestChannel& channel = App().channel;
+    channel.PutField("Look", "Y");
+    if (const qint16 result = channel.SendRequest("LstBibLk"); result != wire::status::Ok) {
+        App().ReportRequestFailure(result, Current().spec.loadCaption, Current().spec.subject);
+        return;
+    }
+    const QList<GridRow> links = ReadRows(channel, "ID", {}, LinkTags);
+    frmSearch_TryRecord dialog(App().prompter,
+                               {.title = tr("Try Bibliographic Links"),
+                                .helpContext = 50643,
+                                .sample = SampleRecord,
+                                .listName = tr("Links"),
+                                .nothing = tr("The record has no links."),
+                                .foundWord = tr("The catalogue looks for %1 texts."),
+                                .columns = {{.caption = tr("Caption"), .width = 130},
+                                            {.caption = tr("Leads To"), .width = 100, .items = Directions()},
+                                            {.caption = tr("Field"), .width = 70},
+                                            {.caption = tr("Looked For")},
+                                            {.caption = tr("Index"), .width = 60},
+                                            {.caption = tr("Staff"), .width = 45, .yesNo = true},
+                                            {.caption = tr("Public"), .width = 50, .yesNo = true}},
+                                .find = [&](const marc::Record& record) { return LinksIn(record, links); }},
+                               this);
+    App().prompter.RunDialog(dialog);
 }
 
 } // namespace sysadmin

@@ -39,12 +39,15 @@ public:
 protected:
     void BeforeLoad() override;
     GridRow ReadRow(const Table& table) override;
+    void RefreshOwnControls() override;
     QString DeleteItemText(const Table& table, const GridRow& row) const override;
 
 private:
     void LoadIndexes();
+    void Try();
 
     BibLinkForm& m_form = KeepForm<BibLinkForm>();
+    QPushButton* cmdTry = nullptr;
 };
 
 } // namespace sysadmin

@@ -1,11 +1,16 @@
 #include "search/frmSearch_HeadingFilter.h"
 
 #include "core/Application.h"
+#include "core/Prompter.h"
 #include "framework/FormDialog.h"
 #include "framework/forms/CheckedText.h"
 #include "framework/forms/Rules.h"
 #include "search/HeadingFilterWords.h"
+#include "search/RecordTrial.h"
+#include "search/frmSearch_TryRecord.h"
 #include "wire/Status.h"
+
+#include <QPushButton>
 
 #include <algorithm>
 
@@ -14,6 +19,20 @@ namespace sysadmin {
 namespace headings = wire::headings;
 
 namespace {
+
+/// A record with headings of many kinds; what it names is invented.
+const QString SampleRecord = R"(100 1  $a Aldana, Ruth, $e author.
+130  0 $a Tide tables.
+245 14 $a The tide tables of the northern harbours.
+650  0 $a Tides $x History.
+650  2 $a Water Movements.
+650  7 $a Tides. $2 fast
+651  0 $a Northern Coast.
+653    $a ebb and flow
+655  7 $a Handbooks. $2 lcgft
+700 1  $a Okonjo, Ada.
+711 2  $a Congress of Harbour Masters $d (2023)
+)";
 
 QString Capitalised(QString text) {
     text[0] = text[0].toUpper();
@@ -149,7 +168,10 @@ frmSearch_HeadingFilter::frmSearch_HeadingFilter(Application& application, QWidg
                              {tr("This index has a heading filter already.  Please edit that one."),
                               tr("Cannot Save Heading Filter")}}}},
              m_form);
+    cmdTry = MakeButton("cmdTry", tr("Try &It..."));
+    AddListButton(cmdTry);
     Finish();
+    connect(cmdTry, &QPushButton::clicked, this, &frmSearch_HeadingFilter::Try);
     ReloadOn({"CSDef"}, [this] { LoadIndexes(); });
 }
 
@@ -167,6 +189,37 @@ void frmSearch_HeadingFilter::LoadIndexes() {
     };
     ReadList(App().channel, {.request = "AvlHdFlt", .report = report}, {{"HC", read}});
     m_form.OfferIndexes();
+}
+
+void frmSearch_HeadingFilter::RefreshOwnControls() {
+    cmdTry->setEnabled(GetState() == State::List && Current().grid && Current().grid->SelectedRow());
+}
+
+/// Shows which headings of a record the selected filter, as it is stored, leaves out.
+void frmSearch_HeadingFilter::Try() {
+    const GridRow* selected = Current().grid->SelectedRow();
+    if (!selected || !AskForRecord(Current(), selected->key, Current().spec.editCaption))
+        return;
+    HeadingFilterForm form;
+    form.indexes = m_form.indexes;
+    form.OfferIndexes();
+    form.Load(App().channel);
+    const QString definition = form.indexes.value(form.cboIndex.Stored()).definition;
+    const QList<GridRow> leftOut = form.vsfLeftOut.Rows();
+    frmSearch_TryRecord dialog(
+        App().prompter,
+        {.title = tr("Try %1").arg(form.cboIndex.DisplayText()),
+         .helpContext = 50633,
+         .sample = SampleRecord,
+         .listName = tr("Headings"),
+         .nothing = tr("The index takes no heading from the record."),
+         .foundWord = tr("The index takes %1 headings from the record."),
+         .columns = {{.caption = tr("Field"), .width = 80},
+                     {.caption = tr("Heading")},
+                     {.caption = tr("Outcome"), .width = 330}},
+         .find = [&](const marc::Record& record) { return HeadingsIn(record, definition, leftOut); }},
+        this);
+    App().prompter.RunDialog(dialog);
 }
 
 } // namespace sysadmin

@@ -35,11 +35,14 @@ public:
 
 protected:
     void BeforeLoad() override;
+    void RefreshOwnControls() override;
 
 private:
     void LoadIndexes();
+    void Try();
 
     HeadingFilterForm& m_form = KeepForm<HeadingFilterForm>();
+    QPushButton* cmdTry = nullptr;
 };
 
 } // namespace sysadmin
