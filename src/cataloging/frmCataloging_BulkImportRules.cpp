@@ -66,14 +66,15 @@ Layout frmCataloging_BulkImportRules::Draw() {
                form.chkBatchOpacSuppress, form.chkIgnoreOPACSuppress}),
          Page(tr("Pro&files"),
               {form.optBulkLoad,
-               Beside({Button(
-                           "cmdSingleMFHD", tr("Single..."), [this] { EditSingle(); }, single),
-                       Button(
-                           "cmdMultiMFHD", tr("Multiple..."), [this] { EditMultiple(); },
-                           mode(&LoadModeField::IsMultiple)),
-                       Button(
-                           "cmdOrders", tr("&Orders..."), [this] { EditOrders(); },
-                           mode(&LoadModeField::CreatesOrders))}),
+               // By themselves: in columns with the load modes they would widen the page.
+               Below({Beside({Button(
+                                  "cmdSingleMFHD", tr("Single..."), [this] { EditSingle(); }, single),
+                              Button(
+                                  "cmdMultiMFHD", tr("Multiple..."), [this] { EditMultiple(); },
+                                  mode(&LoadModeField::IsMultiple)),
+                              Button(
+                                  "cmdOrders", tr("&Orders..."), [this] { EditOrders(); },
+                                  mode(&LoadModeField::CreatesOrders))})}),
                form.chkUse4DupBibs, form.chkCopy852, form.chkCopy856, form.chkOnePOPerBib,
                form.chkAutoApprove}),
          Page(tr("&Item Type"), {form.vsfItemType}),

@@ -9,10 +9,30 @@
 #include <QLineEdit>
 #include <QPainter>
 #include <QScrollBar>
+#include <QStyleOption>
 
 #include <algorithm>
 
 namespace sysadmin {
+
+namespace {
+
+/// What a column's heading needs with the mark of the order beside it. (The header view itself keeps as much
+/// room for that mark as it is high.)
+int HeadingWidth(const QTableView& grid, int column) {
+    constexpr int Any = 1000;
+    const QHeaderView* header = grid.horizontalHeader();
+    QStyleOptionHeader option;
+    option.initFrom(header);
+    option.rect = {0, 0, Any, header->height()};
+    option.sortIndicator =
+        header->isSortIndicatorShown() ? QStyleOptionHeader::SortUp : QStyleOptionHeader::None;
+    const int around = Any - grid.style()->subElementRect(QStyle::SE_HeaderLabel, &option, header).width();
+    const QString caption = grid.model()->headerData(column, Qt::Horizontal).toString();
+    return header->fontMetrics().horizontalAdvance(caption) + around + 1;
+}
+
+} // namespace
 
 ListGrid::ListGrid(const QString& name, const QList<GridColumn>& columns, QWidget* parent)
     : QTableView(parent)
@@ -72,7 +92,7 @@ void ListGrid::SetUpColumns() {
             header->setSectionResizeMode(i, QHeaderView::Stretch);
             anyStretches = true;
         } else {
-            header->resizeSection(i, std::max(column.width, header->sectionSizeHint(i)));
+            header->resizeSection(i, std::max(column.width, HeadingWidth(*this, i)));
         }
     }
     header->setStretchLastSection(!anyStretches);
@@ -96,7 +116,7 @@ void ListGrid::ShareRoom() {
     QHeaderView* header = horizontalHeader();
     for (int column : VisibleColumns())
         header->resizeSection(
-            column, std::max(int(m_model.Columns()[column].width * share), header->sectionSizeHint(column)));
+            column, std::max(int(m_model.Columns()[column].width * share), HeadingWidth(*this, column)));
     m_sharing = false;
 }
 
@@ -146,14 +166,14 @@ int ListGrid::WidthOfContents() const {
     constexpr int CellMargins = 24;
     int width = 2 * frameWidth() + verticalScrollBar()->sizeHint().width();
     for (int column : VisibleColumns()) {
-        int widest = horizontalHeader()->sectionSizeHint(column);
+        int widest = HeadingWidth(*this, column);
         for (int row = 0; row < std::min(Sample, m_model.rowCount()); ++row)
             widest = std::max(widest,
                               fontMetrics().horizontalAdvance(m_model.CellText(row, column)) + CellMargins);
         const bool isGiven = horizontalHeader()->sectionResizeMode(column) == QHeaderView::Interactive;
         const int given =
             m_shares ? m_model.Columns()[column].width : horizontalHeader()->sectionSize(column);
-        width += isGiven ? std::max(given, horizontalHeader()->sectionSizeHint(column)) : widest;
+        width += isGiven ? std::max(given, HeadingWidth(*this, column)) : widest;
     }
     return width;
 }

@@ -143,10 +143,10 @@ frmSystem_Events::frmSystem_Events(Application& application, QWidget* parent)
               .plural = "System Events",
               .listAfterChange = true, // the list shows what follows from the rule
               .columns =
-                  {{.caption = tr("Names"), .width = 180, .tag = "Nm"},
-                   {.caption = tr("Falls On"), .width = 200, .tag = WhenColumn},
-                   {.caption = tr("Next"), .width = 90, .tag = NextColumn, .dateFormat = events::DateFormat},
-                   {.caption = tr("Hours"), .width = 110, .tag = HoursColumn}}},
+                  {{.caption = tr("Names"), .width = 128, .tag = "Nm"},
+                   {.caption = tr("Falls On"), .width = 165, .tag = WhenColumn},
+                   {.caption = tr("Next"), .width = 96, .tag = NextColumn, .dateFormat = events::DateFormat},
+                   {.caption = tr("Hours"), .width = 92, .tag = HoursColumn}}},
              m_form,
              Below({m_form.txtName, m_form.cboRule, Beside({m_form.cboMonth, m_form.txtDay}),
                     Beside({m_form.cboWeek, m_form.cboWeekday}), m_form.txtFromEaster, m_form.txtDate,
