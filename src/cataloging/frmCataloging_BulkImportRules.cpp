@@ -185,14 +185,6 @@ bool frmCataloging_BulkImportRules::CheckBeforeSave(Table& table) {
 }
 
 // What must be unique is where the operator goes on.
-void frmCataloging_BulkImportRules::ReportSaveFailure(Table& table, qint16 status) {
-    MaintenanceScreen::ReportSaveFailure(table, status);
-    if (status == wire::status::DuplicateCode)
-        table.view->FocusField(m_form.txtRuleCode);
-    else if (status == wire::status::DuplicateName)
-        table.view->FocusField(m_form.txtRuleName);
-}
-
 void frmCataloging_BulkImportRules::RefreshOwnControls() {
     m_cmdTryIt->setEnabled(GetState() != State::List);
 }

@@ -17,7 +17,6 @@ protected:
     void BeforeLoad() override;
     void ReadRecord(Table& table) override;
     bool CheckBeforeSave(Table& table) override;
-    void ReportSaveFailure(Table& table, qint16 status) override;
     void RefreshOwnControls() override;
 
 private:

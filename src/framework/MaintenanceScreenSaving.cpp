@@ -49,12 +49,13 @@ void MaintenanceScreen::ReportSaveFailure(Table& table, qint16 result) {
     }
     App().ReportRequestFailure(result, m_storeCaption.isEmpty() ? table.spec.saveCaption : m_storeCaption,
                                table.spec.subject);
-    // What must be unique is where the operator goes on.
-    const QString culprit = result == status::DuplicateCode   ? "txtCode"
-                            : result == status::DuplicateName ? "txtName"
-                                                              : QString();
-    if (const Field* field = table.form->Find(culprit))
-        table.view->FocusField(*field);
+    // What must be unique is where the operator goes on: "txtCode", "txtProfileCode".
+    if (result != status::DuplicateCode && result != status::DuplicateName)
+        return;
+    const QString role = result == status::DuplicateCode ? "Code" : "Name";
+    for (const Field* field : table.form->Fields())
+        if (field->Spec().required && field->Name().endsWith(role))
+            return table.view->FocusField(*field);
 }
 
 bool MaintenanceScreen::Save(bool stay) {

@@ -194,14 +194,17 @@ void RowsEditor::Remove() {
     const QStringList keys = spec.several ? m_grid->SelectedKeys() : QStringList(m_grid->SelectedKey());
     if (keys.isEmpty() || keys.first().isEmpty())
         return;
-    if (!spec.removeQuestion.isEmpty() &&
-        !(m_grid->GetPrompter() &&
-          m_grid->GetPrompter()->ShowBox(m_grid->window(), {.text = Filled(spec.removeQuestion, keys.first()),
-                                                            .icon = Box::Icon::Question,
-                                                            .buttons = Box::Buttons::YesNo,
-                                                            .title = spec.removeTitle,
-                                                            .careful = true})))
-        return;
+    if (!spec.removeQuestion.isEmpty()) {
+        Box question{.text = Filled(spec.removeQuestion, keys.first()),
+                     .icon = Box::Icon::Question,
+                     .buttons = Box::Buttons::YesNo,
+                     .careful = true};
+        if (!spec.removeTitle.isEmpty())
+            question.title = spec.removeTitle;
+        Prompter* prompter = m_grid->GetPrompter();
+        if (!prompter || !prompter->ShowBox(m_grid->window(), question))
+            return;
+    }
     const int place = m_grid->Model().DisplayRow(keys.first());
     m_rows.RemoveRows(keys);
     if (const int last = m_grid->Model().rowCount() - 1; last >= 0)

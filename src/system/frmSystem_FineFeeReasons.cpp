@@ -1,12 +1,8 @@
 #include "system/frmSystem_FineFeeReasons.h"
 
 #include "core/Application.h"
-#include "framework/Utility.h"
-#include "wire/Status.h"
 
 namespace sysadmin {
-
-namespace status = wire::status;
 
 namespace {
 
@@ -81,15 +77,6 @@ void frmSystem_FineFeeReasons::LoadList(Table& table) {
              steps);
     for (size_t i = 0; i < lists.size(); ++i)
         Tables()[i].grid->SetRows(lists[i]);
-}
-
-void frmSystem_FineFeeReasons::ReportSaveFailure(Table& table, qint16 result) {
-    MaintenanceScreen::ReportSaveFailure(table, result);
-    if (result != status::DuplicateName)
-        return;
-    for (const QString& name : {m_payment.txtPaymentName.Name(), m_posting.txtPostingName.Name()})
-        if (const Field* field = table.form->Find(name))
-            table.view->FocusField(*field);
 }
 
 QString frmSystem_FineFeeReasons::EditCaption(const Table& table, State state) const {

@@ -62,7 +62,6 @@ public:
 
 protected:
     void LoadList(Table& table) override;
-    void ReportSaveFailure(Table& table, qint16 status) override;
     QString EditCaption(const Table& table, State state) const override;
 
 private:
