@@ -109,7 +109,7 @@ Layout FieldWeightForm::Draw() {
     return Below({cboIndex, vsfWeights,
                   Button(
                       "cmdFillIn", tr("Fi&ll In Fields"), [this] { FillIn(); },
-                      [this] { return !cboIndex.IsBlank(); }),
+                      [this] { return !isLocked && !cboIndex.IsBlank(); }),
                   Slot("picShares"), txtMeaning});
 }
 
@@ -260,6 +260,7 @@ GridRow frmSearch_FieldWeighting::ReadRow(const Table& table) {
 }
 
 void frmSearch_FieldWeighting::RefreshOwnControls() {
+    m_form.isLocked = IsReadOnly();
     cmdCheck->setEnabled(GetState() == State::List);
     ShowShares();
 }

@@ -21,6 +21,7 @@ struct FieldWeightForm : Form {
     QList<WeightShare> Shares() const;
 
     QHash<QString, WeightedIndex> indexes{}; ///< by code
+    bool isLocked = false;                   ///< the operator may only look
 
     ChoiceField cboIndex{*this, {.name = "cboIndex", .tag = "Cd", .caption = tr("Index:"), .required = true}};
     RowsField vsfWeights;
