@@ -3,6 +3,7 @@
 
 #include "server/OperatorPasswords.h"
 #include "server/ServerOptions.h"
+#include "server/remote/AddressTest.h"
 #include "support/TestServer.h"
 #include "wire/Codec.h"
 
@@ -117,6 +118,15 @@ TEST_F(ListenerTest, TalksOnlyCiphersThatAreNotBroken) {
     EXPECT_TRUE(connects("ECDHE-ECDSA-CHACHA20-POLY1305"));
     EXPECT_FALSE(connects("ECDHE-ECDSA-AES256-SHA384"));
     EXPECT_FALSE(connects("ECDHE-ECDSA-AES128-SHA"));
+}
+
+TEST_F(ListenerTest, AnAccountDoesNotGoToACertificateThatNobodyVouchesFor) {
+    QUrl url("https://127.0.0.1/");
+    url.setPort(Port());
+    const auto password = std::make_shared<const Secret>(Secret::FromText("secret-1"));
+    const RemoteResult result = AskAddress({.url = url, .user = "library", .password = password},
+                                           {.deadline = QDeadlineTimer(20'000)});
+    EXPECT_EQ(result.outcome, Outcome::NewCertificate) << result.detail.toStdString();
 }
 
 TEST_F(ListenerTest, ServesOverTls) {

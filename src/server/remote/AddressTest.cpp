@@ -7,6 +7,7 @@
 #include <QNetworkAccessManager>
 #include <QNetworkProxy>
 #include <QNetworkReply>
+#include <QSslSocket>
 #include <QTimer>
 
 namespace sysadmin::server {
@@ -23,7 +24,9 @@ QNetworkRequest RequestOf(const AddressCall& call) {
     request.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
     if (call.url.scheme() != u"https")
         return request;
-    request.setSslConfiguration(wire::TlsConfiguration());
+    QSslConfiguration encryption = wire::TlsConfiguration();
+    encryption.setPeerVerifyMode(QSslSocket::VerifyPeer);
+    request.setSslConfiguration(encryption);
     if (call.user.isEmpty())
         return request;
     QByteArray account = call.user.toUtf8() + ':';
