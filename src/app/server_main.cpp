@@ -2,6 +2,7 @@
 #include "server/Listener.h"
 #include "server/ServerConnection.h"
 #include "server/ServerOptions.h"
+#include "server/SettingsRun.h"
 #include "server/SystemLimits.h"
 #include "server/store/Database.h"
 
@@ -115,5 +116,8 @@ int main(int argc, char** argv) {
     const auto& options = std::get<ServerOptions>(asked);
     if (options.check)
         return CheckLibrary(options, [](const QString& sentence) { Print(stdout, sentence); }) ? 0 : 1;
+    if (options.task != ServerOptions::Task::None)
+        return RunSettings(options, {.tell = [](const QString& line) { Print(stdout, line); },
+                                     .complain = [](const QString& line) { Print(stderr, line); }});
     return Serve(options);
 }

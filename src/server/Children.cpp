@@ -167,8 +167,16 @@ QList<Table> Children::StoredAs(const QString& ownerTable) const {
                            .target = ownerTable,
                            .onRemoval = OnRemoval::RemoveToo}},
               .owner = owner};
-    for (const SubjectField& field : fields)
+    PartsRule rule{.column = where.column, .value = where.value, .most = most, .check = check};
+    for (const SubjectField& field : fields) {
         own.columns << field.StoredAs();
+        if (where.column.isEmpty())
+            continue;
+        rule.cells.insert(field.column, field.Rule());
+        own.columns.last().rule = {};
+    }
+    if (check || most > 0 || !where.column.isEmpty())
+        own.parts << rule;
     QList<Table> tables{own};
     for (const Children& nested : children)
         tables += nested.StoredAs(table);

@@ -30,7 +30,8 @@ Registry::Registry(std::function<void(Subject&)> alter)
                           {.name = "record_id", .type = ColumnType::Whole, .tableIn = "table_name"},
                           {.name = "used", .type = ColumnType::Whole}},
               .uniqueSets = {{"table_name", "kind", "record_id"}},
-              .indexed = {{"record_id"}}});
+              .indexed = {{"record_id"}},
+              .content = Content::Usage});
     AddTable({.name = "sample_parts",
               .columns = {{.name = "name"}},
               .uniqueSets = {{"name"}},
@@ -46,13 +47,17 @@ void Registry::AddTable(const Table& table) {
     for (const Column& column : table.columns) {
         const auto present = std::find_if(known->columns.begin(), known->columns.end(),
                                           [&](const Column& other) { return other.name == column.name; });
-        if (present == known->columns.end())
+        if (present == known->columns.end()) {
             known->columns << column;
-        else if (present->type != column.type)
+            continue;
+        }
+        if (present->type != column.type)
             qFatal("The column %s.%s is declared with two types.", qPrintable(table.name),
                    qPrintable(column.name));
-        else if (column.showsThere)
-            present->showsThere = true;
+        present->showsThere = present->showsThere || column.showsThere;
+        present->keeps = present->keeps || column.keeps;
+        if (column.rule.isSet)
+            present->rule = column.rule;
     }
     for (const UniqueText& unique : table.uniqueTexts)
         if (!known->IsUniqueText(unique.column))
@@ -60,6 +65,10 @@ void Registry::AddTable(const Table& table) {
     known->uniqueSets << table.uniqueSets;
     known->indexed << table.indexed;
     known->ordered = known->ordered || table.ordered;
+    known->rules << table.rules;
+    known->parts << table.parts;
+    known->storedRules << table.storedRules;
+    known->onlyOne << table.onlyOne;
     if (!table.owner.isEmpty())
         known->owner = table.owner;
     if (table.content != Content::Settings)
@@ -75,7 +84,10 @@ void Registry::AddSubject(Subject declared) {
         m_alter(declared);
     m_subjects.push_back(std::move(declared));
     const Subject& subject = m_subjects.back();
-    Table table{.name = subject.table, .columns = subject.columns};
+    Table table{.name = subject.table,
+                .columns = subject.columns,
+                .rules = subject.rules,
+                .onlyOne = subject.onlyOne};
     if (subject.single) {
         table.columns << Column{.name = "only_one", .fallback = "Y", .bookkeeping = true};
         table.uniqueSets << QStringList{"only_one"};
@@ -105,7 +117,10 @@ void Registry::AddSubject(Subject declared) {
             AddTable(rows);
     for (const UsedBy& use : subject.usedBy)
         AddTable({.name = use.table,
-                  .columns = {{.name = use.column, .type = ColumnType::Reference, .target = subject.table}}});
+                  .columns = {{.name = use.column,
+                               .type = ColumnType::Reference,
+                               .target = subject.table,
+                               .keeps = true}}});
     for (RequestRule& rule : RequestsOf(subject))
         AddRequest(std::move(rule));
 }

@@ -2,9 +2,10 @@
 
 #include "server/Library.h"
 #include "server/OperatorPasswords.h"
+#include "server/files/Apply.h"
+#include "server/files/TableFile.h"
 #include "server/store/Database.h"
 #include "server/store/Schema.h"
-#include "server/store/TableFiles.h"
 #include "server/subjects/SearchIndexes.h"
 
 #include <QDir>
@@ -74,33 +75,60 @@ void FillPartnerPassword(const Library& library, Records& records) {
                            {{"password", library.Secrets().Close(Secret::FromText(account.password))}});
 }
 
+/// The cell of a column; empty when the file has no such column.
+QString CellIn(const SettingsTable& file, const QStringList& cells, const QString& column) {
+    for (qsizetype i = 0; i < cells.size(); ++i)
+        if (file.columns[i]->name == column)
+            return cells[i];
+    return {};
+}
+
+/// Adds and changes the records that files of the program say, as far as what they refer to is there. Tables
+/// without a file are left out, and lines that are not wanted.
+void FillFrom(const QString& folder, Records& records, const QStringList& tables,
+              const std::function<bool(const SettingsTable&, const QStringList& cells)>& isWanted) {
+    FileForm form(records.GetTables());
+    LibrarySettings library(records.GetDatabase(), form);
+    Comparison comparison;
+    QList<FileProblem> problems;
+    for (const QString& table : form.SampleOrder()) {
+        QFile file(folder + '/' + table + ".csv");
+        if (!tables.contains(table) || !file.open(QIODevice::ReadOnly))
+            continue;
+        SettingsTable read = ReadTableFile(form, table, file.readAll(), problems);
+        erase_if(read.records, [&](const SettingsRecord& record) { return !isWanted(read, record.cells); });
+        CompareTable(form, library.Read(table), read, comparison);
+    }
+    erase_if(comparison.differences,
+             [](const Difference& difference) { return difference.kind == Difference::Kind::Removed; });
+    problems += comparison.problems;
+    if (problems.isEmpty())
+        problems = Apply(records, form, library, comparison.differences, Unknown::Skip);
+    if (!problems.isEmpty())
+        qFatal("The program's own files of settings are not in order. %s",
+               qPrintable(problems.first().Sentence()));
+}
+
 } // namespace
 
 void FillSampleLibrary(const Library& library, Database& database) {
     Records records(database, library.GetRegistry().GetTables());
-    TableFiles files(records, library.GetRegistry().GetTables());
     const QStringList carried = CarriedTables(database);
     const QSet<QString> before = FilledTables(database);
-    QSet<QString> filled;
-    for (const QString& table : files.Names()) {
-        if (!carried.contains(table) || before.contains(table))
-            continue;
-        filled.insert(table);
-        database.Run("INSERT INTO sample_parts (name) VALUES (?)", {table});
-        if (table == u"usage") // what uses the records of every table; see below
-            continue;
-        QFile file(Folder(database) + '/' + table + ".csv");
-        const bool isOpen = file.open(QIODevice::ReadOnly);
-        const QString wrong = files.Read(table, file.readAll(), TableFiles::Unknown::Skip);
-        if (!isOpen || !wrong.isEmpty())
-            qFatal("The sample data is not in order. %s", qPrintable(wrong));
-    }
+    QStringList filled;
+    for (const QString& table : carried)
+        if (library.GetRegistry().GetTables().contains(table) && !before.contains(table))
+            filled << table;
     if (filled.isEmpty())
         return;
-    QFile usage(Folder(database) + "/usage.csv");
-    if (usage.open(QIODevice::ReadOnly))
-        files.Read("usage", usage.readAll(), TableFiles::Unknown::Skip,
-                   [&](const Row& row) { return filled.contains(row.value("table_name").toString()); });
+    for (const QString& table : filled)
+        database.Run("INSERT INTO sample_parts (name) VALUES (?)", {table});
+    // What uses records stands in one file for all tables; here come those of the tables that are filled now.
+    if (!filled.contains("usage"))
+        filled << "usage";
+    FillFrom(Folder(database), records, filled, [&](const SettingsTable& file, const QStringList& cells) {
+        return file.name != u"usage" || filled.contains(CellIn(file, cells, "table_name"));
+    });
     if (filled.contains("operators"))
         FillAccounts(library, records);
     if (filled.contains("search_databases"))
@@ -110,38 +138,26 @@ void FillSampleLibrary(const Library& library, Database& database) {
             records.Update("web_service_configuration", *only, {{"default_pin", "0000"}});
 }
 
-namespace {
-
-/// Reads a file of the sample library into one that is no sample: what every library has. `takes` may leave
-/// lines out.
-void ReadFromSample(Records& records, const Library& library, const QString& table,
-                    const std::function<bool(const Row&)>& takes = {}) {
+void FillSystemIndexes(Records& records, const Library&) {
     InitSampleLibrary();
-    TableFiles files(records, library.GetRegistry().GetTables());
-    QFile file(":/sample-library/" + table + ".csv");
-    const bool isOpen = file.open(QIODevice::ReadOnly);
-    const QString wrong = files.Read(table, file.readAll(), TableFiles::Unknown::Skip, takes);
-    if (!isOpen || !wrong.isEmpty())
-        qFatal("What comes with the system is not in order. %s", qPrintable(wrong));
-}
-
-} // namespace
-
-void FillSystemIndexes(Records& records, const Library& library) {
-    ReadFromSample(records, library, "bib_texts");
+    using wire::indexes::Family;
+    QStringList tables{"bib_texts"};
+    QHash<QString, Family> families;
     for (const IndexFamily& family : IndexFamilies()) {
-        const bool isFixed = family.family == wire::indexes::Family::Headings;
-        ReadFromSample(records, library, family.table, [&](const Row& row) {
-            return isFixed || wire::indexes::IsSystemCode(family.family, row.value("code").toString());
-        });
-        if (library.GetRegistry().GetTables().contains(family.table + "_fields"))
-            ReadFromSample(records, library, family.table + "_fields");
+        families.insert(family.table, family.family);
+        tables << family.table << family.table + "_fields";
     }
+    FillFrom(":/sample-library", records, tables, [&](const SettingsTable& file, const QStringList& cells) {
+        const auto family = families.constFind(file.name);
+        return family == families.constEnd() || *family == Family::Headings ||
+               wire::indexes::IsSystemCode(*family, CellIn(file, cells, "code"));
+    });
 }
 
-void FillTitleLists(Records& records, const Library& library) {
-    ReadFromSample(records, library, "title_lists");
-    ReadFromSample(records, library, "title_list_columns");
+void FillTitleLists(Records& records, const Library&) {
+    InitSampleLibrary();
+    FillFrom(":/sample-library", records, {"title_lists", "title_list_columns"},
+             [](const SettingsTable&, const QStringList&) { return true; });
 }
 
 bool IsSampleIncomplete(const Library& library, Database& database) {

@@ -28,6 +28,13 @@ const char HelpText[] = R"(sysadmin-server keeps a library's settings and serves
   --create-sample [partner]
                           make the sample library when there is no library yet, or a second one that the
                           first reaches at 127.0.0.1:7444
+  --export DIR            write all settings as files into the directory, one for each table, and end
+  --compare DIR           tell in what the library's settings differ from the files, and end; the exit
+                          status is 1 when they do
+  --import DIR            make the library's settings what the files say, or change nothing and tell what
+                          stands against it, and end
+  --dry-run               with --import: only tell what would be added, changed and removed
+  --only NAME,...         with these three: only these settings, by the names of their files
   --check                 look whether library and certificate are sound, tell what was found, and end
   --help                  show this text
   --version               show the version
@@ -43,6 +50,14 @@ bool IsColour(const QString& text) {
 
 PrintAndExit Bad(const QString& text) {
     return {text + " \"sysadmin-server --help\" lists the options.", 2};
+}
+
+ServerOptions::Task TaskOf(const QString& option) {
+    using Task = ServerOptions::Task;
+    return option == "--export"    ? Task::Export
+           : option == "--compare" ? Task::Compare
+           : option == "--import"  ? Task::Import
+                                   : Task::None;
 }
 
 /// "127.0.0.1", "127.0.0.1:7443", "::1" or "[::1]:7443".
@@ -124,6 +139,10 @@ std::variant<ServerOptions, PrintAndExit> ReadOptions(const QStringList& argumen
                 0};
         if (name == "--version")
             return PrintAndExit{"sysadmin-server " SYSADMIN_VERSION, 0};
+        if (name == "--dry-run") {
+            options.dryRun = true;
+            continue;
+        }
         if (name == "--create-sample" || name == "--check") {
             (name == "--check" ? options.check : options.createSample) = true;
             if (name == "--create-sample" && arguments.value(i + 1) == u"partner") {
@@ -134,7 +153,9 @@ std::variant<ServerOptions, PrintAndExit> ReadOptions(const QStringList& argumen
         }
         static const QStringList withValue{"--library",  "--database",    "--database-password-file",
                                            "--listen",   "--certificate", "--key",
-                                           "--sessions", "--name",        "--colour"};
+                                           "--sessions", "--name",        "--colour",
+                                           "--export",   "--compare",     "--import",
+                                           "--only"};
         QString value;
         if (const qsizetype equals = name.indexOf('='); name.startsWith("--") && equals > 0) {
             value = name.mid(equals + 1);
@@ -155,6 +176,13 @@ std::variant<ServerOptions, PrintAndExit> ReadOptions(const QStringList& argumen
             database = value;
         else if (name == "--database-password-file")
             passwordFile = value;
+        else if (const auto task = TaskOf(name); task != ServerOptions::Task::None) {
+            if (options.task != ServerOptions::Task::None)
+                return Bad("Only one of --export, --compare and --import can be done at a time.");
+            options.task = task;
+            options.folder = value;
+        } else if (name == "--only")
+            options.only = value.split(',', Qt::SkipEmptyParts);
         else if (name == "--certificate")
             options.certificateFile = value;
         else if (name == "--key")
@@ -182,6 +210,15 @@ std::variant<ServerOptions, PrintAndExit> ReadOptions(const QStringList& argumen
         return Bad("--check changes nothing, so it does not go with --create-sample.");
     if (options.check && !(options.name + options.colour).isEmpty())
         return Bad("--check changes nothing, so it does not go with --name and --colour.");
+    if (options.task == ServerOptions::Task::None && !options.only.isEmpty())
+        return Bad("--only belongs to --export, --compare or --import, and none of them is given.");
+    if (options.task != ServerOptions::Task::Import && options.dryRun)
+        return Bad("--dry-run belongs to --import, which is not given; --compare changes nothing anyway.");
+    if (options.task != ServerOptions::Task::None &&
+        (options.check || options.createSample || !(options.name + options.colour).isEmpty()))
+        return Bad(
+            "--export, --compare and --import do only that: leave --check, --create-sample, --name and "
+            "--colour out.");
     if (options.certificateFile.isEmpty() != options.keyFile.isEmpty())
         return Bad("--certificate and --key go together.");
     if (database.isEmpty()) {

@@ -26,6 +26,12 @@ struct ServerOptions {
     bool createSample = false;
     bool createPartner = false; ///< the sample library that is made is the second one
     bool check = false;         ///< look at everything, tell, and end
+    /// What is done with the settings as files, before the program ends.
+    enum class Task { None, Export, Compare, Import };
+    Task task = Task::None;
+    QString folder;      ///< of the files
+    QStringList only;    ///< the settings that it is about, by the names of their files; empty: all
+    bool dryRun = false; ///< of an import: tell what it would do
 };
 
 /// What there is to do: serve, or print a text and end with an exit status.

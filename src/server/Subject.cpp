@@ -125,20 +125,37 @@ bool RequestRights::IsHeld(const Rights& rights) const {
     return (any || (orView && rights.MayView(*orView))) && (unless.isEmpty() || !rights.Has(unless));
 }
 
+CellRule SubjectField::Rule() const {
+    CellRule rule{.isSet = inPut, .required = required, .check = check};
+    if (kind == Kind::Text || kind == Kind::Decimal)
+        rule.limit = limit;
+    rule.isDecimal = kind == Kind::Decimal;
+    if (kind == Kind::Whole) {
+        rule.least = least;
+        rule.most = most;
+    }
+    return rule;
+}
+
 Column SubjectField::StoredAs() const {
+    const CellRule rule = inPut ? Rule() : CellRule();
     switch (kind) {
     case Kind::Text:
     case Kind::Decimal:
-        return {.name = column, .type = ColumnType::Text, .fallback = fallback};
+        return {.name = column, .type = ColumnType::Text, .fallback = fallback, .rule = rule};
     case Kind::Flag:
-        return {.name = column, .type = ColumnType::Flag, .fallback = fallback};
+        return {.name = column, .type = ColumnType::Flag, .fallback = fallback, .rule = rule};
     case Kind::Whole:
-        return {.name = column, .type = ColumnType::Whole, .fallback = fallback};
+        return {.name = column, .type = ColumnType::Whole, .fallback = fallback, .rule = rule};
     case Kind::Secret:
         return {.name = column, .type = ColumnType::Text, .secret = true};
     case Kind::Reference:
     case Kind::Joined:
-        return {.name = column, .type = ColumnType::Reference, .target = target, .onRemoval = onRemoval};
+        return {.name = column,
+                .type = ColumnType::Reference,
+                .target = target,
+                .onRemoval = onRemoval,
+                .rule = {.isSet = rule.isSet, .required = rule.required}};
     case Kind::Uses:
         break;
     }

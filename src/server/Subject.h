@@ -91,6 +91,11 @@ struct Subject {
     /// There is one record at the most: get needs no key and answers nothing while there is none, add makes
     /// it, update changes it. Without an add request it is there from the start, with the defaults.
     bool single = false;
+    /// What must hold of a record, whichever way it comes into the library. Requests that would
+    /// break it are refused.
+    QList<RowRule> rules = {};
+    /// Flags that one record has as soon as there are records, and never two.
+    QStringList onlyOne = {};
 
     /// Looks over the record that an add (`before` empty) or update is about to write, and may alter it.
     std::function<qint16(Context&, const wire::Fields& request, const Row& before, Row& after)> checkPut = {};

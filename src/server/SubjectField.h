@@ -80,6 +80,8 @@ public:
     bool inPut = true;
     bool (*check)(const QString& value) = nullptr;
 
+    /// What its values must be like.
+    CellRule Rule() const;
     /// The column that it needs in its table.
     Column StoredAs() const;
 };

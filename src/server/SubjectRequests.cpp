@@ -4,51 +4,31 @@
 #include "server/SubjectReads.h"
 #include "server/store/Database.h"
 
-#include <QRegularExpression>
-
 namespace sysadmin::server {
 
 namespace {
 
-bool IsDecimal(const QString& value) {
-    static const QRegularExpression form("^[+-]?(\\d+(\\.\\d*)?|\\.\\d+)\\z");
-    return form.match(value).hasMatch();
-}
-
 /// The value to store; none when the request's value does not fit the field.
 std::optional<QVariant> ToStore(Context& context, const SubjectField& field, const QString& value) {
-    if (!IsStorable(value))
-        return std::nullopt;
     const QString trimmed = value.trimmed();
-    if (field.required && trimmed.isEmpty())
-        return std::nullopt;
-    if (field.check && !field.check(value))
-        return std::nullopt;
+    const auto fits = [&](ColumnType type) { return field.Rule().WrongWith(type, value).isEmpty(); };
     switch (field.kind) {
     case SubjectField::Kind::Text:
-        if (value.size() - value.count("\r\n") > field.limit) // a line break is one character
-            return std::nullopt;
-        return value;
+        return fits(ColumnType::Text) ? std::optional<QVariant>(value) : std::nullopt;
     case SubjectField::Kind::Flag:
-        if (trimmed.isEmpty())
-            return field.fallback;
-        if (value != "Y" && value != "N")
+        if (!fits(ColumnType::Flag))
             return std::nullopt;
-        return value;
-    case SubjectField::Kind::Whole: {
-        if (trimmed.isEmpty())
-            return QVariant();
-        bool valid = false;
-        const qint64 number = trimmed.toLongLong(&valid);
-        if (!valid || number < field.least || number > field.most)
+        return trimmed.isEmpty() ? field.fallback : value;
+    case SubjectField::Kind::Whole:
+        if (!fits(ColumnType::Whole))
             return std::nullopt;
-        return number;
-    }
+        return trimmed.isEmpty() ? QVariant() : QVariant(trimmed.toLongLong());
     case SubjectField::Kind::Decimal:
-        if (!trimmed.isEmpty() && (!IsDecimal(trimmed) || trimmed.size() > field.limit))
-            return std::nullopt;
-        return trimmed;
+        return fits(ColumnType::Text) ? std::optional<QVariant>(trimmed) : std::nullopt;
     case SubjectField::Kind::Reference: {
+        if (!IsStorable(value) || (field.required && trimmed.isEmpty()) ||
+            (field.check && !field.check(value)))
+            return std::nullopt;
         if (trimmed.isEmpty())
             return QVariant();
         std::optional<qint64> id;
@@ -91,6 +71,14 @@ qint16 ReadSecret(Context& context, const SubjectField& field, const wire::Field
     return status::Ok;
 }
 
+/// The refusal for the first rule of whole records that this one breaks, or 0.
+qint16 FindBroken(const Subject& subject, const Row& row) {
+    for (const RowRule& rule : subject.rules)
+        if (!rule.holds(row))
+            return rule.status;
+    return status::Ok;
+}
+
 /// The refusal for the first unique text that another record has, or 0.
 qint16 FindDuplicate(Context& context, const Subject& subject, const Row& row, qint64 except) {
     for (const SubjectField& field : subject.fields) {
@@ -129,6 +117,8 @@ Answer Add(Context& context, const Subject& subject, const wire::Fields& request
         return {refused};
     if (const qint16 refused = subject.checkPut ? subject.checkPut(context, request, {}, row) : status::Ok)
         return {refused};
+    if (const qint16 refused = FindBroken(subject, row))
+        return {refused};
     if (const qint16 refused = FindDuplicate(context, subject, row, 0))
         return {refused};
     const qint64 id = context.records.Insert(subject.table, row);
@@ -163,6 +153,8 @@ Answer Update(Context& context, const Subject& subject, const wire::Fields& requ
         return {status::NotFound};
     if (const qint16 refused =
             subject.checkPut ? subject.checkPut(context, request, before, after) : status::Ok)
+        return {refused};
+    if (const qint16 refused = FindBroken(subject, after))
         return {refused};
     if (const qint16 refused = FindDuplicate(context, subject, after, *id))
         return {refused};

@@ -79,6 +79,8 @@ TEST(ServerOptionsTest, CommandLine) {
     qunsetenv(DatabasePasswordVariable);
     EXPECT_EQ(options(base).library.password, QString());
     EXPECT_TRUE(options({"--check"}).check);
+    EXPECT_EQ(options({"--import", "x", "--only", "locations,clusters", "--dry-run"}).only,
+              (QStringList{"locations", "clusters"}));
 
     const QList<QStringList> wrongs{
         {"--foo"},
@@ -104,7 +106,13 @@ TEST(ServerOptionsTest, CommandLine) {
         base + QStringList{"--database-password-file", empty},
         base + QStringList{"--database-password-file", "/no/such/file"},
         {"--database", "postgresql://u:p@h/d", "--database-password-file", passwordFile},
-        {"--check", "--create-sample"}};
+        {"--check", "--create-sample"},
+        {"--export"},
+        {"--export", "x", "--import", "x"},
+        {"--compare", "x", "--dry-run"},
+        {"--only", "locations"},
+        {"--import", "x", "--create-sample"},
+        {"--export", "x", "--check"}};
     for (const QStringList& wrong : wrongs) {
         const auto result = ReadOptions(wrong, "/default");
         const auto* print = std::get_if<PrintAndExit>(&result);

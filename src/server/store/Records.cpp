@@ -83,6 +83,8 @@ Records::Inserter::Inserter(Records& records, const QString& table, const QList<
     : m_records(records)
     , m_table(table)
     , m_columns(columns) {
+    for (const Column& column : records.Named(table).columns)
+        m_fallbacks.insert(column.name, Stored(column, column.fallback));
     QStringList names;
     for (const Column* column : columns) {
         names << column->name;
@@ -95,12 +97,6 @@ Records::Inserter::Inserter(Records& records, const QString& table, const QList<
 }
 
 qint64 Records::Inserter::Add(const QVariantList& values) const {
-    if (m_records.m_history) {
-        Row row;
-        for (qsizetype i = 0; i < values.size(); ++i)
-            row.insert(m_columns[i]->name, values[i]);
-        return m_records.Insert(m_table, row);
-    }
     QVariantList bound;
     bound.reserve(values.size() + 1);
     for (qsizetype i = 0; i < values.size(); ++i) {
@@ -110,7 +106,16 @@ qint64 Records::Inserter::Add(const QVariantList& values) const {
         const QString folded = Fold(values[i].toString());
         bound << (folded.isEmpty() ? QVariant() : QVariant(folded));
     }
-    return m_records.m_database.RunInsert(m_sql, bound);
+    const qint64 id = m_records.m_database.RunInsert(m_sql, bound);
+    if (!m_records.m_history)
+        return id;
+    const Table& table = m_records.Named(m_table);
+    Row row = m_fallbacks;
+    for (qsizetype i = 0; i < values.size(); ++i)
+        row.insert(m_columns[i]->name, Stored(*m_columns[i], values[i]));
+    m_records.m_history->Note(HistoryWriter::Kind::Added, table, id, {}, row);
+    m_records.EnterChange(table, id, row, row, false);
+    return id;
 }
 
 bool Records::Update(const QString& tableName, qint64 id, const Row& values) {

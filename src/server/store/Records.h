@@ -48,6 +48,7 @@ public:
     Records(Records&&) noexcept;
 
     Database& GetDatabase() const { return m_database; }
+    const Tables& GetTables() const { return m_tables; }
 
     /// Adds a row; columns that are not named get their fallback. Answers its id.
     qint64 Insert(const QString& table, const Row& values);
@@ -96,6 +97,7 @@ public:
         QString m_table;
         QList<const Column*> m_columns;
         QList<bool> m_isUnique;
+        Row m_fallbacks; ///< what a row without any values holds
         QString m_sql;
     };
 

@@ -1,5 +1,7 @@
 #include "server/store/Table.h"
 
+#include <QRegularExpression>
+
 namespace sysadmin::server {
 
 const Column* Table::Find(const QString& column) const {
@@ -14,6 +16,43 @@ bool Table::IsUniqueText(const QString& column) const {
         if (unique.column == column)
             return true;
     return false;
+}
+
+QString CellRule::WrongWith(ColumnType type, const QString& value) const {
+    if (!IsStorable(value))
+        return "holds a character that cannot be stored";
+    const QString trimmed = value.trimmed();
+    if (required && trimmed.isEmpty())
+        return "must not be empty";
+    bool isRight = true;
+    switch (type) {
+    case ColumnType::Text:
+        if (isDecimal) {
+            static const QRegularExpression form("^[+-]?(\\d+(\\.\\d*)?|\\.\\d+)\\z");
+            if (!trimmed.isEmpty() && (!form.match(trimmed).hasMatch() || trimmed.size() > limit))
+                return "is no amount: \"" + value + '"';
+        } else if (const qsizetype size = value.size() - value.count("\r\n"); limit > 0 && size > limit) {
+            return QString("is too long: %1 characters, and %2 are the most").arg(size).arg(limit);
+        }
+        break;
+    case ColumnType::Flag:
+        if (!trimmed.isEmpty() && value != u"Y" && value != u"N")
+            return "is neither Y nor N: \"" + value + '"';
+        break;
+    case ColumnType::Whole:
+        if (!trimmed.isEmpty()) {
+            const qint64 number = trimmed.toLongLong(&isRight);
+            if (!isRight)
+                return "is no number: \"" + value + '"';
+            if (number < least || number > most)
+                return QString("is %1, and it must be from %2 to %3").arg(number).arg(least).arg(most);
+        }
+        break;
+    case ColumnType::Reference:
+    case ColumnType::Bytes:
+        return {};
+    }
+    return check && !check(value) ? "cannot be \"" + value + '"' : QString();
 }
 
 bool IsStorable(const QString& text) {

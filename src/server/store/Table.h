@@ -1,10 +1,19 @@
 #pragma once
 
+#include "wire/Status.h"
+
 #include <QList>
+#include <QMap>
 #include <QString>
 #include <QStringList>
+#include <QVariantMap>
+
+#include <functional>
+#include <limits>
 
 namespace sysadmin::server {
+
+class Database;
 
 enum class ColumnType {
     Text,      ///< never null; an empty text when nothing is known
@@ -16,6 +25,20 @@ enum class ColumnType {
 
 /// What becomes of a row when the row it refers to is removed.
 enum class OnRemoval { Refuse, RemoveToo, Clear };
+
+/// What a value that people enter must be like; one that is stored already may be otherwise.
+struct CellRule {
+    bool isSet = false; ///< the column belongs to a subject's field
+    int limit = 0;      ///< characters; 0: as many as anybody wants
+    qint64 least = std::numeric_limits<qint64>::min();
+    qint64 most = std::numeric_limits<qint64>::max();
+    bool required = false;
+    bool isDecimal = false; ///< an amount: digits with an optional decimal point and sign
+    bool (*check)(const QString& value) = nullptr;
+
+    /// What is wrong with a value of the column type, as the end of a sentence; empty when nothing is.
+    QString WrongWith(ColumnType type, const QString& value) const;
+};
 
 /// A column as it is stored.
 struct Column {
@@ -31,6 +54,9 @@ struct Column {
     QString tableIn = {};
     /// The row is shown as a member of the one it refers to: when this changes, both records change.
     bool showsThere = false;
+    /// The row keeps the record to which it refers from being removed.
+    bool keeps = false;
+    CellRule rule = {};
 };
 
 /// A text column whose values differ, letter case and surrounding blanks apart, among all rows or among those
@@ -40,9 +66,34 @@ struct UniqueText {
     QString within = {};
 };
 
+/// What must hold of a row as a whole.
+struct RowRule {
+    bool (*holds)(const QVariantMap& row) = nullptr;
+    QString otherwise;                         ///< what is wrong then, as a sentence
+    qint16 status = wire::status::ColumnError; ///< of a request that would break it
+};
+
+/// What must hold of a table's rows in view of other rows.
+struct StoredRule {
+    QStringList others = {}; ///< tables of which a change may break it, besides the rule's own
+    /// The ids of the rows that break it; 0 stands for one that is missing. Throws `StoreError`.
+    std::function<QList<qint64>(Database&)> broken;
+    QString otherwise; ///< what is wrong then, as a sentence
+};
+
+/// What must hold of the rows that are parts of one record.
+struct PartsRule {
+    QString column = {}; ///< of the record: the rule is for records that hold the value there; empty: for all
+    QString value = {};
+    QMap<QString, CellRule> cells = {}; ///< by column
+    int most = 0;                       ///< 0: as many as anybody wants
+    bool (*check)(const QList<QVariantMap>& rows) = nullptr;
+};
+
 /// What a table's rows are.
 enum class Content {
     Settings, ///< what administrators maintain, or what comes with it
+    Usage,    ///< what the library's other programs hold of it; only a sample library brings such rows along
     Record,   ///< what the server notes by itself: sessions, histories, logs
 };
 
@@ -63,6 +114,11 @@ struct Table {
     QString keyText = {}; ///< the column by whose text requests know a record; empty: its id
     /// The table of the one setting of which the rows are a part, without a reference.
     QString partOf = {};
+    QList<RowRule> rules = {};
+    QList<PartsRule> parts = {};
+    QList<StoredRule> storedRules = {};
+    /// Flags that one row has as soon as there are rows, and never two.
+    QStringList onlyOne = {};
 
     const Column* Find(const QString& column) const;
     bool IsUniqueText(const QString& column) const;

@@ -60,9 +60,8 @@ bool IsEnd(const QString& value) {
     return value.size() == 19 && value.endsWith(" 23:59:59") && DayOf(value).isValid();
 }
 
-qint16 CheckPeriod(Context&, const wire::Fields&, const Row&, Row& after) {
-    return DayOf(after["end_date"].toString()) < DayOf(after["start_date"].toString()) ? status::ColumnError
-                                                                                       : status::Ok;
+bool EndsAfterItsStart(const Row& period) {
+    return DayOf(period["end_date"].toString()) >= DayOf(period["start_date"].toString());
 }
 
 /// The ledgers of a fiscal period with their funds, and the locations that spend from them. The acquisitions
@@ -127,7 +126,7 @@ void RegisterAcquisitionsFunds(Registry& registry) {
                    {"import_rule_settings", "fiscal_period_id"}},
         .usages = {{"rollover rules", UsedByRollovers}},
         .addReply = {"ID", "Nm"},
-        .checkPut = CheckPeriod,
+        .rules = {{EndsAfterItsStart, "The period ends before it begins."}},
     });
     AddLedgerTables(registry);
 }

@@ -69,10 +69,13 @@ void AddIndexes(Context& context, qint64 id, ReplyFields& reply) {
 qint16 CheckProfile(Context&, const wire::Fields&, const Row& before, Row& after) {
     if (!before.isEmpty() && before["record_type"] != after["record_type"])
         return status::ColumnError;
-    const QVariant warn = after["warn_score"];
-    const QVariant replace = after["replace_score"];
-    const bool isUpsideDown = !warn.isNull() && !replace.isNull() && warn.toLongLong() > replace.toLongLong();
-    return isUpsideDown ? status::ColumnError : status::Ok;
+    return status::Ok;
+}
+
+bool AreThresholdsInOrder(const Row& profile) {
+    const QVariant warn = profile["warn_score"];
+    const QVariant replace = profile["replace_score"];
+    return warn.isNull() || replace.isNull() || warn.toLongLong() <= replace.toLongLong();
 }
 
 /// Each index is there, or stands for the record's own identifier.
@@ -179,6 +182,7 @@ void RegisterDuplicateProfiles(Registry& registry) {
                    {"import_rules", "authority_profile_id", InImportRule}},
         .children = {Indexes(), Qualities(), MergeFields()},
         .addReply = {"DID"},
+        .rules = {{AreThresholdsInOrder, "The threshold for a warning is above the one for a replacement."}},
         .checkPut = CheckProfile,
         .afterPut = CheckIndexes,
         .addToGet = AddIndexes,

@@ -23,9 +23,9 @@ bool IsTime(const QString& value) {
 }
 
 /// There is a date of which the rule speaks, and an open day has hours.
-qint16 CheckEvent(Context&, const wire::Fields&, const Row&, Row& after) {
-    const auto number = [&](const char* column) { return after[column].toInt(); };
-    const auto text = [&](const char* column) { return after[column].toString(); };
+bool IsPossible(const Row& event) {
+    const auto number = [&](const char* column) { return event[column].toInt(); };
+    const auto text = [&](const char* column) { return event[column].toString(); };
     const events::Rule rule{.kind = text("kind"),
                             .month = number("month"),
                             .day = number("day"),
@@ -34,8 +34,7 @@ qint16 CheckEvent(Context&, const wire::Fields&, const Row&, Row& after) {
                             .fromEaster = number("days_from_easter"),
                             .date = QDate::fromString(text("date"), events::DateFormat)};
     const bool hasHours = !text("open_time").isEmpty() && !text("close_time").isEmpty();
-    return events::IsPossible(rule) && (text("is_open") != u"Y" || hasHours) ? status::Ok
-                                                                             : status::ColumnError;
+    return events::IsPossible(rule) && (text("is_open") != u"Y" || hasHours);
 }
 
 } // namespace
@@ -65,7 +64,7 @@ void RegisterEvents(Registry& registry) {
             },
         .listArea = Area::AnyOperator,
         .addReply = {"ID"},
-        .checkPut = CheckEvent,
+        .rules = {{IsPossible, "There is no such day, or it is open without hours."}},
     });
 }
 

@@ -88,6 +88,19 @@ const QList<StoredSetting>& StoredSettings() {
     return settings;
 }
 
+/// Whether a stored row is a setting with a value that it may have.
+bool IsPossible(const Row& row) {
+    const auto& all = StoredSettings();
+    const auto stored = std::find_if(all.begin(), all.end(), [&](const StoredSetting& candidate) {
+        return import::PartName(candidate.setting.part) == row["part"].toString() &&
+               candidate.setting.name == row["name"].toString();
+    });
+    if (stored == all.end())
+        return false;
+    const Column column = stored->field.StoredAs();
+    return column.rule.WrongWith(column.type, row[column.name].toString()).isEmpty();
+}
+
 Table SettingsTableOf() {
     Table table{.name = SettingsTable,
                 .columns = {{.name = "rule_id",
@@ -99,8 +112,11 @@ Table SettingsTableOf() {
                 .uniqueSets = {{"rule_id", "part", "name"}},
                 .owner = "rule_id"};
     for (const StoredSetting& stored : StoredSettings())
-        if (!table.Find(stored.field.column))
+        if (!table.Find(stored.field.column)) {
             table.columns.append(stored.field.StoredAs());
+            table.columns.last().rule = {}; // settings that share a column have rules of their own
+        }
+    table.rules = {{IsPossible, "There is no such setting, or it cannot hold this value."}};
     return table;
 }
 

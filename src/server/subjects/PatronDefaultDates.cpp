@@ -20,11 +20,11 @@ bool IsOffset(const QString& value) {
 }
 
 /// A date is exact or relative, not both.
-qint16 CheckPut(Context&, const wire::Fields&, const Row&, Row& after) {
+bool HasDateOrOffset(const Row& dates) {
     for (const QString& date : {QString("expiration"), QString("purge")})
-        if (!after[date + "_date"].toString().isEmpty() && !after[date + "_offset"].toString().isEmpty())
-            return status::ColumnError;
-    return status::Ok;
+        if (!dates[date + "_date"].toString().isEmpty() && !dates[date + "_offset"].toString().isEmpty())
+            return false;
+    return true;
 }
 
 } // namespace
@@ -42,7 +42,7 @@ void RegisterPatronDefaultDates(Registry& registry) {
                 SubjectField::Text("PatPurgeOffset", "purge_offset", OffsetLength).Checked(IsOffset),
             },
         .single = true,
-        .checkPut = CheckPut,
+        .rules = {{HasDateOrOffset, "There is a date and an offset for the same; only one can be."}},
     });
 }
 

@@ -29,14 +29,12 @@ const KeyedRows& ItemLimits() {
 }
 
 /// What applies is known.
-qint16 CheckPut(Context&, const wire::Fields&, const Row&, Row& after) {
-    const auto lacks = [&after](const char* flag, const char* number) {
-        return after[flag].toString() == u"Y" && after[number].isNull();
+bool IsKnownWhatApplies(const Row& group) {
+    const auto lacks = [&](const char* flag, const char* number) {
+        return group[flag].toString() == u"Y" && group[number].isNull();
     };
-    return lacks("limit_applies", "charge_limit") || lacks("demerits_apply", "most_demerits") ||
-                   lacks("demerits_apply", "suspension_days")
-               ? status::ColumnError
-               : status::Ok;
+    return !lacks("limit_applies", "charge_limit") && !lacks("demerits_apply", "most_demerits") &&
+           !lacks("demerits_apply", "suspension_days");
 }
 
 Answer ListItemLimits(Context& context, const wire::Fields& request) {
@@ -120,7 +118,7 @@ void RegisterPatronGroups(Registry& registry) {
         .addReply = {"ID"},
         .within = ListFilter{"CID", "cluster_id"},
         .listFilters = {{"CID", "cluster_id"}},
-        .checkPut = CheckPut,
+        .rules = {{IsKnownWhatApplies, "A limit applies and is not said."}},
     });
     registry.AddTable(ItemLimits().StoredAs("patron_groups"));
     registry.AddRead("LstPatItmGpTp", Area::PatronGroups, ListItemLimits);

@@ -1,8 +1,9 @@
 #include "Engines.h"
 
-#include "server/store/Csv.h"
+#include "server/files/Apply.h"
+#include "server/files/Csv.h"
+#include "server/files/TableFile.h"
 #include "server/store/Schema.h"
-#include "server/store/TableFiles.h"
 #include "support/TestServer.h"
 
 #include <QFile>
@@ -25,7 +26,7 @@ TEST(CsvTest, FieldsAndLines) {
 }
 
 /// The settings as files, on each engine.
-class TableFilesTest : public EngineTest {
+class SettingsFilesTest : public EngineTest {
 protected:
     using Files = QMap<QString, QByteArray>;
 
@@ -38,35 +39,43 @@ protected:
     }
 
     Files WriteAll(Database& database) const {
-        Records records(database, GetTables());
-        TableFiles files(records, GetTables());
+        FileForm form(GetTables());
+        LibrarySettings library(database, form);
         Files written;
-        for (const QString& table : files.Names())
-            written.insert(table, files.Write(table));
+        for (const QString& table : form.SampleOrder())
+            written.insert(table, WriteTableFile(library.Read(table)));
         return written;
     }
 
-    /// The files of an empty library that has read these.
+    /// The files of an empty store that has taken these in.
     Files ReadAndWrite(const Files& given) const {
         const QTemporaryDir directory;
         Database database(StoreAddress::InDirectory(directory.path()));
         BringToSchema(database, m_server->GetLibrary().GetRegistry().GetSchema());
         RunInTransaction(database, [&] {
             Records records(database, GetTables());
-            TableFiles files(records, GetTables());
-            for (const QString& table : files.Names())
-                EXPECT_EQ(files.Read(table, given[table]), "");
+            FileForm form(GetTables());
+            LibrarySettings library(database, form);
+            QList<FileProblem> problems;
+            Comparison comparison;
+            for (const QString& table : form.SampleOrder())
+                CompareTable(form, library.Read(table), ReadTableFile(form, table, given[table], problems),
+                             comparison);
+            problems +=
+                comparison.problems + Apply(records, form, library, comparison.differences, Unknown::Skip);
+            for (const FileProblem& problem : problems)
+                ADD_FAILURE() << problem.Sentence().toStdString();
         });
         return WriteAll(database);
     }
 
     std::unique_ptr<TestServer> m_server;
 };
-INSTANTIATE_ON_ENGINES(TableFilesTest);
+INSTANTIATE_ON_ENGINES(SettingsFilesTest);
 
-TEST_P(TableFilesTest, EveryTableHasANaturalKeyAndHeadingsOfItsOwn) {
+TEST_P(SettingsFilesTest, EveryTableHasANaturalKeyAndHeadingsOfItsOwn) {
     for (const Table& table : GetTables()) {
-        if (table.content != Content::Settings)
+        if (table.content == Content::Record)
             continue;
         EXPECT_TRUE(NaturalKey(table)) << table.name.toStdString();
         QStringList headings;
@@ -76,7 +85,7 @@ TEST_P(TableFilesTest, EveryTableHasANaturalKeyAndHeadingsOfItsOwn) {
     }
 }
 
-TEST_P(TableFilesTest, TheSampleLibraryMakesTheFilesOfWhichItWasMade) {
+TEST_P(SettingsFilesTest, TheSampleLibraryMakesTheFilesOfWhichItWasMade) {
     const Files written = WriteAll(m_server->GetDatabase());
     if (const QString to = qEnvironmentVariable("SYSADMIN_WRITE_SAMPLE"); !to.isEmpty())
         for (auto file = written.begin(); file != written.end(); ++file) {
@@ -94,13 +103,13 @@ TEST_P(TableFilesTest, TheSampleLibraryMakesTheFilesOfWhichItWasMade) {
     EXPECT_EQ(ReadAndWrite(written), written);
 }
 
-TEST_P(TableFilesTest, AnyTextGoesOutAndIn) {
+TEST_P(SettingsFilesTest, AnyTextGoesOutAndIn) {
     // Texts of every table are given what files find hard, keys among them.
     Database& database = m_server->GetDatabase();
     Records records(database, GetTables());
     const QString hard = QString::fromUtf8(" ,\"é\r\n\n'x\"\"\t;\xF0\x9F\x93\x9A ");
     for (const Table& table : GetTables()) {
-        if (table.content != Content::Settings || table.name == u"usage")
+        if (table.content != Content::Settings)
             continue;
         const auto ids = database.FirstColumn("SELECT id FROM " + table.name + " ORDER BY id LIMIT 3", {});
         for (const QVariant& id : ids)
@@ -110,28 +119,6 @@ TEST_P(TableFilesTest, AnyTextGoesOutAndIn) {
     }
     const Files written = WriteAll(database);
     EXPECT_EQ(ReadAndWrite(written), written);
-}
-
-TEST_P(TableFilesTest, WhatIsWrongIsToldWithFileAndLine) {
-    Records records(m_server->GetDatabase(), GetTables());
-    TableFiles files(records, GetTables());
-    const auto read = [&](const QString& table, const QByteArray& file) { return files.Read(table, file); };
-    EXPECT_EQ(read("vendors", ""), "vendors.csv, line 1: There are no headings.");
-    EXPECT_EQ(read("vendors", "code,nme\r\n"),
-              "vendors.csv, line 1: The heading \"nme\" means nothing here.");
-    EXPECT_EQ(read("vendors", "name\r\n"), "vendors.csv, line 1: The heading \"code\" is missing.");
-    EXPECT_EQ(read("vendors", "code,name\r\nA,\"B\r\nC\"\r\nD\r\n"),
-              "vendors.csv, line 4: There are 1 fields in place of 2.");
-    EXPECT_EQ(read("vendors", "code,vendor_type\nA,BOOK\nB,NONE\n"),
-              "vendors.csv, line 3: There is no record \"NONE\" of the table vendor_types.");
-    EXPECT_EQ(read("po_types", "name,blanket\nA,y\n"), "po_types.csv, line 2: blanket is neither Y nor N.");
-    EXPECT_EQ(read("fund_types", "name,undercommit_percent\nA,many\n"),
-              "fund_types.csv, line 2: undercommit_percent is no number.");
-    // What is there is changed, whatever the case of its key, and columns that are not named stay.
-    EXPECT_EQ(read("vendors", "name,code\nHarbour Books,harbour\n"), "");
-    EXPECT_EQ(m_server->Value("SELECT v.name || t.code FROM vendors v JOIN vendor_types t ON "
-                              "t.id=v.vendor_type_id WHERE v.code_folded='harbour'"),
-              "Harbour BooksBOOK");
 }
 
 } // namespace

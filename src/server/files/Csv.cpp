@@ -1,15 +1,16 @@
-#include "server/store/Csv.h"
+#include "server/files/Csv.h"
 
 #include <algorithm>
 
 namespace sysadmin::server {
 
-QList<CsvRecord> ParseCsv(const QString& text) {
+QList<CsvRecord> ParseCsv(const QString& text, int* openLine) {
     QList<CsvRecord> records;
     CsvRecord record;
     QString field;
     int line = 1;
     bool quoted = false;
+    int quotedFrom = 0;
     bool any = false; // of the record has been read
     const auto endField = [&] {
         record.fields << field;
@@ -40,6 +41,7 @@ QList<CsvRecord> ParseCsv(const QString& text) {
                 quoted = false;
         } else if (c == u'"') {
             quoted = true;
+            quotedFrom = line;
         } else if (c == u',') {
             endField();
         } else if (c == u'\n') {
@@ -55,18 +57,31 @@ QList<CsvRecord> ParseCsv(const QString& text) {
         endField();
         records << record;
     }
+    if (openLine)
+        *openLine = quoted ? quotedFrom : 0;
     return records;
 }
 
-QString CsvLine(const QStringList& fields) {
-    QStringList cells;
+void AppendCsvLine(QString& text, const QStringList& fields) {
+    bool isFirst = true;
     for (const QString& field : fields) {
+        if (!isFirst)
+            text += ',';
+        isFirst = false;
         const bool isPlain = std::none_of(field.begin(), field.end(), [](QChar c) {
             return c == u',' || c == u'"' || c == u'\r' || c == u'\n';
         });
-        cells << (isPlain ? field : '"' + QString(field).replace('"', "\"\"") + '"');
+        if (isPlain)
+            text += field;
+        else
+            text += '"' + QString(field).replace('"', "\"\"") + '"';
     }
-    return cells.join(',');
+}
+
+QString CsvLine(const QStringList& fields) {
+    QString line;
+    AppendCsvLine(line, fields);
+    return line;
 }
 
 } // namespace sysadmin::server

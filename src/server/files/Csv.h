@@ -11,10 +11,12 @@ struct CsvRecord {
     int line = 0;
 };
 
-/// The records of comma-separated text (RFC 4180). Lines may also end with a line feed alone.
-QList<CsvRecord> ParseCsv(const QString& text);
+/// The records of comma-separated text (RFC 4180). Lines may also end with a line feed alone. `openLine` gets
+/// the line on which a quotation mark is opened that nothing closes, else 0.
+QList<CsvRecord> ParseCsv(const QString& text, int* openLine = nullptr);
 
 /// A record as comma-separated text, without the end of its line. Fields are quoted where they must be.
 QString CsvLine(const QStringList& fields);
+void AppendCsvLine(QString& text, const QStringList& fields);
 
 } // namespace sysadmin::server

@@ -1,0 +1,77 @@
+#include "server/files/Import.h"
+
+#include "server/Context.h"
+#include "server/Library.h"
+#include "server/SecurityHolders.h"
+#include "server/SecurityOptions.h"
+#include "server/files/Apply.h"
+#include "server/store/Database.h"
+
+namespace sysadmin::server {
+
+namespace {
+
+/// By whom and when, where operators are concerned: their records show it.
+void MarkOperators(Records& records, const Author& author, const Comparison& comparison) {
+    const QString today = author.time.left(10);
+    for (const Difference& difference : comparison.differences) {
+        if (difference.table != u"operators" || difference.kind == Difference::Kind::Removed)
+            continue;
+        const auto id = records.IdOfText("operators", "operator_id", difference.name);
+        if (!id)
+            continue;
+        Row row{{"modified_on", today}, {"modified_by", author.operatorId}};
+        if (difference.kind == Difference::Kind::Added)
+            row.insert("created_on", today);
+        records.Update("operators", *id, row);
+    }
+}
+
+} // namespace
+
+Comparison CompareWith(Database& database, FileForm& form, const Settings& settings) {
+    Comparison comparison;
+    LibrarySettings library(database, form);
+    for (const QString& table : form.Order())
+        if (const auto after = settings.constFind(table); after != settings.constEnd())
+            CompareTable(form, library.Read(table), *after, comparison);
+    return comparison;
+}
+
+Comparison ImportSettings(const Library& library, Database& database, FileForm& form,
+                          const Settings& settings, Import mode) {
+    Comparison comparison;
+    RunInTransaction(database, Transaction::Mode::Write, [&] {
+        LibrarySettings present(database, form);
+        comparison = {};
+        for (const QString& table : form.Order())
+            if (const auto after = settings.constFind(table); after != settings.constEnd())
+                CompareTable(form, present.Read(table), *after, comparison);
+        if (!comparison.problems.isEmpty() || comparison.differences.isEmpty())
+            return false;
+        const QDateTime now = library.Now();
+        const auto isHeld = [&] {
+            return SecurityHolderCanSignOn(database, ReadSecurityRules(database), now);
+        };
+        const bool wasHeld = isHeld();
+        const Author author{.operatorId = "IMPORT",
+                            .peer = "local",
+                            .request = "Import",
+                            .time = StoredTime(now),
+                            .name = "an import of files"};
+        Records records(database, form.GetTables(), author);
+        comparison.problems = Apply(records, form, present, comparison.differences);
+        if (!comparison.problems.isEmpty())
+            return false;
+        MarkOperators(records, author, comparison);
+        records.Finish();
+        if (wasHeld && !isHeld())
+            comparison.problems.append(
+                {"master_profile_operators", 0,
+                 "Nobody who could sign on would be left with the right to change security settings."});
+        return comparison.problems.isEmpty() && mode == Import::Do;
+    });
+    return comparison;
+}
+
+} // namespace sysadmin::server
