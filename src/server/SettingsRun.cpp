@@ -7,6 +7,8 @@
 #include "server/files/SettingsFolder.h"
 #include "server/store/Database.h"
 
+#include <QFileInfo>
+
 namespace sysadmin::server {
 
 namespace {
@@ -124,6 +126,11 @@ int Run::Do() {
 } // namespace
 
 int RunSettings(const ServerOptions& options, const RunOutput& output) {
+    if (options.task != ServerOptions::Task::Export && !QFileInfo(options.folder).isDir()) {
+        output.complain("There is no folder " + options.folder +
+                        " with files of settings; --export makes one.");
+        return Failed;
+    }
     LibraryOptions opening;
     opening.address = options.library;
     opening.patience = std::chrono::seconds(50);
