@@ -103,7 +103,7 @@ void FillFrom(const QString& folder, Records& records, const QStringList& tables
              [](const Difference& difference) { return difference.kind == Difference::Kind::Removed; });
     problems += comparison.problems;
     if (problems.isEmpty())
-        problems = Apply(records, form, library, comparison.differences, Unknown::Skip);
+        problems = Apply(records, form, library, comparison, Unknown::Skip);
     if (!problems.isEmpty())
         qFatal("The program's own files of settings are not in order. %s",
                qPrintable(problems.first().Sentence()));

@@ -61,8 +61,7 @@ protected:
             for (const QString& table : form.SampleOrder())
                 CompareTable(form, library.Read(table), ReadTableFile(form, table, given[table], problems),
                              comparison);
-            problems +=
-                comparison.problems + Apply(records, form, library, comparison.differences, Unknown::Skip);
+            problems += comparison.problems + Apply(records, form, library, comparison, Unknown::Skip);
             for (const FileProblem& problem : problems)
                 ADD_FAILURE() << problem.Sentence().toStdString();
         });

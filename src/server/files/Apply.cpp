@@ -15,14 +15,15 @@ using Kind = Difference::Kind;
 
 class Applier {
 public:
-    Applier(Records& records, FileForm& form, LibrarySettings& library, const QList<Difference>& differences,
+    Applier(Records& records, FileForm& form, LibrarySettings& library, const Comparison& comparison,
             Unknown unknown)
         : m_records(records)
         , m_database(records.GetDatabase())
         , m_form(form)
         , m_library(library)
-        , m_unknown(unknown) {
-        for (const Difference& difference : differences)
+        , m_unknown(unknown)
+        , m_compared(comparison.tables.begin(), comparison.tables.end()) {
+        for (const Difference& difference : comparison.differences)
             m_differences[difference.table] << &difference;
         m_written = std::make_unique<WrittenRecords>(
             records, form, unknown == Unknown::Refuse ? m_differences.keys() : QStringList());
@@ -67,6 +68,7 @@ private:
     FileForm& m_form;
     LibrarySettings& m_library;
     Unknown m_unknown;
+    QSet<QString> m_compared;
     std::unique_ptr<WrittenRecords> m_written;
     QHash<QString, Differences> m_differences;
     QHash<QString, QHash<QString, qint64>> m_ids;
@@ -182,8 +184,10 @@ bool Applier::IsKept(const Difference& difference) {
         if (other.content != Content::Settings)
             continue;
         for (const Column& column : other.columns) {
-            if (column.type != ColumnType::Reference || column.target != difference.table ||
-                !(column.keeps || column.onRemoval == OnRemoval::Refuse))
+            // Where files say all records, none of those that are left goes with this one or lets go of it.
+            const bool keeps =
+                column.keeps || column.onRemoval == OnRemoval::Refuse || m_compared.contains(other.name);
+            if (column.type != ColumnType::Reference || column.target != difference.table || !keeps)
                 continue;
             const qint64 count = m_records.Count(other.name, column.name, difference.id);
             if (count > 0)
@@ -329,8 +333,8 @@ QList<FileProblem> Applier::Run() {
 } // namespace
 
 QList<FileProblem> Apply(Records& records, FileForm& form, LibrarySettings& library,
-                         const QList<Difference>& differences, Unknown unknown) {
-    return Applier(records, form, library, differences, unknown).Run();
+                         const Comparison& comparison, Unknown unknown) {
+    return Applier(records, form, library, comparison, unknown).Run();
 }
 
 } // namespace sysadmin::server

@@ -12,13 +12,13 @@ enum class Unknown {
     Skip,   ///< left out
 };
 
-/// Makes a library what the differences say, within the transaction that is open: added and changed records,
-/// removed ones, and the entries in the history if `records` has an author. Secrets and what the server keeps
-/// for itself stay.
+/// Makes a library what a comparison with it says, within the transaction that is open: added and changed
+/// records, removed ones, and the entries in the history if `records` has an author. Secrets and what the
+/// server keeps for itself stay.
 ///
 /// Answers what stands against it, with file and line. Then the library is half changed: whoever called
 /// undoes the transaction. Throws `StoreError`.
 QList<FileProblem> Apply(Records& records, FileForm& form, LibrarySettings& library,
-                         const QList<Difference>& differences, Unknown unknown = Unknown::Refuse);
+                         const Comparison& comparison, Unknown unknown = Unknown::Refuse);
 
 } // namespace sysadmin::server

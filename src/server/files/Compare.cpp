@@ -80,6 +80,7 @@ qsizetype Comparison::Count(Difference::Kind kind) const {
 void CompareTable(FileForm& form, const SettingsTable& before, const SettingsTable& after,
                   Comparison& comparison) {
     const qsizetype first = comparison.differences.size();
+    comparison.tables << after.name;
     QHash<QString, const SettingsRecord*> wasThere;
     wasThere.reserve(before.records.size());
     for (const SettingsRecord& record : before.records)

@@ -27,6 +27,8 @@ struct Difference {
 /// What there is to do to get from one settings to others.
 struct Comparison {
     QList<Difference> differences = {};
+    /// Those that were compared: of these the settings after say all records.
+    QStringList tables = {};
     /// What no library could be: two records with the same name.
     QList<FileProblem> problems = {};
 

@@ -7,6 +7,9 @@
 #include "server/files/Apply.h"
 #include "server/store/Database.h"
 
+#include <algorithm>
+#include <tuple>
+
 namespace sysadmin::server {
 
 namespace {
@@ -60,7 +63,7 @@ Comparison ImportSettings(const Library& library, Database& database, FileForm& 
                             .time = StoredTime(now),
                             .name = "an import of files"};
         Records records(database, form.GetTables(), author);
-        comparison.problems = Apply(records, form, present, comparison.differences);
+        comparison.problems = Apply(records, form, present, comparison);
         if (!comparison.problems.isEmpty())
             return false;
         MarkOperators(records, author, comparison);
@@ -71,6 +74,10 @@ Comparison ImportSettings(const Library& library, Database& database, FileForm& 
                  "Nobody who could sign on would be left with the right to change security settings."});
         return comparison.problems.isEmpty() && mode == Import::Do;
     });
+    std::stable_sort(comparison.problems.begin(), comparison.problems.end(),
+                     [](const FileProblem& one, const FileProblem& other) {
+                         return std::tie(one.table, one.line) < std::tie(other.table, other.line);
+                     });
     return comparison;
 }
 

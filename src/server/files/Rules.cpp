@@ -25,9 +25,14 @@ void WrittenRecords::EachStoredRule(const std::function<void(const Table&, const
 void WrittenRecords::CheckStored() {
     EachStoredRule([&](const Table& table, const StoredRule& rule) {
         const QList<qint64> before = m_brokenBefore.value(&rule);
-        for (const qint64 id : rule.broken(m_records.GetDatabase()))
-            if (!before.contains(id))
-                m_problems.append({table.name, LineOf(table.name, id), rule.otherwise});
+        const QList<qint64> after = rule.broken(m_records.GetDatabase());
+        const auto wrong = [&](int line) { m_problems.append({table.name, line, rule.otherwise}); };
+        for (const qint64 id : after)
+            if (id >= 0 && !before.contains(id))
+                wrong(LineOf(table.name, id));
+        for (const qint64 id : before) // a negative one is a row that must stay
+            if (id < 0 && !after.contains(id))
+                wrong(0);
     });
 }
 

@@ -2,6 +2,7 @@
 #include "server/store/Changes.h"
 #include "server/store/Database.h"
 #include "server/subjects/Registrations.h"
+#include "server/subjects/StoredRules.h"
 #include "server/subjects/circulation/KeyedRows.h"
 
 #include <QSet>
@@ -249,6 +250,12 @@ void RegisterAcquisitionsPolicies(Registry& registry) {
     });
     for (const KeyedRows* rows : {&PolicyPlaces(), &VendorPolicies()})
         registry.AddTable(rows->StoredAs(Groups));
+    registry.AddTable(
+        {.name = Groups,
+         .storedRules = {FindsNone(
+             "SELECT g.id FROM acquisitions_policy_groups g JOIN duplicate_profiles d ON "
+             "d.id=g.duplicate_profile_id WHERE d.record_type<>'B'",
+             "The duplicate profile is not one for bibliographic records.", {"duplicate_profiles"})}});
     // How far the batches went is kept with the session.
     registry.AddRequest(
         {.name = "GetAcqGp", .area = Area::Acquisitions, .changes = true, .handler = ReadGroup});

@@ -4,6 +4,7 @@
 #include "server/subjects/DefaultMark.h"
 #include "server/subjects/Ranks.h"
 #include "server/subjects/Registrations.h"
+#include "server/subjects/StoredRules.h"
 
 #include <QSet>
 
@@ -213,7 +214,13 @@ void RegisterRules(Registry& registry) {
         .checkPut = CheckRule,
         .checkRemove = RemoveRule,
     });
-    registry.AddTable({.name = Rules, .indexed = {{"rank"}}, .ordered = true});
+    registry.AddTable({.name = Rules,
+                       .indexed = {{"rank"}},
+                       .ordered = true,
+                       .rules = {{[](const Row& rule) { return CheckRanges(rule) == status::Ok; },
+                                  "A range of call numbers or years is not in order."}},
+                       .storedRules = {PlacesInOrder(Rules, "rank")}});
+    registry.AddTable({.name = Queues, .onlyOne = {"is_default"}});
     registry.AddChange("OrdCSR", Area::System, OrderRules);
     registry.AboutSeveral("OrdCSR", Rules);
     registry.AddRead("AvlCSR", Area::System, ListCallNumberTypes);

@@ -1,6 +1,7 @@
 #include "server/Library.h"
 #include "server/store/Database.h"
 #include "server/subjects/Registrations.h"
+#include "server/subjects/StoredRules.h"
 
 #include <algorithm>
 
@@ -173,6 +174,22 @@ void RegisterClusters(Registry& registry) {
         .afterPut = MarkDesk,
         .addToGet = AddLocations,
     });
+    const QString places = "circulation_policy_locations";
+    registry.AddTable({.name = "clusters",
+                       .storedRules = {FindsNone(
+                           "SELECT c.id FROM clusters c WHERE c.pickup_location_id IS NOT NULL AND NOT "
+                           "EXISTS (SELECT 1 FROM circulation_policy_locations p JOIN "
+                           "circulation_policy_groups g ON g.id=p.group_id WHERE g.cluster_id=c.id AND "
+                           "p.location_id=c.pickup_location_id AND p.is_pickup='Y')",
+                           "The pickup location is no pickup location of the cluster.", {places})}});
+    registry.AddTable(
+        {.name = places,
+         .storedRules = {FindsNone(
+             "SELECT p.id FROM circulation_policy_locations p "
+             "JOIN circulation_policy_groups g ON g.id=p.group_id WHERE p.is_opac_desk='Y' AND "
+             "EXISTS (SELECT 1 FROM circulation_policy_locations o JOIN circulation_policy_groups h "
+             "ON h.id=o.group_id WHERE h.cluster_id=g.cluster_id AND o.is_opac_desk='Y' AND o.id<p.id)",
+             "The cluster would have two desks of the public catalogue.", {"circulation_policy_groups"})}});
     registry.AddRead("GetClusterSecurity", Area::AnyOperator, ReadSecurity);
     registry.AddRead("GetClusterList", Area::AnyOperator, List);
     registry.About("GetClusterList", {"clusters"});

@@ -1,6 +1,7 @@
 #include "server/store/Database.h"
 #include "server/subjects/Registrations.h"
 #include "server/subjects/SearchIndexes.h"
+#include "server/subjects/StoredRules.h"
 #include "wire/DuplicateDetection.h"
 
 #include <algorithm>
@@ -187,6 +188,16 @@ void RegisterDuplicateProfiles(Registry& registry) {
         .afterPut = CheckIndexes,
         .addToGet = AddIndexes,
     });
+    registry.AddTable({.name = "duplicate_profile_indexes",
+                       .storedRules = {FindsNone(
+                           "SELECT p.id FROM duplicate_profile_indexes p JOIN duplicate_profiles d ON "
+                           "d.id=p.profile_id WHERE "
+                           "p.code<>CASE WHEN d.record_type='" +
+                               duplicates::Bibliographic + "' THEN '" +
+                               duplicates::RecordIdCode(duplicates::Bibliographic) + "' ELSE '" +
+                               duplicates::RecordIdCode("A") +
+                               "' END AND NOT EXISTS (SELECT 1 FROM heading_indexes h WHERE h.code=p.code)",
+                           "There is no heading index with this code.", {Profiles, "heading_indexes"})}});
     registry.AddRead("LstCatDp", Area::AnyOperator, ListProfiles);
     registry.About("LstCatDp", {Profiles});
     registry.AddRead("AvlCatDp", Area::Cataloging, ListIndexes);

@@ -1,6 +1,7 @@
 #include "server/store/Database.h"
 #include "server/subjects/Ranks.h"
 #include "server/subjects/Registrations.h"
+#include "server/subjects/StoredRules.h"
 
 #include <algorithm>
 
@@ -137,6 +138,9 @@ void RegisterHoldingsSortGroups(Registry& registry) {
     for (const Table& table : SortedLocations().StoredAs("sort_groups"))
         registry.AddTable(table);
     registry.AddTable(*UsingGroups().StoredAs("sort_groups"));
+    registry.AddTable({.name = "sort_groups",
+                       .storedRules = {PlacesInOrder("sort_groups", "place")},
+                       .onlyOne = {"is_default"}});
     registry.AddRead("AvlSort", Area::System, [](Context& context, const wire::Fields&) {
         Answer answer;
         PutLists(context, 0, answer.fields);

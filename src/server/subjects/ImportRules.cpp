@@ -3,6 +3,7 @@
 #include "server/store/Database.h"
 #include "server/subjects/Registrations.h"
 #include "server/subjects/SearchDatabases.h"
+#include "server/subjects/StoredRules.h"
 #include "wire/BulkImport.h"
 
 namespace sysadmin::server {
@@ -388,6 +389,14 @@ void RegisterImportRules(Registry& registry) {
         .addToGet = AddToRecord,
     });
     registry.AddTable(SettingsTableOf());
+    registry.AddTable(
+        {.name = "import_rules",
+         .rules = {{[](const Row& rule) { return ModeOf(rule) >= 0; }, "The load mode is not one there is."}},
+         .storedRules = {
+             FindsNone("SELECT r.id FROM import_rules r WHERE EXISTS (SELECT 1 FROM "
+                       "duplicate_profiles d WHERE (d.id=r.bib_profile_id AND d.record_type<>'B') "
+                       "OR (d.id=r.authority_profile_id AND d.record_type<>'A'))",
+                       "A duplicate profile is of the wrong type.", {"duplicate_profiles"})}});
     registry.AddRead("AvlImp", Area::AnyOperator, ListChoices);
     registry.AddList("AvlLocations", Area::AnyOperator,
                      {{"locations", {{"D5", "id"}, {"D6", "code"}}, {"code"}}});

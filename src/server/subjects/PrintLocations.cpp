@@ -58,6 +58,7 @@ void RegisterPrintLocations(Registry& registry) {
                    {"circulation_policy_locations", "print_location_id"}},
         .usages = {{"workstations"}},
         .addReply = {"ID", "Cd"},
+        .onlyOne = {"is_default"},
         .checkPut = KeepMark,
         .afterPut = TakeDefault,
         .checkRemove = KeepDefault,

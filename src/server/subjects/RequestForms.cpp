@@ -1,6 +1,7 @@
 #include "wire/RequestForms.h"
 #include "server/store/Database.h"
 #include "server/subjects/Registrations.h"
+#include "server/subjects/StoredRules.h"
 #include "server/subjects/Vouchers.h"
 
 namespace sysadmin::server {
@@ -193,6 +194,10 @@ void RegisterRequestForms(Registry& registry) {
     registry.AddRead("LstOFrm", Area::System, ListForms);
     registry.About("LstOFrm", {"request_forms"});
     // Comes with the installation.
+    registry.AddTable({.name = "request_forms",
+                       .rules = {{IsVoucherRangeInOrder, "The range of vouchers is not in order."}},
+                       .storedRules = {MustStay("SELECT id FROM request_forms WHERE system_defined='Y'",
+                                                "A form of the system's own is missing.")}});
     registry.AddTable({.name = "interlibrary_systems",
                        .columns = {{.name = "only_one", .fallback = "Y", .bookkeeping = true},
                                    {.name = "exchanges_vdx", .type = ColumnType::Flag, .fallback = "N"},

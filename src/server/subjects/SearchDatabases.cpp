@@ -2,6 +2,7 @@
 #include "server/Context.h"
 #include "server/store/Database.h"
 #include "server/subjects/Registrations.h"
+#include "server/subjects/StoredRules.h"
 #include "wire/Bib1.h"
 #include "wire/SearchDatabases.h"
 
@@ -108,6 +109,28 @@ void AddId(Context& context, qint64 id, ReplyFields& reply) {
     const QVariant type = context.database.FirstValue("SELECT type FROM search_databases WHERE id=?", {id});
     Put(reply, "DBI", QString::number(id));
     Put(reply, "T", type == databases::TargetType ? "Z39.50" : "Tessary");
+}
+
+/// Databases of one type that have an address in common: those behind the first one.
+QList<qint64> DatabasesOfSamePlace(Database& database) {
+    QStringList columns{"id", "type", "database_name"};
+    for (const DatabaseService& service : DatabaseServices())
+        columns << service.address << service.port;
+    QSet<QString> taken;
+    QList<qint64> ids;
+    database.Each("SELECT " + columns.join(", ") + " FROM search_databases ORDER BY id", {},
+                  [&](const ResultRow& result) {
+                      Row row;
+                      for (qsizetype i = 0; i < columns.size(); ++i)
+                          row.insert(columns[i], result.value(int(i)));
+                      QSet<QString> places;
+                      for (const QString& place : PlacesOf(row))
+                          places.insert(row["type"].toString() + '\n' + place);
+                      if (taken.intersects(places))
+                          ids << row["id"].toLongLong();
+                      taken.unite(places);
+                  });
+    return ids;
 }
 
 QList<SubjectField> Services() {
@@ -219,6 +242,12 @@ void MakeLocalDatabase(Records& records) {
 }
 
 void RegisterSearchDatabases(Registry& registry) {
+    registry.AddTable(
+        {.name = "search_databases",
+         .storedRules = {{{}, DatabasesOfSamePlace, "Another database of the type has the same address."},
+                         FindsNone("SELECT 0 WHERE NOT EXISTS (SELECT 1 FROM search_databases WHERE code='" +
+                                       databases::LocalCode + "' AND type<>'" + databases::TargetType + "')",
+                                   "The library's own database is missing.")}});
     registry.AddSubject({
         .table = "search_databases",
         .area = Area::System,

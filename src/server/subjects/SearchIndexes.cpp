@@ -5,6 +5,7 @@
 #include "server/subjects/FieldWeights.h"
 #include "server/subjects/HeadingFilters.h"
 #include "server/subjects/Registrations.h"
+#include "server/subjects/StoredRules.h"
 #include "server/subjects/Vouchers.h"
 #include "wire/ItemText.h"
 
@@ -159,8 +160,77 @@ void AddUses(Context& context, const IndexFamily& family, qint64 id, ReplyFields
     AddWeightsOf(context, code, reply);
 }
 
+/// Composite indexes with a component that is no index, or a composite one.
+QList<qint64> CompositesOfNothing(Database& database) {
+    QSet<QString> codes;
+    for (const IndexFamily& family : IndexFamilies())
+        if (family.family != Family::Composite)
+            for (const QVariant& code : database.FirstColumn("SELECT code FROM " + family.table))
+                codes.insert(Fold(code.toString()));
+    QList<qint64> ids;
+    database.Each("SELECT id, definition FROM composite_indexes", {}, [&](const ResultRow& row) {
+        const QStringList components = indexes::ComponentsOf(row.value(1).toString());
+        if (!std::all_of(components.begin(), components.end(),
+                         [&](const QString& code) { return codes.contains(Fold(code)); }))
+            ids << row.value(0).toLongLong();
+    });
+    return ids;
+}
+
+/// The ids of the system's own indexes of a family, negative: these must stay. With `all` each index is the
+/// system's, and positive ids, too, let nobody add one.
+QList<qint64> SystemIndexes(Database& database, const IndexFamily& family, bool all) {
+    QList<qint64> ids;
+    database.Each("SELECT id, code FROM " + family.table, {}, [&](const ResultRow& row) {
+        const qint64 id = row.value(0).toLongLong();
+        if (all || indexes::IsSystemCode(family.family, row.value(1).toString()))
+            ids << -id;
+        if (all)
+            ids << id;
+    });
+    return ids;
+}
+
+/// Indexes whose code another index of an earlier family has, or that no index may have.
+QList<qint64> IndexesOfTakenCodes(Database& database, const IndexFamily& family) {
+    QSet<QString> taken{Fold(indexes::ReservedCode)};
+    QList<qint64> ids;
+    for (const IndexFamily& other : IndexFamilies())
+        database.Each("SELECT id, code FROM " + other.table, {}, [&](const ResultRow& row) {
+            const QString code = Fold(row.value(1).toString());
+            if (other.table == family.table && taken.contains(code))
+                ids << row.value(0).toLongLong();
+            else if (other.table != family.table)
+                taken.insert(code);
+        });
+    return ids;
+}
+
+/// What holds of the indexes of a family, whichever way they come into the library.
+Table RulesOf(const IndexFamily& family) {
+    const bool all = family.family == Family::Headings;
+    QStringList others;
+    for (const IndexFamily& other : IndexFamilies())
+        if (other.table != family.table)
+            others << other.table;
+    Table table{.name = family.table,
+                .rules = {{AreDisplaysInOrder, "A display definition stands there twice."},
+                          {IsVoucherRangeInOrder, "The range of vouchers is not in order."}},
+                .storedRules = {
+                    {{},
+                     [&family, all](Database& database) { return SystemIndexes(database, family, all); },
+                     all ? "The set of these indexes is the system's own: none is added, none removed."
+                         : "An index of the system's own is missing."},
+                    {others, [&family](Database& database) { return IndexesOfTakenCodes(database, family); },
+                     "Another index has this code, or no index may have it."}}};
+    if (family.family == Family::Composite)
+        table.storedRules.append({others, CompositesOfNothing, "A component is no index that there is."});
+    return table;
+}
+
 void RegisterFamily(Registry& registry, const IndexFamily& family, const RequestNames& requests,
                     const QList<Children>& children = {}) {
+    registry.AddTable(RulesOf(family));
     registry.AddSubject({
         .table = family.table,
         .area = Area::System,

@@ -1,6 +1,7 @@
 #include "server/SubjectRequests.h"
 #include "server/store/Database.h"
 #include "server/subjects/Registrations.h"
+#include "server/subjects/StoredRules.h"
 #include "server/subjects/circulation/CalendarDays.h"
 #include "server/subjects/circulation/CirculationPolicies.h"
 
@@ -138,6 +139,18 @@ qint16 CheckCalendar(Context& context, qint64 id, const Calendar& calendar) {
             if (other.id != id && other.Overlaps(own))
                 return OverlapsInGroup;
     return status::Ok;
+}
+
+bool IsCalendarInOrder(const Row& calendar) {
+    return ComparableEnd(calendar["end_date"].toString()) >= calendar["start_date"].toString() &&
+           IsWeekInOrder(calendar);
+}
+
+StoredRule DatesAreInside(const Dates& dates) {
+    return FindsNone("SELECT d.id FROM " + dates.table +
+                         " d JOIN calendars c ON c.id=d.calendar_id WHERE d.date<c.start_date OR "
+                         "(c.end_date<>'' AND d.date>c.end_date)",
+                     "The date is outside of its calendar.", {"calendars"});
 }
 
 bool Carries(const wire::Fields& request, const QString& tag) {
@@ -289,11 +302,27 @@ void RegisterCalendars(Registry& registry) {
                                  .target = "calendars",
                                  .onRemoval = OnRemoval::RemoveToo}},
                     .uniqueSets = {{"calendar_id", "date"}},
-                    .owner = "calendar_id"};
+                    .owner = "calendar_id",
+                    .storedRules = {DatesAreInside(*dates)}};
+        if (dates == &Exceptions())
+            table.rules = {{[](const Row& row) { return IsDayInOrder(row, ExceptionDay()); },
+                            "The day's hours are not in order."}};
         for (const SubjectField& field : dates->Fields())
             table.columns << field.StoredAs();
         registry.AddTable(table);
     }
+    registry.AddTable(
+        {.name = "calendars",
+         .rules = {{IsCalendarInOrder, "The calendar ends before it begins, or a weekday's hours "
+                                       "are not in order."}}});
+    registry.AddTable({.name = "circulation_policy_calendars",
+                       .storedRules = {FindsNone(
+                           "SELECT a.id FROM circulation_policy_calendars a "
+                           "JOIN circulation_policy_calendars b ON b.group_id=a.group_id AND b.id<a.id "
+                           "JOIN calendars c ON c.id=a.calendar_id JOIN calendars d ON d.id=b.calendar_id "
+                           "WHERE (d.end_date='' OR c.start_date<=d.end_date) AND (c.end_date='' OR "
+                           "d.start_date<=c.end_date)",
+                           "The group would have two calendars for a day.", {"calendars"})}});
     registry.AddChange("DelMultCal", Area::Circulation, RemoveSeveral);
     registry.AddChange("UpdMultCal", Area::Circulation, UpdateSeveral);
     for (const char* request : {"DelMultCal", "UpdMultCal"})

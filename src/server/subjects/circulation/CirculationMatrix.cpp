@@ -1,6 +1,7 @@
 #include "server/SubjectRequests.h"
 #include "server/store/Database.h"
 #include "server/subjects/Registrations.h"
+#include "server/subjects/StoredRules.h"
 #include "server/subjects/circulation/CirculationPolicies.h"
 
 // The loan rules of a circulation policy group: one entry for each pair of patron group and item type.
@@ -313,6 +314,34 @@ qint16 CheckEntry(Context& context, const wire::Fields& request, const Row& befo
     return CheckUnits(after, shortLoans.contains(after["item_type_id"].toLongLong()));
 }
 
+/// The entries whose units do not suit each other. Most have units that many others have too.
+QList<qint64> EntriesOfWrongUnits(Database& database) {
+    const QStringList units{"loan_unit", "renewal_unit", "fine_unit", "recall_fine_unit"};
+    const QString of = "m." + units.join(", m.") + ", COALESCE(s.is_short_loan, 'N')";
+    const QString from = " FROM circulation_matrix m LEFT JOIN circulation_item_settings s "
+                         "ON s.group_id=m.group_id AND s.item_type_id=m.item_type_id";
+    QStringList conditions;
+    QVariantList values;
+    database.Each("SELECT " + of + from + " GROUP BY " + of, {}, [&](const ResultRow& result) {
+        Row row;
+        for (qsizetype i = 0; i < units.size(); ++i)
+            row.insert(units[i], result.value(int(i)));
+        const QString isShortLoan = result.value(int(units.size())).toString();
+        if (CheckUnits(row, isShortLoan == u"Y") == status::Ok)
+            return;
+        conditions << "(m." + units.join("=? AND m.") + "=? AND COALESCE(s.is_short_loan, 'N')=?)";
+        for (const QString& unit : units)
+            values << row[unit];
+        values << isShortLoan;
+    });
+    QList<qint64> ids;
+    if (!conditions.isEmpty())
+        for (const QVariant& id :
+             database.FirstColumn("SELECT m.id" + from + " WHERE " + conditions.join(" OR "), values))
+            ids << id.toLongLong();
+    return ids;
+}
+
 } // namespace
 
 void RegisterCirculationMatrix(Registry& registry) {
@@ -333,7 +362,18 @@ void RegisterCirculationMatrix(Registry& registry) {
         .within = ListFilter{"ID", "group_id"},
         .checkPut = CheckEntry,
     });
-    registry.AddTable({.name = Matrix, .uniqueSets = {{"group_id", "patron_group_id", "item_type_id"}}});
+    registry.AddTable(
+        {.name = Matrix,
+         .uniqueSets = {{"group_id", "patron_group_id", "item_type_id"}},
+         .storedRules = {{{"circulation_item_settings"},
+                          EntriesOfWrongUnits,
+                          "The units of the rule's periods and fines do not suit each other."},
+                         FindsNone("SELECT m.id FROM circulation_matrix m "
+                                   "JOIN circulation_policy_groups g ON g.id=m.group_id "
+                                   "JOIN patron_groups p ON p.id=m.patron_group_id "
+                                   "WHERE p.cluster_id<>g.cluster_id",
+                                   "The patron group belongs to another cluster than the policy group.",
+                                   {"circulation_policy_groups", "patron_groups"})}});
     registry.AddRead("LstMatPatronItem", Area::Circulation, ListEntries);
     registry.About("LstMatPatronItem", {Matrix}, {});
     registry.AddRead("LstMatRule", Area::Circulation, ListRules);
