@@ -1,7 +1,6 @@
 // The settings as files: a library with 27,531 loan rules written to a folder, compared with it, and made
 // again out of it. Beside it what the bare engine takes to read and to write so many rules.
-#include "support/BenchLibrary.h"
-
+#include "server/Library.h"
 #include "server/files/Import.h"
 #include "server/files/LibrarySettings.h"
 #include "server/files/SettingsFolder.h"
@@ -9,6 +8,7 @@
 #include "server/store/Records.h"
 
 #include <QCoreApplication>
+#include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
 
@@ -20,13 +20,13 @@ namespace {
 const QString Rules = "circulation_matrix";
 constexpr int RuleCount = 27'531;
 
-/// The library in which every policy group has a rule for each patron group of its cluster's size and item
-/// type, and its files.
+/// The library in which every policy group has a rule for each patron group and item type, and its files.
 class FilesLibrary {
 public:
     FilesLibrary()
-        : database(m_library.Get()->Connect())
-        , form(m_library.Get()->GetRegistry().GetTables()) {
+        : m_library(Open(m_place.filePath("library")))
+        , database(m_library->Connect())
+        , form(m_library->GetRegistry().GetTables()) {
         // As in a library of one cluster: every policy group meets every patron group.
         RunInTransaction(*database, [&] {
             Records records(*database, form.GetTables());
@@ -69,8 +69,7 @@ public:
         });
     }
     void Import(const Settings& settings) {
-        const Comparison done =
-            ImportSettings(*m_library.Get(), *database, form, settings, server::Import::Do);
+        const Comparison done = ImportSettings(*m_library, *database, form, settings, server::Import::Do);
         if (!done.problems.isEmpty())
             qFatal("%s", qPrintable(done.problems.first().Sentence()));
     }
@@ -78,7 +77,20 @@ public:
     QTemporaryDir folder;
 
 private:
-    BenchLibrary m_library;
+    static std::shared_ptr<const server::Library> Open(const QString& place) {
+        LibraryOptions options;
+        options.address = StoreAddress::InDirectory(place);
+        options.whenMissing = LibraryOptions::WhenMissing::MakeSample;
+        options.hashCost = HashCost::Least();
+        QString error;
+        const auto library = server::Library::Open(options, &error);
+        if (!library)
+            qFatal("%s", qPrintable(error));
+        return library;
+    }
+
+    QTemporaryDir m_place;
+    std::shared_ptr<const server::Library> m_library;
 
 public:
     std::unique_ptr<Database> database;
@@ -87,19 +99,19 @@ public:
     Settings without; ///< the same without rules
 };
 
-FilesLibrary& Library() {
+FilesLibrary& TheLibrary() {
     static FilesLibrary library;
     return library;
 }
 
 void ExportAll(benchmark::State& state) {
-    FilesLibrary& library = Library();
+    FilesLibrary& library = TheLibrary();
     for (auto _ : state)
         library.Write();
 }
 
 void ReadRulesBare(benchmark::State& state) {
-    FilesLibrary& library = Library();
+    FilesLibrary& library = TheLibrary();
     for (auto _ : state)
         library.database->Each("SELECT * FROM " + Rules + " ORDER BY id", {}, [](const ResultRow& row) {
             const int columns = row.Count();
@@ -110,7 +122,7 @@ void ReadRulesBare(benchmark::State& state) {
 
 /// Reading the files, and finding that nothing differs.
 void CompareAll(benchmark::State& state) {
-    FilesLibrary& library = Library();
+    FilesLibrary& library = TheLibrary();
     for (auto _ : state) {
         const FolderSettings read = ReadFolder(library.form, library.form.Order(), library.folder.path());
         RunInTransaction(*library.database, Transaction::Mode::Read, [&] {
@@ -123,7 +135,7 @@ void CompareAll(benchmark::State& state) {
 
 /// Reading the files, and adding all rules with their history.
 void ImportAll(benchmark::State& state) {
-    FilesLibrary& library = Library();
+    FilesLibrary& library = TheLibrary();
     for (auto _ : state) {
         state.PauseTiming();
         library.Import(library.without);
@@ -135,7 +147,7 @@ void ImportAll(benchmark::State& state) {
 }
 
 void InsertRulesBare(benchmark::State& state) {
-    FilesLibrary& library = Library();
+    FilesLibrary& library = TheLibrary();
     QList<QVariantList> rows;
     QStringList columns;
     for (const Column& column : library.form.Named(Rules).columns)
@@ -166,7 +178,6 @@ BENCHMARK(InsertRulesBare)->Unit(benchmark::kMillisecond);
 } // namespace
 
 int main(int argc, char** argv) {
-    const BenchEnvironment environment;
     const QCoreApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();

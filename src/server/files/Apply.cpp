@@ -39,6 +39,7 @@ private:
     }
     Differences Of(const QString& table, Kind kind) const;
     void ReadIds();
+    QString WrongWith(const Column& column, const QString& value);
     void CheckCells();
     void FreeTexts();
     void HoldTexts();
@@ -74,6 +75,7 @@ private:
     QHash<QString, QHash<QString, qint64>> m_ids;
     QList<Late> m_late;
     QList<Freed> m_freed;
+    QHash<const Column*, QSet<QString>> m_right; ///< values that columns take
     QList<FileProblem> m_problems;
 };
 
@@ -101,26 +103,41 @@ void Applier::ReadIds() {
         }
 }
 
+/// What is wrong with a value, as the end of a sentence. Most values stand in many records.
+QString Applier::WrongWith(const Column& column, const QString& value) {
+    QSet<QString>& right = m_right[&column];
+    if (right.contains(value))
+        return {};
+    QString wrong = column.rule.WrongWith(column.type, value);
+    const auto target = m_form.GetTables().constFind(column.target);
+    const bool isNamed = target == m_form.GetTables().constEnd() || !target->IsSingle();
+    if (wrong.isEmpty() && isNamed && column.rule.required && value.trimmed().isEmpty())
+        wrong = "must not be empty";
+    if (wrong.isEmpty())
+        right.insert(value);
+    return wrong;
+}
+
 /// Looks at what is said of each record by itself.
 void Applier::CheckCells() {
-    for (const Differences& differences : m_differences)
-        for (const Difference* difference : differences) {
-            QSet<const Column*> said;
+    for (auto changed = m_differences.begin(); changed != m_differences.end(); ++changed) {
+        QList<const Column*> needed; // by new records
+        for (const Column* column : FileColumns(m_form.Named(changed.key())))
+            if (column->rule.required && column->fallback.isEmpty())
+                needed << column;
+        for (const Difference* difference : *changed) {
+            QList<const Column*> missing = needed;
             for (const ChangedCell& cell : difference->cells) {
-                said.insert(cell.column);
-                QString wrong = cell.column->rule.WrongWith(cell.column->type, cell.after);
-                if (wrong.isEmpty() && cell.column->rule.required && cell.after.trimmed().isEmpty())
-                    wrong = "must not be empty";
-                if (!wrong.isEmpty())
+                missing.removeOne(cell.column);
+                if (const QString wrong = WrongWith(*cell.column, cell.after); !wrong.isEmpty())
                     Wrong(*difference, FileHeading(*cell.column) + ' ' + wrong + '.');
             }
-            if (difference->kind != Kind::Added)
-                continue;
-            for (const Column* column : FileColumns(m_form.Named(difference->table)))
-                if (column->rule.required && column->fallback.isEmpty() && !said.contains(column))
+            if (difference->kind == Kind::Added)
+                for (const Column* column : missing)
                     Wrong(*difference, "The column \"" + FileHeading(*column) +
                                            "\" is missing, and a new record needs it.");
         }
+    }
 }
 
 /// Two records may exchange a unique text, and a new one may take that of one that goes.

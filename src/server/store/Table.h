@@ -76,7 +76,7 @@ struct RowRule {
 /// What must hold of a table's rows in view of other rows.
 struct StoredRule {
     QStringList others = {}; ///< tables of which a change may break it, besides the rule's own
-    /// The ids of the rows that break it; 0 stands for one that is missing. Throws `StoreError`.
+    /// The ids of rows that break it; 0: one is missing; negative: of rows that must stay. May throw.
     std::function<QList<qint64>(Database&)> broken;
     QString otherwise; ///< what is wrong then, as a sentence
 };
