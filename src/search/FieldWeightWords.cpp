@@ -24,6 +24,13 @@ weights::Place PlaceOf(const GridRow& row) {
     return {row.cells.value(0), row.cells.value(1)};
 }
 
+QList<weights::Place> PlacesOf(const QList<GridRow>& rows) {
+    QList<weights::Place> places;
+    for (const GridRow& row : rows)
+        places.append(PlaceOf(row));
+    return places;
+}
+
 int WeightOf(const GridRow& row) {
     return row.cells.value(2).toInt();
 }
@@ -45,15 +52,18 @@ QList<WeightShare> SharesOf(const QList<weights::WordField>& fields, const QList
     QList<WeightShare> shares;
     for (const GridRow& row : rows)
         shares.append({.place = InWords(PlaceOf(row)),
+                       .label = QString(PlaceOf(row).field + ' ' + PlaceOf(row).subfields).trimmed(),
                        .weight = WeightOf(row),
                        .isTaken = Takes(fields, PlaceOf(row))});
+    const QList<weights::Place> places = PlacesOf(rows);
     const bool hasRest = std::any_of(fields.begin(), fields.end(), [&](const weights::WordField& field) {
-        return std::none_of(rows.begin(), rows.end(),
-                            [&](const GridRow& row) { return weights::Covers(PlaceOf(row), field); });
+        return !weights::Cover(places, field);
     });
     if (hasRest)
-        shares.append(
-            {.place = tr("fields without a weight"), .weight = weights::UsualWeight, .isRest = true});
+        shares.append({.place = tr("fields without a weight"),
+                       .label = tr("without"),
+                       .weight = weights::UsualWeight,
+                       .isRest = true});
     int sum = 0;
     for (const WeightShare& share : shares)
         sum += share.isTaken ? share.weight : 0;

@@ -17,7 +17,8 @@ struct WeightedIndex {
 
 /// What part of the weights a place has.
 struct WeightShare {
-    QString place; ///< in words
+    QString place;   ///< in words
+    QString label{}; ///< the same in short
     int weight = 0;
     qreal part = 0;      ///< 0 to 1
     bool isTaken = true; ///< else the index has no words of it
@@ -26,6 +27,7 @@ struct WeightShare {
 };
 
 wire::weights::Place PlaceOf(const GridRow& row);
+QList<wire::weights::Place> PlacesOf(const QList<GridRow>& rows);
 int WeightOf(const GridRow& row);
 /// "subfields a and b of field 245"; the pattern for all fields stands for all other ones.
 QString InWords(const wire::weights::Place& place);

@@ -44,6 +44,7 @@ void WeightShares::Show(const QList<WeightShare>& shares) {
                      [](const WeightShare& one, const WeightShare& other) { return one.part > other.part; });
     if (shown.size() > MostBars) {
         WeightShare others{.place = tr("%1 more places").arg(shown.size() - MostBars + 1), .isRest = true};
+        others.label = others.place;
         for (qsizetype i = MostBars - 1; i < shown.size(); ++i) {
             others.weight += shown[i].weight;
             others.part += shown[i].part;
@@ -107,7 +108,7 @@ void WeightShares::paintEvent(QPaintEvent*) {
     }
     int labels = 0;
     for (const WeightShare& share : m_shares)
-        labels = qMax(labels, fontMetrics().horizontalAdvance(share.place));
+        labels = qMax(labels, fontMetrics().horizontalAdvance(share.label));
     labels = qMin(labels + 2, width() * 2 / 5); // what fits exactly would be cut by a fraction of a pixel
     for (qsizetype i = 0; i < m_shares.size(); ++i)
         PaintBar(painter, i, labels);
@@ -124,7 +125,7 @@ void WeightShares::PaintBar(QPainter& painter, qsizetype bar, int labels) const 
     const QRect line = LineOf(bar).adjusted(Margin, 0, -Margin, 0);
     painter.setPen(palette().color(QPalette::Text));
     painter.drawText(QRect(line.left(), line.top(), labels, line.height()), Qt::AlignVCenter,
-                     fontMetrics().elidedText(share.place, Qt::ElideRight, labels));
+                     fontMetrics().elidedText(share.label, Qt::ElideRight, labels));
     const int left = line.left() + labels + 2 * Margin;
     const qreal greatest = m_shares.first().part;
     const qreal room = qMax(0, line.right() - left - ValueRoom);

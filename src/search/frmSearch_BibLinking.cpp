@@ -257,7 +257,7 @@ void frmSearch_BibLinking::Try() {
                                 .sample = SampleRecord,
                                 .listName = tr("Links"),
                                 .nothing = tr("The record has no links."),
-                                .foundWord = tr("The catalogue looks for %1 texts."),
+                                .foundWord = tr("Texts looked for: %1"),
                                 .columns = {{.caption = tr("Caption"), .width = 130},
                                             {.caption = tr("Leads To"), .width = 100, .items = Directions()},
                                             {.caption = tr("Field"), .width = 70},

@@ -131,10 +131,7 @@ void FieldWeightForm::OfferIndexes() {
 void FieldWeightForm::FillIn() {
     QList<GridRow> rows;
     for (const weights::WordField& field : WordFields()) {
-        const QList<GridRow> present = vsfWeights.Rows() + rows;
-        const bool hasWeight = std::any_of(present.begin(), present.end(), [&](const GridRow& row) {
-            return weights::Covers(PlaceOf(row), field);
-        });
+        const bool hasWeight = weights::Cover(PlacesOf(vsfWeights.Rows() + rows), field);
         if (!hasWeight)
             rows.append({vsfWeights.NewKey(),
                          {field.field, field.include, QString::number(weights::UsualWeight)},

@@ -213,7 +213,7 @@ void frmSearch_HeadingFilter::Try() {
          .sample = SampleRecord,
          .listName = tr("Headings"),
          .nothing = tr("The index takes no heading from the record."),
-         .foundWord = tr("The index takes %1 headings from the record."),
+         .foundWord = tr("Headings taken from the record: %1"),
          .columns = {{.caption = tr("Field"), .width = 80},
                      {.caption = tr("Heading")},
                      {.caption = tr("Outcome"), .width = 330}},

@@ -25,7 +25,7 @@ struct RecordTrial {
     QString sample{};    ///< a record to begin with, a line for each field
     QString listName{};  ///< what a screen reader calls the list
     QString nothing{};   ///< said when nothing is found
-    QString foundWord{}; ///< said of what is found ("%1 links")
+    QString foundWord{}; ///< said of what is found ("Links: %1")
     QList<GridColumn> columns{};
     std::function<QList<GridRow>(const marc::Record& record)> find{};
 };

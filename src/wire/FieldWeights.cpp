@@ -36,14 +36,19 @@ bool Takes(const WordField& word, const Place& place) {
            });
 }
 
-bool Covers(const Place& place, const WordField& word) {
-    if (!Contains(place.field, word.field))
-        return false;
-    return place.subfields.isEmpty() ||
-           (!word.include.isEmpty() &&
-            std::all_of(word.include.begin(), word.include.end(), [&](QChar subfield) {
-                return place.subfields.contains(subfield) || word.exclude.contains(subfield);
-            }));
+bool Cover(const QList<Place>& places, const WordField& word) {
+    QString subfields;
+    for (const Place& place : places) {
+        if (!Contains(place.field, word.field))
+            continue;
+        if (place.subfields.isEmpty())
+            return true;
+        subfields += place.subfields;
+    }
+    return !word.include.isEmpty() &&
+           std::all_of(word.include.begin(), word.include.end(), [&](QChar subfield) {
+               return subfields.contains(subfield) || word.exclude.contains(subfield);
+           });
 }
 
 } // namespace sysadmin::wire::weights

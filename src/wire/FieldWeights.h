@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 
 /// What both ends know of field weights: how much the words of a field count for the relevance of a result.
@@ -24,7 +25,7 @@ struct Place {
 
 /// Whether some words that the index takes from the field stand in the place.
 bool Takes(const WordField& word, const Place& place);
-/// Whether all words that the index takes from the field stand in the place.
-bool Covers(const Place& place, const WordField& word);
+/// Whether all words that the index takes from the field stand in one of the places.
+bool Cover(const QList<Place>& places, const WordField& word);
 
 } // namespace sysadmin::wire::weights
