@@ -39,7 +39,7 @@ void Application::TellOfChanges() {
 }
 
 void Application::ReportRequestFailure(qint16 status, const QString& operation, const QString& screenName,
-                                       const QString& prefix) {
+                                       const QString& prefix, const Box::More& more) {
     const StatusText text = TextOfStatus(status);
     const QString message = prefix + text.message;
     if (text.serious && !message.isEmpty()) {
@@ -49,7 +49,7 @@ void Application::ReportRequestFailure(qint16 status, const QString& operation, 
         ErrorDialog dialog({message, operation, screenName, status, cause}, mainWindow);
         prompter.RunDialog(dialog);
     } else {
-        prompter.ShowBox(mainWindow, {message});
+        prompter.ShowBox(mainWindow, {.text = message, .more = more});
     }
 }
 

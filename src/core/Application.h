@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Prefs.h"
+#include "core/Prompter.h"
 #include "core/ScreenCatalogue.h"
 #include "core/data/Clusters.h"
 #include "core/data/Communication.h"
@@ -14,7 +15,6 @@
 namespace sysadmin {
 
 class MainWindow;
-class Prompter;
 struct ScreenDeclaration;
 
 /// Everything that lives for the whole run, handed to each screen by reference.
@@ -44,9 +44,9 @@ public:
 
     /// Tells the operator that a request failed: a message box, or the error dialog for a serious status.
     /// `operation` is what was being done ("Save Acquisitions Vendor Types"), `screenName` the screen's
-    /// subject, `prefix` stands directly in front of the message.
+    /// subject, `prefix` stands directly in front of the message, `more` is a further button of the box.
     void ReportRequestFailure(qint16 status, const QString& operation, const QString& screenName,
-                              const QString& prefix = {});
+                              const QString& prefix = {}, const Box::More& more = {});
 
 private:
     void TellOfChanges();

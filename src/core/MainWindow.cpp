@@ -224,6 +224,15 @@ void MainWindow::OpenScreen(const QString& key) {
     NoteRecent(key);
 }
 
+bool MainWindow::ShowRecord(const QString& word, const QString& key, const QString& control) {
+    const SubjectPlace* place = PlaceOf(word);
+    if (!place)
+        return false;
+    OpenScreen(place->key);
+    Screen* screen = FindScreen(place->key);
+    return screen && screen->ShowRecord(word, key, control);
+}
+
 void MainWindow::NoteRecent(const QString& key) {
     QStringList recent = m_application.prefs.Remembered("RecentScreens").toStringList();
     recent.removeAll(key);

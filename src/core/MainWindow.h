@@ -54,6 +54,10 @@ public:
     /// Opens the screen of a navigation key, or brings its one instance back. A key without a screen does
     /// nothing.
     void OpenScreen(const QString& key);
+    /// The place of the records that the word stands for in requests; null when the operator may not see it.
+    const SubjectPlace* PlaceOf(const QString& word) { return m_wordIndex.PlaceOf(word); }
+    /// Opens the screen of such a record and shows it; false when the record is not there to see.
+    bool ShowRecord(const QString& word, const QString& key, const QString& control);
     /// The open screen of a key, or null.
     Screen* FindScreen(const QString& key) const;
     /// The screen the operator works in, or null while none is open.

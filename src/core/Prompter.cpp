@@ -71,7 +71,13 @@ bool WindowPrompter::ShowBox(QWidget* parent, const Box& box) {
     window.setText(QString(box.text).replace("\r\n", "\n"));
     window.setTextInteractionFlags(Qt::TextSelectableByMouse);
     AddButtons(window, box);
-    const int answer = window.exec();
+    QPushButton* more =
+        box.more.caption.isEmpty() ? nullptr : window.addButton(box.more.caption, QMessageBox::ActionRole);
+    if (more)
+        more->setObjectName("cmdMore");
+    int answer = window.exec();
+    while (more && window.clickedButton() == more && !box.more.show())
+        answer = window.exec();
     return answer == QMessageBox::Ok || answer == QMessageBox::Yes;
 }
 

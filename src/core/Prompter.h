@@ -23,6 +23,12 @@ struct Box {
     QString title = ApplicationTitle();
     /// Yes (or OK) destroys something or trusts somebody: whoever only presses Enter answers No (or Cancel).
     bool careful = false;
+    /// A further button that shows something, and says whether that was the answer to the box.
+    struct More {
+        QString caption{}; ///< empty: there is none
+        std::function<bool()> show{};
+    };
+    More more{};
 };
 
 /// The property in which a dialog carries the number of its help topic.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QList>
 #include <QWidget>
 
@@ -11,6 +12,12 @@ class Application;
 struct ScreenWord {
     QString caption; ///< without mnemonic mark and colon
     QString control; ///< name of the control
+};
+
+/// A kind of record that a screen maintains.
+struct ScreenSubject {
+    QString word;                      ///< of its requests: "Loc" of "GetLoc"
+    QHash<QString, ScreenWord> fields; ///< by tag
 };
 
 /// A setting screen: one child window of the main window. Exists at most once per navigation key.
@@ -34,6 +41,13 @@ public:
     virtual bool HasUnsaved() const { return false; }
     /// What can be found on it by its caption. Asks the server nothing, before `LoadScreen` neither.
     virtual QList<ScreenWord> Words() const { return {}; }
+    /// What it maintains. Asks the server nothing, either.
+    virtual QList<ScreenSubject> Subjects() const { return {}; }
+    /// Goes to the record, and to the control of this name in it, as far as that is possible now; false when
+    /// the record is not shown.
+    virtual bool ShowRecord(const QString& /*word*/, const QString& /*key*/, const QString& /*control*/) {
+        return false;
+    }
     /// Goes to the control of this name, as far as that is possible now.
     virtual void GoTo(const QString& /*control*/) {}
 

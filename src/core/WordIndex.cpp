@@ -1,7 +1,5 @@
 #include "core/WordIndex.h"
 
-#include "core/Screen.h"
-
 #include <QSet>
 
 #include <algorithm>
@@ -13,6 +11,7 @@ namespace sysadmin {
 void WordIndex::SetGroups(const QList<NavigationGroup>& groups) {
     m_groups = groups;
     m_words.clear();
+    m_places.clear();
     m_learned = false;
 }
 
@@ -21,16 +20,25 @@ void WordIndex::Learn() {
     for (const NavigationGroup& group : m_groups)
         for (const ScreenEntry& entry : group.items) {
             const std::unique_ptr<Screen> screen(entry.screen.make(m_application, nullptr));
+            const QString caption = group.caption + " > " + QString(entry.caption).replace("&&", "&");
+            for (const ScreenSubject& subject : screen->Subjects())
+                if (!m_places.contains(subject.word))
+                    m_places.insert(subject.word, {entry.key, caption, subject.fields});
             QSet<QString> known;
             for (const ScreenWord& word : screen->Words()) {
                 if (known.contains(word.caption))
                     continue;
                 known.insert(word.caption);
-                m_words.append({entry.key, word.control, word.caption,
-                                group.caption + " > " + QString(entry.caption).replace("&&", "&"),
-                                entry.icon});
+                m_words.append({entry.key, word.control, word.caption, caption, entry.icon});
             }
         }
+}
+
+const SubjectPlace* WordIndex::PlaceOf(const QString& word) {
+    if (!m_learned)
+        Learn();
+    const auto place = m_places.constFind(word);
+    return place == m_places.constEnd() ? nullptr : &*place;
 }
 
 QList<FoundWord> WordIndex::Find(const QString& text, int most) {

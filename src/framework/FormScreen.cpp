@@ -70,6 +70,22 @@ QList<ScreenWord> FormScreen::Words() const {
     return words;
 }
 
+QList<ScreenSubject> FormScreen::Subjects() const {
+    QList<ScreenSubject> subjects;
+    const auto add = [&](const QString& request, const Form& form) {
+        QHash<QString, ScreenWord> fields;
+        for (const Field* field : form.Fields())
+            if (!field->Tag().isEmpty() && !field->Name().isEmpty())
+                fields.insert(field->Tag(), {field->PlainCaption(), field->Name()});
+        subjects.append({SubjectOf(request), fields});
+    };
+    for (const TableDeclaration& table : m_declaration.tables)
+        add(table.spec.getRequest.isEmpty() ? table.spec.listRequest : table.spec.getRequest, *table.form);
+    for (const RecordDeclaration& record : m_declaration.records)
+        add(record.spec.getRequest, *record.form);
+    return subjects;
+}
+
 void FormScreen::GoTo(const QString& control) {
     auto* widget = findChild<QWidget*>(control);
     if (widget && widget->isEnabled() && widget->isVisible())

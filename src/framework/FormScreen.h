@@ -26,6 +26,7 @@ public:
     /// What the screen declares; complete once it is built.
     const ScreenDeclaration& Declaration() const { return m_declaration; }
     QList<ScreenWord> Words() const override;
+    QList<ScreenSubject> Subjects() const override;
     void GoTo(const QString& control) override;
     /// Keeps a choice's entries the same as a shared pick-list, whoever changes it. `none` is the text of a
     /// first entry that stands for no value; empty: there is no such entry.

@@ -283,8 +283,10 @@ void MaintenanceScreen::SendDelete(const GridRow& row) {
         PutCluster(table);
     App().channel.PutField(table.spec.getKeyTag, row.key);
     const qint16 result = App().channel.SendRequest(table.spec.deleteRequest);
+    const Box::More uses{tr("&Where Used..."), [&] { return ShowUses(table, row); }};
     if (const auto words = table.spec.deleteWords.find(result); words != table.spec.deleteWords.end()) {
-        App().prompter.ShowBox(this, {.text = words->text, .icon = Box::Icon::None, .title = words->title});
+        App().prompter.ShowBox(
+            this, {.text = words->text, .icon = Box::Icon::None, .title = words->title, .more = uses});
         return;
     }
     if (const auto conflict = ConflictOf(App().channel, result, table.spec.subject)) {
@@ -292,7 +294,7 @@ void MaintenanceScreen::SendDelete(const GridRow& row) {
         return;
     }
     if (result != status::Ok) {
-        App().ReportRequestFailure(result, table.spec.deleteCaption, table.spec.subject);
+        App().ReportRequestFailure(result, table.spec.deleteCaption, table.spec.subject, {}, uses);
         return;
     }
     table.grid->RemoveRow(row.key);

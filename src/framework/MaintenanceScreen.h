@@ -34,6 +34,7 @@ public:
     bool HasUnsaved() const override;
     /// A field is gone to in the selected record, which is opened for that.
     void GoTo(const QString& control) override;
+    bool ShowRecord(const QString& word, const QString& key, const QString& control) override;
     void OnClusterChanged() override;
     State GetState() const { return m_state; }
     bool IsReadOnly() const { return m_readOnly; }
@@ -170,6 +171,7 @@ private:
     void AddListTools(Table& table);
     void ShowSummary();
     void ExportAllFields(Table& table);
+    bool ShowUses(const Table& table, const GridRow& row);
     void DeleteSelected();
     bool SettleSaveConflict(Table& table, const Conflict& conflict);
     void SettleDeleteConflict(Table& table, const Conflict& conflict, const GridRow& row);

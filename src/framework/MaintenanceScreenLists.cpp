@@ -4,8 +4,10 @@
 #include "framework/CsvExport.h"
 #include "framework/MaintenanceScreen.h"
 #include "framework/RowSummary.h"
+#include "framework/Utility.h"
 #include "framework/forms/ValueFields.h"
 #include "framework/frmSortOrder.h"
+#include "framework/frmWhereUsed.h"
 
 #include <QAction>
 #include <QPushButton>
@@ -57,7 +59,13 @@ void MaintenanceScreen::AddListTools(Table& table) {
     auto* exportAll = new QAction(tr("Export All &Fields..."), table.grid);
     exportAll->setObjectName("mnuExportAll");
     connect(exportAll, &QAction::triggered, this, [this, &table] { ExportAllFields(table); });
-    table.grid->SetMenuActions({reload, exportAll});
+    auto* uses = new QAction(tr("&Where Used..."), table.grid);
+    uses->setObjectName("mnuWhereUsed");
+    connect(uses, &QAction::triggered, this, [this, &table] {
+        if (const GridRow* row = table.grid->SelectedRow(); row && m_state == State::List)
+            ShowUses(table, GridRow(*row));
+    });
+    table.grid->SetMenuActions({uses, reload, exportAll});
 }
 
 // Of those that not every screen has: what is declared of the table decides.
@@ -156,6 +164,33 @@ void MaintenanceScreen::ShowSummary() {
     m_summary->Show(RecordText(table, *row), lines,
                     m_mayEdit ? tr("Enter, F2 or a double click opens it for editing.")
                               : tr("Enter, F2 or a double click shows all of it."));
+}
+
+/// True when the operator went on to one of the records.
+bool MaintenanceScreen::ShowUses(const Table& table, const GridRow& row) {
+    const QString request = table.spec.getRequest.isEmpty() ? table.spec.listRequest : table.spec.getRequest;
+    return ShowWhereUsed(App(), this, {SubjectOf(request), row.key, RecordText(table, row)});
+}
+
+bool MaintenanceScreen::ShowRecord(const QString& word, const QString& key, const QString& control) {
+    for (size_t i = 0; i < m_tables.size(); ++i) {
+        ListGrid& grid = *m_tables[i].grid;
+        if (SubjectOf(m_tables[i].spec.listRequest) != word && SubjectOf(m_tables[i].spec.getRequest) != word)
+            continue;
+        if (m_state != State::List) // what is being edited stays; it may be the record
+            return m_current == int(i) && m_context.originalKey == key;
+        if (m_tabs)
+            m_tabs->setCurrentIndex(int(i));
+        if (!grid.Model().FindRow(key))
+            return false;
+        grid.FilterBox()->clear();
+        grid.SelectKey(key);
+        grid.setFocus();
+        if (!control.isEmpty())
+            GoTo(control);
+        return true;
+    }
+    return false;
 }
 
 void MaintenanceScreen::GoTo(const QString& control) {

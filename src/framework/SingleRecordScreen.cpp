@@ -207,6 +207,11 @@ void SingleRecordScreen::GoTo(const QString& control) {
         FormScreen::GoTo(control);
 }
 
+bool SingleRecordScreen::ShowRecord(const QString&, const QString&, const QString& control) {
+    GoTo(control);
+    return true;
+}
+
 void SingleRecordScreen::RefreshButtons() {
     // A record that the server does not have yet is something to save, as it stands.
     m_cmdSave->setEnabled(m_loaded && m_form->IsComplete() && (m_form->IsChanged() || !m_exists));

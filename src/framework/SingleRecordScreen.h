@@ -19,6 +19,7 @@ public:
     void LoadScreen() override;
     bool MayClose() override;
     void GoTo(const QString& control) override;
+    bool ShowRecord(const QString& word, const QString& key, const QString& control) override;
     bool HasUnsaved() const override { return !m_readOnly && m_form->IsChanged(); }
     bool IsReadOnly() const { return m_readOnly; }
 

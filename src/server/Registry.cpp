@@ -181,6 +181,45 @@ QString RequestRule::Word() const {
     return QString(name).remove(verb);
 }
 
+const Subject* Registry::SubjectOf(const QString& table) const {
+    const auto found = std::find_if(m_subjects.begin(), m_subjects.end(),
+                                    [&](const Subject& subject) { return subject.table == table; });
+    return found == m_subjects.end() ? nullptr : &*found;
+}
+
+const RequestRule* Registry::ReadRuleOfWord(const QString& word) const {
+    for (const char* verb : {"Get", "Lst"})
+        if (const RequestRule* rule = Find(verb + word); rule && !rule->tables.isEmpty())
+            return rule;
+    return nullptr;
+}
+
+const RequestRule* Registry::ReadRuleOf(const QString& table) const {
+    if (const Subject* subject = SubjectOf(table))
+        for (const QString& name : {subject->requests.get, subject->requests.list})
+            if (const RequestRule* rule = Find(name))
+                return rule;
+    const RequestRule* best = nullptr;
+    const auto isBetter = [&](const RequestRule& rule) {
+        const bool gets = rule.name.startsWith("Get");
+        return !best || (gets && !best->name.startsWith("Get")) ||
+               (gets == best->name.startsWith("Get") &&
+                std::pair(rule.name.size(), rule.name) < std::pair(best->name.size(), best->name));
+    };
+    for (const RequestRule& rule : m_requests)
+        if (rule.access == Access::View && rule.tables.value(0) == table && rule.keyQuery.isEmpty() &&
+            isBetter(rule))
+            best = &rule;
+    return best;
+}
+
+const RequestRule& Registry::KeyRuleOf(const RequestRule& rule) const {
+    for (const char* verb : {"Get", "Upd", "Del"})
+        if (const RequestRule* other = Find(verb + rule.Word()); other && !other->keyTags.isEmpty())
+            return *other;
+    return rule;
+}
+
 QStringList Registry::WordsOf(const QStringList& tables) const {
     QStringList words;
     for (const RequestRule& rule : m_requests)

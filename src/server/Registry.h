@@ -88,6 +88,16 @@ public:
 
     /// The rule of a request name, or null.
     const RequestRule* Find(const QString& name) const;
+    /// The subject that keeps its records in the table; null where nothing is declared of it.
+    const Subject* SubjectOf(const QString& table) const;
+    /// The rule of the request that reads one record of the table, or else the list of them; null when there
+    /// is none.
+    const RequestRule* ReadRuleOf(const QString& table) const;
+    /// The same of the records that this word stands for towards the client.
+    const RequestRule* ReadRuleOfWord(const QString& word) const;
+    /// Of the requests about the same records one that names a record by its key; a rule that reads a list
+    /// does not.
+    const RequestRule& KeyRuleOf(const RequestRule& rule) const;
     /// The words of the requests that are about one of the tables.
     QStringList WordsOf(const QStringList& tables) const;
     QStringList RequestNames() const { return m_requests.keys(); }

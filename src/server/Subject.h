@@ -101,6 +101,10 @@ struct Subject {
     std::function<qint16(Context&, const wire::Fields& request, const Row& before, Row& after)> checkPut = {};
     std::function<qint16(Context&, const wire::Fields& request, qint64 id, bool added)> afterPut = {};
     std::function<qint16(Context&, qint64 id, const Row& record)> checkRemove = {};
+    /// Tells of the rows that refer to the record otherwise than by a reference column, and so keep it.
+    std::function<void(Context&, qint64 id, const Row& record,
+                       const std::function<void(const RecordName& user, const QString& column)>& tell)>
+        findUses = {};
     /// The id is 0 while there is no record of a single one.
     std::function<void(Context&, qint64 id, ReplyFields& reply)> addToGet = {};
     std::function<void(Context&, const wire::Fields& request, ReplyFields& reply)> addToList = {};

@@ -94,12 +94,39 @@ TEST_F(ListToolsTest, TheMenuDoesWhatTheButtonsDo) {
         if (action->isEnabled() && !action->objectName().isEmpty())
             offered.append(action->objectName());
     EXPECT_EQ(offered, QStringList({"mnuNew", "mnuEdit", "mnuDelete", "mnuCopy", "mnuPrint", "mnuPdf",
-                                    "mnuExportCsv", "mnuReload", "mnuExportAll"}));
+                                    "mnuExportCsv", "mnuWhereUsed", "mnuReload", "mnuExportAll"}));
     channel.Answer("LstPer", 0, {{"ID", "2"}, {"Nm", "Spring"}, {"Cl", "Y"}});
     Get<QAction>(Grid(), "mnuReload").trigger();
     EXPECT_EQ(GridRows(), QStringList{"Spring"});
     MenuOf(Grid()).findChild<QAction*>("mnuNew")->trigger();
     EXPECT_EQ(Get<QGroupBox>("fraEdit").title(), "New Period:");
+}
+
+TEST_F(ListToolsTest, WhatRefersToARecordIsShownFromTheMenuAndWhereItKeepsIt) {
+    Open(Contribute, "Acquisitions_FiscalTypes");
+    channel.Answer("LstUse", 0);
+    prompter.ExpectDialog("frmWhereUsed", [](QDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), "Where \"Fall\" Is Used");
+        EXPECT_EQ(dialog.findChild<QLabel*>("lblNote")->text(), "Nothing refers to it.");
+        EXPECT_FALSE(dialog.findChild<QPushButton*>("cmdGoTo")->isEnabled());
+        return false;
+    });
+    Get<QAction>(Grid(), "mnuWhereUsed").trigger();
+    EXPECT_EQ(channel.LastSent("LstUse").Value("Sbj") + channel.LastSent("LstUse").Value("ID"), "Per1");
+
+    channel.Answer("DelPer", 13);
+    channel.Answer("LstUse", 0,
+                   {{"Sbj", "Ledger"}, {"UK", "4"}, {"UN", "Main"}, {"UT", ""}, {"UC", "2"}, {"UR", "Y"},
+                    {"UH", "3"}, {"UX", "orders"}, {"UQ", "1200"}});
+    prompter.ExpectBox("You will delete Period:\r\n\"Fall\"\r\n\r\nAre you sure?");
+    prompter.ExpectBox("Record is in use.", true, {}, {}, true);
+    prompter.ExpectDialog("frmWhereUsed", [this](QDialog& dialog) {
+        EXPECT_EQ(GridRows(dialog, "vsfUses"), QStringList{"Ledger|Main||2|✓"});
+        EXPECT_EQ(dialog.findChild<QLabel*>("lblNote")->text(),
+                  "Other programs use it: 1,200 orders.\n3 more that you may not see.");
+        return false;
+    });
+    Click("cmdDelete");
 }
 
 TEST_F(ListToolsTest, AllFieldsOfTheShownRecordsGoIntoAFile) {

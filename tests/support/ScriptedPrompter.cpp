@@ -21,8 +21,8 @@ ScriptedPrompter::~ScriptedPrompter() {
 }
 
 void ScriptedPrompter::ExpectBox(const QString& text, bool answer, std::optional<Box::Icon> icon,
-                                 std::optional<QString> title) {
-    m_expected.append({Kind::Box, text, answer, icon, title, {}});
+                                 std::optional<QString> title, bool more) {
+    m_expected.append({Kind::Box, text, answer, icon, title, {}, more});
 }
 
 void ScriptedPrompter::ExpectDialog(const QString& objectName, std::function<bool(QDialog&)> drive) {
@@ -67,6 +67,8 @@ bool ScriptedPrompter::ShowBox(QWidget*, const Box& box) {
     EXPECT_TRUE(mayBeYes || box.careful) << Printable(box.text);
     EXPECT_EQ(int(expected->icon.value_or(box.icon)), int(box.icon)) << "icon of: " << Printable(box.text);
     EXPECT_EQ(expected->title.value_or(box.title), box.title) << "title of: " << Printable(box.text);
+    if (expected->more)
+        return !box.more.caption.isEmpty() && box.more.show();
     return expected->answer;
 }
 

@@ -19,9 +19,9 @@ public:
     ~ScriptedPrompter() override;
 
     /// The next thing shown is a box with exactly this text (line breaks CR LF). Icon and title are compared
-    /// when given.
+    /// when given. `more`: the operator presses the further button, and what it shows is his answer.
     void ExpectBox(const QString& text, bool answer = true, std::optional<Box::Icon> icon = {},
-                   std::optional<QString> title = {});
+                   std::optional<QString> title = {}, bool more = false);
     /// The next thing shown is the dialog of this object name. `drive` gets it shown and answers for the
     /// operator.
     void ExpectDialog(const QString& objectName, std::function<bool(QDialog&)> drive);
@@ -50,6 +50,7 @@ private:
         std::optional<Box::Icon> icon;
         std::optional<QString> title;
         std::function<bool(QDialog&)> drive;
+        bool more = false;
     };
 
     // Takes the next expectation when it is of this kind; otherwise fails the test with what came instead.

@@ -128,10 +128,11 @@ bool StoryTeller::ComesUp(const QString& command, const Words& all) {
                                                  {"Critical", Box::Icon::Critical}};
     const QString text = words.takeFirst();
     const bool answer = words.removeAll("no") == 0;
+    const bool more = words.removeAll("more") > 0;
     std::optional<Box::Icon> icon;
     if (icons.contains(words.value(0)))
         icon = icons[words.takeFirst()];
-    prompter.ExpectBox(text, answer, icon, words.isEmpty() ? std::nullopt : std::optional(words[0]));
+    prompter.ExpectBox(text, answer, icon, words.isEmpty() ? std::nullopt : std::optional(words[0]), more);
     return true;
 }
 

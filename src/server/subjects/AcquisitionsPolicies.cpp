@@ -223,13 +223,22 @@ qint16 ApplyVendorPolicies(Context& context, const wire::Fields& request, qint64
     return ApplyKeyedRows(context, VendorPolicies(), id, {}, {}, request);
 }
 
+/// The rows of ledgers for the group's locations.
+QList<QVariant> SpentBy(Context& context, qint64 group) {
+    return context.database.FirstColumn(
+        "SELECT k.id FROM ledger_locations k JOIN " + Places +
+            " p ON p.location_id=k.location_id WHERE p.group_id=? ORDER BY k.id",
+        {group});
+}
+
 qint16 CheckRemoval(Context& context, qint64 id, const Row&) {
-    const bool spends = context.database
-                            .FirstRow("SELECT 1 FROM ledger_locations k JOIN " + Places +
-                                          " p ON p.location_id=k.location_id WHERE p.group_id=?",
-                                      {id})
-                            .has_value();
-    return spends ? status::InUse : status::Ok;
+    return SpentBy(context, id).isEmpty() ? status::Ok : status::InUse;
+}
+
+void FindUses(Context& context, qint64 id, const Row&,
+              const std::function<void(const RecordName& user, const QString& column)>& tell) {
+    for (const QVariant& row : SpentBy(context, id))
+        tell({"ledger_locations", row.toLongLong()}, "location_id");
 }
 
 } // namespace
@@ -247,6 +256,7 @@ void RegisterAcquisitionsPolicies(Registry& registry) {
         .checkPut = CheckProfile,
         .afterPut = ApplyVendorPolicies,
         .checkRemove = CheckRemoval,
+        .findUses = FindUses,
     });
     for (const KeyedRows* rows : {&PolicyPlaces(), &VendorPolicies()})
         registry.AddTable(rows->StoredAs(Groups));

@@ -109,6 +109,18 @@ qint16 CheckRemoval(const IndexFamily& family, Context& context, const Row& inde
     return result;
 }
 
+/// Whoever names the index by its code.
+void FindUses(Context& context, qint64, const Row& index,
+              const std::function<void(const RecordName& user, const QString& column)>& tell) {
+    const QString code = index["code"].toString();
+    EachComposite(context, code, [&](qint64 id, const QString&) { tell({Composites, id}, "definition"); });
+    for (const IndexReference& reference : IndexReferences())
+        for (const QVariant& id : context.database.FirstColumn(
+                 "SELECT id FROM " + reference.table + " WHERE " + reference.column + "=? ORDER BY id",
+                 {code}))
+            tell({reference.table, id.toLongLong()}, reference.column);
+}
+
 SubjectField Display(const QString& tag, const QString& column) {
     return SubjectField::Reference(tag, column, "bib_texts").Carrying("code");
 }
@@ -244,6 +256,7 @@ void RegisterFamily(Registry& registry, const IndexFamily& family, const Request
                               Row& after) { return CheckIndex(family, context, before, after); },
         .checkRemove = [&family](Context& context, qint64,
                                  const Row& index) { return CheckRemoval(family, context, index); },
+        .findUses = FindUses,
         .addToGet = [&family](Context& context, qint64 id,
                               ReplyFields& reply) { AddUses(context, family, id, reply); },
     });

@@ -1,0 +1,200 @@
+#include "server/WhereUsed.h"
+
+#include "server/Library.h"
+#include "server/SubjectReads.h"
+#include "server/store/Database.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace sysadmin::server {
+
+namespace {
+
+constexpr int MostRecords = 500; // of each field that refers
+
+class Search {
+public:
+    Search(Context& context, const RecordName& record, int mostRecords)
+        : m_context(context)
+        , m_tables(context.library.GetRegistry().GetTables())
+        , m_record(record)
+        , m_mostRecords(mostRecords) {}
+
+    QList<Use> Run() {
+        const Registry& registry = m_context.library.GetRegistry();
+        const Subject* subject = registry.SubjectOf(m_record.table);
+        for (const Table& table : m_tables)
+            for (const Column& column : table.columns)
+                if (column.type == ColumnType::Reference && column.target == m_record.table &&
+                    table.content == Content::Settings)
+                    AddRows(table, column, Keeps(subject, table, column));
+        if (subject && subject->findUses)
+            if (const auto row = m_context.records.Find(m_record.table, m_record.id))
+                subject->findUses(m_context, m_record.id, *row,
+                                  [this](const RecordName& user, const QString& column) {
+                                      Add({OwnerOf(user), user.table, column, 1, true});
+                                  });
+        return m_uses;
+    }
+
+private:
+    static bool Keeps(const Subject* subject, const Table& table, const Column& column) {
+        const auto isIt = [&](const UsedBy& use) {
+            return use.table == table.name && use.column == column.name;
+        };
+        return (column.onRemoval == OnRemoval::Refuse && column.name != table.owner) ||
+               (subject && std::any_of(subject->usedBy.begin(), subject->usedBy.end(), isIt));
+    }
+
+    void AddRows(const Table& table, const Column& column, bool keeps) {
+        const QString owner = table.owner.isEmpty() ? QString("id") : table.owner;
+        m_context.database.Each("SELECT " + owner + ", COUNT(*) FROM " + table.name + " WHERE " +
+                                    column.name + "=? GROUP BY " + owner + " ORDER BY " + owner + " LIMIT ?",
+                                {m_record.id, m_mostRecords}, [&](const ResultRow& row) {
+                                    m_found.append({row.value(0).toLongLong(), row.value(1).toLongLong()});
+                                });
+        const QString ownerTable = table.owner.isEmpty() ? table.name : table.Find(table.owner)->target;
+        for (const auto& [id, rows] : std::exchange(m_found, {}))
+            Add({OwnerOf({ownerTable, id}), table.name, column.name, rows, keeps});
+    }
+
+    /// The record of which this one is a part, or itself.
+    RecordName OwnerOf(RecordName record) const {
+        for (const Table* table = &m_tables.find(record.table).value(); !table->owner.isEmpty();
+             table = &m_tables.find(record.table).value()) {
+            const QVariant owner = m_context.database.FirstValue(
+                "SELECT " + table->owner + " FROM " + table->name + " WHERE id=?", {record.id});
+            record = {table->Find(table->owner)->target, owner.toLongLong()};
+        }
+        return record;
+    }
+
+    void Add(const Use& use) {
+        if (use.record.table == m_record.table && use.record.id == m_record.id && !use.keeps)
+            return; // its own parts
+        // Of the parts of a record it does not matter in which column they refer.
+        const bool isPart = use.table != use.record.table;
+        const auto known = std::find_if(m_uses.begin(), m_uses.end(), [&](const Use& other) {
+            return other.record.table == use.record.table && other.record.id == use.record.id &&
+                   (isPart ? other.table != other.record.table : other.column == use.column);
+        });
+        if (known == m_uses.end()) {
+            m_uses.append(use);
+            return;
+        }
+        known->rows += use.rows;
+        known->keeps = known->keeps || use.keeps;
+    }
+
+    Context& m_context;
+    const Tables& m_tables;
+    RecordName m_record;
+    int m_mostRecords;
+    QList<QPair<qint64, qint64>> m_found;
+    QList<Use> m_uses;
+};
+
+/// What people call the record: its name, or else its code, what is first to be read of it, or its place.
+QString NameOf(const Table& table, const Row& row) {
+    for (const char* column : {"name", "code", "title", "description"})
+        if (const QString text = row.value(column).toString(); table.Find(column) && !text.isEmpty())
+            return text;
+    for (const Column& column : table.columns)
+        if (const QString text = row.value(column.name).toString();
+            column.type == ColumnType::Text && !column.secret && !text.isEmpty())
+            return text;
+    return row.value("rank").toString();
+}
+
+/// The tag under which the subject's own requests carry the column; empty for columns of its parts.
+QString TagOf(const Subject* subject, const QString& table, const QString& column) {
+    if (subject && subject->table == table)
+        for (const SubjectField& field : subject->fields)
+            if (field.column == column && field.kind != SubjectField::Kind::Joined)
+                return field.tag;
+    return {};
+}
+
+/// The key by which requests name the record.
+QString KeyOf(const Registry& registry, const RequestRule& rule, const Row& row, qint64 id) {
+    if (rule.single)
+        return {};
+    const QString column = registry.KeyRuleOf(rule).keyColumn;
+    return column.isEmpty() ? QString::number(id) : row.value(column).toString();
+}
+
+void PutUses(Context& context, const RecordName& record, ReplyFields& reply) {
+    const Registry& registry = context.library.GetRegistry();
+    qint64 hidden = 0;
+    QMap<QString, qint64> elsewhere; // by table: what other clients maintain
+    for (const Use& use : UsesOf(context, record, MostRecords)) {
+        const RequestRule* rule = registry.ReadRuleOf(use.record.table);
+        if (!rule) {
+            elsewhere[use.record.table] += use.keeps ? 1 : 0;
+            continue;
+        }
+        if (!rule->Allows(context.rights)) {
+            ++hidden;
+            continue;
+        }
+        const Row row = context.records.Find(use.record.table, use.record.id).value_or(Row());
+        Put(reply, "Sbj", rule->Word());
+        Put(reply, "UK", KeyOf(registry, *rule, row, use.record.id));
+        Put(reply, "UN", NameOf(registry.GetTables()[use.record.table], row));
+        Put(reply, "UT", TagOf(registry.SubjectOf(use.record.table), use.table, use.column));
+        Put(reply, "UC", QString::number(use.rows));
+        Put(reply, "UR", use.keeps ? "Y" : "N");
+    }
+    if (hidden > 0)
+        Put(reply, "UH", QString::number(hidden));
+    for (auto other = elsewhere.cbegin(); other != elsewhere.cend(); ++other) {
+        if (other.value() == 0)
+            continue;
+        Put(reply, "UX", QString(other.key()).replace('_', ' '));
+        Put(reply, "UQ", QString::number(other.value()));
+    }
+    context.database.Each(
+        "SELECT kind, used FROM usage WHERE table_name=? AND record_id=? AND used>0 ORDER BY kind",
+        {record.table, record.id}, [&](const ResultRow& row) {
+            Put(reply, "UX", row.value(0).toString());
+            Put(reply, "UQ", row.value(1).toString());
+        });
+}
+
+Answer AnswerUses(Context& context, const wire::Fields& request) {
+    const Registry& registry = context.library.GetRegistry();
+    const QString word = Sent(request, "Sbj").value_or(QString());
+    const RequestRule* rule = registry.ReadRuleOfWord(word);
+    if (!rule)
+        return {status::NotFound};
+    if (!rule->Allows(context.rights))
+        return {status::NotAuthorised};
+    const QString table = rule->tables.first();
+    const QString key = Sent(request, "ID").value_or(QString());
+    std::optional<qint64> id;
+    const RequestRule& keyRule = registry.KeyRuleOf(*rule);
+    if (keyRule.keyColumn.isEmpty())
+        id = context.records.Find(table, key.toLongLong()) ? std::optional(key.toLongLong()) : std::nullopt;
+    else if (keyRule.byReference)
+        id = context.records.IdWhere(table, keyRule.keyColumn, key.toLongLong());
+    else
+        id = context.records.IdOfText(table, keyRule.keyColumn, key);
+    if (!id)
+        return {status::NotFound};
+    Answer answer;
+    PutUses(context, {table, *id}, answer.fields);
+    return answer;
+}
+
+} // namespace
+
+QList<Use> UsesOf(Context& context, const RecordName& record, int mostRecords) {
+    return Search(context, record, mostRecords).Run();
+}
+
+void RegisterWhereUsed(Registry& registry) {
+    registry.AddRead("LstUse", Area::AnyOperator, AnswerUses);
+}
+
+} // namespace sysadmin::server
