@@ -72,8 +72,11 @@ QList<GridRow> RowsOf(const Uses& uses, MainWindow* window) {
         const SubjectPlace* place = window ? window->PlaceOf(use.word) : nullptr;
         const QString field = place ? place->fields.value(use.tag).caption : QString();
         rows.append({QString::number(rows.size()),
-                     {place ? place->screen : use.word, use.name, field,
-                      use.times > 1 ? QLocale().toString(use.times) : QString(), use.keeps ? "Y" : "N"},
+                     {place    ? place->screen
+                      : window ? Tr("Another program")
+                               : use.word,
+                      use.name, field, use.times > 1 ? QLocale().toString(use.times) : QString(),
+                      use.keeps ? "Y" : "N"},
                      {}});
     }
     return rows;

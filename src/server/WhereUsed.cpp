@@ -48,26 +48,38 @@ private:
     }
 
     void AddRows(const Table& table, const Column& column, bool keeps) {
-        const QString owner = table.owner.isEmpty() ? QString("id") : table.owner;
+        const QString ownedBy = OwnerColumn(table);
+        const QString owner = ownedBy.isEmpty() ? QString("id") : ownedBy;
         m_context.database.Each("SELECT " + owner + ", COUNT(*) FROM " + table.name + " WHERE " +
                                     column.name + "=? GROUP BY " + owner + " ORDER BY " + owner + " LIMIT ?",
                                 {m_record.id, m_mostRecords}, [&](const ResultRow& row) {
                                     m_found.append({row.value(0).toLongLong(), row.value(1).toLongLong()});
                                 });
-        const QString ownerTable = table.owner.isEmpty() ? table.name : table.Find(table.owner)->target;
+        const QString ownerTable = ownedBy.isEmpty() ? table.name : table.Find(ownedBy)->target;
         for (const auto& [id, rows] : std::exchange(m_found, {}))
             Add({OwnerOf({ownerTable, id}), table.name, column.name, rows, keeps});
     }
 
-    /// The record of which this one is a part, or itself.
+    /// The column that names the record in which people see the rows; empty where they see them by
+    /// themselves.
+    QString OwnerColumn(const Table& table) const {
+        if (!table.owner.isEmpty())
+            return table.owner;
+        const Subject* subject = m_context.library.GetRegistry().SubjectOf(table.name);
+        return subject && subject->within && subject->requests.list.isEmpty() ? subject->within->column
+                                                                              : QString();
+    }
+
     RecordName OwnerOf(RecordName record) const {
-        for (const Table* table = &m_tables.find(record.table).value(); !table->owner.isEmpty();
-             table = &m_tables.find(record.table).value()) {
+        for (;;) {
+            const Table& table = m_tables.find(record.table).value();
+            const QString column = OwnerColumn(table);
+            if (column.isEmpty())
+                return record;
             const QVariant owner = m_context.database.FirstValue(
-                "SELECT " + table->owner + " FROM " + table->name + " WHERE id=?", {record.id});
-            record = {table->Find(table->owner)->target, owner.toLongLong()};
+                "SELECT " + column + " FROM " + table.name + " WHERE id=?", {record.id});
+            record = {table.Find(column)->target, owner.toLongLong()};
         }
-        return record;
     }
 
     void Add(const Use& use) {

@@ -116,8 +116,15 @@ TEST_F(ListToolsTest, WhatRefersToARecordIsShownFromTheMenuAndWhereItKeepsIt) {
 
     channel.Answer("DelPer", 13);
     channel.Answer("LstUse", 0,
-                   {{"Sbj", "Ledger"}, {"UK", "4"}, {"UN", "Main"}, {"UT", ""}, {"UC", "2"}, {"UR", "Y"},
-                    {"UH", "3"}, {"UX", "orders"}, {"UQ", "1200"}});
+                   {{"Sbj", "Ledger"},
+                    {"UK", "4"},
+                    {"UN", "Main"},
+                    {"UT", ""},
+                    {"UC", "2"},
+                    {"UR", "Y"},
+                    {"UH", "3"},
+                    {"UX", "orders"},
+                    {"UQ", "1200"}});
     prompter.ExpectBox("You will delete Period:\r\n\"Fall\"\r\n\r\nAre you sure?");
     prompter.ExpectBox("Record is in use.", true, {}, {}, true);
     prompter.ExpectDialog("frmWhereUsed", [this](QDialog& dialog) {
