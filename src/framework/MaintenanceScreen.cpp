@@ -129,11 +129,17 @@ QString MaintenanceScreen::RecordText(const Table& table, const GridRow& row) co
 }
 
 QString MaintenanceScreen::DeleteItemText(const Table& table, const GridRow& row) const {
-    for (qsizetype i = 0; i < table.spec.columns.size(); ++i)
-        if (const GridColumn& column = table.spec.columns[i];
-            !column.hidden && !column.yesNo && !row.cells.value(i).isEmpty())
+    QString kind; // what a record was chosen to be names it only where it has no text of its own
+    for (qsizetype i = 0; i < table.spec.columns.size(); ++i) {
+        const GridColumn& column = table.spec.columns[i];
+        if (column.hidden || column.yesNo || row.cells.value(i).isEmpty())
+            continue;
+        if (column.items.isEmpty())
             return ShownText(column, row.cells[i]);
-    return row.key;
+        if (kind.isEmpty())
+            kind = ShownText(column, row.cells[i]);
+    }
+    return kind.isEmpty() ? row.key : kind;
 }
 
 bool MaintenanceScreen::ConfirmRowDelete(Table& table, const GridRow& row) {
