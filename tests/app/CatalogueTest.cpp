@@ -40,16 +40,15 @@ protected:
     void ForEachScreen(const std::function<void(const ScreenEntry&, Screen&)>& check) {
         int seen = 0;
         for (const ScreenEntry& entry : App().catalogue.Entries()) {
-            if (!entry.screen.make)
-                continue;
             SCOPED_TRACE(entry.key.toStdString());
+            ASSERT_TRUE(entry.screen.make) << "an item that nobody sees";
             Window().OpenScreen(entry.key);
             Screen* screen = Window().FindScreen(entry.key);
             ASSERT_TRUE(screen);
             check(entry, *screen);
-            ++seen;
+            seen += entry.groupKey == u"Tools" ? 0 : 1;
         }
-        EXPECT_GT(seen, 0);
+        EXPECT_EQ(seen, 71);
     }
 
     QAbstractButton* ButtonOf(Screen& screen, const char* name) {
