@@ -1,5 +1,6 @@
 #include "cataloging/DuplicateRows.h"
 
+#include "cataloging/MarkField.h"
 #include "framework/FormDialog.h"
 #include "framework/forms/CheckedText.h"
 #include "wire/DuplicateDetection.h"
@@ -10,29 +11,9 @@ namespace duplicates = wire::duplicates;
 
 namespace {
 
-QString MarkProblem() {
-    return Form::tr("Enter one digit or lower-case letter, _ for a blank, or * for any.");
-}
-
 struct QualityForm : RowForm {
-    CheckedText txtRecordType{*this,
-                              {.name = "txtRecordType",
-                               .tag = "DRT",
-                               .caption = tr("Record Type Leader/06:"),
-                               .maxLength = 1,
-                               .required = true,
-                               .initial = duplicates::Any},
-                              duplicates::IsMark,
-                              MarkProblem()};
-    CheckedText txtEncodingLevel{*this,
-                                 {.name = "txtEncodingLevel",
-                                  .tag = "EN",
-                                  .caption = tr("Encoding Level Leader/17:"),
-                                  .maxLength = 1,
-                                  .required = true,
-                                  .initial = duplicates::Any},
-                                 duplicates::IsMark,
-                                 MarkProblem()};
+    MarkField txtRecordType{*this, "txtRecordType", "DRT", tr("Record Type Leader/06:")};
+    MarkField txtEncodingLevel{*this, "txtEncodingLevel", "EN", tr("Encoding Level Leader/17:")};
     TextField txtOriginalAgency{*this,
                                 {.name = "txtOriginalAgency",
                                  .tag = "NU",
@@ -71,24 +52,8 @@ struct MergeForm : RowForm {
                           .initial = "000"},
                          duplicates::IsField,
                          tr("A field is three digits.")};
-    CheckedText txtInd1{*this,
-                        {.name = "txtInd1",
-                         .tag = "MI1",
-                         .caption = tr("Ind1:"),
-                         .maxLength = 1,
-                         .required = true,
-                         .initial = duplicates::Any},
-                        duplicates::IsMark,
-                        MarkProblem()};
-    CheckedText txtInd2{*this,
-                        {.name = "txtInd2",
-                         .tag = "MI2",
-                         .caption = tr("Ind2:"),
-                         .maxLength = 1,
-                         .required = true,
-                         .initial = duplicates::Any},
-                        duplicates::IsMark,
-                        MarkProblem()};
+    MarkField txtInd1{*this, "txtInd1", "MI1", tr("Ind1:")};
+    MarkField txtInd2{*this, "txtInd2", "MI2", tr("Ind2:")};
     TextField txtNUC{*this,
                      {.name = "txtNUC",
                       .tag = "MN",

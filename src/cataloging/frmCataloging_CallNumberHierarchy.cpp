@@ -1,6 +1,7 @@
 #include "cataloging/frmCataloging_CallNumberHierarchy.h"
 
 #include "cataloging/CallNumberTypes.h"
+#include "cataloging/MarkField.h"
 #include "cataloging/frmCataloging_CallNumberTry.h"
 #include "core/Application.h"
 #include "core/Prompter.h"
@@ -48,24 +49,8 @@ struct PlaceForm : RowForm {
         {.name = "txtField", .tag = "HF", .caption = tr("Field:"), .maxLength = 3, .required = true},
         duplicates::IsField,
         tr("A field is three digits.")};
-    CheckedText txtInd1{*this,
-                        {.name = "txtInd1",
-                         .tag = "HI1",
-                         .caption = tr("Ind1:"),
-                         .maxLength = 1,
-                         .required = true,
-                         .initial = duplicates::Any},
-                        duplicates::IsMark,
-                        MarkProblem()};
-    CheckedText txtInd2{*this,
-                        {.name = "txtInd2",
-                         .tag = "HI2",
-                         .caption = tr("Ind2:"),
-                         .maxLength = 1,
-                         .required = true,
-                         .initial = duplicates::Any},
-                        duplicates::IsMark,
-                        MarkProblem()};
+    MarkField txtInd1{*this, "txtInd1", "HI1", tr("Ind1:")};
+    MarkField txtInd2{*this, "txtInd2", "HI2", tr("Ind2:")};
     CheckedText txtSubfields{*this,
                              {.name = "txtSubfields",
                               .tag = "HS",
@@ -106,9 +91,6 @@ struct PlaceForm : RowForm {
     }
 
 private:
-    static QString MarkProblem() {
-        return tr("Enter one digit or lower-case letter, _ for a blank, or * for any.");
-    }
     bool IsControl() const { return txtField.Draft().startsWith("00") && txtField.Draft().size() == 3; }
 };
 

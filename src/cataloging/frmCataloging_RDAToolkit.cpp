@@ -87,22 +87,12 @@ void frmCataloging_RDAToolkit::Test() {
             channel.PutField("55", goesOn);
         return channel.SendRequest("TstRdaTk");
     };
-    qint16 result = send({});
-    if (result == status::Continues) {
-        WaitDialog dialog(
-            windowTitle(), tr("The address is being asked..."),
-            [&] {
-                result = send("Y");
-                return result != status::Continues;
-            },
-            this);
-        if (!App().prompter.RunDialog(dialog)) {
-            send("N");
-            return;
-        }
-    }
-    if (result != status::Ok) {
-        App().ReportRequestFailure(result, TestCaption, tr("Cataloging RDA Toolkit"));
+    const auto result =
+        SendAndWait(App().prompter, this, windowTitle(), tr("The address is being asked..."), send);
+    if (!result)
+        return;
+    if (*result != status::Ok) {
+        App().ReportRequestFailure(*result, TestCaption, tr("Cataloging RDA Toolkit"));
         return;
     }
     const RemoteOutcome answer{.outcome = channel.GetField("RES"),

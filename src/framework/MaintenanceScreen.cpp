@@ -289,7 +289,8 @@ void MaintenanceScreen::SendDelete(const GridRow& row) {
         PutCluster(table);
     App().channel.PutField(table.spec.getKeyTag, row.key);
     const qint16 result = App().channel.SendRequest(table.spec.deleteRequest);
-    const Box::More uses{tr("&Where Used..."), [&] { return ShowUses(table, row); }};
+    const bool isThere = result != status::NotFound;
+    const Box::More uses{isThere ? tr("&Where Used...") : QString(), [&] { return ShowUses(table, row); }};
     if (const auto words = table.spec.deleteWords.find(result); words != table.spec.deleteWords.end()) {
         App().prompter.ShowBox(
             this, {.text = words->text, .icon = Box::Icon::None, .title = words->title, .more = uses});

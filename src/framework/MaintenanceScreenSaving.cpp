@@ -133,20 +133,7 @@ std::optional<qint16> MaintenanceScreen::AskToStore(Table& table) {
             App().channel.PutField("55", goesOn);
         return App().channel.SendRequest(m_context.isNew ? table.spec.addRequest : table.spec.updateRequest);
     };
-    qint16 result = send({});
-    if (result != status::Continues)
-        return result;
-    WaitDialog dialog(
-        windowTitle(), tr("The other system is being asked..."),
-        [&] {
-            result = send("Y");
-            return result != status::Continues;
-        },
-        this);
-    if (App().prompter.RunDialog(dialog))
-        return result;
-    send("N");
-    return std::nullopt;
+    return SendAndWait(App().prompter, this, windowTitle(), tr("The other system is being asked..."), send);
 }
 
 // What one step of the save stored is accepted at once: saved again after a failure, the save goes on with

@@ -1,5 +1,8 @@
 #include "framework/WaitDialog.h"
 
+#include "core/Prompter.h"
+#include "wire/Status.h"
+
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QProgressBar>
@@ -34,6 +37,25 @@ WaitDialog::WaitDialog(const QString& title, const QString& text, std::function<
             m_timer.start(Pause);
     });
     m_timer.start(Pause);
+}
+
+std::optional<qint16> SendAndWait(Prompter& prompter, QWidget* parent, const QString& title,
+                                  const QString& text,
+                                  const std::function<qint16(const QString& goesOn)>& send) {
+    qint16 result = send({});
+    if (result != wire::status::Continues)
+        return result;
+    WaitDialog dialog(
+        title, text,
+        [&] {
+            result = send("Y");
+            return result != wire::status::Continues;
+        },
+        parent);
+    if (prompter.RunDialog(dialog))
+        return result;
+    send("N");
+    return std::nullopt;
 }
 
 } // namespace sysadmin

@@ -135,22 +135,12 @@ void frmSearch_DatabaseDefinition::RefreshCache() {
             channel.PutField("55", goesOn);
         return channel.SendRequest("RefreshClusterCache");
     };
-    qint16 result = send({});
-    if (result == wire::status::Continues) {
-        WaitDialog dialog(
-            tr("Remote Cluster Cache"), tr("The other library is being asked..."),
-            [&] {
-                result = send("Y");
-                return result != wire::status::Continues;
-            },
-            this);
-        if (!App().prompter.RunDialog(dialog)) {
-            send("N");
-            return;
-        }
-    }
-    if (result != wire::status::Ok) {
-        App().ReportRequestFailure(result, RefreshCaption, Current().spec.subject);
+    const auto result = SendAndWait(App().prompter, this, tr("Remote Cluster Cache"),
+                                    tr("The other library is being asked..."), send);
+    if (!result)
+        return;
+    if (*result != wire::status::Ok) {
+        App().ReportRequestFailure(*result, RefreshCaption, Current().spec.subject);
         return;
     }
     const ConnectionResult answer = ConnectionResult::Read(channel);

@@ -5,6 +5,7 @@
 #include "framework/FormDialog.h"
 #include "framework/forms/CheckedText.h"
 #include "framework/forms/Rules.h"
+#include "search/IndexItems.h"
 #include "search/IndexSentences.h"
 #include "search/KeywordFields.h"
 #include "search/WeightShares.h"
@@ -120,12 +121,7 @@ const QList<weights::WordField>& FieldWeightForm::WordFields() const {
 }
 
 void FieldWeightForm::OfferIndexes() {
-    QList<PickItem> items;
-    for (auto index = indexes.begin(); index != indexes.end(); ++index)
-        items.append({index.key(), tr("%1 (%2)").arg(index->name, index.key())});
-    std::sort(items.begin(), items.end(),
-              [](const PickItem& one, const PickItem& other) { return one.text < other.text; });
-    cboIndex.SetItems(items);
+    cboIndex.SetItems(IndexItems(indexes));
 }
 
 void FieldWeightForm::FillIn() {

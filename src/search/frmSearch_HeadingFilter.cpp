@@ -6,6 +6,7 @@
 #include "framework/forms/CheckedText.h"
 #include "framework/forms/Rules.h"
 #include "search/HeadingFilterWords.h"
+#include "search/IndexItems.h"
 #include "search/RecordTrial.h"
 #include "search/frmSearch_TryRecord.h"
 #include "wire/Status.h"
@@ -122,12 +123,7 @@ HeadingFilterForm::HeadingFilterForm()
 }
 
 void HeadingFilterForm::OfferIndexes() {
-    QList<PickItem> items;
-    for (auto index = indexes.begin(); index != indexes.end(); ++index)
-        items.append({index.key(), tr("%1 (%2)").arg(index->name, index.key())});
-    std::sort(items.begin(), items.end(),
-              [](const PickItem& one, const PickItem& other) { return one.text < other.text; });
-    cboIndex.SetItems(items);
+    cboIndex.SetItems(IndexItems(indexes));
 }
 
 QString HeadingFilterForm::Refusal(const GridRow& row, const GridRow* former) const {

@@ -28,7 +28,7 @@ public:
             for (const Column& column : table.columns)
                 if (column.type == ColumnType::Reference && column.target == m_record.table &&
                     table.content == Content::Settings)
-                    AddRows(table, column, Keeps(subject, table, column));
+                    AddRows(table, column, Keeps(table, column));
         if (subject && subject->findUses)
             if (const auto row = m_context.records.Find(m_record.table, m_record.id))
                 subject->findUses(m_context, m_record.id, *row,
@@ -39,12 +39,8 @@ public:
     }
 
 private:
-    static bool Keeps(const Subject* subject, const Table& table, const Column& column) {
-        const auto isIt = [&](const UsedBy& use) {
-            return use.table == table.name && use.column == column.name;
-        };
-        return (column.onRemoval == OnRemoval::Refuse && column.name != table.owner) ||
-               (subject && std::any_of(subject->usedBy.begin(), subject->usedBy.end(), isIt));
+    static bool Keeps(const Table& table, const Column& column) {
+        return column.keeps || (column.onRemoval == OnRemoval::Refuse && column.name != table.owner);
     }
 
     void AddRows(const Table& table, const Column& column, bool keeps) {
