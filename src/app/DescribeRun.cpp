@@ -13,6 +13,7 @@
 #include <QDialog>
 #include <QDir>
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QMdiSubWindow>
@@ -84,6 +85,11 @@ public:
     void VisitDeclaration(const FormScreen& screen) {
         if (m_visitor.declaration)
             m_visitor.declaration(screen);
+    }
+
+    void VisitNavigation(const ScreenCatalogue& catalogue) {
+        if (m_visitor.navigation)
+            m_visitor.navigation(catalogue);
     }
 
     bool ShowBox(QWidget*, const Box&) override { return false; }
@@ -170,6 +176,8 @@ QString VisitAs(const CommandLine& line, VisitingPrompter& prompter, const QStri
         line.appearance.isEmpty() ? QStringList() : QStringList{"--appearance", line.appearance};
     if (!client.Start(arguments))
         return "the main window did not open for " + operatorId;
+    if (mayEdit)
+        prompter.VisitNavigation(client.App().catalogue);
     MainWindow& window = *client.Window();
     window.resize(1280, 800);
     for (const ScreenEntry& entry : client.App().catalogue.Entries()) {
@@ -210,6 +218,32 @@ QString VisitWindows(const CommandLine& given, const WindowVisitor& visitor) {
     return VisitAs(line, prompter, "VIEWER", "sample-viewer-1", false);
 }
 
+namespace {
+
+/// The groups of the navigation with those of their items that have a screen.
+QJsonArray NavigationJson(const ScreenCatalogue& catalogue) {
+    QJsonArray groups;
+    for (const ScreenGroup& group : catalogue.Groups()) {
+        QJsonArray items;
+        for (const ScreenEntry& entry : catalogue.Entries())
+            if (entry.groupKey == group.key && entry.screen.make)
+                items.append(QJsonObject{{"caption", QString(entry.caption).replace("&&", "&")},
+                                         {"topic", QString::number(entry.screen.helpContext)}});
+        if (!items.isEmpty())
+            groups.append(QJsonObject{{"caption", group.caption}, {"items", items}});
+    }
+    return groups;
+}
+
+QString WriteFile(const QString& name, const QJsonDocument& json) {
+    QFile file(name);
+    const QByteArray text = json.toJson();
+    const bool written = file.open(QIODevice::WriteOnly) && file.write(text) == text.size();
+    return written ? QString() : name + ": " + file.errorString();
+}
+
+} // namespace
+
 QString RunDescribe(const CommandLine& line) {
     const QString& folder = line.describeDir;
     if (!QDir().mkpath(folder + "/declarations"))
@@ -220,12 +254,18 @@ QString RunDescribe(const CommandLine& line) {
             failure = problem;
     };
     const auto declare = [&](const FormScreen& screen) {
-        QFile file(folder + "/declarations/" + screen.objectName() + ".json");
-        const QByteArray text = QJsonDocument(ToJson(screen.Declaration())).toJson();
-        if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
-            failure = file.fileName() + ": " + file.errorString();
+        const QString name = folder + "/declarations/" + screen.objectName() + ".json";
+        if (const QString problem = WriteFile(name, QJsonDocument(ToJson(screen.Declaration())));
+            !problem.isEmpty())
+            failure = problem;
     };
-    const QString problem = VisitWindows(line, {describe, declare});
+    const auto navigate = [&](const ScreenCatalogue& catalogue) {
+        if (const QString problem =
+                WriteFile(folder + "/navigation.json", QJsonDocument(NavigationJson(catalogue)));
+            !problem.isEmpty())
+            failure = problem;
+    };
+    const QString problem = VisitWindows(line, {describe, declare, navigate});
     return problem.isEmpty() ? failure : problem;
 }
 

@@ -10,6 +10,7 @@ namespace sysadmin {
 
 struct CommandLine;
 class FormScreen;
+class ScreenCatalogue;
 
 /// What is done at each window and at each screen's declaration.
 struct WindowVisitor {
@@ -17,6 +18,7 @@ struct WindowVisitor {
     /// each.
     std::function<void(QWidget& window, const QString& state, int helpContext)> window;
     std::function<void(const FormScreen& screen)> declaration;
+    std::function<void(const ScreenCatalogue& catalogue)> navigation = {};
 };
 
 /// Opens every screen of the catalogue and its dialogs on the sample library (or the command line's), as an
@@ -24,7 +26,8 @@ struct WindowVisitor {
 QString VisitWindows(const CommandLine& line, const WindowVisitor& visitor);
 
 /// Writes each window in each state as NAME.STATE.png and NAME.STATE.json, and what each screen declares as
-/// declarations/NAME.json, to the folder of the command line. Answers as above.
+/// declarations/NAME.json, to the folder of the command line; navigation.json has the groups of the
+/// navigation and the help topics of their items. Answers as above.
 QString RunDescribe(const CommandLine& line);
 
 } // namespace sysadmin
