@@ -69,7 +69,7 @@ public:
         });
     }
     void Import(const Settings& settings) {
-        const Comparison done = ImportSettings(*m_library, *database, form, settings, server::Import::Do);
+        const Comparison done = ImportSettings(*m_library, *database, form, settings, server::ImportMode::Do);
         if (!done.problems.isEmpty())
             qFatal("%s", qPrintable(done.problems.first().Sentence()));
     }

@@ -96,7 +96,7 @@ int Run::CompareOrImport() {
         });
     else if (comparison.problems.isEmpty())
         comparison = ImportSettings(m_library, *m_database, m_form, files.tables,
-                                    m_options.dryRun ? Import::Try : Import::Do);
+                                    m_options.dryRun ? ImportMode::Try : ImportMode::Do);
     for (const FileProblem& problem : comparison.problems)
         m_output.complain(problem.Sentence());
     if (m_options.task == ServerOptions::Task::Compare) {

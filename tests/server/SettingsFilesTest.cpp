@@ -1,10 +1,10 @@
 #include "Engines.h"
 
 #include "server/files/Apply.h"
-#include "server/files/Csv.h"
 #include "server/files/TableFile.h"
 #include "server/store/Schema.h"
 #include "support/TestServer.h"
+#include "wire/Csv.h"
 
 #include <QFile>
 
@@ -14,15 +14,16 @@ namespace {
 using namespace server;
 
 TEST(CsvTest, FieldsAndLines) {
-    const QList<CsvRecord> records = ParseCsv("a,\"b, \"\"c\"\"\",\r\n,\"two\r\nlines\"\nx\ry,\n");
+    const QList<wire::CsvRecord> records =
+        wire::ParseCsv("a,\"b, \"\"c\"\"\",\r\n,\"two\r\nlines\"\nx\ry,\n");
     ASSERT_EQ(records.size(), 3);
     EXPECT_EQ(records[0].fields, (QStringList{"a", "b, \"c\"", ""}));
     EXPECT_EQ(records[1].fields, (QStringList{"", "two\r\nlines"}));
     EXPECT_EQ(records[2].fields, (QStringList{"x\ry", ""}));
     EXPECT_EQ(records[2].line, 4);
-    EXPECT_TRUE(ParseCsv("").isEmpty());
-    for (const CsvRecord& record : records)
-        EXPECT_EQ(ParseCsv(CsvLine(record.fields) + "\r\n").first().fields, record.fields);
+    EXPECT_TRUE(wire::ParseCsv("").isEmpty());
+    for (const wire::CsvRecord& record : records)
+        EXPECT_EQ(wire::ParseCsv(wire::CsvLine(record.fields) + "\r\n").first().fields, record.fields);
 }
 
 /// The settings as files, on each engine.

@@ -1,11 +1,11 @@
 #include "Engines.h"
 
-#include "server/files/Csv.h"
 #include "server/files/DifferenceText.h"
 #include "server/files/Import.h"
 #include "server/files/LibrarySettings.h"
 #include "server/files/TableFile.h"
 #include "support/TestServer.h"
+#include "wire/Csv.h"
 
 #include <QFile>
 #include <QProcess>
@@ -41,7 +41,7 @@ protected:
     Rows& Edit(const QString& table) {
         if (!m_edited.contains(table)) {
             m_edited.insert(table, {});
-            for (const CsvRecord& record : ParseCsv(QString::fromUtf8(m_original.value(table))))
+            for (const wire::CsvRecord& record : wire::ParseCsv(QString::fromUtf8(m_original.value(table))))
                 m_edited[table] << record.fields;
         }
         return m_edited[table];
@@ -52,12 +52,12 @@ protected:
         for (auto rows = m_edited.begin(); rows != m_edited.end(); ++rows) {
             QString text;
             for (const QStringList& row : *rows)
-                text += CsvLine(row) + "\r\n";
+                text += wire::CsvLine(row) + "\r\n";
             files.insert(rows.key(), text.toUtf8());
         }
         return files;
     }
-    Comparison Take(const QMap<QString, QByteArray>& files, Import mode = Import::Do) {
+    Comparison Take(const QMap<QString, QByteArray>& files, ImportMode mode = ImportMode::Do) {
         Settings settings;
         Comparison result;
         for (const QString& table : m_form->GetTables().keys())
@@ -218,7 +218,7 @@ TEST_P(SettingsImportTest, EachCaseDoesWhatItSays) {
         }
         const QMap<QString, QByteArray> files = Edited();
         const int before = Entries();
-        const Comparison tried = Take(files, Import::Try);
+        const Comparison tried = Take(files, ImportMode::Try);
         EXPECT_EQ(Entries(), before);
         const Comparison done = Take(files);
         EXPECT_EQ(Told(done.problems), Told(tried.problems));
@@ -319,7 +319,8 @@ TEST_P(SettingsImportTest, ARemovedRecordGoesUnlessSomethingKeepsIt) {
     for (const QString& table : m_form->Order())
         whole.insert(table, ReadTableFile(*m_form, table, m_original[table], problems));
     const auto import = [&](const Settings& settings) {
-        return ImportSettings(m_server->GetLibrary(), m_server->GetDatabase(), *m_form, settings, Import::Do);
+        return ImportSettings(m_server->GetLibrary(), m_server->GetDatabase(), *m_form, settings,
+                              ImportMode::Do);
     };
     for (const QString& table : m_form->Order()) {
         if (whole[table].records.isEmpty() || !IsTried(table) || random.bounded(3) > 0)

@@ -128,8 +128,8 @@ void Teller::Request(QStringList words) {
     for (wire::Field& field : fields)
         field.value = ValueOf(field.value, client);
     auto reply = outside ? client.Ask(name, fields) : client.Send(name, fields);
-    // A save that waits for another system.
-    static const QRegularExpression save("^(Add|Upd)");
+    // What the server does beside the requests.
+    static const QRegularExpression save("^(Add|Upd|Exp|Cmp|Try)");
     while (reply && reply->status == wire::status::Continues && name.contains(save) && how.value(0) != u"55")
         reply = client.Send(name, fields + wire::Fields{{"55", "Y"}});
     if (!reply)

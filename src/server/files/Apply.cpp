@@ -127,6 +127,8 @@ void Applier::CheckCells() {
                 needed << column;
         for (const Difference* difference : *changed) {
             QList<const Column*> missing = needed;
+            if (difference->kind == Kind::Removed)
+                continue;
             for (const ChangedCell& cell : difference->cells) {
                 missing.removeOne(cell.column);
                 if (const QString wrong = WrongWith(*cell.column, cell.after); !wrong.isEmpty())

@@ -38,7 +38,7 @@ void FindShared(FileForm& form, const SettingsTable& before, const SettingsTable
         });
         if (set == name || !isInFile || columns.contains(before.columns.size()))
             continue;
-        QHash<QString, int> lines;
+        QHash<QString, const SettingsRecord*> holders;
         for (const SettingsRecord& record : after.records) {
             const SettingsRecord* was = wasThere.value(record.key);
             QStringList values;
@@ -55,17 +55,21 @@ void FindShared(FileForm& form, const SettingsTable& before, const SettingsTable
             const QString shared = values.join(QChar(2));
             if (isEmpty)
                 continue;
-            if (const int line = lines.value(shared)) {
+            if (const SettingsRecord* other = holders.value(shared)) {
                 QStringList headings;
                 for (const qsizetype column : columns)
                     headings << FileHeading(*before.columns[column]);
-                comparison.problems.append({after.name, record.line,
-                                            QString("The record on line %1 has the same %2.")
-                                                .arg(line)
-                                                .arg(headings.join(" and "))});
+                const bool isOtherTold = record.line == 0; // records that stay as they are have no line
+                const SettingsRecord& first = isOtherTold ? record : *other;
+                comparison.problems.append(
+                    {after.name, isOtherTold ? other->line : record.line,
+                     QString("%1 has the same %2.")
+                         .arg(first.line > 0 ? QString("The record on line %1").arg(first.line)
+                                             : '"' + form.NameOf(after, first) + '"',
+                              headings.join(" and "))});
                 continue;
             }
-            lines.insert(shared, record.line);
+            holders.insert(shared, &record);
         }
     }
 }
@@ -111,13 +115,17 @@ void CompareTable(FileForm& form, const SettingsTable& before, const SettingsTab
         comparison.differences << std::move(difference);
     }
     for (const SettingsRecord& record : before.records)
-        if (!stays.contains(record.key))
-            comparison.differences.append({.kind = Difference::Kind::Removed,
-                                           .table = before.name,
-                                           .name = form.NameOf(before, record),
-                                           .key = record.key,
-                                           .line = 0,
-                                           .id = record.id});
+        if (!stays.contains(record.key)) {
+            Difference difference{.kind = Difference::Kind::Removed,
+                                  .table = before.name,
+                                  .name = form.NameOf(before, record),
+                                  .key = record.key,
+                                  .line = 0,
+                                  .id = record.id};
+            for (const qsizetype place : places)
+                difference.cells.append({before.columns[place], record.cells[place], {}});
+            comparison.differences << std::move(difference);
+        }
     if (comparison.differences.size() > first)
         FindShared(form, before, after, wasThere, comparison);
 }

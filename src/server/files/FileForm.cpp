@@ -1,6 +1,6 @@
 #include "server/files/FileForm.h"
 
-#include "server/files/Csv.h"
+#include "wire/Csv.h"
 
 #include <QSet>
 
@@ -116,7 +116,7 @@ QString FileForm::KeyOf(const QString& name, const QString& cell) {
     const auto table = m_tables.constFind(name);
     QString key = Fold(cell);
     if (!cell.isEmpty() && table != m_tables.constEnd() && !IsOneText(*table)) {
-        const QList<CsvRecord> records = ParseCsv(cell);
+        const QList<wire::CsvRecord> records = wire::ParseCsv(cell);
         QStringList parts = records.isEmpty() ? QStringList() : records.first().fields;
         const QStringList columns = NaturalKey(*table).value_or(QStringList());
         // Places stand without leading zeros.

@@ -1,7 +1,7 @@
 #include "server/files/LibrarySettings.h"
 
-#include "server/files/Csv.h"
 #include "server/store/Database.h"
+#include "wire/Csv.h"
 
 #include <algorithm>
 #include <numeric>
@@ -66,7 +66,7 @@ public:
             name.key += keyparts::Separator + keyparts::OfPlace(place);
             sorted << keyparts::OfPlace(place);
         }
-        name.cell = shown.size() == 1 ? shown.first() : CsvLine(shown);
+        name.cell = shown.size() == 1 ? shown.first() : wire::CsvLine(shown);
         name.sorted = sorted.join(BetweenSorted);
         return name;
     }

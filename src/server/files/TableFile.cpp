@@ -1,6 +1,6 @@
 #include "server/files/TableFile.h"
 
-#include "server/files/Csv.h"
+#include "wire/Csv.h"
 
 #include <QStringDecoder>
 
@@ -14,10 +14,10 @@ QByteArray WriteTableFile(const SettingsTable& settings) {
     for (const Column* column : settings.columns)
         headings << FileHeading(*column);
     QString text;
-    AppendCsvLine(text, headings);
+    wire::AppendCsvLine(text, headings);
     text += "\r\n";
     for (const SettingsRecord& record : settings.records) {
-        AppendCsvLine(text, record.cells);
+        wire::AppendCsvLine(text, record.cells);
         text += "\r\n";
     }
     return text.toUtf8();
@@ -26,7 +26,7 @@ QByteArray WriteTableFile(const SettingsTable& settings) {
 namespace {
 
 /// The columns that the headings name.
-QList<const Column*> ReadHeadings(const Table& table, const CsvRecord& headings,
+QList<const Column*> ReadHeadings(const Table& table, const wire::CsvRecord& headings,
                                   const std::function<void(int, const QString&)>& wrong) {
     QList<const Column*> columns;
     const QList<const Column*> known = FileColumns(table);
@@ -61,7 +61,7 @@ SettingsTable ReadTableFile(FileForm& form, const QString& name, const QByteArra
         return settings;
     }
     int openLine = 0;
-    const QList<CsvRecord> records = ParseCsv(text, &openLine);
+    const QList<wire::CsvRecord> records = wire::ParseCsv(text, &openLine);
     if (openLine > 0) {
         wrong(openLine, "A quotation mark is opened and not closed.");
         return settings;

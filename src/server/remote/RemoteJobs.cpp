@@ -10,6 +10,7 @@ namespace {
 constexpr int Threads = 8;
 constexpr size_t MostJobs = 200;
 constexpr int MostOfAccount = 40;
+constexpr int MostShares = 4;
 /// How much longer than its time limit a job may take until it is given up: the system looks names up.
 constexpr std::chrono::milliseconds Slack{2000};
 /// A job after whose result nobody asks is forgotten.
@@ -36,14 +37,35 @@ RemoteJobs::~RemoteJobs() {
     m_pool.reset();
 }
 
-void RemoteJobs::Start(const QString& key, const QString& account, std::chrono::seconds timeLimit,
-                       Work work) {
-    std::unique_lock lock(m_mutex);
+/// Ends the jobs after which nobody asks any more.
+void RemoteJobs::Forget() {
     for (auto job = m_jobs.begin(); job != m_jobs.end();) {
-        const bool gone = job->first == key || job->second->forget.hasExpired();
+        const bool gone = job->second->forget.hasExpired();
         if (gone)
             job->second->cancelled = true;
         job = gone ? m_jobs.erase(job) : std::next(job);
+    }
+}
+
+std::shared_ptr<void> RemoteJobs::LendMemory() {
+    {
+        const std::lock_guard lock(m_mutex);
+        Forget();
+    }
+    if (m_lent->fetch_add(1) >= MostShares) {
+        m_lent->fetch_sub(1);
+        return nullptr;
+    }
+    return {m_lent.get(), [lent = m_lent](void*) { lent->fetch_sub(1); }};
+}
+
+void RemoteJobs::Start(const QString& key, const QString& account, std::chrono::seconds timeLimit,
+                       Work work) {
+    std::unique_lock lock(m_mutex);
+    Forget();
+    if (const auto former = m_jobs.find(key); former != m_jobs.end()) {
+        former->second->cancelled = true;
+        m_jobs.erase(former);
     }
     const auto job = std::make_shared<Job>();
     job->account = account;

@@ -36,12 +36,18 @@ public:
                                        const std::function<Work()>& makeWork);
     /// Ends a job; nobody wants its result.
     void Cancel(const QString& key);
+    /// A share of the memory that jobs may hold between them, for one that holds much; none while all are
+    /// lent. It is given back with the last copy.
+    std::shared_ptr<void> LendMemory();
 
 private:
     struct Job;
 
+    void Forget();
+
     std::mutex m_mutex;
     std::map<QString, std::shared_ptr<Job>> m_jobs;
+    std::shared_ptr<std::atomic_int> m_lent = std::make_shared<std::atomic_int>(0);
     std::unique_ptr<WorkerPool> m_pool; // made for the first job
 };
 

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <atomic>
+#include <memory>
 
 namespace sysadmin::server {
 
@@ -48,6 +49,8 @@ struct RemoteCluster {
     QList<RemotePatronGroup> groups;
 };
 
+class Prepared;
+
 struct RemoteResult {
     Outcome outcome = Outcome::Connected;
     QString detail{};        ///< the other side's, or the system's, own words
@@ -59,6 +62,7 @@ struct RemoteResult {
     bool vouchedFor = false; ///< an authority vouches for that certificate
     qint64 milliseconds = 0;
     QList<RemoteCluster> clusters{};
+    std::shared_ptr<Prepared> brought{}; ///< whatever else a job found
 };
 
 /// How long one goes on: until a deadline, or until somebody says that it is enough.

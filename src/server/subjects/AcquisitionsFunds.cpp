@@ -1,4 +1,5 @@
 #include "server/subjects/Registrations.h"
+#include "server/subjects/StoredRules.h"
 
 #include <QDate>
 
@@ -76,11 +77,16 @@ void AddLedgerTables(Registry& registry) {
                                    reference("fiscal_period_id", "fiscal_periods"),
                                    reference("policy_group_id", "acquisitions_policy_groups")},
                        .uniqueTexts = {{.column = "name", .within = "fiscal_period_id"}}});
-    registry.AddTable({.name = "ledger_locations",
-                       .columns = {reference("ledger_id", "ledgers", OnRemoval::RemoveToo),
-                                   reference("location_id", "locations")},
-                       .uniqueSets = {{"ledger_id", "location_id"}},
-                       .owner = "ledger_id"});
+    registry.AddTable(
+        {.name = "ledger_locations",
+         .columns = {reference("ledger_id", "ledgers", OnRemoval::RemoveToo),
+                     reference("location_id", "locations")},
+         .uniqueSets = {{"ledger_id", "location_id"}},
+         .owner = "ledger_id",
+         .storedRules = {FindsNone("SELECT k.id FROM ledger_locations k WHERE NOT EXISTS (SELECT 1 FROM "
+                                   "acquisitions_policy_locations p WHERE p.location_id=k.location_id)",
+                                   "The location belongs to no acquisitions policy group.",
+                                   {"acquisitions_policy_locations"})}});
     registry.AddTable({.name = "funds",
                        .columns = {{.name = "code"},
                                    {.name = "name"},

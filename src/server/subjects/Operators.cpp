@@ -7,10 +7,10 @@ void RegisterOperators(Registry& registry) {
         .name = "operators",
         .columns =
             {
-                {.name = "operator_id"},
-                {.name = "last_name"},
-                {.name = "first_name"},
-                {.name = "middle_initial"},
+                {.name = "operator_id", .rule = {.isSet = true, .limit = OperatorIdLength, .required = true}},
+                {.name = "last_name", .rule = {.isSet = true, .limit = OperatorNameLength}},
+                {.name = "first_name", .rule = {.isSet = true, .limit = OperatorNameLength}},
+                {.name = "middle_initial", .rule = {.isSet = true, .limit = 1}},
                 {.name = "password_hash", .secret = true},
                 {.name = "password_changed_at", .bookkeeping = true},
                 {.name = "reset_at", .bookkeeping = true}, // set by an administrator and not used yet

@@ -1,5 +1,6 @@
 #include "server/SecurityOptions.h"
 
+#include "server/store/Database.h"
 #include "server/subjects/Registrations.h"
 
 #include <QRegularExpression>
@@ -13,22 +14,68 @@ bool IsTime(const QString& value) {
     return value.isEmpty() || form.match(value).hasMatch();
 }
 
-/// The pairs of options of which one bounds the other: a change that breaks such a bound is refused. One that
-/// was broken before keeps nobody from changing something else.
+/// Two options of which one bounds the other.
+struct Bound {
+    QString one;
+    QString other;
+    bool (*isBroken)(const Row& options);
+    QString otherwise;
+};
+
+qint64 Days(const Row& options, const char* column) {
+    return options.value(column).toLongLong();
+}
+
+const QList<Bound>& Bounds() {
+    // 0 days of age: passwords never expire.
+    static const QList<Bound> bounds{
+        {"least_length", "most_length",
+         [](const Row& options) { return Days(options, "least_length") > Days(options, "most_length"); },
+         "The least length is more than the most."},
+        {"reminder_days", "most_age_days",
+         [](const Row& options) {
+             const qint64 most = Days(options, "most_age_days");
+             return most > 0 && Days(options, "reminder_days") > most;
+         },
+         "The reminder comes before the password is given."},
+        {"least_age", "most_age_days",
+         [](const Row& options) {
+             constexpr qint64 SecondsInDay = 86400;
+             const qint64 most = Days(options, "most_age_days");
+             return most > 0 && SecondsOf(options.value("least_age").toString()) > most * SecondsInDay;
+         },
+         "The least age is more than the most."}};
+    return bounds;
+}
+
+/// A change that breaks a bound is refused. One that was broken before keeps nobody from changing something
+/// else.
 qint16 CheckBounds(Context&, const wire::Fields&, const Row& before, Row& after) {
-    constexpr qint64 SecondsInDay = 86400;
-    const auto touched = [&](const QString& one, const QString& other) {
-        return before.value(one) != after.value(one) || before.value(other) != after.value(other);
-    };
-    const auto number = [&](const QString& column) { return after.value(column).toLongLong(); };
-    const qint64 mostAge = number("most_age_days"); // 0: passwords never expire
-    const bool lengths = number("least_length") > number("most_length");
-    const bool reminder = mostAge > 0 && number("reminder_days") > mostAge;
-    const bool age = mostAge > 0 && SecondsOf(after.value("least_age").toString()) > mostAge * SecondsInDay;
-    const bool isBroken = (lengths && touched("least_length", "most_length")) ||
-                          (reminder && touched("reminder_days", "most_age_days")) ||
-                          (age && touched("least_age", "most_age_days"));
-    return isBroken ? status::ColumnError : status::Ok;
+    for (const Bound& bound : Bounds())
+        if (bound.isBroken(after) && (before.value(bound.one) != after.value(bound.one) ||
+                                      before.value(bound.other) != after.value(bound.other)))
+            return status::ColumnError;
+    return status::Ok;
+}
+
+/// The same for an import.
+QList<StoredRule> StoredBounds() {
+    QList<StoredRule> rules;
+    for (const Bound& bound : Bounds())
+        rules.append(
+            {{},
+             [&bound](Database& database) {
+                 QList<qint64> ids;
+                 database.Each(
+                     "SELECT id, " + bound.one + ", " + bound.other + " FROM security_options", {},
+                     [&](const ResultRow& row) {
+                         if (bound.isBroken({{bound.one, row.value(1)}, {bound.other, row.value(2)}}))
+                             ids << row.value(0).toLongLong();
+                     });
+                 return ids;
+             },
+             bound.otherwise});
+    return rules;
 }
 
 SubjectField Number(const QString& tag, const QString& column, qint64 most, const QString& fallback) {
@@ -76,6 +123,7 @@ void RegisterSecurityOptions(Registry& registry) {
         .single = true,
         .checkPut = CheckBounds,
     });
+    registry.AddTable({.name = "security_options", .storedRules = StoredBounds()});
     registry.AddTable({.name = "invalid_sign_ons",
                        .columns = {{.name = "typed_id"},
                                    {.name = "operator_name"},

@@ -3,7 +3,7 @@
 #include <QList>
 #include <QStringList>
 
-namespace sysadmin::server {
+namespace sysadmin::wire {
 
 /// A record of comma-separated text, and the line on which it begins (from 1).
 struct CsvRecord {
@@ -19,4 +19,4 @@ QList<CsvRecord> ParseCsv(const QString& text, int* openLine = nullptr);
 QString CsvLine(const QStringList& fields);
 void AppendCsvLine(QString& text, const QStringList& fields);
 
-} // namespace sysadmin::server
+} // namespace sysadmin::wire

@@ -1,8 +1,8 @@
-#include "server/files/Csv.h"
+#include "wire/Csv.h"
 
 #include <algorithm>
 
-namespace sysadmin::server {
+namespace sysadmin::wire {
 
 QList<CsvRecord> ParseCsv(const QString& text, int* openLine) {
     QList<CsvRecord> records;
@@ -84,4 +84,4 @@ QString CsvLine(const QStringList& fields) {
     return line;
 }
 
-} // namespace sysadmin::server
+} // namespace sysadmin::wire

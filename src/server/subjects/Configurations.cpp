@@ -1,0 +1,438 @@
+#include "server/Library.h"
+#include "server/files/Copy.h"
+#include "server/files/DifferenceText.h"
+#include "server/files/Import.h"
+#include "server/files/LibrarySettings.h"
+#include "server/files/TableFile.h"
+#include "server/remote/RemoteJobs.h"
+#include "server/store/Database.h"
+#include "server/subjects/Registrations.h"
+
+#include <QCryptographicHash>
+
+namespace sysadmin::server {
+
+namespace {
+
+constexpr std::chrono::seconds Longest{300};
+
+/// Where people meet the records of a table.
+class TablePlaces {
+public:
+    explicit TablePlaces(const Registry& registry)
+        : m_registry(registry) {}
+
+    /// The table of the records of which those of this one are parts; the table itself where they are none.
+    QString WholeOf(QString table) const {
+        for (;;) {
+            const Table& declared = m_registry.GetTables().find(table).value();
+            if (!declared.partOf.isEmpty())
+                table = declared.partOf;
+            else if (const Column* owner = declared.Find(declared.owner))
+                table = owner->target;
+            else
+                return table;
+        }
+    }
+
+    /// The word of the requests about the records; empty for what other programs maintain.
+    QString WordOf(const QString& table) const {
+        const RequestRule* rule = m_registry.ReadRuleOf(WholeOf(table));
+        return rule ? rule->Word() : QString();
+    }
+
+    Area AreaOf(const QString& table) const {
+        const QString whole = WholeOf(table);
+        const Subject* subject = m_registry.SubjectOf(whole);
+        const RequestRule* rule = m_registry.ReadRuleOf(whole);
+        const Area area = subject ? subject->area : rule ? rule->area : Area::AnyOperator;
+        return area == Area::AnyOperator ? Area::System : area;
+    }
+
+    /// The tag under which requests carry the column; empty where that is another one each time.
+    QString TagOf(const QString& table, const QString& column) const {
+        const Subject* subject = m_registry.SubjectOf(WholeOf(table));
+        if (!subject)
+            return {};
+        return subject->table == table ? TagAmong(subject->fields, column)
+                                       : TagInRows(subject->children, table, column);
+    }
+
+private:
+    static QString TagAmong(const QList<SubjectField>& fields, const QString& column) {
+        for (const SubjectField& field : fields)
+            if (field.column == column && field.kind != SubjectField::Kind::Joined)
+                return field.tag;
+        return {};
+    }
+
+    static QString TagInRows(const QList<Children>& all, const QString& table, const QString& column) {
+        for (const Children& rows : all) {
+            const QString tag =
+                rows.table == table ? TagAmong(rows.fields, column) : TagInRows(rows.children, table, column);
+            if (!tag.isEmpty())
+                return tag;
+        }
+        return {};
+    }
+
+    const Registry& m_registry;
+};
+
+/// What a job works on and what it found.
+struct Work : Prepared {
+    Work(const Library& opened, const Rights& held, std::shared_ptr<void> memory)
+        : library(opened)
+        , form(opened.GetRegistry().GetTables())
+        , places(opened.GetRegistry())
+        , rights(held)
+        , share(std::move(memory)) {}
+
+    const Library& library;
+    FileForm form;
+    TablePlaces places;
+    Rights rights;
+    std::shared_ptr<void> share; ///< of the memory that jobs may hold
+    Settings settings = {};
+    CopyPlan plan = {};
+    QList<FileProblem> fileProblems = {}; ///< with them nothing is compared
+    QStringList leftOut = {};             ///< files that hold no settings
+    QSet<QString> notSeen = {};           ///< tables that the operator may not view
+    QMap<QString, QString> files = {};    ///< what is exported
+    QList<RecordKey> chosen = {};
+
+    void ReadFiles(const wire::Fields& request);
+    Settings Present(LibrarySettings& present);
+    void AddRightProblems();
+};
+
+void Work::ReadFiles(const wire::Fields& request) {
+    QMap<QString, QString> sent;
+    QString name;
+    for (const wire::Field& field : request)
+        if (field.tag == u"F")
+            name = field.value;
+        else if (field.tag == u"X")
+            sent[name] += field.value;
+        else if (field.tag == u"CT")
+            chosen.append({field.value, {}});
+        else if (field.tag == u"CK" && !chosen.isEmpty())
+            chosen.last().key = field.value;
+    for (auto file = sent.begin(); file != sent.end(); ++file) {
+        const auto table = form.GetTables().constFind(file.key());
+        if (table == form.GetTables().constEnd())
+            fileProblems.append({file.key(), 0, "No settings are called so."});
+        else if (table->content != Content::Settings)
+            leftOut << file.key();
+        else if (!rights.MayView(places.AreaOf(file.key())))
+            notSeen.insert(file.key());
+        else
+            settings.insert(file.key(), ReadTableFile(form, file.key(), file->toUtf8(), fileProblems));
+        file->clear();
+    }
+}
+
+Settings Work::Present(LibrarySettings& present) {
+    Settings before;
+    for (auto table = settings.constBegin(); table != settings.constEnd(); ++table)
+        before.insert(table.key(), present.Read(table.key()));
+    return before;
+}
+
+void Work::AddRightProblems() {
+    for (const Difference& difference : plan.comparison.differences)
+        if (!rights.MayEdit(places.AreaOf(difference.table)))
+            plan.comparison.problems.append(
+                {difference.table, difference.line,
+                 '"' + difference.name + "\": you have no right to change these settings."});
+}
+
+/// Tells whether two plans do the same.
+QString DigestOf(const Comparison& comparison) {
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    const auto add = [&](const QString& text) {
+        hash.addData(QByteArray::number(text.size()) + ' ' + text.toUtf8());
+    };
+    for (const Difference& difference : comparison.differences) {
+        hash.addData(QByteArray::number(int(difference.kind)));
+        add(difference.table);
+        add(difference.key);
+        for (const ChangedCell& cell : difference.cells) {
+            add(cell.column->name);
+            add(cell.before);
+            add(cell.after);
+        }
+    }
+    return QString::fromLatin1(hash.result().toHex());
+}
+
+// What a request prepares.
+
+struct Reached : Prepared {
+    std::optional<RemoteResult> result; ///< none while the job goes on
+};
+
+using DoWork = std::function<void(Work&, Database&, const Patience&)>;
+
+std::shared_ptr<Prepared> Follow(Database& database, const Library& library, const Requester& requester,
+                                 const wire::Fields& request, const QString& what, const DoWork& doWork) {
+    const QString key = QStringList{QString::number(requester.session), "settings", what}.join('\n');
+    const QString goesOn = wire::FirstValue(request, "55");
+    auto reached = std::make_shared<Reached>();
+    if (goesOn.isEmpty())
+        library.Jobs().Cancel(key);
+    std::shared_ptr<void> share = goesOn.isEmpty() ? library.Jobs().LendMemory() : nullptr;
+    if (goesOn.isEmpty() && !share) {
+        reached->result = RemoteResult{.outcome = Outcome::Busy};
+        return reached;
+    }
+    reached->result = library.Jobs().Follow(key, requester.id, Longest, goesOn, [&] {
+        const auto work =
+            std::make_shared<Work>(library, Rights::Of(database, requester.row), std::move(share));
+        return [work, request, doWork](const Patience& patience) {
+            RemoteResult result{.outcome = Outcome::Connected};
+            try {
+                work->ReadFiles(request);
+                const auto own = work->library.Connect();
+                doWork(*work, *own, patience);
+                result.brought = work;
+            } catch (const StoreError& error) {
+                result.outcome = error.GetKind() == StoreError::Kind::Busy ? Outcome::Busy : Outcome::Closed;
+            }
+            if (patience.IsOver())
+                result.outcome = patience.Reason();
+            return result;
+        };
+    });
+    return reached;
+}
+
+/// Answers by what the job found; while it goes on, or when it failed, with the status for that.
+Answer AnswerBy(Context& context, const std::function<void(const Work&, ReplyFields&)>& put) {
+    const auto* reached = dynamic_cast<const Reached*>(context.prepared);
+    if (!reached)
+        return {status::NotFound};
+    if (!reached->result)
+        return {status::Continues};
+    const auto* work = dynamic_cast<const Work*>(reached->result->brought.get());
+    switch (reached->result->outcome) {
+    case Outcome::Connected:
+        break;
+    case Outcome::Busy:
+        return {status::CommunicationsFailure};
+    case Outcome::Cancelled:
+        return {};
+    default:
+        return {status::TableError};
+    }
+    Answer answer;
+    if (work)
+        put(*work, answer.fields);
+    return answer;
+}
+
+// Replies.
+
+constexpr qsizetype MostCharacters = 256 * 1024; // of a field: at most 768 KiB on the wire
+constexpr qsizetype MostCells = 100'000;         // of records that are added or removed
+
+void PutTable(const Work& work, const QString& name, ReplyFields& reply) {
+    const QString whole = work.places.WholeOf(name);
+    Put(reply, "T", name);
+    Put(reply, "W", work.places.WordOf(name));
+    Put(reply, "O", whole == name ? QString() : whole);
+    for (const Column* column : FileColumns(work.form.Named(name))) {
+        Put(reply, "CC", FileHeading(*column));
+        Put(reply, "CG", work.places.TagOf(name, column->name));
+        Put(reply, "CF", column->type == ColumnType::Flag ? "Y" : "N");
+    }
+}
+
+QString LetterOf(Difference::Kind kind) {
+    return kind == Difference::Kind::Added ? "A" : kind == Difference::Kind::Changed ? "C" : "R";
+}
+
+/// The name of the record of which this one is a part: what its first cell names, or itself.
+QString OwnerName(const Work& work, const Difference& difference) {
+    return work.places.WholeOf(difference.table) == difference.table ? difference.name
+                                                                     : difference.name.section(" / ", 0, 0);
+}
+
+void PutDifferences(const Work& work, const Comparison& comparison, ReplyFields& reply) {
+    QString table;
+    qsizetype cells = 0;
+    for (const Difference& difference : comparison.differences) {
+        if (difference.table != table)
+            PutTable(work, difference.table, reply);
+        table = difference.table;
+        Put(reply, "D", LetterOf(difference.kind));
+        Put(reply, "K", difference.key);
+        Put(reply, "N", difference.name);
+        Put(reply, "U", OwnerName(work, difference));
+        Put(reply, "L", QString::number(difference.line));
+        if (const QString because = work.plan.because.value({difference.table, difference.key});
+            !because.isEmpty())
+            Put(reply, "Y", because);
+        if (difference.kind != Difference::Kind::Changed && cells + difference.cells.size() > MostCells)
+            continue;
+        for (const ChangedCell& cell : difference.cells) {
+            if (cell.before == cell.after) // of one that is added or removed: it says nothing
+                continue;
+            ++cells;
+            Put(reply, "C", FileHeading(*cell.column));
+            Put(reply, "B", cell.before);
+            Put(reply, "A", cell.after);
+        }
+    }
+}
+
+void PutProblems(const QList<FileProblem>& problems, ReplyFields& reply) {
+    for (const FileProblem& problem : problems) {
+        Put(reply, "PT", problem.table);
+        Put(reply, "PL", QString::number(problem.line));
+        Put(reply, "PX", problem.text);
+    }
+}
+
+void PutNotices(const Work& work, ReplyFields& reply) {
+    for (const QString& file : work.leftOut)
+        Put(reply, "LO", file);
+    if (!work.notSeen.isEmpty())
+        Put(reply, "NV", QString::number(work.notSeen.size()));
+}
+
+// The requests.
+
+std::shared_ptr<Prepared> PrepareExport(Database& database, const Library& library,
+                                        const Requester& requester, const wire::Fields& request) {
+    return Follow(database, library, requester, request, "export",
+                  [](Work& work, Database& own, const Patience& patience) {
+                      RunInTransaction(own, Transaction::Mode::Read, [&] {
+                          LibrarySettings present(own, work.form);
+                          for (const QString& table : work.form.Order()) {
+                              if (patience.IsOver())
+                                  break;
+                              if (work.rights.MayView(work.places.AreaOf(table)))
+                                  work.files.insert(table,
+                                                    QString::fromUtf8(WriteTableFile(present.Read(table))));
+                              else
+                                  work.notSeen.insert(table);
+                          }
+                          return false;
+                      });
+                  });
+}
+
+Answer Export(Context& context, const wire::Fields&) {
+    return AnswerBy(context, [](const Work& work, ReplyFields& reply) {
+        for (auto file = work.files.begin(); file != work.files.end(); ++file) {
+            Put(reply, "F", file.key());
+            for (qsizetype at = 0; at < file->size();) {
+                qsizetype size = qMin(MostCharacters, file->size() - at);
+                if (at + size < file->size() && file->at(at + size).isLowSurrogate())
+                    --size; // a pair stays together
+                Put(reply, "X", file->mid(at, size));
+                at += size;
+            }
+        }
+        PutNotices(work, reply);
+    });
+}
+
+std::shared_ptr<Prepared> PrepareCompare(Database& database, const Library& library,
+                                         const Requester& requester, const wire::Fields& request) {
+    return Follow(database, library, requester, request, "compare",
+                  [](Work& work, Database& own, const Patience& patience) {
+                      if (!work.fileProblems.isEmpty())
+                          return;
+                      RunInTransaction(own, Transaction::Mode::Read, [&] {
+                          LibrarySettings present(own, work.form);
+                          for (const QString& table : work.form.Order())
+                              if (const auto after = work.settings.constFind(table);
+                                  after != work.settings.constEnd() && !patience.IsOver())
+                                  CompareTable(work.form, present.Read(table), *after, work.plan.comparison);
+                          return false;
+                      });
+                  });
+}
+
+Answer Compare(Context& context, const wire::Fields&) {
+    return AnswerBy(context, [](const Work& work, ReplyFields& reply) {
+        PutDifferences(work, work.plan.comparison, reply);
+        PutProblems(work.fileProblems + work.plan.comparison.problems, reply);
+        PutNotices(work, reply);
+    });
+}
+
+std::shared_ptr<Prepared> PrepareTry(Database& database, const Library& library, const Requester& requester,
+                                     const wire::Fields& request) {
+    return Follow(database, library, requester, request, "try",
+                  [requester](Work& work, Database& own, const Patience& patience) {
+                      if (!work.fileProblems.isEmpty())
+                          return;
+                      RunInTransaction(own, Transaction::Mode::Write, [&] {
+                          LibrarySettings present(own, work.form);
+                          work.plan = PlanCopy(work.form, work.Present(present), work.settings, work.chosen);
+                          work.AddRightProblems();
+                          const QDateTime now = work.library.Now();
+                          Records records(own, work.form.GetTables(),
+                                          Author{requester.id, requester.peer, "CpyCfg", StoredTime(now)});
+                          if (!patience.IsOver())
+                              Import(records, work.form, present, {requester.id, now}, work.plan.comparison);
+                          return false; // it was a try
+                      });
+                  });
+}
+
+Answer Try(Context& context, const wire::Fields&) {
+    return AnswerBy(context, [](const Work& work, ReplyFields& reply) {
+        PutDifferences(work, work.plan.comparison, reply);
+        PutProblems(work.fileProblems + work.plan.comparison.problems, reply);
+        for (const QString& line : MissingSecrets(work.form, work.plan.comparison))
+            Put(reply, "MS", line);
+        Put(reply, "H", DigestOf(work.plan.comparison));
+    });
+}
+
+Answer Copy(Context& context, const wire::Fields& request) {
+    Work work(context.library, context.rights, nullptr);
+    work.ReadFiles(request);
+    if (!work.fileProblems.isEmpty())
+        return {status::ColumnError};
+    LibrarySettings present(context.database, work.form);
+    work.plan = PlanCopy(work.form, work.Present(present), work.settings, work.chosen);
+    Comparison& comparison = work.plan.comparison;
+    work.AddRightProblems();
+    if (!comparison.problems.isEmpty() || DigestOf(comparison) != wire::FirstValue(request, "H"))
+        return {status::RecordChanged};
+    Import(context.records, work.form, present, {context.requester.id, context.now}, comparison);
+    if (!comparison.problems.isEmpty())
+        return {status::RecordChanged};
+    QStringList tables;
+    for (const Difference& difference : comparison.differences)
+        for (const QString& table : {difference.table, work.places.WholeOf(difference.table)})
+            if (!tables.contains(table))
+                tables << table;
+    Answer answer;
+    Put(answer.fields, "Q", QString::number(comparison.differences.size()));
+    for (const QString& word : context.library.GetRegistry().WordsOf(tables))
+        Put(answer.fields, "W", word);
+    return answer;
+}
+
+} // namespace
+
+void RegisterConfigurations(Registry& registry) {
+    registry.AddRequest(
+        {.name = "ExpCfg", .area = Area::Security, .handler = Export, .prepare = PrepareExport});
+    registry.AddRequest(
+        {.name = "CmpCfg", .area = Area::Security, .handler = Compare, .prepare = PrepareCompare});
+    registry.AddRequest({.name = "TryCfg",
+                         .area = Area::Security,
+                         .access = Access::Edit,
+                         .handler = Try,
+                         .prepare = PrepareTry});
+    registry.AddChange("CpyCfg", Area::Security, Copy);
+}
+
+} // namespace sysadmin::server
