@@ -19,7 +19,7 @@ add_library(sysadmin_pch_plain OBJECT ${CMAKE_BINARY_DIR}/pch.cpp)
 target_link_libraries(sysadmin_pch_plain PUBLIC sysadmin_options Qt6::Core Qt6::Network Qt6::Sql)
 target_precompile_headers(sysadmin_pch_plain PRIVATE <QtCore> <functional> <memory> <optional> <vector>)
 add_library(sysadmin_pch_widgets OBJECT ${CMAKE_BINARY_DIR}/pch.cpp)
-target_link_libraries(sysadmin_pch_widgets PUBLIC sysadmin_options Qt6::Widgets Qt6::Network Qt6::Sql Qt6::Svg)
+target_link_libraries(sysadmin_pch_widgets PUBLIC sysadmin_options Qt6::Widgets Qt6::Network Qt6::Sql $<TARGET_NAME_IF_EXISTS:Qt6::Svg>)
 target_precompile_headers(sysadmin_pch_widgets PRIVATE <QtCore> <QtWidgets> <functional> <memory> <optional> <vector>)
 
 # sysadmin_library(NAME [WIDGETS] [LINK target...]): the library of src/NAME, a '/' in NAME a '_' in its target's.

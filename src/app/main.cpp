@@ -5,6 +5,7 @@
 #include "comm/CommandLine.h"
 #include "core/MainWindow.h"
 #include "core/Prompter.h"
+#include "core/System.h"
 #include "framework/frmVersionInfo.h"
 
 #include <QApplication>
@@ -63,9 +64,8 @@ void PrintMessage(QtMsgType type, const QMessageLogContext& context, const QStri
 } // namespace
 
 int main(int argc, char** argv) {
-    QStringList arguments;
-    for (int i = 1; i < argc; ++i)
-        arguments.append(QString::fromLocal8Bit(argv[i]));
+    JoinConsole();
+    const QStringList arguments = GivenArguments(argc, argv);
     const ParsedCommandLine parsed = ParseCommandLine(arguments);
     if (!parsed.error.isEmpty())
         return Complain(parsed.error, WrongOptions);

@@ -1,6 +1,7 @@
 #include "core/HelpWindow.h"
 
 #include "core/ScreenCatalogue.h"
+#include "core/System.h"
 #include "look/IconLoader.h"
 #include "look/Resources.h"
 
@@ -138,6 +139,8 @@ void HelpWindow::ShowTopic(int helpContext) {
 }
 
 void HelpWindow::ShowOver(QDialog& dialog, const ScreenCatalogue& catalogue, int helpContext) {
+    if (ShowCompiledHelp(helpContext))
+        return;
     auto* help = dialog.findChild<HelpWindow*>(QString(), Qt::FindDirectChildrenOnly);
     if (!help) {
         help = new HelpWindow(catalogue, &dialog);

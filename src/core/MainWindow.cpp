@@ -9,6 +9,7 @@
 #include "core/Screen.h"
 #include "core/ScreenArea.h"
 #include "core/StatusPanels.h"
+#include "core/System.h"
 #include "core/data/UserSettings.h"
 #include "look/IconLoader.h"
 
@@ -338,6 +339,8 @@ void MainWindow::ShowPlace(const QString& library, const QString& server, const 
 }
 
 void MainWindow::ShowHelp(int helpContext) {
+    if (ShowCompiledHelp(helpContext))
+        return;
     if (!frmHelp)
         frmHelp = new HelpWindow(m_application.catalogue, this);
     frmHelp->ShowTopic(helpContext);

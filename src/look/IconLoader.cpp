@@ -1,5 +1,6 @@
 #include "look/IconLoader.h"
 
+#include "look/IconPicture.h"
 #include "look/Resources.h"
 
 #include <QFile>
@@ -8,21 +9,16 @@
 #include <QPainter>
 #include <QPalette>
 #include <QPixmapCache>
-#include <QSvgRenderer>
 
 namespace sysadmin {
 
 namespace {
 
-// The two colours in which the pictures are drawn, and which the palette's replace.
-const char* const InkInFile = "#444444";
-const char* const AccentInFile = "#2f6fdb";
-
 class TintedIconEngine : public QIconEngine {
 public:
-    TintedIconEngine(const QString& name, const QByteArray& svg)
+    TintedIconEngine(const QString& name, const QByteArray& file)
         : m_name(name)
-        , m_svg(svg) {}
+        , m_file(file) {}
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override {
         const qreal ratio = painter->device()->devicePixelRatioF();
@@ -46,32 +42,28 @@ public:
         if (QPixmapCache::find(key, &picture))
             return picture;
 
-        QByteArray svg = m_svg;
-        svg.replace(InkInFile, ink.name().toLatin1()).replace(AccentInFile, accent.name().toLatin1());
-        QSvgRenderer renderer(svg);
-        renderer.setAspectRatioMode(Qt::KeepAspectRatio);
         picture = QPixmap(size);
         picture.fill(Qt::transparent);
         QPainter painter(&picture);
-        renderer.render(&painter);
+        DrawIcon(painter, m_file, size, ink, accent);
         painter.end();
         QPixmapCache::insert(key, picture);
         return picture;
     }
 
-    QIconEngine* clone() const override { return new TintedIconEngine(m_name, m_svg); }
-    bool isNull() override { return m_svg.isEmpty(); }
+    QIconEngine* clone() const override { return new TintedIconEngine(m_name, m_file); }
+    bool isNull() override { return m_file.isEmpty(); }
 
 private:
     QString m_name;
-    QByteArray m_svg;
+    QByteArray m_file;
 };
 
 } // namespace
 
 QIcon LoadIcon(const QString& name) {
     LoadResources();
-    QFile file(":/icons/" + name + ".svg");
+    QFile file(":/icons/" + name + IconFileSuffix());
     if (!file.open(QIODevice::ReadOnly)) {
         qWarning("There is no picture %s", qUtf8Printable(name));
         return {};
