@@ -4,11 +4,13 @@
 #include "app/ProgramComponents.h"
 #include "cataloging/CatalogingScreens.h"
 #include "circulation/CirculationScreens.h"
+#include "circulation/RuleFindings.h"
 #include "core/HelpWindow.h"
 #include "core/MainWindow.h"
 #include "core/Prompter.h"
 #include "core/StartUp.h"
 #include "framework/ClusterSelection.h"
+#include "framework/frmHealth.h"
 #include "look/Appearance.h"
 #include "requests/RequestsScreens.h"
 #include "search/SearchScreens.h"
@@ -34,6 +36,7 @@ void AddAllScreens(ScreenCatalogue& catalogue) {
     AddSearchScreens(catalogue);
     AddSecurityScreens(catalogue);
     AddSystemScreens(catalogue);
+    AddHealthScreen(catalogue, CirculationChecks() + CallSlipChecks() + SecurityChecks() + SearchChecks());
 }
 
 Client::Client(Prompter& prompter, const CommandLine& line, EndpointMaker makeEndpoints)

@@ -1,7 +1,6 @@
 #include "circulation/frmCirculation_RuleCheck.h"
 
 #include "circulation/LoanQuestion.h"
-#include "circulation/PolicyReader.h"
 #include "core/Application.h"
 #include "framework/ListGrid.h"
 #include "framework/RowCount.h"
@@ -14,19 +13,6 @@
 #include <QVBoxLayout>
 
 namespace sysadmin {
-
-namespace {
-
-/// What makes a finding the same one in the next check.
-QString KeyOf(const QString& cluster, const loan::Finding& finding) {
-    QStringList parts{cluster};
-    for (const qint64 id : {finding.group, qint64(finding.kind), finding.rule, finding.patronGroup,
-                            finding.itemType, finding.calendar, finding.location})
-        parts.append(QString::number(id));
-    return parts.join(' ') + ' ' + finding.text; // an entry may have two of a kind
-}
-
-} // namespace
 
 frmCirculation_RuleCheck::frmCirculation_RuleCheck(Application& application, QWidget* parent)
     : FormScreen(application, "frmCirculation_RuleCheck", tr("Check the Rules"), Area::Circulation, parent) {
@@ -82,38 +68,28 @@ void frmCirculation_RuleCheck::Check() {
     const QString selected = vsf->SelectedKey();
     m_found.clear();
     QList<GridRow> rows;
-    qsizetype groups = 0;
-    for (const auto& [id, cluster] : App().clusters) {
-        PolicyReader reader(App().channel, id);
-        if (const qint16 status = reader.ReadAll(); status != wire::status::Ok) {
-            App().ReportRequestFailure(status, "Check the Rules", windowTitle());
-            lblSummary->setText(tr("The rules could not be read."));
-            vsf->SetRows({});
-            return;
-        }
-        QHash<qint64, const loan::Group*> byId;
-        for (const loan::Group& group : reader.Policy().groups)
-            byId.insert(group.id, &group);
-        groups += byId.size();
-        for (const loan::Finding& finding : loan::CheckRules(reader.Policy(), QDate::currentDate())) {
-            const QString key = KeyOf(id, finding);
-            const loan::Group& group = *byId[finding.group];
-            m_found.insert(
-                key, {id, finding, PlaceOfRule(App(), reader, group, finding.patronGroup, finding.itemType)});
-            rows.append({key,
-                         {cluster.sClusterName, group.name, loan::FindingText(finding.kind), finding.place,
-                          finding.text},
-                         {}});
-        }
+    RuleFindings findings;
+    if (const qint16 status = ReadRuleFindings(App(), findings); status != wire::status::Ok) {
+        App().ReportRequestFailure(status, "Check the Rules", windowTitle());
+        lblSummary->setText(tr("The rules could not be read."));
+        vsf->SetRows({});
+        return;
+    }
+    for (const RuleFinding& found : findings.found) {
+        m_found.insert(found.Key(), found);
+        rows.append({found.Key(),
+                     {found.clusterName, found.group, loan::FindingText(found.finding.kind),
+                      found.finding.place, found.finding.text},
+                     {}});
     }
     vsf->ReplaceRows(rows);
     if (!vsf->SelectKey(selected) && !rows.isEmpty())
         vsf->SelectKey(vsf->Model().ShownKeys().value(0));
     lblSummary->setText(rows.isEmpty()
-                            ? tr("%1 policy groups were looked over. Nothing was found.").arg(groups)
+                            ? tr("%1 policy groups were looked over. Nothing was found.").arg(findings.groups)
                             : tr("%1 policy groups were looked over. %L2 findings: double-click one, "
                                  "or press Enter, to go to its place.")
-                                  .arg(groups)
+                                  .arg(findings.groups)
                                   .arg(rows.size()));
     RefreshButtons();
 }
@@ -123,48 +99,27 @@ void frmCirculation_RuleCheck::OnSubjectChanged(const QString& subject) {
         lblSummary->setText(tr("The settings have changed since this check. Check again (F5)."));
 }
 
-const frmCirculation_RuleCheck::Found* frmCirculation_RuleCheck::Selected() const {
+const RuleFinding* frmCirculation_RuleCheck::Selected() const {
     const auto found = m_found.constFind(vsf->SelectedKey());
     return found == m_found.constEnd() ? nullptr : &*found;
 }
 
-RecordPlace frmCirculation_RuleCheck::PlaceOf(const Found& found) const {
-    const loan::Finding& finding = found.finding;
-    if (finding.calendar != 0)
-        return {.screen = "Circ_Calendars",
-                .cluster = found.cluster,
-                .record = QString::number(finding.calendar)};
-    RecordPlace place{.screen = "Circulation_PolicyDefinitions",
-                      .cluster = found.cluster,
-                      .record = QString::number(finding.group)};
-    if (finding.location != 0) {
-        place.grid = "vsfSelectedLocations";
-        place.row = QString::number(finding.location);
-    } else if (finding.kind == loan::Finding::Kind::NoCalendar) {
-        place.grid = "vsfSelectedCalendars";
-    } else if (finding.kind == loan::Finding::Kind::NoRules) {
-        place.grid = "vsfMatrix";
-    }
-    return place;
-}
-
 void frmCirculation_RuleCheck::Open() {
-    const Found* found = Selected();
-    if (!found)
+    const RuleFinding* selected = Selected();
+    if (!selected)
         return;
-    if (found->finding.patronGroup == 0)
-        OpenPlace(App(), PlaceOf(*found));
-    else if (OpenRule(App(), this, found->rule))
+    const RuleFinding found = *selected; // what it opens may check anew
+    if (found.Open(App(), this))
         Check();
 }
 
 void frmCirculation_RuleCheck::TestLoan() {
-    if (const Found* found = Selected(); found && found->finding.patronGroup != 0)
+    if (const RuleFinding* found = Selected(); found && found->finding.patronGroup != 0)
         OpenLoanTest(App(), this, QuestionOf(found->rule.group, found->rule.entry));
 }
 
 void frmCirculation_RuleCheck::RefreshButtons() {
-    const Found* found = Selected();
+    const RuleFinding* found = Selected();
     cmdOpen->setEnabled(found);
     cmdTestLoan->setEnabled(found && found->finding.patronGroup != 0);
 }

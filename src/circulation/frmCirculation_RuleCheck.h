@@ -1,8 +1,7 @@
 #pragma once
 
-#include "circulation/RecordPlace.h"
+#include "circulation/RuleFindings.h"
 #include "framework/FormScreen.h"
-#include "loan/RuleCheck.h"
 
 class QPushButton;
 
@@ -21,21 +20,14 @@ public:
     void LoadScreen() override { Check(); }
 
 private:
-    struct Found {
-        QString cluster;
-        loan::Finding finding;
-        RulePlace rule; ///< of a finding about a pair
-    };
-
     void Check();
     void OnSubjectChanged(const QString& subject);
-    const Found* Selected() const;
-    RecordPlace PlaceOf(const Found& found) const;
+    const RuleFinding* Selected() const;
     void Open();
     void TestLoan();
     void RefreshButtons();
 
-    QHash<QString, Found> m_found; // by the key of the row
+    QHash<QString, RuleFinding> m_found; // by the key of the row
     ListGrid* vsf = nullptr;
     QLabel* lblSummary = nullptr;
     QPushButton* cmdOpen = nullptr;

@@ -157,6 +157,9 @@ void MainWindow::ShowNavigation(const Navigation& navigation) {
                             ? tr("There is no setting to show.")
                             : tr("Choose a setting at the left, or press Ctrl+K and type its name."));
     ShowRecent();
+    if (const ScreenEntry* health = m_application.catalogue.Find("Tools_Health");
+        health && health->screen.make)
+        ShowHealth(tr("Look over the settings"), {});
 }
 
 void MainWindow::BuildFunctionsMenu() {
@@ -240,6 +243,10 @@ void MainWindow::NoteRecent(const QString& key) {
     recent.prepend(key);
     m_application.prefs.Remember("RecentScreens", recent.mid(0, MostRecent));
     ShowRecent();
+}
+
+void MainWindow::ShowHealth(const QString& summary, const QStringList& lines) {
+    mdiScreens->SetHealth(summary, lines);
 }
 
 void MainWindow::ShowRecent() {

@@ -65,6 +65,9 @@ public:
 
     /// Says in the status bar what is being waited for; an empty text when nothing is.
     void ShowWaiting(const QString& text);
+    /// Shows on the empty page what a look at the settings brought: a sentence, and a line for each check
+    /// that found something.
+    void ShowHealth(const QString& summary, const QStringList& lines);
     /// Names the library that is worked on, in the title and in the status bar. `colour` ("#c03028", "red")
     /// is the library's own, by which libraries are told apart; empty: it has none.
     void ShowPlace(const QString& library, const QString& server, const QString& colour = {});

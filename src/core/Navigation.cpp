@@ -9,8 +9,41 @@ namespace sysadmin {
 namespace {
 
 const char* const WebServicesGroup = "WebServices";
+const char* const ToolsGroup = "Tools";
+
+/// A right without which nobody sees a group, or one of its items.
+struct Need {
+    const char* group;
+    const char* item; ///< null: the whole group
+    wire::Area area;
+};
+
+// Catalogue, call slips and search are reachable only with the system right; a tool needs the area at which
+// it looks.
+constexpr Need Needs[] = {
+    {"Acquisitions", nullptr, wire::Area::Acquisitions},
+    {"Cataloging", nullptr, wire::Area::Cataloging},
+    {"Circulation", nullptr, wire::Area::Circulation},
+    {"Circulation", "Circulation_PatronGroups", wire::Area::PatronGroups},
+    {"Security", nullptr, wire::Area::Security},
+    {"System", nullptr, wire::Area::System},
+    {"OPAC", nullptr, wire::Area::System},
+    {"CallSlips", nullptr, wire::Area::System},
+    {"Search", nullptr, wire::Area::System},
+    {ToolsGroup, "Tools_LoanTest", wire::Area::Circulation},
+    {ToolsGroup, "Tools_RuleCheck", wire::Area::Circulation},
+    {ToolsGroup, "Tools_WhoMay", wire::Area::Security},
+};
 
 } // namespace
+
+QList<wire::Area> AreasNeeded(const ScreenEntry& entry) {
+    QList<wire::Area> areas;
+    for (const Need& need : Needs)
+        if (entry.groupKey == need.group && (!need.item || entry.key == need.item))
+            areas.append(need.area);
+    return areas;
+}
 
 Navigation::Navigation(const ScreenCatalogue& catalogue) {
     for (const ScreenGroup& group : catalogue.Groups()) {
@@ -20,6 +53,11 @@ Navigation::Navigation(const ScreenCatalogue& catalogue) {
                 made.items.append(entry);
         m_groups.append(made);
     }
+}
+
+bool Navigation::Has(const QString& group) const {
+    return std::any_of(m_groups.begin(), m_groups.end(),
+                       [&](const NavigationGroup& candidate) { return candidate.key == group; });
 }
 
 bool Navigation::RemoveGroup(const QString& group) {
@@ -37,30 +75,22 @@ bool Navigation::RemoveItem(const QString& group, const QString& item) {
 bool Navigation::TrimToRights(const SecurityProfile& profile) {
     // A removal that fails does not stop the others; it is remembered and refuses the operator in the end.
     bool allRemoved = true;
-    const auto removeGroups = [&](const QStringList& groups) {
-        for (const QString& group : groups)
-            allRemoved &= RemoveGroup(group);
-    };
-
-    if (!profile.AcqAccess())
-        removeGroups({"Acquisitions"});
-    if (!profile.CatAccess())
-        removeGroups({"Cataloging"});
-    if (!profile.CircAccess())
-        removeGroups({"Circulation", "Tools"});
-    else if (!profile.PatronGroupAccess())
-        allRemoved &= RemoveItem("Circulation", "Circulation_PatronGroups");
-    if (!profile.SecurityAccess())
-        removeGroups({"Security"});
-    // Catalogue, call slips and search are reachable only with the system right.
-    if (!profile.SystemAccess())
-        removeGroups({"System", "OPAC", "CallSlips", "Search"});
+    for (const Need& need : Needs) {
+        if (profile.HasAccess(need.area))
+            continue;
+        if (!need.item)
+            allRemoved &= RemoveGroup(need.group);
+        else if (Has(need.group))
+            allRemoved &= RemoveItem(need.group, need.item);
+    }
     if (!profile.MainWindowFlag())
-        removeGroups({WebServicesGroup});
+        allRemoved &= RemoveGroup(WebServicesGroup);
 
     const bool anyLeft = std::any_of(m_groups.begin(), m_groups.end(), [](const NavigationGroup& group) {
-        return group.key != WebServicesGroup;
+        return group.key != WebServicesGroup && group.key != ToolsGroup;
     });
+    if (!anyLeft)
+        RemoveGroup(ToolsGroup);
     return anyLeft && allRemoved;
 }
 

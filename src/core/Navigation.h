@@ -1,10 +1,15 @@
 #pragma once
 
 #include "core/ScreenCatalogue.h"
+#include "wire/Area.h"
 
 namespace sysadmin {
 
 class SecurityProfile;
+
+/// The areas in which an operator must have a right, to change or to view, to be offered the item; none:
+/// every operator who may use the program is.
+QList<wire::Area> AreasNeeded(const ScreenEntry& entry);
 
 /// A group of the navigation bar with its items.
 struct NavigationGroup {
@@ -26,7 +31,8 @@ public:
     bool RemoveItem(const QString& group, const QString& item);
 
     /// Takes away what the profile denies. True when the operator may use the program: a group is left (the
-    /// web services, which hang on a flag and not on a right, are not counted) and no removal failed.
+    /// web services, which hang on a flag and not on a right, and the tools are not counted) and no removal
+    /// failed.
     bool TrimToRights(const SecurityProfile& profile);
 
     /// What is left of the table, including items whose screen nobody contributed.
@@ -35,6 +41,8 @@ public:
     QList<NavigationGroup> ShownGroups() const;
 
 private:
+    bool Has(const QString& group) const;
+
     QList<NavigationGroup> m_groups;
 };
 

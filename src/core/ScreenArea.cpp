@@ -3,6 +3,7 @@
 #include "core/ScreenCatalogue.h"
 #include "look/IconLoader.h"
 
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QMdiSubWindow>
 #include <QPainter>
@@ -28,6 +29,25 @@ QLabel* MakeText(const QString& name, double size, QWidget* parent) {
         font.setWeight(QFont::DemiBold);
     label->setFont(font);
     return label;
+}
+
+/// Takes away what stands in the list.
+void Empty(QVBoxLayout& lines) {
+    for (QWidget* line : lines.parentWidget()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
+        lines.removeWidget(line);
+        line->setObjectName({});
+        line->hide();
+        line->deleteLater(); // it may be the one whose click led here
+    }
+}
+
+void AddHeading(QVBoxLayout& lines, const QString& name, const QString& text) {
+    QLabel* heading = MakeText(name, 1, lines.parentWidget());
+    heading->setText(text);
+    heading->setForegroundRole(QPalette::PlaceholderText);
+    heading->setAlignment(Qt::AlignLeft);
+    heading->setContentsMargins(12, 0, 0, 4);
+    lines.addWidget(heading);
 }
 
 } // namespace
@@ -65,17 +85,28 @@ void ScreenArea::BuildWelcome() {
     title->setText(tr("Welcome"));
     lblHint = MakeText("lblHint", 1, m_welcome);
     lblHint->setForegroundRole(QPalette::PlaceholderText);
-    m_recent = new QWidget(m_welcome);
-    m_recentLines = new QVBoxLayout(m_recent);
-    m_recentLines->setContentsMargins(0, 24, 0, 0);
-    m_recentLines->setSpacing(2);
+    const auto makeList = [this](QVBoxLayout*& lines) {
+        auto* list = new QWidget(m_welcome);
+        lines = new QVBoxLayout(list);
+        lines->setContentsMargins(0, 24, 0, 0);
+        lines->setSpacing(2);
+        return list;
+    };
+    m_recent = makeList(m_recentLines);
+    QWidget* health = makeList(m_healthLines);
+    auto* lists = new QHBoxLayout;
+    lists->setSpacing(48);
+    lists->addStretch(1);
+    lists->addWidget(m_recent, 0, Qt::AlignTop);
+    lists->addWidget(health, 0, Qt::AlignTop);
+    lists->addStretch(1);
     auto* layout = new QVBoxLayout(m_welcome);
     layout->setSpacing(12);
     layout->addStretch(1);
     for (QWidget* part :
          {static_cast<QWidget*>(picture), static_cast<QWidget*>(title), static_cast<QWidget*>(lblHint)})
         layout->addWidget(part);
-    layout->addWidget(m_recent, 0, Qt::AlignHCenter);
+    layout->addLayout(lists);
     layout->addStretch(1);
 }
 
@@ -84,29 +115,32 @@ void ScreenArea::SetHint(const QString& text) {
 }
 
 void ScreenArea::SetRecent(const QList<ScreenEntry>& entries) {
-    for (QWidget* line : m_recent->findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
-        m_recentLines->removeWidget(line);
-        line->setObjectName({});
-        line->hide();
-        line->deleteLater(); // it may be the one whose click led here
-    }
+    Empty(*m_recentLines);
     m_recent->setVisible(!entries.isEmpty());
     if (entries.isEmpty())
         return;
-    QLabel* heading = MakeText("lblRecent", 1, m_recent);
-    heading->setText(tr("Used last"));
-    heading->setForegroundRole(QPalette::PlaceholderText);
-    heading->setAlignment(Qt::AlignLeft);
-    heading->setContentsMargins(12, 0, 0, 4);
-    m_recentLines->addWidget(heading);
-    for (const ScreenEntry& entry : entries) {
-        auto* button = new QPushButton(LoadIcon(entry.icon), entry.caption, m_recent);
-        button->setObjectName("cmdRecent_" + entry.key);
-        button->setFlat(true);
-        button->setAutoDefault(false);
-        connect(button, &QPushButton::clicked, this, [this, key = entry.key] { emit ScreenChosen(key); });
-        m_recentLines->addWidget(button, 0, Qt::AlignLeft);
-    }
+    AddHeading(*m_recentLines, "lblRecent", tr("Used last"));
+    for (const ScreenEntry& entry : entries)
+        AddLine(*m_recentLines, "cmdRecent_" + entry.key, LoadIcon(entry.icon), entry.caption, entry.key);
+}
+
+void ScreenArea::SetHealth(const QString& summary, const QStringList& lines) {
+    Empty(*m_healthLines);
+    AddHeading(*m_healthLines, "lblHealth", tr("Health"));
+    const QString screen = "Tools_Health";
+    for (qsizetype i = 0; i < lines.size(); ++i)
+        AddLine(*m_healthLines, QString("cmdHealth_%1").arg(i), {}, lines[i], screen);
+    AddLine(*m_healthLines, "cmdHealth", LoadIcon("Tool_Health"), summary, screen);
+}
+
+void ScreenArea::AddLine(QVBoxLayout& lines, const QString& name, const QIcon& icon, const QString& text,
+                         const QString& screen) {
+    auto* button = new QPushButton(icon, text, lines.parentWidget());
+    button->setObjectName(name);
+    button->setFlat(true);
+    button->setAutoDefault(false);
+    connect(button, &QPushButton::clicked, this, [this, screen] { emit ScreenChosen(screen); });
+    lines.addWidget(button, 0, Qt::AlignLeft);
 }
 
 void ScreenArea::FollowWindows() {

@@ -106,8 +106,10 @@ constexpr Item ItemTable[] = {
     {"WebServices", "WS_LoginSummary", "WS_LoginSummary", QT_TRANSLATE_NOOP("ScreenCatalogue", "Login Summary")},
     {"WebServices", "WS_SelfRegistration", "WS_SelfRegistration", QT_TRANSLATE_NOOP("ScreenCatalogue", "Patron Self-Registration")},
     {"WebServices", "WS_Configuration", "WS_Configuration", QT_TRANSLATE_NOOP("ScreenCatalogue", "Service Configuration")},
+    {"Tools", "Tools_Health", "Tool_Health", QT_TRANSLATE_NOOP("ScreenCatalogue", "Health")},
     {"Tools", "Tools_LoanTest", "Tool_LoanTest", QT_TRANSLATE_NOOP("ScreenCatalogue", "Test a Loan")},
     {"Tools", "Tools_RuleCheck", "Tool_RuleCheck", QT_TRANSLATE_NOOP("ScreenCatalogue", "Check the Rules")},
+    {"Tools", "Tools_WhoMay", "Tool_WhoMay", QT_TRANSLATE_NOOP("ScreenCatalogue", "Who May Do This?")},
 };
 // clang-format on
 

@@ -2,9 +2,11 @@
 
 #include "callslips/CallNumberOrder.h"
 #include "core/Application.h"
+#include "core/MainWindow.h"
 #include "core/Prompter.h"
 #include "core/data/StatusTable.h"
 #include "requests/CallSlipScreens.h"
+#include "requests/RequestsScreens.h"
 #include "requests/TryRequestDialog.h"
 #include "wire/Status.h"
 
@@ -47,7 +49,82 @@ std::optional<int> YearOf(const QString& cell) {
     return isNumber ? std::optional(year) : std::nullopt;
 }
 
+/// The rule of which `value` answers what stands under a tag.
+callslips::Rule RuleOf(const std::function<QString(const QString& tag)>& value) {
+    callslips::Rule rule{.callNumberType = value("CT"),
+                         .leastCallNumber = value("MND").trimmed(),
+                         .endCallNumber = value("MXD").trimmed(),
+                         .firstYear = YearOf(value("YMN")),
+                         .endYear = YearOf(value("YMX"))};
+    for (size_t i = 0; i < callslips::AttributeCount; ++i)
+        rule.attributes[i] = value(AttributeTags[qsizetype(i)]);
+    return rule;
+}
+
+/// "taken by 2, 5": the ranks of the rules in these places.
+QString TakenBy(const QList<int>& places) {
+    QStringList ranks;
+    for (int place : places.mid(0, MostTakers))
+        ranks.append(QString::number(place + 1));
+    return places.size() > MostTakers ? Form::tr("taken by %1, ...").arg(ranks.join(", "))
+                                      : Form::tr("taken by %1").arg(ranks.join(", "));
+}
+
+/// The rules in their order, and what tells whether one is never reached.
+struct SlipRules {
+    QStringList keys{};
+    QStringList names{}; ///< "2: Main Stacks, Music Library"
+    QList<callslips::Rule> rules{};
+    std::array<QList<QString>, callslips::AttributeCount> known{};
+};
+
+qint16 ReadSlipRules(RequestChannel& channel, SlipRules& read) {
+    qint16 result = wire::status::Ok;
+    const auto readIds = [&](const QString& request) {
+        QList<QString> ids;
+        const auto take = [&](RequestChannel& reply) { ids.append(reply.GetField("ID")); };
+        if (result == wire::status::Ok)
+            result = ReadList(channel, {.request = request}, {{"ID", take}});
+        return ids;
+    };
+    const QList<QString> locations = readIds("LstLoc");
+    const QList<QString> itemTypes = readIds("LstItmTp");
+    read.known = {locations, {}, itemTypes, {}, locations};
+    const auto readRule = [&](RequestChannel& reply) {
+        read.rules.append(RuleOf([&](const QString& tag) { return reply.GetField(tag); }));
+        QStringList name{reply.GetField("GN"), reply.GetField("LN")};
+        name.removeAll({});
+        read.keys.append(reply.GetField("RR"));
+        read.names.append(reply.GetField(RankTag) + ": " + name.join(", "));
+    };
+    return result == wire::status::Ok ? ReadList(channel, {.request = "LstCSR"}, {{"RR", readRule}}) : result;
+}
+
+qint16 CheckSlipRules(Application& application, QList<HealthFinding>& found) {
+    SlipRules read;
+    const qint16 result = ReadSlipRules(application.channel, read);
+    if (result != wire::status::Ok)
+        return result;
+    const QList<QList<int>> shadows = callslips::Routing(read.rules, read.known).Shadows();
+    for (qsizetype i = 0; i < shadows.size(); ++i) {
+        if (shadows[i].isEmpty())
+            continue;
+        found.append(
+            {read.keys[i], Form::tr("Rule %1").arg(read.names[i]),
+             Form::tr("The rule is never reached: what it would take is %1").arg(TakenBy(shadows[i])),
+             [&application, key = read.keys[i]](QWidget*) {
+                 if (application.mainWindow)
+                     application.mainWindow->ShowRecord("CSR", key, {});
+             }});
+    }
+    return result;
+}
+
 } // namespace
+
+QList<HealthCheck> CallSlipChecks() {
+    return {{"callslips", Form::tr("Call Slip Rules"), wire::Area::System, CheckSlipRules}};
+}
 
 FieldSpec CallSlipRuleForm::QueueSpec() {
     return {.name = "cboPrintGroups",
@@ -166,15 +243,7 @@ QList<callslips::Rule> frmCallSlip_Rules::Rules() const {
     QList<callslips::Rule> rules;
     rules.reserve(Current().grid->Model().Rows().size());
     for (const GridRow& row : Current().grid->Model().Rows()) {
-        const auto cell = [&](const QString& tag) { return row.cells.value(places.value(tag)); };
-        callslips::Rule rule{.callNumberType = cell("CT"),
-                             .leastCallNumber = cell("MND").trimmed(),
-                             .endCallNumber = cell("MXD").trimmed(),
-                             .firstYear = YearOf(cell("YMN")),
-                             .endYear = YearOf(cell("YMX"))};
-        for (size_t i = 0; i < callslips::AttributeCount; ++i)
-            rule.attributes[i] = cell(AttributeTags[qsizetype(i)]);
-        rules.append(rule);
+        rules.append(RuleOf([&](const QString& tag) { return row.cells.value(places.value(tag)); }));
     }
     return rules;
 }
@@ -196,12 +265,8 @@ void frmCallSlip_Rules::MarkShadowed() {
     for (qsizetype i = 0; i < shadows.size(); ++i) {
         if (shadows[i].isEmpty())
             continue;
-        QStringList ranks;
-        for (int place : shadows[i].mid(0, MostTakers))
-            ranks.append(QString::number(place + 1));
         GridRow row = grid.Model().Rows()[i];
-        row.cells[takenBy] = shadows[i].size() > MostTakers ? tr("taken by %1, ...").arg(ranks.join(", "))
-                                                            : tr("taken by %1").arg(ranks.join(", "));
+        row.cells[takenBy] = TakenBy(shadows[i]);
         marked.append(row);
     }
     grid.PutRows(marked);

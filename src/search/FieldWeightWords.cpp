@@ -1,5 +1,7 @@
 #include "search/FieldWeightWords.h"
 
+#include "core/data/RequestChannel.h"
+#include "framework/forms/ReadList.h"
 #include "search/IndexSentences.h"
 
 #include <QCoreApplication>
@@ -19,6 +21,33 @@ QString tr(const char* text) {
 }
 
 } // namespace
+
+qint16 ReadWeightedIndexes(RequestChannel& channel, QHash<QString, WeightedIndex>& indexes,
+                           const std::function<void(qint16)>& report) {
+    QString code;
+    const auto readAll = [&](RequestChannel& reply) {
+        for (const wire::Field& field : reply.ReplyFields()) {
+            if (field.tag == u"WC")
+                code = field.value;
+            WeightedIndex& index = indexes[code];
+            if (field.tag == u"WN")
+                index.name = field.value;
+            else if (field.tag == u"KF")
+                index.fields.append({field.value});
+            else if (field.tag == u"KSI")
+                index.fields.last().include = field.value;
+            else if (field.tag == u"KSE")
+                index.fields.last().exclude = field.value;
+            else if (field.tag == u"WF")
+                index.weights.append({QString::number(index.weights.size()), {field.value, {}, {}}, {}});
+            else if (field.tag == u"WS")
+                index.weights.last().cells[1] = field.value;
+            else if (field.tag == u"W")
+                index.weights.last().cells[2] = field.value;
+        }
+    };
+    return ReadList(channel, {.request = "AvlFldWt", .report = report, .readHead = readAll}, {});
+}
 
 weights::Place PlaceOf(const GridRow& row) {
     return {row.cells.value(0), row.cells.value(1)};

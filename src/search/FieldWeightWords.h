@@ -3,7 +3,13 @@
 #include "framework/forms/GridRow.h"
 #include "wire/FieldWeights.h"
 
+#include <QHash>
+
+#include <functional>
+
 namespace sysadmin {
+
+class RequestChannel;
 
 /// Weights travel under these tags, place by place: field, subfields, weight.
 inline const QStringList WeightTags{"WF", "WS", "W"};
@@ -14,6 +20,10 @@ struct WeightedIndex {
     QList<wire::weights::WordField> fields{}; ///< whose words it takes
     QList<GridRow> weights{};                 ///< as they are stored
 };
+
+/// Reads all keyword indexes with their weights, by code. The status; `report` is told of a failure.
+qint16 ReadWeightedIndexes(RequestChannel& channel, QHash<QString, WeightedIndex>& indexes,
+                           const std::function<void(qint16)>& report = {});
 
 /// What part of the weights a place has.
 struct WeightShare {

@@ -213,33 +213,10 @@ void frmSearch_FieldWeighting::BeforeLoad() {
 /// The indexes, each with its fields and its weights.
 bool frmSearch_FieldWeighting::LoadIndexes() {
     QHash<QString, WeightedIndex> read;
-    QString code;
     const auto report = [&](qint16 result) {
         App().ReportRequestFailure(result, Current().spec.loadCaption, Current().spec.subject);
     };
-    const auto readAll = [&](RequestChannel& channel) {
-        for (const wire::Field& field : channel.ReplyFields()) {
-            if (field.tag == u"WC")
-                code = field.value;
-            WeightedIndex& index = read[code];
-            if (field.tag == u"WN")
-                index.name = field.value;
-            else if (field.tag == u"KF")
-                index.fields.append({field.value});
-            else if (field.tag == u"KSI")
-                index.fields.last().include = field.value;
-            else if (field.tag == u"KSE")
-                index.fields.last().exclude = field.value;
-            else if (field.tag == u"WF")
-                index.weights.append({QString::number(index.weights.size()), {field.value, {}, {}}, {}});
-            else if (field.tag == u"WS")
-                index.weights.last().cells[1] = field.value;
-            else if (field.tag == u"W")
-                index.weights.last().cells[2] = field.value;
-        }
-    };
-    const ListQuery query{.request = "AvlFldWt", .report = report, .readHead = readAll};
-    if (ReadList(App().channel, query, {}) != wire::status::Ok)
+    if (ReadWeightedIndexes(App().channel, read, report) != wire::status::Ok)
         return false;
     m_form.indexes = read;
     m_form.OfferIndexes();

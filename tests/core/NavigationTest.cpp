@@ -57,12 +57,12 @@ TEST_F(NavigationTest, RightsDecideWhichGroupsStay) {
         {ViewRights, AllGroups, true, true},
         {{"CrcPG"}, {"Circulation", "Tools"}, true, false},
         {{"CrcPG", "PatGrpV"}, {"Circulation", "Tools"}, true, true},
-        {{"SysDfV"}, {"CallSlips", "OPAC", "Search", "System"}, true, false},
-        {{"ASPG"}, {"Acquisitions"}, true, false},
-        {{"CatPGV"}, {"Cataloging"}, true, false},
-        {{"Sec"}, {"Security"}, true, false},
+        {{"SysDfV"}, {"CallSlips", "OPAC", "Search", "System", "Tools"}, true, false},
+        {{"ASPG"}, {"Acquisitions", "Tools"}, true, false},
+        {{"CatPGV"}, {"Cataloging", "Tools"}, true, false},
+        {{"Sec"}, {"Security", "Tools"}, true, false},
         // The flag of the web services shows the group, but is no right.
-        {{"Sec", "PRB"}, {"Security", "WebServices"}, true, false},
+        {{"Sec", "PRB"}, {"Security", "WebServices", "Tools"}, true, false},
         {{"PRB", "ChgPwd", "EditPatGrp", "CrCnv"}, {"WebServices"}, false, false},
         {{}, {}, false, false},
     };
@@ -74,6 +74,9 @@ TEST_F(NavigationTest, RightsDecideWhichGroupsStay) {
         const QStringList items = ItemKeys(navigation, "Circulation");
         EXPECT_EQ(items.contains("Circulation_PatronGroups"), hasPatronGroups);
         EXPECT_EQ(items.size(), groups.contains("Circulation") ? 10 + hasPatronGroups : 0);
+        const QStringList tools = ItemKeys(navigation, "Tools");
+        EXPECT_EQ(tools.contains("Tools_RuleCheck"), groups.contains("Circulation"));
+        EXPECT_EQ(tools.contains("Tools_WhoMay"), groups.contains("Security"));
     }
 }
 
@@ -82,7 +85,7 @@ TEST_F(NavigationTest, AFailedRemovalIsRememberedAndStopsNoOther) {
     EXPECT_TRUE(navigation.RemoveGroup("Acquisitions"));
     EXPECT_FALSE(navigation.RemoveGroup("Acquisitions"));
     EXPECT_FALSE(navigation.TrimToRights(ProfileWith({"Sec"})));
-    EXPECT_EQ(Keys(navigation.Groups()), QStringList({"Security"}));
+    EXPECT_EQ(Keys(navigation.Groups()), QStringList({"Security", "Tools"}));
 
     Navigation withoutItem(catalogue);
     EXPECT_TRUE(withoutItem.RemoveItem("Circulation", "Circulation_PatronGroups"));
