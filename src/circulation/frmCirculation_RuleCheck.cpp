@@ -4,6 +4,7 @@
 #include "core/Application.h"
 #include "framework/ListGrid.h"
 #include "framework/RowCount.h"
+#include "framework/Utility.h"
 #include "wire/Status.h"
 
 #include <QHBoxLayout>
@@ -43,11 +44,7 @@ frmCirculation_RuleCheck::frmCirculation_RuleCheck(Application& application, QWi
     for (QPushButton* button : {cmdOpen, cmdTestLoan, cmdCheck, cmdClose})
         buttons->addWidget(button);
     whole->addLayout(buttons);
-    setTabOrder(vsf->FilterBox(), vsf);
-    setTabOrder(vsf, cmdOpen);
-    setTabOrder(cmdOpen, cmdTestLoan);
-    setTabOrder(cmdTestLoan, cmdCheck);
-    setTabOrder(cmdCheck, cmdClose);
+    InTabOrder({vsf->FilterBox(), vsf, cmdOpen, cmdTestLoan, cmdCheck, cmdClose});
 
     connect(vsf, &ListGrid::SelectionMoved, this, &frmCirculation_RuleCheck::RefreshButtons);
     connect(vsf, &ListGrid::RowActivated, this, &frmCirculation_RuleCheck::Open);

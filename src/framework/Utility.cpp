@@ -54,6 +54,11 @@ QString SubjectOf(const QString& request) {
     return request.mid(Verb);
 }
 
+void InTabOrder(const QList<QWidget*>& controls) {
+    for (qsizetype i = 1; i < controls.size(); ++i)
+        QWidget::setTabOrder(controls[i - 1], controls[i]);
+}
+
 void SetEditMode(bool editing, const QList<QWidget*>& listSide, const QList<QWidget*>& editSide) {
     // The side that takes over is enabled first: the focus never falls on something outside the screen.
     for (QWidget* widget : editing ? editSide : listSide)

@@ -24,6 +24,8 @@ void WarnEditInProgress(Application& application, QWidget* parent);
 void ReportUnableToLoad(Application& application, QWidget* parent, const QString& caption);
 /// The word for the records in the name of a request that reads them: "VenTp" of "LstVenTp" and "GetVenTp".
 QString SubjectOf(const QString& request);
+/// The controls follow each other when Tab is pressed.
+void InTabOrder(const QList<QWidget*>& controls);
 /// Turns the list side off and the edit side on, or the other way round.
 void SetEditMode(bool editing, const QList<QWidget*>& listSide, const QList<QWidget*>& editSide);
 

@@ -4,6 +4,7 @@
 #include "core/MainWindow.h"
 #include "framework/ListGrid.h"
 #include "framework/RowCount.h"
+#include "framework/Utility.h"
 #include "wire/Status.h"
 
 #include <QHBoxLayout>
@@ -54,6 +55,7 @@ frmHealth::frmHealth(Application& application, const QList<HealthCheck>& checks,
     for (QPushButton* button : {cmdOpen, cmdCall, cmdCheck, cmdClose})
         buttons->addWidget(button);
     whole->addLayout(buttons);
+    InTabOrder({vsf->FilterBox(), vsf, cmdOpen, cmdCall, cmdCheck, cmdClose});
 
     cmdCall->setVisible(std::any_of(m_checks.begin(), m_checks.end(),
                                     [](const HealthCheck& check) { return check.callsOthers; }));

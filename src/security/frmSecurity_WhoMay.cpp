@@ -4,6 +4,7 @@
 #include "core/MainWindow.h"
 #include "framework/ListGrid.h"
 #include "framework/RowCount.h"
+#include "framework/Utility.h"
 #include "wire/Status.h"
 
 #include <QCheckBox>
@@ -41,11 +42,6 @@ QString NamesOf(const QList<const RightsProfile*>& profiles) {
         names.append(profile->places.isEmpty() ? profile->name
                                                : QString("%1 (%2)").arg(profile->name, profile->places));
     return names.join("; ");
-}
-
-void InTabOrder(const QList<QWidget*>& controls) {
-    for (qsizetype i = 1; i < controls.size(); ++i)
-        QWidget::setTabOrder(controls[i - 1], controls[i]);
 }
 
 } // namespace
