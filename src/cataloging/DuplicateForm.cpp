@@ -3,6 +3,7 @@
 #include "cataloging/DuplicateRows.h"
 #include "core/data/RequestChannel.h"
 #include "framework/forms/Rules.h"
+#include "wire/MarcMark.h"
 
 #include <algorithm>
 
@@ -36,7 +37,7 @@ struct IndexSettings : Form {
 };
 
 bool IsSubfield(const QString& value) {
-    return duplicates::IsMark(value) && value != duplicates::Any && value != QString(duplicates::Blank);
+    return wire::IsMarcMark(value) && value != duplicates::Any && value != QString(duplicates::Blank);
 }
 
 PickedSpec IndexLists(Form* settings) {

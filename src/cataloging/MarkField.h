@@ -2,6 +2,7 @@
 
 #include "framework/forms/CheckedText.h"
 #include "wire/DuplicateDetection.h"
+#include "wire/MarcMark.h"
 
 namespace sysadmin {
 
@@ -17,7 +18,7 @@ public:
                        .maxLength = 1,
                        .required = true,
                        .initial = wire::duplicates::Any},
-                      wire::duplicates::IsMark,
+                      wire::IsMarcMark,
                       Form::tr("Enter one digit or lower-case letter, _ for a blank, or * for any.")) {}
 };
 

@@ -5,6 +5,7 @@
 #include "framework/ListGrid.h"
 #include "framework/RowCount.h"
 #include "framework/Utility.h"
+#include "framework/forms/ShownDate.h"
 #include "wire/Status.h"
 
 #include <QHBoxLayout>
@@ -129,8 +130,7 @@ void frmHealth::ShowFindings() {
     lblSummary->setText(sentences.join(' '));
     if (App().mainWindow)
         App().mainWindow->ShowHealth(
-            tr("Looked over at %1").arg(QLocale().toString(QTime::currentTime(), QLocale::ShortFormat)),
-            lines);
+            tr("Looked over at %1").arg(ShownTime(QTime::currentTime().toString("HH:mm"))), lines);
 }
 
 void frmHealth::Open() {

@@ -7,6 +7,7 @@
 #include "search/RecordTrial.h"
 #include "search/frmSearch_TryRecord.h"
 #include "wire/BibLinks.h"
+#include "wire/MarcMark.h"
 #include "wire/Status.h"
 
 #include <QPushButton>
@@ -100,9 +101,9 @@ BibLinkForm::BibLinkForm()
                 .required = true,
                 .toolTip = tr("Three digits; X at the end stands for any digit")},
                links::IsField, tr("A field is three digits, such as 780; 78X stands for 780 to 789."))
-    , txtIndicator1(*this, Indicator("txtIndicator1", "I1", tr("First Indicator:")), links::IsIndicator,
+    , txtIndicator1(*this, Indicator("txtIndicator1", "I1", tr("First Indicator:")), wire::IsMarcMark,
                     IndicatorProblem())
-    , txtIndicator2(*this, Indicator("txtIndicator2", "I2", tr("Second Indicator:")), links::IsIndicator,
+    , txtIndicator2(*this, Indicator("txtIndicator2", "I2", tr("Second Indicator:")), wire::IsMarcMark,
                     IndicatorProblem())
     , txtSubfield(*this,
                   {.name = "txtSubfield",

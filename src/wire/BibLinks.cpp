@@ -14,11 +14,6 @@ bool IsField(const QString& text) {
     return pattern.match(text).hasMatch();
 }
 
-bool IsIndicator(const QString& text) {
-    static const QRegularExpression pattern("^[0-9a-z_*]$");
-    return pattern.match(text).hasMatch();
-}
-
 bool IsSubfield(const QString& text) {
     static const QRegularExpression pattern("^[0-9a-z]?$");
     return pattern.match(text).hasMatch();

@@ -25,8 +25,6 @@ inline const QString BlankIndicator = "_";
 bool IsDirection(const QString& text);
 /// Three digits, the last of which may be "X" for any.
 bool IsField(const QString& text);
-/// A digit, a lower-case letter, blank or any.
-bool IsIndicator(const QString& text);
 /// A digit or a lower-case letter; empty for none.
 bool IsSubfield(const QString& text);
 /// Control fields (001 to 009) have neither indicators nor subfields.

@@ -37,11 +37,4 @@ bool IsField(const QString& value) {
     return value.size() == 3 && std::all_of(value.begin(), value.end(), IsDigit);
 }
 
-bool IsMark(const QString& value) {
-    if (value.size() != 1)
-        return false;
-    const QChar mark = value[0];
-    return IsDigit(mark) || (mark >= u'a' && mark <= u'z') || mark == QChar(Blank) || value == Any;
-}
-
 } // namespace sysadmin::wire::duplicates

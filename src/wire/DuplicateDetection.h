@@ -46,7 +46,5 @@ bool IsCancellation(const QString& value);
 bool IsProfileCode(const QString& value);
 /// A field of a record: three digits.
 bool IsField(const QString& value);
-/// One character of a leader, or an indicator: a digit, a lower-case letter, "_" or "*".
-bool IsMark(const QString& value);
 
 } // namespace sysadmin::wire::duplicates

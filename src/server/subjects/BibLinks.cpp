@@ -5,6 +5,7 @@
 #include "server/subjects/Ranks.h"
 #include "server/subjects/Registrations.h"
 #include "server/subjects/SearchIndexes.h"
+#include "wire/MarcMark.h"
 
 namespace sysadmin::server {
 
@@ -55,7 +56,7 @@ SubjectField Indicator(const QString& tag, const QString& column) {
     return SubjectField::Text(tag, column, 1)
         .Required()
         .Default(links::AnyIndicator)
-        .Checked(links::IsIndicator)
+        .Checked(wire::IsMarcMark)
         .InList();
 }
 

@@ -4,6 +4,7 @@
 #include "server/subjects/Registrations.h"
 #include "wire/CallNumbers.h"
 #include "wire/DuplicateDetection.h"
+#include "wire/MarcMark.h"
 
 // Hierarchies: the places in a bibliographic record, the best one first, from which a new holdings record
 // takes its call number.
@@ -38,7 +39,7 @@ bool ArePlacesRight(const QList<Row>& rows) {
 /// The best place first.
 Children Places() {
     const auto indicator = [](const QString& tag, const QString& column) {
-        return SubjectField::Text(tag, column, 1).Required().Checked(duplicates::IsMark);
+        return SubjectField::Text(tag, column, 1).Required().Checked(wire::IsMarcMark);
     };
     return {
         .table = "call_number_places",

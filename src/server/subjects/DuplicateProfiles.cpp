@@ -3,6 +3,7 @@
 #include "server/subjects/SearchIndexes.h"
 #include "server/subjects/StoredRules.h"
 #include "wire/DuplicateDetection.h"
+#include "wire/MarcMark.h"
 
 #include <algorithm>
 
@@ -108,7 +109,7 @@ bool IsNoneOrField(const QString& value) {
 }
 
 bool IsNoneOrMark(const QString& value) {
-    return value.isEmpty() || (duplicates::IsMark(value) && value != duplicates::Any);
+    return value.isEmpty() || (wire::IsMarcMark(value) && value != duplicates::Any);
 }
 
 Children Indexes() {
@@ -130,8 +131,8 @@ Children Qualities() {
     };
     return {.table = "duplicate_profile_qualities",
             .owner = "profile_id",
-            .fields = {SubjectField::Text("DRT", "type_of_record", 1).Required().Checked(duplicates::IsMark),
-                       SubjectField::Text("EN", "encoding_level", 1).Required().Checked(duplicates::IsMark),
+            .fields = {SubjectField::Text("DRT", "type_of_record", 1).Required().Checked(wire::IsMarcMark),
+                       SubjectField::Text("EN", "encoding_level", 1).Required().Checked(wire::IsMarcMark),
                        agency("NU", "original_agency"), agency("MA", "modifying_agency"),
                        agency("QHDC", "description_conventions")},
             .ordered = true};
@@ -141,8 +142,8 @@ Children MergeFields() {
     return {.table = "duplicate_profile_merge_fields",
             .owner = "profile_id",
             .fields = {SubjectField::Text("MF", "field", 3).Required().Checked(duplicates::IsField),
-                       SubjectField::Text("MI1", "indicator1", 1).Required().Checked(duplicates::IsMark),
-                       SubjectField::Text("MI2", "indicator2", 1).Required().Checked(duplicates::IsMark),
+                       SubjectField::Text("MI1", "indicator1", 1).Required().Checked(wire::IsMarcMark),
+                       SubjectField::Text("MI2", "indicator2", 1).Required().Checked(wire::IsMarcMark),
                        SubjectField::Text("MN", "institution", duplicates::AgencyLength)},
             .ordered = true};
 }
