@@ -59,20 +59,21 @@ class Described:
             chosen = [name for name in self.windows if name == ELSEWHERE[topic]]
         return chosen
 
-    def captions(self, topic):
-        """The captions of the fields, check boxes and choices in the topic's windows."""
+    def fields(self, topic):
+        """The fields, check boxes and choices of the topic's windows: caption -> (page, what its tool tip says)."""
         found = {}
         for window in self.windows.values():
             if str(window["helpContext"]) != topic:
                 continue
             for control in window["controls"]:
-                if control["name"].startswith("txtFilter"):
+                if not control["visible"] or control["name"].startswith("txtFilter"):
                     continue
-                if control["role"] in FIELDS:
-                    found[plain(control["label"])] = True
-                elif control["role"] in ("CheckBox", "RadioButton"):
-                    found[plain(control["text"])] = True
-        return [caption for caption in found if len(caption) > 1]
+                boxes = control["role"] in ("CheckBox", "RadioButton")
+                caption = plain(control["text" if boxes else "label"])
+                if (boxes or control["role"] in FIELDS) and len(caption) > 1 and not caption.isdigit():
+                    said = control["toolTip"].strip() if boxes else ""
+                    found.setdefault(caption, (plain(control["page"]), said if len(said) > len(caption) else ""))
+        return found
 
     def page_shown(self, name):
         """The caption of the tab that the picture shows, if its window has tabs."""
@@ -126,18 +127,24 @@ def contents(described):
     return tree
 
 
-def unmentioned(described, topic):
-    """The captions of the topic's windows that its text does not have."""
+def words(topic):
+    """The topic's text in small letters, without marks."""
     said = re.sub(r"\]\([^)]*\)|[*_`\[]", "", text(topic))
-    said = re.sub(r"\s+", " ", said).lower()
-    return [caption for caption in described.captions(topic) if caption.lower() not in said]
+    return re.sub(r"\s+", " ", said).lower()
+
+
+def unmentioned(described, topic):
+    """The captions of fields that explain themselves nowhere: not in the topic's text, nor in that of a topic to which it
+    leads, nor by a tool tip."""
+    said = " ".join(words(other) for other in {topic, *links(topic)} - {"contents"})
+    return [caption for caption, (_, tip) in described.fields(topic).items() if not tip and caption.lower() not in said]
 
 
 def index(described):
     """Keyword -> topics: titles, and the captions of fields."""
     entries = collections.defaultdict(list)
     for topic in names():
-        for keyword in [title(topic), *described.captions(topic)]:
+        for keyword in [title(topic), *described.fields(topic)]:
             keyword = keyword.strip('"( ')
             if keyword and topic not in entries[keyword]:
                 entries[keyword].append(topic)
