@@ -8,6 +8,7 @@
 #include <QGuiApplication>
 #include <QPainter>
 #include <QPicture>
+#include <QRegularExpression>
 #include <QSvgRenderer>
 
 #include <cstdio>
@@ -17,9 +18,15 @@ namespace {
 const char* const Ink = "#444444";
 const char* const Accent = "#2f6fdb";
 
-/// The drawing without what has the other colour, in a square of 24.
-QPicture Record(QByteArray svg, const char* otherColour) {
-    QSvgRenderer renderer(svg.replace(otherColour, "none"));
+/// What the drawing has in colours of which this is true, in a square of 24.
+template <class Wanted>
+QPicture Record(const QByteArray& file, Wanted isWanted) {
+    QString svg = QString::fromUtf8(file);
+    const QRegularExpression colour("#[0-9a-fA-F]{6}");
+    for (qsizetype at = 0; (at = svg.indexOf(colour, at)) >= 0; ++at)
+        if (!isWanted(svg.mid(at, 7)))
+            svg.replace(at, 7, "none");
+    QSvgRenderer renderer(svg.toUtf8());
     renderer.setAspectRatioMode(Qt::KeepAspectRatio);
     QPicture picture;
     QPainter painter(&picture);
@@ -48,7 +55,9 @@ int main(int argc, char** argv) {
         }
         const QByteArray svg = file.readAll();
         QDataStream stream(&made);
-        stream << Record(svg, Accent) << Record(svg, Ink);
+        stream << Record(svg, [](const QString& colour) { return colour != Ink && colour != Accent; })
+               << Record(svg, [](const QString& colour) { return colour == Ink; })
+               << Record(svg, [](const QString& colour) { return colour == Accent; });
     }
     return 0;
 }

@@ -5,7 +5,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
-#include <QWindow>
+#include <QWidget>
 
 #include <cstdio>
 

@@ -15,8 +15,8 @@ namespace {
 // The side of the square that the recorded drawings are in.
 constexpr qreal Side = 24;
 
-/// A drawing of one colour in another one.
-QImage Layer(QPicture& drawing, const QSize& size, const QColor& colour) {
+/// A drawing in this colour; in its own ones without one.
+QImage Layer(QPicture& drawing, const QSize& size, const QColor& colour = {}) {
     QImage layer(size, QImage::Format_ARGB32_Premultiplied);
     layer.fill(Qt::transparent);
     QPainter painter(&layer);
@@ -25,6 +25,8 @@ QImage Layer(QPicture& drawing, const QSize& size, const QColor& colour) {
     painter.translate((size.width() - Side * scale) / 2, (size.height() - Side * scale) / 2);
     painter.scale(scale, scale);
     drawing.play(&painter);
+    if (!colour.isValid())
+        return layer;
     painter.resetTransform();
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
     painter.fillRect(layer.rect(), colour);
@@ -40,9 +42,11 @@ QString IconFileSuffix() {
 void DrawIcon(QPainter& painter, const QByteArray& file, const QSize& size, const QColor& ink,
               const QColor& accent) {
     QDataStream stream(file);
+    QPicture inOwnColours;
     QPicture inInk;
     QPicture inAccent;
-    stream >> inInk >> inAccent;
+    stream >> inOwnColours >> inInk >> inAccent;
+    painter.drawImage(0, 0, Layer(inOwnColours, size));
     painter.drawImage(0, 0, Layer(inInk, size, ink));
     painter.drawImage(0, 0, Layer(inAccent, size, accent));
 }
