@@ -33,6 +33,7 @@ constexpr Need Needs[] = {
     {ToolsGroup, "Tools_LoanTest", wire::Area::Circulation},
     {ToolsGroup, "Tools_RuleCheck", wire::Area::Circulation},
     {ToolsGroup, "Tools_WhoMay", wire::Area::Security},
+    {ToolsGroup, "Tools_History", wire::Area::Security},
 };
 
 } // namespace

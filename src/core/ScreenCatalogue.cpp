@@ -110,6 +110,7 @@ constexpr Item ItemTable[] = {
     {"Tools", "Tools_LoanTest", "Tool_LoanTest", QT_TRANSLATE_NOOP("ScreenCatalogue", "Test a Loan")},
     {"Tools", "Tools_RuleCheck", "Tool_RuleCheck", QT_TRANSLATE_NOOP("ScreenCatalogue", "Check the Rules")},
     {"Tools", "Tools_WhoMay", "Tool_WhoMay", QT_TRANSLATE_NOOP("ScreenCatalogue", "Who May Do This?")},
+    {"Tools", "Tools_History", "Tool_History", QT_TRANSLATE_NOOP("ScreenCatalogue", "History")},
 };
 // clang-format on
 

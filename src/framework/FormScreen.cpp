@@ -7,6 +7,7 @@
 #include "framework/ListGrid.h"
 #include "framework/SecretField.h"
 #include "framework/Utility.h"
+#include "framework/frmHistory.h"
 #include "wire/Status.h"
 
 #include <QApplication>
@@ -23,7 +24,11 @@ namespace sysadmin {
 FormScreen::FormScreen(Application& application, const QString& formName, const QString& caption, Area area,
                        QWidget* parent)
     : Screen(application, formName, caption, parent)
-    , m_declaration{.name = formName, .caption = caption, .area = area} {}
+    , m_declaration{.name = formName, .caption = caption, .area = area} {
+    auto* history = new QShortcut(Qt::CTRL | Qt::Key_H, this);
+    history->setContext(Qt::WidgetWithChildrenShortcut);
+    connect(history, &QShortcut::activated, this, &FormScreen::ShowHistory);
+}
 
 FormScreen::~FormScreen() = default;
 
@@ -238,6 +243,11 @@ void FormScreen::CloseScreen() {
     QWidget* around = parentWidget();
     const bool isWindow = qobject_cast<QMdiSubWindow*>(around) || qobject_cast<QDialog*>(around);
     (isWindow ? around : this)->close();
+}
+
+void FormScreen::ShowHistory() {
+    if (const std::optional<HistoryRecord> record = RecordNow())
+        ShowRecordHistory(App(), this, *record);
 }
 
 void FormScreen::Tell(const QString& text) {

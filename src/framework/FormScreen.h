@@ -3,6 +3,7 @@
 #include "core/Screen.h"
 #include "framework/Declaration.h"
 #include "framework/FormView.h"
+#include "framework/RecordHistory.h"
 #include "framework/forms/ReadList.h"
 
 class QKeySequence;
@@ -28,6 +29,24 @@ public:
     QList<ScreenWord> Words() const override;
     QList<ScreenSubject> Subjects() const override;
     void GoTo(const QString& control) override;
+
+    // What the history of a record asks of the screen that maintains it; `word` is that of its requests.
+
+    /// What a form shows without a record.
+    virtual RecordState BlankState(const QString& /*word*/) const { return {}; }
+    /// Reads a record into its form, as the server tells it now; none when that failed (and was reported).
+    virtual std::optional<RecordState> ReadState(const QString& /*word*/, const QString& /*key*/) {
+        return {};
+    }
+    /// Whether the operator may bring records back; `isGone`: one that has to be added again.
+    virtual bool MayBringBack(const QString& /*word*/, bool /*isGone*/) const { return false; }
+    /// Opens the record for editing, or a new one where the key is empty, and makes what the fields of these
+    /// numbers (none: all fields) once held the draft. False when it cannot be opened now.
+    virtual bool BringBack(const QString& /*word*/, const QString& /*key*/, const RecordState& /*state*/,
+                           const QList<int>& /*fields*/) {
+        return false;
+    }
+
     /// Keeps a choice's entries the same as a shared pick-list, whoever changes it. `none` is the text of a
     /// first entry that stands for no value; empty: there is no such entry.
     void Follow(ChoiceField& field, const QString& pickList, const QString& none = {});
@@ -70,6 +89,9 @@ protected:
     void ShowMissing(const Form* form);
     /// The label that says it; the screen places it.
     QLabel* MissingLabel();
+    /// The record whose history can be shown now: the one in the form, or else the one selected.
+    virtual std::optional<HistoryRecord> RecordNow() const { return {}; }
+    void ShowHistory();
     /// Shows an exclamation box.
     void Tell(const QString& text);
     /// A button with its given name.

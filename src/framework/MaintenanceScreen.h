@@ -35,12 +35,18 @@ public:
     /// A field is gone to in the selected record, which is opened for that.
     void GoTo(const QString& control) override;
     bool ShowRecord(const QString& word, const QString& key, const QString& control) override;
+    RecordState BlankState(const QString& word) const override;
+    std::optional<RecordState> ReadState(const QString& word, const QString& key) override;
+    bool MayBringBack(const QString& word, bool isGone) const override;
+    bool BringBack(const QString& word, const QString& key, const RecordState& state,
+                   const QList<int>& fields) override;
     void OnClusterChanged() override;
     State GetState() const { return m_state; }
     bool IsReadOnly() const { return m_readOnly; }
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
+    std::optional<HistoryRecord> RecordNow() const override;
 
     struct Table : TableDeclaration {
         FormView::SlotMaker makeSlot;
@@ -172,6 +178,8 @@ private:
     void ShowSummary();
     void ExportAllFields(Table& table);
     bool ShowUses(const Table& table, const GridRow& row);
+    /// The table whose records the word stands for, or null.
+    const Table* TableOf(const QString& word) const;
     void DeleteSelected();
     bool SettleSaveConflict(Table& table, const Conflict& conflict);
     void SettleDeleteConflict(Table& table, const Conflict& conflict, const GridRow& row);
@@ -226,6 +234,7 @@ private:
     QPushButton* m_cmdNew = nullptr;
     QPushButton* m_cmdEdit = nullptr;
     QPushButton* m_cmdDelete = nullptr;
+    QPushButton* m_cmdHistory = nullptr;
     QPushButton* m_cmdSave = nullptr;
     QPushButton* m_cmdCancel = nullptr;
 };

@@ -10,8 +10,11 @@
 #include "framework/frmWhereUsed.h"
 
 #include <QAction>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTabWidget>
+
+#include <algorithm>
 
 // What a maintenance screen does with its lists besides maintaining their records.
 namespace sysadmin {
@@ -65,7 +68,12 @@ void MaintenanceScreen::AddListTools(Table& table) {
         if (const GridRow* row = table.grid->SelectedRow(); row && m_state == State::List)
             ShowUses(table, GridRow(*row));
     });
-    table.grid->SetMenuActions({uses, reload, exportAll});
+    auto* history = new QAction(tr("&History..."), table.grid);
+    history->setObjectName("mnuHistory");
+    history->setShortcut(Qt::CTRL | Qt::Key_H);
+    history->setShortcutContext(Qt::WidgetShortcut); // the screen has it everywhere
+    connect(history, &QAction::triggered, this, [this] { ShowHistory(); });
+    table.grid->SetMenuActions({history, uses, reload, exportAll});
 }
 
 // Of those that not every screen has: what is declared of the table decides.
@@ -170,6 +178,86 @@ void MaintenanceScreen::ShowSummary() {
 bool MaintenanceScreen::ShowUses(const Table& table, const GridRow& row) {
     const QString request = table.spec.getRequest.isEmpty() ? table.spec.listRequest : table.spec.getRequest;
     return ShowWhereUsed(App(), this, {SubjectOf(request), row.key, RecordText(table, row)});
+}
+
+const MaintenanceScreen::Table* MaintenanceScreen::TableOf(const QString& word) const {
+    for (const Table& table : m_tables)
+        if (SubjectOf(table.spec.listRequest) == word || SubjectOf(table.spec.getRequest) == word)
+            return &table;
+    return nullptr;
+}
+
+std::optional<HistoryRecord> MaintenanceScreen::RecordNow() const {
+    const Table& table = Current();
+    const bool inList = m_state == State::List;
+    if (m_state == State::EditingNew || m_state == State::EditingSeveral ||
+        (inList && table.grid->SelectedCount() > 1))
+        return std::nullopt;
+    const GridRow* row =
+        inList ? table.grid->SelectedRow() : table.grid->Model().FindRow(m_context.originalKey);
+    if (!row)
+        return std::nullopt;
+    const QString request = table.spec.getRequest.isEmpty() ? table.spec.listRequest : table.spec.getRequest;
+    return HistoryRecord{SubjectOf(request), row->key, RecordText(table, *row),
+                         [key = row->key](RequestChannel& channel) { channel.PutField("ID", key); }};
+}
+
+RecordState MaintenanceScreen::BlankState(const QString& word) const {
+    const Table* table = TableOf(word);
+    if (!table)
+        return {};
+    table->form->Clear();
+    return StateOf(*table->form);
+}
+
+std::optional<RecordState> MaintenanceScreen::ReadState(const QString& word, const QString& key) {
+    const auto table = std::find_if(m_tables.begin(), m_tables.end(),
+                                    [wanted = TableOf(word)](const Table& each) { return &each == wanted; });
+    if (table == m_tables.end())
+        return std::nullopt;
+    GridRow row{key, {}, {}};
+    if (table->spec.getRequest.isEmpty()) { // the list is what tells of records
+        LoadList(*table);
+        const QString then = App().channel.GetField("AsKey");
+        const GridRow* found = table->grid->Model().FindRow(then.isEmpty() ? key : then);
+        if (!found)
+            return std::nullopt;
+        row = *found;
+    } else if (const GridRow* known = table->grid->Model().FindRow(key)) {
+        row = *known;
+    }
+    table->form->Clear();
+    return FillForm(*table, row) ? std::optional(StateOf(*table->form)) : std::nullopt;
+}
+
+bool MaintenanceScreen::MayBringBack(const QString& word, bool isGone) const {
+    const Table* table = TableOf(word);
+    return table && (isGone ? m_mayCreate && !table->spec.addRequest.isEmpty() : m_mayEdit);
+}
+
+bool MaintenanceScreen::BringBack(const QString& word, const QString& key, const RecordState& state,
+                                  const QList<int>& fields) {
+    const Table* table = TableOf(word);
+    const bool isOpen = m_state == State::Editing && &Current() == table && m_context.originalKey == key;
+    if (!table || (m_state != State::List && !isOpen))
+        return false;
+    if (!isOpen) {
+        const auto index =
+            std::find_if(m_tables.begin(), m_tables.end(), [&](const Table& each) { return &each == table; });
+        if (m_tabs)
+            m_tabs->setCurrentIndex(int(index - m_tables.begin()));
+        table->grid->FilterBox()->clear();
+        if (key.isEmpty())
+            StartNew();
+        else if (table->grid->SelectKey(key))
+            StartEdit();
+    }
+    if (m_state != (key.isEmpty() ? State::EditingNew : State::Editing))
+        return false;
+    BringBackInto(*table->form, state, fields);
+    if (fields.size() == 1)
+        table->view->FocusField(*table->form->Fields()[fields.first()]);
+    return true;
 }
 
 bool MaintenanceScreen::ShowRecord(const QString& word, const QString& key, const QString& control) {

@@ -75,7 +75,11 @@ MaintenanceScreen::MaintenanceScreen(Application& application, const QString& fo
     m_cmdCancel = MakeButton("cmdCancel", tr("&Cancel"));
     for (QPushButton* button : {m_cmdSave, m_cmdCancel})
         m_editButtons->addWidget(button);
+    m_cmdHistory = MakeButton("cmdHistory", tr("&History..."));
+    m_cmdHistory->setToolTip(tr("Who changed the record, and when (Ctrl+H)"));
+    m_cmdHistory->hide();
     auto* lastLine = new QHBoxLayout;
+    lastLine->addWidget(m_cmdHistory);
     lastLine->addWidget(MissingLabel(), 1);
     lastLine->addLayout(m_editButtons);
     frame->addLayout(lastLine);
@@ -89,6 +93,7 @@ MaintenanceScreen::MaintenanceScreen(Application& application, const QString& fo
     connect(m_cmdDelete, &QPushButton::clicked, this, &MaintenanceScreen::DeleteSelected);
     connect(m_cmdSave, &QPushButton::clicked, this, [this] { Save(); });
     connect(m_cmdCancel, &QPushButton::clicked, this, &MaintenanceScreen::EndEdit);
+    connect(m_cmdHistory, &QPushButton::clicked, this, [this] { ShowHistory(); });
     auto* reload = new QShortcut(Qt::Key_F5, this);
     reload->setContext(Qt::WidgetWithChildrenShortcut);
     connect(reload, &QShortcut::activated, this, &MaintenanceScreen::ReloadLists);
@@ -265,6 +270,7 @@ void MaintenanceScreen::OrderTabStops() {
     for (const Table& table : m_tables)
         order.append(table.view->TabOrder() +
                      (table.severalView ? table.severalView->TabOrder() : QList<QWidget*>()));
+    order.append(m_cmdHistory);
     appendButtons(*m_editButtons);
     for (qsizetype i = 1; i < order.size(); ++i)
         setTabOrder(order[i - 1], order[i]);

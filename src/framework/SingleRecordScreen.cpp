@@ -53,6 +53,10 @@ void SingleRecordScreen::Build(const RecordSpec& spec, Form& form, const Layout&
     m_lblChanged = new QLabel(tr("Changed by others (F5)"), this);
     m_lblChanged->setObjectName("lblChangedByOthers");
     m_lblChanged->hide();
+    auto* cmdHistory = MakeButton("cmdHistory", tr("&History..."));
+    cmdHistory->setToolTip(tr("Who changed the settings, and when (Ctrl+H)"));
+    connect(cmdHistory, &QPushButton::clicked, this, [this] { ShowHistory(); });
+    m_buttons->addWidget(cmdHistory);
     m_buttons->addWidget(m_lblChanged);
     m_buttons->addWidget(MissingLabel(), 1);
     m_cmdSave = MakeButton("cmdSave", tr("&Save"));
@@ -209,6 +213,39 @@ void SingleRecordScreen::GoTo(const QString& control) {
 
 bool SingleRecordScreen::ShowRecord(const QString&, const QString&, const QString& control) {
     GoTo(control);
+    return true;
+}
+
+std::optional<HistoryRecord> SingleRecordScreen::RecordNow() const {
+    return HistoryRecord{SubjectOf(m_spec.getRequest), {}, windowTitle(), [this](RequestChannel&) {
+                             const_cast<SingleRecordScreen*>(this)->PutKey();
+                         }};
+}
+
+RecordState SingleRecordScreen::BlankState(const QString&) const {
+    m_form->Clear();
+    return StateOf(*m_form);
+}
+
+std::optional<RecordState> SingleRecordScreen::ReadState(const QString&, const QString&) {
+    m_form->Clear();
+    PutKey();
+    const qint16 result = App().channel.SendRequest(m_spec.getRequest);
+    if (result != status::Ok && result != status::NotFound)
+        return std::nullopt;
+    if (result == status::Ok &&
+        (m_spec.existsTag.isEmpty() || !App().channel.GetField(m_spec.existsTag).isEmpty()))
+        ReadRecord();
+    return StateOf(*m_form);
+}
+
+bool SingleRecordScreen::BringBack(const QString&, const QString&, const RecordState& state,
+                                   const QList<int>& fields) {
+    if (!m_loaded || m_readOnly)
+        return false;
+    BringBackInto(*m_form, state, fields);
+    if (fields.size() == 1)
+        m_view->FocusField(*m_form->Fields()[fields.first()]);
     return true;
 }
 

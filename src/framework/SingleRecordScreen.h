@@ -20,6 +20,11 @@ public:
     bool MayClose() override;
     void GoTo(const QString& control) override;
     bool ShowRecord(const QString& word, const QString& key, const QString& control) override;
+    RecordState BlankState(const QString& word) const override;
+    std::optional<RecordState> ReadState(const QString& word, const QString& key) override;
+    bool MayBringBack(const QString&, bool) const override { return !m_readOnly; }
+    bool BringBack(const QString& word, const QString& key, const RecordState& state,
+                   const QList<int>& fields) override;
     bool HasUnsaved() const override { return !m_readOnly && m_form->IsChanged(); }
     bool IsReadOnly() const { return m_readOnly; }
 
@@ -45,6 +50,8 @@ protected:
     virtual void AfterSave() {}
     /// What Cancel does once the record is as it was loaded.
     virtual void AfterCancel() { CloseScreen(); }
+
+    std::optional<HistoryRecord> RecordNow() const override;
 
     FormView& View() { return *m_view; }
 

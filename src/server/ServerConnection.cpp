@@ -1,6 +1,7 @@
 #include "server/ServerConnection.h"
 
 #include "server/OperatorPasswords.h"
+#include "server/RecordHistory.h"
 #include "server/SessionView.h"
 #include "server/SignOn.h"
 #include "server/store/Database.h"
@@ -220,7 +221,8 @@ Answer ServerConnection::Carry(const wire::Request& request, const RequestRule& 
         .prepared = prepared};
     Answer answer;
     try {
-        answer = rule.handler(context, request.fields);
+        answer = IsAsOf(request.fields) ? AnswerAsOf(context, rule, request.fields)
+                                        : rule.handler(context, request.fields);
     } catch (const ReplyTooLongError&) {
         return {status::ReplyTooLong};
     }
@@ -254,7 +256,8 @@ std::optional<QByteArray> ServerConnection::HandleNumbered(const wire::Request& 
     std::optional<SessionView> view;
     qint16 answered = status::Ok;
 
-    RunInTransaction(GetDatabase(), changes ? Transaction::Mode::Write : Transaction::Mode::Read, [&] {
+    const bool writes = changes || (rule && IsAsOf(request.fields));
+    RunInTransaction(GetDatabase(), writes ? Transaction::Mode::Write : Transaction::Mode::Read, [&] {
         reply.reset();
         view.reset();
         Sessions sessions(GetDatabase());

@@ -30,7 +30,7 @@ SessionView::SessionView(Database& database, const SessionStart& session, const 
     , m_number(m_changes.Last()) {
     if (rule.tables.isEmpty())
         return;
-    m_onlyLooks = Has(request, "Look");
+    m_onlyLooks = Has(request, "Look") || Has(request, "AsOf");
     FindRecords(request);
     // Of a list that goes out in parts, the first part says how old it is.
     m_readsAll = rule.access == Access::View && rule.keyTags.isEmpty() && !rule.single &&

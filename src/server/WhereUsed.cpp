@@ -1,6 +1,7 @@
 #include "server/WhereUsed.h"
 
 #include "server/Library.h"
+#include "server/NamedRecords.h"
 #include "server/SubjectReads.h"
 #include "server/store/Database.h"
 
@@ -103,18 +104,6 @@ private:
     QList<Use> m_uses;
 };
 
-/// What people call the record: its name, or else its code, what is first to be read of it, or its place.
-QString NameOf(const Table& table, const Row& row) {
-    for (const char* column : {"name", "code", "title", "description"})
-        if (const QString text = row.value(column).toString(); table.Find(column) && !text.isEmpty())
-            return text;
-    for (const Column& column : table.columns)
-        if (const QString text = row.value(column.name).toString();
-            column.type == ColumnType::Text && !column.secret && !text.isEmpty())
-            return text;
-    return row.value("rank").toString();
-}
-
 /// The tag under which the subject's own requests carry the column; empty for columns of its parts.
 QString TagOf(const Subject* subject, const QString& table, const QString& column) {
     if (subject && subject->table == table)
@@ -122,14 +111,6 @@ QString TagOf(const Subject* subject, const QString& table, const QString& colum
             if (field.column == column && field.kind != SubjectField::Kind::Joined)
                 return field.tag;
     return {};
-}
-
-/// The key by which requests name the record.
-QString KeyOf(const Registry& registry, const RequestRule& rule, const Row& row, qint64 id) {
-    if (rule.single)
-        return {};
-    const QString column = registry.KeyRuleOf(rule).keyColumn;
-    return column.isEmpty() ? QString::number(id) : row.value(column).toString();
 }
 
 void PutUses(Context& context, const RecordName& record, ReplyFields& reply) {
@@ -178,20 +159,11 @@ Answer AnswerUses(Context& context, const wire::Fields& request) {
         return {status::NotFound};
     if (!rule->Allows(context.rights))
         return {status::NotAuthorised};
-    const QString table = rule->tables.first();
-    const QString key = Sent(request, "ID").value_or(QString());
-    std::optional<qint64> id;
-    const RequestRule& keyRule = registry.KeyRuleOf(*rule);
-    if (keyRule.keyColumn.isEmpty())
-        id = context.records.Find(table, key.toLongLong()) ? std::optional(key.toLongLong()) : std::nullopt;
-    else if (keyRule.byReference)
-        id = context.records.IdWhere(table, keyRule.keyColumn, key.toLongLong());
-    else
-        id = context.records.IdOfText(table, keyRule.keyColumn, key);
+    const auto id = IdOfKey(context, *rule, Sent(request, "ID").value_or(QString()));
     if (!id)
         return {status::NotFound};
     Answer answer;
-    PutUses(context, {table, *id}, answer.fields);
+    PutUses(context, {rule->tables.first(), *id}, answer.fields);
     return answer;
 }
 

@@ -9,6 +9,7 @@
 #include "system/frmSystem_FineFeeReasons.h"
 #include "system/frmSystem_Locations.h"
 #include "system/frmSystem_PrintLocations.h"
+#include "system/frmTools_History.h"
 #include "wire/Status.h"
 
 #include <QCoreApplication>
@@ -197,6 +198,7 @@ void AddSystemScreens(ScreenCatalogue& catalogue) {
     catalogue.Contribute<frmSystem_PrintLocations>("System_PrintLocations", 50810);
     catalogue.Contribute<frmSystem_Events>("System_Events", 50816);
     catalogue.Contribute(StatisticalCategories());
+    catalogue.Contribute<frmTools_History>("Tools_History", 50903);
 }
 
 } // namespace sysadmin

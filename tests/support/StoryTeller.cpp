@@ -210,16 +210,17 @@ bool StoryTeller::Look(const QString& command, const Words& words) {
     };
     if (command == u"rows") {
         EXPECT_EQ(GridRows(Around(words[0]), words[0]), words.mid(1));
-    } else if (command == u"cells") { // of the window's grid, from this column on
+    } else if (command == u"cells") { // of the window's grid, or a named one, from this column on
         QStringList rows;
-        const GridModel& model = front->findChild<ListGrid*>()->Model();
+        const qsizetype first = words[0][0].isDigit() ? 0 : 1;
+        const GridModel& model = front->findChild<ListGrid*>(first == 1 ? words[0] : QString())->Model();
         for (int row = 0; row < model.rowCount(); ++row) {
             QStringList cells;
-            for (int column = words[0].toInt(); column < model.columnCount(); ++column)
+            for (int column = words[first].toInt(); column < model.columnCount(); ++column)
                 cells.append(model.CellText(row, column));
             rows.append(cells.join('|'));
         }
-        EXPECT_EQ(rows, words.mid(1));
+        EXPECT_EQ(rows, words.mid(first + 1));
     } else if (command == u"exports") {
         const QTemporaryDir directory;
         prompter.ExpectSaveFile(directory.filePath("out.csv"));

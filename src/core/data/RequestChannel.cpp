@@ -7,7 +7,7 @@ void RequestChannel::PutField(const QString& tag, const QString& value) {
 }
 
 qint16 RequestChannel::SendRequest(const QString& name) {
-    const wire::Fields fields = std::exchange(m_pending, {});
+    const wire::Fields fields = std::exchange(m_pending, {}) + m_withEvery;
     const bool wasBusy = std::exchange(m_busy, true);
     Answer answer = Exchange(name, fields);
     m_busy = wasBusy;

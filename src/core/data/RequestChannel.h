@@ -28,6 +28,9 @@ public:
     /// Appends a field to the next request. The same tag may be put many times.
     void PutField(const QString& tag, const QString& value);
 
+    /// From now on every request carries these fields, too, until there are others.
+    void PutWithEvery(const wire::Fields& fields) { m_withEvery = fields; }
+
     /// Sends the request with the fields put since the last one, waits, makes the reply current, and answers
     /// its status: 0 success, 55 the list continues, 1 no connection or no answer in time, else a refusal.
     qint16 SendRequest(const QString& name);
@@ -73,6 +76,7 @@ private:
     std::function<void(const QStringList&)> m_changeObserver;
     bool m_busy = false;
     wire::Fields m_pending;
+    wire::Fields m_withEvery;
     wire::Fields m_reply;
     QHash<QString, qsizetype> m_places; // where the next search for a tag begins
     qsizetype m_recordBegin = 0;

@@ -292,6 +292,11 @@ QString RowsField::PlainCaption() const {
 
 void RowsField::GiveDraft(const std::any& draft) {
     m_draft = std::any_cast<QList<GridRow>>(draft);
+    // What the server does not have any more by its key has to be added again.
+    const QHash<QString, qsizetype> stored = PlacesOf(m_stored);
+    for (GridRow& row : m_draft)
+        if (!m_rowsSpec.keyTag.isEmpty() && !IsNewKey(row.key) && !stored.contains(row.key))
+            row.key = NewKey();
     NotifyChange();
 }
 

@@ -65,7 +65,7 @@ QList<Table> HistoryTables() {
                          {.name = "peer"},
                          {.name = "request"},
                          {.name = "records", .type = ColumnType::Whole, .fallback = "0"}},
-             .indexed = {{"at"}, {"operator_id"}},
+             .indexed = {{"at"}, {"operator_id", "id"}},
              .content = Content::Record},
             {.name = "history_records",
              .columns = {{.name = "request_id",
@@ -78,7 +78,9 @@ QList<Table> HistoryTables() {
                          {.name = "subject_id", .type = ColumnType::Whole},
                          {.name = "kind"},
                          {.name = "fields"}},
-             .indexed = {{"table_name", "record_id"}, {"subject_table", "subject_id", "request_id"}},
+             .indexed = {{"table_name", "record_id"},
+                         {"subject_table", "subject_id", "request_id"},
+                         {"subject_table", "id"}},
              .content = Content::Record}};
 }
 
