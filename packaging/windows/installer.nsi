@@ -2,7 +2,7 @@
 ; replaces the program's folder; settings and libraries are elsewhere and stay, at uninstalling too.
 ; packaging/windows/build gives FOLDER, OUT, VERSION and ICON.
 
-Unicode true
+Target amd64-unicode
 !include "MUI2.nsh"
 !include "x64.nsh"
 
