@@ -54,10 +54,25 @@ QString CommLibrary::OpenTrace() {
 void CommLibrary::ShowSignOn() {
     if (!m_session.OperatorId().isEmpty())
         return;
+    RunSignOn(nullptr, {});
+}
+
+void CommLibrary::RunSignOn(QWidget* parent, const QString& title) {
     const QString& given = m_session.Line().operatorId;
     const QString operatorId = given.isEmpty() ? UserSettings().value(LastOperator).toString() : given;
-    m_signOn = std::make_unique<SignOnDialog>(*this, FirstChoice(), operatorId);
+    m_signOn = std::make_unique<SignOnDialog>(*this, FirstChoice(), operatorId, parent);
+    if (!title.isEmpty())
+        m_signOn->setWindowTitle(title);
     m_prompter.RunDialog(*m_signOn);
+}
+
+std::unique_ptr<Communication> CommLibrary::SignOnElsewhere(QWidget* parent) {
+    auto other = std::make_unique<CommLibrary>(m_prompter, CommandLine(), m_makeEndpoints);
+    other->m_isSecond = true;
+    other->RunSignOn(parent, tr("Sign On to Another Library"));
+    other->CloseSignOn();
+    const bool isSignedOn = !other->m_session.OperatorId().isEmpty() && other->PostSignOn();
+    return isSignedOn ? std::move(other) : nullptr;
 }
 
 void CommLibrary::CloseSignOn() {
@@ -76,6 +91,8 @@ ServerChoice CommLibrary::FirstChoice() const {
 }
 
 void CommLibrary::Remember(const ServerChoice& choice) const {
+    if (m_isSecond)
+        return;
     QSettings settings = UserSettings();
     settings.setValue(LastOperator, m_session.OperatorId());
     settings.setValue(LastServer, choice.server ? choice.server->Text() : QString());

@@ -41,6 +41,7 @@ public:
     QString LibraryName() const override { return m_greeting.libraryName; }
     QString ServerName() const override;
     QString LibraryColour() const override { return m_greeting.colour; }
+    std::unique_ptr<Communication> SignOnElsewhere(QWidget* parent) override;
     void ShowLoginInformation(QWidget* parent) override;
     void ChangePassword(QWidget* parent) override;
     QString EncodePassword(const QString& plain) const override;
@@ -62,6 +63,7 @@ public:
 private:
     ServerChoice FirstChoice() const;
     void Remember(const ServerChoice& choice) const;
+    void RunSignOn(QWidget* parent, const QString& title);
     QString OpenTrace();
     bool RunChangePassword(QWidget* parent, const QString& reason, const QString& rulesText);
 
@@ -75,6 +77,7 @@ private:
     Greeting m_greeting;
     PasswordEncoder m_encoder;
     std::unique_ptr<SignOnDialog> m_signOn;
+    bool m_isSecond = false; // beside another session: where it leads is not where the next start goes
 };
 
 } // namespace sysadmin

@@ -34,6 +34,7 @@ constexpr Need Needs[] = {
     {ToolsGroup, "Tools_RuleCheck", wire::Area::Circulation},
     {ToolsGroup, "Tools_WhoMay", wire::Area::Security},
     {ToolsGroup, "Tools_History", wire::Area::Security},
+    {ToolsGroup, "Tools_CompareConfigurations", wire::Area::Security},
 };
 
 } // namespace

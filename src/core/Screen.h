@@ -11,7 +11,8 @@ class Application;
 /// Something on a screen that can be found by its caption: a field, a right, a button.
 struct ScreenWord {
     QString caption; ///< without mnemonic mark and colon
-    QString control; ///< name of the control
+    QString control; ///< name of the control; empty: a column of a list that is part of the record
+    QHash<QString, QString> values{}; ///< what a choice's or option's values are called, by what travels
 };
 
 /// A kind of record that a screen maintains.

@@ -79,9 +79,18 @@ QList<ScreenSubject> FormScreen::Subjects() const {
     QList<ScreenSubject> subjects;
     const auto add = [&](const QString& request, const Form& form) {
         QHash<QString, ScreenWord> fields;
-        for (const Field* field : form.Fields())
-            if (!field->Tag().isEmpty() && !field->Name().isEmpty())
-                fields.insert(field->Tag(), {field->PlainCaption(), field->Name()});
+        for (const Field* field : form.Fields()) {
+            if (!field->Tag().isEmpty() && !field->Name().isEmpty()) {
+                ScreenWord& word = fields[field->Tag()] = {field->PlainCaption(), field->Name()};
+                for (const PickItem& option : field->Spec().options)
+                    word.values.insert(option.id, option.text);
+            }
+            const auto* rows = dynamic_cast<const RowsField*>(field);
+            for (const RowTag& tag : rows ? rows->Behaviour().puts : QList<RowTag>())
+                if (tag.source == RowTag::Source::Cell && tag.column < rows->Columns().size() &&
+                    !fields.contains(tag.tag))
+                    fields.insert(tag.tag, {rows->Columns()[tag.column].caption, {}});
+        }
         subjects.append({SubjectOf(request), fields});
     };
     for (const TableDeclaration& table : m_declaration.tables)

@@ -6,6 +6,7 @@
 #include "security/frmSecurity_OperatorProfiles.h"
 #include "security/frmSecurity_SecurityOptions.h"
 #include "security/frmSecurity_WhoMay.h"
+#include "security/frmTools_CompareConfigurations.h"
 #include "wire/Status.h"
 
 namespace sysadmin {
@@ -62,6 +63,7 @@ void AddSecurityScreens(ScreenCatalogue& catalogue) {
     catalogue.Contribute<frmSecurity_OperatorProfiles>("Security_OperatorProfile", 50760);
     catalogue.Contribute<frmSecurity_SecurityOptions>("Security_Options", 50770);
     catalogue.Contribute<frmSecurity_WhoMay>("Tools_WhoMay", 50905);
+    catalogue.Contribute<frmTools_CompareConfigurations>("Tools_CompareConfigurations", 50904);
 }
 
 } // namespace sysadmin

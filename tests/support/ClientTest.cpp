@@ -1,6 +1,7 @@
 #include "support/ClientTest.h"
 
 #include "comm/CommandLine.h"
+#include "server/Embedded.h"
 #include "server/ServerConnection.h"
 #include "support/TestServer.h"
 
@@ -33,7 +34,10 @@ void ClientTest::MakeClient() {
         m_client->Window()->Abort = true;
     m_client.reset();
     m_client = std::make_unique<Client>(
-        prompter, ParseCommandLine(arguments).commandLine, [library = m_library](const QString&, QString*) {
+        prompter, ParseCommandLine(arguments).commandLine,
+        [this, library = m_library](const QString& folder, QString* error) {
+            if (!otherLibrary.isEmpty() && folder == otherLibrary)
+                return server::MakeEmbeddedEndpoint(folder, error);
             return wire::EndpointFactory([library](const QString& peer) -> std::unique_ptr<wire::Endpoint> {
                 return std::make_unique<server::ServerConnection>(library, peer);
             });

@@ -34,6 +34,8 @@ protected:
     /// Opens a screen by its navigation key, or brings it to the front.
     Screen& Open(const QString& key);
 
+    /// The folder of a second sample library, beside that of the test.
+    QString otherLibrary;
     /// The command line of the clients made from here on.
     QStringList arguments;
 

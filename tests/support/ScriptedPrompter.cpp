@@ -40,6 +40,10 @@ void ScriptedPrompter::ExpectSaveFile(const QString& result) {
     m_expected.append({Kind::SaveFile, result, false, {}, {}, {}});
 }
 
+void ScriptedPrompter::ExpectFolder(const QString& result) {
+    m_expected.append({Kind::Folder, result, false, {}, {}, {}});
+}
+
 void ScriptedPrompter::ExpectOpenFile(const QString& result) {
     m_expected.append({Kind::OpenFile, result, false, {}, {}, {}});
 }
@@ -105,8 +109,8 @@ QString ScriptedPrompter::AskOpenFile(QWidget*, const QString& title, const QStr
 }
 
 QString ScriptedPrompter::AskFolder(QWidget*, const QString& title, const QString&) {
-    ADD_FAILURE() << "Asked for a folder: " << title.toStdString();
-    return {};
+    const std::optional<Expected> expected = TakeNext(Kind::Folder, title);
+    return expected ? expected->text : QString();
 }
 
 } // namespace sysadmin

@@ -29,6 +29,7 @@ public:
     void ExpectDialogResult(const QString& objectName, std::function<void(QDialog&)> drive);
     void ExpectSaveFile(const QString& result);
     void ExpectOpenFile(const QString& result);
+    void ExpectFolder(const QString& result);
 
     /// Whether everything expected was shown.
     bool AllShown() const { return m_expected.isEmpty(); }
@@ -38,11 +39,10 @@ public:
     QString AskSaveFile(QWidget* parent, const QString& title, const QString& suggestion,
                         const QString& filter) override;
     QString AskOpenFile(QWidget* parent, const QString& title, const QString& filter) override;
-    /// Nothing asks for a folder in what is scripted: a failure.
     QString AskFolder(QWidget* parent, const QString& title, const QString& start) override;
 
 private:
-    enum class Kind { Box, Dialog, SaveFile, OpenFile };
+    enum class Kind { Box, Dialog, SaveFile, OpenFile, Folder };
     struct Expected {
         Kind kind = Kind::Box;
         QString text; // of a box; a dialog's object name; the file to answer

@@ -3,6 +3,8 @@
 #include "core/data/RequestChannel.h"
 #include "core/data/Session.h"
 
+#include <memory>
+
 class QWidget;
 
 namespace sysadmin {
@@ -28,6 +30,10 @@ public:
     virtual QString ServerName() const = 0;
     /// The colour that the library was given ("#c03028"), by which it is told from others; empty: none.
     virtual QString LibraryColour() const { return {}; }
+
+    /// Lets the operator sign on to another library, beside the session that there is; null when he gave up.
+    /// Its session ends with the object.
+    virtual std::unique_ptr<Communication> SignOnElsewhere(QWidget* /*parent*/) { return nullptr; }
 
     virtual void ShowLoginInformation(QWidget* parent) = 0;
     virtual void ChangePassword(QWidget* parent) = 0;

@@ -94,6 +94,10 @@ void CompareTable(FileForm& form, const SettingsTable& before, const SettingsTab
     QList<qsizetype> places; // of the columns after among those before
     for (const Column* column : after.columns)
         places << before.columns.indexOf(column);
+    const Column* owner = form.Named(after.name).Find(form.Named(after.name).owner);
+    const auto ownerOf = [&](const SettingsTable& table, const SettingsRecord& record) {
+        return owner ? record.cells.value(table.columns.indexOf(owner)) : QString();
+    };
     for (const SettingsRecord& record : after.records) {
         stays.insert(record.key);
         const SettingsRecord* was = wasThere.value(record.key);
@@ -112,6 +116,9 @@ void CompareTable(FileForm& form, const SettingsTable& before, const SettingsTab
         if (was && difference.cells.isEmpty())
             continue;
         difference.name = form.NameOf(after, record);
+        difference.owner = after.columns.contains(owner) ? ownerOf(after, record)
+                           : was                         ? ownerOf(before, *was)
+                                                         : QString();
         comparison.differences << std::move(difference);
     }
     for (const SettingsRecord& record : before.records)
@@ -122,6 +129,7 @@ void CompareTable(FileForm& form, const SettingsTable& before, const SettingsTab
                                   .key = record.key,
                                   .line = 0,
                                   .id = record.id};
+            difference.owner = ownerOf(before, record);
             for (const qsizetype place : places)
                 difference.cells.append({before.columns[place], record.cells[place], {}});
             comparison.differences << std::move(difference);

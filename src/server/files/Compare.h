@@ -20,6 +20,8 @@ struct Difference {
     QString key;   ///< as the records' keys
     int line = 0;  ///< where it stands in the file of the settings after; 0: nowhere
     qint64 id = 0; ///< in the library of the settings before; 0: they are no library's
+    /// Of a row that is a part of a record the cell that names that record.
+    QString owner = {};
     /// Of a changed record what differs; of an added one all that is said of it; of a removed one what it
     /// held of that.
     QList<ChangedCell> cells = {};

@@ -7,6 +7,7 @@
 #include "server/remote/RemoteJobs.h"
 #include "server/store/Database.h"
 #include "server/subjects/Registrations.h"
+#include "wire/Csv.h"
 
 #include <QCryptographicHash>
 
@@ -111,7 +112,7 @@ void Work::ReadFiles(const wire::Fields& request) {
     QString name;
     for (const wire::Field& field : request)
         if (field.tag == u"F")
-            name = field.value;
+            sent[name = field.value];
         else if (field.tag == u"X")
             sent[name] += field.value;
         else if (field.tag == u"CT")
@@ -208,13 +209,13 @@ std::shared_ptr<Prepared> Follow(Database& database, const Library& library, con
 }
 
 /// Answers by what the job found; while it goes on, or when it failed, with the status for that.
-Answer AnswerBy(Context& context, const std::function<void(const Work&, ReplyFields&)>& put) {
+Answer AnswerBy(Context& context, const std::function<void(Work&, ReplyFields&)>& put) {
     const auto* reached = dynamic_cast<const Reached*>(context.prepared);
     if (!reached)
         return {status::NotFound};
     if (!reached->result)
         return {status::Continues};
-    const auto* work = dynamic_cast<const Work*>(reached->result->brought.get());
+    auto* work = dynamic_cast<Work*>(reached->result->brought.get());
     switch (reached->result->outcome) {
     case Outcome::Connected:
         break;
@@ -252,13 +253,43 @@ QString LetterOf(Difference::Kind kind) {
     return kind == Difference::Kind::Added ? "A" : kind == Difference::Kind::Changed ? "C" : "R";
 }
 
-/// The name of the record of which this one is a part: what its first cell names, or itself.
-QString OwnerName(const Work& work, const Difference& difference) {
-    return work.places.WholeOf(difference.table) == difference.table ? difference.name
-                                                                     : difference.name.section(" / ", 0, 0);
+/// How many parts the key of a table's records has.
+qsizetype PartsOfKey(const FileForm& form, const Table& table) {
+    qsizetype parts = 0;
+    for (const QString& name : NaturalKey(table).value_or(QStringList())) {
+        const Column* column = table.Find(name);
+        const auto target = column ? form.GetTables().constFind(column->target) : form.GetTables().constEnd();
+        parts += target == form.GetTables().constEnd() ? 1 : PartsOfKey(form, *target);
+    }
+    return parts;
 }
 
-void PutDifferences(const Work& work, const Comparison& comparison, ReplyFields& reply) {
+/// The record of which this one is a part, or itself: key and name.
+void PutWhole(Work& work, const Difference& difference, ReplyFields& reply) {
+    const QString whole = work.places.WholeOf(difference.table);
+    QString key = difference.key;
+    QString name = difference.name;
+    if (whole != difference.table) {
+        const Table& table = work.form.Named(difference.table);
+        const Column* owner = table.Find(table.owner);
+        const qsizetype parts = PartsOfKey(work.form, work.form.Named(whole));
+        const auto begin = [&](const QString& text, const QChar separator) {
+            return text.split(separator).mid(0, parts).join(separator);
+        };
+        key = owner && parts > 0
+                  ? begin(work.form.KeyOf(owner->target, difference.owner), keyparts::Separator)
+                  : QString();
+        // A cell names a record by several texts where it takes several.
+        name = difference.owner;
+        if (owner && PartsOfKey(work.form, work.form.Named(owner->target)) > 1)
+            if (const auto records = wire::ParseCsv(difference.owner); !records.isEmpty())
+                name = records.first().fields.mid(0, parts).join(" / ");
+    }
+    Put(reply, "U", key);
+    Put(reply, "V", name);
+}
+
+void PutDifferences(Work& work, const Comparison& comparison, ReplyFields& reply) {
     QString table;
     qsizetype cells = 0;
     for (const Difference& difference : comparison.differences) {
@@ -268,7 +299,7 @@ void PutDifferences(const Work& work, const Comparison& comparison, ReplyFields&
         Put(reply, "D", LetterOf(difference.kind));
         Put(reply, "K", difference.key);
         Put(reply, "N", difference.name);
-        Put(reply, "U", OwnerName(work, difference));
+        PutWhole(work, difference, reply);
         Put(reply, "L", QString::number(difference.line));
         if (const QString because = work.plan.because.value({difference.table, difference.key});
             !because.isEmpty())
@@ -324,7 +355,7 @@ std::shared_ptr<Prepared> PrepareExport(Database& database, const Library& libra
 }
 
 Answer Export(Context& context, const wire::Fields&) {
-    return AnswerBy(context, [](const Work& work, ReplyFields& reply) {
+    return AnswerBy(context, [](Work& work, ReplyFields& reply) {
         for (auto file = work.files.begin(); file != work.files.end(); ++file) {
             Put(reply, "F", file.key());
             for (qsizetype at = 0; at < file->size();) {
@@ -357,7 +388,7 @@ std::shared_ptr<Prepared> PrepareCompare(Database& database, const Library& libr
 }
 
 Answer Compare(Context& context, const wire::Fields&) {
-    return AnswerBy(context, [](const Work& work, ReplyFields& reply) {
+    return AnswerBy(context, [](Work& work, ReplyFields& reply) {
         PutDifferences(work, work.plan.comparison, reply);
         PutProblems(work.fileProblems + work.plan.comparison.problems, reply);
         PutNotices(work, reply);
@@ -385,7 +416,7 @@ std::shared_ptr<Prepared> PrepareTry(Database& database, const Library& library,
 }
 
 Answer Try(Context& context, const wire::Fields&) {
-    return AnswerBy(context, [](const Work& work, ReplyFields& reply) {
+    return AnswerBy(context, [](Work& work, ReplyFields& reply) {
         PutDifferences(work, work.plan.comparison, reply);
         PutProblems(work.fileProblems + work.plan.comparison.problems, reply);
         for (const QString& line : MissingSecrets(work.form, work.plan.comparison))
