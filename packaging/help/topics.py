@@ -36,9 +36,9 @@ class Described:
 
     def __init__(self, folder):
         self.folder = pathlib.Path(folder)
-        navigation = self.folder / "navigation.json"
+        navigation = self.folder / "declarations" / "navigation.json"
         if not navigation.exists():
-            raise SystemExit(f"{folder} is no folder that 'sysadmin --describe' wrote: there is no navigation.json.")
+            raise SystemExit(f"{folder} is no folder that 'sysadmin --describe' wrote: there is no declarations/navigation.json.")
         self.navigation = json.loads(navigation.read_text())
         self.windows = {}
         for file in sorted(self.folder.glob("*.*.json")):

@@ -261,7 +261,7 @@ QString RunDescribe(const CommandLine& line) {
     };
     const auto navigate = [&](const ScreenCatalogue& catalogue) {
         if (const QString problem =
-                WriteFile(folder + "/navigation.json", QJsonDocument(NavigationJson(catalogue)));
+                WriteFile(folder + "/declarations/navigation.json", QJsonDocument(NavigationJson(catalogue)));
             !problem.isEmpty())
             failure = problem;
     };

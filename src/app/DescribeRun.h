@@ -26,7 +26,7 @@ struct WindowVisitor {
 QString VisitWindows(const CommandLine& line, const WindowVisitor& visitor);
 
 /// Writes each window in each state as NAME.STATE.png and NAME.STATE.json, and what each screen declares as
-/// declarations/NAME.json, to the folder of the command line; navigation.json has the groups of the
+/// declarations/NAME.json, to the folder of the command line; navigation.json there has the groups of the
 /// navigation and the help topics of their items. Answers as above.
 QString RunDescribe(const CommandLine& line);
 

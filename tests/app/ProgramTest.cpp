@@ -112,6 +112,22 @@ TEST(ProgramTest, DescribesEveryScreenAndAllOfThemCanBeUsed) {
         EXPECT_FALSE(IsBlank(picture));
     }
     CheckStates(descriptions);
+
+    // Every item of the navigation leads to a topic of its own, which is a described window's.
+    QFile navigation(folder.filePath("all/declarations/navigation.json"));
+    ASSERT_TRUE(navigation.open(QIODevice::ReadOnly));
+    QSet<QString> topics;
+    for (const QJsonValue& group : QJsonDocument::fromJson(navigation.readAll()).array())
+        for (const QJsonValue& item : group["items"].toArray()) {
+            const QString topic = item["topic"].toString();
+            SCOPED_TRACE(item["caption"].toString().toStdString());
+            EXPECT_FALSE(topics.contains(topic));
+            EXPECT_TRUE(std::any_of(descriptions.begin(), descriptions.end(), [&](const Description& window) {
+                return QString::number(window.helpContext) == topic;
+            }));
+            topics.insert(topic);
+        }
+    EXPECT_GT(topics.size(), 70);
 }
 
 /// The password that a clear text of a trace line would give away.
