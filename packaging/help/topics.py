@@ -52,6 +52,7 @@ class Described:
             own = [name for name in states if self.windows[name]["screen"] == screen]
             for kind in ("edit", "view", "list"):
                 wanted = [name for name in own if name.rpartition(".")[2].startswith(kind)]
+                wanted.sort(key=lambda name: (len(name), name))  # "edit" before "edit-2"
                 if wanted:
                     chosen += wanted
                     break
