@@ -12,6 +12,7 @@
 #include "core/System.h"
 #include "core/data/UserSettings.h"
 #include "look/IconLoader.h"
+#include "wire/Status.h"
 
 #include <QAction>
 #include <QApplication>
@@ -24,6 +25,7 @@
 #include <QShortcut>
 #include <QSplitter>
 #include <QStatusBar>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace sysadmin {
@@ -32,6 +34,8 @@ namespace {
 
 constexpr int NavigationWidth = 270;
 constexpr int MostWords = 40;
+constexpr int BeforeLearning = 3000; // milliseconds
+constexpr int LearningPause = 50;    // between two screens
 constexpr qsizetype MostRecent = 6;
 
 QAction* AddEntry(QMenu* menu, const QString& name, const QString& caption) {
@@ -90,6 +94,9 @@ MainWindow::MainWindow(Application& application, const QString& informationCapti
         if (Screen* screen = FindScreen(key))
             screen->GoTo(control);
     });
+    albMain->FindRecordsToo();
+    connect(albMain, &NavigationBar::RecordsWanted, this, &MainWindow::FindRecords);
+    connect(albMain, &NavigationBar::RecordChosen, this, &MainWindow::GoTo);
     connect(mdiScreens, &ScreenArea::ScreenChosen, this, &MainWindow::OpenScreen);
     connect(albMain, &NavigationBar::StyleChosen, this,
             [this] { m_application.prefs.Remember("LargeIconGroups", albMain->LargeGroups()); });
@@ -153,6 +160,14 @@ void MainWindow::ShowNavigation(const Navigation& navigation) {
     m_groups = navigation.ShownGroups();
     albMain->SetGroups(m_groups);
     m_wordIndex.SetGroups(m_groups);
+    // While the operator looks around, the screens are learned: nobody waits for it later.
+    auto* learning = new QTimer(this);
+    connect(learning, &QTimer::timeout, this, [this, learning] {
+        if (!m_application.channel.IsBusy() && !m_wordIndex.LearnNext())
+            learning->deleteLater();
+        learning->setInterval(LearningPause);
+    });
+    learning->start(BeforeLearning);
     mdiScreens->SetHint(m_groups.isEmpty()
                             ? tr("There is no setting to show.")
                             : tr("Choose a setting at the left, or press Ctrl+K and type its name."));
@@ -235,6 +250,41 @@ bool MainWindow::ShowRecord(const QString& word, const QString& key, const QStri
     OpenScreen(place->key);
     Screen* screen = FindScreen(place->key);
     return screen && screen->ShowRecord(word, key, control);
+}
+
+void MainWindow::FindRecords(const QString& text) {
+    RequestChannel& channel = m_application.channel;
+    if (channel.IsBusy()) { // a reply is being read
+        QTimer::singleShot(LearningPause, this, [this, text] { FindRecords(text); });
+        return;
+    }
+    QList<FoundRecord> records;
+    channel.PutField("Txt", text);
+    if (channel.SendRequest("FndRec") == wire::status::Ok)
+        while (channel.NextRecord("Sbj")) {
+            const SubjectPlace* place = PlaceOf(channel.GetField("Sbj"));
+            if (!place)
+                continue;
+            const ScreenWord field = place->fields.value(channel.GetField("UT"));
+            const QString name = channel.GetField("UN");
+            const QString value = channel.GetField("UV");
+            QStringList detail;
+            if (!field.caption.isEmpty())
+                detail << field.caption;
+            if (value != name)
+                detail << value;
+            records.append({channel.GetField("Sbj"), channel.GetField("UK"), name, field.control,
+                            detail.join(": "), place->screen, place->icon});
+        }
+    albMain->ShowRecords(text, records);
+}
+
+void MainWindow::GoTo(const FoundRecord& record) {
+    if (!ShowRecord(record.word, record.key, record.control))
+        m_application.prompter.ShowBox(
+            this, {.text = tr("\"%1\" is not in the list as it is shown now: it may belong to another "
+                              "circulation cluster, or something else is being edited there.")
+                               .arg(record.name)});
 }
 
 void MainWindow::NoteRecent(const QString& key) {

@@ -91,6 +91,9 @@ private:
     void ActivateWindow(QMdiSubWindow* window);
     void OnScreenActivated();
     void NoteRecent(const QString& key);
+    /// Asks the server for records with the text, and shows them in the navigation bar.
+    void FindRecords(const QString& text);
+    void GoTo(const FoundRecord& record);
     void ShowRecent();
     void OnClusterNotice();
     void ChangeCluster();

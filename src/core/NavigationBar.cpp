@@ -14,6 +14,7 @@
 #include <QMenu>
 #include <QShortcut>
 #include <QSignalBlocker>
+#include <QTimer>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -23,6 +24,9 @@
 namespace sysadmin {
 
 namespace {
+
+constexpr int TypingPause = 200;      // milliseconds
+constexpr qsizetype LeastLetters = 2; // with one, nearly everything would be found
 
 QString KeyOf(const QTreeWidgetItem* item) {
     return item->data(0, NavigationDelegate::KeyRole).toString();
@@ -51,7 +55,8 @@ NavigationBar::NavigationBar(QWidget* parent)
     txtFindScreen = new QLineEdit(this);
     txtFindScreen->setObjectName("txtFindScreen");
     txtFindScreen->setPlaceholderText(tr("Find a setting"));
-    txtFindScreen->setToolTip(tr("Find a setting, a field, a right or a button by its name (Ctrl+K)"));
+    txtFindScreen->setToolTip(
+        tr("Find a setting, a field, a right, a button or a record by its name (Ctrl+K)"));
     txtFindScreen->setAccessibleName(tr("Find a setting"));
     txtFindScreen->setClearButtonEnabled(true);
     txtFindScreen->addAction(LoadIcon("Find"), QLineEdit::LeadingPosition);
@@ -96,6 +101,13 @@ NavigationBar::NavigationBar(QWidget* parent)
 
     BuildMenu();
     connect(txtFindScreen, &QLineEdit::textChanged, this, &NavigationBar::Find);
+    m_typing = new QTimer(this);
+    m_typing->setSingleShot(true);
+    m_typing->setInterval(TypingPause);
+    connect(m_typing, &QTimer::timeout, this, [this] {
+        if (const QString text = txtFindScreen->text().simplified(); !text.isEmpty())
+            emit RecordsWanted(text);
+    });
     connect(tvwScreens, &QTreeWidget::itemClicked, this, &NavigationBar::Choose);
     auto* find = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_K), this);
     find->setContext(Qt::WindowShortcut);
@@ -127,6 +139,7 @@ void NavigationBar::BuildMenu() {
 void NavigationBar::SetGroups(const QList<NavigationGroup>& groups) {
     tvwScreens->clear();
     m_words = nullptr;
+    m_recordGroups.clear();
     m_currentGroup.clear();
     for (const NavigationGroup& group : groups) {
         QTreeWidgetItem* heading = MakeItem(group.key, group.caption, "Group_" + group.key);
@@ -172,6 +185,10 @@ void NavigationBar::Choose(QTreeWidgetItem* item) {
         const QString control = item->data(0, NavigationDelegate::ControlRole).toString();
         txtFindScreen->clear();
         emit WordChosen(key, control);
+    } else if (item->parent() && m_recordGroups.contains(item->parent())) {
+        const FoundRecord record = m_records[KeyOf(item).toInt()];
+        txtFindScreen->clear();
+        emit RecordChosen(record);
     } else if (item->parent()) {
         m_currentGroup = KeyOf(item->parent());
         const QString key = KeyOf(item);
@@ -187,6 +204,8 @@ void NavigationBar::Choose(QTreeWidgetItem* item) {
 void NavigationBar::Find(const QString& text) {
     const QString wanted = text.simplified();
     delete std::exchange(m_words, nullptr);
+    qDeleteAll(std::exchange(m_recordGroups, {}));
+    m_records.clear();
     const auto show = [&](const auto& isFound) {
         bool any = false;
         for (int i = 0; i < tvwScreens->topLevelItemCount(); ++i) {
@@ -213,10 +232,19 @@ void NavigationBar::Find(const QString& text) {
                 return group.contains(word, Qt::CaseInsensitive) || item.contains(word, Qt::CaseInsensitive);
             });
         });
+    const bool asks = m_findsRecords && wanted.size() >= LeastLetters;
     const bool nothing = !ShowWords(wanted) && !anyGroup && !wanted.isEmpty();
+    if (asks)
+        m_typing->start();
+    else
+        m_typing->stop();
+    ShowNothing(wanted, nothing && !asks);
+}
+
+void NavigationBar::ShowNothing(const QString& text, bool nothing) {
     lblNothingFound->setVisible(nothing);
     if (nothing) {
-        lblNothingFound->setText(tr("Nothing is called \"%1\".").arg(wanted));
+        lblNothingFound->setText(tr("Nothing is called \"%1\".").arg(text));
         QAccessibleEvent said(lblNothingFound, QAccessible::Alert);
         QAccessible::updateAccessibility(&said);
     }
@@ -224,7 +252,6 @@ void NavigationBar::Find(const QString& text) {
 
 /// Shows what stands on the screens under such a name; false when nothing does.
 bool NavigationBar::ShowWords(const QString& text) {
-    constexpr qsizetype LeastLetters = 2; // with one, nearly everything would be found
     const QList<FoundWord> words =
         m_findWords && text.size() >= LeastLetters ? m_findWords(text) : QList<FoundWord>();
     if (words.isEmpty())
@@ -241,6 +268,31 @@ bool NavigationBar::ShowWords(const QString& text) {
     tvwScreens->addTopLevelItem(m_words);
     m_words->setExpanded(true);
     return true;
+}
+
+void NavigationBar::ShowRecords(const QString& text, const QList<FoundRecord>& records) {
+    if (text != txtFindScreen->text().simplified())
+        return; // the operator has typed on
+    qDeleteAll(std::exchange(m_recordGroups, {}));
+    m_records = records;
+    for (int i = 0; i < records.size(); ++i) {
+        const FoundRecord& record = records[i];
+        if (i == 0 || records[i - 1].word != record.word) {
+            QTreeWidgetItem* group = MakeItem("Records", record.screen, record.icon);
+            group->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
+            tvwScreens->addTopLevelItem(group);
+            group->setExpanded(true);
+            m_recordGroups.append(group);
+        }
+        QTreeWidgetItem* item = MakeItem(QString::number(i), record.name, record.icon);
+        item->setData(0, NavigationDelegate::DetailRole, record.detail);
+        item->setData(0, Qt::AccessibleTextRole, record.name + ", " + record.detail + ", " + record.screen);
+        m_recordGroups.last()->addChild(item);
+    }
+    bool any = m_words || !records.isEmpty();
+    for (int i = 0; i < tvwScreens->topLevelItemCount() && !any; ++i)
+        any = !tvwScreens->topLevelItem(i)->isHidden();
+    ShowNothing(text, !any);
 }
 
 void NavigationBar::SetLargeGroups(const QStringList& groups) {

@@ -11,6 +11,7 @@ class QAction;
 class QLabel;
 class QLineEdit;
 class QMenu;
+class QTimer;
 class QTreeWidget;
 class QTreeWidgetItem;
 
@@ -38,12 +39,20 @@ public:
     /// What else the box finds: what stands on the screens.
     using WordFinder = std::function<QList<FoundWord>(const QString& text)>;
     void SetWordFinder(WordFinder find) { m_findWords = std::move(find); }
+    /// From now on records are asked for, too (`RecordsWanted`), once the operator stops typing.
+    void FindRecordsToo() { m_findsRecords = true; }
+    /// Shows the records that were found for the text, if that is still what is looked for.
+    void ShowRecords(const QString& text, const QList<FoundRecord>& records);
 
 signals:
     /// The operator chose the item of this key.
     void ItemChosen(const QString& key);
     /// The operator chose something on the screen of this key.
     void WordChosen(const QString& key, const QString& control);
+    /// Records with this text are to be shown.
+    void RecordsWanted(const QString& text);
+    /// The operator chose a record.
+    void RecordChosen(const FoundRecord& record);
     /// The operator gave a group another icon style.
     void StyleChosen();
 
@@ -58,6 +67,7 @@ private:
     void Choose(QTreeWidgetItem* item);
     void Find(const QString& text);
     bool ShowWords(const QString& text);
+    void ShowNothing(const QString& text, bool nothing);
     bool HandleTreeKey(int key);
     bool HandleFindKey(int key);
 
@@ -71,6 +81,10 @@ private:
     QString m_currentGroup;
     WordFinder m_findWords;
     QTreeWidgetItem* m_words = nullptr; // the group of what was found on screens
+    QTimer* m_typing = nullptr;         // runs until the operator stops
+    bool m_findsRecords = false;
+    QList<FoundRecord> m_records;
+    QList<QTreeWidgetItem*> m_recordGroups; // one for each kind of record
 };
 
 } // namespace sysadmin

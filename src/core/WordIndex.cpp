@@ -9,34 +9,36 @@
 namespace sysadmin {
 
 void WordIndex::SetGroups(const QList<NavigationGroup>& groups) {
-    m_groups = groups;
     m_words.clear();
     m_places.clear();
-    m_learned = false;
+    m_left.clear();
+    for (const NavigationGroup& group : groups)
+        for (const ScreenEntry& entry : group.items)
+            m_left.append({group.caption, entry});
 }
 
-void WordIndex::Learn() {
-    m_learned = true;
-    for (const NavigationGroup& group : m_groups)
-        for (const ScreenEntry& entry : group.items) {
-            const std::unique_ptr<Screen> screen(entry.screen.make(m_application, nullptr));
-            const QString caption = group.caption + " > " + QString(entry.caption).replace("&&", "&");
-            for (const ScreenSubject& subject : screen->Subjects())
-                if (!m_places.contains(subject.word))
-                    m_places.insert(subject.word, {entry.key, caption, subject.fields});
-            QSet<QString> known;
-            for (const ScreenWord& word : screen->Words()) {
-                if (known.contains(word.caption))
-                    continue;
-                known.insert(word.caption);
-                m_words.append({entry.key, word.control, word.caption, caption, entry.icon});
-            }
-        }
+bool WordIndex::LearnNext() {
+    if (m_left.isEmpty())
+        return false;
+    const auto [group, entry] = m_left.takeFirst();
+    const std::unique_ptr<Screen> screen(entry.screen.make(m_application, nullptr));
+    const QString caption = group + " > " + QString(entry.caption).replace("&&", "&");
+    for (const ScreenSubject& subject : screen->Subjects())
+        if (!m_places.contains(subject.word))
+            m_places.insert(subject.word, {entry.key, caption, subject.fields, entry.icon});
+    QSet<QString> known;
+    for (const ScreenWord& word : screen->Words()) {
+        if (known.contains(word.caption))
+            continue;
+        known.insert(word.caption);
+        m_words.append({entry.key, word.control, word.caption, caption, entry.icon});
+    }
+    return true;
 }
 
 const SubjectPlace* WordIndex::PlaceOf(const QString& word) {
-    if (!m_learned)
-        Learn();
+    while (LearnNext()) {
+    }
     const auto place = m_places.constFind(word);
     return place == m_places.constEnd() ? nullptr : &*place;
 }
@@ -45,8 +47,8 @@ QList<FoundWord> WordIndex::Find(const QString& text, int most) {
     const QString wanted = text.simplified();
     if (wanted.isEmpty())
         return {};
-    if (!m_learned)
-        Learn();
+    while (LearnNext()) {
+    }
     const QStringList parts = wanted.split(' ');
     std::array<QList<FoundWord>, 3> found; // by rank
     for (const FoundWord& word : m_words) {

@@ -3,10 +3,12 @@
 #include "core/Application.h"
 #include "core/Prompter.h"
 #include "framework/Captions.h"
+#include "framework/DetailedRows.h"
 #include "framework/FormView.h"
 #include "framework/ListGrid.h"
 #include "framework/SecretField.h"
 #include "framework/Utility.h"
+#include "framework/forms/ListFields.h"
 #include "framework/frmHistory.h"
 #include "wire/Status.h"
 
@@ -55,10 +57,16 @@ void FormScreen::Declare() {
 
 QList<ScreenWord> FormScreen::Words() const {
     QList<ScreenWord> words;
-    const auto addForm = [&](const Form* form) {
-        for (const Field* field : form ? form->Fields() : QList<Field*>())
+    const std::function<void(const Form*)> addForm = [&](const Form* form) {
+        for (const Field* field : form ? form->Fields() : QList<Field*>()) {
             if (!field->Name().isEmpty() && !field->PlainCaption().isEmpty())
                 words.append({field->PlainCaption(), field->Name()});
+            // What stands beside a list and edits its selected row.
+            if (const auto* picked = dynamic_cast<const PickedField*>(field))
+                addForm(picked->Behaviour().settings);
+            if (const auto* rows = dynamic_cast<const DetailedRowsField*>(field))
+                addForm(&rows->Details());
+        }
     };
     for (const TableDeclaration& table : m_declaration.tables) {
         addForm(table.form);

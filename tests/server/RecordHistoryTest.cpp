@@ -1,116 +1,13 @@
 #include "Engines.h"
 
 #include "server/subjects/Registrations.h"
+#include "support/RecordChanger.h"
 #include "support/TestServer.h"
-
-#include <QRandomGenerator>
 
 namespace sysadmin::testing {
 namespace {
 
 using namespace server;
-
-/// Changes rows of a library at random, as requests do: with an author, so that the history knows.
-class Changer {
-public:
-    Changer(TestServer& server, const Registry& registry)
-        : m_server(server)
-        , m_registry(registry)
-        , m_random(20261122) {}
-
-    /// Changes something of the record or of its parts; false when there was nothing that could be.
-    bool Change(const RecordName& record) {
-        QList<RecordName> rows{record};
-        AddParts(record, rows);
-        for (int attempt = 0; attempt < 20; ++attempt)
-            if (TryTo(rows[m_random.bounded(int(rows.size()))], record))
-                return true;
-        return false;
-    }
-
-    template <class Work>
-    bool Try(const QString& request, const Work& work) {
-        Database& database = m_server.GetDatabase();
-        try {
-            RunInTransaction(database, [&] {
-                Records records(database, m_registry.GetTables(),
-                                Author{"SYSADMIN", "local", request, StoredTime(m_server.Now()), "", 0});
-                work(records);
-                records.Finish();
-            });
-        } catch (const StoreError&) {
-            return false; // a rule of the tables
-        }
-        return true;
-    }
-
-private:
-    void AddParts(const RecordName& record, QList<RecordName>& rows) {
-        for (const Table& table : m_registry.GetTables())
-            if (!table.owner.isEmpty() && table.Find(table.owner)->target == record.table)
-                for (const QVariant& id : m_server.GetDatabase().FirstColumn(
-                         "SELECT id FROM " + table.name + " WHERE " + table.owner + "=? LIMIT 5",
-                         {record.id})) {
-                    rows << RecordName{table.name, id.toLongLong()};
-                    AddParts(rows.last(), rows);
-                }
-    }
-
-    QVariant NewValue(const Table& table, const Column& column, const QVariant& value) {
-        Database& database = m_server.GetDatabase();
-        switch (column.type) {
-        case ColumnType::Flag:
-            return value.toString() == u"Y" ? "N" : "Y";
-        case ColumnType::Text:
-            return table.IsUniqueText(column.name) || m_random.bounded(3) == 0
-                       ? QVariant(value.toString().left(3) + QString::number(m_random.bounded(1000)))
-                       : database.FirstValue("SELECT " + column.name + " FROM " + table.name +
-                                             " ORDER BY id DESC LIMIT 1");
-        case ColumnType::Whole:
-            return m_random.bounded(4) == 0 ? QVariant() : QVariant(m_random.bounded(50));
-        case ColumnType::Reference:
-            return database.FirstValue("SELECT MAX(id) FROM " + column.target);
-        case ColumnType::Bytes:
-            break;
-        }
-        return value;
-    }
-
-    bool TryTo(const RecordName& row, const RecordName& record) {
-        const Table& table = *m_registry.GetTables().constFind(row.table);
-        if (table.columns.isEmpty())
-            return false;
-        const bool isPart = row.table != record.table;
-        const int what = m_random.bounded(4);
-        bool changed = false;
-        const bool isDone = Try("Test", [&](Records& records) {
-            const auto before = records.Find(row.table, row.id);
-            if (!before)
-                return;
-            changed = true;
-            if (isPart && what == 0) {
-                records.Remove(row.table, row.id);
-                return;
-            }
-            Row after = *before;
-            for (int i = 0; i < 3; ++i) {
-                const Column& column = table.columns[m_random.bounded(int(table.columns.size()))];
-                if (!column.secret && !column.bookkeeping && column.name != table.owner)
-                    after[column.name] = NewValue(table, column, after[column.name]);
-            }
-            changed = after != *before;
-            if (isPart && what == 1)
-                records.Insert(row.table, after);
-            else
-                records.Update(row.table, row.id, after);
-        });
-        return isDone && changed;
-    }
-
-    TestServer& m_server;
-    const Registry& m_registry;
-    QRandomGenerator m_random;
-};
 
 wire::Fields WithoutKey(wire::Fields fields) {
     fields.removeIf([](const wire::Field& field) { return field.tag == u"AsKey"; });
@@ -148,7 +45,7 @@ class RecordHistoryTest : public EngineTest {};
 TEST_P(RecordHistoryTest, EveryRecordIsShownAsItWas) {
     const auto registry = MakeRegistry();
     TestServer server({.address = Address()});
-    Changer changer(server, *registry);
+    RecordChanger changer(server.GetDatabase(), registry->GetTables());
     int compared = 0;
     for (const RequestRule* rule : GetRules(*registry)) {
         const QString table = rule->tables.first();
@@ -182,7 +79,7 @@ TEST_P(RecordHistoryTest, EveryRecordIsShownAsItWas) {
             for (int i = 0; i < 6 && changer.Change(record) && keep(); ++i) {
             }
             const wire::Fields last = keyNow();
-            const bool isGone = !rule->single && changer.Try("Remove", [&](Records& records) {
+            const bool isGone = !rule->single && changer.Try([&](Records& records) {
                 records.Remove(record.table, record.id);
             });
             for (const auto& [number, before] : states) {
