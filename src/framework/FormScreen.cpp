@@ -74,7 +74,8 @@ QList<ScreenWord> FormScreen::Words() const {
     }
     for (const RecordDeclaration& record : m_declaration.records)
         addForm(record.form);
-    static const QStringList everywhere{"cmdNew", "cmdEdit", "cmdDelete", "cmdSave", "cmdCancel"};
+    static const QStringList everywhere{"cmdNew",  "cmdEdit",   "cmdDelete",
+                                        "cmdSave", "cmdCancel", "cmdHistory"};
     for (const QPushButton* button : findChildren<QPushButton*>()) {
         QString caption = DeclaredCaption(*button).remove('&').remove("...");
         if (!everywhere.contains(button->objectName()) && !caption.isEmpty() && caption[0].isLetter())

@@ -58,9 +58,9 @@ frmHistory::frmHistory(Application& application, RecordHistory& history, QWidget
         *m_filter, Below({Beside({m_filter->cboField, m_filter->txtFrom, m_filter->txtTo})}), this);
     vsfEntries = new ListGrid("vsfEntries",
                               {{.caption = tr("When"), .width = 150, .dateFormat = WireMoment},
-                               {.caption = tr("Who"), .width = 190},
+                               {.caption = tr("Who"), .width = 230},
                                {.caption = tr("From Where"), .width = 150},
-                               {.caption = tr("What"), .width = 300},
+                               {.caption = tr("What"), .width = 280},
                                {.caption = tr("Request"), .width = 90}},
                               this);
     vsfEntries->setAccessibleName(tr("Changes"));
@@ -90,7 +90,7 @@ frmHistory::frmHistory(Application& application, RecordHistory& history, QWidget
     whole->addWidget(lblNote);
     BuildButtons();
     AssignMnemonics(*this);
-    resize(940, 600);
+    resize(960, 600);
 
     m_timer = new QTimer(this);
     m_timer->setInterval(0);

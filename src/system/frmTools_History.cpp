@@ -50,12 +50,12 @@ frmTools_History::frmTools_History(Application& application, QWidget* parent)
         Below({Beside({m_filter.cboOperator, m_filter.cboSetting, m_filter.txtFrom, m_filter.txtTo})}), this);
     vsf = new ListGrid("vsf",
                        {{.caption = tr("When"), .width = 150, .dateFormat = WireMoment},
-                        {.caption = tr("Who"), .width = 180},
-                        {.caption = tr("From Where"), .width = 140},
-                        {.caption = tr("Setting"), .width = 240},
-                        {.caption = tr("Record"), .width = 200},
-                        {.caption = tr("What"), .width = 80},
-                        {.caption = tr("Request"), .width = 100}},
+                        {.caption = tr("Who"), .width = 190},
+                        {.caption = tr("Setting"), .width = 180},
+                        {.caption = tr("Record"), .width = 150},
+                        {.caption = tr("What"), .width = 75},
+                        {.caption = tr("From Where"), .width = 100},
+                        {.caption = tr("Request"), .width = 85}},
                        this);
     vsf->setAccessibleName(tr("Changes"));
     vsf->SetSortable(false); // newest first
@@ -162,8 +162,8 @@ void frmTools_History::ReadPage(bool first) {
         m_changes.insert(key, change);
         rows.append({key,
                      {channel.GetField("HT"), name.isEmpty() || name == who ? who : name + " (" + who + ')',
-                      from == u"local" ? tr("The server's computer") : from, setting, change.name,
-                      KindInWords(channel.GetField("HK")), channel.GetField("HR")},
+                      setting, change.name, KindInWords(channel.GetField("HK")),
+                      from == u"local" ? tr("The server's computer") : from, channel.GetField("HR")},
                      {}});
     }
     if (first)

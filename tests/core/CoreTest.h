@@ -39,6 +39,11 @@ public:
     QList<ScreenWord> Words() const override {
         return {{"Retain a trace of", "fpRetain"}, {"Clear the Log", "cmdClear"}};
     }
+    QList<ScreenSubject> Subjects() const override { return {{"Tst", {{"Nm", {"Name", "txtName"}}}}}; }
+    bool ShowRecord(const QString& word, const QString& key, const QString& control) override {
+        wentTo = word + ' ' + key + ' ' + control;
+        return true;
+    }
     void GoTo(const QString& control) override { wentTo = control; }
 };
 
