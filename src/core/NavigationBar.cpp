@@ -206,6 +206,7 @@ void NavigationBar::Find(const QString& text) {
     delete std::exchange(m_words, nullptr);
     qDeleteAll(std::exchange(m_recordGroups, {}));
     m_records.clear();
+    m_choosesFirst = false;
     const auto show = [&](const auto& isFound) {
         bool any = false;
         for (int i = 0; i < tvwScreens->topLevelItemCount(); ++i) {
@@ -289,6 +290,10 @@ void NavigationBar::ShowRecords(const QString& text, const QList<FoundRecord>& r
         item->setData(0, Qt::AccessibleTextRole, record.name + ", " + record.detail + ", " + record.screen);
         m_recordGroups.last()->addChild(item);
     }
+    if (std::exchange(m_choosesFirst, false) && !records.isEmpty()) {
+        Choose(m_recordGroups.first()->child(0));
+        return;
+    }
     bool any = m_words || !records.isEmpty();
     for (int i = 0; i < tvwScreens->topLevelItemCount() && !any; ++i)
         any = !tvwScreens->topLevelItem(i)->isHidden();
@@ -365,6 +370,7 @@ bool NavigationBar::HandleFindKey(int key) {
             Choose(*it);
             return true;
         }
+        m_choosesFirst = m_findsRecords;
         return true;
     default:
         return false;

@@ -83,6 +83,7 @@ private:
     QTreeWidgetItem* m_words = nullptr; // the group of what was found on screens
     QTimer* m_typing = nullptr;         // runs until the operator stops
     bool m_findsRecords = false;
+    bool m_choosesFirst = false; // Enter came before the records
     QList<FoundRecord> m_records;
     QList<QTreeWidgetItem*> m_recordGroups; // one for each kind of record
 };
