@@ -110,7 +110,7 @@ void FindRecords(benchmark::State& state, const QString& text) {
 }
 BENCHMARK_CAPTURE(FindRecords, some, QString("room 99"))->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(FindRecords, none, QString("zyzzyva"))->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(FindRecords, beyond_ascii, QString(u"Bücherei"))->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(FindRecords, beyond_ascii, QString("Bücherei"))->Unit(benchmark::kMillisecond);
 
 /// All texts of the locations, looked at by the bare engine.
 void BareScan(benchmark::State& state) {
