@@ -78,8 +78,8 @@ MaintenanceScreen::MaintenanceScreen(Application& application, const QString& fo
     m_cmdHistory = MakeButton("cmdHistory", tr("&History..."));
     m_cmdHistory->setToolTip(tr("Who changed the record, and when (Ctrl+H)"));
     m_cmdHistory->hide();
+    m_editButtons->insertWidget(0, m_cmdHistory);
     auto* lastLine = new QHBoxLayout;
-    lastLine->addWidget(m_cmdHistory);
     lastLine->addWidget(MissingLabel(), 1);
     lastLine->addLayout(m_editButtons);
     frame->addLayout(lastLine);
@@ -270,7 +270,6 @@ void MaintenanceScreen::OrderTabStops() {
     for (const Table& table : m_tables)
         order.append(table.view->TabOrder() +
                      (table.severalView ? table.severalView->TabOrder() : QList<QWidget*>()));
-    order.append(m_cmdHistory);
     appendButtons(*m_editButtons);
     for (qsizetype i = 1; i < order.size(); ++i)
         setTabOrder(order[i - 1], order[i]);
