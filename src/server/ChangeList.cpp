@@ -80,7 +80,9 @@ private:
                       "r.kind FROM history_records r WHERE r.id<? AND r.id>=?" +
                       condition;
         QVariantList bound = QVariantList{m_filter.below, m_filter.lowest} + values;
-        if (!m_filter.table.isEmpty()) {
+        // Of one request there are few rows: no other index is to be taken for them.
+        const bool looks = !m_filter.table.isEmpty() && !condition.isEmpty();
+        if (!m_filter.table.isEmpty() && !looks) {
             const bool isOwned = !m_context.records.GetTables().value(m_filter.table).owner.isEmpty();
             sql += isOwned ? " AND r.table_name=?" : " AND r.subject_table=?";
             bound << m_filter.table;
@@ -91,6 +93,9 @@ private:
                 m_isWhole = false;
                 return;
             }
+            if (looks && row.value(2).toString() != m_filter.table &&
+                row.value(4).toString() != m_filter.table)
+                return;
             ++m_rows;
             m_last = row.value(0).toLongLong();
             Take(row);
