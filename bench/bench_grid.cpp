@@ -2,6 +2,7 @@
 #include "support/BenchLibrary.h"
 
 #include "framework/ListGrid.h"
+#include "framework/TwoListMover.h"
 
 #include <QApplication>
 #include <QHeaderView>
@@ -124,6 +125,85 @@ void FilterListGrid(benchmark::State& state) {
     }
 }
 
+// The same in a list that the operator has sorted.
+void FilterSortedListGrid(benchmark::State& state) {
+    ListGrid grid("vsf", Columns);
+    grid.sortByColumn(0, Qt::AscendingOrder);
+    Show(grid);
+    grid.SetRows(MakeRows(int(state.range(0))));
+    for (auto _ : state) {
+        grid.FilterBox()->setText("room 1");
+        Paint(grid);
+        state.PauseTiming();
+        grid.FilterBox()->clear();
+        state.ResumeTiming();
+    }
+}
+
+QList<GridRow> MakeDates(int count) {
+    QList<GridRow> rows;
+    for (int i = 0; i < count; ++i)
+        rows.append(
+            {QString::number(i),
+             {QLocale().toString(QDate(1990, 1, 1).addDays(i * 7919LL % 20000), QLocale::ShortFormat)},
+             {}});
+    return rows;
+}
+
+// A click on a column of dates, as people here write them.
+void SortDates(benchmark::State& state) {
+    const QLocale before;
+    QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+    GridModel model({{.caption = "Since"}});
+    model.SetRows(MakeDates(int(state.range(0))));
+    for (auto _ : state) {
+        model.sort(0, Qt::AscendingOrder);
+        state.PauseTiming();
+        model.sort(-1);
+        state.ResumeTiming();
+    }
+    QLocale::setDefault(before);
+}
+
+// The reference: the same days as numbers, by the standard library.
+void SortNumbers(benchmark::State& state) {
+    std::vector<std::pair<double, int>> days;
+    for (int i = 0; i < int(state.range(0)); ++i)
+        days.emplace_back(double(i * 7919LL % 20000), i);
+    for (auto _ : state) {
+        auto sorted = days;
+        std::sort(sorted.begin(), sorted.end());
+        benchmark::DoNotOptimize(sorted.data());
+    }
+}
+
+// One row from a long sorted list into another one.
+void MoveOneRow(benchmark::State& state) {
+    const QList<GridRow> rows = MakeRows(int(state.range(0)));
+    PickedLists lists;
+    lists.Load(rows, {});
+    lists.MoveToSelected([&] {
+        QStringList half;
+        for (qsizetype i = 0; i < rows.size(); i += 2)
+            half.append(rows[i].key);
+        return half;
+    }());
+    const PickedNames names{"vsfAvailable", "Available",    "vsfSelected", "Selected",
+                            "cmdSelect",    "cmdSelectAll", "cmdDiscard",  "cmdDiscardAll"};
+    TwoListMover mover(
+        names, lists, [&](const TwoListMover::Move& move) { move(lists); }, nullptr);
+    Show(mover);
+    auto* available = mover.findChild<ListGrid*>("vsfAvailable");
+    for (ListGrid* grid : mover.findChildren<ListGrid*>())
+        grid->sortByColumn(0, Qt::AscendingOrder);
+    auto* select = mover.findChild<QAbstractButton*>("cmdSelect");
+    for (auto _ : state) {
+        available->SelectKey(available->Model().RowAt(available->Model().rowCount() / 2).key);
+        select->click();
+        Paint(*available);
+    }
+}
+
 void Sizes(benchmark::internal::Benchmark* benchmark) {
     benchmark->Arg(100)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 }
@@ -133,6 +213,10 @@ BENCHMARK(FillTableWidget)->Apply(Sizes);
 BENCHMARK(FillSortedListGrid)->Apply(Sizes);
 BENCHMARK(FillSortedTableWidget)->Apply(Sizes);
 BENCHMARK(FilterListGrid)->Apply(Sizes);
+BENCHMARK(FilterSortedListGrid)->Apply(Sizes);
+BENCHMARK(SortDates)->Apply(Sizes);
+BENCHMARK(SortNumbers)->Apply(Sizes);
+BENCHMARK(MoveOneRow)->Apply(Sizes);
 
 } // namespace
 

@@ -26,6 +26,84 @@ void GridModel::SetRows(const QList<GridRow>& rows) {
     endResetModel();
 }
 
+void GridModel::ReplaceRows(const QList<GridRow>& rows) {
+    const auto changes = ChangesTo(rows);
+    if (!changes) {
+        SetRows(rows);
+        return;
+    }
+    beginResetModel();
+    const bool sameOrder = std::all_of(changes->begin(), changes->end(),
+                                       [&](const Change& change) { return Apply(change, rows); });
+    m_rows = rows;
+    if (m_places.size() != m_rows.size()) // of equal keys the first row counts
+        m_places.clear();
+    if (!sameOrder) {
+        m_sorted.clear();
+        m_order.Build(m_rows);
+        Arrange();
+    }
+    endResetModel();
+}
+
+/// The changes, from the front to the end, that make the present rows the other ones; none when they are
+/// many.
+std::optional<std::vector<GridModel::Change>> GridModel::ChangesTo(const QList<GridRow>& rows) const {
+    constexpr size_t MostChanges = 16;
+    const auto isSame = [](const GridRow& a, const GridRow& b) {
+        return a.key == b.key && a.state == b.state && (a.cells.isSharedWith(b.cells) || a.cells == b.cells);
+    };
+    std::vector<Change> changes;
+    qsizetype before = 0;
+    qsizetype after = 0;
+    while (before < m_rows.size() || after < rows.size()) {
+        if (before < m_rows.size() && after < rows.size() && isSame(m_rows[before], rows[after])) {
+            ++before;
+            ++after;
+            continue;
+        }
+        if (changes.size() == MostChanges)
+            return std::nullopt;
+        const bool comes =
+            before == m_rows.size() || (after + 1 < rows.size() && isSame(m_rows[before], rows[after + 1]));
+        changes.push_back({int(after), comes, comes ? rows[after].key : m_rows[before].key});
+        ++(comes ? after : before);
+    }
+    return changes;
+}
+
+/// False when the order of all rows may be another one with the row that comes.
+bool GridModel::Apply(const Change& change, const QList<GridRow>& rows) {
+    const int place = change.place;
+    const auto before = [this](int a, int b) { return m_order.Before(a, b); };
+    if (!change.comes) {
+        m_order.Remove(place);
+        for (std::vector<int>* places : {&m_shown, &m_sorted}) {
+            std::erase(*places, place);
+            for (int& each : *places)
+                each -= each > place;
+        }
+        if (m_places.value(change.key, -1) == place)
+            m_places.remove(change.key);
+        for (int& each : m_places)
+            each -= each > place;
+        return true;
+    }
+    if (!m_order.Insert(rows, place))
+        return false;
+    for (std::vector<int>* places : {&m_shown, &m_sorted})
+        for (int& each : *places)
+            each += each >= place;
+    for (int& each : m_places)
+        each += each >= place;
+    m_places.insert(change.key, place);
+    if (!m_sorted.empty())
+        m_sorted.insert(std::lower_bound(m_sorted.begin(), m_sorted.end(), place, before), place);
+    if (Passes(rows[place]))
+        m_shown.insert(std::lower_bound(m_shown.begin(), m_shown.end(), place, before), place);
+    return true;
+}
+
 void GridModel::PutRow(const GridRow& row, const QString& formerKey) {
     int place = formerKey.isEmpty() ? -1 : PlaceOf(formerKey);
     if (place < 0)
@@ -77,9 +155,15 @@ void GridModel::SetFilter(const QString& text) {
     if (text == m_filter)
         return;
     beginResetModel();
+    // What holds a longer text holds the shorter one as well: only the rows that are shown come into
+    // question.
+    const bool narrows = !m_filter.isEmpty() && text.contains(m_filter, Qt::CaseInsensitive);
     m_filter = text;
     m_matcher.setPattern(text);
-    Arrange();
+    if (narrows)
+        std::erase_if(m_shown, [this](int place) { return !Passes(m_rows.at(place)); });
+    else
+        Arrange();
     endResetModel();
 }
 
@@ -111,6 +195,8 @@ QStringList GridModel::ShownKeys() const {
 }
 
 QStringList GridModel::SortedKeys() const {
+    if (m_shown.size() == size_t(m_rows.size()))
+        return ShownKeys();
     std::vector<int> sorted(m_rows.size());
     std::iota(sorted.begin(), sorted.end(), 0);
     if (m_order.Column() >= 0)
@@ -203,10 +289,18 @@ void GridModel::Arrange() {
             std::sort(m_sorted.begin(), m_sorted.end(),
                       [this](int a, int b) { return m_order.Before(a, b); });
     }
-    // at(): the rows stay shared with whoever handed them over.
+    if (m_filter.isEmpty()) {
+        m_shown = m_sorted;
+        return;
+    }
+    // The rows are looked at as they lie in memory, which is quicker than in their order.
+    std::vector<bool> passes(size_t(m_rows.size()));
+    for (qsizetype place = 0; place < m_rows.size(); ++place)
+        passes[size_t(place)] =
+            Passes(m_rows.at(place)); // at(): they stay shared with whoever handed them over
     m_shown.clear();
     std::copy_if(m_sorted.begin(), m_sorted.end(), std::back_inserter(m_shown),
-                 [this](int place) { return Passes(m_rows.at(place)); });
+                 [&](int place) { return passes[size_t(place)]; });
 }
 
 // The shown rows in the sort order as it is now. Selection and current row go along with their rows.

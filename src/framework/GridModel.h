@@ -7,6 +7,8 @@
 #include <QHash>
 #include <QStringMatcher>
 
+#include <optional>
+
 namespace sysadmin {
 
 /// The rows of a grid, filtered and sorted. Fast enough to take 100,000 rows at once: rows are kept as they
@@ -23,6 +25,8 @@ public:
     const QList<GridRow>& Rows() const { return m_rows; }
     /// Replaces all rows; filter and sort order stay.
     void SetRows(const QList<GridRow>& rows);
+    /// The same for rows that differ from the present ones in few places: what is known of all others stays.
+    void ReplaceRows(const QList<GridRow>& rows);
     /// Adds the row at the end of the list or rewrites the one that has `formerKey` (or, without it, the
     /// row's own key). Its place in the display follows the sort order.
     void PutRow(const GridRow& row, const QString& formerKey = {});
@@ -75,6 +79,14 @@ signals:
     void CellEdited(const QString& key, int column, const QString& value);
 
 private:
+    /// A row that goes, or one that comes in between; places are counted as they are by then.
+    struct Change {
+        int place = 0;
+        bool comes = false;
+        QString key;
+    };
+    std::optional<std::vector<Change>> ChangesTo(const QList<GridRow>& rows) const;
+    bool Apply(const Change& change, const QList<GridRow>& rows);
     bool Passes(const GridRow& row) const;
     void Arrange();
     void Rearrange();
@@ -90,7 +102,7 @@ private:
     QList<GridRow> m_rows;
     std::vector<int> m_shown;  // display order: places in m_rows
     std::vector<int> m_sorted; // the same without filter; empty when it must be computed
-    GridOrder m_order;
+    GridOrder m_order{m_columns};
     QString m_filter;
     QStringMatcher m_matcher;
     QHash<int, CellEdit> m_edits;

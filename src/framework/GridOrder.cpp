@@ -1,8 +1,8 @@
 #include "framework/GridOrder.h"
 
-#include <QDate>
 #include <QLocale>
 
+#include <array>
 #include <cmath>
 #include <limits>
 #include <optional>
@@ -29,33 +29,15 @@ std::optional<double> ReadNumber(const QString& cell) {
     return isNumber && std::isfinite(value) ? std::optional(value) : std::nullopt;
 }
 
-std::optional<double> ReadDate(const QString& cell) {
-    const QDate date = QLocale().toDate(cell, QLocale::ShortFormat);
-    return date.isValid() ? std::optional(double(date.toJulianDay())) : std::nullopt;
-}
-
 bool IsBlank(const QString& cell) {
     return QStringView(cell).trimmed().isEmpty();
 }
 
-template <class Read>
-bool AllRead(const QList<GridRow>& rows, int column, Read read) {
-    bool any = false;
-    for (const GridRow& row : rows) {
-        const QString cell = row.cells.value(column);
-        if (IsBlank(cell))
-            continue;
-        if (!read(cell))
-            return false;
-        any = true;
-    }
-    return any;
-}
-
 } // namespace
 
-GridOrder::GridOrder()
-    : m_collator(ReadingLocale()) {
+GridOrder::GridOrder(const QList<GridColumn>& columns)
+    : m_columns(columns)
+    , m_collator(ReadingLocale()) {
     m_collator.setCaseSensitivity(Qt::CaseInsensitive);
     m_collator.setNumericMode(true);
 }
@@ -63,35 +45,89 @@ GridOrder::GridOrder()
 void GridOrder::Set(int column, Qt::SortOrder direction) {
     m_column = column;
     m_direction = direction;
+    m_dates.clear();
+    const QString format = column < 0 ? QString() : m_columns[column].dateFormat;
+    if (format.isEmpty())
+        for (const QString& form : {QLocale().dateFormat(QLocale::ShortFormat), DateForm()})
+            m_dates.emplace_back(form);
+    else
+        m_dates.emplace_back(format);
 }
 
 void GridOrder::Build(const QList<GridRow>& rows) {
     m_values.clear();
     m_texts.clear();
-    m_kind = KindOf(rows);
-    if (m_kind == Kind::Number || m_kind == Kind::Date)
-        m_values.reserve(rows.size());
-    if (m_kind == Kind::Text)
-        m_texts.reserve(rows.size());
+    m_kind = Kind::None;
+    if (m_column < 0)
+        return;
+    // Dates may be all digits ("20261121"); where a column is said to hold them they are looked for first.
+    const bool datesFirst = !m_columns[m_column].dateFormat.isEmpty();
+    for (const Kind kind :
+         datesFirst ? std::array{Kind::Date, Kind::Number} : std::array{Kind::Number, Kind::Date})
+        if (ReadAll(rows, kind))
+            return;
+    m_kind = Kind::Text;
+    m_values.clear();
+    m_texts.reserve(size_t(rows.size()));
     for (const GridRow& row : rows)
-        Append(row.cells.value(m_column));
+        m_texts.push_back(m_collator.sortKey(TextOf(row)));
+}
+
+/// Reads the values of a column of this kind; false as soon as one is of another kind, and when all are
+/// blank.
+bool GridOrder::ReadAll(const QList<GridRow>& rows, Kind kind) {
+    m_kind = kind;
+    m_values.clear();
+    m_values.reserve(size_t(rows.size()));
+    bool any = false;
+    for (const GridRow& row : rows) {
+        const std::optional<double> value = ReadValue(row.cells.value(m_column));
+        if (!value)
+            return false;
+        any = any || *value != Blank;
+        m_values.push_back(*value);
+    }
+    return any;
+}
+
+QString GridOrder::TextOf(const GridRow& row) const {
+    return ShownText(m_columns[m_column], row.cells.value(m_column));
+}
+
+/// Whether the column stays of its kind with this cell.
+bool GridOrder::TellsKind(const QString& cell) const {
+    return m_kind == Kind::Text ? Count() > 0 : ReadValue(cell).has_value();
 }
 
 bool GridOrder::Update(const QList<GridRow>& rows, int place) {
     if (m_kind == Kind::None)
         return true;
+    if (place == Count())
+        return Insert(rows, place);
     const QString cell = rows[place].cells.value(m_column);
-    const bool sameKind = m_kind == Kind::Text ? rows.size() > 1 : ReadValue(cell).has_value();
-    if (!sameKind) {
+    if (!TellsKind(cell) || rows.size() == 1) {
         Build(rows);
         return false;
     }
-    if (place == Count())
-        Append(cell);
-    else if (m_kind == Kind::Text)
-        m_texts[place] = m_collator.sortKey(cell);
+    if (m_kind == Kind::Text)
+        m_texts[size_t(place)] = m_collator.sortKey(TextOf(rows[place]));
     else
-        m_values[place] = *ReadValue(cell);
+        m_values[size_t(place)] = *ReadValue(cell);
+    return true;
+}
+
+bool GridOrder::Insert(const QList<GridRow>& rows, int place) {
+    if (m_kind == Kind::None)
+        return true;
+    const QString cell = rows[place].cells.value(m_column);
+    if (!TellsKind(cell)) {
+        Build(rows);
+        return false;
+    }
+    if (m_kind == Kind::Text)
+        m_texts.insert(m_texts.begin() + place, m_collator.sortKey(TextOf(rows[place])));
+    else
+        m_values.insert(m_values.begin() + place, *ReadValue(cell));
     return true;
 }
 
@@ -109,25 +145,17 @@ bool GridOrder::Before(int a, int b) const {
     return m_direction == Qt::AscendingOrder ? comparison < 0 : comparison > 0;
 }
 
-GridOrder::Kind GridOrder::KindOf(const QList<GridRow>& rows) const {
-    if (m_column < 0)
-        return Kind::None;
-    if (AllRead(rows, m_column, ReadNumber))
-        return Kind::Number;
-    return AllRead(rows, m_column, ReadDate) ? Kind::Date : Kind::Text;
-}
-
 std::optional<double> GridOrder::ReadValue(const QString& cell) const {
+    if (!m_columns[m_column].items.isEmpty()) // ids, which nobody sees
+        return std::nullopt;
     if (IsBlank(cell))
         return Blank;
-    return m_kind == Kind::Number ? ReadNumber(cell) : ReadDate(cell);
-}
-
-void GridOrder::Append(const QString& cell) {
-    if (m_kind == Kind::Text)
-        m_texts.push_back(m_collator.sortKey(cell));
-    else if (m_kind != Kind::None)
-        m_values.push_back(ReadValue(cell).value_or(Blank));
+    if (m_kind == Kind::Number)
+        return ReadNumber(cell);
+    for (const MomentReader& dates : m_dates)
+        if (const auto value = dates.Read(cell))
+            return value;
+    return std::nullopt;
 }
 
 int GridOrder::Count() const {

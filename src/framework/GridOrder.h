@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/MomentReader.h"
 #include "framework/forms/GridRow.h"
 
 #include <QCollator>
@@ -9,12 +10,13 @@
 
 namespace sysadmin {
 
-/// The order of a grid's rows by one column. Numbers and dates count by value where the whole column holds
-/// such; texts as a person sorts them: whatever the case, digits within them by value. Equal cells stay in
-/// the order in which the rows came. Keys are computed once per row, so that comparing is cheap.
+/// The order of a grid's rows by what one column shows. Numbers and dates count by value where the whole
+/// column holds such; texts as a person sorts them: whatever the case, digits within them by value. Equal
+/// cells stay in the order in which the rows came. Keys are computed once per row, so that comparing is
+/// cheap.
 class GridOrder {
 public:
-    GridOrder();
+    explicit GridOrder(const QList<GridColumn>& columns);
 
     int Column() const { return m_column; }
     Qt::SortOrder Direction() const { return m_direction; }
@@ -26,6 +28,8 @@ public:
     /// Computes the key of a new last row or a rewritten one. False when the column is of another kind with
     /// it, so that all keys were computed anew and the order of the others may be another one.
     bool Update(const QList<GridRow>& rows, int place);
+    /// Computes the key of a row that comes in between, or of the last one; false as above.
+    bool Insert(const QList<GridRow>& rows, int place);
     void Remove(int place);
     /// Whether the row in place `a` stands before the one in place `b`.
     bool Before(int a, int b) const;
@@ -33,12 +37,16 @@ public:
 private:
     enum class Kind { None, Number, Date, Text };
 
-    Kind KindOf(const QList<GridRow>& rows) const;
+    bool ReadAll(const QList<GridRow>& rows, Kind kind);
+    QString TextOf(const GridRow& row) const;
+    /// The value of a cell in a column of numbers or dates; none where it is neither blank nor one of these.
     std::optional<double> ReadValue(const QString& cell) const;
-    void Append(const QString& cell);
+    bool TellsKind(const QString& cell) const;
     int Count() const;
     int Compare(int a, int b) const;
 
+    const QList<GridColumn>& m_columns;
+    std::vector<MomentReader> m_dates; // the forms in which the column may hold dates
     QCollator m_collator;
     int m_column = -1;
     Qt::SortOrder m_direction = Qt::AscendingOrder;

@@ -235,7 +235,7 @@ void ListGrid::SetRows(const QList<GridRow>& rows) {
 
 void ListGrid::ReplaceRows(const QList<GridRow>& rows) {
     if (!rows.isSharedWith(m_model.Rows()))
-        ChangeInPlace([&] { m_model.SetRows(rows); });
+        ChangeInPlace([&] { m_model.ReplaceRows(rows); });
 }
 
 void ListGrid::PutRows(const QList<GridRow>& rows) {

@@ -40,6 +40,9 @@ TEST(GridModelTest, SortsAsPeopleDo) {
         {"digits in text by value", {"Room 10", "Room 9", "room 1"}, {"room 1", "Room 9", "Room 10"}},
         {"numbers by value", {"10", "-3", "9.5", "", "1,000"}, {"", "-3", "9.5", "10", "1,000"}},
         {"one word makes it text", {"10", "x", "9"}, {"9", "10", "x"}},
+        {"a day that there is not is text",
+         {"2/30/26", "12/1/25", "2/3/26"},
+         {"2/3/26", "2/30/26", "12/1/25"}},
         {"nan is a word", {"nan", "2", "10"}, {"2", "10", "nan"}},
         {"dates by day", {"12/1/25", "2/3/26", "11/30/25"}, {"11/30/25", "12/1/25", "2/3/26"}},
         {"accents beside their letter",
@@ -50,6 +53,19 @@ TEST(GridModelTest, SortsAsPeopleDo) {
     for (const SortCase& one : cases)
         EXPECT_EQ(Sorted(one.given), one.expected) << one.what;
     QLocale::setDefault(before);
+}
+
+// What is seen counts, not what travels.
+TEST(GridModelTest, ColumnsOfDatesAndIdsAreSortedAsTheyAreShown) {
+    GridModel model({{.caption = "Since", .dateFormat = "MM/dd/yyyy HH:mm:ss"},
+                     {.caption = "Kind", .items = {{"1", "Zebra"}, {"2", "Ape"}}}});
+    model.SetRows({{"a", {"12/31/2024 08:00:00", "1"}, {}},
+                   {"b", {"01/02/2026 07:59:59", "2"}, {}},
+                   {"c", {"01/02/2026 07:59:58", "1"}, {}}});
+    model.sort(0);
+    EXPECT_EQ(model.ShownKeys(), QStringList({"a", "c", "b"}));
+    model.sort(1);
+    EXPECT_EQ(model.ShownKeys(), QStringList({"b", "a", "c"}));
 }
 
 TEST(GridModelTest, EqualCellsKeepTheirOrderBothWays) {
@@ -126,6 +142,16 @@ TEST(GridModelTest, StaysRightThroughRandomChanges) {
             if (random.bounded(20) == 0) {
                 rows = rows.mid(0, random.bounded(5));
                 model.SetRows(rows);
+            } else { // a few rows go, change their places, or come in between
+                for (int change = random.bounded(4); change > 0 && !rows.isEmpty(); --change) {
+                    GridRow row = rows.takeAt(random.bounded(rows.size()));
+                    if (random.bounded(3) == 0)
+                        continue;
+                    if (random.bounded(2) == 0)
+                        row.cells[0] = word();
+                    rows.insert(random.bounded(rows.size() + 1), row);
+                }
+                model.ReplaceRows(rows);
             }
             break;
         case 3:
