@@ -2,7 +2,9 @@
 
 #include "support/TestServer.h"
 
+#include <QFile>
 #include <QSemaphore>
+#include <QTemporaryDir>
 #include <QThread>
 
 #include <thread>
@@ -39,6 +41,33 @@ TEST(WriterQueueTest, FirstComeFirstServed) {
         thread.join();
     EXPECT_EQ(served, (QList<int>{0, 1, 2, 3, 4}));
     EXPECT_TRUE(queue.TakeIfFree());
+}
+
+// A commit whose log cannot be brought to the disk may be lost with the machine: nobody is told that it is
+// kept.
+TEST(LogSyncTest, EverybodyWhoWaitsIsServedAndAMissingLogIsTold) {
+    const QTemporaryDir folder;
+    const StoreAddress address = StoreAddress::InDirectory(folder.path());
+    LogSync sync;
+    EXPECT_THROW(sync.Wait(address.file), StoreError);
+    Database database(address);
+    database.Run("CREATE TABLE things (id INTEGER)");
+    std::atomic<int> served = 0;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 20; ++i)
+        threads.emplace_back([&] {
+            for (int j = 0; j < 20; ++j) {
+                sync.Wait(address.file);
+                ++served;
+            }
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(served, 400);
+    // Whoever removes the log takes away what was committed to it.
+    QFile::remove(address.file + "-wal");
+    EXPECT_THROW(RunInTransaction(database, [&] { database.Run("INSERT INTO things VALUES (1)"); }),
+                 StoreError);
 }
 
 /// Two servers, each a program of its own as far as they know, on one library.

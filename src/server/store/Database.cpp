@@ -118,8 +118,9 @@ Database::Database(const StoreAddress& address, std::shared_ptr<WriterQueue> wri
         if (!m_database.open())
             Throw(m_database.lastError());
         if (sqlite) {
-            RunOnce("PRAGMA journal_mode=WAL");
-            RunOnce("PRAGMA synchronous=FULL");
+            // With a log the disk is waited for after the writer's turn: see Commit.
+            m_syncsLog = FirstValue("PRAGMA journal_mode=WAL").toString() == "wal" && LogSync::IsAvailable();
+            RunOnce(m_syncsLog ? "PRAGMA synchronous=NORMAL" : "PRAGMA synchronous=FULL");
             RunOnce("PRAGMA foreign_keys=ON");
             m_file = IdentityOf(address.file);
         } else {

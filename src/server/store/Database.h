@@ -115,6 +115,7 @@ private:
     std::shared_ptr<WriterQueue> m_writers;
     std::chrono::milliseconds m_patience;
     std::pair<quint64, quint64> m_file; ///< which file is open; SQLite only
+    bool m_syncsLog = false;            ///< the disk is waited for after a commit and not in it; SQLite only
     QString m_connection;
     QSqlDatabase m_database;
     std::unordered_map<QString, std::unique_ptr<QSqlQuery>> m_prepared;

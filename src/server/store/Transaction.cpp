@@ -100,13 +100,15 @@ void Transaction::Commit() {
     if (!m_turn)
         return;
     m_turn.End();
-    if (m_database.GetEngine() == StoreAddress::Engine::Sqlite) {
-        m_database.CheckFile();
-        return;
-    }
     // The log is written in order, so whatever is committed with a wait for the disk takes all before it
     // there: one wait serves all who wait at the time, and the next changes go on meanwhile. If it fails,
     // nobody knows whether the change outlives the database server.
+    if (m_database.GetEngine() == StoreAddress::Engine::Sqlite) {
+        m_database.CheckFile();
+        if (m_database.m_syncsLog)
+            m_database.m_writers->Log().Wait(m_database.m_address.file);
+        return;
+    }
     try {
         m_database.RunOnce("SELECT pg_logical_emit_message(true, 'sysadmin', '')");
     } catch (const StoreError& error) {

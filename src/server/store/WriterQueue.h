@@ -1,5 +1,7 @@
 #pragma once
 
+#include "server/store/LogSync.h"
+
 #include <chrono>
 #include <condition_variable>
 #include <list>
@@ -42,6 +44,8 @@ public:
     Turn Wait(Clock::time_point deadline);
     /// The turn, if nobody has it.
     Turn TakeIfFree();
+    /// What they committed, on its way to the disk once their turns are over.
+    LogSync& Log() { return m_log; }
     /// How many are in the line, whose turn it is left out.
     int CountWaiting() const;
 
@@ -56,6 +60,7 @@ private:
     mutable std::mutex m_mutex;
     std::list<Waiter*> m_line;
     bool m_taken = false;
+    LogSync m_log;
 };
 
 } // namespace sysadmin::server
