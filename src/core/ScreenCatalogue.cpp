@@ -107,11 +107,11 @@ constexpr Item ItemTable[] = {
     {"WebServices", "WS_SelfRegistration", "WS_SelfRegistration", QT_TRANSLATE_NOOP("ScreenCatalogue", "Patron Self-Registration")},
     {"WebServices", "WS_Configuration", "WS_Configuration", QT_TRANSLATE_NOOP("ScreenCatalogue", "Service Configuration")},
     {"Tools", "Tools_Health", "Tool_Health", QT_TRANSLATE_NOOP("ScreenCatalogue", "Health")},
-    {"Tools", "Tools_LoanTest", "Tool_LoanTest", QT_TRANSLATE_NOOP("ScreenCatalogue", "Test a Loan")},
-    {"Tools", "Tools_CompareConfigurations", "Tool_Compare", QT_TRANSLATE_NOOP("ScreenCatalogue", "Compare Configurations")},
-    {"Tools", "Tools_RuleCheck", "Tool_RuleCheck", QT_TRANSLATE_NOOP("ScreenCatalogue", "Check the Rules")},
-    {"Tools", "Tools_WhoMay", "Tool_WhoMay", QT_TRANSLATE_NOOP("ScreenCatalogue", "Who May Do This?")},
     {"Tools", "Tools_History", "Tool_History", QT_TRANSLATE_NOOP("ScreenCatalogue", "History")},
+    {"Tools", "Tools_RuleCheck", "Tool_RuleCheck", QT_TRANSLATE_NOOP("ScreenCatalogue", "Check the Rules")},
+    {"Tools", "Tools_LoanTest", "Tool_LoanTest", QT_TRANSLATE_NOOP("ScreenCatalogue", "Test a Loan")},
+    {"Tools", "Tools_WhoMay", "Tool_WhoMay", QT_TRANSLATE_NOOP("ScreenCatalogue", "Who May Do This?")},
+    {"Tools", "Tools_CompareConfigurations", "Tool_Compare", QT_TRANSLATE_NOOP("ScreenCatalogue", "Compare Configurations")},
 };
 // clang-format on
 

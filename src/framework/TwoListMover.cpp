@@ -2,6 +2,7 @@
 
 #include "core/Prompter.h"
 #include "framework/ListGrid.h"
+#include "framework/Utility.h"
 #include "framework/forms/ListFields.h"
 
 #include <QHBoxLayout>
@@ -55,9 +56,7 @@ TwoListMover::TwoListMover(const PickedNames& names, const PickedLists& lists, O
     layout->addLayout(FilterAboveGrid(*m_available), 1);
     layout->addLayout(buttons);
     layout->addLayout(FilterAboveGrid(*m_selected), 1);
-    const QList<QWidget*> order = FocusWidgets();
-    for (qsizetype i = 1; i < order.size(); ++i)
-        setTabOrder(order[i - 1], order[i]);
+    InTabOrder(FocusWidgets());
     setFocusProxy(m_available);
 
     connect(m_available, &ListGrid::RowActivated, this, &TwoListMover::Select);

@@ -1,6 +1,7 @@
 #include "security/frmTools_CompareConfigurations.h"
 
 #include "core/Application.h"
+#include "framework/Utility.h"
 #include "security/ConfigurationWords.h"
 #include "security/CopyPreview.h"
 #include "security/DifferenceModel.h"
@@ -76,12 +77,8 @@ frmTools_CompareConfigurations::frmTools_CompareConfigurations(Application& appl
     for (QPushButton* button : {cmdCompare, cmdCopy, cmdClose})
         buttons->addWidget(button);
     whole->addLayout(buttons);
-    QWidget* last = cmdFolder;
-    for (QWidget* next : QList<QWidget*>{cmdLibrary, cmdExport, cboDirection, txtFilter, cboKinds, cmdAll,
-                                         cmdNone, cmdExpand, tvwDifferences, cmdCompare, cmdCopy, cmdClose}) {
-        setTabOrder(last, next);
-        last = next;
-    }
+    InTabOrder({cmdFolder, cmdLibrary, cmdExport, cboDirection, txtFilter, cboKinds, cmdAll, cmdNone,
+                cmdExpand, tvwDifferences, cmdCompare, cmdCopy, cmdClose});
 
     connect(cmdFolder, &QPushButton::clicked, this, &frmTools_CompareConfigurations::CompareWithFolder);
     connect(cmdLibrary, &QPushButton::clicked, this, &frmTools_CompareConfigurations::CompareWithLibrary);
