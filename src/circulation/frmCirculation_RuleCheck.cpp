@@ -4,12 +4,9 @@
 #include "core/Application.h"
 #include "framework/ListGrid.h"
 #include "framework/RowCount.h"
-#include "framework/Utility.h"
 #include "wire/Status.h"
 
-#include <QHBoxLayout>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -37,14 +34,7 @@ frmCirculation_RuleCheck::frmCirculation_RuleCheck(Application& application, QWi
 
     auto* whole = new QVBoxLayout(this);
     whole->addWidget(lblSummary);
-    whole->addWidget(vsf->FilterBox());
-    whole->addWidget(vsf, 1);
-    auto* buttons = new QHBoxLayout;
-    buttons->addWidget(new RowCount(*vsf, this), 1);
-    for (QPushButton* button : {cmdOpen, cmdTestLoan, cmdCheck, cmdClose})
-        buttons->addWidget(button);
-    whole->addLayout(buttons);
-    InTabOrder({vsf->FilterBox(), vsf, cmdOpen, cmdTestLoan, cmdCheck, cmdClose});
+    whole->addLayout(ListWithButtons(*vsf, {cmdOpen, cmdTestLoan, cmdCheck, cmdClose}, this));
 
     connect(vsf, &ListGrid::SelectionMoved, this, &frmCirculation_RuleCheck::RefreshButtons);
     connect(vsf, &ListGrid::RowActivated, this, &frmCirculation_RuleCheck::Open);

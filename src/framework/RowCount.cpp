@@ -1,6 +1,12 @@
 #include "framework/RowCount.h"
 
 #include "framework/ListGrid.h"
+#include "framework/Utility.h"
+
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
 
 namespace sysadmin {
 
@@ -21,6 +27,22 @@ void RowCount::Count() {
     if (const qsizetype selected = m_grid.SelectedCount(); selected > 1)
         text += tr(", %L1 selected").arg(selected);
     setText(text);
+}
+
+QVBoxLayout* ListWithButtons(ListGrid& grid, const QList<QPushButton*>& buttons, QWidget* parent) {
+    auto* whole = new QVBoxLayout;
+    whole->addWidget(grid.FilterBox());
+    whole->addWidget(&grid, 1);
+    auto* below = new QHBoxLayout;
+    below->addWidget(new RowCount(grid, parent), 1);
+    QList<QWidget*> order{grid.FilterBox(), &grid};
+    for (QPushButton* button : buttons) {
+        below->addWidget(button);
+        order.append(button);
+    }
+    whole->addLayout(below);
+    InTabOrder(order);
+    return whole;
 }
 
 } // namespace sysadmin

@@ -2,6 +2,9 @@
 
 #include <QLabel>
 
+class QPushButton;
+class QVBoxLayout;
+
 namespace sysadmin {
 
 class ListGrid;
@@ -19,5 +22,9 @@ private:
 
     ListGrid& m_grid;
 };
+
+/// The list with its filter above it and, below, the count of its rows and these buttons: all of a screen
+/// that shows a list and no form. The order of the tab stops is that of the controls.
+QVBoxLayout* ListWithButtons(ListGrid& grid, const QList<QPushButton*>& buttons, QWidget* parent);
 
 } // namespace sysadmin

@@ -4,13 +4,10 @@
 #include "core/MainWindow.h"
 #include "framework/ListGrid.h"
 #include "framework/RowCount.h"
-#include "framework/Utility.h"
 #include "framework/forms/ShownDate.h"
 #include "wire/Status.h"
 
-#include <QHBoxLayout>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QTime>
 #include <QVBoxLayout>
@@ -49,14 +46,7 @@ frmHealth::frmHealth(Application& application, const QList<HealthCheck>& checks,
 
     auto* whole = new QVBoxLayout(this);
     whole->addWidget(lblSummary);
-    whole->addWidget(vsf->FilterBox());
-    whole->addWidget(vsf, 1);
-    auto* buttons = new QHBoxLayout;
-    buttons->addWidget(new RowCount(*vsf, this), 1);
-    for (QPushButton* button : {cmdOpen, cmdCall, cmdCheck, cmdClose})
-        buttons->addWidget(button);
-    whole->addLayout(buttons);
-    InTabOrder({vsf->FilterBox(), vsf, cmdOpen, cmdCall, cmdCheck, cmdClose});
+    whole->addLayout(ListWithButtons(*vsf, {cmdOpen, cmdCall, cmdCheck, cmdClose}, this));
 
     cmdCall->setVisible(std::any_of(m_checks.begin(), m_checks.end(),
                                     [](const HealthCheck& check) { return check.callsOthers; }));

@@ -98,8 +98,9 @@ TEST_P(SettingsCopyTest, WhatIsCopiedIsEqualAfterwardsAndTheRestIsAsItWas) {
     int copied = 0;
     int refused = 0;
     int along = 0;
-    const int rounds = GetParam() == StoreAddress::Engine::Sqlite ? 8 : 3;
-    for (int round = 0; round < rounds; ++round) {
+    // What is chosen by chance may be refused: as many rounds as it takes, within reason.
+    const int enough = GetParam() == StoreAddress::Engine::Sqlite ? 5 : 2;
+    for (int round = 0; round < 12 && (copied < enough || along == 0); ++round) {
         const QList<Difference> before = CompareWith(m_server->GetDatabase(), *m_form, other).differences;
         if (before.isEmpty())
             break;

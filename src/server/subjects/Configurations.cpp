@@ -1,15 +1,13 @@
 #include "server/Library.h"
-#include "server/files/Copy.h"
 #include "server/files/DifferenceText.h"
 #include "server/files/Import.h"
 #include "server/files/LibrarySettings.h"
 #include "server/files/TableFile.h"
 #include "server/remote/RemoteJobs.h"
 #include "server/store/Database.h"
+#include "server/subjects/ConfigurationWork.h"
 #include "server/subjects/Registrations.h"
 #include "wire/Csv.h"
-
-#include <QCryptographicHash>
 
 namespace sysadmin::server {
 
@@ -17,163 +15,13 @@ namespace {
 
 constexpr std::chrono::seconds Longest{300};
 
-/// Where people meet the records of a table.
-class TablePlaces {
-public:
-    explicit TablePlaces(const Registry& registry)
-        : m_registry(registry) {}
-
-    /// The table of the records of which those of this one are parts; the table itself where they are none.
-    QString WholeOf(QString table) const {
-        for (;;) {
-            const Table& declared = m_registry.GetTables().find(table).value();
-            if (!declared.partOf.isEmpty())
-                table = declared.partOf;
-            else if (const Column* owner = declared.Find(declared.owner))
-                table = owner->target;
-            else
-                return table;
-        }
-    }
-
-    /// The word of the requests about the records; empty for what other programs maintain.
-    QString WordOf(const QString& table) const {
-        const RequestRule* rule = m_registry.ReadRuleOf(WholeOf(table));
-        return rule ? rule->Word() : QString();
-    }
-
-    Area AreaOf(const QString& table) const {
-        const QString whole = WholeOf(table);
-        const Subject* subject = m_registry.SubjectOf(whole);
-        const RequestRule* rule = m_registry.ReadRuleOf(whole);
-        const Area area = subject ? subject->area : rule ? rule->area : Area::AnyOperator;
-        return area == Area::AnyOperator ? Area::System : area;
-    }
-
-    /// The tag under which requests carry the column; empty where that is another one each time.
-    QString TagOf(const QString& table, const QString& column) const {
-        const Subject* subject = m_registry.SubjectOf(WholeOf(table));
-        if (!subject)
-            return {};
-        return subject->table == table ? TagAmong(subject->fields, column)
-                                       : TagInRows(subject->children, table, column);
-    }
-
-private:
-    static QString TagAmong(const QList<SubjectField>& fields, const QString& column) {
-        for (const SubjectField& field : fields)
-            if (field.column == column && field.kind != SubjectField::Kind::Joined)
-                return field.tag;
-        return {};
-    }
-
-    static QString TagInRows(const QList<Children>& all, const QString& table, const QString& column) {
-        for (const Children& rows : all) {
-            const QString tag =
-                rows.table == table ? TagAmong(rows.fields, column) : TagInRows(rows.children, table, column);
-            if (!tag.isEmpty())
-                return tag;
-        }
-        return {};
-    }
-
-    const Registry& m_registry;
-};
-
-/// What a job works on and what it found.
-struct Work : Prepared {
-    Work(const Library& opened, const Rights& held, std::shared_ptr<void> memory)
-        : library(opened)
-        , form(opened.GetRegistry().GetTables())
-        , places(opened.GetRegistry())
-        , rights(held)
-        , share(std::move(memory)) {}
-
-    const Library& library;
-    FileForm form;
-    TablePlaces places;
-    Rights rights;
-    std::shared_ptr<void> share; ///< of the memory that jobs may hold
-    Settings settings = {};
-    CopyPlan plan = {};
-    QList<FileProblem> fileProblems = {}; ///< with them nothing is compared
-    QStringList leftOut = {};             ///< files that hold no settings
-    QSet<QString> notSeen = {};           ///< tables that the operator may not view
-    QMap<QString, QString> files = {};    ///< what is exported
-    QList<RecordKey> chosen = {};
-
-    void ReadFiles(const wire::Fields& request);
-    Settings Present(LibrarySettings& present);
-    void AddRightProblems();
-};
-
-void Work::ReadFiles(const wire::Fields& request) {
-    QMap<QString, QString> sent;
-    QString name;
-    for (const wire::Field& field : request)
-        if (field.tag == u"F")
-            sent[name = field.value];
-        else if (field.tag == u"X")
-            sent[name] += field.value;
-        else if (field.tag == u"CT")
-            chosen.append({field.value, {}});
-        else if (field.tag == u"CK" && !chosen.isEmpty())
-            chosen.last().key = field.value;
-    for (auto file = sent.begin(); file != sent.end(); ++file) {
-        const auto table = form.GetTables().constFind(file.key());
-        if (table == form.GetTables().constEnd())
-            fileProblems.append({file.key(), 0, "No settings are called so."});
-        else if (table->content != Content::Settings)
-            leftOut << file.key();
-        else if (!rights.MayView(places.AreaOf(file.key())))
-            notSeen.insert(file.key());
-        else
-            settings.insert(file.key(), ReadTableFile(form, file.key(), file->toUtf8(), fileProblems));
-        file->clear();
-    }
-}
-
-Settings Work::Present(LibrarySettings& present) {
-    Settings before;
-    for (auto table = settings.constBegin(); table != settings.constEnd(); ++table)
-        before.insert(table.key(), present.Read(table.key()));
-    return before;
-}
-
-void Work::AddRightProblems() {
-    for (const Difference& difference : plan.comparison.differences)
-        if (!rights.MayEdit(places.AreaOf(difference.table)))
-            plan.comparison.problems.append(
-                {difference.table, difference.line,
-                 '"' + difference.name + "\": you have no right to change these settings."});
-}
-
-/// Tells whether two plans do the same.
-QString DigestOf(const Comparison& comparison) {
-    QCryptographicHash hash(QCryptographicHash::Sha256);
-    const auto add = [&](const QString& text) {
-        hash.addData(QByteArray::number(text.size()) + ' ' + text.toUtf8());
-    };
-    for (const Difference& difference : comparison.differences) {
-        hash.addData(QByteArray::number(int(difference.kind)));
-        add(difference.table);
-        add(difference.key);
-        for (const ChangedCell& cell : difference.cells) {
-            add(cell.column->name);
-            add(cell.before);
-            add(cell.after);
-        }
-    }
-    return QString::fromLatin1(hash.result().toHex());
-}
-
 // What a request prepares.
 
 struct Reached : Prepared {
     std::optional<RemoteResult> result; ///< none while the job goes on
 };
 
-using DoWork = std::function<void(Work&, Database&, const Patience&)>;
+using DoWork = std::function<void(ConfigurationWork&, Database&, const Patience&)>;
 
 std::shared_ptr<Prepared> Follow(Database& database, const Library& library, const Requester& requester,
                                  const wire::Fields& request, const QString& what, const DoWork& doWork) {
@@ -188,8 +36,8 @@ std::shared_ptr<Prepared> Follow(Database& database, const Library& library, con
         return reached;
     }
     reached->result = library.Jobs().Follow(key, requester.id, Longest, goesOn, [&] {
-        const auto work =
-            std::make_shared<Work>(library, Rights::Of(database, requester.row), std::move(share));
+        const auto work = std::make_shared<ConfigurationWork>(library, Rights::Of(database, requester.row),
+                                                              std::move(share));
         return [work, request, doWork](const Patience& patience) {
             RemoteResult result{.outcome = Outcome::Connected};
             try {
@@ -209,13 +57,13 @@ std::shared_ptr<Prepared> Follow(Database& database, const Library& library, con
 }
 
 /// Answers by what the job found; while it goes on, or when it failed, with the status for that.
-Answer AnswerBy(Context& context, const std::function<void(Work&, ReplyFields&)>& put) {
+Answer AnswerBy(Context& context, const std::function<void(ConfigurationWork&, ReplyFields&)>& put) {
     const auto* reached = dynamic_cast<const Reached*>(context.prepared);
     if (!reached)
         return {status::NotFound};
     if (!reached->result)
         return {status::Continues};
-    auto* work = dynamic_cast<Work*>(reached->result->brought.get());
+    auto* work = dynamic_cast<ConfigurationWork*>(reached->result->brought.get());
     switch (reached->result->outcome) {
     case Outcome::Connected:
         break;
@@ -237,7 +85,7 @@ Answer AnswerBy(Context& context, const std::function<void(Work&, ReplyFields&)>
 constexpr qsizetype MostCharacters = 256 * 1024; // of a field: at most 768 KiB on the wire
 constexpr qsizetype MostCells = 100'000;         // of records that are added or removed
 
-void PutTable(const Work& work, const QString& name, ReplyFields& reply) {
+void PutTable(const ConfigurationWork& work, const QString& name, ReplyFields& reply) {
     const QString whole = work.places.WholeOf(name);
     Put(reply, "T", name);
     Put(reply, "W", work.places.WordOf(name));
@@ -265,7 +113,7 @@ qsizetype PartsOfKey(const FileForm& form, const Table& table) {
 }
 
 /// The record of which this one is a part, or itself: key and name.
-void PutWhole(Work& work, const Difference& difference, ReplyFields& reply) {
+void PutWhole(ConfigurationWork& work, const Difference& difference, ReplyFields& reply) {
     const QString whole = work.places.WholeOf(difference.table);
     QString key = difference.key;
     QString name = difference.name;
@@ -289,7 +137,7 @@ void PutWhole(Work& work, const Difference& difference, ReplyFields& reply) {
     Put(reply, "V", name);
 }
 
-void PutDifferences(Work& work, const Comparison& comparison, ReplyFields& reply) {
+void PutDifferences(ConfigurationWork& work, const Comparison& comparison, ReplyFields& reply) {
     QString table;
     qsizetype cells = 0;
     for (const Difference& difference : comparison.differences) {
@@ -325,7 +173,7 @@ void PutProblems(const QList<FileProblem>& problems, ReplyFields& reply) {
     }
 }
 
-void PutNotices(const Work& work, ReplyFields& reply) {
+void PutNotices(const ConfigurationWork& work, ReplyFields& reply) {
     for (const QString& file : work.leftOut)
         Put(reply, "LO", file);
     if (!work.notSeen.isEmpty())
@@ -337,7 +185,7 @@ void PutNotices(const Work& work, ReplyFields& reply) {
 std::shared_ptr<Prepared> PrepareExport(Database& database, const Library& library,
                                         const Requester& requester, const wire::Fields& request) {
     return Follow(database, library, requester, request, "export",
-                  [](Work& work, Database& own, const Patience& patience) {
+                  [](ConfigurationWork& work, Database& own, const Patience& patience) {
                       RunInTransaction(own, Transaction::Mode::Read, [&] {
                           LibrarySettings present(own, work.form);
                           for (const QString& table : work.form.Order()) {
@@ -355,7 +203,7 @@ std::shared_ptr<Prepared> PrepareExport(Database& database, const Library& libra
 }
 
 Answer Export(Context& context, const wire::Fields&) {
-    return AnswerBy(context, [](Work& work, ReplyFields& reply) {
+    return AnswerBy(context, [](ConfigurationWork& work, ReplyFields& reply) {
         for (auto file = work.files.begin(); file != work.files.end(); ++file) {
             Put(reply, "F", file.key());
             for (qsizetype at = 0; at < file->size();) {
@@ -373,7 +221,7 @@ Answer Export(Context& context, const wire::Fields&) {
 std::shared_ptr<Prepared> PrepareCompare(Database& database, const Library& library,
                                          const Requester& requester, const wire::Fields& request) {
     return Follow(database, library, requester, request, "compare",
-                  [](Work& work, Database& own, const Patience& patience) {
+                  [](ConfigurationWork& work, Database& own, const Patience& patience) {
                       if (!work.fileProblems.isEmpty())
                           return;
                       RunInTransaction(own, Transaction::Mode::Read, [&] {
@@ -388,7 +236,7 @@ std::shared_ptr<Prepared> PrepareCompare(Database& database, const Library& libr
 }
 
 Answer Compare(Context& context, const wire::Fields&) {
-    return AnswerBy(context, [](Work& work, ReplyFields& reply) {
+    return AnswerBy(context, [](ConfigurationWork& work, ReplyFields& reply) {
         PutDifferences(work, work.plan.comparison, reply);
         PutProblems(work.fileProblems + work.plan.comparison.problems, reply);
         PutNotices(work, reply);
@@ -398,7 +246,7 @@ Answer Compare(Context& context, const wire::Fields&) {
 std::shared_ptr<Prepared> PrepareTry(Database& database, const Library& library, const Requester& requester,
                                      const wire::Fields& request) {
     return Follow(database, library, requester, request, "try",
-                  [requester](Work& work, Database& own, const Patience& patience) {
+                  [requester](ConfigurationWork& work, Database& own, const Patience& patience) {
                       if (!work.fileProblems.isEmpty())
                           return;
                       RunInTransaction(own, Transaction::Mode::Write, [&] {
@@ -416,7 +264,7 @@ std::shared_ptr<Prepared> PrepareTry(Database& database, const Library& library,
 }
 
 Answer Try(Context& context, const wire::Fields&) {
-    return AnswerBy(context, [](Work& work, ReplyFields& reply) {
+    return AnswerBy(context, [](ConfigurationWork& work, ReplyFields& reply) {
         PutDifferences(work, work.plan.comparison, reply);
         PutProblems(work.fileProblems + work.plan.comparison.problems, reply);
         for (const QString& line : MissingSecrets(work.form, work.plan.comparison))
@@ -426,7 +274,7 @@ Answer Try(Context& context, const wire::Fields&) {
 }
 
 Answer Copy(Context& context, const wire::Fields& request) {
-    Work work(context.library, context.rights, nullptr);
+    ConfigurationWork work(context.library, context.rights, nullptr);
     work.ReadFiles(request);
     if (!work.fileProblems.isEmpty())
         return {status::ColumnError};
