@@ -34,7 +34,7 @@ frmCirculation_RuleCheck::frmCirculation_RuleCheck(Application& application, QWi
 
     auto* whole = new QVBoxLayout(this);
     whole->addWidget(lblSummary);
-    whole->addLayout(ListWithButtons(*vsf, {cmdOpen, cmdTestLoan, cmdCheck, cmdClose}, this));
+    AddListWithButtons(*whole, *vsf, {cmdOpen, cmdTestLoan, cmdCheck, cmdClose});
 
     connect(vsf, &ListGrid::SelectionMoved, this, &frmCirculation_RuleCheck::RefreshButtons);
     connect(vsf, &ListGrid::RowActivated, this, &frmCirculation_RuleCheck::Open);

@@ -359,7 +359,7 @@ void MaintenanceScreen::RefreshButtons() {
                                                                   : !several->Chosen().isEmpty());
     m_cmdSave->setEnabled(several ? several->IsComplete() && anyChosen
                                   : IsEditing() && table.form->IsComplete());
-    m_cmdHistory->setVisible(m_state == State::Editing && RecordNow());
+    m_cmdHistory->setVisible((m_state == State::Editing || m_state == State::Viewing) && RecordNow());
     ShowMissing(several ? several : IsEditing() ? table.form : nullptr);
     emit UnsavedChanged();
     RefreshOwnControls();

@@ -29,20 +29,18 @@ void RowCount::Count() {
     setText(text);
 }
 
-QVBoxLayout* ListWithButtons(ListGrid& grid, const QList<QPushButton*>& buttons, QWidget* parent) {
-    auto* whole = new QVBoxLayout;
-    whole->addWidget(grid.FilterBox());
-    whole->addWidget(&grid, 1);
+void AddListWithButtons(QVBoxLayout& layout, ListGrid& grid, const QList<QPushButton*>& buttons) {
+    layout.addWidget(grid.FilterBox());
+    layout.addWidget(&grid, 1);
     auto* below = new QHBoxLayout;
-    below->addWidget(new RowCount(grid, parent), 1);
+    below->addWidget(new RowCount(grid, layout.parentWidget()), 1);
     QList<QWidget*> order{grid.FilterBox(), &grid};
     for (QPushButton* button : buttons) {
         below->addWidget(button);
         order.append(button);
     }
-    whole->addLayout(below);
+    layout.addLayout(below);
     InTabOrder(order);
-    return whole;
 }
 
 } // namespace sysadmin

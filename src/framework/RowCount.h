@@ -23,8 +23,8 @@ private:
     ListGrid& m_grid;
 };
 
-/// The list with its filter above it and, below, the count of its rows and these buttons: all of a screen
-/// that shows a list and no form. The order of the tab stops is that of the controls.
-QVBoxLayout* ListWithButtons(ListGrid& grid, const QList<QPushButton*>& buttons, QWidget* parent);
+/// Adds to a widget's layout what a screen has that shows a list and no form: the list with its filter above
+/// it and, below, the count of its rows and these buttons. Tab goes through them in this order.
+void AddListWithButtons(QVBoxLayout& layout, ListGrid& grid, const QList<QPushButton*>& buttons);
 
 } // namespace sysadmin

@@ -46,7 +46,7 @@ frmHealth::frmHealth(Application& application, const QList<HealthCheck>& checks,
 
     auto* whole = new QVBoxLayout(this);
     whole->addWidget(lblSummary);
-    whole->addLayout(ListWithButtons(*vsf, {cmdOpen, cmdCall, cmdCheck, cmdClose}, this));
+    AddListWithButtons(*whole, *vsf, {cmdOpen, cmdCall, cmdCheck, cmdClose});
 
     cmdCall->setVisible(std::any_of(m_checks.begin(), m_checks.end(),
                                     [](const HealthCheck& check) { return check.callsOthers; }));

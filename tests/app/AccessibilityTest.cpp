@@ -75,7 +75,8 @@ void CheckSpoken(QWidget& window) {
 /// Down the window, and in a line to the right; up only to what stands beside.
 void CheckTabOrder(QWidget& window) {
     const auto place = [&](const QWidget* widget) {
-        return QRect(widget->mapTo(&window, QPoint(0, 0)), widget->size());
+        // What is seen of it: a page that is scrolled goes on behind what stands below it.
+        return widget->visibleRegion().boundingRect().translated(widget->mapTo(&window, QPoint(0, 0)));
     };
     const QWidget* last = nullptr;
     for (const QWidget* widget : TabStops(window)) {
