@@ -89,7 +89,10 @@ void NavigationDelegate::PaintGroup(QPainter* painter, const QStyleOptionViewIte
     index.data(Qt::DecorationRole).value<QIcon>().paint(painter, picture);
     painter->setFont(GroupFont(option.font));
     painter->setPen(palette.color(QPalette::WindowText));
-    painter->drawText(inner.adjusted(SmallIcon + Gap, 0, -20, 0), Qt::AlignVCenter, index.data().toString());
+    const QRect area = inner.adjusted(SmallIcon + Gap, 0, -20, 0);
+    painter->drawText(
+        area, Qt::AlignVCenter,
+        painter->fontMetrics().elidedText(index.data().toString(), Qt::ElideMiddle, area.width()));
 
     // A chevron: down while the group is open, right while it is closed.
     painter->translate(inner.right() - 6, inner.center().y() + 0.5);
