@@ -3,7 +3,9 @@
 
 #include "framework/ListGrid.h"
 #include "framework/TwoListMover.h"
+#include "framework/forms/ListFields.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QHeaderView>
 #include <QLineEdit>
