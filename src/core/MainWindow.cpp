@@ -94,7 +94,9 @@ MainWindow::MainWindow(Application& application, const QString& informationCapti
     });
     albMain->FindRecordsToo();
     connect(albMain, &NavigationBar::RecordsWanted, this, &MainWindow::FindRecords);
-    connect(albMain, &NavigationBar::RecordChosen, this, &MainWindow::GoTo);
+    connect(albMain, &NavigationBar::RecordChosen, this, [this](const FoundRecord& record) {
+        GoToRecord(record.word, record.key, record.name, record.control);
+    });
     connect(mdiScreens, &ScreenArea::ScreenChosen, this, &MainWindow::OpenScreen);
     connect(albMain, &NavigationBar::StyleChosen, this,
             [this] { m_application.prefs.Remember("LargeIconGroups", albMain->LargeGroups()); });

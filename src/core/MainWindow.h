@@ -58,6 +58,10 @@ public:
     const SubjectPlace* PlaceOf(const QString& word) { return m_wordIndex.PlaceOf(word); }
     /// Opens the screen of such a record and shows it; false when the record is not there to see.
     bool ShowRecord(const QString& word, const QString& key, const QString& control);
+    /// The same for a record that was listed elsewhere under this name; the operator is told when it is not
+    /// there.
+    void GoToRecord(const QString& word, const QString& key, const QString& name,
+                    const QString& control = {});
     /// The open screen of a key, or null.
     Screen* FindScreen(const QString& key) const;
     /// The screen the operator works in, or null while none is open.
@@ -93,7 +97,6 @@ private:
     void NoteRecent(const QString& key);
     /// Asks the server for records with the text, and shows them in the navigation bar.
     void FindRecords(const QString& text);
-    void GoTo(const FoundRecord& record);
     void ShowRecent();
     void OnClusterNotice();
     void ChangeCluster();

@@ -87,12 +87,13 @@ void MainWindow::FindRecords(const QString& text) {
     albMain->ShowRecords(text, records);
 }
 
-void MainWindow::GoTo(const FoundRecord& record) {
-    if (!ShowRecord(record.word, record.key, record.control))
+void MainWindow::GoToRecord(const QString& word, const QString& key, const QString& name,
+                            const QString& control) {
+    if (!ShowRecord(word, key, control))
         m_application.prompter.ShowBox(
             this, {.text = tr("\"%1\" is not in the list as it is shown now: it may belong to another "
                               "circulation cluster, or something else is being edited there.")
-                               .arg(record.name)});
+                               .arg(name)});
 }
 
 void MainWindow::NoteRecent(const QString& key) {

@@ -34,16 +34,15 @@ namespace {
 constexpr int HelpTopic = 50108;
 constexpr qsizetype CaptionsInSummary = 4;
 
-QString Who(const HistoryEntry& entry) {
-    return entry.by.isEmpty() || entry.by == entry.operatorId ? entry.operatorId
-                                                              : entry.by + " (" + entry.operatorId + ')';
-}
-
-QString Where(const HistoryEntry& entry) {
-    return entry.peer == u"local" ? QDialog::tr("The server's computer") : entry.peer;
-}
-
 } // namespace
+
+QString WhoInWords(const QString& name, const QString& operatorId) {
+    return name.isEmpty() || name == operatorId ? operatorId : name + " (" + operatorId + ')';
+}
+
+QString PeerInWords(const QString& peer) {
+    return peer == u"local" ? QDialog::tr("The server's computer") : peer;
+}
 
 frmHistory::frmHistory(Application& application, RecordHistory& history, QWidget* parent)
     : QDialog(parent)
@@ -209,7 +208,10 @@ bool frmHistory::IsShown(qsizetype entry) const {
 
 GridRow frmHistory::RowOf(qsizetype entry) const {
     const HistoryEntry& each = m_history.Entries()[entry];
-    return {QString::number(entry), {each.at, Who(each), Where(each), Summary(entry), each.request}, {}};
+    return {
+        QString::number(entry),
+        {each.at, WhoInWords(each.by, each.operatorId), PeerInWords(each.peer), Summary(entry), each.request},
+        {}};
 }
 
 void frmHistory::ShowEntries() {

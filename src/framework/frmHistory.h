@@ -60,6 +60,10 @@ private:
     qsizetype m_next = 0; // entry whose changes are to be found out
 };
 
+/// Who made a change, by name and id; from which computer.
+QString WhoInWords(const QString& name, const QString& operatorId);
+QString PeerInWords(const QString& peer);
+
 /// Shows the history of a record, and brings back what the operator chooses there: on the screen that
 /// maintains such records, where it can be saved. True when he did. A failure is reported.
 bool ShowRecordHistory(Application& application, QWidget* parent, const HistoryRecord& record);

@@ -146,12 +146,7 @@ bool ShowWhereUsed(Application& application, QWidget* parent, const UsedRecord& 
         return false;
     const Use use = *chosen();
     const QString control = application.mainWindow->PlaceOf(use.word)->fields.value(use.tag).control;
-    if (!application.mainWindow->ShowRecord(use.word, use.key, control))
-        application.prompter.ShowBox(
-            application.mainWindow,
-            {.text = Tr("\"%1\" is not in the list as it is shown now: it may belong to another circulation "
-                        "cluster, or something else is being edited there.")
-                         .arg(use.name)});
+    application.mainWindow->GoToRecord(use.word, use.key, use.name, control);
     return true;
 }
 

@@ -112,9 +112,9 @@ qint16 CheckSlipRules(Application& application, QList<HealthFinding>& found) {
         found.append(
             {read.keys[i], Form::tr("Rule %1").arg(read.names[i]),
              Form::tr("The rule is never reached: what it would take is %1").arg(TakenBy(shadows[i])),
-             [&application, key = read.keys[i]](QWidget*) {
+             [&application, key = read.keys[i], name = read.names[i]](QWidget*) {
                  if (application.mainWindow)
-                     application.mainWindow->ShowRecord("CSR", key, {});
+                     application.mainWindow->GoToRecord("CSR", key, name);
              }});
     }
     return result;

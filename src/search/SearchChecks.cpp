@@ -24,14 +24,6 @@ QString Tr(const char* text) {
     return QCoreApplication::translate("SearchChecks", text);
 }
 
-std::function<void(QWidget*)> Opener(Application& application, const QString& word, const QString& key,
-                                     const QString& control = {}) {
-    return [&application, word, key, control](QWidget*) {
-        if (application.mainWindow)
-            application.mainWindow->ShowRecord(word, key, control);
-    };
-}
-
 qint16 CheckWeights(Application& application, QList<HealthFinding>& found) {
     QHash<QString, WeightedIndex> indexes;
     const qint16 result = ReadWeightedIndexes(application.channel, indexes);
@@ -109,7 +101,10 @@ qint16 CheckDatabases(Application& application, QList<HealthFinding>& found) {
     }
     for (auto failure = calls.failures.cbegin(); failure != calls.failures.cend(); ++failure)
         found.append(
-            {failure.key(), failure.key(), failure.value(), Opener(application, "DB", failure.key())});
+            {failure.key(), failure.key(), failure.value(), [&application, code = failure.key()](QWidget*) {
+                 if (application.mainWindow)
+                     application.mainWindow->GoToRecord("DB", code, code);
+             }});
     return calls.status;
 }
 

@@ -3,6 +3,7 @@
 #include "core/Application.h"
 #include "framework/WaitDialog.h"
 #include "wire/Status.h"
+#include "wire/TextPieces.h"
 
 #include <QDir>
 #include <QSaveFile>
@@ -11,8 +12,6 @@
 namespace sysadmin {
 
 namespace {
-
-constexpr qsizetype MostCharacters = 256 * 1024; // of a field: at most 768 KiB on the wire
 
 ConfigurationDifferences ReadDifferences(const RequestChannel& channel) {
     ConfigurationDifferences read;
@@ -93,13 +92,8 @@ ConfigurationServer::ConfigurationServer(Application& application, RequestChanne
 void ConfigurationServer::PutFiles(const ConfigurationFiles& files) {
     for (auto file = files.begin(); file != files.end(); ++file) {
         m_channel.PutField("F", file.key());
-        for (qsizetype at = 0; at < file->size();) {
-            qsizetype size = qMin(MostCharacters, file->size() - at);
-            if (at + size < file->size() && file->at(at + size).isLowSurrogate())
-                --size; // a pair stays together
-            m_channel.PutField("X", file->mid(at, size));
-            at += size;
-        }
+        for (const QString& piece : wire::TextPieces(*file))
+            m_channel.PutField("X", piece);
     }
 }
 

@@ -27,9 +27,9 @@ qint16 CheckProfiles(Application& application, QList<HealthFinding>& found) {
     if (result != wire::status::Ok)
         return result;
     const auto add = [&](const QString& place, const QString& text, const QString& word, const QString& key) {
-        found.append({word + ' ' + key, place, text, [&application, word, key](QWidget*) {
+        found.append({word + ' ' + key, place, text, [&application, word, key, place](QWidget*) {
                           if (application.mainWindow)
-                              application.mainWindow->ShowRecord(word, key, {});
+                              application.mainWindow->GoToRecord(word, key, place);
                       }});
     };
     QSet<QString> members;

@@ -297,7 +297,7 @@ void frmSecurity_WhoMay::ShowOperator() {
 
 void frmSecurity_WhoMay::OpenHolder(const QString& operatorId) {
     if (App().mainWindow && !operatorId.isEmpty())
-        App().mainWindow->ShowRecord("Opr", operatorId, {});
+        App().mainWindow->GoToRecord("Opr", operatorId, operatorId);
 }
 
 void frmSecurity_WhoMay::OpenProfile(const QString& rightKey, const QString& operatorId) {
@@ -310,7 +310,7 @@ void frmSecurity_WhoMay::OpenProfile(const QString& rightKey, const QString& ope
     const RightsProfile& profile = *through.first();
     const SubjectPlace* place = App().mainWindow->PlaceOf(profile.word);
     const QString tag = rightKey.section(' ', 1, 1);
-    App().mainWindow->ShowRecord(profile.word, profile.id,
+    App().mainWindow->GoToRecord(profile.word, profile.id, profile.name,
                                  place ? place->fields.value(tag).control : QString());
 }
 

@@ -4,9 +4,10 @@
 #include "core/MainWindow.h"
 #include "framework/ListGrid.h"
 #include "framework/RowCount.h"
+#include "framework/Utility.h"
+#include "framework/frmHistory.h"
 #include "wire/Status.h"
 
-#include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -68,19 +69,8 @@ frmTools_History::frmTools_History(Application& application, QWidget* parent)
 
     auto* whole = new QVBoxLayout(this);
     whole->addWidget(view);
-    whole->addWidget(vsf->FilterBox());
-    whole->addWidget(vsf, 1);
-    auto* buttons = new QHBoxLayout;
-    buttons->addWidget(new RowCount(*vsf, this), 1);
-    for (QPushButton* button : {cmdGoTo, cmdHistory, cmdMore, cmdReload, cmdClose})
-        buttons->addWidget(button);
-    whole->addLayout(buttons);
-    QWidget* before = view->TabOrder().last();
-    for (QWidget* next :
-         QList<QWidget*>{vsf->FilterBox(), vsf, cmdGoTo, cmdHistory, cmdMore, cmdReload, cmdClose}) {
-        setTabOrder(before, next);
-        before = next;
-    }
+    AddListWithButtons(*whole, *vsf, {cmdGoTo, cmdHistory, cmdMore, cmdReload, cmdClose});
+    InTabOrder({view->TabOrder().last(), vsf->FilterBox(), vsf});
 
     connect(vsf, &ListGrid::SelectionMoved, this, &frmTools_History::RefreshButtons);
     connect(vsf, &ListGrid::RowActivated, this, &frmTools_History::GoToRecord);
@@ -156,14 +146,11 @@ void frmTools_History::ReadPage(bool first) {
                             channel.GetField("UN"), channel.GetFlag("HG")};
         const QString setting = SettingOf(change.word, channel.GetField("HX"));
         const QString key = channel.GetField("HN") + ' ' + channel.GetField("HX") + ' ' + change.row;
-        const QString name = channel.GetField("HB");
-        const QString who = channel.GetField("HO");
-        const QString from = channel.GetField("HP");
         m_changes.insert(key, change);
         rows.append({key,
-                     {channel.GetField("HT"), name.isEmpty() || name == who ? who : name + " (" + who + ')',
+                     {channel.GetField("HT"), WhoInWords(channel.GetField("HB"), channel.GetField("HO")),
                       setting, change.name, KindInWords(channel.GetField("HK")),
-                      from == u"local" ? tr("The server's computer") : from, channel.GetField("HR")},
+                      PeerInWords(channel.GetField("HP")), channel.GetField("HR")},
                      {}});
     }
     if (first)
@@ -192,11 +179,7 @@ void frmTools_History::GoToRecord() {
     if (!cmdGoTo->isEnabled() || !change)
         return;
     const Change target = *change;
-    if (!App().mainWindow->ShowRecord(target.word, target.key, {}))
-        Tell(tr("\"%1\" is not in the list as it is shown now: it may belong to another circulation cluster, "
-                "or "
-                "something else is being edited there.")
-                 .arg(target.name));
+    App().mainWindow->GoToRecord(target.word, target.key, target.name);
 }
 
 void frmTools_History::RefreshButtons() {

@@ -8,6 +8,7 @@
 #include "server/subjects/ConfigurationWork.h"
 #include "server/subjects/Registrations.h"
 #include "wire/Csv.h"
+#include "wire/TextPieces.h"
 
 namespace sysadmin::server {
 
@@ -82,8 +83,7 @@ Answer AnswerBy(Context& context, const std::function<void(ConfigurationWork&, R
 
 // Replies.
 
-constexpr qsizetype MostCharacters = 256 * 1024; // of a field: at most 768 KiB on the wire
-constexpr qsizetype MostCells = 100'000;         // of records that are added or removed
+constexpr qsizetype MostCells = 100'000; // of records that are added or removed
 
 void PutTable(const ConfigurationWork& work, const QString& name, ReplyFields& reply) {
     const QString whole = work.places.WholeOf(name);
@@ -206,13 +206,8 @@ Answer Export(Context& context, const wire::Fields&) {
     return AnswerBy(context, [](ConfigurationWork& work, ReplyFields& reply) {
         for (auto file = work.files.begin(); file != work.files.end(); ++file) {
             Put(reply, "F", file.key());
-            for (qsizetype at = 0; at < file->size();) {
-                qsizetype size = qMin(MostCharacters, file->size() - at);
-                if (at + size < file->size() && file->at(at + size).isLowSurrogate())
-                    --size; // a pair stays together
-                Put(reply, "X", file->mid(at, size));
-                at += size;
-            }
+            for (const QString& piece : wire::TextPieces(*file))
+                Put(reply, "X", piece);
         }
         PutNotices(work, reply);
     });
