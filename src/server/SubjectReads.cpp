@@ -8,7 +8,7 @@ namespace {
 
 void AppendRecord(const Shape& shape, const ResultRow& row, ReplyFields& reply) {
     for (qsizetype i = 0; i < shape.tags.size(); ++i)
-        Put(reply, shape.tags[i], row.value(int(i) + 1).toString());
+        Put(reply, shape.tags[i], row.Text(int(i) + 1));
 }
 
 bool IsNumber(const Subject& subject, const QString& column) {

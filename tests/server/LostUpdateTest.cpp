@@ -90,7 +90,7 @@ TEST_P(LostUpdateTest, EveryUpdateAndDeleteIsRefusedOnceSomebodyElseChangedTheRe
                 const qint64 number = database.RunInsert(
                     "INSERT INTO history_requests (at, operator_id, peer, request) VALUES (?, ?, ?, ?)",
                     {now, "ANNA", "local", "Test"});
-                Changes(database).Enter(table, id, number, {session, "Anna Other", now}, {});
+                Changes(database).Enter({{table, id, {}}}, number, {session, "Anna Other", now});
             });
         };
 

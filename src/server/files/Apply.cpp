@@ -269,7 +269,7 @@ void Applier::AddAll() {
         QList<const Column*> columns; // the same for all of them
         for (const ChangedCell& cell : added.first()->cells)
             columns << cell.column;
-        const Records::Inserter inserter(m_records, table, columns);
+        Records::Inserter inserter(m_records, table, columns);
         const auto ids = m_ids.find(table);
         for (const Difference* difference : added) {
             QVariantList values;

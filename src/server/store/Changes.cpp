@@ -32,24 +32,28 @@ void Changes::Prune() {
                    {oldest.isNull() ? Last() : oldest.toLongLong()});
 }
 
-void Changes::Enter(const QString& table, qint64 id, qint64 number, const Changer& changer,
-                    const std::optional<QString>& removedKey) {
+void Changes::Enter(const QList<Entry>& entries, qint64 number, const Changer& changer) {
     const auto kept = [](const QString& column, const QString& earlier) {
         return earlier + "=CASE WHEN record_changes.session=excluded.session THEN record_changes." + earlier +
                " ELSE record_changes." + column + " END, ";
     };
-    static const QString sql =
-        "INSERT INTO record_changes "
-        "(table_name, record_id, number, session, changed_by, changed_at, removed, key_text) "
-        "VALUES (?, ?, ?, ?, ?, ?, ?, ?) ON CONFLICT (table_name, record_id) DO UPDATE SET " +
-        kept("number", "earlier_number") + kept("changed_by", "earlier_by") +
-        kept("changed_at", "earlier_at") +
+    static const QString conflict =
+        " ON CONFLICT (table_name, record_id) DO UPDATE SET " + kept("number", "earlier_number") +
+        kept("changed_by", "earlier_by") + kept("changed_at", "earlier_at") +
         "number=excluded.number, session=excluded.session, changed_by=excluded.changed_by, "
         "changed_at=excluded.changed_at, removed=excluded.removed, key_text=excluded.key_text";
-    // A null text would be bound as NULL.
-    const auto text = [](const QString& value) { return value.isNull() ? QString("") : value; };
-    m_database.Run(sql, {table, id, number, changer.session, text(changer.name), changer.time,
-                         removedKey ? "Y" : "N", text(removedKey.value_or(QString()))});
+    static const QStringList columns{"table_name", "record_id",  "number",  "session",
+                                     "changed_by", "changed_at", "removed", "key_text"};
+    const QString yes = "Y";
+    const QString no = "N";
+    m_database.InsertMany(
+        "record_changes", columns, entries.size(),
+        [&](qsizetype place, QVariantList& values) {
+            const Entry& entry = entries[place];
+            values << entry.table << entry.id << number << changer.session << changer.name << changer.time
+                   << (entry.removedKey ? yes : no) << entry.removedKey.value_or(QString());
+        },
+        conflict);
 }
 
 std::optional<Change> Changes::ByOthers(const QString& table, qint64 id, qint64 session) const {

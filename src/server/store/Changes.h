@@ -36,9 +36,14 @@ public:
 
     /// The number of the last change that this transaction sees.
     qint64 Last() const;
-    /// Enters a change of a record; `removedKey` is the folded key text of a record that is removed.
-    void Enter(const QString& table, qint64 id, qint64 number, const Changer& changer,
-               const std::optional<QString>& removedKey);
+    /// A change of a record.
+    struct Entry {
+        QString table;
+        qint64 id = 0;
+        std::optional<QString> removedKey; ///< the folded key text of one that is removed
+    };
+    /// Enters changes of one request, each record once.
+    void Enter(const QList<Entry>& entries, qint64 number, const Changer& changer);
 
     /// Drops what no session can ask about any more: what was changed before all of them began.
     void Prune();

@@ -1,45 +1,14 @@
 #include "server/store/Database.h"
 
+#include "server/store/Engine.h"
 #include "server/store/LibraryFolder.h"
 #include "server/store/Table.h"
 
 #include <QFile>
-#include <QSqlError>
-#include <QSqlRecord>
-#include <QUuid>
 
 namespace sysadmin::server {
 
 namespace {
-
-StoreError::Kind KindOf(StoreAddress::Engine engine, const QSqlError& error) {
-    using Kind = StoreError::Kind;
-    if (engine == StoreAddress::Engine::Sqlite) {
-        const QString text = error.databaseText();
-        if (text.contains("UNIQUE constraint"))
-            return Kind::Duplicate;
-        if (text.contains("FOREIGN KEY constraint"))
-            return Kind::Referenced;
-        if (text.contains("is locked"))
-            return Kind::Transient;
-        return Kind::Failure;
-    }
-    const QString state = error.nativeErrorCode();
-    if (state == "23505")
-        return Kind::Duplicate;
-    if (state == "23503")
-        return Kind::Referenced;
-    if (state == "40001" || state == "40P01")
-        return Kind::Transient;
-    if (state == "55P03")
-        return Kind::Busy;
-    // A server that went down in the middle of a statement leaves no state: whether it was a COMMIT that
-    // still happened is not known.
-    if (state.isEmpty() || error.type() == QSqlError::ConnectionError || state.startsWith("08") ||
-        state.startsWith("57P") || state == "25P03")
-        return Kind::Lost;
-    return Kind::Failure;
-}
 
 QByteArray Words(StoreError::Kind kind) {
     switch (kind) {
@@ -64,7 +33,7 @@ QByteArray Words(StoreError::Kind kind) {
 QtMessageHandler otherMessages = nullptr;
 
 void PassOnOtherMessages(QtMsgType type, const QMessageLogContext& context, const QString& text) {
-    for (const char* driver : {"QSql", "QPSQL", "QSQLite", "Unable to free statement"})
+    for (const char* driver : {"QSql", "QPSQL", "Unable to free statement"})
         if (text.startsWith(QLatin1String(driver)))
             return;
     otherMessages(type, context, text);
@@ -83,75 +52,83 @@ void SilenceDatabaseDrivers() {
 }
 
 QVariant ResultRow::value(int column) const {
-    const QVariant value = m_query.value(column);
-    return value.isNull() ? QVariant() : value;
+    return m_statement.Value(column);
+}
+
+QString ResultRow::Text(int column) const {
+    return m_statement.Text(column);
 }
 
 int ResultRow::Count() const {
-    return m_query.record().count();
+    return m_statement.CountColumns();
 }
+
+/// A prepared statement while it runs. It is out of the store meanwhile: a nested use of the same text
+/// prepares another.
+class Database::Use {
+public:
+    Use(Database& database, const QString& sql) {
+        if (database.m_prepared.size() >= MostKept && !database.m_prepared.contains(sql))
+            std::erase_if(database.m_prepared, [](const auto& kept) { return kept.second != nullptr; });
+        m_place = &database.m_prepared[sql];
+        m_statement = std::move(*m_place);
+        if (!m_statement)
+            m_statement = database.m_connection->Prepare(sql);
+    }
+    // What failed goes back as well: PostgreSQL frees nothing before the transaction is undone.
+    ~Use() {
+        m_statement->Finish();
+        *m_place = std::move(m_statement);
+    }
+    Use(const Use&) = delete;
+    Use& operator=(const Use&) = delete;
+
+    EngineStatement* operator->() const { return m_statement.get(); }
+    EngineStatement& operator*() const { return *m_statement; }
+    static void Check(const Values& values) {
+        for (const QVariant& value : values)
+            if (value.typeId() == QMetaType::QString &&
+                !IsStorable(*static_cast<const QString*>(value.constData())))
+                throw StoreError(StoreError::Kind::Unstorable,
+                                 "A text holds characters that cannot be stored.");
+    }
+    void Execute(const Values& values) const {
+        Check(values);
+        m_statement->Execute(values);
+    }
+
+private:
+    std::unique_ptr<EngineStatement>* m_place;
+    std::unique_ptr<EngineStatement> m_statement;
+};
 
 Database::Database(const StoreAddress& address, std::shared_ptr<WriterQueue> writers,
                    std::chrono::milliseconds patience)
     : m_address(address)
     , m_writers(writers ? std::move(writers) : std::make_shared<WriterQueue>())
-    , m_patience(patience)
-    , m_connection(QUuid::createUuid().toString(QUuid::WithoutBraces)) {
-    const bool sqlite = address.engine == StoreAddress::Engine::Sqlite;
-    m_database = QSqlDatabase::addDatabase(sqlite ? "QSQLITE" : "QPSQL", m_connection);
-    try {
-        if (sqlite) {
-            // The file is made here and not by the engine: nobody else may read it, and its companions take
-            // over its permissions.
-            if (QFile file(address.file); !file.exists() && file.open(QIODevice::NewOnly))
-                file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
-            m_database.setDatabaseName(address.file);
-            m_database.setConnectOptions("QSQLITE_BUSY_TIMEOUT=" + QString::number(BusyMilliseconds));
-        } else {
-            m_database.setHostName(address.host);
-            m_database.setPort(address.port);
-            m_database.setDatabaseName(address.database);
-            m_database.setUserName(address.user);
-            m_database.setPassword(address.password);
-            m_database.setConnectOptions(address.options);
-        }
-        if (!m_database.open())
-            Throw(m_database.lastError());
-        if (sqlite) {
-            // With a log the disk is waited for after the writer's turn: see Commit.
-            m_syncsLog = FirstValue("PRAGMA journal_mode=WAL").toString() == "wal" && LogSync::IsAvailable();
-            RunOnce(m_syncsLog ? "PRAGMA synchronous=NORMAL" : "PRAGMA synchronous=FULL");
-            RunOnce("PRAGMA foreign_keys=ON");
-            m_file = IdentityOf(address.file);
-        } else {
-            RunOnce("SET client_min_messages=warning");
-            RunOnce("SET synchronous_commit=on");
-            RunOnce("SET lock_timeout=" + QString::number(m_patience.count()));
-            // A machine that vanished in the middle of a change does not keep all others waiting.
-            RunOnce("SET idle_in_transaction_session_timeout='60s'");
-        }
-    } catch (...) {
-        m_database = QSqlDatabase();
-        QSqlDatabase::removeDatabase(m_connection);
-        throw;
+    , m_patience(patience) {
+    if (address.engine == StoreAddress::Engine::Sqlite) {
+        // The file is made here and not by the engine: nobody else may read it, and its companions take over
+        // its permissions.
+        if (QFile file(address.file); !file.exists() && file.open(QIODevice::NewOnly))
+            file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+        m_connection = OpenSqlite(address, BusyMilliseconds);
+        // With a log the disk is waited for after the writer's turn: see Commit.
+        m_syncsLog = FirstValue("PRAGMA journal_mode=WAL").toString() == "wal" && LogSync::IsAvailable();
+        RunOnce(m_syncsLog ? "PRAGMA synchronous=NORMAL" : "PRAGMA synchronous=FULL");
+        RunOnce("PRAGMA foreign_keys=ON");
+        m_file = IdentityOf(address.file);
+        return;
     }
+    m_connection = OpenPostgreSql(address);
+    RunOnce("SET client_min_messages=warning");
+    RunOnce("SET synchronous_commit=on");
+    RunOnce("SET lock_timeout=" + QString::number(m_patience.count()));
+    // A machine that vanished in the middle of a change does not keep all others waiting.
+    RunOnce("SET idle_in_transaction_session_timeout='60s'");
 }
 
-Database::~Database() {
-    m_prepared.clear();
-    m_database.close();
-    m_database = QSqlDatabase();
-    QSqlDatabase::removeDatabase(m_connection);
-}
-
-void Database::Throw(const QSqlError& error) {
-    const StoreError::Kind kind = KindOf(m_address.engine, error);
-    QString text = error.databaseText().trimmed();
-    if (text.isEmpty())
-        text = error.driverText().trimmed();
-    throw StoreError(m_database.isOpen() ? kind : StoreError::Kind::Lost, text.section('\n', 0, 0),
-                     error.nativeErrorCode().isEmpty() ? QString("no number") : error.nativeErrorCode());
-}
+Database::~Database() = default;
 
 // SQLite goes on writing to a file that nobody finds any more: such a change is not to be acknowledged.
 void Database::CheckFile() const {
@@ -171,94 +148,60 @@ bool Database::TryImmediate() {
 }
 
 int Database::RunOnce(const QString& sql) {
-    QSqlQuery query(m_database);
-    if (!query.exec(sql))
-        Throw(query.lastError());
-    return query.numRowsAffected();
-}
-
-std::unique_ptr<QSqlQuery> Database::Execute(const QString& sql, const Values& values) {
-    for (const QVariant& value : values)
-        if (value.typeId() == QMetaType::QString && !IsStorable(value.toString()))
-            throw StoreError(StoreError::Kind::Unstorable, "A text holds characters that cannot be stored.");
-    // A statement is taken out of the store while it runs: a nested use of the same text then prepares
-    // another.
-    std::unique_ptr<QSqlQuery> query;
-    if (const auto kept = m_prepared.find(sql); kept != m_prepared.end()) {
-        query = std::move(kept->second);
-        m_prepared.erase(kept);
-    } else {
-        query = std::make_unique<QSqlQuery>(m_database);
-        // PostgreSQL's driver would take single rows off the connection, which then serves nothing else.
-        query->setForwardOnly(m_address.engine == StoreAddress::Engine::Sqlite);
-        if (!query->prepare(sql))
-            Throw(query->lastError());
-    }
-    for (qsizetype i = 0; i < values.size(); ++i) {
-        if (values[i].typeId() != QMetaType::QString) {
-            query->bindValue(int(i), values[i]);
-            continue;
-        }
-        // The drivers take a null text for NULL; here only an invalid value is. (A variant that holds a null
-        // text is not null itself.)
-        const QString text = values[i].toString();
-        query->bindValue(int(i), text.isNull() ? QString("") : text);
-    }
-    if (!query->exec()) {
-        const QSqlError error = query->lastError();
-        Keep(sql, std::move(query)); // it cannot be freed before the transaction is undone
-        Throw(error);
-    }
-    return query;
-}
-
-void Database::Keep(const QString& sql, std::unique_ptr<QSqlQuery> query) {
-    query->finish();
-    m_prepared[sql] = std::move(query);
+    return m_connection->RunOnce(sql);
 }
 
 int Database::Run(const QString& sql, const Values& values) {
     if (values.isEmpty()) // changes of the schema cannot be prepared
         return RunOnce(sql);
-    auto query = Execute(sql, values);
-    const int rows = query->numRowsAffected();
-    Keep(sql, std::move(query));
-    return rows;
+    const Use statement(*this, sql);
+    statement.Execute(values);
+    return statement->CountTouched();
 }
 
 qint64 Database::RunInsert(const QString& sql, const Values& values) {
-    const QString returning = sql + " RETURNING id";
-    auto query = Execute(returning, values);
-    if (!query->next())
-        Throw(query->lastError());
-    const qint64 id = query->value(0).toLongLong();
-    Keep(returning, std::move(query));
-    return id;
+    const Use statement(*this, sql + m_connection->EndOfInsert());
+    statement.Check(values);
+    return m_connection->Insert(*statement, values);
+}
+
+void Database::InsertMany(const QString& table, const QStringList& columns, qsizetype count,
+                          const std::function<void(qsizetype row, Values& values)>& fill,
+                          const QString& conflict) {
+    // How many rows a statement adds: for PostgreSQL each is a journey, SQLite is as quick with single ones.
+    const qsizetype most = m_address.engine == StoreAddress::Engine::Sqlite ? 1 : 100;
+    const QString places = '(' + QString("?, ").repeated(columns.size()).chopped(2) + ')';
+    Values values;
+    for (qsizetype row = 0; row < count;) {
+        const qsizetype together = count - row >= most ? most : 1;
+        const Use statement(*this, "INSERT INTO " + table + " (" + columns.join(", ") + ") VALUES " + places +
+                                       (", " + places).repeated(together - 1) + conflict);
+        while (row + together <= count) {
+            values.clear();
+            for (const qsizetype end = row + together; row < end; ++row)
+                fill(row, values);
+            statement.Execute(values);
+        }
+    }
 }
 
 void Database::Each(const QString& sql, const Values& values,
                     const std::function<void(const ResultRow&)>& visit) {
-    auto query = Execute(sql, values);
-    const ResultRow row(*query);
-    while (query->next())
+    const Use statement(*this, sql);
+    statement.Execute(values);
+    const ResultRow row(*statement);
+    while (statement->Next())
         visit(row);
-    if (query->lastError().isValid())
-        Throw(query->lastError());
-    Keep(sql, std::move(query));
 }
 
 std::optional<Database::Values> Database::FirstRow(const QString& sql, const Values& values) {
-    auto query = Execute(sql, values);
-    std::optional<Values> row;
-    if (query->next()) {
-        const ResultRow result(*query);
-        row.emplace();
-        for (int column = 0, count = result.Count(); column < count; ++column)
-            row->append(result.value(column));
-    } else if (query->lastError().isValid()) {
-        Throw(query->lastError());
-    }
-    Keep(sql, std::move(query));
+    const Use statement(*this, sql);
+    statement.Execute(values);
+    if (!statement->Next())
+        return std::nullopt;
+    Values row;
+    for (int column = 0, count = statement->CountColumns(); column < count; ++column)
+        row.append(statement->Value(column));
     return row;
 }
 
@@ -274,15 +217,11 @@ Database::Values Database::FirstColumn(const QString& sql, const Values& values)
 }
 
 QStringList Database::TableNames() const {
-    return m_database.tables();
+    return m_connection->TableNames();
 }
 
 QStringList Database::ColumnsOf(const QString& table) const {
-    const QSqlRecord record = m_database.record(table);
-    QStringList names;
-    for (int column = 0; column < record.count(); ++column)
-        names << record.fieldName(column);
-    return names;
+    return m_connection->ColumnsOf(table);
 }
 
 } // namespace sysadmin::server

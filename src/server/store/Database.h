@@ -4,8 +4,7 @@
 #include "server/store/WriterQueue.h"
 
 #include <QHash>
-#include <QSqlDatabase>
-#include <QSqlQuery>
+#include <QStringList>
 #include <QVariant>
 
 #include <exception>
@@ -14,9 +13,10 @@
 #include <optional>
 #include <unordered_map>
 
-class QSqlError;
-
 namespace sysadmin::server {
+
+class EngineConnection;
+class EngineStatement;
 
 /// A statement or connection that the database refused. Handlers let it pass: whoever runs the request rolls
 /// back and turns it into a status.
@@ -51,14 +51,16 @@ private:
 /// The row at which a query's result stands.
 class ResultRow {
 public:
-    explicit ResultRow(const QSqlQuery& query)
-        : m_query(query) {}
+    explicit ResultRow(const EngineStatement& statement)
+        : m_statement(statement) {}
     /// The value of a column; invalid for NULL, so that its text is empty whatever the column's type.
     QVariant value(int column) const;
+    /// Its text, without the way over a value.
+    QString Text(int column) const;
     int Count() const;
 
 private:
-    const QSqlQuery& m_query;
+    const EngineStatement& m_statement;
 };
 
 /// Keeps the warnings of the database drivers out of the program's messages: they may quote statements and
@@ -86,6 +88,11 @@ public:
     int Run(const QString& sql, const Values& values = {});
     /// Carries out an INSERT and answers the new row's id.
     qint64 RunInsert(const QString& sql, const Values& values);
+    /// Adds `count` rows of a table, of which `fill` says the values of the columns. `conflict` is what
+    /// follows the values.
+    void InsertMany(const QString& table, const QStringList& columns, qsizetype count,
+                    const std::function<void(qsizetype row, Values& values)>& fill,
+                    const QString& conflict = {});
     /// Calls `visit` with each row of the result.
     void Each(const QString& sql, const Values& values, const std::function<void(const ResultRow&)>& visit);
     /// The first row of the result.
@@ -104,21 +111,21 @@ private:
     /// How long SQLite waits by itself for what only takes a moment.
     static constexpr int BusyMilliseconds = 2000;
 
-    std::unique_ptr<QSqlQuery> Execute(const QString& sql, const Values& values);
-    void Keep(const QString& sql, std::unique_ptr<QSqlQuery> query);
+    class Use;
+    using Kept = std::unordered_map<QString, std::unique_ptr<EngineStatement>>;
+    static constexpr size_t MostKept = 1000;
+
     int RunOnce(const QString& sql);
     bool TryImmediate();
     void CheckFile() const;
-    [[noreturn]] void Throw(const QSqlError& error);
 
     StoreAddress m_address;
     std::shared_ptr<WriterQueue> m_writers;
     std::chrono::milliseconds m_patience;
     std::pair<quint64, quint64> m_file; ///< which file is open; SQLite only
     bool m_syncsLog = false;            ///< the disk is waited for after a commit and not in it; SQLite only
-    QString m_connection;
-    QSqlDatabase m_database;
-    std::unordered_map<QString, std::unique_ptr<QSqlQuery>> m_prepared;
+    std::unique_ptr<EngineConnection> m_connection;
+    Kept m_prepared; ///< by their texts; nothing in the place of one that is in use
 };
 
 /// A transaction on a connection; rolled back unless committed. Those that write come one after the other,

@@ -1,41 +1,32 @@
 #include "server/store/History.h"
 
 #include "server/store/Database.h"
+#include "server/store/FieldsText.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
 #include <algorithm>
+#include <utility>
 
 namespace sysadmin::server {
 
 namespace {
-
-QJsonValue AsJson(const QVariant& value) {
-    return value.isNull() ? QJsonValue() : QJsonValue(value.toString());
-}
 
 bool HoldsNothing(const Column& column, const QVariant& value) {
     const QString text = value.toString();
     return text.isEmpty() || (column.type == ColumnType::Flag && text == u"N");
 }
 
-QString NameOf(HistoryWriter::Kind kind) {
-    switch (kind) {
-    case HistoryWriter::Kind::Added:
-        return "added";
-    case HistoryWriter::Kind::Changed:
-        return "changed";
-    case HistoryWriter::Kind::Removed:
-        return "removed";
-    }
-    Q_UNREACHABLE();
-}
+/// How `history_records` names what was done to a record.
+const QString WasAdded = "added";
+const QString WasChanged = "changed";
+const QString WasRemoved = "removed";
 
 /// What was done to a record of the former history. Texts are never null in a record: where one is, there was
 /// none before or is none after.
-HistoryWriter::Kind FormerKind(const Table& table, const QJsonObject& fields) {
+QString FormerKind(const Table& table, const QJsonObject& fields) {
     const auto isText = [](const Column& column) {
         return column.type == ColumnType::Text || column.type == ColumnType::Flag;
     };
@@ -52,8 +43,8 @@ HistoryWriter::Kind FormerKind(const Table& table, const QJsonObject& fields) {
         isThere = isThere || !field->toArray().at(1).isNull();
     }
     if (!decided || wasThere == isThere)
-        return HistoryWriter::Kind::Changed;
-    return wasThere ? HistoryWriter::Kind::Removed : HistoryWriter::Kind::Added;
+        return WasChanged;
+    return wasThere ? WasRemoved : WasAdded;
 }
 
 } // namespace
@@ -111,7 +102,7 @@ void ConvertFormerHistory(Database& database, const Tables& tables) {
             database.Run(
                 "INSERT INTO history_records (request_id, table_name, record_id, subject_table, "
                 "subject_id, kind, fields) VALUES (?, ?, ?, ?, ?, ?, ?)",
-                {number, row.value(4), row.value(5), row.value(4), row.value(5), NameOf(kind), row.value(6)});
+                {number, row.value(4), row.value(5), row.value(4), row.value(5), kind, row.value(6)});
         });
     finish();
     database.Run("DROP TABLE history");
@@ -122,84 +113,139 @@ HistoryWriter::HistoryWriter(Database& database, const Tables& tables, const Aut
     , m_tables(tables)
     , m_author(author) {}
 
-RecordName HistoryWriter::SubjectOf(const Table& table, qint64 id, const Row& row) const {
-    RecordName subject{table.name, id};
-    const Table* at = &table;
-    QVariant owner = row.value(table.owner);
-    while (!at->owner.isEmpty()) {
-        if (!owner.isValid())
-            owner = m_database.FirstValue("SELECT " + at->owner + " FROM " + at->name + " WHERE id=?",
-                                          {subject.id});
-        if (owner.isNull())
-            break;
-        subject = {at->Find(at->owner)->target, owner.toLongLong()};
-        at = &*m_tables.constFind(subject.table);
-        owner = QVariant();
-    }
-    return subject;
+RecordName HistoryWriter::SubjectOf(const Table& table, qint64 id, const QVariant& owner) {
+    if (table.owner.isEmpty() || owner.isNull())
+        return {table.name, id};
+    const RecordName above{table.Find(table.owner)->target, owner.toLongLong()};
+    const QPair<QString, qint64> name(above.table, above.id);
+    if (const auto known = m_subjects.constFind(name); known != m_subjects.constEnd())
+        return *known;
+    const Table& its = *m_tables.constFind(above.table);
+    const QVariant next =
+        its.owner.isEmpty()
+            ? QVariant()
+            : m_database.FirstValue("SELECT " + its.owner + " FROM " + its.name + " WHERE id=?", {above.id});
+    return *m_subjects.insert(name, SubjectOf(its, above.id, next));
 }
 
-void HistoryWriter::Note(Kind kind, const Table& table, qint64 id, const Row& before, const Row& after) {
+const HistoryWriter::Fields& HistoryWriter::FieldsOf(const Table& table) {
+    const auto known = m_fields.constFind(table.name);
+    if (known != m_fields.constEnd())
+        return *known;
+    Fields fields;
+    for (const Column& column : table.columns)
+        if (!column.secret)
+            fields << &column;
+    std::sort(fields.begin(), fields.end(),
+              [](const Column* one, const Column* other) { return one->name < other->name; });
+    return *m_fields.insert(table.name, fields);
+}
+
+HistoryWriter::Entry* HistoryWriter::Waiting(const Table& table, qint64 id) {
+    const auto place = m_places.constFind({table.name, id});
+    const bool waits = place != m_places.constEnd() && !m_entries[*place].isWritten;
+    return waits ? &m_entries[*place] : nullptr;
+}
+
+HistoryWriter::Entry& HistoryWriter::Begin(const Table& table, qint64 id, const QVariant& owner, Kind kind) {
     if (m_request == 0)
         m_request = m_database.RunInsert(
             "INSERT INTO history_requests (at, operator_id, peer, request, records) VALUES (?, ?, ?, ?, 1)",
             {m_author.time, m_author.operatorId, m_author.peer, m_author.request});
-    const QPair<QString, qint64> name(table.name, id);
-    const auto place = m_places.constFind(name);
-    if (place == m_places.constEnd() || m_entries[*place].isWritten) {
-        m_places[name] = m_entries.size();
-        m_entries.append({.record = {table.name, id},
-                          .subject = SubjectOf(table, id, kind == Kind::Removed ? before : after),
-                          .kind = kind,
-                          .before = before,
-                          .after = after});
+    m_places[{table.name, id}] = m_entries.size();
+    m_entries.append({.record = {table.name, id}, .subject = SubjectOf(table, id, owner), .kind = kind});
+    return m_entries.last();
+}
+
+void HistoryWriter::NoteAdded(const Table& table, qint64 id, const QVariantList& values) {
+    const QVariant owner = table.owner.isEmpty() ? QVariant() : values[table.PlaceOf(table.owner)];
+    FieldsText fields;
+    for (const Column* column : FieldsOf(table)) {
+        const QVariant& value = values[column - table.columns.constData()];
+        if (!HoldsNothing(*column, value))
+            fields.Append(column->name, {}, value);
+    }
+    Begin(table, id, owner, Kind::Added).fields = fields.Take(); // its id was never given before
+}
+
+void HistoryWriter::NoteChanged(const Table& table, qint64 id, const Row& before, const Row& after) {
+    const bool moves = !table.owner.isEmpty() && after.contains(table.owner);
+    if (moves)
+        m_subjects.clear(); // and with it what belongs to it
+    if (Entry* entry = Waiting(table, id)) {
+        // What an added record holds was put into writing.
+        const QJsonObject fields = QJsonDocument::fromJson(std::exchange(entry->fields, {})).object();
+        for (auto field = fields.begin(); field != fields.end(); ++field)
+            entry->after.insert(field.key(), (*field)[1].toVariant());
+        if (entry->kind == Kind::Changed)
+            for (auto value = before.begin(); value != before.end(); ++value)
+                if (!entry->before.contains(value.key()))
+                    entry->before.insert(value.key(), value.value());
+        entry->after.insert(after);
         return;
     }
-    Entry& entry = m_entries[*place];
-    if (kind != Kind::Removed) {
-        if (entry.kind == Kind::Changed)
-            for (auto value = before.begin(); value != before.end(); ++value)
-                if (!entry.before.contains(value.key()))
-                    entry.before.insert(value.key(), value.value());
-        entry.after.insert(after);
+    QVariant owner = after.value(table.owner);
+    if (!table.owner.isEmpty() && !moves)
+        owner = m_database.FirstValue("SELECT " + table.owner + " FROM " + table.name + " WHERE id=?", {id});
+    Entry& entry = Begin(table, id, owner, Kind::Changed);
+    entry.before = before;
+    entry.after = after;
+}
+
+void HistoryWriter::NoteRemoved(const Table& table, qint64 id, const Row& before) {
+    Entry* entry = Waiting(table, id);
+    if (!entry) {
+        Begin(table, id, before.value(table.owner), Kind::Removed).before = before;
         return;
     }
     Row was = before;
-    was.insert(entry.before);
-    entry.before = entry.kind == Kind::Added ? Row() : was;
-    entry.after = {};
-    entry.kind = Kind::Removed;
+    was.insert(entry->before);
+    entry->before = entry->kind == Kind::Added ? Row() : was;
+    entry->after = {};
+    entry->fields.clear();
+    entry->kind = Kind::Removed;
+}
+
+QByteArray HistoryWriter::Written(const Entry& entry) {
+    if (!entry.fields.isEmpty())
+        return entry.fields;
+    FieldsText fields;
+    for (const Column* column : FieldsOf(*m_tables.constFind(entry.record.table))) {
+        if (entry.kind == Kind::Changed && !entry.after.contains(column->name) &&
+            !entry.before.contains(column->name))
+            continue;
+        const QVariant was = entry.before.value(column->name);
+        const QVariant is = entry.after.value(column->name);
+        const bool says = entry.kind == Kind::Changed
+                              ? was != is
+                              : !HoldsNothing(*column, was) || !HoldsNothing(*column, is);
+        if (says)
+            fields.Append(column->name, was, is);
+    }
+    return fields.Take();
 }
 
 void HistoryWriter::Finish() {
-    int records = 0;
-    for (Entry& entry : m_entries) {
-        const Table& table = *m_tables.constFind(entry.record.table);
-        QJsonObject fields;
-        for (const Column& column : table.columns) {
-            if (entry.kind == Kind::Changed && !entry.after.contains(column.name) &&
-                !entry.before.contains(column.name))
-                continue;
-            const QVariant was = entry.before.value(column.name);
-            const QVariant is = entry.after.value(column.name);
-            const bool says = entry.kind == Kind::Changed
-                                  ? was != is
-                                  : !HoldsNothing(column, was) || !HoldsNothing(column, is);
-            if (says && !column.secret)
-                fields.insert(column.name, QJsonArray{AsJson(was), AsJson(is)});
-        }
-        ++records;
-        if (entry.isWritten)
-            continue;
-        m_database.Run("INSERT INTO history_records (request_id, table_name, record_id, subject_table, "
-                       "subject_id, kind, fields) VALUES (?, ?, ?, ?, ?, ?, ?)",
-                       {m_request, entry.record.table, entry.record.id, entry.subject.table, entry.subject.id,
-                        NameOf(entry.kind),
-                        QString::fromUtf8(QJsonDocument(fields).toJson(QJsonDocument::Compact))});
-        entry.isWritten = true;
-    }
-    if (records > 1)
-        m_database.Run("UPDATE history_requests SET records=? WHERE id=?", {records, m_request});
+    QList<Entry*> waiting;
+    for (Entry& entry : m_entries)
+        if (!entry.isWritten)
+            waiting << &entry;
+    static const QStringList columns{"request_id", "table_name", "record_id", "subject_table",
+                                     "subject_id", "kind",       "fields"};
+    m_database.InsertMany("history_records", columns, waiting.size(),
+                          [&](qsizetype place, QVariantList& values) {
+                              Entry& entry = *waiting[place];
+                              values << m_request << entry.record.table << entry.record.id
+                                     << entry.subject.table << entry.subject.id
+                                     << (entry.kind == Kind::Added     ? WasAdded
+                                         : entry.kind == Kind::Removed ? WasRemoved
+                                                                       : WasChanged)
+                                     << QString::fromUtf8(Written(entry));
+                              entry.fields.clear();
+                              entry.isWritten = true;
+                          });
+    if (!waiting.isEmpty() && m_entries.size() > 1)
+        m_database.Run("UPDATE history_requests SET records=? WHERE id=?", {m_entries.size(), m_request});
 }
 
 QList<RecordName> HistoryWriter::Changed() const {

@@ -25,12 +25,13 @@ void ConvertFormerHistory(Database& database, const Tables& tables);
 /// to.
 class HistoryWriter {
 public:
-    enum class Kind { Added, Changed, Removed };
-
     HistoryWriter(Database& database, const Tables& tables, const Author& author);
 
+    /// Notes a record that was added; its values in the order of the table's columns.
+    void NoteAdded(const Table& table, qint64 id, const QVariantList& values);
     /// Notes a record's change. Of a changed record `before` and `after` hold the changed columns only.
-    void Note(Kind kind, const Table& table, qint64 id, const Row& before, const Row& after);
+    void NoteChanged(const Table& table, qint64 id, const Row& before, const Row& after);
+    void NoteRemoved(const Table& table, qint64 id, const Row& before);
     /// Writes what was noted.
     void Finish();
 
@@ -41,15 +42,23 @@ public:
     QList<RecordName> Changed() const;
 
 private:
+    enum class Kind { Added, Changed, Removed };
     struct Entry {
         RecordName record;
         RecordName subject;
         Kind kind = Kind::Changed;
-        Row before;
-        Row after;
+        Row before = {};
+        Row after = {};
+        QByteArray fields = {}; ///< the same as it is written, where that is known already
         bool isWritten = false;
     };
-    RecordName SubjectOf(const Table& table, qint64 id, const Row& row) const;
+    using Fields = QList<const Column*>; ///< those that are noted, by their names
+    const Fields& FieldsOf(const Table& table);
+    /// The record's entry that is still to be written, if it has one.
+    Entry* Waiting(const Table& table, qint64 id);
+    Entry& Begin(const Table& table, qint64 id, const QVariant& owner, Kind kind);
+    QByteArray Written(const Entry& entry);
+    RecordName SubjectOf(const Table& table, qint64 id, const QVariant& owner);
 
     Database& m_database;
     const Tables& m_tables;
@@ -57,6 +66,8 @@ private:
     qint64 m_request = 0;
     QList<Entry> m_entries;
     QHash<QPair<QString, qint64>, qsizetype> m_places; // of records in the entries
+    QHash<QString, Fields> m_fields;
+    QHash<QPair<QString, qint64>, RecordName> m_subjects; // of owners
 };
 
 /// The number of the last request that changed the record or a row that belongs to it; 0 when none is known.

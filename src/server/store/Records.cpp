@@ -1,6 +1,5 @@
 #include "server/store/Records.h"
 
-#include "server/store/Changes.h"
 #include "server/store/Database.h"
 #include "server/store/History.h"
 
@@ -37,7 +36,6 @@ Records::Records(Database& database, const Tables& tables, const std::optional<A
     , m_history(author ? std::make_unique<HistoryWriter>(database, tables, *author) : nullptr) {}
 
 Records::~Records() = default;
-Records::Records(Records&&) noexcept = default;
 
 const Table& Records::Named(const QString& table) const {
     const auto found = m_tables.constFind(table);
@@ -61,46 +59,57 @@ void Records::Append(const Table& table, const Row& values, QStringList& names, 
     }
 }
 
-qint64 Records::Insert(const QString& tableName, const Row& values) {
-    const Table& table = Named(tableName);
-    QStringList names;
-    QVariantList bound;
-    Append(table, values, names, bound);
-    const QString places = QString("?, ").repeated(names.size()).chopped(names.isEmpty() ? 0 : 2);
-    const qint64 id = m_database.RunInsert(
-        names.isEmpty() ? "INSERT INTO " + table.name + " DEFAULT VALUES"
-                        : "INSERT INTO " + table.name + " (" + names.join(", ") + ") VALUES (" + places + ')',
-        bound);
-    if (m_history) {
-        const Row row = *Find(tableName, id);
-        m_history->Note(HistoryWriter::Kind::Added, table, id, {}, row);
-        EnterChange(table, id, row, row, false);
+/// What adds rows that name the same columns as the values.
+Records::Inserter& Records::InserterOf(const Table& table, const Row& values) {
+    std::shared_ptr<Inserter>& inserter = m_inserters[table.name];
+    const auto isNamed = [](const Column* column, const QString& name) { return column->name == name; };
+    if (inserter && std::equal(inserter->Columns().begin(), inserter->Columns().end(), values.keyBegin(),
+                               values.keyEnd(), isNamed))
+        return *inserter;
+    QList<const Column*> columns;
+    for (auto value = values.begin(); value != values.end(); ++value) {
+        columns << table.Find(value.key());
+        if (!columns.last())
+            qFatal("The table \"%s\" has no column \"%s\".", qPrintable(table.name), qPrintable(value.key()));
     }
-    return id;
+    inserter = std::make_shared<Inserter>(*this, table.name, columns);
+    return *inserter;
+}
+
+qint64 Records::Insert(const QString& table, const Row& values) {
+    return InserterOf(Named(table), values).Add(values.values());
 }
 
 Records::Inserter::Inserter(Records& records, const QString& table, const QList<const Column*>& columns)
     : m_records(records)
-    , m_table(table)
+    , m_table(records.Named(table))
     , m_columns(columns) {
-    for (const Column& column : records.Named(table).columns)
-        m_fallbacks.insert(column.name, Stored(column, column.fallback));
+    for (qsizetype place = 0; place < m_table.columns.size(); ++place) {
+        const Column& column = m_table.columns[place];
+        m_row << Stored(column, column.fallback);
+        if (column.name == m_table.owner || column.showsThere)
+            m_owners.append({place, &records.Named(column.target)});
+    }
     QStringList names;
     for (const Column* column : columns) {
         names << column->name;
-        m_isUnique << records.Named(table).IsUniqueText(column->name);
+        m_isUnique << m_table.IsUniqueText(column->name);
         if (m_isUnique.last())
             names << FoldedName(column->name);
     }
-    m_sql = "INSERT INTO " + table + " (" + names.join(", ") + ") VALUES (" +
-            QString("?, ").repeated(names.size()).chopped(2) + ')';
+    m_sql = "INSERT INTO " + table +
+            (names.isEmpty() ? QString(" DEFAULT VALUES")
+                             : " (" + names.join(", ") + ") VALUES (" +
+                                   QString("?, ").repeated(names.size()).chopped(2) + ')');
 }
 
-qint64 Records::Inserter::Add(const QVariantList& values) const {
+qint64 Records::Inserter::Add(const QVariantList& values) {
     QVariantList bound;
     bound.reserve(values.size() + 1);
     for (qsizetype i = 0; i < values.size(); ++i) {
-        bound << Stored(*m_columns[i], values[i]);
+        QVariant& value = m_row[m_columns[i] - m_table.columns.constData()];
+        value = Stored(*m_columns[i], values[i]);
+        bound << value;
         if (!m_isUnique[i])
             continue;
         const QString folded = Fold(values[i].toString());
@@ -109,12 +118,13 @@ qint64 Records::Inserter::Add(const QVariantList& values) const {
     const qint64 id = m_records.m_database.RunInsert(m_sql, bound);
     if (!m_records.m_history)
         return id;
-    const Table& table = m_records.Named(m_table);
-    Row row = m_fallbacks;
-    for (qsizetype i = 0; i < values.size(); ++i)
-        row.insert(m_columns[i]->name, Stored(*m_columns[i], values[i]));
-    m_records.m_history->Note(HistoryWriter::Kind::Added, table, id, {}, row);
-    m_records.EnterChange(table, id, row, row, false);
+    m_records.m_history->NoteAdded(m_table, id, m_row);
+    m_records.Enter(m_table, id);
+    for (const Owner& owner : m_owners)
+        if (const QVariant& its = m_row[owner.place]; !its.isNull())
+            m_records.EnterOwner(*owner.table, its.toLongLong());
+    if (!m_table.partOf.isEmpty())
+        m_records.Enter(m_records.Named(m_table.partOf), 0);
     return id;
 }
 
@@ -145,7 +155,7 @@ void Records::Update(const QString& tableName, qint64 id, const Row& values, con
     bound << id;
     m_database.Run("UPDATE " + table.name + " SET " + names.join("=?, ") + "=? WHERE id=?", bound);
     if (m_history) {
-        m_history->Note(HistoryWriter::Kind::Changed, table, id, replaced, changed);
+        m_history->NoteChanged(table, id, replaced, changed);
         EnterChange(table, id, before, changed, false);
     }
 }
@@ -173,7 +183,7 @@ bool Records::Remove(const QString& tableName, qint64 id) {
     }
     m_database.Run("DELETE FROM " + table.name + " WHERE id=?", {id});
     if (m_history) {
-        m_history->Note(HistoryWriter::Kind::Removed, table, id, *before, {});
+        m_history->NoteRemoved(table, id, *before);
         EnterChange(table, id, *before, *before, true);
     }
     return true;
@@ -188,17 +198,20 @@ void Records::RemoveWhere(const QString& table, const QString& column, const QVa
 
 std::optional<Row> Records::Find(const QString& tableName, qint64 id) const {
     const Table& table = Named(tableName);
-    QStringList names;
-    for (const Column& column : table.columns)
-        names << column.name;
-    const auto values = m_database.FirstRow("SELECT " + (names.isEmpty() ? QString("id") : names.join(", ")) +
-                                                " FROM " + table.name + " WHERE id=?",
-                                            {id});
+    QString& sql = m_finds[tableName];
+    if (sql.isEmpty()) {
+        QStringList names;
+        for (const Column& column : table.columns)
+            names << column.name;
+        sql = "SELECT " + (names.isEmpty() ? QString("id") : names.join(", ")) + " FROM " + table.name +
+              " WHERE id=?";
+    }
+    const auto values = m_database.FirstRow(sql, {id});
     if (!values)
         return std::nullopt;
     Row row;
-    for (qsizetype i = 0; i < names.size(); ++i)
-        row.insert(names[i], Stored(table.columns[i], (*values)[i]));
+    for (qsizetype i = 0; i < table.columns.size(); ++i)
+        row.insert(table.columns[i].name, Stored(table.columns[i], (*values)[i]));
     return row;
 }
 
@@ -240,8 +253,13 @@ qint64 Records::Count(const QString& table, const QString& column, const QVarian
 }
 
 void Records::Finish() {
-    if (m_history)
-        m_history->Finish();
+    if (!m_history)
+        return;
+    m_history->Finish();
+    Changes(m_database).Enter(m_changes, ChangeNumber(), {m_author->session, m_author->name, m_author->time});
+    m_changes.clear();
+    m_entered.clear();
+    m_owners.clear();
 }
 
 qint64 Records::ChangeNumber() const {
@@ -270,12 +288,17 @@ void Records::EnterChange(const Table& table, qint64 id, const Row& row, const R
 }
 
 void Records::EnterOwner(const Table& table, qint64 id) {
+    const QPair<QString, qint64> record{table.name, id};
+    if (m_owners.contains(record))
+        return;
+    m_owners.insert(record);
     Enter(table, id);
     if (table.owner.isEmpty())
         return;
-    const auto row = Find(table.name, id);
-    if (row && !row->value(table.owner).isNull())
-        EnterOwner(Named(table.Find(table.owner)->target), row->value(table.owner).toLongLong());
+    const QVariant owner =
+        m_database.FirstValue("SELECT " + table.owner + " FROM " + table.name + " WHERE id=?", {id});
+    if (!owner.isNull())
+        EnterOwner(Named(table.Find(table.owner)->target), owner.toLongLong());
 }
 
 void Records::Enter(const Table& table, qint64 id, const std::optional<QString>& removedKey) {
@@ -283,12 +306,13 @@ void Records::Enter(const Table& table, qint64 id, const std::optional<QString>&
         return;
     const qint64 entered = table.IsSingle() ? 0 : id;
     const QPair<QString, qint64> record{table.name, entered};
-    if (!removedKey && m_entered.contains(record))
-        return;
-    m_entered.insert(record);
-    Changes(m_database)
-        .Enter(table.name, entered, ChangeNumber(), {m_author->session, m_author->name, m_author->time},
-               removedKey);
+    const auto place = m_entered.constFind(record);
+    if (place == m_entered.constEnd()) {
+        m_entered.insert(record, m_changes.size());
+        m_changes.append({table.name, entered, removedKey});
+    } else if (removedKey) {
+        m_changes[*place].removedKey = removedKey;
+    }
 }
 
 void Records::Touch(const QString& table, qint64 id) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "server/store/Changes.h"
 #include "server/store/Table.h"
 
 #include <QMap>
@@ -45,7 +46,8 @@ public:
     /// bookkeeping).
     Records(Database& database, const Tables& tables, const std::optional<Author>& author = {});
     ~Records();
-    Records(Records&&) noexcept;
+    Records(const Records&) = delete;
+    Records& operator=(const Records&) = delete;
 
     Database& GetDatabase() const { return m_database; }
     const Tables& GetTables() const { return m_tables; }
@@ -90,20 +92,29 @@ public:
     public:
         Inserter(Records& records, const QString& table, const QList<const Column*>& columns);
         /// Adds a row with these values of the columns. Answers its id.
-        qint64 Add(const QVariantList& values) const;
+        qint64 Add(const QVariantList& values);
+        const QList<const Column*>& Columns() const { return m_columns; }
 
     private:
+        /// A record that changes when rows are added that refer to it.
+        struct Owner {
+            qsizetype place; ///< of the reference in the row
+            const Table* table;
+        };
+
         Records& m_records;
-        QString m_table;
+        const Table& m_table;
         QList<const Column*> m_columns;
         QList<bool> m_isUnique;
-        Row m_fallbacks; ///< what a row without any values holds
+        QList<Owner> m_owners;
+        QVariantList m_row; ///< the last one that was added, or what a row without any values holds
         QString m_sql;
     };
 
 private:
     const Table& Named(const QString& table) const;
     void Append(const Table& table, const Row& values, QStringList& names, QVariantList& bound) const;
+    Inserter& InserterOf(const Table& table, const Row& values);
     void EnterChange(const Table& table, qint64 id, const Row& row, const Row& changed, bool removed);
     void EnterOwner(const Table& table, qint64 id);
     void Enter(const Table& table, qint64 id, const std::optional<QString>& removedKey = {});
@@ -112,7 +123,11 @@ private:
     const Tables& m_tables;
     std::optional<Author> m_author;
     std::unique_ptr<HistoryWriter> m_history;
-    QSet<QPair<QString, qint64>> m_entered; ///< in the register of changes
+    QHash<QString, std::shared_ptr<Inserter>> m_inserters; ///< the last one of each table
+    QList<Changes::Entry> m_changes;                       ///< that are to be entered in the register
+    QHash<QPair<QString, qint64>, qsizetype> m_entered;    ///< places of records among them
+    QSet<QPair<QString, qint64>> m_owners;                 ///< that were entered with their owners
+    mutable QHash<QString, QString> m_finds;               ///< how a row is found, by table
 };
 
 } // namespace sysadmin::server

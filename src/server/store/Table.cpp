@@ -56,6 +56,14 @@ QString CellRule::WrongWith(ColumnType type, const QString& value) const {
 }
 
 bool IsStorable(const QString& text) {
+    // Nearly every text has none of the characters that need a closer look; the compiler makes this loop look
+    // at several at a time.
+    constexpr char16_t FirstSurrogate = 0xd800;
+    bool isPlain = true;
+    for (const QChar character : text)
+        isPlain &= char16_t(character.unicode() - 1) < FirstSurrogate - 1;
+    if (isPlain)
+        return true;
     constexpr char16_t ByteOrderMark = 0xfeff;
     if (text.startsWith(QChar(ByteOrderMark)))
         return false;

@@ -121,6 +121,8 @@ struct Table {
     QStringList onlyOne = {};
 
     const Column* Find(const QString& column) const;
+    /// Where a declared column stands among the columns.
+    qsizetype PlaceOf(const QString& column) const { return Find(column) - columns.constData(); }
     bool IsUniqueText(const QString& column) const;
     /// Whether its rows are nothing but parts of other records.
     bool IsPart() const { return !owner.isEmpty() || !partOf.isEmpty(); }

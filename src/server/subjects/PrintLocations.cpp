@@ -1,8 +1,6 @@
 #include "server/store/Database.h"
 #include "server/subjects/Registrations.h"
 
-#include <QSqlQuery>
-
 namespace sysadmin::server {
 
 namespace {

@@ -256,7 +256,7 @@ Answer ListEntries(Context& context, const wire::Fields& request) {
         {group->id}, [&](const ResultRow& row) {
             static const QStringList tags{"MI", "MPN", "MIN", "MP", "MII"};
             for (qsizetype i = 0; i < tags.size(); ++i)
-                Put(answer.fields, tags[i], row.value(int(i)).toString());
+                Put(answer.fields, tags[i], row.Text(int(i)));
         });
     return answer;
 }
@@ -278,7 +278,7 @@ Answer ListRules(Context& context, const wire::Fields& request) {
                               "item_type_id",
                           {group->id}, [&](const ResultRow& row) {
                               for (qsizetype i = 0; i < tags.size(); ++i)
-                                  Put(answer.fields, tags[i], row.value(int(i)).toString());
+                                  Put(answer.fields, tags[i], row.Text(int(i)));
                           });
     return answer;
 }

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "server/store/StoreAddress.h"
+
+#include <QStringList>
+#include <QVariant>
+
+#include <memory>
+
+namespace sysadmin::server {
+
+/// A statement of one connection, prepared once and carried out as often as wanted. Everything throws
+/// `StoreError`.
+class EngineStatement {
+public:
+    virtual ~EngineStatement() = default;
+
+    /// Carries it out with values for its "?": texts, numbers, bytes; an invalid one is NULL.
+    virtual void Execute(const QVariantList& values) = 0;
+    /// Goes to the next row of the result, at first to its first one; false when there is none.
+    virtual bool Next() = 0;
+    /// How many rows the last execution touched.
+    virtual int CountTouched() const = 0;
+    /// Lets go of the result; the statement may be carried out again.
+    virtual void Finish() = 0;
+
+    virtual int CountColumns() const = 0;
+    /// A value of the row at which the result stands; invalid for NULL.
+    virtual QVariant Value(int column) const = 0;
+    /// The same as a text; empty for NULL.
+    virtual QString Text(int column) const = 0;
+};
+
+/// A connection to a database, for one thread at a time. Everything throws `StoreError`.
+class EngineConnection {
+public:
+    virtual ~EngineConnection() = default;
+
+    virtual std::unique_ptr<EngineStatement> Prepare(const QString& sql) = 0;
+    /// Carries out what needs neither values nor results, also what cannot be prepared; answers how many rows
+    /// it touched.
+    virtual int RunOnce(const QString& sql) = 0;
+    /// Carries out a statement that adds a row, and answers its id.
+    virtual qint64 Insert(EngineStatement& statement, const QVariantList& values) = 0;
+    /// What an INSERT needs at its end for `Insert`.
+    virtual QString EndOfInsert() const = 0;
+    virtual QStringList TableNames() = 0;
+    virtual QStringList ColumnsOf(const QString& table) = 0;
+};
+
+/// Opens a library's file, which is made when it is missing. `busyMilliseconds` is how long the engine waits
+/// by itself for other connections.
+std::unique_ptr<EngineConnection> OpenSqlite(const StoreAddress& address, int busyMilliseconds);
+/// Connects to a PostgreSQL server.
+std::unique_ptr<EngineConnection> OpenPostgreSql(const StoreAddress& address);
+
+/// The version of SQLite that is in use.
+QString SqliteVersion();
+
+} // namespace sysadmin::server
