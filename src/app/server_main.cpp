@@ -1,3 +1,4 @@
+#include "server/HistoryKeeper.h"
 #include "server/LibraryCheck.h"
 #include "server/Listener.h"
 #include "server/ServerConnection.h"
@@ -76,6 +77,9 @@ int Serve(const ServerOptions& options) {
     if (!listener.listen(options.address, options.port))
         return Fail("Cannot listen on " + options.address.toString() + ':' + QString::number(options.port) +
                     ": " + listener.errorString() + '.');
+    std::optional<HistoryKeeper> keeper;
+    if (options.historyKeep > 0)
+        keeper.emplace(library, options.historyKeep);
     Print(stdout, "Certificate SHA-256 " + identity->Fingerprint());
     const bool isIPv6 = options.address.protocol() == QAbstractSocket::IPv6Protocol;
     const QString host = isIPv6 ? '[' + options.address.toString() + ']' : options.address.toString();
@@ -116,7 +120,7 @@ int main(int argc, char** argv) {
     const auto& options = std::get<ServerOptions>(asked);
     if (options.check)
         return CheckLibrary(options, [](const QString& sentence) { Print(stdout, sentence); }) ? 0 : 1;
-    if (options.task != ServerOptions::Task::None)
+    if (options.task != ServerOptions::Task::None || !options.historyFile.isEmpty())
         return RunSettings(options, {.tell = [](const QString& line) { Print(stdout, line); },
                                      .complain = [](const QString& line) { Print(stderr, line); }});
     return Serve(options);

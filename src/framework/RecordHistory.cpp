@@ -79,6 +79,7 @@ qint16 RecordHistory::ReadMore() {
     m_row = channel.GetField("HRow");
     m_key = m_record.key.isEmpty() ? channel.GetField("UK") : m_record.key;
     m_hasMore = channel.GetFlag("More");
+    m_keptFrom = channel.GetField("Kept");
     while (channel.NextRecord("HN"))
         m_entries.append({channel.GetField("HN").toLongLong(), channel.GetField("HT"), channel.GetField("HO"),
                           channel.GetField("HB"), channel.GetField("HP"), channel.GetField("HR"),

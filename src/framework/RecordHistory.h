@@ -65,6 +65,9 @@ public:
     /// Reads the next entries; the status of the request.
     qint16 ReadMore();
     bool HasMore() const { return m_hasMore; }
+    /// When the history of the record begins, in the form in which moments travel, where older changes were
+    /// removed; empty when all of it is there, or there is more to be read.
+    const QString& KeptFrom() const { return m_keptFrom; }
     /// Newest first.
     const QList<HistoryEntry>& Entries() const { return m_entries; }
     /// What the request of this place changed; none when that could not be read.
@@ -86,6 +89,7 @@ private:
     QList<HistoryEntry> m_entries;
     QHash<qint64, RecordState> m_states; // by the request after which it was so
     bool m_hasMore = false;
+    QString m_keptFrom;
 };
 
 } // namespace sysadmin

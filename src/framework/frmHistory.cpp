@@ -257,12 +257,17 @@ void frmHistory::ShowFields() {
     cmdBringBackRecord->setEnabled(may);
     cmdBringBackValue->setEnabled(may && !rows.isEmpty());
     QString note;
-    if (m_history.Entries().isEmpty())
+    const QString keptFrom = m_history.KeptFrom().left(10);
+    if (m_history.Entries().isEmpty() && !keptFrom.isEmpty())
+        note = tr("Nobody has changed it since %1; what was before is not kept.").arg(keptFrom);
+    else if (m_history.Entries().isEmpty())
         note = tr("Nobody has changed it since the library keeps a history.");
     else if (entry < 0)
         note = tr("No change fits the filter.");
     else if (changes && changes->isEmpty())
         note = tr("What was changed is not shown on the screen: a password, for example.");
+    else if (!keptFrom.isEmpty())
+        note = tr("Changes from before %1 are not kept.").arg(keptFrom);
     lblNote->setText(note);
     lblNote->setVisible(!note.isEmpty());
 }

@@ -139,7 +139,8 @@ void PutRecord(Context& context, const RecordName& record, ReplyFields& reply) {
     Put(reply, "HX", QString(record.table).replace('_', ' '));
     Put(reply, "HRow", QString::number(record.id));
     Put(reply, "UK", rule && row ? KeyOf(registry, *rule, *row, record.id) : QString());
-    Put(reply, "UN", table.IsSingle() ? QString() : NameOf(table, row ? *row : RemovedRow(context, record)));
+    Put(reply, "UN",
+        table.IsSingle() ? QString() : NameOf(table, row ? *row : RemovedRow(context.database, record)));
     Put(reply, "HG", row ? "N" : "Y");
 }
 

@@ -38,8 +38,8 @@ std::optional<qint64> IdOfKey(Context& context, const RequestRule& rule, const Q
     return context.records.IdOfText(table, keyRule.keyColumn, key);
 }
 
-Row RemovedRow(Context& context, const RecordName& record) {
-    const QVariant stored = context.database.FirstValue(
+Row RemovedRow(Database& database, const RecordName& record) {
+    const QVariant stored = database.FirstValue(
         "SELECT fields FROM history_records WHERE table_name=? AND record_id=? AND kind='removed' "
         "ORDER BY id DESC LIMIT 1",
         {record.table, record.id});

@@ -14,6 +14,6 @@ QString KeyOf(const Registry& registry, const RequestRule& rule, const Row& row,
 std::optional<qint64> IdOfKey(Context& context, const RequestRule& rule, const QString& key);
 
 /// What a record that is gone held when it was removed; empty when that is not known.
-Row RemovedRow(Context& context, const RecordName& record);
+Row RemovedRow(Database& database, const RecordName& record);
 
 } // namespace sysadmin::server

@@ -1,5 +1,6 @@
 #include "server/RecordHistory.h"
 
+#include "server/HistoryKeeper.h"
 #include "server/Library.h"
 #include "server/NamedRecords.h"
 #include "server/SubjectReads.h"
@@ -87,7 +88,8 @@ Answer AnswerHistory(Context& context, const wire::Fields& request) {
     const auto row = context.records.Find(record.table, record.id);
     Put(answer.fields, "HRow", QString::number(record.id));
     Put(answer.fields, "UK",
-        KeyOf(context.library.GetRegistry(), *rule, row ? *row : RemovedRow(context, record), record.id));
+        KeyOf(context.library.GetRegistry(), *rule, row ? *row : RemovedRow(context.database, record),
+              record.id));
     const QList<Entry> entries = ReadEntries(context, record, before);
     for (const Entry& entry : entries.first(qMin(entries.size(), qsizetype(PageOfEntries))))
         context.database.Each("SELECT h.at, h.operator_id, TRIM(COALESCE(o.first_name || ' ' || o.last_name, "
@@ -105,6 +107,9 @@ Answer AnswerHistory(Context& context, const wire::Fields& request) {
                               });
     if (entries.size() > PageOfEntries)
         Put(answer.fields, "More", "Y");
+    else if (const auto begin = ReadHistoryBegin(context.database);
+             begin && (entries.isEmpty() || entries.last().kind != u"added"))
+        Put(answer.fields, "Kept", ShownTime(begin->from));
     return answer;
 }
 
@@ -141,6 +146,8 @@ Answer AnswerAsOf(Context& context, const RequestRule& rule, const wire::Fields&
         return {status::ColumnError};
     if (!about->Allows(context.rights))
         return {status::NotAuthorised};
+    if (const auto begin = ReadHistoryBegin(context.database); begin && number < begin->removed)
+        return {status::HistoryRemoved};
     const QString table = about->tables.first();
     context.database.Run("SAVEPOINT as_of");
     Undo(context.database, context.records.GetTables()).ChangesAfter({table, id}, number);

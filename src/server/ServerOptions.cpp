@@ -35,12 +35,16 @@ const char HelpText[] = R"(sysadmin-server keeps a library's settings and serves
                           stands against it, and end
   --dry-run               with --import: only tell what would be added, changed and removed
   --only NAME,...         with these three: only these settings, by the names of their files
+  --history-keep DAYS     remove entries of the history that are older, now and once a day (default: keep
+                          them for ever)
+  --history-export FILE   write all changes that the history knows into a CSV file, newest first, and end
   --check                 look whether library and certificate are sound, tell what was found, and end
   --help                  show this text
   --version               show the version
 )";
 
 constexpr int MostOfName = 100;
+constexpr int MostDays = 36'500;
 const QStringList ColourNames{"red", "orange", "yellow", "green", "blue", "purple", "grey", "none"};
 
 bool IsColour(const QString& text) {
@@ -151,11 +155,11 @@ std::variant<ServerOptions, PrintAndExit> ReadOptions(const QStringList& argumen
             }
             continue;
         }
-        static const QStringList withValue{"--library",  "--database",    "--database-password-file",
-                                           "--listen",   "--certificate", "--key",
-                                           "--sessions", "--name",        "--colour",
-                                           "--export",   "--compare",     "--import",
-                                           "--only"};
+        static const QStringList withValue{"--library",  "--database",     "--database-password-file",
+                                           "--listen",   "--certificate",  "--key",
+                                           "--sessions", "--name",         "--colour",
+                                           "--export",   "--compare",      "--import",
+                                           "--only",     "--history-keep", "--history-export"};
         QString value;
         if (const qsizetype equals = name.indexOf('='); name.startsWith("--") && equals > 0) {
             value = name.mid(equals + 1);
@@ -187,7 +191,13 @@ std::variant<ServerOptions, PrintAndExit> ReadOptions(const QStringList& argumen
             options.certificateFile = value;
         else if (name == "--key")
             options.keyFile = value;
-        else if (name == "--sessions") {
+        else if (name == "--history-export")
+            options.historyFile = value;
+        else if (name == "--history-keep") {
+            options.historyKeep = value.toInt();
+            if (options.historyKeep < 1 || options.historyKeep > MostDays)
+                return Bad(QString("--history-keep needs a number of days from 1 to %1.").arg(MostDays));
+        } else if (name == "--sessions") {
             options.sessions = value.toInt();
             if (options.sessions < 1 || options.sessions > 100'000)
                 return Bad("--sessions needs a number from 1 to 100000.");
@@ -219,6 +229,16 @@ std::variant<ServerOptions, PrintAndExit> ReadOptions(const QStringList& argumen
         return Bad(
             "--export, --compare and --import do only that: leave --check, --create-sample, --name and "
             "--colour out.");
+    const bool doesMore = options.check || options.createSample ||
+                          options.task != ServerOptions::Task::None ||
+                          !(options.name + options.colour).isEmpty();
+    if (!options.historyFile.isEmpty() && (doesMore || options.historyKeep != 0))
+        return Bad(
+            "--history-export does only that: besides where the library is it goes with no other option.");
+    if (options.historyKeep != 0 && (options.check || options.task != ServerOptions::Task::None))
+        return Bad(
+            "--history-keep is for a server that serves: leave --check, --export, --compare and --import "
+            "out.");
     if (options.certificateFile.isEmpty() != options.keyFile.isEmpty())
         return Bad("--certificate and --key go together.");
     if (database.isEmpty()) {

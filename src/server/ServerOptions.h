@@ -26,6 +26,8 @@ struct ServerOptions {
     bool createSample = false;
     bool createPartner = false; ///< the sample library that is made is the second one
     bool check = false;         ///< look at everything, tell, and end
+    int historyKeep = 0;        ///< days for which the history is kept; 0: for ever
+    QString historyFile;        ///< the history is written into it, and the program ends
     /// What is done with the settings as files, before the program ends.
     enum class Task { None, Export, Compare, Import };
     Task task = Task::None;

@@ -1,5 +1,6 @@
 #include "server/SettingsRun.h"
 
+#include "server/HistoryFile.h"
 #include "server/Library.h"
 #include "server/ServerOptions.h"
 #include "server/files/DifferenceText.h"
@@ -33,6 +34,7 @@ private:
     }
     bool ChooseTables();
     int Export();
+    int ExportHistory();
     int CompareOrImport();
     void Tell(const Comparison& comparison);
 
@@ -117,7 +119,20 @@ int Run::CompareOrImport() {
     return 0;
 }
 
+int Run::ExportHistory() {
+    qint64 records = 0;
+    const QString error =
+        WriteHistoryFile(*m_database, m_library.GetRegistry().GetTables(), m_options.historyFile, &records);
+    if (!error.isEmpty())
+        return Complain(error);
+    m_output.tell(
+        QString("The history is in %1: %2 changes of records.").arg(m_options.historyFile).arg(records));
+    return 0;
+}
+
 int Run::Do() {
+    if (!m_options.historyFile.isEmpty())
+        return ExportHistory();
     if (!ChooseTables())
         return Failed;
     return m_options.task == ServerOptions::Task::Export ? Export() : CompareOrImport();
@@ -126,7 +141,9 @@ int Run::Do() {
 } // namespace
 
 int RunSettings(const ServerOptions& options, const RunOutput& output) {
-    if (options.task != ServerOptions::Task::Export && !QFileInfo(options.folder).isDir()) {
+    const bool needsFolder =
+        options.task != ServerOptions::Task::Export && options.task != ServerOptions::Task::None;
+    if (needsFolder && !QFileInfo(options.folder).isDir()) {
         output.complain("There is no folder " + options.folder +
                         " with files of settings; --export makes one.");
         return Failed;

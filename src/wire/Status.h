@@ -44,5 +44,7 @@ inline constexpr qint16 AddressInUse = 135;
 inline constexpr qint16 LocalDatabase = 136;
 /// A search index that comes with the system was to be deleted or to get another code.
 inline constexpr qint16 SystemIndex = 137;
+/// What was there at that time is not known: older entries of the history were removed.
+inline constexpr qint16 HistoryRemoved = 138;
 
 } // namespace sysadmin::wire::status

@@ -82,7 +82,23 @@ TEST(ServerOptionsTest, CommandLine) {
     EXPECT_EQ(options({"--import", "x", "--only", "locations,clusters", "--dry-run"}).only,
               (QStringList{"locations", "clusters"}));
 
+    EXPECT_EQ(options({"--history-keep", "400", "--library", "x"}).historyKeep, 400);
+    EXPECT_EQ(options({"--library", "x"}).historyKeep, 0);
+    EXPECT_EQ(options({"--history-export=h.csv", "--library", "x"}).historyFile, "h.csv");
+
     const QList<QStringList> wrongs{
+        {"--history-keep"},
+        {"--history-keep", "0"},
+        {"--history-keep", "-3"},
+        {"--history-keep", "30d"},
+        {"--history-keep", "36501"},
+        {"--history-keep", "30", "--check"},
+        {"--history-keep", "30", "--import", "x"},
+        {"--history-export"},
+        {"--history-export", "x", "--history-keep", "30"},
+        {"--history-export", "x", "--export", "y"},
+        {"--history-export", "x", "--only", "locations"},
+        {"--history-export", "x", "--name", "Y"},
         {"--foo"},
         {"--sessions", "0"},
         {"--sessions", "many"},

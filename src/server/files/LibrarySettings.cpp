@@ -18,8 +18,7 @@ QString Sorted(const Column& column, const QString& text) {
 }
 
 /// A value as its cell has it.
-QString CellOf(const Column& column, const QVariant& value) {
-    const QString text = value.toString();
+QString CellOf(const Column& column, const QString& text) {
     return column.type == ColumnType::Flag && text.isEmpty() ? QString("N") : text;
 }
 
@@ -150,6 +149,12 @@ SettingsTable LibrarySettings::Read(const QString& name) {
             read.cells.reserve(settings.columns.size());
             for (qsizetype i = 0; i < settings.columns.size(); ++i) {
                 const Column& column = *settings.columns[i];
+                const bool isPlain =
+                    column.type != ColumnType::Reference && column.tableIn.isEmpty() && i >= keyColumns;
+                if (isPlain) {
+                    read.cells << CellOf(column, row.Text(int(i) + 1));
+                    continue;
+                }
                 const QVariant value = row.value(int(i) + 1);
                 if (i < keyColumns)
                     read.key << value;
@@ -160,7 +165,7 @@ SettingsTable LibrarySettings::Read(const QString& name) {
                                        ? QString()
                                        : (*m_names.constFind(column.target))->value(value.toLongLong()).cell);
                 else
-                    read.cells << CellOf(column, value);
+                    read.cells << CellOf(column, value.toString());
             }
             rows << std::move(read);
         });

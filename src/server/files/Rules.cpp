@@ -48,6 +48,8 @@ void WrittenRecords::NoteRemoval(const Difference& difference) {
 }
 
 void WrittenRecords::CheckRows(const Table& table) {
+    if (table.rules.isEmpty())
+        return;
     const QHash<qint64, int> lines = m_lines.value(table.name);
     for (auto line = lines.begin(); line != lines.end(); ++line) {
         const auto row = m_records.Find(table.name, line.key());
