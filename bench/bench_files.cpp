@@ -146,23 +146,58 @@ void ImportAll(benchmark::State& state) {
     }
 }
 
-void InsertRulesBare(benchmark::State& state) {
-    FilesLibrary& library = TheLibrary();
+/// The rules with the columns that are not kept by the server alone, for adding them again.
+QList<QVariantList> RowsOf(FilesLibrary& library, const QStringList& columns) {
     QList<QVariantList> rows;
-    QStringList columns;
-    for (const Column& column : library.form.Named(Rules).columns)
-        columns << column.name;
     library.database->Each("SELECT " + columns.join(", ") + " FROM " + Rules, {}, [&](const ResultRow& row) {
         QVariantList values;
         for (int i = 0; i < columns.size(); ++i)
             values << row.value(i);
         rows << values;
     });
+    return rows;
+}
+
+QStringList ColumnsOf(FilesLibrary& library) {
+    QStringList columns;
+    for (const Column& column : library.form.Named(Rules).columns)
+        columns << column.name;
+    return columns;
+}
+
+/// All rules added in one request: the records, the history of each, the register of changes.
+void AddRulesInOneRequest(benchmark::State& state) {
+    FilesLibrary& library = TheLibrary();
+    QList<const Column*> columns;
+    for (const Column& column : library.form.Named(Rules).columns)
+        columns << &column;
+    const QList<QVariantList> rows = RowsOf(library, ColumnsOf(library));
+    for (auto _ : state)
+        RunInTransaction(*library.database, Transaction::Mode::Write, [&] {
+            state.PauseTiming();
+            library.database->Run("DELETE FROM " + Rules);
+            state.ResumeTiming();
+            Records records(*library.database, library.form.GetTables(),
+                            Author{"ANNA", "local", "Test", "2026-11-22T10:00:00.000Z", "Anna", 1});
+            Records::Inserter inserter(records, Rules, columns);
+            for (const QVariantList& row : rows)
+                inserter.Add(row);
+            records.Finish();
+            return false;
+        });
+}
+
+void InsertRulesBare(benchmark::State& state) {
+    FilesLibrary& library = TheLibrary();
+    const QStringList columns = ColumnsOf(library);
+    const QList<QVariantList> rows = RowsOf(library, columns);
     const QString sql = "INSERT INTO " + Rules + " (" + columns.join(", ") + ") VALUES (" +
                         QString("?, ").repeated(columns.size()).chopped(2) + ')';
     for (auto _ : state)
         RunInTransaction(*library.database, Transaction::Mode::Write, [&] {
+            state.PauseTiming();
             library.database->Run("DELETE FROM " + Rules);
+            state.ResumeTiming();
             for (const QVariantList& row : rows)
                 library.database->RunInsert(sql, row);
             return false;
@@ -173,6 +208,7 @@ BENCHMARK(ExportAll)->Unit(benchmark::kMillisecond);
 BENCHMARK(ReadRulesBare)->Unit(benchmark::kMillisecond);
 BENCHMARK(CompareAll)->Unit(benchmark::kMillisecond);
 BENCHMARK(ImportAll)->Unit(benchmark::kMillisecond);
+BENCHMARK(AddRulesInOneRequest)->Unit(benchmark::kMillisecond);
 BENCHMARK(InsertRulesBare)->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -55,10 +55,10 @@ function(sysadmin_embed target prefix dir pattern)
 endfunction()
 
 # sysadmin_test(NAME [TOGETHER pattern] [DISPLAY] LINK target...): the test program of tests/NAME, each of its cases a
-# ctest case. Cases that match the pattern run as one: they share something that is slow to start. With DISPLAY all run
-# as one on a real X display.
+# ctest case. Cases that match the pattern run as one, or dealt out to PARTS of them, which may run side by side: they
+# share something that is slow to start. With DISPLAY all run as one on a real X display.
 function(sysadmin_test name)
-  cmake_parse_arguments(arg "DISPLAY" "TOGETHER" "LINK" ${ARGN})
+  cmake_parse_arguments(arg "DISPLAY" "TOGETHER;PARTS" "LINK" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp
        ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.h)
   if(NOT sources)
@@ -76,8 +76,15 @@ function(sysadmin_test name)
   endif()
   if(arg_TOGETHER)
     set(apart TEST_FILTER "-${arg_TOGETHER}")
-    add_test(NAME ${name}.together COMMAND test_${name} --gtest_filter=${arg_TOGETHER})
-    set_tests_properties(${name}.together PROPERTIES TIMEOUT 600 COST 1000 ENVIRONMENT "${environment}")
+    if(NOT arg_PARTS)
+      set(arg_PARTS 1)
+    endif()
+    foreach(part RANGE 1 ${arg_PARTS})
+      math(EXPR index "${part} - 1")
+      add_test(NAME ${name}.together.${part} COMMAND test_${name} --gtest_filter=${arg_TOGETHER})
+      set_tests_properties(${name}.together.${part} PROPERTIES TIMEOUT 600 COST 1000
+        ENVIRONMENT "${environment};GTEST_TOTAL_SHARDS=${arg_PARTS};GTEST_SHARD_INDEX=${index}")
+    endforeach()
   endif()
   gtest_discover_tests(test_${name} ${apart} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
                        PROPERTIES TIMEOUT 300 ENVIRONMENT "${environment}")

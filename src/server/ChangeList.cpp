@@ -1,3 +1,4 @@
+#include "server/HistoryKeeper.h"
 #include "server/Library.h"
 #include "server/NamedRecords.h"
 #include "server/SubjectReads.h"
@@ -171,10 +172,12 @@ Answer AnswerChanges(Context& context, const wire::Fields& request) {
             return {status::NotFound};
         filter.table = rule->tables.first();
     }
+    QString since; // only what was changed then or later; empty: whenever it was
     if (const QString from = Sent(request, "From").value_or(QString()); !from.isEmpty()) {
         const QVariant time = DayBegins(from, 0);
         if (!time.isValid())
             return {status::ColumnError};
+        since = time.toString();
         filter.lowest = FirstRowFrom(context, time);
     }
     if (const QString to = Sent(request, "To").value_or(QString()); !to.isEmpty()) {
@@ -210,6 +213,8 @@ Answer AnswerChanges(Context& context, const wire::Fields& request) {
     }
     if (page.Next() != 0)
         Put(answer.fields, "Cur", QString::number(page.Next()));
+    else if (const auto begin = ReadHistoryBegin(context.database); begin && since < begin->from)
+        Put(answer.fields, "Kept", ShownTime(begin->from));
     return answer;
 }
 

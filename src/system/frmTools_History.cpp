@@ -8,6 +8,7 @@
 #include "framework/frmHistory.h"
 #include "wire/Status.h"
 
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -70,6 +71,11 @@ frmTools_History::frmTools_History(Application& application, QWidget* parent)
     auto* whole = new QVBoxLayout(this);
     whole->addWidget(view);
     AddListWithButtons(*whole, *vsf, {cmdGoTo, cmdHistory, cmdMore, cmdReload, cmdClose});
+    lblNote = new QLabel(this);
+    lblNote->setObjectName("lblNote");
+    lblNote->setTextFormat(Qt::PlainText);
+    lblNote->hide();
+    whole->addWidget(lblNote);
     InTabOrder({view->TabOrder().last(), vsf->FilterBox(), vsf});
 
     connect(vsf, &ListGrid::SelectionMoved, this, &frmTools_History::RefreshButtons);
@@ -138,6 +144,10 @@ void frmTools_History::ReadPage(bool first) {
         return;
     }
     m_next = channel.GetField("Cur");
+    const QString keptFrom = channel.GetField("Kept").left(10);
+    lblNote->setText(keptFrom.isEmpty() ? QString()
+                                        : tr("Changes from before %1 are not kept.").arg(keptFrom));
+    lblNote->setVisible(!keptFrom.isEmpty());
     if (first)
         m_changes.clear();
     QList<GridRow> rows;

@@ -4,6 +4,7 @@
 
 #include <memory>
 
+class QLabel;
 class QPushButton;
 
 namespace sysadmin {
@@ -45,6 +46,7 @@ private:
     QHash<QString, Change> m_changes; // by the key of the row
     QString m_next;                   // where the next page begins; empty: there is none
     ListGrid* vsf = nullptr;
+    QLabel* lblNote = nullptr; ///< since when changes are kept
     QPushButton* cmdGoTo = nullptr;
     QPushButton* cmdHistory = nullptr;
     QPushButton* cmdMore = nullptr;

@@ -1,163 +1,184 @@
 #include "wire/Codec.h"
 
-#include <QCborStreamReader>
-#include <QCborStreamWriter>
+#include "wire/CborHeader.h"
 
+#include <algorithm>
 #include <array>
 #include <limits>
 
+// Texts are written and read here and not by Qt's stream classes, which go through a device for each of them:
+// a list has hundreds of thousands.
 namespace sysadmin::wire {
 
 namespace {
 
+bool IsAscii(QStringView text) {
+    char16_t all = 0;
+    for (const QChar character : text)
+        all |= character.unicode();
+    return all < 0x80;
+}
+
+bool IsAscii(QByteArrayView text) {
+    uchar all = 0;
+    for (const char character : text)
+        all |= uchar(character);
+    return all < 0x80;
+}
+
+class MessageWriter {
+public:
+    explicit MessageWriter(qsizetype expected) { m_bytes.reserve(expected); }
+
+    void Header(CborHeader::Major major, quint64 value) {
+        char header[CborHeader::MostBytes];
+        m_bytes.append(header, CborHeader::Write(header, major, value) - header);
+    }
+    void Number(quint64 number) { Header(CborHeader::Unsigned, number); }
+    void Number(qint16 number) {
+        if (number < 0)
+            Header(CborHeader::Negative, quint64(-1 - number));
+        else
+            Header(CborHeader::Unsigned, quint64(number));
+    }
+    void Text(QStringView text) {
+        if (!IsAscii(text)) {
+            const QByteArray bytes = text.toUtf8();
+            Header(CborHeader::Text, quint64(bytes.size()));
+            m_bytes += bytes;
+            return;
+        }
+        const qsizetype begin = m_bytes.size();
+        m_bytes.resize(begin + CborHeader::MostBytes + text.size());
+        char* end = CborHeader::Write(m_bytes.data() + begin, CborHeader::Text, quint64(text.size()));
+        end = std::transform(text.begin(), text.end(), end,
+                             [](QChar character) { return char(character.unicode()); });
+        m_bytes.resize(end - m_bytes.constData());
+    }
+    const QByteArray& Bytes() const { return m_bytes; }
+
+private:
+    QByteArray m_bytes;
+};
+
 // Enough for a header of either kind of text and most texts' content.
 constexpr qsizetype SpareBytesPerText = 4;
 
-template <typename Second>
-QByteArray EncodeMessage(quint64 number, const Second& second, const Fields& fields,
-                         const QStringList& changed = {}) {
-    QByteArray bytes;
+qsizetype ExpectedSize(const Fields& fields) {
     qsizetype size = 128;
     for (const Field& field : fields)
         size += field.tag.size() + field.value.size() + 2 * SpareBytesPerText;
-    bytes.reserve(size);
-    QCborStreamWriter writer(&bytes);
-    writer.startArray(changed.isEmpty() ? 3 : 4);
-    writer.append(number);
-    writer.append(second);
-    writer.startArray(quint64(fields.size()) * 2);
+    return size;
+}
+
+void WriteFields(MessageWriter& writer, const Fields& fields) {
+    writer.Header(CborHeader::Array, quint64(fields.size()) * 2);
     for (const Field& field : fields) {
-        writer.append(QStringView(field.tag));
-        writer.append(QStringView(field.value));
+        writer.Text(field.tag);
+        writer.Text(field.value);
     }
-    writer.endArray();
-    if (!changed.isEmpty()) {
-        writer.startArray(quint64(changed.size()));
-        for (const QString& word : changed)
-            writer.append(QStringView(word));
-        writer.endArray();
-    }
-    writer.endArray();
-    return bytes;
 }
 
 // Unlike Qt's own function it keeps a byte order mark: it is part of the text here.
-QString FromUtf8(const QByteArray& bytes) {
+QString FromUtf8(QByteArrayView bytes) {
     const bool hasMark = bytes.startsWith("\xef\xbb\xbf");
     const QString text = QString::fromUtf8(bytes);
     return hasMark ? QChar(QChar::ByteOrderMark) + text : text;
 }
 
-// Reads the texts of one message. A list repeats the same few tags in every record: they share their text.
-class TextReader {
+// Reads the items of one message of which the scanner has checked the structure and every limit. A list
+// repeats the same few tags in every record: they share their text.
+class MessageReader {
 public:
-    explicit TextReader(const QByteArray& message)
-        : m_reader(message) {}
+    explicit MessageReader(const QByteArray& message)
+        : m_at(message.constData())
+        , m_end(m_at + message.size()) {}
 
-    QCborStreamReader& Reader() { return m_reader; }
-
-    // Copies the next text's bytes to Bytes(); false when there is none or it is not UTF-8.
-    bool ReadBytes() {
-        if (!m_reader.isString() || !m_reader.isLengthKnown())
-            return false;
-        m_bytes.resize(qsizetype(m_reader.length()));
-        QCborStreamReader::StringResult<qsizetype> chunk =
-            m_reader.readStringChunk(m_bytes.data(), m_bytes.size());
-        if (chunk.status != QCborStreamReader::Ok || chunk.data != m_bytes.size())
-            return false;
-        char none = 0;
-        chunk = m_reader.readStringChunk(&none, 1);
-        return chunk.status == QCborStreamReader::EndOfString && QByteArrayView(m_bytes).isValidUtf8();
+    CborHeader Next() {
+        CborHeader header;
+        header.Read(m_at, m_end - m_at);
+        m_at += header.size;
+        return header;
     }
 
+    // False when it is no text, or not UTF-8.
     bool ReadText(QString& text) {
-        if (!ReadBytes())
+        const CborHeader header = Next();
+        if (header.major != CborHeader::Text)
             return false;
-        text = FromUtf8(m_bytes);
-        return true;
+        const QByteArrayView bytes = Content(header);
+        if (IsAscii(bytes)) {
+            text = QString::fromLatin1(bytes);
+            return true;
+        }
+        text = FromUtf8(bytes);
+        return bytes.isValidUtf8();
     }
 
     bool ReadTag(QString& tag) {
-        if (!ReadBytes())
-            return false;
-        KnownTag& known = m_tags[Slot()];
-        if (known.bytes != m_bytes) {
-            known.bytes = QByteArray(m_bytes.constData(), m_bytes.size());
-            known.text = FromUtf8(m_bytes);
+        const char* const begin = m_at;
+        const QByteArrayView bytes = Content(Next());
+        KnownTag& known = m_tags[Slot(bytes)];
+        if (known.bytes != bytes || !known.isKnown) {
+            m_at = begin;
+            if (!ReadText(known.text))
+                return false;
+            known.bytes = bytes;
+            known.isKnown = true;
         }
         tag = known.text;
         return true;
     }
 
+    bool ReadFields(Fields& fields) {
+        const auto count = qsizetype(Next().value) / 2;
+        fields.reserve(count);
+        for (qsizetype i = 0; i < count; ++i) {
+            Field& field = fields.emplace_back();
+            if (!ReadTag(field.tag) || !ReadText(field.value))
+                return false;
+        }
+        return true;
+    }
+
+    bool ReadTexts(QStringList& texts) {
+        const auto count = qsizetype(Next().value);
+        for (qsizetype i = 0; i < count; ++i)
+            if (!ReadText(texts.emplace_back()))
+                return false;
+        return true;
+    }
+
 private:
     struct KnownTag {
-        QByteArray bytes;
-        QString text = "";
+        QByteArrayView bytes;
+        QString text;
+        bool isKnown = false;
     };
 
-    size_t Slot() const {
-        return m_bytes.isEmpty() ? 0 : (m_bytes.front() * 7 + m_bytes.back() + m_bytes.size()) % TagSlots;
+    QByteArrayView Content(const CborHeader& header) {
+        const QByteArrayView bytes(m_at, qsizetype(header.value));
+        m_at += header.value;
+        return bytes;
+    }
+
+    static size_t Slot(QByteArrayView tag) {
+        return tag.isEmpty() ? 0 : size_t(uchar(tag.front()) * 7 + uchar(tag.back()) + tag.size()) % TagSlots;
     }
 
     static constexpr size_t TagSlots = 64;
-    QCborStreamReader m_reader;
-    QByteArray m_bytes;
+    const char* m_at;
+    const char* m_end;
     std::array<KnownTag, TagSlots> m_tags;
 };
 
-bool ReadNumber(QCborStreamReader& reader, quint64& number) {
-    if (!reader.isUnsignedInteger())
-        return false;
-    number = reader.toUnsignedInteger();
-    return reader.next();
-}
-
-bool ReadStatus(QCborStreamReader& reader, qint16& status) {
-    if (!reader.isInteger())
-        return false;
+bool ReadStatus(const CborHeader& header, qint16& status) {
     constexpr quint64 highest = std::numeric_limits<qint16>::max();
-    if (reader.isUnsignedInteger()) {
-        if (reader.toUnsignedInteger() > highest)
-            return false;
-    } else {
-        // The reader tells a negative number by its size; zero stands for one that does not fit.
-        const auto size = quint64(reader.toNegativeInteger());
-        if (size == 0 || size > highest + 1)
-            return false;
-    }
-    status = qint16(reader.toInteger());
-    return reader.next();
-}
-
-bool ReadFields(TextReader& texts, Fields& fields) {
-    QCborStreamReader& reader = texts.Reader();
-    if (!reader.isArray() || !reader.isLengthKnown())
+    if (header.value > highest ||
+        (header.major != CborHeader::Unsigned && header.major != CborHeader::Negative))
         return false;
-    const auto count = qsizetype(reader.length()) / 2;
-    if (!reader.enterContainer())
-        return false;
-    fields.reserve(count);
-    for (qsizetype i = 0; i < count; ++i) {
-        Field field;
-        if (!texts.ReadTag(field.tag) || !texts.ReadText(field.value))
-            return false;
-        fields.append(std::move(field));
-    }
-    return reader.leaveContainer();
-}
-
-bool ReadChanged(TextReader& texts, QStringList& changed) {
-    QCborStreamReader& reader = texts.Reader();
-    const auto count = qsizetype(reader.length());
-    if (!reader.enterContainer())
-        return false;
-    for (qsizetype i = 0; i < count; ++i) {
-        QString word;
-        if (!texts.ReadText(word))
-            return false;
-        changed.append(std::move(word));
-    }
-    return reader.leaveContainer();
+    status = qint16(header.major == CborHeader::Unsigned ? int(header.value) : -1 - int(header.value));
+    return true;
 }
 
 // The scanner has checked the structure and every limit when this answers true.
@@ -169,21 +190,37 @@ bool IsOneMessage(const QByteArray& message, const Limits& limits) {
 } // namespace
 
 QByteArray Encode(const Request& request) {
-    return EncodeMessage(request.number, QStringView(request.name), request.fields);
+    MessageWriter writer(ExpectedSize(request.fields));
+    writer.Header(CborHeader::Array, 3);
+    writer.Number(request.number);
+    writer.Text(request.name);
+    WriteFields(writer, request.fields);
+    return writer.Bytes();
 }
 
 QByteArray Encode(const Reply& reply) {
-    return EncodeMessage(reply.number, qint64(reply.status), reply.fields, reply.changed);
+    MessageWriter writer(ExpectedSize(reply.fields));
+    writer.Header(CborHeader::Array, reply.changed.isEmpty() ? 3 : 4);
+    writer.Number(reply.number);
+    writer.Number(reply.status);
+    WriteFields(writer, reply.fields);
+    if (!reply.changed.isEmpty()) {
+        writer.Header(CborHeader::Array, quint64(reply.changed.size()));
+        for (const QString& word : reply.changed)
+            writer.Text(word);
+    }
+    return writer.Bytes();
 }
 
 std::optional<Request> DecodeRequest(const QByteArray& message, const Limits& limits) {
     if (!IsOneMessage(message, limits))
         return {};
-    TextReader texts(message);
+    MessageReader reader(message);
+    if (reader.Next().value != 3)
+        return {};
     Request request;
-    if (texts.Reader().length() != 3 || !texts.Reader().enterContainer() ||
-        !ReadNumber(texts.Reader(), request.number) || !texts.ReadText(request.name) ||
-        !ReadFields(texts, request.fields))
+    request.number = reader.Next().value;
+    if (!reader.ReadText(request.name) || !reader.ReadFields(request.fields))
         return {};
     return request;
 }
@@ -191,12 +228,12 @@ std::optional<Request> DecodeRequest(const QByteArray& message, const Limits& li
 std::optional<Reply> DecodeReply(const QByteArray& message, const Limits& limits) {
     if (!IsOneMessage(message, limits))
         return {};
-    TextReader texts(message);
+    MessageReader reader(message);
+    const bool hasChanged = reader.Next().value == 4;
     Reply reply;
-    const bool hasChanged = texts.Reader().length() == 4;
-    if (!texts.Reader().enterContainer() || !ReadNumber(texts.Reader(), reply.number) ||
-        !ReadStatus(texts.Reader(), reply.status) || !ReadFields(texts, reply.fields) ||
-        (hasChanged && !ReadChanged(texts, reply.changed)))
+    reply.number = reader.Next().value;
+    if (!ReadStatus(reader.Next(), reply.status) || !reader.ReadFields(reply.fields) ||
+        (hasChanged && !reader.ReadTexts(reply.changed)))
         return {};
     return reply;
 }

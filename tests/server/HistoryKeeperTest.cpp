@@ -75,6 +75,14 @@ TEST_P(HistoryKeeperTest, WhatIsOlderIsToldAsNotKept) {
         else
             EXPECT_TRUE(reply.fields.isEmpty());
     }
+    const auto list = [&](const QString& from) {
+        const wire::Reply all = m_server->Send("LstChg", {{"Sbj", "VenTp"}, {"From", from}});
+        EXPECT_EQ(all.status, status::Ok);
+        return ValuesOf(all.fields, "Kept").size();
+    };
+    EXPECT_EQ(list(""), 1);
+    EXPECT_EQ(list(m_server->Now().addDays(-9).toString("yyyy-MM-dd")), 1);
+    EXPECT_EQ(list(m_server->Now().addDays(-2).toString("yyyy-MM-dd")), 0);
     // A record that was added since is known from its beginning.
     NextDay();
     AddType("NEW");
