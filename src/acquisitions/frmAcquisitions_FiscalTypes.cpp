@@ -15,14 +15,10 @@ frmAcquisitions_FiscalTypes::frmAcquisitions_FiscalTypes(Application& applicatio
     Finish();
 }
 
-bool frmAcquisitions_FiscalTypes::CheckBeforeSave(Table& table) {
-    if (!MaintenanceScreen::CheckBeforeSave(table))
-        return false;
-    if (m_form.fpEndDate.Date() >= m_form.fpStartDate.Date())
-        return true;
-    Tell(tr("The end date must not be before the start date."));
-    table.view->FocusField(m_form.fpEndDate);
-    return false;
+std::optional<Form::Finding> FiscalPeriodForm::FormProblem() {
+    if (fpEndDate.Date() >= fpStartDate.Date())
+        return {};
+    return Finding{&fpEndDate, tr("The end date must not be before the start date.")};
 }
 
 } // namespace sysadmin

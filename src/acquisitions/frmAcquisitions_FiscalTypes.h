@@ -22,6 +22,8 @@ struct FiscalPeriodForm : Form {
                          .caption = tr("End Date:"),
                          .required = true,
                          .suffix = " 23:59:59"}};
+
+    std::optional<Finding> FormProblem() override;
 };
 
 /// Fiscal periods, each from a first to a last day.
@@ -30,9 +32,6 @@ class frmAcquisitions_FiscalTypes : public MaintenanceScreen {
 
 public:
     frmAcquisitions_FiscalTypes(Application& application, QWidget* parent);
-
-protected:
-    bool CheckBeforeSave(Table& table) override;
 
 private:
     FiscalPeriodForm& m_form = KeepForm<FiscalPeriodForm>();

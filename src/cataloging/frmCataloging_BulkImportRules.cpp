@@ -161,27 +161,40 @@ std::optional<bool> frmCataloging_BulkImportRules::ReplacesOrMerges() {
     return handling == wire::duplicates::handling::Replace || handling == wire::duplicates::handling::Merge;
 }
 
-bool frmCataloging_BulkImportRules::CheckBeforeSave(Table& table) {
+QStringList frmCataloging_BulkImportRules::ProblemsBeforeSave(Table&) {
     QStringList texts;
+    m_isUnknown = false;
     if (m_form.optBulkLoad.Updates()) {
         const std::optional<bool> suits = ReplacesOrMerges();
+        m_isUnknown = !suits;
         if (!suits)
-            return false;
-        if (!*suits)
+            texts << tr("The bib dup detection profile could not be read.");
+        else if (!*suits)
             texts << tr("When \"Update previously loaded MFHDs and Items\" is selected, then you must use a "
                         "REPLACE or MERGE bib dup detection profile.");
     }
-    texts += m_form.Shortcomings();
-    if (!CheckAll(*table.form, *table.view,
-                  tr("The following needs to be corrected before you are allowed to complete the save."),
-                  texts))
+    return texts + m_form.Shortcomings();
+}
+
+std::optional<Box> frmCataloging_BulkImportRules::QuestionBeforeSave(Table&) {
+    if (!m_form.chkAutoApprove.IsOn())
+        return std::nullopt;
+    return Box{.text = tr("This profile will automatically approve the purchase orders it creates. "
+                          "Are you sure you want to save it?"),
+               .icon = Box::Icon::Question,
+               .buttons = Box::Buttons::OkCancel};
+}
+
+bool frmCataloging_BulkImportRules::CheckBeforeSave(Table& table) {
+    const QStringList texts = ProblemsBeforeSave(table);
+    if (m_isUnknown) // and that was reported
         return false;
-    return !m_form.chkAutoApprove.IsOn() ||
-           App().prompter.ShowBox(
-               this, {.text = tr("This profile will automatically approve the purchase orders it creates. "
-                                 "Are you sure you want to save it?"),
-                      .icon = Box::Icon::Question,
-                      .buttons = Box::Buttons::OkCancel});
+    const std::optional<Box> question = QuestionBeforeSave(table);
+    return CheckAll(
+               *table.form, *table.view,
+               tr("The following needs to be corrected before you are allowed to complete the save."),
+               texts) &&
+           (!question || App().prompter.ShowBox(this, *question));
 }
 
 // What must be unique is where the operator goes on.

@@ -17,6 +17,8 @@ protected:
     void BeforeLoad() override;
     void ReadRecord(Table& table) override;
     bool CheckBeforeSave(Table& table) override;
+    QStringList ProblemsBeforeSave(Table& table) override;
+    std::optional<Box> QuestionBeforeSave(Table& table) override;
     void RefreshOwnControls() override;
 
 private:
@@ -34,6 +36,7 @@ private:
 
     ImportRuleForm& m_form = KeepForm<ImportRuleForm>();
     QPushButton* m_cmdTryIt = nullptr;
+    bool m_isUnknown = false; // how the profile treats records could not be found out
 };
 
 } // namespace sysadmin

@@ -116,7 +116,8 @@ frmCirculation_PatronGroupMapping::frmCirculation_PatronGroupMapping(Application
          .getKeyTag = "SI",
          .loadCaption = "Load Patron Group Mapping Database List",
          .editCaption = "Get Remote Patron Group List",
-         .saveCaption = "Save Patron Group Mapping"},
+         .saveCaption = "Save Patron Group Mapping",
+         .takesMany = false},
         m_form,
         // Below each other: both names of a mapping are long.
         Below({m_form.vsfLocalGroups,

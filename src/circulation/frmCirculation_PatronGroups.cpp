@@ -88,21 +88,20 @@ bool frmCirculation_PatronGroups::ReadLimits(const QString& key) {
     return result == wire::status::Ok;
 }
 
-bool frmCirculation_PatronGroups::CheckBeforeSave(Table& table) {
-    return MaintenanceScreen::CheckBeforeSave(table) &&
-           (!m_form.chkOPACMessages.IsOn() ||
-            App().prompter.ShowBox(this, {.text = tr("Displaying the OPAC Message for items charged "
-                                                     "to patrons in this group makes\r\n"
-                                                     "it possible to display the patron first "
-                                                     "name and last name in the public catalog. \r\n\r\n"
-                                                     "You should only do this if all patrons in this group "
-                                                     "are adminstrative patrons,\r\n"
-                                                     "rather than borrowing patrons. \r\n\r\n"
-                                                     "Are you sure you want to do this?"),
-                                          .icon = Box::Icon::Question,
-                                          .buttons = Box::Buttons::YesNo,
-                                          .title = tr("Displaying OPAC Message"),
-                                          .careful = true}));
+std::optional<Box> frmCirculation_PatronGroups::QuestionBeforeSave(Table&) {
+    if (!m_form.chkOPACMessages.IsOn())
+        return std::nullopt;
+    return Box{.text = tr("Displaying the OPAC Message for items charged to patrons in this group makes\r\n"
+                          "it possible to display the patron first name and last name in the public "
+                          "catalog. \r\n\r\n"
+                          "You should only do this if all patrons in this group are adminstrative "
+                          "patrons,\r\n"
+                          "rather than borrowing patrons. \r\n\r\n"
+                          "Are you sure you want to do this?"),
+               .icon = Box::Icon::Question,
+               .buttons = Box::Buttons::YesNo,
+               .title = tr("Displaying OPAC Message"),
+               .careful = true};
 }
 
 // What was stored counts as stored at once, so that a save after a failure goes on with the rest.

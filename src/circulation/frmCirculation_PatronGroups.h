@@ -77,7 +77,7 @@ protected:
     void BeforeLoad() override;
     bool FillForm(Table& table, const GridRow& row) override;
     bool PrepareNew(Table& table) override;
-    bool CheckBeforeSave(Table& table) override;
+    std::optional<Box> QuestionBeforeSave(Table& table) override;
     bool SendSteps(Table& table) override;
 
 private:

@@ -195,6 +195,11 @@ void ListGrid::SetMultiSelect(bool multiSelect) {
     setSelectionMode(multiSelect ? ExtendedSelection : SingleSelection);
 }
 
+void ListGrid::SetSelectsMany() {
+    SetMultiSelect(true);
+    m_selectsMany = true;
+}
+
 void ListGrid::SetSortable(bool sortable) {
     if (!sortable)
         sortByColumn(-1, Qt::AscendingOrder);
@@ -298,9 +303,11 @@ QStringList ListGrid::SelectedKeys() const {
 
 const GridRow* ListGrid::SelectedRow() const {
     const QModelIndex current = currentIndex();
-    if (current.isValid() && selectionModel()->isSelected(current))
+    if (!m_selectsMany && current.isValid() && selectionModel()->isSelected(current))
         return &m_model.RowAt(current.row());
     const QList<int> places = SelectedPlaces();
+    if (m_selectsMany && places.size() > 1)
+        return nullptr;
     return places.isEmpty() ? nullptr : &m_model.RowAt(places.first());
 }
 

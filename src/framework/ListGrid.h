@@ -47,6 +47,9 @@ public:
     int WidthOfContents() const;
     /// Lets the operator select several rows.
     void SetMultiSelect(bool multiSelect);
+    /// The same where what is done to a row is done to one: while several are selected, none of them is "the"
+    /// selected row, and Enter or F2 tells of all of them.
+    void SetSelectsMany();
     /// Lists whose order means something are not sortable.
     void SetSortable(bool sortable);
     /// Rows of a list whose order means something move by Alt with an arrow key (Home and End: to the ends)
@@ -69,7 +72,7 @@ public:
     void PutRows(const QList<GridRow>& rows);
     /// Removes the row and selects its neighbour.
     void RemoveRow(const QString& key);
-    /// The selected row's key; empty while none is selected.
+    /// The selected row's key; empty while none is selected, and see `SetSelectsMany`.
     QString SelectedKey() const;
     /// The keys of all selected rows, in display order (grids that allow selecting several).
     QStringList SelectedKeys() const;
@@ -96,6 +99,8 @@ signals:
     void SelectionMoved();
     /// The row was double-clicked, or Enter or F2 was pressed on it.
     void RowActivated(const QString& key);
+    /// Enter or F2 was pressed on several rows (`SetSelectsMany`).
+    void SeveralActivated();
     void InsertPressed();
     void DeletePressed();
     /// The operator wants the row in another place, counted from 0.
@@ -137,6 +142,7 @@ private:
     QHash<int, CellEdit> m_edits;
     QString m_searched;
     bool m_ranked = false;
+    bool m_selectsMany = false;
     bool m_shares = false;  // the columns grow together; no longer once the operator has dragged one
     bool m_sharing = false; // and are doing so now
     QElapsedTimer m_sinceTyping;

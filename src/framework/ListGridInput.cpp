@@ -83,6 +83,9 @@ void ListGrid::keyPressEvent(QKeyEvent* event) {
               event->key() == Qt::Key_F2) &&
              !key.isEmpty())
         emit RowActivated(key);
+    else if (plain && m_selectsMany && SelectedCount() > 1 &&
+             (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter || event->key() == Qt::Key_F2))
+        emit SeveralActivated();
     else if (plain && event->key() == Qt::Key_Insert)
         emit InsertPressed();
     else if (plain && event->key() == Qt::Key_Delete && !key.isEmpty())
@@ -210,7 +213,7 @@ void ListGrid::contextMenuEvent(QContextMenuEvent* event) {
     QAction* copy = menu->addAction(tr("&Copy"), this, &ListGrid::CopySelection);
     copy->setObjectName("mnuCopy");
     copy->setShortcut(QKeySequence::Copy);
-    copy->setEnabled(!SelectedKey().isEmpty());
+    copy->setEnabled(SelectedCount() > 0);
     if (selectionMode() == ExtendedSelection) {
         QAction* all = menu->addAction(tr("Select &All"), this, &ListGrid::selectAll);
         all->setShortcut(QKeySequence::SelectAll);

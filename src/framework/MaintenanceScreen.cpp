@@ -342,7 +342,7 @@ void MaintenanceScreen::SetState(State state) {
 }
 
 void MaintenanceScreen::RefreshButtons() {
-    if (!m_summary)
+    if (!m_summary || m_readsMany)
         return; // not built yet
     Table& table = Current();
     const bool inList = m_state == State::List;

@@ -16,8 +16,12 @@ class QVBoxLayout;
 
 namespace sysadmin {
 
-struct Conflict;
+class CommonForm;
 class RowSummary;
+struct Box;
+struct Conflict;
+struct ImportPlan;
+struct ManySave;
 
 /// The standard maintenance screen: a list of records and an edit area, one state machine for all of them.
 ///
@@ -107,6 +111,10 @@ protected:
     virtual void ReadAvailable(Table& table);
     /// The screen's own checks; false (after its message) keeps the edit open.
     virtual bool CheckBeforeSave(Table& table);
+    /// What else stands against a save of what is in the form, a sentence each, and what is asked before it;
+    /// `CheckBeforeSave` and the saves of many records go by both.
+    virtual QStringList ProblemsBeforeSave(Table&) { return {}; }
+    virtual std::optional<Box> QuestionBeforeSave(Table& table);
     virtual void PutRecord(Table& table, const SaveContext& context);
     /// Sends the record itself, and the further requests of the save; false (after its report) keeps the edit
     /// open.
@@ -177,6 +185,24 @@ private:
     void AddListTools(Table& table);
     void ShowSummary();
     void ExportAllFields(Table& table);
+    /// Writes chosen fields to all selected records, after a preview.
+    void ChangeSelected(Table& table);
+    /// What becomes of the records when they get the chosen fields of the form; none when one could not be
+    /// read (and that was reported).
+    std::optional<QList<ManySave>> SavesOf(Table& table, const QStringList& keys, const CommonForm& chosen);
+    /// Adds and changes records by a file of separated values, after a preview.
+    void ImportRecords(Table& table);
+    std::optional<QList<ManySave>> SavesOf(Table& table, const ImportPlan& plan);
+    std::optional<ManySave> SaveOfLine(Table& table, const ImportPlan& plan, qsizetype line,
+                                       const GridRow* row);
+    /// Fills in what becomes of the record in the form, what its save sends, and what stands against it.
+    void CompleteSave(Table& table, const SaveContext& context, const QList<QStringList>& before,
+                      ManySave& save);
+    /// Shows the saves and sends them when the operator wants it; false when nothing was saved.
+    bool SaveMany(Table& table, const QString& title, int helpContext, const QList<ManySave>& saves,
+                  QWidget* parent);
+    void ShowManySaved(Table& table, const QStringList& keysBefore);
+    bool MayChangeMany(const Table& table) const;
     bool ShowUses(const Table& table, const GridRow& row);
     /// The table whose records the word stands for, or null.
     const Table* TableOf(const QString& word) const;
@@ -202,8 +228,9 @@ private:
     bool m_mayView = true;
     State m_state = State::List;
     SaveContext m_context;
-    QString m_storeCaption;  // of reports while the record is stored by itself
-    bool m_isStored = false; // the record itself; what is left of the save are its further requests
+    QString m_storeCaption;   // of reports while the record is stored by itself
+    bool m_isStored = false;  // the record itself; what is left of the save are its further requests
+    bool m_readsMany = false; // one record after the other is in a form that nobody sees
     bool m_wasNew = false;
     bool m_listIsOld = false;   // the save will have to ask for it again
     std::deque<Table> m_tables; // a deque: rows, views and handlers refer to its elements

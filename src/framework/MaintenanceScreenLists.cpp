@@ -3,6 +3,7 @@
 #include "framework/Captions.h"
 #include "framework/CsvExport.h"
 #include "framework/MaintenanceScreen.h"
+#include "framework/ManyFields.h"
 #include "framework/RowSummary.h"
 #include "framework/Utility.h"
 #include "framework/forms/ValueFields.h"
@@ -20,25 +21,6 @@
 namespace sysadmin {
 
 namespace {
-
-/// The value as it goes into a file.
-QString FileText(const Field& field) {
-    if (const auto* date = dynamic_cast<const DateField*>(&field); date && date->Date().isValid())
-        return date->Date().toString(Qt::ISODate);
-    return field.Words().join("; ");
-}
-
-/// The column's heading in a file: captions repeat within a form, so the tag stands behind those that do.
-QStringList FileCaptions(const QList<const Field*>& fields) {
-    QStringList captions;
-    for (const Field* field : fields)
-        captions.append(field->PlainCaption().isEmpty() ? field->Name() : field->PlainCaption());
-    QStringList unique = captions;
-    for (qsizetype i = 0; i < fields.size(); ++i)
-        if (captions.count(captions[i]) > 1)
-            unique[i] += " (" + (fields[i]->Tag().isEmpty() ? fields[i]->Name() : fields[i]->Tag()) + ')';
-    return unique;
-}
 
 /// A cell of the list in words.
 QString CellWords(const GridColumn& column, const Field* field, const QString& cell) {
@@ -73,7 +55,20 @@ void MaintenanceScreen::AddListTools(Table& table) {
     history->setShortcut(Qt::CTRL | Qt::Key_H);
     history->setShortcutContext(Qt::WidgetShortcut); // the screen has it everywhere
     connect(history, &QAction::triggered, this, [this] { ShowHistory(); });
-    table.grid->SetMenuActions({history, uses, reload, exportAll});
+    auto* change = new QAction(tr("&Change Selected..."), table.grid);
+    change->setObjectName("mnuChangeSelected");
+    change->setShortcut(Qt::CTRL | Qt::Key_M);
+    connect(change, &QAction::triggered, this, [this, &table] { ChangeSelected(table); });
+    auto* import = new QAction(tr("&Import from File..."), table.grid);
+    import->setObjectName("mnuImport");
+    import->setShortcut(Qt::CTRL | Qt::Key_I);
+    connect(import, &QAction::triggered, this, [this, &table] { ImportRecords(table); });
+    for (QAction* action : {change, import}) {
+        action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+        table.listPage->addAction(action);
+    }
+    connect(table.grid, &ListGrid::SeveralActivated, change, &QAction::trigger);
+    table.grid->SetMenuActions({change, history, uses, import, exportAll, reload});
 }
 
 // Of those that not every screen has: what is declared of the table decides.
@@ -86,6 +81,20 @@ void MaintenanceScreen::RefreshListButtons() {
         m_cmdDuplicate->setEnabled(inList && row && m_mayCreate);
     }
     for (const Table& each : m_tables) {
+        const bool mayChange = MayChangeMany(each);
+        // A table with an edit of several records of its own has no second one.
+        const bool changesSeveral =
+            mayChange && !each.spec.several.form && !CommonFields(*each.form, each.spec).isEmpty();
+        if (changesSeveral && each.grid->selectionMode() == QAbstractItemView::SingleSelection)
+            each.grid->SetSelectsMany();
+        auto* change = each.grid->findChild<QAction*>("mnuChangeSelected");
+        change->setVisible(changesSeveral);
+        change->setEnabled(changesSeveral && inList && each.grid->SelectedCount() > 0);
+        auto* import = each.grid->findChild<QAction*>("mnuImport");
+        import->setVisible(mayChange);
+        import->setEnabled(mayChange && inList);
+        for (const char* name : {"mnuWhereUsed", "mnuHistory"})
+            each.grid->findChild<QAction*>(name)->setEnabled(each.grid->SelectedRow());
         if (each.severalButton) {
             each.severalButton->setVisible(&each == &table && m_mayEdit);
             each.severalButton->setEnabled(inList && row);
@@ -145,11 +154,13 @@ void MaintenanceScreen::ShowSummary() {
     const Table& table = Current();
     const ListGrid& grid = *table.grid;
     if (const qsizetype count = grid.SelectedCount(); count > 1) {
-        const QString button =
-            table.severalButton ? DeclaredCaption(*table.severalButton).remove('&').remove("...") : QString();
-        m_summary->Show(tr("%L1 records are selected").arg(count), {},
-                        m_mayEdit && !button.isEmpty() ? tr("%1 changes them together.").arg(button)
-                                                       : QString());
+        QString hint;
+        if (table.severalButton && m_mayEdit)
+            hint = tr("%1 changes them together.")
+                       .arg(DeclaredCaption(*table.severalButton).remove('&').remove("..."));
+        else if (MayChangeMany(table))
+            hint = tr("Change Selected (Ctrl+M, Enter or F2) changes them together.");
+        m_summary->Show(tr("%L1 records are selected").arg(count), {}, hint);
         return;
     }
     const GridRow* row = grid.SelectedRow();

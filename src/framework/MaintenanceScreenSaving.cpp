@@ -33,7 +33,18 @@ QString NotStored(const QList<SaveStep>& steps) {
 } // namespace
 
 bool MaintenanceScreen::CheckBeforeSave(Table& table) {
-    return CheckForm(*table.form, *table.view);
+    if (!CheckForm(*table.form, *table.view))
+        return false;
+    if (const QStringList problems = ProblemsBeforeSave(table); !problems.isEmpty()) {
+        Tell(problems.first());
+        return false;
+    }
+    const std::optional<Box> question = QuestionBeforeSave(table);
+    return !question || App().prompter.ShowBox(this, *question);
+}
+
+std::optional<Box> MaintenanceScreen::QuestionBeforeSave(Table&) {
+    return std::nullopt;
 }
 
 void MaintenanceScreen::PutRecord(Table& table, const SaveContext& context) {

@@ -69,12 +69,16 @@ void MaintenanceScreen::ReloadLists() {
 }
 
 void MaintenanceScreen::ReloadRows(Table& table) {
-    const QString key = table.grid->SelectedKey();
+    const QStringList keys = table.grid->SelectedKeys();
     const QString filter = table.grid->FilterBox()->text();
     const int scrolled = table.grid->verticalScrollBar()->value();
     LoadList(table);
     table.grid->FilterBox()->setText(filter);
-    table.grid->SelectKey(key);
+    if (!keys.isEmpty()) {
+        table.grid->SelectKeys(keys);
+        if (table.grid->SelectedCount() == 0 && table.grid->Model().rowCount() > 0)
+            table.grid->SelectKey(table.grid->Model().RowAt(0).key);
+    }
     table.grid->verticalScrollBar()->setValue(scrolled);
 }
 

@@ -6,6 +6,7 @@
 #include "server/SignOn.h"
 #include "server/store/Database.h"
 #include "wire/Codec.h"
+#include "wire/ManyChanges.h"
 
 namespace sysadmin::server {
 
@@ -21,7 +22,8 @@ QByteArray Encoded(quint64 number, const Answer& answer, const QStringList& chan
     const bool withFields = answer.status == status::Ok || answer.status == status::Continues ||
                             answer.status == status::InvalidSignOn ||
                             answer.status == status::NotAuthorised ||
-                            answer.status == status::RecordChanged || answer.status == status::NotFound;
+                            answer.status == status::RecordChanged || answer.status == status::NotFound ||
+                            answer.status == wire::many::NotDone;
     return wire::Encode(wire::Reply{number, answer.status,
                                     withFields ? wire::Fields(answer.fields) : wire::Fields(), changed});
 }

@@ -4,7 +4,7 @@
 
 namespace sysadmin::wire {
 
-QList<CsvRecord> ParseCsv(const QString& text, int* openLine) {
+QList<CsvRecord> ParseCsv(const QString& text, int* openLine, QChar separator) {
     QList<CsvRecord> records;
     CsvRecord record;
     QString field;
@@ -16,7 +16,9 @@ QList<CsvRecord> ParseCsv(const QString& text, int* openLine) {
         record.fields << field;
         field.clear();
     };
-    const auto isSpecial = [](QChar c) { return c == u',' || c == u'"' || c == u'\n' || c == u'\r'; };
+    const auto isSpecial = [separator](QChar c) {
+        return c == separator || c == u'"' || c == u'\n' || c == u'\r';
+    };
     for (qsizetype i = 0; i < text.size(); ++i) {
         const QChar c = text[i];
         if (!any) {
@@ -42,7 +44,7 @@ QList<CsvRecord> ParseCsv(const QString& text, int* openLine) {
         } else if (c == u'"') {
             quoted = true;
             quotedFrom = line;
-        } else if (c == u',') {
+        } else if (c == separator) {
             endField();
         } else if (c == u'\n') {
             endField();

@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include <functional>
+#include <utility>
 
 namespace sysadmin {
 
@@ -30,6 +31,9 @@ public:
 
     /// From now on every request carries these fields, too, until there are others.
     void PutWithEvery(const wire::Fields& fields) { m_withEvery = fields; }
+
+    /// The fields put since the last request; they are not sent then. For a request that carries others.
+    wire::Fields TakeFields() { return std::exchange(m_pending, {}); }
 
     /// Sends the request with the fields put since the last one, waits, makes the reply current, and answers
     /// its status: 0 success, 55 the list continues, 1 no connection or no answer in time, else a refusal.

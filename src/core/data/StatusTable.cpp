@@ -125,6 +125,7 @@ constexpr Row Rows[] = {
     {136, Plain, QT_TRANSLATE_NOOP("StatusTable", "The local database cannot be deleted, and its code and type cannot be changed.")},
     {137, Plain, QT_TRANSLATE_NOOP("StatusTable", "This index comes with the system: it cannot be deleted, and its code cannot be changed.")},
     {138, Plain, QT_TRANSLATE_NOOP("StatusTable", "What was there then is not known any more: the history is not kept so long.")},
+    {139, Plain, QT_TRANSLATE_NOOP("StatusTable", "Some of the records cannot be saved.  Nothing was saved.")},
     {-92, Plain, QT_TRANSLATE_NOOP("StatusTable", "The server or database is not compatible with this version of your application. The application will be aborted. Client version: #  Server version: #  Database version: #")},
 };
 // clang-format on
