@@ -34,7 +34,9 @@ frmCataloging_MARCFieldOrderingRules::frmCataloging_MARCFieldOrderingRules(Appli
               .deleteCaption = "Delete Cataloging MARC Field Ordering",
               .addedTag = "MFOCID",
               .namesRecord = true,
-              .nameTag = "MFONAME"},
+              .nameTag = "MFONAME",
+              // What updates a rule takes its groups away; the requests behind it bring them again.
+              .takesMany = false},
              m_form,
              Tabs("tabFieldOrder",
                   {Page(tr("&Rule Name"), {m_form.txtName, m_form.txtDescription, m_form.chkPairing880}),

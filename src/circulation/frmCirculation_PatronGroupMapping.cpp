@@ -117,7 +117,7 @@ frmCirculation_PatronGroupMapping::frmCirculation_PatronGroupMapping(Application
          .loadCaption = "Load Patron Group Mapping Database List",
          .editCaption = "Get Remote Patron Group List",
          .saveCaption = "Save Patron Group Mapping",
-         .takesMany = false},
+         .takesMany = false}, // a record is a set of lists
         m_form,
         // Below each other: both names of a mapping are long.
         Below({m_form.vsfLocalGroups,

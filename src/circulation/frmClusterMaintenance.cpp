@@ -57,6 +57,7 @@ frmClusterMaintenance::frmClusterMaintenance(Application& application, QWidget* 
               .saveCaption = "Save Circ Cluster",
               .deleteCaption = "Delete Circ Cluster",
               .matchTag = "CCD",
+              // The whole program follows the save of a cluster.
               .takesMany = false},
              m_form,
              Below({m_form.txtCode, m_form.txtName, m_form.lstOpacCircDesk, m_form.lstDefPULoc,

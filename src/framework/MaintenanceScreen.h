@@ -203,6 +203,7 @@ private:
                   QWidget* parent);
     void ShowManySaved(Table& table, const QStringList& keysBefore);
     bool MayChangeMany(const Table& table) const;
+    bool MayImport(const Table& table) const;
     bool ShowUses(const Table& table, const GridRow& row);
     /// The table whose records the word stands for, or null.
     const Table* TableOf(const QString& word) const;

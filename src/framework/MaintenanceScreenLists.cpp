@@ -91,8 +91,9 @@ void MaintenanceScreen::RefreshListButtons() {
         change->setVisible(changesSeveral);
         change->setEnabled(changesSeveral && inList && each.grid->SelectedCount() > 0);
         auto* import = each.grid->findChild<QAction*>("mnuImport");
-        import->setVisible(mayChange);
-        import->setEnabled(mayChange && inList);
+        const bool imports = mayChange && MayImport(each);
+        import->setVisible(imports);
+        import->setEnabled(imports && inList);
         for (const char* name : {"mnuWhereUsed", "mnuHistory"})
             each.grid->findChild<QAction*>(name)->setEnabled(each.grid->SelectedRow());
         if (each.severalButton) {

@@ -62,7 +62,21 @@ QString FoldedKey(const QString& text) {
     return text.trimmed().toCaseFolded();
 }
 
-/// The columns of the list that show fields of the form or say something that the form only shows.
+/// How well a column of the list says which record is meant; 0: not at all.
+int KeyWorth(const TableDeclaration& table, int column) {
+    const TableSpec& spec = table.spec;
+    const QString tag = spec.columns[column].tag;
+    const Field* field = table.form->FindByColumn(tag);
+    if (tag == spec.recordTag || (field && field->Name().endsWith("Code") && field->Spec().required))
+        return 4;
+    if (tag == spec.nameTag)
+        return 3;
+    if (!field || field->GetKind() == Field::Kind::Text)
+        return field && field->Spec().required ? 2 : 0;
+    return field->Spec().displayOnly ? 1 : 0;
+}
+
+/// What columns of a file can be about: fields of the form, and what only says which record is meant.
 QList<ImportTarget> TargetsOf(const TableDeclaration& table) {
     const QList<GridColumn>& columns = table.spec.columns;
     const QList<ValueField*> fields = PlainFields(*table.form, table.spec);
@@ -84,10 +98,11 @@ QList<ImportTarget> TargetsOf(const TableDeclaration& table) {
     }
     for (int i = 0; i < columns.size(); ++i) {
         Field* field = table.form->FindByColumn(columns[i].tag);
+        const bool isKey = KeyWorth(table, i) > 0;
         if (const qsizetype place = fields.indexOf(field); place >= 0) {
-            targets[place].listColumn = i;
+            targets[place].listColumn = isKey ? i : -1;
             targets[place].names.append(columns[i].caption);
-        } else if (!columns[i].hidden && !columns[i].yesNo && !columns[i].caption.isEmpty()) {
+        } else if (isKey && !columns[i].hidden && !columns[i].caption.isEmpty()) {
             const QString caption =
                 field && !field->PlainCaption().isEmpty() ? field->PlainCaption() : columns[i].caption;
             targets.append({caption, {caption, columns[i].caption, columns[i].tag}, nullptr, i});
@@ -97,21 +112,14 @@ QList<ImportTarget> TargetsOf(const TableDeclaration& table) {
 }
 
 /// By which target records are known unless the operator wants it otherwise: the code, or else the name.
-int UsualKey(const TableSpec& spec, const ImportPlan& plan) {
+int UsualKey(const TableDeclaration& table, const ImportPlan& plan) {
     int best = -1;
     int most = -1;
     for (int i = 0; i < plan.targets.size(); ++i) {
         const ImportTarget& target = plan.targets[i];
         if (target.listColumn < 0 || !plan.columns.contains(i))
             continue;
-        const QString tag = spec.columns[target.listColumn].tag;
-        const bool isCode = target.field && target.field->Name().endsWith("Code");
-        const bool isRequired = target.field && target.field->Spec().required;
-        const int worth = tag == spec.recordTag ? 4
-                          : isCode              ? 3
-                          : tag == spec.nameTag ? 2
-                          : isRequired          ? 1
-                                                : 0;
+        const int worth = KeyWorth(table, target.listColumn);
         if (worth > most) {
             best = i;
             most = worth;
@@ -121,6 +129,13 @@ int UsualKey(const TableSpec& spec, const ImportPlan& plan) {
 }
 
 } // namespace
+
+bool MaintenanceScreen::MayImport(const Table& table) const {
+    bool anyKey = false;
+    for (int i = 0; i < table.spec.columns.size(); ++i)
+        anyKey = anyKey || KeyWorth(table, i) > 0;
+    return anyKey && MayChangeMany(table);
+}
 
 bool MaintenanceScreen::MayChangeMany(const Table& table) const {
     return table.spec.takesMany && m_mayEdit && !m_readOnly && !table.spec.updateRequest.isEmpty() &&
@@ -278,7 +293,7 @@ std::optional<QList<ManySave>> MaintenanceScreen::SavesOf(Table& table, const QS
 }
 
 void MaintenanceScreen::ImportRecords(Table& table) {
-    if (m_state != State::List || !MayChangeMany(table))
+    if (m_state != State::List || !MayImport(table))
         return;
     const QString fileName = App().prompter.AskOpenFile(this, tr("Import from File"),
                                                         tr("Files of separated values (*.csv *.txt *.tsv)"));
@@ -291,7 +306,7 @@ void MaintenanceScreen::ImportRecords(Table& table) {
     if (!plan.file.problem.isEmpty())
         return Tell(plan.file.problem);
     plan.columns = MatchColumns(plan.file.headings, plan.targets);
-    plan.key = UsualKey(table.spec, plan);
+    plan.key = UsualKey(table, plan);
     const QScopedValueRollback quiet(m_readsMany, true);
     frmImportColumns* shown = nullptr;
     const auto preview = [&](const ImportPlan& decided) {

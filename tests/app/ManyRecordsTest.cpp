@@ -36,14 +36,19 @@ protected:
                 continue; // whoever changes his own rights is out
             auto* screen = dynamic_cast<MaintenanceScreen*>(&Open(entry.key));
             const auto tables = screen ? screen->Declaration().tables : QList<TableDeclaration>();
+            QStringList words;
             for (qsizetype i = 0; i < tables.size(); ++i) {
                 const TableSpec& spec = tables[i].spec;
                 auto* tabs = screen->findChild<QTabWidget*>("tabTables");
                 if (tabs)
                     tabs->setCurrentIndex(int(i));
                 SCOPED_TRACE(spec.gridName.toStdString());
-                work(*screen, {tables[i], *screen->findChild<ListGrid*>(spec.gridName),
-                               SubjectOf(spec.getRequest.isEmpty() ? spec.listRequest : spec.getRequest)});
+                const QString word =
+                    SubjectOf(spec.getRequest.isEmpty() ? spec.listRequest : spec.getRequest);
+                if (words.contains(word))
+                    continue; // several lists come in one reply: their records cannot be read by this word
+                words.append(word);
+                work(*screen, {tables[i], *screen->findChild<ListGrid*>(spec.gridName), word});
             }
         }
     }
@@ -259,8 +264,9 @@ TEST_F(ManyRecordsTest, AFileChangesWhatIsChangedInIt) {
                     for (int j = 0; j < tree->topLevelItem(i)->childCount(); ++j)
                         shown.append(tree->topLevelItem(i)->child(j)->text(0) + ": " +
                                      tree->topLevelItem(i)->child(j)->text(2));
-                if (isSaved)
+                if (isSaved) {
                     EXPECT_EQ(shown, expected);
+                }
                 Click(preview, isSaved ? "cmdSave" : "cmdBack");
             });
             Click(dialog, "cmdPreview");
@@ -270,6 +276,7 @@ TEST_F(ManyRecordsTest, AFileChangesWhatIsChangedInIt) {
         import->trigger();
         ASSERT_EQ(Changes() - number, isSaved ? 1 : 0);
         const ImportFile after = exportAll();
+        ASSERT_EQ(after.records.size(), file.records.size());
         for (qsizetype i = 0; i < file.records.size(); ++i)
             EXPECT_EQ(after.records[i].fields,
                       isSaved && i + 1 < lines.size() ? lines[i + 1] : file.records[i].fields);
