@@ -68,7 +68,13 @@ void MaintenanceScreen::AddListTools(Table& table) {
         table.listPage->addAction(action);
     }
     connect(table.grid, &ListGrid::SeveralActivated, change, &QAction::trigger);
-    table.grid->SetMenuActions({change, history, uses, import, exportAll, reload});
+    const auto separator = [&table] {
+        auto* action = new QAction(table.grid);
+        action->setSeparator(true);
+        return action;
+    };
+    table.grid->SetMenuActions(
+        {separator(), change, history, uses, separator(), import, exportAll, separator(), reload});
 }
 
 // Of those that not every screen has: what is declared of the table decides.
@@ -325,7 +331,16 @@ void MaintenanceScreen::ExportAllFields(Table& table) {
     for (const Field* field : table.form->Fields())
         if (!field->Name().isEmpty() && field->GetKind() != Field::Kind::Password)
             fields.append(field);
-    QList<QStringList> records{FileCaptions(fields)};
+    // What only the list tells (of which patron group a policy is) stands in front.
+    QList<qsizetype> listed;
+    QStringList captions;
+    for (int i = 0; i < table.spec.columns.size(); ++i)
+        if (const GridColumn& column = table.spec.columns[i];
+            !table.form->FindByColumn(column.tag) && KeyWorth(table, i) > 0) {
+            listed.append(i);
+            captions.append(column.caption);
+        }
+    QList<QStringList> records{captions + FileCaptions(fields)};
     for (const QString& key : keys) {
         table.form->Clear();
         const GridRow* row = table.grid->Model().FindRow(key);
@@ -334,6 +349,8 @@ void MaintenanceScreen::ExportAllFields(Table& table) {
             return;
         }
         QStringList values;
+        for (const qsizetype column : listed)
+            values.append(ShownText(table.spec.columns[column], row->cells.value(column)));
         for (const Field* field : fields)
             values.append(FileText(*field));
         records.append(values);

@@ -62,20 +62,6 @@ QString FoldedKey(const QString& text) {
     return text.trimmed().toCaseFolded();
 }
 
-/// How well a column of the list says which record is meant; 0: not at all.
-int KeyWorth(const TableDeclaration& table, int column) {
-    const TableSpec& spec = table.spec;
-    const QString tag = spec.columns[column].tag;
-    const Field* field = table.form->FindByColumn(tag);
-    if (tag == spec.recordTag || (field && field->Name().endsWith("Code") && field->Spec().required))
-        return 4;
-    if (tag == spec.nameTag)
-        return 3;
-    if (!field || field->GetKind() == Field::Kind::Text)
-        return field && field->Spec().required ? 2 : 0;
-    return field->Spec().displayOnly ? 1 : 0;
-}
-
 /// What columns of a file can be about: fields of the form, and what only says which record is meant.
 QList<ImportTarget> TargetsOf(const TableDeclaration& table) {
     const QList<GridColumn>& columns = table.spec.columns;
@@ -251,7 +237,9 @@ void MaintenanceScreen::ChangeSelected(Table& table) {
         const auto saves = SavesOf(table, keys, chosen);
         return saves && SaveMany(table, title, ChangeTopic, *saves, &dialog);
     };
-    ChangeDialog dialog(App().prompter, chosen, chosen.LayoutFrom(table.layout),
+    Layout layout = chosen.LayoutFrom(table.layout);
+    layout.children.prepend(Note(tr("Check the fields that are to be written to all of these records.")));
+    ChangeDialog dialog(App().prompter, chosen, layout,
                         {.name = "frmChangeSelected",
                          .title = title,
                          .helpContext = ChangeTopic,
@@ -330,7 +318,11 @@ std::optional<QList<ManySave>> MaintenanceScreen::SavesOf(Table& table, const Im
     QMultiHash<QString, QString> known; // what records are called, and their keys
     for (const GridRow& row : table.grid->Model().Rows()) {
         const QString cell = row.cells.value(key.listColumn);
-        const QString shown = ShownText(table.spec.columns[key.listColumn], cell);
+        QString shown = ShownText(table.spec.columns[key.listColumn], cell);
+        if (const auto* choice = dynamic_cast<const ChoiceField*>(key.field))
+            for (const PickItem& item : choice->Items())
+                if (item.id == cell)
+                    shown = item.text;
         known.insert(FoldedKey(cell), row.key);
         if (FoldedKey(shown) != FoldedKey(cell))
             known.insert(FoldedKey(shown), row.key);

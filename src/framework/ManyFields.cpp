@@ -150,6 +150,25 @@ QList<ValueField*> CommonFields(const Form& form, const TableSpec& spec) {
     return fields;
 }
 
+int KeyWorth(const TableDeclaration& table, int column) {
+    const TableSpec& spec = table.spec;
+    const QString tag = spec.columns[column].tag;
+    if (const Field* field = table.form->FindByColumn(tag)) {
+        const bool isRequired = field->Spec().required;
+        if (tag == spec.recordTag || (isRequired && field->Name().endsWith("Code")))
+            return 4;
+        if (tag == spec.nameTag || (isRequired && field->Name().endsWith("Name")))
+            return 3;
+        return field->Spec().displayOnly ? 1 : 0;
+    }
+    if (!spec.order.request.isEmpty() || spec.columns[column].hidden || spec.columns[column].yesNo)
+        return 0; // ranked rules have no names
+    for (int other = 0; other < spec.columns.size(); ++other)
+        if (table.form->FindByColumn(spec.columns[other].tag) && KeyWorth(table, other) > 0)
+            return 0;
+    return column == 0 ? 2 : 1; // the code stands first
+}
+
 QStringList FieldTitles(const QList<const Field*>& fields, const Layout& layout) {
     QHash<const Field*, QString> around;
     const std::function<void(const Layout&, const QString&)> walk = [&](const Layout& part,

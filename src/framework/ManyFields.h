@@ -9,6 +9,7 @@
 
 namespace sysadmin {
 
+struct TableDeclaration;
 struct TableSpec;
 
 /// The fields that hold one value with which a record itself is saved, and that have a caption: those that a
@@ -17,6 +18,10 @@ QList<ValueField*> PlainFields(const Form& form, const TableSpec& spec);
 /// Of these those that several records can have in common: neither code nor name nor anything else in which
 /// records must differ, no mark that one of them has.
 QList<ValueField*> CommonFields(const Form& form, const TableSpec& spec);
+
+/// How well a column of the list says which record is meant; 0: not at all. What only the list tells counts
+/// where the form has nothing by which a record is known.
+int KeyWorth(const TableDeclaration& table, int column);
 
 /// What the fields are called where they stand without the rest of their form: by their captions, and where
 /// the form has one twice with that of the frame or page around it.

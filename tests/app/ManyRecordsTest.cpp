@@ -228,6 +228,7 @@ TEST_F(ManyRecordsTest, AFileChangesWhatIsChangedInIt) {
             key = dialog.findChild<QComboBox*>("cboKey")->currentText();
             prompter.ExpectBox("Nothing changes: the records are like this already.");
             Click(dialog, "cmdPreview");
+            ASSERT_TRUE(prompter.AllShown());
             Click(dialog, "cmdCancel");
         });
         import->trigger();
