@@ -123,6 +123,9 @@ frmImportColumns::frmImportColumns(Prompter& prompter, const ImportPlan& plan, c
         for (const ImportTarget& target : plan.targets)
             box->addItem(target.caption);
         box->setCurrentIndex(plan.columns.value(i, -1) + 1);
+        // Long captions leave room for the sample.
+        box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+        box->setMinimumContentsLength(24);
         QLabel* heading = plainLabel(plan.file.headings[i]);
         heading->setBuddy(box);
         grid->addWidget(heading, i, 0);

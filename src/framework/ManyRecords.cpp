@@ -75,8 +75,8 @@ frmManyPreview::frmManyPreview(Application& application, const ManyWords& words,
         m_saves[item->data(Name, PlaceRole).toLongLong()].isChosen = item->checkState(Name) == Qt::Checked;
         Refresh();
     });
+    AssignMnemonics(*this); // before any of them is hidden
     ShowSaves();
-    AssignMnemonics(*this);
     tvwRecords->setFocus();
 }
 
@@ -205,8 +205,9 @@ void frmManyPreview::Refresh() {
     if (wrong > 0)
         sentences << tr("%1 cannot be saved: nothing is saved while they are checked.").arg(records(wrong));
     if (saved > 0)
-        sentences << (wrong > 0 ? tr("%1 could be saved.").arg(records(saved))
-                                : tr("%1 will be saved, all of them or none.").arg(records(saved)));
+        sentences << (wrong > 0    ? tr("%1 could be saved.").arg(records(saved))
+                      : saved == 1 ? tr("1 record will be saved.")
+                                   : tr("%1 will be saved, all of them or none.").arg(records(saved)));
     if (leftOut > 0)
         sentences << tr("%1 left out.").arg(records(leftOut));
     if (same > 0)
