@@ -4,8 +4,10 @@
 #include "framework/MaintenanceScreen.h"
 #include "framework/ManyFields.h"
 #include "framework/Utility.h"
+#include "server/Registry.h"
 #include "server/store/Database.h"
 #include "support/ClientTest.h"
+#include "support/RecordChanger.h"
 
 #include <QComboBox>
 #include <QFile>
@@ -54,6 +56,14 @@ protected:
     }
 
     qint64 Changes() { return m_database->FirstValue("SELECT COUNT(*) FROM history_requests").toLongLong(); }
+
+    template <class Kind>
+    static Kind& Find(QObject& root, const QString& name) {
+        auto* found = root.findChild<Kind*>(name);
+        if (!found)
+            throw std::runtime_error("no " + name.toStdString());
+        return *found;
+    }
 
     static QList<QStringList> WordsOf(const std::optional<RecordState>& state) {
         QList<QStringList> words;
@@ -285,6 +295,69 @@ TEST_F(ManyRecordsTest, AFileChangesWhatIsChangedInIt) {
     });
     EXPECT_GT(round, 30);
     EXPECT_GT(changed, 10);
+}
+
+/// Somebody else's change after the preview is told, and neither it nor what was entered is lost.
+TEST_F(ManyRecordsTest, WhatComesInBetweenIsToldAndNothingIsLost) {
+    SignOn("SYSADMIN");
+    auto& screen = dynamic_cast<MaintenanceScreen&>(Open("System_ItemTypes"));
+    auto& grid = Find<ListGrid>(screen, "vsf");
+    m_database = GetLibrary().Connect();
+    testing::RecordChanger somebody(*m_database, GetLibrary().GetRegistry().GetTables());
+    const QStringList keys = grid.Model().ShownKeys().mid(2, 3);
+    grid.SelectKeys(keys);
+    // Several are selected: nothing is offered that is done to one.
+    for (const char* name : {"cmdEdit", "cmdDelete"})
+        EXPECT_FALSE(Find<QPushButton>(screen, name).isEnabled()) << name;
+    const auto stored = [&](const QString& key) {
+        return m_database->FirstValue("SELECT display_name FROM item_types WHERE id=?", {key.toLongLong()})
+            .toString();
+    };
+    const QString before = stored(keys[0]);
+    const auto choose = [&](QDialog& dialog) {
+        Form& form = dynamic_cast<FormDialog&>(dialog).View().GetForm();
+        for (Field* field : form.Fields())
+            if (field->Tag() == u"Dsp") {
+                field->SetChosen(true);
+                static_cast<ValueField*>(field)->SetDraft("For all");
+            }
+        return form.Chosen().size();
+    };
+    prompter.ExpectDialogResult("frmChangeSelected", [&](QDialog& dialog) {
+        ASSERT_EQ(choose(dialog), 1);
+        prompter.ExpectDialogResult("frmManyPreview", [&](QDialog& preview) {
+            EXPECT_TRUE(Find<QPushButton>(preview, "cmdSave").isEnabled());
+            EXPECT_TRUE(somebody.Try([&](server::Records& records) {
+                records.Update("item_types", keys[1].toLongLong(), {{"display_name", "Theirs"}});
+            }));
+            prompter.ExpectBox("Some of the records cannot be saved.  Nothing was saved.");
+            Click(preview, "cmdSave");
+            const auto& tree = Find<QTreeWidget>(preview, "tvwRecords");
+            EXPECT_TRUE(tree.topLevelItem(0)->child(0)->text(0).contains("has changed"));
+            EXPECT_FALSE(Find<QPushButton>(preview, "cmdSave").isEnabled());
+            EXPECT_EQ(stored(keys[0]), before);
+            EXPECT_EQ(stored(keys[1]), "Theirs");
+            Click(preview, "cmdBack");
+        });
+        Click(dialog, "cmdOK");
+        prompter.ExpectDialogResult("frmManyPreview", [&](QDialog& preview) {
+            const auto& tree = Find<QTreeWidget>(preview, "tvwRecords");
+            QStringList befores;
+            for (int i = 0; i < tree.topLevelItemCount(); ++i)
+                befores.append(tree.topLevelItem(i)->child(0)->text(1));
+            EXPECT_TRUE(befores.contains("Theirs")) << befores.join("; ").toStdString();
+            Click(preview, "cmdSave");
+        });
+        Click(dialog, "cmdOK");
+    });
+    Find<QAction>(grid, "mnuChangeSelected").trigger();
+    for (const QString& key : keys)
+        EXPECT_EQ(stored(key), "For all");
+    EXPECT_EQ(grid.SelectedKeys(), keys);
+    SignOn("VIEWER");
+    auto& viewed = Open("System_ItemTypes");
+    EXPECT_FALSE(Find<QAction>(viewed, "mnuChangeSelected").isVisible());
+    EXPECT_FALSE(Find<QAction>(viewed, "mnuImport").isVisible());
 }
 
 } // namespace
