@@ -190,10 +190,9 @@ bool frmCataloging_BulkImportRules::CheckBeforeSave(Table& table) {
     if (m_isUnknown) // and that was reported
         return false;
     const std::optional<Box> question = QuestionBeforeSave(table);
-    return CheckAll(
-               *table.form, *table.view,
-               tr("The following needs to be corrected before you are allowed to complete the save."),
-               texts) &&
+    return CheckAll(*table.form, *table.view,
+                    tr("The following needs to be corrected before you are allowed to complete the save."),
+                    texts) &&
            (!question || App().prompter.ShowBox(this, *question));
 }
 
