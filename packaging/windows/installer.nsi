@@ -55,7 +55,6 @@ FunctionEnd
     Delete "$INSTDIR\LICENSE.txt"
     RMDir /r "$INSTDIR\platforms"
     RMDir /r "$INSTDIR\styles"
-    RMDir /r "$INSTDIR\sqldrivers"
     RMDir /r "$INSTDIR\tls"
     RMDir /r "$INSTDIR\imageformats"
 !macroend

@@ -94,8 +94,10 @@ int main(int argc, char** argv) {
     SetUpProgram(program, line);
     // Whoever only looks leaves no trace in the settings of the operators who work here.
     QTemporaryDir settings;
-    if (onlyPictures)
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings.path());
+    if (onlyPictures) {
+        QSettings::setDefaultFormat(QSettings::IniFormat); // the registry of Windows has no other place
+        QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settings.path());
+    }
     if (!line.tourDir.isEmpty())
         return RunTour(line, arguments);
     if (!line.describeDir.isEmpty()) {
