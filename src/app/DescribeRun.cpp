@@ -21,6 +21,7 @@
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTemporaryDir>
+#include <QTemporaryFile>
 
 namespace sysadmin {
 
@@ -29,6 +30,10 @@ namespace {
 constexpr int MostRecords = 15;
 /// Its screens store nothing: whoever sees them enters what he likes.
 const QString ToolsGroup = "Tools";
+
+/// Where the dialogs are visited that every list has in its menu, and a file that can be imported there.
+const QString ListToolsScreen = "frmAcquisitions_VendorTypes";
+const QByteArray FileToImport = "Cd,Nm\r\nNEW,New vendor type\r\nTOOLONGFORACODE,Refused vendor type\r\n";
 
 /// Dialogs in which there is nothing to enter.
 bool OnlyShows(const QString& dialog) {
@@ -102,8 +107,10 @@ public:
         return dialog.objectName() == u"frmSelectCluster"; // without one the screens behind it stay closed
     }
     QString AskSaveFile(QWidget*, const QString&, const QString&, const QString&) override { return {}; }
-    QString AskOpenFile(QWidget*, const QString&, const QString&) override { return {}; }
+    QString AskOpenFile(QWidget*, const QString&, const QString&) override { return fileToOpen; }
     QString AskFolder(QWidget*, const QString&, const QString&) override { return {}; }
+
+    QString fileToOpen;
 
 private:
     const WindowVisitor& m_visitor;
@@ -113,6 +120,20 @@ private:
 QAbstractButton* ButtonOf(QWidget& screen, const QString& name) {
     auto* button = screen.findChild<QAbstractButton*>(name);
     return button && !button->isHidden() && button->isEnabled() ? button : nullptr;
+}
+
+/// Opens what changes and imports many records.
+void VisitListTools(Screen& screen, VisitingPrompter& prompter) {
+    auto* grid = screen.findChild<ListGrid*>();
+    QTemporaryFile file(QDir::tempPath() + "/records-XXXXXX.csv");
+    if (!grid || !file.open() || file.write(FileToImport) != FileToImport.size() || !file.flush())
+        return;
+    prompter.fileToOpen = file.fileName();
+    grid->selectAll();
+    for (const char* name : {"mnuChangeSelected", "mnuImport"})
+        if (auto* action = grid->findChild<QAction*>(name))
+            action->trigger();
+    prompter.fileToOpen.clear();
 }
 
 /// Opens the first records of the list on the page. Which dialogs a record offers depends on the record: a
@@ -148,6 +169,8 @@ void VisitScreen(Screen& screen, VisitingPrompter& prompter, int helpContext, bo
     if (mayEdit) {
         prompter.Visit(screen, "list", helpContext);
         OpenDialogs(screen);
+        if (screen.objectName() == ListToolsScreen)
+            VisitListTools(screen, prompter);
         if (QAbstractButton* button = ButtonOf(screen, "cmdNew")) {
             button->click();
             prompter.VisitPages(screen, "new", helpContext);
