@@ -88,8 +88,8 @@ int main(int argc, char** argv) {
     const bool onlyPictures = !line.tourDir.isEmpty() || !line.describeDir.isEmpty();
     if (onlyPictures)
         qInstallMessageHandler(PrintMessage);
-    if (onlyPictures && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen"); // pictures need no display
+    if (onlyPictures)
+        PaintWithoutDisplay();
     QApplication program(argc, argv);
     SetUpProgram(program, line);
     // Whoever only looks leaves no trace in the settings of the operators who work here.

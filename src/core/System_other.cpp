@@ -13,6 +13,11 @@ QStringList GivenArguments(int argc, char** argv) {
 
 void JoinConsole() {}
 
+void PaintWithoutDisplay() {
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+}
+
 bool ShowCompiledHelp(int) {
     return false;
 }

@@ -64,6 +64,14 @@ void JoinConsole() {
         return;
 }
 
+void PaintWithoutDisplay() {
+    if (qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        return;
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (!qEnvironmentVariableIsSet("QT_QPA_FONTDIR")) // it does not look where the system has them
+        qputenv("QT_QPA_FONTDIR", qgetenv("WINDIR") + "\\Fonts");
+}
+
 bool ShowCompiledHelp(int helpContext) {
     const QString file = QCoreApplication::applicationDirPath() + "/SysAdmin.chm";
     if (!QFile::exists(file) || !Viewer())
