@@ -33,10 +33,17 @@ Database& Databases::OfThisThread() {
     // Connecting may take its time, and nobody else makes this thread's entry.
     Entry entry{m_library->Connect(), generation, {}};
     Database& database = *entry.database;
+    database.DeferDisk();
     entry.threadEnd = QObject::connect(thread, &QThread::finished, [this] { CloseOfThisThread(); });
     const std::scoped_lock lock(m_mutex);
     m_entries.emplace(thread, std::move(entry));
     return database;
+}
+
+Database* Databases::KeptByThisThread() {
+    const std::scoped_lock lock(m_mutex);
+    const auto entry = m_entries.find(QThread::currentThread());
+    return entry == m_entries.end() ? nullptr : entry->second.database.get();
 }
 
 void Databases::CloseOfThisThread() {

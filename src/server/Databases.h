@@ -13,7 +13,8 @@ namespace sysadmin::server {
 class Database;
 class Library;
 
-/// Connections to a library's database, one for each thread that asks; it goes with its thread.
+/// Connections to a library's database, one for each thread that asks; it goes with its thread. Their commits
+/// do not wait for the disk (`Database::DeferDisk`).
 class Databases {
 public:
     explicit Databases(std::shared_ptr<const Library> library);
@@ -23,6 +24,8 @@ public:
 
     /// The calling thread's connection. Throws `StoreError` when it cannot be opened.
     Database& OfThisThread();
+    /// The same if it is open; null when it is not.
+    Database* KeptByThisThread();
     /// Closes the calling thread's connection; the next use opens another.
     void CloseOfThisThread();
     /// Makes every thread open another connection before its next use: the database went away, and with it

@@ -20,6 +20,7 @@ Listener::Listener(const ServerIdentity& identity, wire::EndpointFactory factory
     , m_limits(limits)
     , m_workers(std::make_unique<WorkerPool>(limits.workers))
     , m_writers(std::make_unique<WorkerPool>(limits.writers)) {
+    m_inbox->listener = this;
     m_configuration = wire::TlsConfiguration();
     m_configuration.setPeerVerifyMode(
         QSslSocket::VerifyNone); // operators prove themselves by their passwords
@@ -35,6 +36,10 @@ Listener::~Listener() {
     close();
     m_workers.reset();
     m_writers.reset();
+    {
+        const std::scoped_lock lock(m_inbox->mutex);
+        m_inbox->listener = nullptr; // what still waits for the disk is told to whoever resumes the session
+    }
     for (auto& [number, peer] : m_peers)
         delete peer.connection;
 }
@@ -76,33 +81,41 @@ void Listener::Handle(quint64 number, const QByteArray& message, const QByteArra
     const WorkerPool::Account account{stranger,
                                       stranger ? peer.connection->Address() : peer.connection->Account()};
     WorkerPool& pool = peer.endpoint->Writes(request) ? *m_writers : *m_workers;
-    pool.Submit(account, [this, number, endpoint = peer.endpoint, alive = peer.alive,
+    pool.Submit(account, [inbox = m_inbox, number, endpoint = peer.endpoint, alive = peer.alive,
                           message = QByteArray(message), request]() mutable {
-        const bool isLong = message.size() > MemoryShares::LargeBytes;
-        auto outcome = std::make_shared<Outcome>();
+        const auto done = [inbox, number, request,
+                           isLong = message.size() > MemoryShares::LargeBytes](const Outcome& outcome) {
+            if (isLong || (outcome.reply && outcome.reply->size() > LongReplyBytes))
+                ReturnFreedMemory();
+            const std::scoped_lock lock(inbox->mutex);
+            Listener* const listener = inbox->listener;
+            if (!listener)
+                return;
+            QMetaObject::invokeMethod(
+                listener,
+                [listener, number, request, outcome] {
+                    listener->Guard(number, [&] { listener->Done(number, request, outcome); });
+                },
+                Qt::QueuedConnection);
+        };
         if (*alive)
-            *outcome = Run(*endpoint, std::exchange(message, {}));
-        if (isLong || (outcome->reply && outcome->reply->size() > LongReplyBytes))
-            ReturnFreedMemory();
-        QMetaObject::invokeMethod(
-            this,
-            [this, number, request, outcome] { Guard(number, [&] { Done(number, request, *outcome); }); },
-            Qt::QueuedConnection);
+            Run(endpoint, std::exchange(message, {}), done);
+        else
+            done({});
     });
     m_handled.insert(number); // what comes of it arrives in this thread, later
 }
 
-Listener::Outcome Listener::Run(wire::Endpoint& endpoint, QByteArray message) {
-    Outcome outcome;
+void Listener::Run(const std::shared_ptr<wire::Endpoint>& endpoint, QByteArray message,
+                   const std::function<void(Outcome)>& done) {
     try {
-        outcome.reply = endpoint.Handle(message);
-        outcome.account = endpoint.Account();
-        outcome.messageLimit = endpoint.MessageLimit();
+        endpoint->HandleThen(message, [endpoint, done](std::optional<QByteArray> reply) {
+            done({std::move(reply), endpoint->Account(), endpoint->MessageLimit()});
+        });
     } catch (const std::exception& error) {
         qWarning("A connection ends: %s", error.what());
-        outcome.reply.reset();
+        done({});
     }
-    return outcome;
 }
 
 void Listener::Done(quint64 number, const QByteArray& request, const Outcome& outcome) {
@@ -122,6 +135,7 @@ void Listener::Done(quint64 number, const QByteArray& request, const Outcome& ou
     const bool signsOn = !connection.IsSignedOn() && !outcome.account.isEmpty();
     if (signsOn)
         MakeRoomForSession();
+    m_signedOn += int(!outcome.account.isEmpty()) - int(connection.IsSignedOn());
     connection.SetAccount(outcome.account, outcome.messageLimit);
     connection.Reply(*outcome.reply);
     if (connection.Unsent() > 0)
@@ -145,6 +159,7 @@ void Listener::Remove(quint64 number) {
     if (peer == m_peers.end())
         return;
     *peer->second.alive = false;
+    m_signedOn -= int(peer->second.connection->IsSignedOn());
     peer->second.connection->deleteLater();
     m_peers.erase(peer);
     m_waiting.erase(number);
@@ -153,15 +168,12 @@ void Listener::Remove(quint64 number) {
 }
 
 void Listener::MakeRoomForStranger() {
-    QHash<QString, int> counts;
-    int strangers = 0;
-    for (const auto& [number, peer] : m_peers)
-        if (!peer.connection->IsSignedOn()) {
-            ++strangers;
-            ++counts[peer.connection->Address()];
-        }
-    if (strangers < m_limits.strangers)
+    if (CountConnections() - m_signedOn < m_limits.strangers)
         return;
+    QHash<QString, int> counts;
+    for (const auto& [number, peer] : m_peers)
+        if (!peer.connection->IsSignedOn())
+            ++counts[peer.connection->Address()];
     PeerConnection* idlest = nullptr;
     const auto rank = [&](const PeerConnection* connection) {
         return std::pair(counts.value(connection->Address()), connection->IdleTime());
@@ -174,16 +186,14 @@ void Listener::MakeRoomForStranger() {
 }
 
 void Listener::MakeRoomForSession() {
-    int sessions = 0;
+    if (m_signedOn < m_limits.sessions)
+        return;
     PeerConnection* idlest = nullptr;
-    for (const auto& [number, peer] : m_peers) {
-        if (!peer.connection->IsSignedOn())
-            continue;
-        ++sessions;
-        if (!peer.connection->IsBusy() && (!idlest || peer.connection->IdleTime() > idlest->IdleTime()))
+    for (const auto& [number, peer] : m_peers)
+        if (peer.connection->IsSignedOn() && !peer.connection->IsBusy() &&
+            (!idlest || peer.connection->IdleTime() > idlest->IdleTime()))
             idlest = peer.connection;
-    }
-    if (sessions >= m_limits.sessions && idlest)
+    if (idlest)
         idlest->Leave();
 }
 

@@ -11,6 +11,7 @@
 
 #include <atomic>
 #include <map>
+#include <mutex>
 #include <set>
 
 namespace sysadmin::server {
@@ -72,7 +73,13 @@ private:
     /// Runs what may cost the connection, and it alone, when it throws.
     void Guard(quint64 number, const std::function<void()>& work);
     void Handle(quint64 number, const QByteArray& message, const QByteArray& request);
-    static Outcome Run(wire::Endpoint& endpoint, QByteArray message);
+    /// Where what comes of messages arrives, from whatever thread, as long as the listener is there.
+    struct Inbox {
+        std::mutex mutex;
+        Listener* listener = nullptr;
+    };
+    static void Run(const std::shared_ptr<wire::Endpoint>& endpoint, QByteArray message,
+                    const std::function<void(Outcome)>& done);
     void Done(quint64 number, const QByteArray& request, const Outcome& outcome);
     void Granted(quint64 number);
     void Remove(quint64 number);
@@ -86,6 +93,8 @@ private:
     MemoryShares m_shares;
     std::map<quint64, Peer> m_peers;
     quint64 m_lastNumber = 0;
+    int m_signedOn = 0; ///< how many of them are
+    std::shared_ptr<Inbox> m_inbox = std::make_shared<Inbox>();
     /// Messages that wait until a long reply has memory.
     std::map<quint64, std::pair<QByteArray, QByteArray>> m_waiting;
     std::set<quint64> m_handled; ///< being handled; their connections may be gone

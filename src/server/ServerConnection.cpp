@@ -8,6 +8,8 @@
 #include "wire/Codec.h"
 #include "wire/ManyChanges.h"
 
+#include <future>
+
 namespace sysadmin::server {
 
 namespace {
@@ -70,6 +72,28 @@ Database& ServerConnection::GetDatabase() {
 }
 
 std::optional<QByteArray> ServerConnection::Handle(const QByteArray& message) {
+    std::promise<std::optional<QByteArray>> reply;
+    HandleThen(message, [&](std::optional<QByteArray> answer) { reply.set_value(std::move(answer)); });
+    return reply.get_future().get();
+}
+
+void ServerConnection::HandleThen(const QByteArray& message, const Answered& answered) {
+    std::optional<QByteArray> reply = Carry(message);
+    Database* const database = m_databases->KeptByThisThread();
+    if (!reply || !database || !database->HasCommitted()) {
+        answered(std::move(reply));
+        return;
+    }
+    database->WhenOnDisk([library = m_library, databases = m_databases, reply, answered](bool onDisk) {
+        if (!onDisk) { // whether the change was kept is known to whoever resumes the session
+            library->Errors().Write("The library's log cannot be brought to the disk.");
+            databases->RenewAll();
+        }
+        answered(onDisk ? reply : std::nullopt);
+    });
+}
+
+std::optional<QByteArray> ServerConnection::Carry(const QByteArray& message) {
     const auto request =
         wire::DecodeRequest(message, IsSignedOn() ? wire::Limits() : wire::Limits::BeforeSignOn());
     if (!request)

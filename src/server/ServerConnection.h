@@ -20,6 +20,7 @@ public:
     ~ServerConnection() override;
 
     std::optional<QByteArray> Handle(const QByteArray& message) override;
+    void HandleThen(const QByteArray& message, const Answered& answered) override;
     QString Account() const override { return IsSignedOn() ? m_operator : QString(); }
     bool Writes(const QByteArray& request) const override;
     qint64 MessageLimit() const override;
@@ -28,6 +29,8 @@ public:
 
 private:
     Database& GetDatabase();
+    /// Handles a message, the disk apart.
+    std::optional<QByteArray> Carry(const QByteArray& message);
     std::optional<QByteArray> HandleSessionRequest(const wire::Request& request);
     std::optional<QByteArray> HandleNumbered(const wire::Request& request);
     Answer Hello();

@@ -68,7 +68,7 @@ void WorkerPool::Run() {
         --done->second.running;
         if (done->second.running == 0 && done->second.waiting.empty())
             m_queues.erase(done);
-        m_changed.notify_all(); // an account that had as many threads as it may have can go on
+        // Of an account that had as many threads as it may have one piece more can be done: by this thread.
     }
 }
 

@@ -16,6 +16,12 @@ public:
     virtual ~Endpoint() = default;
     /// The encoded reply to one encoded request; none when the peer broke the protocol and must be cut off.
     virtual std::optional<QByteArray> Handle(const QByteArray& message) = 0;
+    /// Answers as `Handle` does, but later when the reply has to wait for something, and then from another
+    /// thread. Until then the endpoint takes no other message.
+    using Answered = std::function<void(std::optional<QByteArray> reply)>;
+    virtual void HandleThen(const QByteArray& message, const Answered& answered) {
+        answered(Handle(message));
+    }
     /// Who is signed on; empty while nobody is. Peers share the server fairly by this.
     virtual QString Account() const = 0;
     /// Whether a request of this name may write, and so have to wait for the changes of others. May be asked

@@ -7,6 +7,7 @@
 #include <QTemporaryDir>
 #include <QThread>
 
+#include <future>
 #include <thread>
 
 namespace sysadmin::testing {
@@ -49,25 +50,40 @@ TEST(LogSyncTest, EverybodyWhoWaitsIsServedAndAMissingLogIsTold) {
     const QTemporaryDir folder;
     const StoreAddress address = StoreAddress::InDirectory(folder.path());
     LogSync sync;
-    EXPECT_THROW(sync.Wait(address.file), StoreError);
+    const quint64 lost = sync.Open(address);
+    EXPECT_THROW(sync.Wait(lost), StoreError);
     Database database(address);
     database.Run("CREATE TABLE things (id INTEGER)");
+    const quint64 way = sync.Open(address);
+    EXPECT_THROW(sync.Wait(lost), StoreError)
+        << "what was committed before the way was lost may be lost, too";
     std::atomic<int> served = 0;
     std::vector<std::thread> threads;
     for (int i = 0; i < 20; ++i)
         threads.emplace_back([&] {
             for (int j = 0; j < 20; ++j) {
-                sync.Wait(address.file);
+                sync.Wait(sync.Open(address));
                 ++served;
             }
         });
     for (std::thread& thread : threads)
         thread.join();
     EXPECT_EQ(served, 400);
+    EXPECT_EQ(sync.Open(address), way);
+    // A connection that defers the disk says so; one that does not has waited when the commit returns.
+    RunInTransaction(database, [&] { database.Run("INSERT INTO things VALUES (?)", {1}); });
+    EXPECT_FALSE(database.HasCommitted());
+    database.DeferDisk();
+    RunInTransaction(database, [&] { database.Run("INSERT INTO things VALUES (?)", {2}); });
+    EXPECT_TRUE(database.HasCommitted());
+    std::promise<bool> onDisk;
+    database.WhenOnDisk([&](bool done) { onDisk.set_value(done); });
+    EXPECT_TRUE(onDisk.get_future().get());
+    EXPECT_FALSE(database.HasCommitted());
     // Whoever removes the log takes away what was committed to it.
     QFile::remove(address.file + "-wal");
-    EXPECT_THROW(RunInTransaction(database, [&] { database.Run("INSERT INTO things VALUES (1)"); }),
-                 StoreError);
+    RunInTransaction(database, [&] { database.Run("INSERT INTO things VALUES (?)", {3}); });
+    EXPECT_THROW(database.WaitForDisk(), StoreError);
 }
 
 /// Two servers, each a program of its own as far as they know, on one library.

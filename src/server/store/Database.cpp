@@ -114,7 +114,8 @@ Database::Database(const StoreAddress& address, std::shared_ptr<WriterQueue> wri
             file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
         m_connection = OpenSqlite(address, BusyMilliseconds);
         // With a log the disk is waited for after the writer's turn: see Commit.
-        m_syncsLog = FirstValue("PRAGMA journal_mode=WAL").toString() == "wal" && LogSync::IsAvailable();
+        m_syncsLog =
+            FirstValue("PRAGMA journal_mode=WAL").toString() == "wal" && LogSync::IsAvailable(address.engine);
         RunOnce(m_syncsLog ? "PRAGMA synchronous=NORMAL" : "PRAGMA synchronous=FULL");
         RunOnce("PRAGMA foreign_keys=ON");
         m_file = IdentityOf(address.file);
@@ -123,6 +124,7 @@ Database::Database(const StoreAddress& address, std::shared_ptr<WriterQueue> wri
     m_connection = OpenPostgreSql(address);
     RunOnce("SET client_min_messages=warning");
     RunOnce("SET synchronous_commit=on");
+    m_syncsLog = true;
     RunOnce("SET lock_timeout=" + QString::number(m_patience.count()));
     // A machine that vanished in the middle of a change does not keep all others waiting.
     RunOnce("SET idle_in_transaction_session_timeout='60s'");
@@ -134,6 +136,18 @@ Database::~Database() = default;
 void Database::CheckFile() const {
     if (IdentityOf(m_address.file) != m_file)
         throw StoreError(StoreError::Kind::Lost, FileIsGone(m_address.file));
+}
+
+void Database::WhenOnDisk(LogSync::Told told) {
+    if (const quint64 way = std::exchange(m_committed, 0))
+        m_writers->Log().Then(way, std::move(told));
+    else
+        told(true);
+}
+
+void Database::WaitForDisk() {
+    if (const quint64 way = std::exchange(m_committed, 0))
+        m_writers->Log().Wait(way);
 }
 
 bool Database::TryImmediate() {

@@ -102,6 +102,17 @@ public:
     /// All values of the first column.
     Values FirstColumn(const QString& sql, const Values& values = {});
 
+    /// From now on commits do not wait for the disk: whoever uses this connection asks `WhenOnDisk` before he
+    /// tells anybody of what was committed.
+    void DeferDisk() { m_defersDisk = true; }
+    /// Whether there is something to wait for.
+    bool HasCommitted() const { return m_committed != 0; }
+    /// Calls `told`, at once or from another thread, when what was committed here is on the disk or cannot be
+    /// brought there.
+    void WhenOnDisk(LogSync::Told told);
+    /// The same, waiting. Throws `StoreError` when it cannot be brought there.
+    void WaitForDisk();
+
     QStringList TableNames() const;
     bool HasTable(const QString& table) const { return TableNames().contains(table); }
     QStringList ColumnsOf(const QString& table) const;
@@ -123,7 +134,9 @@ private:
     std::shared_ptr<WriterQueue> m_writers;
     std::chrono::milliseconds m_patience;
     std::pair<quint64, quint64> m_file; ///< which file is open; SQLite only
-    bool m_syncsLog = false;            ///< the disk is waited for after a commit and not in it; SQLite only
+    bool m_syncsLog = false;            ///< the disk is waited for after a commit and not in it
+    quint64 m_committed = 0; ///< the way to the disk on which a commit is still to be waited for; 0: none is
+    bool m_defersDisk = false; ///< and that is done by who uses this
     std::unique_ptr<EngineConnection> m_connection;
     Kept m_prepared; ///< by their texts; nothing in the place of one that is in use
 };
@@ -143,7 +156,7 @@ public:
     ~Transaction();
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
-    /// Makes the changes lasting: they are on disk when this returns.
+    /// Makes the changes lasting: they are on disk when this returns, unless the connection defers that.
     void Commit();
 
 private:
@@ -154,6 +167,7 @@ private:
 
     WriterQueue::Turn m_turn; // ends after the transaction
     Database& m_database;
+    quint64 m_way = 0; ///< to the disk
     bool m_open = true;
 };
 

@@ -31,6 +31,8 @@ void Transaction::BeginWriting(bool wait) {
     m_turn = wait ? m_database.m_writers->Wait(deadline) : m_database.m_writers->TakeIfFree();
     if (!m_turn)
         throw StoreError(StoreError::Kind::Busy, "Other changes take too long.");
+    if (m_database.m_syncsLog)
+        m_way = m_database.m_writers->Log().Open(m_database.m_address);
     if (m_database.GetEngine() == StoreAddress::Engine::Sqlite) {
         BeginImmediate(wait ? deadline : WriterQueue::Clock::now());
         return;
@@ -100,20 +102,12 @@ void Transaction::Commit() {
     if (!m_turn)
         return;
     m_turn.End();
-    // The log is written in order, so whatever is committed with a wait for the disk takes all before it
-    // there: one wait serves all who wait at the time, and the next changes go on meanwhile. If it fails,
-    // nobody knows whether the change outlives the database server.
-    if (m_database.GetEngine() == StoreAddress::Engine::Sqlite) {
+    if (m_database.GetEngine() == StoreAddress::Engine::Sqlite)
         m_database.CheckFile();
-        if (m_database.m_syncsLog)
-            m_database.m_writers->Log().Wait(m_database.m_address.file);
-        return;
-    }
-    try {
-        m_database.RunOnce("SELECT pg_logical_emit_message(true, 'sysadmin', '')");
-    } catch (const StoreError& error) {
-        throw StoreError(StoreError::Kind::Lost, error.Text());
-    }
+    // One wait for the disk serves all who committed before it, and the next changes go on meanwhile.
+    m_database.m_committed = m_way;
+    if (!m_database.m_defersDisk)
+        m_database.WaitForDisk();
 }
 
 bool RunInTransaction(Database& database, Transaction::Mode mode, const std::function<bool()>& work) {
