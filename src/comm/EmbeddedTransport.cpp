@@ -1,42 +1,97 @@
 #include "comm/EmbeddedTransport.h"
 
+#include "comm/LibraryThread.h"
+#include "comm/Waiting.h"
 #include "wire/Codec.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
 
 namespace sysadmin {
+
+struct EmbeddedTransport::Line {
+    std::unique_ptr<wire::Endpoint> endpoint;
+    std::optional<QByteArray> reply;
+    LibraryThread thread; // goes first, and with it whoever uses the rest
+};
 
 EmbeddedTransport::EmbeddedTransport(const QString& libraryDir, EndpointMaker makeEndpoints)
     : m_libraryDir(libraryDir)
     , m_makeEndpoints(std::move(makeEndpoints)) {}
 
+EmbeddedTransport::~EmbeddedTransport() {
+    Close();
+}
+
+bool EmbeddedTransport::Await(std::optional<std::chrono::milliseconds> limit) {
+    // Blocking is what makes a quick reply quick; in a long wait the windows get their turn between the
+    // slices.
+    for (const QDeadlineTimer deadline(limit ? QDeadlineTimer(*limit) : QDeadlineTimer::Forever);;) {
+        if (m_line->thread.IsDone(Waiting::Slice))
+            return true;
+        if (deadline.hasExpired())
+            return false;
+        Pump();
+    }
+}
+
+void EmbeddedTransport::Close() {
+    if (!m_line)
+        return;
+    Line& line = *m_line;
+    line.thread.Begin([&line] { line.endpoint.reset(); });
+    line.thread.End();
+    m_left.push_back(std::move(m_line));
+    std::erase_if(m_left, [](const auto& left) { return left->thread.IsDone(Waiting::Slice); });
+}
+
 QString EmbeddedTransport::Open() {
     ClearFailure();
-    if (!m_factory) {
-        QString error;
-        m_factory = m_makeEndpoints(m_libraryDir, &error);
+    Close();
+    m_line = std::make_unique<Line>();
+    QString error;
+    m_line->thread.Begin([this, &error] {
         if (!m_factory)
-            return Fail(TransportFailure::Refused,
-                        tr("The library in %1 cannot be opened: %2")
-                            .arg(QDir::toNativeSeparators(m_libraryDir),
-                                 error.isEmpty() ? tr("there is no reason given.") : error));
+            m_factory = m_makeEndpoints(m_libraryDir, &error);
+        if (m_factory)
+            m_line->endpoint = m_factory("local");
+    });
+    Await({});
+    if (!m_factory) {
+        Close();
+        return Fail(TransportFailure::Refused,
+                    tr("The library in %1 cannot be opened: %2")
+                        .arg(QDir::toNativeSeparators(m_libraryDir),
+                             error.isEmpty() ? tr("there is no reason given.") : error));
     }
-    m_endpoint = m_factory("local");
-    if (!m_endpoint)
+    if (!m_line->endpoint) {
+        Close();
         return Fail(TransportFailure::Unreachable,
                     tr("The library in %1 takes no connection.").arg(QDir::toNativeSeparators(m_libraryDir)));
+    }
     return {};
 }
 
-std::optional<QByteArray> EmbeddedTransport::Exchange(const QByteArray& message, std::chrono::milliseconds) {
+std::optional<QByteArray> EmbeddedTransport::Exchange(const QByteArray& message,
+                                                      std::chrono::milliseconds timeLimit) {
     ClearFailure();
-    if (!m_endpoint) {
+    if (!m_line) {
         Fail(TransportFailure::Lost, tr("The library is not open."));
         return {};
     }
-    std::optional<QByteArray> reply;
-    if (message.size() <= m_endpoint->MessageLimit())
-        reply = m_endpoint->Handle(message);
+    Line& line = *m_line;
+    line.reply.reset();
+    line.thread.Begin([&line, message] {
+        if (message.size() <= line.endpoint->MessageLimit())
+            line.reply = line.endpoint->Handle(message);
+    });
+    if (!Await(timeLimit)) {
+        Close();
+        Fail(TransportFailure::TimeLimit,
+             tr("The library in %1 has not answered in time.").arg(QDir::toNativeSeparators(m_libraryDir)));
+        return {};
+    }
+    const std::optional<QByteArray> reply = std::exchange(line.reply, {});
     if (!reply) {
         Close();
         Fail(TransportFailure::Lost, tr("The library has ended the connection."));

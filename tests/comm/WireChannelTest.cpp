@@ -4,10 +4,12 @@
 #include "comm/PasswordEncoder.h"
 #include "comm/SessionData.h"
 #include "comm/TraceLog.h"
+#include "comm/Waiting.h"
 #include "wire/Codec.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QSemaphore>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -254,6 +256,50 @@ TEST(EmbeddedTransport, CarriesMessagesOpensOnceAndRefusesWhatANetworkWould) {
     server.hello = {{"LIB", QString(70000, 'x')}};
     EXPECT_FALSE(transport.Exchange(hello, 1s));
     EXPECT_EQ(int(transport.LastFailure()), int(TransportFailure::Broken));
+}
+
+/// Answers when it is let go.
+class HeldEndpoint : public wire::Endpoint {
+public:
+    explicit HeldEndpoint(QSemaphore& letGo)
+        : m_letGo(letGo) {}
+    std::optional<QByteArray> Handle(const QByteArray&) override {
+        m_letGo.acquire();
+        return wire::Encode(wire::Reply{0, 0, {{"LIB", "Held"}}});
+    }
+    QString Account() const override { return {}; }
+    bool Writes(const QByteArray&) const override { return false; }
+    qint64 MessageLimit() const override { return wire::Limits().message; }
+
+private:
+    QSemaphore& m_letGo;
+};
+
+// Another program holds the library: the window lives, the time limit holds, and the next connection does not
+// stand behind the one that was given up.
+TEST(EmbeddedTransport, WaitsForTheLibraryAsForANetwork) {
+    QSemaphore letGo;
+    EmbeddedTransport transport("/the/library", [&](const QString&, QString*) {
+        return [&](const QString&) { return std::make_unique<HeldEndpoint>(letGo); };
+    });
+    ASSERT_EQ(transport.Open(), QString());
+    QStringList told;
+    const WaitObserver observer = [&](const QString& request, bool waiting) {
+        told.append(request + (waiting ? " begins" : " ends"));
+    };
+    const QByteArray hello = wire::Encode(wire::Request{0, "Hello", {}});
+    {
+        Waiting waiting("Hello", observer);
+        transport.SetWaiting(&waiting);
+        EXPECT_FALSE(transport.Exchange(hello, 400ms));
+        transport.SetWaiting(nullptr);
+    }
+    EXPECT_EQ(told, (QStringList{"Hello begins", "Hello ends"}));
+    EXPECT_EQ(int(transport.LastFailure()), int(TransportFailure::TimeLimit));
+    EXPECT_FALSE(transport.IsOpen());
+    ASSERT_EQ(transport.Open(), QString());
+    letGo.release(2);
+    EXPECT_TRUE(transport.Exchange(hello, 1min));
 }
 
 } // namespace
