@@ -135,7 +135,9 @@ void Robot::Tick() {
     }
     // An action that opens a dialog does not return before the dialog closes: the next steps run meanwhile.
     ScheduleTick();
-    QWidget* control = FindControl(m_steps.first().control);
+    // At a busy cursor it waits, as an operator does: what is clicked and typed then is dropped.
+    const bool isBusy = QGuiApplication::overrideCursor();
+    QWidget* control = isBusy ? nullptr : FindControl(m_steps.first().control);
     if (!control) {
         m_waited += TickMilliseconds;
         if (m_waited > GiveUpMilliseconds)
