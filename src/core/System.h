@@ -13,8 +13,8 @@ QStringList GivenArguments(int argc, char** argv);
 /// started.
 void JoinConsole();
 
-/// Lets the program paint without a display, unless the environment says otherwise. To be called before there
-/// is an application.
+/// Lets the program paint where there is no display, unless the environment says otherwise. To be called
+/// before there is an application.
 void PaintWithoutDisplay();
 
 /// Shows a topic of the compiled help (0: its contents) in the system's viewer. Answers whether the viewer

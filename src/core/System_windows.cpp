@@ -64,13 +64,8 @@ void JoinConsole() {
         return;
 }
 
-void PaintWithoutDisplay() {
-    if (qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        return;
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    if (!qEnvironmentVariableIsSet("QT_QPA_FONTDIR")) // it does not look where the system has them
-        qputenv("QT_QPA_FONTDIR", qgetenv("WINDIR") + "\\Fonts");
-}
+// There always is a display; without it Qt would not find the system's fonts.
+void PaintWithoutDisplay() {}
 
 bool ShowCompiledHelp(int helpContext) {
     const QString file = QCoreApplication::applicationDirPath() + "/SysAdmin.chm";
