@@ -14,6 +14,7 @@ ELSEWHERE = {
     "maintenance": "frmAcquisitions_VendorTypes.edit",
     "50105": "frmAcquisitions_VendorTypes.edit",
     "50107": "frmSystem_Locations.list",
+    "50111": "frmMain.list",
     "50205": "frmOPAC_HoldGroup.list",
     "20210": "frmCallSlip_Rules.list",
     "50452": "frmCataloging_MARCFieldOrderingRules.edit",

@@ -31,8 +31,9 @@ constexpr int MostRecords = 15;
 /// Its screens store nothing: whoever sees them enters what he likes.
 const QString ToolsGroup = "Tools";
 
-/// Where the dialogs are visited that every list has in its menu, and a file that can be imported there.
-const QString ListToolsScreen = "frmAcquisitions_VendorTypes";
+/// Dialogs that nearly every list has in its menu are visited once: on which screens, by which entry.
+const QHash<QString, QString> ListTools{{"frmAcquisitions_VendorTypes", "mnuImport"},
+                                        {"frmSystem_Locations", "mnuChangeSelected"}};
 const QByteArray FileToImport = "Cd,Nm\r\nNEW,New vendor type\r\nTOOLONGFORACODE,Refused vendor type\r\n";
 
 /// Dialogs in which there is nothing to enter.
@@ -122,17 +123,21 @@ QAbstractButton* ButtonOf(QWidget& screen, const QString& name) {
     return button && !button->isHidden() && button->isEnabled() ? button : nullptr;
 }
 
-/// Opens what changes and imports many records.
+/// Opens what changes or imports many records; two are selected.
 void VisitListTools(Screen& screen, VisitingPrompter& prompter) {
-    auto* grid = screen.findChild<ListGrid*>();
     QTemporaryFile file(QDir::tempPath() + "/records-XXXXXX.csv");
-    if (!grid || !file.open() || file.write(FileToImport) != FileToImport.size() || !file.flush())
+    if (!file.open() || file.write(FileToImport) != FileToImport.size() || !file.flush())
         return;
     prompter.fileToOpen = file.fileName();
-    grid->selectAll();
-    for (const char* name : {"mnuChangeSelected", "mnuImport"})
-        if (auto* action = grid->findChild<QAction*>(name))
-            action->trigger();
+    for (QAction* action : screen.findChildren<QAction*>(ListTools.value(screen.objectName()))) {
+        auto* grid = qobject_cast<ListGrid*>(action->parent());
+        if (!grid || !action->isVisible() || grid->Model().rowCount() < 2)
+            continue;
+        const QItemSelection both(grid->model()->index(0, 0), grid->model()->index(1, 0));
+        grid->selectionModel()->select(both, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+        action->trigger();
+        break;
+    }
     prompter.fileToOpen.clear();
 }
 
@@ -169,7 +174,7 @@ void VisitScreen(Screen& screen, VisitingPrompter& prompter, int helpContext, bo
     if (mayEdit) {
         prompter.Visit(screen, "list", helpContext);
         OpenDialogs(screen);
-        if (screen.objectName() == ListToolsScreen)
+        if (ListTools.contains(screen.objectName()))
             VisitListTools(screen, prompter);
         if (QAbstractButton* button = ButtonOf(screen, "cmdNew")) {
             button->click();
