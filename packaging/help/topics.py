@@ -23,6 +23,9 @@ ELSEWHERE = {
     "50642": "frmSearch_BibLinking.list",
 }
 
+# Their windows show fields of whatever records they are opened for.
+OF_ANY_RECORDS = {"50109", "50110"}
+
 FIELDS = {"EditableText", "ComboBox", "SpinBox", "Table", "List", "Tree"}
 
 
