@@ -21,7 +21,6 @@
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTemporaryDir>
-#include <QTemporaryFile>
 
 namespace sysadmin {
 
@@ -125,8 +124,9 @@ QAbstractButton* ButtonOf(QWidget& screen, const QString& name) {
 
 /// Opens what changes or imports many records; two are selected.
 void VisitListTools(Screen& screen, VisitingPrompter& prompter) {
-    QTemporaryFile file(QDir::tempPath() + "/records-XXXXXX.csv");
-    if (!file.open() || file.write(FileToImport) != FileToImport.size() || !file.flush())
+    const QTemporaryDir folder;
+    QFile file(folder.filePath("vendor-types.csv"));
+    if (!file.open(QIODevice::WriteOnly) || file.write(FileToImport) != FileToImport.size() || !file.flush())
         return;
     prompter.fileToOpen = file.fileName();
     for (QAction* action : screen.findChildren<QAction*>(ListTools.value(screen.objectName()))) {
