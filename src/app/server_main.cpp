@@ -120,7 +120,7 @@ int main(int argc, char** argv) {
     const auto& options = std::get<ServerOptions>(asked);
     if (options.check)
         return CheckLibrary(options, [](const QString& sentence) { Print(stdout, sentence); }) ? 0 : 1;
-    if (options.task != ServerOptions::Task::None || !options.historyFile.isEmpty())
+    if (options.task != ServerOptions::Task::None)
         return RunSettings(options, {.tell = [](const QString& line) { Print(stdout, line); },
                                      .complain = [](const QString& line) { Print(stderr, line); }});
     return Serve(options);

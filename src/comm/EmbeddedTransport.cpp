@@ -1,18 +1,38 @@
 #include "comm/EmbeddedTransport.h"
 
-#include "comm/LibraryThread.h"
 #include "comm/Waiting.h"
 #include "wire/Codec.h"
 
 #include <QDeadlineTimer>
 #include <QDir>
+#include <QSemaphore>
+#include <QThreadPool>
 
 namespace sysadmin {
+
+namespace {
+
+constexpr int SliceMs = int(Waiting::Slice.count());
+
+} // namespace
 
 struct EmbeddedTransport::Line {
     std::unique_ptr<wire::Endpoint> endpoint;
     std::optional<QByteArray> reply;
-    LibraryThread thread; // goes first, and with it whoever uses the rest
+    QSemaphore done;  // one for each piece of work that has ended
+    QThreadPool pool; // goes first, and with it whoever uses the rest
+
+    Line() {
+        pool.setMaxThreadCount(1);
+        pool.setExpiryTimeout(-1);
+    }
+
+    void Begin(std::function<void()> work) {
+        pool.start([this, work = std::move(work)] {
+            work();
+            done.release();
+        });
+    }
 };
 
 EmbeddedTransport::EmbeddedTransport(const QString& libraryDir, EndpointMaker makeEndpoints)
@@ -27,7 +47,7 @@ bool EmbeddedTransport::Await(std::optional<std::chrono::milliseconds> limit) {
     // Blocking is what makes a quick reply quick; in a long wait the windows get their turn between the
     // slices.
     for (const QDeadlineTimer deadline(limit ? QDeadlineTimer(*limit) : QDeadlineTimer::Forever);;) {
-        if (m_line->thread.IsDone(Waiting::Slice))
+        if (m_line->done.tryAcquire(1, SliceMs))
             return true;
         if (deadline.hasExpired())
             return false;
@@ -39,10 +59,9 @@ void EmbeddedTransport::Close() {
     if (!m_line)
         return;
     Line& line = *m_line;
-    line.thread.Begin([&line] { line.endpoint.reset(); });
-    line.thread.End();
+    line.Begin([&line] { line.endpoint.reset(); });
     m_left.push_back(std::move(m_line));
-    std::erase_if(m_left, [](const auto& left) { return left->thread.IsDone(Waiting::Slice); });
+    std::erase_if(m_left, [](const auto& left) { return left->pool.waitForDone(SliceMs); });
 }
 
 QString EmbeddedTransport::Open() {
@@ -50,7 +69,7 @@ QString EmbeddedTransport::Open() {
     Close();
     m_line = std::make_unique<Line>();
     QString error;
-    m_line->thread.Begin([this, &error] {
+    m_line->Begin([this, &error] {
         if (!m_factory)
             m_factory = m_makeEndpoints(m_libraryDir, &error);
         if (m_factory)
@@ -81,7 +100,7 @@ std::optional<QByteArray> EmbeddedTransport::Exchange(const QByteArray& message,
     }
     Line& line = *m_line;
     line.reply.reset();
-    line.thread.Begin([&line, message] {
+    line.Begin([&line, message] {
         if (message.size() <= line.endpoint->MessageLimit())
             line.reply = line.endpoint->Handle(message);
     });

@@ -129,9 +129,6 @@ struct TableSpec {
     /// Whether selected records can be changed together and records be imported from a file: where a save is
     /// the ordinary one.
     bool takesMany = true;
-    /// Tags of fields in which no two records may be the same, besides code and name: they are not changed
-    /// together.
-    QStringList uniqueTags{};
 
     /// Whether the cluster has a place of its own among the fields of a save.
     bool PlacesCluster() const { return !clusterTag.isEmpty() && putOrder.contains(clusterTag); }

@@ -119,10 +119,10 @@ frmImportColumns::frmImportColumns(Prompter& prompter, const ImportPlan& plan, c
         auto* box = new QComboBox(columns);
         box->setObjectName("cboColumn_" + QString::number(i));
         box->setAccessibleName(plan.file.headings[i]);
-        box->addItem(tr("(not imported)"));
-        for (const ImportTarget& target : plan.targets)
-            box->addItem(target.caption);
-        box->setCurrentIndex(plan.columns.value(i, -1) + 1);
+        box->addItem(tr("(not imported)"), -1);
+        for (int place = 0; place < plan.targets.size(); ++place)
+            box->addItem(plan.targets[place].caption, place);
+        box->setCurrentIndex(box->findData(plan.columns.value(i, -1)));
         // Long captions leave room for the sample.
         box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
         box->setMinimumContentsLength(24);
@@ -182,7 +182,7 @@ void frmImportColumns::OfferKeys() {
     cboKey->clear();
     for (int i = 0; i < m_plan.targets.size(); ++i) {
         const bool isThere = std::any_of(m_boxes.begin(), m_boxes.end(),
-                                         [i](const QComboBox* box) { return box->currentIndex() == i + 1; });
+                                         [i](const QComboBox* box) { return box->currentData() == i; });
         if (isThere && m_plan.targets[i].listColumn >= 0)
             cboKey->addItem(m_plan.targets[i].caption, i);
     }
@@ -193,7 +193,7 @@ void frmImportColumns::accept() {
     QList<int> columns;
     QSet<int> taken;
     for (const QComboBox* box : m_boxes) {
-        const int place = box->currentIndex() - 1;
+        const int place = box->currentData().toInt();
         if (place >= 0 && taken.contains(place)) {
             m_prompter.ShowBox(this,
                                {.text = tr("Two columns go to \"%1\".").arg(m_plan.targets[place].caption)});

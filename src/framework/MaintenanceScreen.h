@@ -61,6 +61,9 @@ protected:
         QPushButton* severalButton = nullptr;
         QPushButton* orderButton = nullptr; ///< only where the operator gives the records an order
         int viewPage = 0;                   ///< of the edit side; the one for several is behind it
+        bool takesMany = false;             ///< whether many records can be saved together, by who may edit
+        bool changesSelected = false;       ///< whether selected ones are changed by the common dialog
+        bool importsMany = false;           ///< whether a file's lines can be matched with records
     };
 
     MaintenanceScreen(Application& application, const QString& formName, const QString& caption, Area area,
@@ -183,6 +186,8 @@ private:
     void OrderTabStops();
     void ShareRoom();
     void AddListTools(Table& table);
+    /// Finds out what can be done with many records of the table.
+    static void LearnMany(Table& table);
     void ShowSummary();
     void ExportAllFields(Table& table);
     /// Writes chosen fields to all selected records, after a preview.
@@ -202,8 +207,8 @@ private:
     bool SaveMany(Table& table, const QString& title, int helpContext, const QList<ManySave>& saves,
                   QWidget* parent);
     void ShowManySaved(Table& table, const QStringList& keysBefore);
-    bool MayChangeMany(const Table& table) const;
-    bool MayImport(const Table& table) const;
+    bool MayChangeMany(const Table& table) const { return table.takesMany && m_mayEdit && !m_readOnly; }
+    bool MayImport(const Table& table) const { return table.importsMany && MayChangeMany(table); }
     bool ShowUses(const Table& table, const GridRow& row);
     /// The table whose records the word stands for, or null.
     const Table* TableOf(const QString& word) const;

@@ -36,6 +36,7 @@ QString CellWords(const GridColumn& column, const Field* field, const QString& c
 } // namespace
 
 void MaintenanceScreen::AddListTools(Table& table) {
+    LearnMany(table);
     table.grid->SetMenuButtons({m_cmdNew, m_cmdEdit, m_cmdDelete});
     auto* reload = new QAction(tr("&Reload"), table.grid);
     reload->setObjectName("mnuReload");
@@ -87,19 +88,15 @@ void MaintenanceScreen::RefreshListButtons() {
         m_cmdDuplicate->setEnabled(inList && row && m_mayCreate);
     }
     for (const Table& each : m_tables) {
-        const bool mayChange = MayChangeMany(each);
-        // A table with an edit of several records of its own has no second one.
-        const bool changesSeveral =
-            mayChange && !each.spec.several.form && !CommonFields(*each.form, each.spec).isEmpty();
+        const bool changesSeveral = each.changesSelected && MayChangeMany(each);
         if (changesSeveral && each.grid->selectionMode() == QAbstractItemView::SingleSelection)
             each.grid->SetSelectsMany();
         auto* change = each.grid->findChild<QAction*>("mnuChangeSelected");
         change->setVisible(changesSeveral);
         change->setEnabled(changesSeveral && inList && each.grid->SelectedCount() > 0);
         auto* import = each.grid->findChild<QAction*>("mnuImport");
-        const bool imports = mayChange && MayImport(each);
-        import->setVisible(imports);
-        import->setEnabled(imports && inList);
+        import->setVisible(MayImport(each));
+        import->setEnabled(MayImport(each) && inList);
         for (const char* name : {"mnuWhereUsed", "mnuHistory"})
             each.grid->findChild<QAction*>(name)->setEnabled(each.grid->SelectedRow());
         if (each.severalButton) {

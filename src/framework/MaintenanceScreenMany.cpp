@@ -116,16 +116,14 @@ int UsualKey(const TableDeclaration& table, const ImportPlan& plan) {
 
 } // namespace
 
-bool MaintenanceScreen::MayImport(const Table& table) const {
-    bool anyKey = false;
+void MaintenanceScreen::LearnMany(Table& table) {
+    table.takesMany = table.spec.takesMany && !table.spec.updateRequest.isEmpty() &&
+                      !PlainFields(*table.form, table.spec).isEmpty();
+    // A table with an edit of several records of its own has no second one.
+    table.changesSelected =
+        table.takesMany && !table.spec.several.form && !CommonFields(*table.form, table.spec).isEmpty();
     for (int i = 0; i < table.spec.columns.size(); ++i)
-        anyKey = anyKey || KeyWorth(table, i) > 0;
-    return anyKey && MayChangeMany(table);
-}
-
-bool MaintenanceScreen::MayChangeMany(const Table& table) const {
-    return table.spec.takesMany && m_mayEdit && !m_readOnly && !table.spec.updateRequest.isEmpty() &&
-           !PlainFields(*table.form, table.spec).isEmpty();
+        table.importsMany = table.importsMany || (table.takesMany && KeyWorth(table, i) > 0);
 }
 
 void MaintenanceScreen::CompleteSave(Table& table, const SaveContext& context,

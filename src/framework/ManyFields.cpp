@@ -22,9 +22,8 @@ bool IsPlain(const Field& field, const TableSpec& spec) {
 }
 
 bool IsOwn(const ValueField& field, const TableSpec& spec) {
-    const QStringList tags = QStringList{spec.recordTag, spec.getKeyTag, spec.originalTag,
-                                         spec.nameTag,   spec.matchTag,  spec.pickTag} +
-                             spec.uniqueTags;
+    const QStringList tags{spec.recordTag, spec.getKeyTag, spec.originalTag,
+                           spec.nameTag,   spec.matchTag,  spec.pickTag};
     const bool names =
         field.Spec().required && (field.Name().endsWith("Code") || field.Name().endsWith("Name"));
     return tags.contains(field.Tag()) || names || &field == spec.defaultFlag;

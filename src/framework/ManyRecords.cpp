@@ -203,7 +203,10 @@ void frmManyPreview::Refresh() {
     };
     QStringList sentences;
     if (wrong > 0)
-        sentences << tr("%1 cannot be saved: nothing is saved while they are checked.").arg(records(wrong));
+        sentences
+            << (wrong == 1
+                    ? tr("1 record cannot be saved: nothing is saved while it is checked.")
+                    : tr("%1 cannot be saved: nothing is saved while they are checked.").arg(records(wrong)));
     if (saved > 0)
         sentences << (wrong > 0    ? tr("%1 could be saved.").arg(records(saved))
                       : saved == 1 ? tr("1 record will be saved.")

@@ -1,4 +1,5 @@
 #include "framework/frmHistory.h"
+#include "framework/forms/ShownDate.h"
 
 #include "core/Application.h"
 #include "core/MainWindow.h"
@@ -257,7 +258,7 @@ void frmHistory::ShowFields() {
     cmdBringBackRecord->setEnabled(may);
     cmdBringBackValue->setEnabled(may && !rows.isEmpty());
     QString note;
-    const QString keptFrom = m_history.KeptFrom().left(10);
+    const QString keptFrom = ShownDate(m_history.KeptFrom().left(10), WireDate);
     if (m_history.Entries().isEmpty() && !keptFrom.isEmpty())
         note = tr("Nobody has changed it since %1; what was before is not kept.").arg(keptFrom);
     else if (m_history.Entries().isEmpty())

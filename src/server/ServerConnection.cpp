@@ -78,7 +78,7 @@ std::optional<QByteArray> ServerConnection::Handle(const QByteArray& message) {
 }
 
 void ServerConnection::HandleThen(const QByteArray& message, const Answered& answered) {
-    std::optional<QByteArray> reply = Carry(message);
+    std::optional<QByteArray> reply = HandleMessage(message);
     Database* const database = m_databases->KeptByThisThread();
     if (!reply || !database || !database->HasCommitted()) {
         answered(std::move(reply));
@@ -93,7 +93,7 @@ void ServerConnection::HandleThen(const QByteArray& message, const Answered& ans
     });
 }
 
-std::optional<QByteArray> ServerConnection::Carry(const QByteArray& message) {
+std::optional<QByteArray> ServerConnection::HandleMessage(const QByteArray& message) {
     const auto request =
         wire::DecodeRequest(message, IsSignedOn() ? wire::Limits() : wire::Limits::BeforeSignOn());
     if (!request)

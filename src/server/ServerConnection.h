@@ -30,7 +30,7 @@ public:
 private:
     Database& GetDatabase();
     /// Handles a message, the disk apart.
-    std::optional<QByteArray> Carry(const QByteArray& message);
+    std::optional<QByteArray> HandleMessage(const QByteArray& message);
     std::optional<QByteArray> HandleSessionRequest(const wire::Request& request);
     std::optional<QByteArray> HandleNumbered(const wire::Request& request);
     Answer Hello();

@@ -58,10 +58,11 @@ PrintAndExit Bad(const QString& text) {
 
 ServerOptions::Task TaskOf(const QString& option) {
     using Task = ServerOptions::Task;
-    return option == "--export"    ? Task::Export
-           : option == "--compare" ? Task::Compare
-           : option == "--import"  ? Task::Import
-                                   : Task::None;
+    return option == "--export"           ? Task::Export
+           : option == "--compare"        ? Task::Compare
+           : option == "--import"         ? Task::Import
+           : option == "--history-export" ? Task::ExportHistory
+                                          : Task::None;
 }
 
 /// "127.0.0.1", "127.0.0.1:7443", "::1" or "[::1]:7443".
@@ -182,17 +183,16 @@ std::variant<ServerOptions, PrintAndExit> ReadOptions(const QStringList& argumen
             passwordFile = value;
         else if (const auto task = TaskOf(name); task != ServerOptions::Task::None) {
             if (options.task != ServerOptions::Task::None)
-                return Bad("Only one of --export, --compare and --import can be done at a time.");
+                return Bad(
+                    "Only one of --export, --compare, --import and --history-export can be done at a time.");
             options.task = task;
-            options.folder = value;
+            (task == ServerOptions::Task::ExportHistory ? options.historyFile : options.folder) = value;
         } else if (name == "--only")
             options.only = value.split(',', Qt::SkipEmptyParts);
         else if (name == "--certificate")
             options.certificateFile = value;
         else if (name == "--key")
             options.keyFile = value;
-        else if (name == "--history-export")
-            options.historyFile = value;
         else if (name == "--history-keep") {
             options.historyKeep = value.toInt();
             if (options.historyKeep < 1 || options.historyKeep > MostDays)
@@ -220,25 +220,19 @@ std::variant<ServerOptions, PrintAndExit> ReadOptions(const QStringList& argumen
         return Bad("--check changes nothing, so it does not go with --create-sample.");
     if (options.check && !(options.name + options.colour).isEmpty())
         return Bad("--check changes nothing, so it does not go with --name and --colour.");
-    if (options.task == ServerOptions::Task::None && !options.only.isEmpty())
+    const bool isOfHistory = options.task == ServerOptions::Task::ExportHistory;
+    if ((options.task == ServerOptions::Task::None || isOfHistory) && !options.only.isEmpty())
         return Bad("--only belongs to --export, --compare or --import, and none of them is given.");
     if (options.task != ServerOptions::Task::Import && options.dryRun)
         return Bad("--dry-run belongs to --import, which is not given; --compare changes nothing anyway.");
     if (options.task != ServerOptions::Task::None &&
         (options.check || options.createSample || !(options.name + options.colour).isEmpty()))
-        return Bad(
-            "--export, --compare and --import do only that: leave --check, --create-sample, --name and "
-            "--colour out.");
-    const bool doesMore = options.check || options.createSample ||
-                          options.task != ServerOptions::Task::None ||
-                          !(options.name + options.colour).isEmpty();
-    if (!options.historyFile.isEmpty() && (doesMore || options.historyKeep != 0))
-        return Bad(
-            "--history-export does only that: besides where the library is it goes with no other option.");
+        return Bad("--export, --compare, --import and --history-export do only that: leave --check, "
+                   "--create-sample, --name and --colour out.");
     if (options.historyKeep != 0 && (options.check || options.task != ServerOptions::Task::None))
         return Bad(
-            "--history-keep is for a server that serves: leave --check, --export, --compare and --import "
-            "out.");
+            "--history-keep is for a server that serves: leave --check, --export, --compare, --import and "
+            "--history-export out.");
     if (options.certificateFile.isEmpty() != options.keyFile.isEmpty())
         return Bad("--certificate and --key go together.");
     if (database.isEmpty()) {

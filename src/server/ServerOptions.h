@@ -27,11 +27,11 @@ struct ServerOptions {
     bool createPartner = false; ///< the sample library that is made is the second one
     bool check = false;         ///< look at everything, tell, and end
     int historyKeep = 0;        ///< days for which the history is kept; 0: for ever
-    QString historyFile;        ///< the history is written into it, and the program ends
-    /// What is done with the settings as files, before the program ends.
-    enum class Task { None, Export, Compare, Import };
+    /// What is done with files before the program ends.
+    enum class Task { None, Export, Compare, Import, ExportHistory };
     Task task = Task::None;
-    QString folder;      ///< of the files
+    QString folder;      ///< of the settings' files
+    QString historyFile; ///< into which the history is written
     QStringList only;    ///< the settings that it is about, by the names of their files; empty: all
     bool dryRun = false; ///< of an import: tell what it would do
 };

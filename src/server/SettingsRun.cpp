@@ -131,7 +131,7 @@ int Run::ExportHistory() {
 }
 
 int Run::Do() {
-    if (!m_options.historyFile.isEmpty())
+    if (m_options.task == ServerOptions::Task::ExportHistory)
         return ExportHistory();
     if (!ChooseTables())
         return Failed;
@@ -142,7 +142,7 @@ int Run::Do() {
 
 int RunSettings(const ServerOptions& options, const RunOutput& output) {
     const bool needsFolder =
-        options.task != ServerOptions::Task::Export && options.task != ServerOptions::Task::None;
+        options.task == ServerOptions::Task::Compare || options.task == ServerOptions::Task::Import;
     if (needsFolder && !QFileInfo(options.folder).isDir()) {
         output.complain("There is no folder " + options.folder +
                         " with files of settings; --export makes one.");

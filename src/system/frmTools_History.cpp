@@ -5,6 +5,7 @@
 #include "framework/ListGrid.h"
 #include "framework/RowCount.h"
 #include "framework/Utility.h"
+#include "framework/forms/ShownDate.h"
 #include "framework/frmHistory.h"
 #include "wire/Status.h"
 
@@ -144,7 +145,7 @@ void frmTools_History::ReadPage(bool first) {
         return;
     }
     m_next = channel.GetField("Cur");
-    const QString keptFrom = channel.GetField("Kept").left(10);
+    const QString keptFrom = ShownDate(channel.GetField("Kept").left(10), WireDate);
     lblNote->setText(keptFrom.isEmpty() ? QString()
                                         : tr("Changes from before %1 are not kept.").arg(keptFrom));
     lblNote->setVisible(!keptFrom.isEmpty());

@@ -1,5 +1,7 @@
 #include "wire/Codec.h"
 
+#include <QCborArray>
+#include <QCborValue>
 #include <QRandomGenerator>
 
 #include <gtest/gtest.h>
@@ -63,6 +65,36 @@ TEST(Codec, WritesTheDocumentedBytesAndReadsWhatItWrote) {
     for (const int status : {0, 1, 23, 24, 255, 256, 32767, -1, -300, -32768}) {
         const Reply reply{1, qint16(status), fields};
         EXPECT_EQ(DecodeReply(Encode(reply)), reply);
+    }
+}
+
+// Our codec writes and reads the same CBOR as Qt's does, byte by byte.
+TEST(Codec, AgreesWithAnotherOne) {
+    QRandomGenerator random(11);
+    const QStringList letters{"a", "\"", "\\", "\n", QString(QChar(0)), "ß", "€", "書", "😀"};
+    const auto text = [&](int most) {
+        QString word;
+        for (int left = random.bounded(most); left > 0; --left)
+            word += letters[random.bounded(letters.size())];
+        return word;
+    };
+    for (int round = 0; round < 500; ++round) {
+        Reply reply{
+            quint64(random.generate()) << random.bounded(20), qint16(random.bounded(-32768, 32768)), {}};
+        QCborArray fields;
+        for (int left = random.bounded(40); left > 0; --left) {
+            const Field field{text(12), text(round % 10 == 0 ? 3000 : 300)};
+            reply.fields.append(field);
+            fields << field.tag << field.value;
+        }
+        QCborArray whole{qint64(reply.number), reply.status, fields};
+        if (round % 2 == 0) {
+            reply.changed = {"Loc", text(9)};
+            whole << QCborArray::fromStringList(reply.changed);
+        }
+        const QByteArray theirs = whole.toCborValue().toCbor();
+        EXPECT_EQ(Encode(reply), theirs);
+        EXPECT_EQ(DecodeReply(theirs), reply);
     }
 }
 
