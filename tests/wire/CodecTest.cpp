@@ -83,13 +83,13 @@ TEST(Codec, AgreesWithAnotherOne) {
             quint64(random.generate()) << random.bounded(20), qint16(random.bounded(-32768, 32768)), {}};
         QCborArray fields;
         for (int left = random.bounded(40); left > 0; --left) {
-            const Field field{text(12), text(round % 10 == 0 ? 3000 : 300)};
+            const Field field{text(8), text(round % 10 == 0 ? 3000 : 300)};
             reply.fields.append(field);
             fields << field.tag << field.value;
         }
         QCborArray whole{qint64(reply.number), reply.status, fields};
         if (round % 2 == 0) {
-            reply.changed = {"Loc", text(9)};
+            reply.changed = {"Loc", text(8)};
             whole << QCborArray::fromStringList(reply.changed);
         }
         const QByteArray theirs = whole.toCborValue().toCbor();
