@@ -1,5 +1,6 @@
 #include "support/BenchLibrary.h"
 
+#include "server/Databases.h"
 #include "server/ServerConnection.h"
 #include "server/store/Database.h"
 #include "server/store/Records.h"
@@ -20,9 +21,12 @@ BenchEnvironment::BenchEnvironment() {
         qputenv("QT_QPA_PLATFORM", "offscreen");
 }
 
-BenchLibrary::BenchLibrary() {
+BenchLibrary::BenchLibrary()
+    : BenchLibrary(server::StoreAddress()) {}
+
+BenchLibrary::BenchLibrary(const server::StoreAddress& address) {
     server::LibraryOptions options;
-    options.address = server::StoreAddress::InDirectory(Folder());
+    options.address = address.database.isEmpty() ? server::StoreAddress::InDirectory(Folder()) : address;
     options.whenMissing = server::LibraryOptions::WhenMissing::MakeSample;
     options.hashCost = server::HashCost::Least();
     QString error;
@@ -32,8 +36,9 @@ BenchLibrary::BenchLibrary() {
 }
 
 wire::EndpointFactory BenchLibrary::Endpoints() const {
-    return [library = m_library](const QString& peer) {
-        return std::make_unique<server::ServerConnection>(library, peer);
+    const auto databases = std::make_shared<server::Databases>(m_library);
+    return [library = m_library, databases](const QString& peer) {
+        return std::make_unique<server::ServerConnection>(library, peer, databases);
     };
 }
 

@@ -32,10 +32,12 @@ public:
     QString AskFolder(QWidget*, const QString&, const QString&) override { return {}; }
 };
 
-/// A sample library in a folder that goes with it.
+/// A sample library, in a folder that goes with it unless it is said where.
 class BenchLibrary {
 public:
     BenchLibrary();
+    /// The same in a database elsewhere.
+    explicit BenchLibrary(const server::StoreAddress& address);
 
     const std::shared_ptr<const server::Library>& Get() const { return m_library; }
     QString Folder() const { return m_folder.filePath("library"); }

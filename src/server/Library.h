@@ -34,7 +34,7 @@ struct LibraryOptions {
     /// How long a request waits for the changes of others.
     std::chrono::milliseconds patience = std::chrono::seconds(10);
     /// Operators signed on at once; past it the session that was idle for the longest time ends.
-    int sessions = 1000;
+    int sessions = 10'000;
     /// Peers on other machines can reach the library: the published sample passwords are refused.
     bool servesOthers = false;
     /// The server's clock; tests set their own.

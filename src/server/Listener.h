@@ -22,7 +22,7 @@ class PeerConnection;
 struct PeerLimits {
     /// Connections with somebody signed on; past it the idlest goes, unless it works. Its client takes the
     /// session up again with its next request.
-    int sessions = 1000;
+    int sessions = 10'000;
     /// Connections with nobody signed on; past it one goes of the address that has most of them.
     int strangers = 200;
     int handshakeMilliseconds = 10'000;

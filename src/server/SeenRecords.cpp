@@ -10,19 +10,23 @@ SeenRecords::Marks& SeenRecords::Of(const SessionStart& session) {
         m_order.splice(m_order.end(), m_order, found->place);
         return *found;
     }
-    if (m_sessions.size() >= MostSessions) {
-        m_sessions.remove(m_order.front());
-        m_order.pop_front();
-    }
-    Marks marks{.floor = session.change, .told = session.change, .tables = {}, .place = {}};
+    if (m_sessions.size() >= MostSessions)
+        ForgetOldest();
+    Marks marks{.records = 0, .floor = session.change, .told = session.change, .tables = {}, .place = {}};
     marks.place = m_order.insert(m_order.end(), session.row);
     return *m_sessions.insert(session.row, marks);
+}
+
+void SeenRecords::ForgetOldest() {
+    m_records -= m_sessions.take(m_order.front()).records;
+    m_order.pop_front();
 }
 
 void SeenRecords::Begin(qint64 session) {
     const QMutexLocker lock(&m_mutex);
     Marks& marks = Of({session, 0});
     marks.floor.reset();
+    m_records -= std::exchange(marks.records, 0);
     marks.tables.clear();
 }
 
@@ -34,8 +38,11 @@ void SeenRecords::ReadAll(const SessionStart& session, const QString& table, qin
 void SeenRecords::ReadOne(const SessionStart& session, const QString& table, qint64 id, const QString& text,
                           qint64 number) {
     const QMutexLocker lock(&m_mutex);
-    TableMarks& marks = Of(session).tables[table];
-    if (marks.byId.size() + marks.byText.size() >= MostRecordsOfTable) {
+    Marks& all = Of(session);
+    TableMarks& marks = all.tables[table];
+    const auto count = [&] { return marks.byId.size() + marks.byText.size(); };
+    const qsizetype before = count();
+    if (before >= MostRecordsOfTable) {
         qint64 oldest = marks.forgotten.value_or(number);
         for (const qint64 mark : marks.byId)
             oldest = qMin(oldest, mark);
@@ -46,6 +53,10 @@ void SeenRecords::ReadOne(const SessionStart& session, const QString& table, qin
     marks.byId.insert(id, number);
     if (!text.isEmpty())
         marks.byText.insert(text, number);
+    all.records += count() - before;
+    m_records += count() - before;
+    while (m_records > MostRecords && m_order.front() != session.row)
+        ForgetOldest();
 }
 
 std::optional<qint64> SeenRecords::Known(const SessionStart& session, const QString& table, qint64 id,

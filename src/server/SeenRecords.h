@@ -37,7 +37,8 @@ public:
     void Tell(qint64 session, qint64 number) noexcept;
 
 private:
-    static constexpr int MostSessions = 4000;
+    static constexpr int MostSessions = 20'000;
+    static constexpr qsizetype MostRecords = 500'000; ///< of all sessions
     static constexpr qsizetype MostRecordsOfTable = 2000;
 
     struct TableMarks {
@@ -47,6 +48,7 @@ private:
         QHash<QString, qint64> byText;
     };
     struct Marks {
+        qsizetype records = 0;       ///< how many marks of records there are
         std::optional<qint64> floor; ///< for whatever has no mark
         qint64 told = 0;
         QHash<QString, TableMarks> tables;
@@ -54,9 +56,12 @@ private:
     };
 
     Marks& Of(const SessionStart& session);
+    /// Forgets the session that was not used for the longest time.
+    void ForgetOldest();
 
     QMutex m_mutex;
     QHash<qint64, Marks> m_sessions;
+    qsizetype m_records = 0;
     std::list<qint64> m_order; // the session used last stands last
 };
 

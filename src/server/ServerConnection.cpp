@@ -206,8 +206,8 @@ Answer ServerConnection::Hello() {
 Answer ServerConnection::ChangePassword(const wire::Fields& request) {
     if (!IsSignedOn())
         return {status::InvalidSignOn};
-    const auto session = Sessions(GetDatabase()).Load(m_session, m_library->Now());
-    if (!session || session->epoch != m_epoch) {
+    const auto session = LoadSession();
+    if (!session) {
         m_session = 0;
         return {status::InvalidSignOn};
     }
@@ -220,7 +220,7 @@ Answer ServerConnection::Carry(const wire::Request& request, const RequestRule& 
                                const StoredSession& session, SessionView& view, Prepared* prepared,
                                ListCursor& cursor) {
     Database& database = GetDatabase();
-    const Rights rights = Rights::Of(database, session.requester.row);
+    const Rights& rights = session.rights;
     if (session.mustChangePassword) {
         Answer refusal{status::NotAuthorised};
         Put(refusal.fields, "CHG", "Y");
@@ -260,13 +260,17 @@ Answer ServerConnection::Carry(const wire::Request& request, const RequestRule& 
     return answer;
 }
 
+std::optional<StoredSession> ServerConnection::LoadSession() {
+    m_known = Sessions(GetDatabase()).Load(m_session, m_library->Now(), m_known);
+    return m_known && m_known->epoch == m_epoch ? m_known : std::nullopt;
+}
+
 std::shared_ptr<Prepared> ServerConnection::Prepare(const wire::Request& request, const RequestRule* rule) {
     if (!rule || !rule->prepare)
         return nullptr;
     Database& database = GetDatabase();
-    const auto session = Sessions(database).Load(m_session, m_library->Now());
-    const bool isNew = session && session->epoch == m_epoch && request.number > session->number;
-    if (!isNew || !rule->Allows(Rights::Of(database, session->requester.row)))
+    const auto session = LoadSession();
+    if (!session || request.number <= session->number || !rule->Allows(session->rights))
         return nullptr; // it will be refused, or was answered before
     return rule->prepare(database, *m_library, session->requester, request.fields);
 }
@@ -288,8 +292,8 @@ std::optional<QByteArray> ServerConnection::HandleNumbered(const wire::Request& 
         view.reset();
         Sessions sessions(GetDatabase());
         const QDateTime now = m_library->Now();
-        const auto session = sessions.Load(m_session, now);
-        if (!session || session->epoch != m_epoch)
+        const auto session = LoadSession();
+        if (!session)
             return false;
         const quint64 last = qMax(m_number, session->number);
         if (request.number == session->number) {
@@ -301,8 +305,8 @@ std::optional<QByteArray> ServerConnection::HandleNumbered(const wire::Request& 
         touch = session->usedAt.secsTo(now) > TouchSeconds;
         ListCursor cursor;
         static const RequestRule nobodys;
-        view.emplace(GetDatabase(), SessionStart{session->row, session->startChange}, rule ? *rule : nobodys,
-                     request.fields);
+        view.emplace(GetDatabase(), SessionStart{session->row, session->startChange}, session->lastChange,
+                     rule ? *rule : nobodys, request.fields);
         const Answer answer = rule ? Carry(request, *rule, *session, *view, prepared.get(), cursor)
                                    : Answer{status::UnknownRequest};
         answered = answer.status;

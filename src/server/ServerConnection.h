@@ -35,6 +35,8 @@ private:
     std::optional<QByteArray> HandleNumbered(const wire::Request& request);
     Answer Hello();
     Answer ChangePassword(const wire::Fields& request);
+    /// The session, unless it is over or another connection has taken it up.
+    std::optional<StoredSession> LoadSession();
     Answer Carry(const wire::Request& request, const RequestRule& rule, const StoredSession& session,
                  SessionView& view, Prepared* prepared, ListCursor& cursor);
     /// Does what of a request is slow and can be done before its transaction.
@@ -50,6 +52,7 @@ private:
     qint64 m_epoch = 0;
     quint64 m_number = 0;   ///< of the last request on this connection
     bool m_resumed = false; ///< the next request may have any higher number: replies to reads are not kept
+    std::optional<StoredSession> m_known; ///< the session as it was last read
     int m_wrongSignOns = 0;
 };
 

@@ -19,7 +19,7 @@ const char HelpText[] = R"(sysadmin-server keeps a library's settings and serves
   --listen ADDRESS[:PORT] where to listen (default 127.0.0.1:7443; port 0 takes any free one)
   --certificate FILE      certificate chain in PEM form (default: the server makes its own)
   --key FILE              private key of that certificate in PEM form
-  --sessions N            how many operators may be signed on at once (default 1000); past it the one
+  --sessions N            how many operators may be signed on at once (default 10000); past it the one
                           that did nothing for the longest time is signed off
   --name TEXT             what the library is called from now on, in titles and at sign-on
   --colour COLOUR         the colour that marks the library from now on in every client's window, so that a

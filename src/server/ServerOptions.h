@@ -20,7 +20,7 @@ struct ServerOptions {
     quint16 port = 7443; ///< 0: any that is free
     QString certificateFile;
     QString keyFile;
-    int sessions = 1000; ///< operators signed on at once
+    int sessions = 10'000; ///< operators signed on at once
     QString name;        ///< of the library from now on; empty: it keeps the one it has
     QString colour;      ///< the same; "none" takes it away
     bool createSample = false;

@@ -21,13 +21,13 @@ bool Has(const wire::Fields& request, const QString& tag) {
 
 } // namespace
 
-SessionView::SessionView(Database& database, const SessionStart& session, const RequestRule& rule,
-                         const wire::Fields& request)
+SessionView::SessionView(Database& database, const SessionStart& session, qint64 number,
+                         const RequestRule& rule, const wire::Fields& request)
     : m_database(database)
     , m_session(session)
     , m_rule(rule)
     , m_changes(database)
-    , m_number(m_changes.Last()) {
+    , m_number(number) {
     if (rule.tables.isEmpty())
         return;
     m_onlyLooks = Has(request, "Look") || Has(request, "AsOf");

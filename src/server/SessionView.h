@@ -15,7 +15,8 @@ struct RequestRule;
 /// request's transaction; what looks at the data throws `StoreError`.
 class SessionView {
 public:
-    SessionView(Database& database, const SessionStart& session, const RequestRule& rule,
+    /// `number` is that of the last change that the transaction sees.
+    SessionView(Database& database, const SessionStart& session, qint64 number, const RequestRule& rule,
                 const wire::Fields& request);
 
     /// The refusal of a change to a record that somebody else changed after this session read it: its fields

@@ -25,6 +25,7 @@ Table Sessions::Declare() {
                         {.name = "cursor_request"},
                         {.name = "cursor_after", .type = ColumnType::Whole, .fallback = "0"}},
             .uniqueSets = {{"token_hash"}},
+            .indexed = {{"used_at"}, {"start_change"}},
             .content = Content::Record};
 }
 
@@ -56,33 +57,54 @@ std::optional<StoredSession> Sessions::Resume(const QString& token, const QDateT
     return Load(row.toLongLong(), now);
 }
 
-std::optional<StoredSession> Sessions::Load(qint64 row, const QDateTime& now) const {
-    const auto values = m_database.FirstRow(
-        "SELECT s.number, s.epoch, s.must_change, s.used_at, s.cursor_request, s.cursor_after, s.peer, o.id, "
-        "o.operator_id, o.first_name, o.last_name, s.nonce, o.expired, o.restrict_change, s.start_change "
-        "FROM sessions s JOIN operators o ON o.id=s.operator_row "
-        "WHERE s.id=?",
-        {row});
+std::optional<StoredSession> Sessions::Load(qint64 row, const QDateTime& now,
+                                            const std::optional<StoredSession>& known) const {
+    const auto values =
+        m_database.FirstRow("SELECT number, epoch, must_change, used_at, cursor_request, cursor_after, "
+                            "(SELECT MAX(id) FROM history_requests) FROM sessions WHERE id=?",
+                            {row});
     if (!values)
         return std::nullopt;
     const auto text = [&](int column) { return (*values)[column].toString(); };
+    const qint64 lastChange = (*values)[6].toLongLong();
     StoredSession session;
-    session.row = row;
+    if (known && known->row == row && known->lastChange == lastChange)
+        session = *known;
     session.number = (*values)[0].toULongLong();
     session.epoch = (*values)[1].toLongLong();
-    session.mustChangePassword = text(2) == "Y" || (text(12) == "Y" && text(13) != "Y");
     session.usedAt = TimeFromStore(text(3));
     session.cursor = {text(4), (*values)[5].toLongLong()};
-    session.requester = {(*values)[7].toLongLong(),
-                         text(8),
-                         QString(text(9) + ' ' + text(10)).trimmed(),
-                         text(6),
-                         row,
-                         text(11)};
-    session.startChange = (*values)[14].toLongLong();
     if (session.usedAt.secsTo(now) > IdleSeconds)
         return std::nullopt;
+    if (session.row == 0) {
+        session.row = row;
+        session.lastChange = lastChange;
+        if (!LoadOperator(session))
+            return std::nullopt;
+    }
+    session.mustChangePassword = text(2) == "Y" || session.isExpired;
     return session;
+}
+
+bool Sessions::LoadOperator(StoredSession& session) const {
+    const auto values = m_database.FirstRow(
+        "SELECT o.id, o.operator_id, o.first_name, o.last_name, o.expired, o.restrict_change, s.peer, "
+        "s.nonce, "
+        "s.start_change FROM sessions s JOIN operators o ON o.id=s.operator_row WHERE s.id=?",
+        {session.row});
+    if (!values)
+        return false;
+    const auto text = [&](int column) { return (*values)[column].toString(); };
+    session.requester = {(*values)[0].toLongLong(),
+                         text(1),
+                         QString(text(2) + ' ' + text(3)).trimmed(),
+                         text(6),
+                         session.row,
+                         text(7)};
+    session.rights = Rights::Of(m_database, session.requester.row);
+    session.isExpired = text(4) == "Y" && text(5) != "Y";
+    session.startChange = (*values)[8].toLongLong();
+    return true;
 }
 
 QByteArray Sessions::ReplyOf(qint64 row) const {

@@ -16,6 +16,9 @@ struct StoredSession {
     QDateTime usedAt;
     ListCursor cursor;
     Requester requester; ///< the operator; its peer is the one that signed on
+    Rights rights;       ///< of the operator
+    bool isExpired = false;
+    qint64 lastChange = 0; ///< number of the last change in the library that this was read after
 };
 
 /// The sessions of signed-on operators. They outlive connections and the server itself; of a token only a
@@ -37,8 +40,10 @@ public:
                  bool mustChange, const QDateTime& now, int most);
     /// Gives a session to a new connection: the one that had it before is refused from now on.
     std::optional<StoredSession> Resume(const QString& token, const QDateTime& now);
-    /// The session of a row, unless it is over.
-    std::optional<StoredSession> Load(qint64 row, const QDateTime& now) const;
+    /// The session of a row, unless it is over. Who the operator is and what he may do is taken from what was
+    /// `known` of it if nothing in the library has changed since, by whatever program.
+    std::optional<StoredSession> Load(qint64 row, const QDateTime& now,
+                                      const std::optional<StoredSession>& known = {}) const;
     /// The kept reply.
     QByteArray ReplyOf(qint64 row) const;
     /// Keeps the reply of a request that changed something.
@@ -52,6 +57,9 @@ public:
     void EndOthersOf(qint64 operatorRow, qint64 row);
 
 private:
+    /// Reads who the session's operator is; false when there is none any more.
+    bool LoadOperator(StoredSession& session) const;
+
     Database& m_database;
 };
 

@@ -56,13 +56,14 @@ std::shared_ptr<Prepared> PrepareMany(Database& database, const Library& library
     return prepared;
 }
 
-Answer Carry(Context& context, const SessionStart& session, const Inner& inner, Prepared* prepared) {
+Answer Carry(Context& context, const StoredSession& session, const Inner& inner, Prepared* prepared) {
     const RequestRule* rule = RuleOf(context.library.GetRegistry(), inner.name);
     if (!rule)
         return {status::UnknownRequest};
     if (!rule->Allows(context.rights))
         return {status::NotAuthorised};
-    SessionView view(context.database, session, *rule, inner.fields);
+    SessionView view(context.database, {session.row, session.startChange}, session.lastChange, *rule,
+                     inner.fields);
     if (auto refusal = view.Refusal(context.library.Seen()))
         return *refusal;
     context.prepared = prepared;
@@ -91,8 +92,8 @@ Answer ChangeMany(Context& context, const wire::Fields& request) {
     for (qsizetype i = 0; i < all.size(); ++i) {
         try {
             const bool isPrepared = prepared && size_t(i) < prepared->each.size();
-            const Answer answer = Carry(context, {session->row, session->startChange}, all[i],
-                                        isPrepared ? prepared->each[size_t(i)].get() : nullptr);
+            const Answer answer =
+                Carry(context, *session, all[i], isPrepared ? prepared->each[size_t(i)].get() : nullptr);
             if (answer.status != status::Ok)
                 refuse(i, answer);
         } catch (const StoreError& error) {

@@ -1,0 +1,209 @@
+// Many clients at once, each with a connection of its own: a small list and a save, on both engines, beside a
+// bare TLS echo and beside what the engine alone can do.
+#include "support/BenchLibrary.h"
+#include "support/TlsPeer.h"
+
+#include "../tests/support/PostgresServer.h"
+#include "server/Listener.h"
+#include "server/store/Database.h"
+#include "wire/Codec.h"
+
+#include <QCoreApplication>
+#include <QFile>
+
+#include <benchmark/benchmark.h>
+#include <malloc.h>
+
+#include <atomic>
+
+using namespace sysadmin;
+
+namespace {
+
+/// What the threads of a benchmark share.
+struct Shared {
+    std::unique_ptr<BenchLibrary> library;
+    std::unique_ptr<ServerThread> server;
+    std::unique_ptr<TlsEcho> echo;
+};
+Shared shared;
+
+testing::PostgresServer& Postgres() {
+    static testing::PostgresServer server(testing::PostgresServer::Disk::Waited);
+    if (!server.Reason().isEmpty())
+        qFatal("%s", qPrintable(server.Reason()));
+    return server;
+}
+
+server::ServerIdentity Identity() {
+    QString error;
+    const auto identity = server::OwnIdentity(*shared.library->Get(), &error);
+    if (!identity)
+        qFatal("%s", qPrintable(error));
+    return *identity;
+}
+
+void BeginSqlite(const benchmark::State&) {
+    shared.library = std::make_unique<BenchLibrary>();
+}
+
+void BeginPostgres(const benchmark::State&) {
+    static int count = 0;
+    shared.library =
+        std::make_unique<BenchLibrary>(Postgres().MakeDatabase("library" + QString::number(++count)));
+}
+
+void Serve() {
+    server::PeerLimits limits;
+    limits.sessions = 100'000;
+    limits.strangers = 100'000;
+    shared.server = std::make_unique<ServerThread>(
+        [&] { return new server::Listener(Identity(), shared.library->Endpoints(), limits); });
+}
+
+template <void (*BeginLibrary)(const benchmark::State&)>
+void Begin(const benchmark::State& state) {
+    BeginLibrary(state);
+    Serve();
+}
+
+void BeginEcho(const benchmark::State& state) {
+    BeginSqlite(state);
+    shared.echo = std::make_unique<TlsEcho>(Identity());
+}
+
+void End(const benchmark::State&) {
+    shared.echo.reset();
+    shared.server.reset();
+    shared.library.reset();
+}
+
+/// Each request by itself; the counters are the rate of all clients together, and of one client's requests
+/// the slowest hundredth and the longest, averaged over the clients.
+template <class Work>
+void Repeat(benchmark::State& state, const Work& work) {
+    std::vector<double> took;
+    for (auto _ : state) {
+        const auto begin = std::chrono::steady_clock::now();
+        work();
+        took.push_back(
+            std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count());
+    }
+    std::sort(took.begin(), took.end());
+    state.SetItemsProcessed(state.iterations());
+    state.counters["p99_ms"] = {took[took.size() * 99 / 100], benchmark::Counter::kAvgThreads};
+    state.counters["longest_ms"] = {took.back(), benchmark::Counter::kAvgThreads};
+}
+
+void Echo(benchmark::State& state) {
+    TlsPeer peer(shared.echo->Port());
+    const QByteArray message = wire::Encode(wire::Request{12, "UpdVenTp", {{"Cd", "BOOK"}, {"Nm", "Books"}}});
+    Repeat(state, [&] { peer.Ask(message); });
+}
+
+void List(benchmark::State& state) {
+    TlsPeer peer(shared.server->Port());
+    peer.SignOn();
+    quint64 number = 0;
+    Repeat(state, [&] {
+        if (peer.Ask(++number, "LstVenTp").status != 0)
+            qFatal("The list was refused.");
+    });
+}
+
+void Save(benchmark::State& state) {
+    TlsPeer peer(shared.server->Port());
+    peer.SignOn();
+    quint64 number = 0;
+    static std::atomic<int> clients = 0;
+    const QString code = QString("S%1").arg(++clients);
+    if (peer.Ask(++number, "AddVenTp", {{"Cd", code}, {"Nm", code}}).status != 0)
+        qFatal("The vendor type was refused.");
+    Repeat(state, [&] {
+        const QString name = QString("%1 %2").arg(code).arg(number);
+        if (peer.Ask(++number, "UpdVenTp",
+                     {{"Cd", code}, {"Nm", name}, {"NCd", "N"}, {"NNm", "Y"}, {"OCd", code}})
+                .status != 0)
+            qFatal("The save was refused.");
+    });
+}
+
+/// What a list and a save cost the engine, without sessions, rights and history.
+void BareList(benchmark::State& state) {
+    const auto database = shared.library->Get()->Connect();
+    Repeat(state, [&] {
+        database->Each("SELECT code, name FROM vendor_types ORDER BY code", {}, [](const auto&) {});
+    });
+}
+
+void BareSave(benchmark::State& state) {
+    const auto database = shared.library->Get()->Connect();
+    int count = 0;
+    Repeat(state, [&] {
+        RunInTransaction(*database, [&] {
+            database->Run("UPDATE vendor_types SET name=? WHERE code=?", {QString::number(++count), "BOOK"});
+        });
+    });
+}
+
+qint64 ResidentBytes() {
+    malloc_trim(0);
+    QFile file("/proc/self/statm");
+    return file.open(QIODevice::ReadOnly) ? file.readAll().split(' ').value(1).toLongLong() * 4096 : 0;
+}
+
+/// Sessions that are signed on and idle: what one of them takes of memory, both ends of its connection
+/// together, beside a bare TLS connection.
+template <class Connect>
+void Hold(benchmark::State& state, const Connect& connect) {
+    for (auto _ : state) {
+        const qint64 before = ResidentBytes();
+        std::vector<std::unique_ptr<TlsPeer>> peers;
+        for (int i = 0; i < int(state.range(0)); ++i)
+            peers.push_back(connect());
+        state.counters["KB_each"] = double(ResidentBytes() - before) / 1024 / double(peers.size());
+    }
+}
+
+void HoldEcho(benchmark::State& state) {
+    Hold(state, [] { return std::make_unique<TlsPeer>(shared.echo->Port()); });
+}
+
+void HoldSessions(benchmark::State& state) {
+    Hold(state, [] {
+        auto peer = std::make_unique<TlsPeer>(shared.server->Port());
+        peer->SignOn();
+        return peer;
+    });
+}
+
+#define OF_CLIENTS(function, begin)                                                                          \
+    BENCHMARK(function)                                                                                      \
+        ->Setup(begin)                                                                                       \
+        ->Teardown(End)                                                                                      \
+        ->Threads(1)                                                                                         \
+        ->Threads(16)                                                                                        \
+        ->Threads(64)                                                                                        \
+        ->UseRealTime()                                                                                      \
+        ->Unit(benchmark::kMicrosecond)
+
+OF_CLIENTS(Echo, BeginEcho);
+BENCHMARK(BareList)->Setup(BeginSqlite)->Teardown(End)->Name("BareList/SQLite")->UseRealTime();
+BENCHMARK(BareList)->Setup(BeginPostgres)->Teardown(End)->Name("BareList/PostgreSQL")->UseRealTime();
+BENCHMARK(BareSave)->Setup(BeginSqlite)->Teardown(End)->Name("BareSave/SQLite")->UseRealTime();
+BENCHMARK(BareSave)->Setup(BeginPostgres)->Teardown(End)->Name("BareSave/PostgreSQL")->UseRealTime();
+OF_CLIENTS(List, Begin<BeginSqlite>)->Name("List/SQLite");
+OF_CLIENTS(List, Begin<BeginPostgres>)->Name("List/PostgreSQL");
+OF_CLIENTS(Save, Begin<BeginSqlite>)->Name("Save/SQLite");
+OF_CLIENTS(Save, Begin<BeginPostgres>)->Name("Save/PostgreSQL");
+BENCHMARK(HoldEcho)->Setup(BeginEcho)->Teardown(End)->Arg(500)->Iterations(1);
+BENCHMARK(HoldSessions)->Setup(Begin<BeginSqlite>)->Teardown(End)->Arg(500)->Iterations(1);
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const BenchEnvironment environment;
+    QCoreApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+}
