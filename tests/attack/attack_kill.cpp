@@ -1,6 +1,6 @@
-// Kills a real server again and again, and tears its database away now and then, while clients add, change
-// and delete records and repeat requests that were answered already. In the end exactly what was acknowledged
-// must be there, once.
+// Kills a real server again and again, or one of several on one library, and tears its database away now and
+// then, while clients add, change and delete records and repeat requests that were answered already. In the
+// end exactly what was acknowledged must be there, once.
 
 #include "app/Programs.h"
 #include "attack/AttackLibrary.h"
@@ -24,7 +24,9 @@ namespace {
 
 /// What all clients share.
 struct Attack {
-    std::atomic<quint16> port = 0; ///< 0 while the server is down
+    static constexpr int MostServers = 4;
+    std::array<std::atomic<quint16>, MostServers> ports{}; ///< 0 while the server is down
+    int servers = 1;
     std::atomic<bool> over = false;
     std::atomic<qint64> acknowledged = 0;
     std::atomic<qint64> sentAgain = 0; ///< their answer was lost
@@ -132,7 +134,7 @@ private:
     }
 
     bool Connect() {
-        const quint16 port = m_attack.port;
+        const quint16 port = m_attack.ports[m_random() % size_t(m_attack.servers)];
         if (port == 0)
             return false;
         m_peer = std::make_unique<RawPeer>(port);
@@ -174,6 +176,7 @@ int main(int argc, char** argv) {
     options.addOptions({{"engine", "sqlite or postgresql.", "engine", "sqlite"},
                         {"kills", "How often the server is killed.", "number", "1000"},
                         {"crashes", "How often PostgreSQL is, too.", "number", "0"},
+                        {"servers", "How many servers there are on the library.", "number", "1"},
                         {"clients", "How many clients work.", "number", "4"},
                         {"server", "The server program.", "file", SYSADMIN_SERVER_PROGRAM},
                         {"minutes", "How long it may take at the most.", "minutes", "60"}});
@@ -186,14 +189,20 @@ int main(int argc, char** argv) {
     const int crashes = library.Postgres() ? qBound(0, options.value("crashes").toInt(), kills) : 0;
     const qint64 historyBefore =
         library.Connect()->FirstValue("SELECT COUNT(*) FROM history_records").toLongLong();
-    ServerProcess server;
-    QStringList arguments = library.ServerArguments() + QStringList{"--listen", "127.0.0.1:0"};
-    if (!server.Start(arguments, options.value("server")))
-        qFatal("The server does not start.");
-    arguments.last() = "127.0.0.1:" + QString::number(server.Port());
-
     Attack attack;
-    attack.port = server.Port();
+    attack.servers = qBound(1, options.value("servers").toInt(), Attack::MostServers);
+    std::vector<ServerProcess> servers{size_t(attack.servers)};
+    const auto start = [&](size_t which) {
+        const QString port = QString::number(servers[which].Port()); // the one that it had; at first any
+        const bool isStarted =
+            servers[which].Start(library.ServerArguments() + QStringList{"--listen", "127.0.0.1:" + port},
+                                 options.value("server"));
+        attack.ports[which] = servers[which].Port();
+        return isStarted;
+    };
+    for (size_t which = 0; which < servers.size(); ++which)
+        if (!start(which))
+            qFatal("The server does not start.");
     std::vector<std::unique_ptr<Client>> clients;
     std::vector<std::thread> threads;
     for (int i = 0; i < clientCount; ++i) {
@@ -220,18 +229,18 @@ int main(int argc, char** argv) {
             ++crashed;
             QThread::msleep(100 + random() % 200);
         }
-        attack.port = 0;
-        server.Kill();
-        if (!server.Start(arguments, options.value("server")))
+        const size_t which = random() % servers.size();
+        attack.ports[which] = 0;
+        servers[which].Kill();
+        if (!start(which))
             attack.Fault("the server does not start any more");
-        attack.port = server.Port();
         if (++killed % 100 == 0)
             Report(QString("%1 kills, %2 acknowledged").arg(killed).arg(attack.acknowledged));
     }
     attack.over = true;
     for (std::thread& thread : threads)
         thread.join();
-    server.Kill();
+    servers.clear();
 
     const auto database = library.Connect();
     QMap<QString, QString> wanted;
@@ -250,7 +259,8 @@ int main(int argc, char** argv) {
         database->FirstValue("SELECT COUNT(*) FROM history_records").toLongLong() - historyBefore;
     if (carriedOut != attack.acknowledged)
         attack.Fault(QString("%1 changes were carried out").arg(carriedOut));
-    Report(QString("%1, %2 clients, %3 s: server killed %4 times (%5 times idle), PostgreSQL %6 times; "
+    Report(QString::number(attack.servers) + " on " +
+           QString("%1, %2 clients, %3 s: a server killed %4 times (%5 times idle), PostgreSQL %6 times; "
                    "%7 changes acknowledged, %8 carried out; %9 requests sent again without an answer, ")
                .arg(options.value("engine"))
                .arg(clientCount)

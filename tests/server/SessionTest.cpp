@@ -71,6 +71,31 @@ TEST_P(SessionTest, OnlyTheLastConnectionHasTheSession) {
     EXPECT_EQ(second->Send("AddVenTp", Zine).status, status::Ok);
 }
 
+TEST_P(SessionTest, TwoServersOnOneLibraryAreOne) {
+    TestServer other({.address = Address().value_or(StoreAddress::InDirectory(m_server->Directory()))});
+    TestClient& client = m_server->Client();
+    ASSERT_EQ(client.Send("LstVenTp").status, status::Ok);
+    const auto reply = client.SendNumbered(2, "AddVenTp", Zine);
+    ASSERT_EQ(reply->status, status::Ok);
+
+    // The first one is gone; its client goes on at the second, where nothing happens twice.
+    const auto moved = other.Connect();
+    ASSERT_EQ(moved->Resume(client.Token(), 1), status::Ok);
+    EXPECT_EQ(moved->SendNumbered(2, "AddVenTp", Zine), reply);
+    EXPECT_EQ(CountTypes("ZINE"), 1);
+    EXPECT_FALSE(client.SendNumbered(3, "DelVenTp", {{"Cd", "ZINE"}})) << "the first has it no more";
+
+    // What one of them changes about an operator's rights holds at the other from the next request on.
+    other.SignOnAs("VIEWER");
+    ASSERT_EQ(other.Send("LstVenTp").status, status::Ok);
+    const qint64 row = other.Value("SELECT id FROM operators WHERE operator_id='VIEWER'").toLongLong();
+    const QString profile =
+        other.Value("SELECT profile_id FROM master_profile_operators WHERE operator_row=?", {row});
+    m_server->SignOnAs("SYSADMIN");
+    ASSERT_EQ(m_server->StatusOf("DelMPrf", {{"ID", profile}}), status::Ok);
+    EXPECT_EQ(other.Send("LstVenTp").status, status::NotAuthorised);
+}
+
 TEST_P(SessionTest, SessionsEnd) {
     TestClient& client = m_server->Client();
     const QString token = client.Token();
