@@ -188,10 +188,30 @@ void HoldSessions(benchmark::State& state) {
         ->Unit(benchmark::kMicrosecond)
 
 OF_CLIENTS(Echo, BeginEcho);
-BENCHMARK(BareList)->Setup(BeginSqlite)->Teardown(End)->Name("BareList/SQLite")->UseRealTime();
-BENCHMARK(BareList)->Setup(BeginPostgres)->Teardown(End)->Name("BareList/PostgreSQL")->UseRealTime();
-BENCHMARK(BareSave)->Setup(BeginSqlite)->Teardown(End)->Name("BareSave/SQLite")->UseRealTime();
-BENCHMARK(BareSave)->Setup(BeginPostgres)->Teardown(End)->Name("BareSave/PostgreSQL")->UseRealTime();
+BENCHMARK(BareList)
+    ->Setup(BeginSqlite)
+    ->Teardown(End)
+    ->Name("BareList/SQLite")
+    ->UseRealTime()
+    ->MeasureProcessCPUTime();
+BENCHMARK(BareList)
+    ->Setup(BeginPostgres)
+    ->Teardown(End)
+    ->Name("BareList/PostgreSQL")
+    ->UseRealTime()
+    ->MeasureProcessCPUTime();
+BENCHMARK(BareSave)
+    ->Setup(BeginSqlite)
+    ->Teardown(End)
+    ->Name("BareSave/SQLite")
+    ->UseRealTime()
+    ->MeasureProcessCPUTime();
+BENCHMARK(BareSave)
+    ->Setup(BeginPostgres)
+    ->Teardown(End)
+    ->Name("BareSave/PostgreSQL")
+    ->UseRealTime()
+    ->MeasureProcessCPUTime();
 OF_CLIENTS(List, Begin<BeginSqlite>)->Name("List/SQLite");
 OF_CLIENTS(List, Begin<BeginPostgres>)->Name("List/PostgreSQL");
 OF_CLIENTS(Save, Begin<BeginSqlite>)->Name("Save/SQLite");

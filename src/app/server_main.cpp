@@ -9,6 +9,7 @@
 
 #include <QCoreApplication>
 #include <QStandardPaths>
+#include <QThread>
 
 #include <csignal>
 #include <cstdio>
@@ -67,6 +68,10 @@ int Serve(const ServerOptions& options) {
     AllowManyFiles();
     PeerLimits limits;
     limits.sessions = options.sessions;
+    const int connections = options.databaseConnections > 0 ? options.databaseConnections
+                                                            : qBound(12, 4 * QThread::idealThreadCount(), 32);
+    limits.writers = connections / 3;
+    limits.workers = connections - limits.writers;
     const auto databases = std::make_shared<Databases>(library);
     Listener listener(
         *identity,

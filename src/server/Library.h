@@ -11,6 +11,7 @@
 
 #include <QDateTime>
 #include <QSemaphore>
+#include <QThread>
 
 #include <functional>
 #include <memory>
@@ -73,7 +74,7 @@ public:
     const QString& FirstPassword() const { return m_firstPassword; }
     /// Where changes wait for each other.
     const WriterQueue& Writers() const { return *m_writers; }
-    /// Keeps the memory that hashing takes within bounds when many sign on at once.
+    /// Keeps the memory and the cores that hashing takes within bounds when many sign on at once.
     QSemaphore& HashingSlots() const { return m_hashingSlots; }
     SignOnThrottle& Throttle() const { return m_throttle; }
     /// What goes on with other systems.
@@ -97,7 +98,7 @@ private:
     QString m_dummyHash;
     QString m_firstPassword;
     bool m_sample = false;
-    mutable QSemaphore m_hashingSlots{2};
+    mutable QSemaphore m_hashingSlots{qBound(1, QThread::idealThreadCount() - 1, 4)};
     mutable SignOnThrottle m_throttle;
     mutable SeenRecords m_seen;
     std::unique_ptr<RemoteJobs> m_jobs;

@@ -21,6 +21,9 @@ const char HelpText[] = R"(sysadmin-server keeps a library's settings and serves
   --key FILE              private key of that certificate in PEM form
   --sessions N            how many operators may be signed on at once (default 10000); past it the one
                           that did nothing for the longest time is signed off
+  --database-connections N
+                          how many requests may work with the database at once (default: four for each
+                          core, from 12 to 32); a third of them are for requests that change something
   --name TEXT             what the library is called from now on, in titles and at sign-on
   --colour COLOUR         the colour that marks the library from now on in every client's window, so that a
                           test library is not taken for the live one: red, orange, yellow, green, blue,
@@ -156,11 +159,22 @@ std::variant<ServerOptions, PrintAndExit> ReadOptions(const QStringList& argumen
             }
             continue;
         }
-        static const QStringList withValue{"--library",  "--database",     "--database-password-file",
-                                           "--listen",   "--certificate",  "--key",
-                                           "--sessions", "--name",         "--colour",
-                                           "--export",   "--compare",      "--import",
-                                           "--only",     "--history-keep", "--history-export"};
+        static const QStringList withValue{"--library",
+                                           "--database",
+                                           "--database-password-file",
+                                           "--listen",
+                                           "--certificate",
+                                           "--key",
+                                           "--sessions",
+                                           "--database-connections",
+                                           "--name",
+                                           "--colour",
+                                           "--export",
+                                           "--compare",
+                                           "--import",
+                                           "--only",
+                                           "--history-keep",
+                                           "--history-export"};
         QString value;
         if (const qsizetype equals = name.indexOf('='); name.startsWith("--") && equals > 0) {
             value = name.mid(equals + 1);
@@ -201,6 +215,10 @@ std::variant<ServerOptions, PrintAndExit> ReadOptions(const QStringList& argumen
             options.sessions = value.toInt();
             if (options.sessions < 1 || options.sessions > 100'000)
                 return Bad("--sessions needs a number from 1 to 100000.");
+        } else if (name == "--database-connections") {
+            options.databaseConnections = value.toInt();
+            if (options.databaseConnections < 4 || options.databaseConnections > 200)
+                return Bad("--database-connections needs a number from 4 to 200.");
         } else if (name == "--name") {
             options.name = value.trimmed();
             if (options.name.isEmpty() || options.name.size() > MostOfName)

@@ -20,9 +20,10 @@ struct ServerOptions {
     quint16 port = 7443; ///< 0: any that is free
     QString certificateFile;
     QString keyFile;
-    int sessions = 10'000; ///< operators signed on at once
-    QString name;        ///< of the library from now on; empty: it keeps the one it has
-    QString colour;      ///< the same; "none" takes it away
+    int sessions = 10'000;       ///< operators signed on at once
+    int databaseConnections = 0; ///< at the same time; 0: by the number of cores
+    QString name;                ///< of the library from now on; empty: it keeps the one it has
+    QString colour;              ///< the same; "none" takes it away
     bool createSample = false;
     bool createPartner = false; ///< the sample library that is made is the second one
     bool check = false;         ///< look at everything, tell, and end

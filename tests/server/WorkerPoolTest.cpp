@@ -100,6 +100,7 @@ TEST(ServerOptionsTest, CommandLine) {
         {"--history-export", "x", "--only", "locations"},
         {"--history-export", "x", "--name", "Y"},
         {"--foo"},
+        {"--database-connections", "3"},
         {"--sessions", "0"},
         {"--sessions", "many"},
         {"--colour", "mauve"},
