@@ -177,47 +177,37 @@ void HoldSessions(benchmark::State& state) {
     });
 }
 
-#define OF_CLIENTS(function, begin)                                                                          \
-    BENCHMARK(function)                                                                                      \
-        ->Setup(begin)                                                                                       \
-        ->Teardown(End)                                                                                      \
-        ->Threads(1)                                                                                         \
-        ->Threads(16)                                                                                        \
-        ->Threads(64)                                                                                        \
-        ->UseRealTime()                                                                                      \
-        ->Unit(benchmark::kMicrosecond)
+using Function = void (*)(benchmark::State&);
+using Beginning = void (*)(const benchmark::State&);
 
-OF_CLIENTS(Echo, BeginEcho);
-BENCHMARK(BareList)
-    ->Setup(BeginSqlite)
-    ->Teardown(End)
-    ->Name("BareList/SQLite")
-    ->UseRealTime()
-    ->MeasureProcessCPUTime();
-BENCHMARK(BareList)
-    ->Setup(BeginPostgres)
-    ->Teardown(End)
-    ->Name("BareList/PostgreSQL")
-    ->UseRealTime()
-    ->MeasureProcessCPUTime();
-BENCHMARK(BareSave)
-    ->Setup(BeginSqlite)
-    ->Teardown(End)
-    ->Name("BareSave/SQLite")
-    ->UseRealTime()
-    ->MeasureProcessCPUTime();
-BENCHMARK(BareSave)
-    ->Setup(BeginPostgres)
-    ->Teardown(End)
-    ->Name("BareSave/PostgreSQL")
-    ->UseRealTime()
-    ->MeasureProcessCPUTime();
-OF_CLIENTS(List, Begin<BeginSqlite>)->Name("List/SQLite");
-OF_CLIENTS(List, Begin<BeginPostgres>)->Name("List/PostgreSQL");
-OF_CLIENTS(Save, Begin<BeginSqlite>)->Name("Save/SQLite");
-OF_CLIENTS(Save, Begin<BeginPostgres>)->Name("Save/PostgreSQL");
-BENCHMARK(HoldEcho)->Setup(BeginEcho)->Teardown(End)->Arg(500)->Iterations(1);
-BENCHMARK(HoldSessions)->Setup(Begin<BeginSqlite>)->Teardown(End)->Arg(500)->Iterations(1);
+/// Times are those of the clock, and of the processor for both ends together.
+benchmark::internal::Benchmark* Add(const char* name, Function function, Beginning begin) {
+    return benchmark::RegisterBenchmark(name, function)
+        ->Setup(begin)
+        ->Teardown(End)
+        ->MeasureProcessCPUTime()
+        ->UseRealTime()
+        ->Unit(benchmark::kMicrosecond);
+}
+
+void AddOfClients(const char* name, Function function, Beginning begin) {
+    for (const int clients : {1, 16, 64})
+        Add(name, function, begin)->Threads(clients);
+}
+
+void AddAll() {
+    AddOfClients("Echo", Echo, BeginEcho);
+    Add("BareList/SQLite", BareList, BeginSqlite);
+    Add("BareList/PostgreSQL", BareList, BeginPostgres);
+    Add("BareSave/SQLite", BareSave, BeginSqlite);
+    Add("BareSave/PostgreSQL", BareSave, BeginPostgres);
+    AddOfClients("List/SQLite", List, Begin<BeginSqlite>);
+    AddOfClients("List/PostgreSQL", List, Begin<BeginPostgres>);
+    AddOfClients("Save/SQLite", Save, Begin<BeginSqlite>);
+    AddOfClients("Save/PostgreSQL", Save, Begin<BeginPostgres>);
+    Add("HoldEcho", HoldEcho, BeginEcho)->Arg(500)->Iterations(1);
+    Add("HoldSessions", HoldSessions, Begin<BeginSqlite>)->Arg(500)->Iterations(1);
+}
 
 } // namespace
 
@@ -225,5 +215,6 @@ int main(int argc, char** argv) {
     const BenchEnvironment environment;
     QCoreApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);
+    AddAll();
     benchmark::RunSpecifiedBenchmarks();
 }
