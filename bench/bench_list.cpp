@@ -83,6 +83,23 @@ void RequestOnly(benchmark::State& state) {
             state.SkipWithError("the list was refused");
 }
 
+/// The request, and its records as rows of a list.
+void RequestAndRows(benchmark::State& state) {
+    SignedOn program(LibraryOf(state));
+    RequestChannel& channel = program.application.channel;
+    for (auto _ : state) {
+        channel.SendRequest("LstVenTp");
+        QList<GridRow> rows;
+        while (channel.NextRecord("Cd")) {
+            GridRow row{channel.GetField("Cd"), {}, {}};
+            row.cells = {row.key, channel.GetField("Nm")};
+            rows.append(row);
+        }
+        if (rows.size() != state.range(0))
+            state.SkipWithError("rows are missing");
+    }
+}
+
 void FillTableWidget(benchmark::State& state) {
     SignedOn program(LibraryOf(state));
     RequestChannel& channel = program.application.channel;
@@ -112,6 +129,7 @@ int main(int argc, char** argv) {
     for (const int size : {1000, 10000, 100000})
         for (auto* one : {benchmark::RegisterBenchmark("OpenScreen", OpenScreen),
                           benchmark::RegisterBenchmark("RequestOnly", RequestOnly),
+                          benchmark::RegisterBenchmark("RequestAndRows", RequestAndRows),
                           benchmark::RegisterBenchmark("FillTableWidget", FillTableWidget)})
             one->Arg(size)->UseRealTime()->Unit(benchmark::kMillisecond);
     for (const int size : {633, 10000}) // a real library's number, and a very large one's

@@ -14,9 +14,10 @@ namespace status = wire::status;
 namespace {
 
 loan::Fields FieldsOf(const RequestChannel& channel) {
+    const wire::Fields reply = channel.ReplyFields();
     loan::Fields fields;
-    fields.reserve(channel.ReplyFields().size());
-    for (const wire::Field& field : channel.ReplyFields())
+    fields.reserve(reply.size());
+    for (const wire::Field& field : reply)
         fields.append({field.tag, field.value});
     return fields;
 }

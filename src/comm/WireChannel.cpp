@@ -194,8 +194,8 @@ RequestChannel::Answer WireChannel::Observe(const QString& name, const wire::Fie
         m_waiting = nullptr;
     }
     if (m_trace)
-        m_trace->Write(
-            {begun, name, fields, answer.fields, answer.status, double(timer.nsecsElapsed() / 1000) / 1000});
+        m_trace->Write({begun, name, fields, answer.fields.All(), answer.status,
+                        double(timer.nsecsElapsed() / 1000) / 1000});
     return answer;
 }
 
@@ -211,7 +211,7 @@ RequestChannel::Answer WireChannel::SendOutsideSession(const QString& name, cons
             if (!m_problem.isEmpty())
                 return {status::CommunicationsFailure, {}};
         }
-        if (std::optional<wire::Reply> reply = Carry({0, name, fields}, deadline)) {
+        if (std::optional<wire::ReceivedReply> reply = Carry({0, name, fields}, deadline)) {
             m_problem.clear();
             return {reply->status, std::move(reply->fields)};
         }
@@ -228,7 +228,7 @@ RequestChannel::Answer WireChannel::SendInSession(const QString& name, const wir
         return failed;
     const wire::Request request{m_lastNumber + 1, name, fields};
     bool sent = false;
-    std::optional<wire::Reply> reply = Deliver(request, deadline, sent);
+    std::optional<wire::ReceivedReply> reply = Deliver(request, deadline, sent);
     if (!reply) {
         if (sent)
             m_unsettled = request;
@@ -252,13 +252,13 @@ bool WireChannel::Settle(const QDeadlineTimer& deadline) {
     return true;
 }
 
-std::optional<wire::Reply> WireChannel::Deliver(const wire::Request& request, const QDeadlineTimer& deadline,
-                                                bool& sent) {
+std::optional<wire::ReceivedReply> WireChannel::Deliver(const wire::Request& request,
+                                                        const QDeadlineTimer& deadline, bool& sent) {
     for (int sendings = 1;; ++sendings) {
         if (!ConnectAndResume(deadline))
             return {};
         sent = true;
-        if (std::optional<wire::Reply> reply = Carry(request, deadline)) {
+        if (std::optional<wire::ReceivedReply> reply = Carry(request, deadline)) {
             m_problem.clear();
             return reply;
         }
@@ -289,7 +289,7 @@ bool WireChannel::ConnectAndResume(const QDeadlineTimer& deadline) {
 }
 
 bool WireChannel::Resume(const QDeadlineTimer& deadline, bool& mayRetry) {
-    const std::optional<wire::Reply> reply = Carry({0, "Resume", {{"SID", m_token}}}, deadline);
+    const std::optional<wire::ReceivedReply> reply = Carry({0, "Resume", {{"SID", m_token}}}, deadline);
     if (!reply) {
         mayRetry = m_transport->LastFailure() == TransportFailure::Lost;
         return false;
@@ -317,13 +317,14 @@ bool WireChannel::Resume(const QDeadlineTimer& deadline, bool& mayRetry) {
 
 // One message there and one back; none when that failed, and then the connection is closed and m_problem says
 // why.
-std::optional<wire::Reply> WireChannel::Carry(const wire::Request& request, const QDeadlineTimer& deadline) {
+std::optional<wire::ReceivedReply> WireChannel::Carry(const wire::Request& request,
+                                                      const QDeadlineTimer& deadline) {
     const std::optional<QByteArray> bytes = m_transport->Exchange(wire::Encode(request), Left(deadline));
     if (!bytes) {
         m_problem = m_transport->LastProblem();
         return {};
     }
-    std::optional<wire::Reply> reply = wire::DecodeReply(*bytes);
+    std::optional<wire::ReceivedReply> reply = wire::ReadReply(*bytes);
     if (reply && reply->number == request.number)
         return reply;
     m_transport->Close();

@@ -3,7 +3,7 @@
 #include "comm/Transport.h"
 #include "comm/Waiting.h"
 #include "core/data/RequestChannel.h"
-#include "wire/Message.h"
+#include "wire/ReceivedFields.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -76,11 +76,11 @@ private:
     Answer SendOutsideSession(const QString& name, const wire::Fields& fields,
                               std::chrono::milliseconds timeLimit, bool mayRetry = true);
     bool Settle(const QDeadlineTimer& deadline);
-    std::optional<wire::Reply> Deliver(const wire::Request& request, const QDeadlineTimer& deadline,
-                                       bool& sent);
+    std::optional<wire::ReceivedReply> Deliver(const wire::Request& request, const QDeadlineTimer& deadline,
+                                               bool& sent);
     bool ConnectAndResume(const QDeadlineTimer& deadline);
     bool Resume(const QDeadlineTimer& deadline, bool& mayRetry);
-    std::optional<wire::Reply> Carry(const wire::Request& request, const QDeadlineTimer& deadline);
+    std::optional<wire::ReceivedReply> Carry(const wire::Request& request, const QDeadlineTimer& deadline);
     void Rest(std::chrono::milliseconds time);
     QString ProblemOfSignOn(const Answer& answer) const;
     QString ProblemOfServer(qint16 status) const;

@@ -199,9 +199,10 @@ void PutChildren(Context& context, const Children& children, qint64 owner, Reply
     QStringList selected;
     for (const QString& tag : tags)
         selected << columns[tag];
+    const QList<wire::EncodedTag> encoded(tags.begin(), tags.end());
     const auto put = [&](const ResultRow& row) {
-        for (qsizetype i = 0; i < tags.size(); ++i)
-            Put(reply, tags[i], row.value(int(i)).toString());
+        for (qsizetype i = 0; i < encoded.size(); ++i)
+            reply.Put(encoded[i], row.Utf8(int(i)));
     };
     const QString select = "SELECT " + selected.join(", ") + " FROM " + children.table + " c WHERE c.";
     context.database.Each(select + children.owner + "=? ORDER BY c.id", {owner}, put);

@@ -7,13 +7,16 @@ namespace sysadmin::server {
 
 void PutList(Context& context, const ColumnList& list, ReplyFields& reply) {
     QStringList columns;
-    for (const auto& [tag, column] : list.columns)
+    QList<wire::EncodedTag> tags;
+    for (const auto& [tag, column] : list.columns) {
         columns << column;
+        tags.emplaceBack(tag);
+    }
     context.database.Each("SELECT " + columns.join(", ") + " FROM " + list.table + " ORDER BY " +
                               (list.order + QStringList{"id"}).join(", "),
                           {}, [&](const ResultRow& row) {
                               for (qsizetype i = 0; i < columns.size(); ++i)
-                                  Put(reply, list.columns[i].first, row.value(int(i)).toString());
+                                  reply.Put(tags[i], row.Utf8(int(i)));
                           });
 }
 

@@ -27,9 +27,11 @@ void PutMembers(Context& context, const Membership& membership, const QString& c
     if (!conditions.isEmpty())
         sql += " WHERE (" + conditions.join(") AND (") + ')';
     sql += " ORDER BY m.id";
+    const wire::EncodedTag id(idTag);
+    const wire::EncodedTag name(nameTag);
     context.database.Each(sql, values, [&](const ResultRow& row) {
-        Put(reply, idTag, row.value(0).toString());
-        Put(reply, nameTag, row.value(1).toString());
+        reply.Put(id, row.Utf8(0));
+        reply.Put(name, row.Utf8(1));
     });
 }
 

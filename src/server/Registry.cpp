@@ -23,7 +23,10 @@ Registry::Registry(std::function<void(Subject&)> alter)
         AddTable(table);
     AddMigration({2, [this](Database& database) { ConvertFormerHistory(database, m_tables); }});
     AddMigration({3, ConvertSampleParts});
-    AddTable(Changes::Declare());
+    // Programs from before a register of records that were added together would not look into it.
+    AddMigration({4, [](Database&) {}});
+    for (const Table& table : Changes::Declare())
+        AddTable(table);
     AddTable({.name = "usage",
               .columns = {{.name = "table_name"},
                           {.name = "kind"},

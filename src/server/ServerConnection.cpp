@@ -26,8 +26,8 @@ QByteArray Encoded(quint64 number, const Answer& answer, const QStringList& chan
                             answer.status == status::NotAuthorised ||
                             answer.status == status::RecordChanged || answer.status == status::NotFound ||
                             answer.status == wire::many::NotDone;
-    return wire::Encode(wire::Reply{number, answer.status,
-                                    withFields ? wire::Fields(answer.fields) : wire::Fields(), changed});
+    return wire::Encode(number, answer.status, withFields ? answer.fields.Encoded() : wire::EncodedFields(),
+                        changed);
 }
 
 qint16 StatusOf(const StoreError& error) {
@@ -147,7 +147,7 @@ std::optional<QByteArray> ServerConnection::HandleSessionRequest(const wire::Req
         if (result.sessionRow != 0)
             m_nonce.clear(); // it is the session's now
         m_session = result.sessionRow;
-        m_operator = wire::FirstValue(answer.fields, "OI");
+        m_operator = wire::FirstValue(answer.fields.Decoded(), "OI");
         if (IsSignedOn())
             m_library->Seen().Begin(m_session);
         m_epoch = 0;
@@ -254,7 +254,7 @@ Answer ServerConnection::Carry(const wire::Request& request, const RequestRule& 
     }
     context.records.Finish();
     if (answer.status == status::NotFound || answer.status == status::NotAuthorised)
-        answer.fields.clear();
+        answer.fields.Clear();
     view.ExplainMissing(answer);
     cursor = context.cursor;
     return answer;

@@ -111,7 +111,7 @@ std::optional<Answer> SessionView::Refusal(SeenRecords& seen) {
             Put(refusal.fields, m_keyTag, record.key);
         PutChange(refusal.fields, *change);
     }
-    return refusal.fields.isEmpty() ? std::nullopt : std::optional(refusal);
+    return refusal.fields.IsEmpty() ? std::nullopt : std::optional(refusal);
 }
 
 void SessionView::ExplainMissing(Answer& answer) {
@@ -126,7 +126,7 @@ void SessionView::ExplainMissing(Answer& answer) {
                              : m_changes.RemovalOf(table, missing->key, m_session.row);
     if (!removal)
         return;
-    answer.fields.clear();
+    answer.fields.Clear();
     PutChange(answer.fields, *removal);
 }
 

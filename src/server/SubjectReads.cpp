@@ -8,7 +8,7 @@ namespace {
 
 void AppendRecord(const Shape& shape, const ResultRow& row, ReplyFields& reply) {
     for (qsizetype i = 0; i < shape.tags.size(); ++i)
-        Put(reply, shape.tags[i], row.Text(int(i) + 1));
+        reply.Put(shape.tags[i], row.Utf8(int(i) + 1));
 }
 
 bool IsNumber(const Subject& subject, const QString& column) {
@@ -74,18 +74,18 @@ Shape MakeShape(const Subject& subject, bool list) {
     QString joins;
     // The reply to a get leaves the id out: the screen knows for which one it asked.
     if (list && !KeyField(subject)) {
-        shape.tags << subject.key;
+        shape.tags.emplaceBack(subject.key);
         columns << "t.id";
     }
     for (const SubjectField& field : subject.fields) {
         if (list ? !field.inList : !field.inGet)
             continue;
         if (field.kind == SubjectField::Kind::Secret) {
-            shape.tags << field.mark;
+            shape.tags.emplaceBack(field.mark);
             columns << QString("CASE WHEN t." + field.column + "='' THEN 'N' ELSE 'Y' END");
             continue;
         }
-        shape.tags << field.tag;
+        shape.tags.emplaceBack(field.tag);
         if (field.kind == SubjectField::Kind::Uses) {
             columns << QString("(SELECT COALESCE(SUM(u.used), 0) FROM usage u WHERE u.table_name='" +
                                subject.table + "' AND u.record_id=t.id)");

@@ -17,7 +17,7 @@ std::optional<qint64> FindKey(Context& context, const Subject& subject, const wi
 
 /// How a record travels: the SQL that reads it and the tags of its columns, in order.
 struct Shape {
-    QStringList tags;
+    QList<wire::EncodedTag> tags;
     QString select;
 };
 

@@ -1,8 +1,8 @@
 #include "wire/Codec.h"
 
-#include "wire/CborHeader.h"
+#include "wire/CborWriter.h"
+#include "wire/Utf8.h"
 
-#include <algorithm>
 #include <array>
 #include <limits>
 
@@ -11,55 +11,6 @@
 namespace sysadmin::wire {
 
 namespace {
-
-bool IsAscii(QStringView text) {
-    char16_t all = 0;
-    for (const QChar character : text)
-        all |= character.unicode();
-    return all < 0x80;
-}
-
-bool IsAscii(QByteArrayView text) {
-    uchar all = 0;
-    for (const char character : text)
-        all |= uchar(character);
-    return all < 0x80;
-}
-
-class MessageWriter {
-public:
-    explicit MessageWriter(qsizetype expected) { m_bytes.reserve(expected); }
-
-    void Header(CborHeader::Major major, quint64 value) {
-        char header[CborHeader::MostBytes];
-        m_bytes.append(header, CborHeader::Write(header, major, value) - header);
-    }
-    void Number(quint64 number) { Header(CborHeader::Unsigned, number); }
-    void Number(qint16 number) {
-        if (number < 0)
-            Header(CborHeader::Negative, quint64(-1 - number));
-        else
-            Header(CborHeader::Unsigned, quint64(number));
-    }
-    void Text(QStringView text) {
-        if (!IsAscii(text)) {
-            const QByteArray bytes = text.toUtf8();
-            Header(CborHeader::Text, quint64(bytes.size()));
-            m_bytes += bytes;
-            return;
-        }
-        const qsizetype begin = m_bytes.size();
-        m_bytes.resize(begin + CborHeader::MostBytes + text.size());
-        char* end = CborHeader::Write(m_bytes.data() + begin, CborHeader::Text, quint64(text.size()));
-        end = std::transform(text.begin(), text.end(), end,
-                             [](QChar character) { return char(character.unicode()); });
-        m_bytes.resize(end - m_bytes.constData());
-    }
-    const QByteArray& Bytes() const { return m_bytes; }
-
-private:
-    QByteArray m_bytes;
-};
 
 // Enough for a header of either kind of text and most texts' content.
 constexpr qsizetype SpareBytesPerText = 4;
@@ -71,7 +22,7 @@ qsizetype ExpectedSize(const Fields& fields) {
     return size;
 }
 
-void WriteFields(MessageWriter& writer, const Fields& fields) {
+void WriteFields(CborWriter& writer, const Fields& fields) {
     writer.Header(CborHeader::Array, quint64(fields.size()) * 2);
     for (const Field& field : fields) {
         writer.Text(field.tag);
@@ -79,19 +30,14 @@ void WriteFields(MessageWriter& writer, const Fields& fields) {
     }
 }
 
-// Unlike Qt's own function it keeps a byte order mark: it is part of the text here.
-QString FromUtf8(QByteArrayView bytes) {
-    const bool hasMark = bytes.startsWith("\xef\xbb\xbf");
-    const QString text = QString::fromUtf8(bytes);
-    return hasMark ? QChar(QChar::ByteOrderMark) + text : text;
-}
-
-// Reads the items of one message of which the scanner has checked the structure and every limit. A list
-// repeats the same few tags in every record: they share their text.
+// Reads the items of one message of which the scanner has checked the structure and every limit. Fields
+// with the same tag share its text where they follow each other closely: what a request takes is bounded, and
+// so no tag is kept in mind for longer.
 class MessageReader {
 public:
     explicit MessageReader(const QByteArray& message)
-        : m_at(message.constData())
+        : m_message(message)
+        , m_at(message.constData())
         , m_end(m_at + message.size()) {}
 
     CborHeader Next() {
@@ -141,6 +87,14 @@ public:
         return true;
     }
 
+    bool ReadFields(ReceivedFields& fields) {
+        const auto count = qsizetype(Next().value) / 2;
+        qsizetype end = 0;
+        const bool isRead = fields.Read(m_message, m_at - m_message.constData(), count, end);
+        m_at = m_message.constData() + end;
+        return isRead;
+    }
+
     bool ReadTexts(QStringList& texts) {
         const auto count = qsizetype(Next().value);
         for (qsizetype i = 0; i < count; ++i)
@@ -167,6 +121,7 @@ private:
     }
 
     static constexpr size_t TagSlots = 64;
+    const QByteArray& m_message;
     const char* m_at;
     const char* m_end;
     std::array<KnownTag, TagSlots> m_tags;
@@ -190,7 +145,7 @@ bool IsOneMessage(const QByteArray& message, const Limits& limits) {
 } // namespace
 
 QByteArray Encode(const Request& request) {
-    MessageWriter writer(ExpectedSize(request.fields));
+    CborWriter writer(ExpectedSize(request.fields));
     writer.Header(CborHeader::Array, 3);
     writer.Number(request.number);
     writer.Text(request.name);
@@ -198,17 +153,39 @@ QByteArray Encode(const Request& request) {
     return writer.Bytes();
 }
 
+namespace {
+
+void BeginReply(CborWriter& writer, quint64 number, qint16 status, const QStringList& changed) {
+    writer.Header(CborHeader::Array, changed.isEmpty() ? 3 : 4);
+    writer.Number(number);
+    writer.Number(status);
+}
+
+void EndReply(CborWriter& writer, const QStringList& changed) {
+    if (changed.isEmpty())
+        return;
+    writer.Header(CborHeader::Array, quint64(changed.size()));
+    for (const QString& word : changed)
+        writer.Text(word);
+}
+
+} // namespace
+
 QByteArray Encode(const Reply& reply) {
-    MessageWriter writer(ExpectedSize(reply.fields));
-    writer.Header(CborHeader::Array, reply.changed.isEmpty() ? 3 : 4);
-    writer.Number(reply.number);
-    writer.Number(reply.status);
+    CborWriter writer(ExpectedSize(reply.fields));
+    BeginReply(writer, reply.number, reply.status, reply.changed);
     WriteFields(writer, reply.fields);
-    if (!reply.changed.isEmpty()) {
-        writer.Header(CborHeader::Array, quint64(reply.changed.size()));
-        for (const QString& word : reply.changed)
-            writer.Text(word);
-    }
+    EndReply(writer, reply.changed);
+    return writer.Bytes();
+}
+
+QByteArray Encode(quint64 number, qint16 status, const EncodedFields& fields, const QStringList& changed) {
+    constexpr qsizetype expectedOfOthers = 1024;
+    CborWriter writer(fields.Bytes().size() + expectedOfOthers);
+    BeginReply(writer, number, status, changed);
+    writer.Header(CborHeader::Array, quint64(fields.Count()) * 2);
+    writer.Append(fields.Bytes());
+    EndReply(writer, changed);
     return writer.Bytes();
 }
 
@@ -225,17 +202,24 @@ std::optional<Request> DecodeRequest(const QByteArray& message, const Limits& li
     return request;
 }
 
-std::optional<Reply> DecodeReply(const QByteArray& message, const Limits& limits) {
+std::optional<ReceivedReply> ReadReply(const QByteArray& message, const Limits& limits) {
     if (!IsOneMessage(message, limits))
         return {};
     MessageReader reader(message);
     const bool hasChanged = reader.Next().value == 4;
-    Reply reply;
+    ReceivedReply reply;
     reply.number = reader.Next().value;
     if (!ReadStatus(reader.Next(), reply.status) || !reader.ReadFields(reply.fields) ||
         (hasChanged && !reader.ReadTexts(reply.changed)))
         return {};
     return reply;
+}
+
+std::optional<Reply> DecodeReply(const QByteArray& message, const Limits& limits) {
+    const std::optional<ReceivedReply> reply = ReadReply(message, limits);
+    if (!reply)
+        return {};
+    return Reply{reply->number, reply->status, reply->fields.All(), reply->changed};
 }
 
 } // namespace sysadmin::wire

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "wire/EncodedFields.h"
 #include "wire/Limits.h"
 #include "wire/Message.h"
+#include "wire/ReceivedFields.h"
 
 #include <QByteArray>
 
@@ -14,11 +16,16 @@ QByteArray Encode(const Request& request);
 /// A reply as the CBOR array [number, status, [tag, value, ...]], with the array of changed subjects as
 /// fourth element when there are some.
 QByteArray Encode(const Reply& reply);
+/// The same reply, of fields that were encoded while they were put together.
+QByteArray Encode(quint64 number, qint16 status, const EncodedFields& fields,
+                  const QStringList& changed = {});
 
 /// The request of exactly one encoded message; none when it is malformed, not UTF-8, or breaks a limit.
 std::optional<Request> DecodeRequest(const QByteArray& message, const Limits& limits = {});
 /// The reply of exactly one encoded message; none when it is malformed, not UTF-8, or breaks a limit.
 std::optional<Reply> DecodeReply(const QByteArray& message, const Limits& limits = {});
+/// The same, checked in the same way, with the fields left as they came.
+std::optional<ReceivedReply> ReadReply(const QByteArray& message, const Limits& limits = {});
 
 /// Finds where a message ends in a stream of bytes that arrives in pieces. Lengths are checked against the
 /// limits when their header has arrived, before anything of that length is stored. Only arrays and texts

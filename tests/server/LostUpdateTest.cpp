@@ -49,6 +49,40 @@ protected:
 };
 INSTANTIATE_ON_ENGINES(LostUpdateTest);
 
+TEST_P(LostUpdateTest, RecordsThatWereAddedTogetherAreWatchedLikeOthers) {
+    const auto isRefused = [](const wire::Reply& reply, qint16 status) {
+        return reply.status == status && !wire::FirstValue(reply.fields, "ChBy").isEmpty();
+    };
+    wire::Fields thirty;
+    for (int i = 0; i < 30; ++i)
+        thirty << wire::Field{"RQ", "AddVenTp"} << wire::Field{"Cd", "T" + QString::number(i)}
+               << wire::Field{"Nm", "Type " + QString::number(i)};
+    const auto list = [](TestClient& client) { return client.Send("LstVenTp"); };
+    const auto remove = [](TestClient& client, const QString& code) {
+        return client.Send("DelVenTp", {{"Cd", code}});
+    };
+    ASSERT_EQ(list(Mine()).status, status::Ok);
+    ASSERT_EQ(Other().Send(wire::many::Request, thirty).status, status::Ok);
+    EXPECT_EQ(m_server->Value("SELECT last_id-first_id FROM added_records"), "29");
+    EXPECT_TRUE(Mine().Send("LstStCat").changed.contains("VenTp"));
+    EXPECT_FALSE(Other().Send("LstStCat").changed.contains("VenTp"));
+    EXPECT_TRUE(isRefused(remove(Mine(), "T3"), status::RecordChanged)) << "it was not there in the list";
+    ASSERT_TRUE(list(Mine()).changed.isEmpty());
+    ASSERT_EQ(list(Other()).status, status::Ok);
+    EXPECT_EQ(remove(Mine(), "T3").status, status::Ok);
+    EXPECT_TRUE(isRefused(remove(Other(), "T3"), status::NotFound));
+    // Who changes one of them meets the change of whoever added it, and the other way round.
+    const wire::Fields renamed{{"OCd", "T4"}, {"Cd", "T4"}, {"Nm", "Renamed"}};
+    EXPECT_EQ(Mine().Send("UpdVenTp", renamed).status, status::Ok);
+    EXPECT_TRUE(isRefused(remove(Other(), "T4"), status::RecordChanged));
+    EXPECT_EQ(remove(Mine(), "T4").status, status::Ok) << "the last change by others was seen";
+    EXPECT_EQ(remove(Other(), "T5").status, status::Ok);
+    EXPECT_TRUE(isRefused(remove(Mine(), "T5"), status::NotFound));
+    // What was there for a session that ended is kept as long as one goes on that may ask.
+    EXPECT_EQ(m_server->Connect()->SignOn("SYSADMIN", SamplePassword("SYSADMIN")), status::Ok);
+    EXPECT_EQ(m_server->Value("SELECT COUNT(*) FROM added_records"), "1");
+}
+
 TEST_P(LostUpdateTest, EveryUpdateAndDeleteIsRefusedOnceSomebodyElseChangedTheRecord) {
     const Registry& registry = m_server->GetLibrary().GetRegistry();
     int tried = 0;

@@ -48,7 +48,7 @@ TEST(FieldsTextTest, IsWhatTheLibraryForJsonWrites) {
                 array << (value.isNull() ? QJsonValue() : QJsonValue(value.toString()));
             }
             object.insert(name, array);
-            text.Append(name, values[0], values[1]);
+            text.Append(FieldsText::KeyOf(name), values[0], values[1]);
         }
         ASSERT_EQ(text.Take().toStdString(),
                   QJsonDocument(object).toJson(QJsonDocument::Compact).toStdString());
@@ -98,6 +98,8 @@ TEST_P(StatementsTest, ManyRowsAreThoseThatWereGiven) {
                              found.append({row.value(0).toInt(), row.value(1), row.value(2), row.value(3)});
                              words << row.Text(1);
                              EXPECT_EQ(row.Text(2), row.value(2).toString());
+                             for (const int column : {0, 1, 2})
+                                 EXPECT_EQ(QString::fromUtf8(row.Utf8(column)), row.Text(column));
                          });
         ASSERT_EQ(found.size(), rows.size());
         for (int row = 0; row < count; ++row) {
@@ -119,6 +121,12 @@ TEST_P(StatementsTest, ManyRowsAreThoseThatWereGiven) {
     EXPECT_EQ(m_database->Run("INSERT INTO things (word) VALUES (?)", {QString()}), 1);
     const QVariant word = m_database->FirstValue("SELECT word FROM things");
     EXPECT_FALSE(word.isNull()) << "a text without characters is no NULL";
+    const char* several = sqlite ? "SELECT 1.5, CAST(x'61ff62' AS TEXT), CAST(x'efbbbf61' AS TEXT), NULL"
+                                 : "SELECT 1.5::float8, TRUE, U&'\\feffa', NULL";
+    m_database->Each(several, {}, [&](const ResultRow& row) {
+        for (int column = 0; column < row.Count(); ++column)
+            EXPECT_EQ(row.Utf8(column).toByteArray(), row.Text(column).toUtf8()) << column;
+    });
 }
 
 INSTANTIATE_ON_ENGINES(StatementsTest);

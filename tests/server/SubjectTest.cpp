@@ -1,9 +1,11 @@
 #include "Engines.h"
 
+#include "server/SubjectReads.h"
 #include "server/store/History.h"
 #include "server/store/Schema.h"
 #include "server/subjects/Registrations.h"
 #include "support/TestServer.h"
+#include "wire/ReceivedFields.h"
 
 namespace sysadmin::testing {
 namespace {
@@ -66,6 +68,57 @@ TEST_P(SubjectTest, TextsComeBackExactlyOrAreRefused) {
             EXPECT_EQ(StatusOf(get, {{"OI", text}}), status::NotFound) << get;
         EXPECT_EQ(StatusOf("GetPatGp", {{"ID", text}}), status::NotFound);
     }
+}
+
+// What goes out as the engine's own bytes is what its values are as texts.
+TEST_P(SubjectTest, EveryListIsWhatItsTableHolds) {
+    Database& database = m_server->GetDatabase();
+    const Registry& registry = m_server->GetLibrary().GetRegistry();
+    const QString odd = QString::fromUtf8("\xc3\xa4\"\\ \xe6\x9b\xb8\xf0\x9f\x98\x80");
+    int lists = 0;
+    for (const Table& table : registry.GetTables()) {
+        const Subject* subject = registry.SubjectOf(table.name);
+        if (!subject || subject->requests.list.isEmpty())
+            continue;
+        SCOPED_TRACE(subject->requests.list.toStdString());
+        const auto set = [&](const SubjectField& field, const QVariant& value, const QString& which) {
+            database.Run(QString("UPDATE %1 SET %2=? WHERE id=(SELECT %3(id) FROM %1)")
+                             .arg(table.name, field.column, which),
+                         {value});
+        };
+        for (const SubjectField& field : subject->fields)
+            if (field.kind == SubjectField::Kind::Text) {
+                set(field, odd, "MIN");
+                set(field, "", "MAX");
+            } else if (field.kind == SubjectField::Kind::Whole ||
+                       field.kind == SubjectField::Kind::Reference) {
+                set(field, {}, "MAX");
+            }
+        const Shape shape = MakeShape(*subject, true);
+        QString order;
+        if (subject->batch == 0)
+            for (const QString& column : subject->order)
+                order += "t." + column + ", ";
+        wire::EncodedFields listed;
+        database.Each(shape.select + " ORDER BY " + order + "t.id", {}, [&](const ResultRow& row) {
+            for (qsizetype i = 0; i < shape.tags.size(); ++i)
+                listed.Append(shape.tags[i], row.value(int(i) + 1).toString().toUtf8());
+        });
+        const wire::Fields expected = wire::ReceivedFields(listed).All();
+        wire::Fields answered;
+        wire::Reply reply;
+        do {
+            const bool goesOn = reply.status == status::Continues;
+            reply = Send(subject->requests.list, goesOn ? wire::Fields{{"55", "Y"}} : wire::Fields());
+            answered += reply.fields;
+        } while (reply.status == status::Continues);
+        EXPECT_EQ(reply.status, status::Ok);
+        EXPECT_TRUE(answered.first(qMin(answered.size(), expected.size())) == expected);
+        const bool isAll = subject->alsoListed.isEmpty() && !subject->addToList;
+        EXPECT_TRUE(!isAll || answered.size() == expected.size());
+        ++lists;
+    }
+    EXPECT_GT(lists, 20);
 }
 
 TEST_P(SubjectTest, TheLogTellsNothingOfStatementsAndData) {

@@ -94,7 +94,35 @@ TEST(Codec, AgreesWithAnotherOne) {
         }
         const QByteArray theirs = whole.toCborValue().toCbor();
         EXPECT_EQ(Encode(reply), theirs);
+        EncodedFields appended;
+        for (const Field& field : reply.fields)
+            if (random.bounded(2))
+                appended.Append(field.tag, field.value);
+            else
+                appended.Append(EncodedTag(field.tag), field.value.toUtf8());
+        EXPECT_EQ(Encode(reply.number, reply.status, appended, reply.changed), theirs);
         EXPECT_EQ(DecodeReply(theirs), reply);
+    }
+}
+
+TEST(Codec, FieldsThatStayAsTheyCameAreFoundByTheirTags) {
+    // So many different tags that some share a slot, in one reply and in one of few.
+    for (const int tags : {1, 3, 12, 13, 700}) {
+        Fields fields;
+        for (int i = 0; i < 2000; ++i)
+            fields.append({QString::number(i % tags), QString("書 %1").arg(i)});
+        const auto reply = ReadReply(Encode(Reply{1, 0, fields}));
+        ASSERT_TRUE(reply);
+        const ReceivedFields& received = reply->fields;
+        EXPECT_EQ(received.All(), fields);
+        EXPECT_EQ(ReceivedFields(fields).All(), fields);
+        EXPECT_EQ(received.CountTags(), tags);
+        for (int i = 0; i < tags; ++i) {
+            EXPECT_EQ(received.TagAt(i), received.FindTag(QString::number(i)));
+            EXPECT_EQ(FirstValue(received, QString::number(i)), fields[i].value);
+        }
+        EXPECT_EQ(received.FindTag("-"), ReceivedFields::NoTag);
+        EXPECT_EQ(FirstValue(received, "-"), "");
     }
 }
 

@@ -12,7 +12,7 @@ qint16 RequestChannel::SendRequest(const QString& name) {
     Answer answer = Exchange(name, fields);
     m_busy = wasBusy;
     m_reply = std::move(answer.fields);
-    m_places.clear();
+    m_places.fill(0, m_reply.CountTags());
     m_recordEnd = -1;
     if (!answer.changed.isEmpty() && m_changeObserver)
         m_changeObserver(answer.changed);
@@ -20,11 +20,14 @@ qint16 RequestChannel::SendRequest(const QString& name) {
 }
 
 QString RequestChannel::GetField(const QString& tag) const {
+    const int number = m_reply.FindTag(tag);
+    if (number == wire::ReceivedFields::NoTag)
+        return {};
     const qsizetype begin = m_recordEnd < 0 ? 0 : m_recordBegin;
-    const qsizetype end = m_recordEnd < 0 ? m_reply.size() : m_recordEnd;
+    const qsizetype end = m_recordEnd < 0 ? m_reply.Count() : m_recordEnd;
     for (qsizetype i = begin; i < end; ++i)
-        if (m_reply[i].tag == tag)
-            return m_reply[i].value;
+        if (m_reply.TagAt(i) == number)
+            return m_reply.ValueAt(i);
     return {};
 }
 
@@ -33,16 +36,18 @@ bool RequestChannel::GetFlag(const QString& tag) const {
 }
 
 bool RequestChannel::NextRecord(const QString& tag) {
-    qsizetype& place = m_places[tag];
-    while (place < m_reply.size() && m_reply[place].tag != tag)
+    const int number = m_reply.FindTag(tag);
+    qsizetype place = number == wire::ReceivedFields::NoTag ? m_reply.Count() : m_places[number];
+    while (place < m_reply.Count() && m_reply.TagAt(place) != number)
         ++place;
-    if (place >= m_reply.size()) {
+    if (place >= m_reply.Count()) {
         m_recordEnd = -1;
         return false;
     }
     m_recordBegin = place++;
-    while (place < m_reply.size() && m_reply[place].tag != tag)
+    while (place < m_reply.Count() && m_reply.TagAt(place) != number)
         ++place;
+    m_places[number] = place;
     m_recordEnd = place;
     return true;
 }

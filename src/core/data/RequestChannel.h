@@ -1,8 +1,7 @@
 #pragma once
 
-#include "wire/Message.h"
+#include "wire/ReceivedFields.h"
 
-#include <QHash>
 #include <QString>
 #include <QStringList>
 
@@ -54,8 +53,8 @@ public:
     /// a place of its own; the first call finds the first record.
     bool NextRecord(const QString& tag);
 
-    /// The fields of the current reply, in order.
-    const wire::Fields& ReplyFields() const { return m_reply; }
+    /// The fields of the current reply, in order; all of them are made into texts for it.
+    wire::Fields ReplyFields() const { return m_reply.All(); }
 
     /// Is told the words of the subjects ("VenTp") that other sessions changed, as replies bring them. It is
     /// called while the requesting code still reads its reply: act later.
@@ -68,7 +67,7 @@ public:
 protected:
     struct Answer {
         qint16 status = 0;
-        wire::Fields fields;
+        wire::ReceivedFields fields;
         QStringList changed = {}; ///< subjects that others changed
     };
 
@@ -81,8 +80,8 @@ private:
     bool m_busy = false;
     wire::Fields m_pending;
     wire::Fields m_withEvery;
-    wire::Fields m_reply;
-    QHash<QString, qsizetype> m_places; // where the next search for a tag begins
+    wire::ReceivedFields m_reply;
+    QList<qsizetype> m_places; // where the next search for a tag begins, by the tag's number
     qsizetype m_recordBegin = 0;
     qsizetype m_recordEnd = -1; // -1: no record under the cursor
 };

@@ -4,22 +4,33 @@
 
 namespace sysadmin::server {
 
-Table Changes::Declare() {
-    return {.name = "record_changes",
-            .columns = {{.name = "table_name"},
-                        {.name = "record_id", .type = ColumnType::Whole},
-                        {.name = "number", .type = ColumnType::Whole},
-                        {.name = "session", .type = ColumnType::Whole},
-                        {.name = "changed_by"},
-                        {.name = "changed_at"},
-                        {.name = "removed", .type = ColumnType::Flag},
-                        {.name = "key_text"},
-                        {.name = "earlier_number", .type = ColumnType::Whole, .fallback = "0"},
-                        {.name = "earlier_by"},
-                        {.name = "earlier_at"}},
-            .uniqueSets = {{"table_name", "record_id"}},
-            .indexed = {{"number"}},
-            .content = Content::Record};
+QList<Table> Changes::Declare() {
+    return {{.name = "record_changes",
+             .columns = {{.name = "table_name"},
+                         {.name = "record_id", .type = ColumnType::Whole},
+                         {.name = "number", .type = ColumnType::Whole},
+                         {.name = "session", .type = ColumnType::Whole},
+                         {.name = "changed_by"},
+                         {.name = "changed_at"},
+                         {.name = "removed", .type = ColumnType::Flag},
+                         {.name = "key_text"},
+                         {.name = "earlier_number", .type = ColumnType::Whole, .fallback = "0"},
+                         {.name = "earlier_by"},
+                         {.name = "earlier_at"}},
+             .uniqueSets = {{"table_name", "record_id"}},
+             .indexed = {{"number"}},
+             .content = Content::Record},
+            {.name = "added_records",
+             .columns = {{.name = "table_name"},
+                         {.name = "first_id", .type = ColumnType::Whole},
+                         {.name = "last_id", .type = ColumnType::Whole},
+                         {.name = "number", .type = ColumnType::Whole},
+                         {.name = "session", .type = ColumnType::Whole},
+                         {.name = "changed_by"},
+                         {.name = "changed_at"}},
+             .uniqueSets = {{"table_name", "first_id"}},
+             .indexed = {{"number"}},
+             .content = Content::Record}};
 }
 
 qint64 Changes::Last() const {
@@ -28,11 +39,56 @@ qint64 Changes::Last() const {
 
 void Changes::Prune() {
     const QVariant oldest = m_database.FirstValue("SELECT MIN(start_change) FROM sessions");
-    m_database.Run("DELETE FROM record_changes WHERE number<=?",
-                   {oldest.isNull() ? Last() : oldest.toLongLong()});
+    for (const char* table : {"record_changes", "added_records"})
+        m_database.Run(QString("DELETE FROM %1 WHERE number<=?").arg(table),
+                       {oldest.isNull() ? Last() : oldest.toLongLong()});
 }
 
-void Changes::Enter(const QList<Entry>& entries, qint64 number, const Changer& changer) {
+/// Gives records that were added together, and that change now, rows of their own.
+void Changes::EnterOneByOne(const QList<Entry>& entries) {
+    struct Together {
+        qint64 first;
+        qint64 last;
+        QVariantList change;
+    };
+    QHash<QString, QList<Together>> known;
+    QList<std::pair<const Entry*, QVariantList>> alone;
+    for (const Entry& entry : entries) {
+        if (!known.contains(entry.table)) {
+            QList<Together>& all = known[entry.table];
+            m_database.Each(
+                "SELECT first_id, last_id, number, session, changed_by, changed_at FROM added_records "
+                "WHERE table_name=?",
+                {entry.table}, [&](const ResultRow& row) {
+                    all.append({row.value(0).toLongLong(),
+                                row.value(1).toLongLong(),
+                                {row.value(2), row.value(3), row.value(4), row.value(5)}});
+                });
+        }
+        for (const Together& some : std::as_const(known[entry.table]))
+            if (some.first <= entry.id && entry.id <= some.last)
+                alone.append({&entry, some.change});
+    }
+    m_database.InsertMany(
+        "record_changes", {"table_name", "record_id", "number", "session", "changed_by", "changed_at"},
+        alone.size(),
+        [&](qsizetype place, QVariantList& values) {
+            values << alone[place].first->table << alone[place].first->id << alone[place].second;
+        },
+        " ON CONFLICT (table_name, record_id) DO NOTHING");
+}
+
+void Changes::Enter(const QList<Entry>& entries, qint64 number, const Changer& changer,
+                    const QList<Added>& added) {
+    m_database.InsertMany(
+        "added_records",
+        {"table_name", "first_id", "last_id", "number", "session", "changed_by", "changed_at"}, added.size(),
+        [&](qsizetype place, QVariantList& values) {
+            const Added& some = added[place];
+            values << some.table << some.first << some.last << number << changer.session << changer.name
+                   << changer.time;
+        });
+    EnterOneByOne(entries);
     const auto kept = [](const QString& column, const QString& earlier) {
         return earlier + "=CASE WHEN record_changes.session=excluded.session THEN record_changes." + earlier +
                " ELSE record_changes." + column + " END, ";
@@ -57,10 +113,15 @@ void Changes::Enter(const QList<Entry>& entries, qint64 number, const Changer& c
 }
 
 std::optional<Change> Changes::ByOthers(const QString& table, qint64 id, qint64 session) const {
-    const auto row = m_database.FirstRow(
+    auto row = m_database.FirstRow(
         "SELECT session, number, changed_by, changed_at, earlier_number, earlier_by, earlier_at "
         "FROM record_changes WHERE table_name=? AND record_id=?",
         {table, id});
+    if (!row)
+        row = m_database.FirstRow(
+            "SELECT session, number, changed_by, changed_at, 0, '', '' FROM added_records "
+            "WHERE table_name=? AND first_id<=? AND last_id>=?",
+            {table, id, id});
     if (!row)
         return std::nullopt;
     const int first = (*row)[0].toLongLong() == session ? 4 : 1;
@@ -74,7 +135,13 @@ std::optional<Change> Changes::LastByOthers(const QString& table, qint64 number,
         m_database.FirstValue("SELECT record_id FROM record_changes WHERE table_name=? AND number>? "
                               "AND (session<>? OR earlier_number>?) ORDER BY number DESC",
                               {table, number, session, number});
-    return id.isValid() ? ByOthers(table, id.toLongLong(), session) : std::nullopt;
+    const auto change = id.isValid() ? ByOthers(table, id.toLongLong(), session) : std::nullopt;
+    const auto added = m_database.FirstRow("SELECT number, changed_by, changed_at FROM added_records WHERE "
+                                           "table_name=? AND number>? AND session<>? ORDER BY number DESC",
+                                           {table, number, session});
+    if (!added || (change && change->number >= (*added)[0].toLongLong()))
+        return change;
+    return Change{(*added)[0].toLongLong(), (*added)[1].toString(), (*added)[2].toString()};
 }
 
 std::optional<Change> Changes::RemovalOf(const QString& table, qint64 id, qint64 session) const {
@@ -94,9 +161,10 @@ std::optional<Change> Changes::RemovalOf(const QString& table, const QString& ke
 
 QStringList Changes::TablesChangedSince(qint64 number, qint64 session) const {
     QStringList tables;
-    m_database.Each("SELECT DISTINCT table_name FROM record_changes "
-                    "WHERE number>? AND (session<>? OR earlier_number>?)",
-                    {number, session, number},
+    m_database.Each("SELECT table_name FROM record_changes "
+                    "WHERE number>? AND (session<>? OR earlier_number>?) "
+                    "UNION SELECT table_name FROM added_records WHERE number>? AND session<>?",
+                    {number, session, number, number, session},
                     [&](const ResultRow& row) { tables << row.value(0).toString(); });
     return tables;
 }

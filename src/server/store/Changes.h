@@ -26,13 +26,16 @@ struct Change {
 /// and the same for the last change before it by another session. The numbers are those of the requests in
 /// the history: they grow with each request that changes something and are given out in the order in which
 /// the changes become visible, so that "everything up to number N has been read" is a sound statement. A
-/// setting of which there is one record has the id 0. Everything throws `StoreError`.
+/// setting of which there is one record has the id 0.
+///
+/// Records that one request added, one behind the other, stand together in one row of `added_records` until
+/// they change: then they get rows of their own. Everything throws `StoreError`.
 class Changes {
 public:
     explicit Changes(Database& database)
         : m_database(database) {}
 
-    static Table Declare();
+    static QList<Table> Declare();
 
     /// The number of the last change that this transaction sees.
     qint64 Last() const;
@@ -42,8 +45,18 @@ public:
         qint64 id = 0;
         std::optional<QString> removedKey; ///< the folded key text of one that is removed
     };
-    /// Enters changes of one request, each record once.
-    void Enter(const QList<Entry>& entries, qint64 number, const Changer& changer);
+    /// Records that were added, all from the first id to the last.
+    struct Added {
+        QString table;
+        qint64 first = 0;
+        qint64 last = 0;
+    };
+    /// From so many on they are entered together: looking for them then costs less than rows of their own.
+    static constexpr int LeastTogether = 20;
+    /// Enters changes of one request, each record once. Of those that it `added` together, only the removed
+    /// ones are entries besides.
+    void Enter(const QList<Entry>& entries, qint64 number, const Changer& changer,
+               const QList<Added>& added = {});
 
     /// Drops what no session can ask about any more: what was changed before all of them began.
     void Prune();
@@ -59,6 +72,8 @@ public:
     QStringList TablesChangedSince(qint64 number, qint64 session) const;
 
 private:
+    void EnterOneByOne(const QList<Entry>& entries);
+
     Database& m_database;
 };
 

@@ -59,6 +59,10 @@ QString ResultRow::Text(int column) const {
     return m_statement.Text(column);
 }
 
+QByteArrayView ResultRow::Utf8(int column) const {
+    return m_statement.Utf8(column);
+}
+
 int ResultRow::Count() const {
     return m_statement.CountColumns();
 }
@@ -174,7 +178,8 @@ int Database::Run(const QString& sql, const Values& values) {
 }
 
 qint64 Database::RunInsert(const QString& sql, const Values& values) {
-    const Use statement(*this, sql + m_connection->EndOfInsert());
+    const QString end = m_connection->EndOfInsert();
+    const Use statement(*this, end.isEmpty() ? sql : sql + end);
     statement.Check(values);
     return m_connection->Insert(*statement, values);
 }

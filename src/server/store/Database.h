@@ -57,6 +57,8 @@ public:
     QVariant value(int column) const;
     /// Its text, without the way over a value.
     QString Text(int column) const;
+    /// The same as valid UTF-8, which is there until the next one is asked for.
+    QByteArrayView Utf8(int column) const;
     int Count() const;
 
 private:

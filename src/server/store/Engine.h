@@ -9,13 +9,18 @@
 
 namespace sysadmin::server {
 
+/// A value that is a text in UTF-8 already, and one that can be stored.
+struct Utf8Text {
+    QByteArray bytes;
+};
+
 /// A statement of one connection, prepared once and carried out as often as wanted. Everything throws
 /// `StoreError`.
 class EngineStatement {
 public:
     virtual ~EngineStatement() = default;
 
-    /// Carries it out with values for its "?": texts, numbers, bytes; an invalid one is NULL.
+    /// Carries it out with values for its "?": texts, `Utf8Text`s, numbers, bytes; an invalid one is NULL.
     virtual void Execute(const QVariantList& values) = 0;
     /// Goes to the next row of the result, at first to its first one; false when there is none.
     virtual bool Next() = 0;
@@ -29,6 +34,8 @@ public:
     virtual QVariant Value(int column) const = 0;
     /// The same as a text; empty for NULL.
     virtual QString Text(int column) const = 0;
+    /// The same text as valid UTF-8, which is there until the next one is asked for.
+    virtual QByteArrayView Utf8(int column) const = 0;
 };
 
 /// A connection to a database, for one thread at a time. Everything throws `StoreError`.
@@ -58,3 +65,5 @@ std::unique_ptr<EngineConnection> OpenPostgreSql(const StoreAddress& address);
 QString SqliteVersion();
 
 } // namespace sysadmin::server
+
+Q_DECLARE_METATYPE(sysadmin::server::Utf8Text)

@@ -1,6 +1,7 @@
 #include "server/store/FieldsText.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace sysadmin::server {
 
@@ -24,32 +25,60 @@ void AppendEscaped(QByteArray& text, char character) {
 
 } // namespace
 
-void FieldsText::Append(const QString& name, const QVariant& before, const QVariant& after) {
-    m_text += m_text.isEmpty() ? "{\"" : ",\"";
-    m_text += name.toLatin1();
-    m_text += "\":[";
+char* FieldsText::Room(qsizetype bytes) {
+    if (m_size + bytes > m_text.size())
+        m_text.resize(2 * (m_size + bytes));
+    return m_text.data() + m_size;
+}
+
+void FieldsText::Append(QByteArrayView bytes) {
+    std::copy(bytes.begin(), bytes.end(), Room(bytes.size()));
+    m_size += bytes.size();
+}
+
+void FieldsText::Append(const QByteArray& key, const QVariant& before, const QVariant& after) {
+    Append(m_size == 0 ? "{" : ",");
+    Append(key);
     AppendValue(before);
-    m_text += ',';
+    Append(",");
     AppendValue(after);
-    m_text += ']';
+    Append("]");
+}
+
+QByteArray FieldsText::Take() {
+    Append(m_size == 0 ? "{}" : "}");
+    return {m_text.constData(), std::exchange(m_size, 0)};
 }
 
 void FieldsText::AppendValue(const QVariant& value) {
-    if (value.isNull()) {
-        m_text += "null";
+    if (value.isNull())
+        Append("null");
+    else if (value.typeId() == QMetaType::QString)
+        AppendText(*static_cast<const QString*>(value.constData()));
+    else
+        AppendText(value.toString());
+}
+
+void FieldsText::AppendText(const QString& text) {
+    const auto isPlain = [](QChar character) {
+        return character.unicode() < 0x80 && !NeedsEscape(char(character.unicode()));
+    };
+    if (std::all_of(text.begin(), text.end(), isPlain)) { // as nearly all are
+        char* end = Room(text.size() + 2);
+        *end++ = '"';
+        end = std::transform(text.begin(), text.end(), end,
+                             [](QChar character) { return char(character.unicode()); });
+        *end = '"';
+        m_size += text.size() + 2;
         return;
     }
-    const QByteArray bytes = value.toString().toUtf8();
-    m_text += '"';
-    if (std::none_of(bytes.begin(), bytes.end(), NeedsEscape))
-        m_text += bytes;
-    else
-        for (const char character : bytes)
-            if (NeedsEscape(character))
-                AppendEscaped(m_text, character);
-            else
-                m_text += character;
-    m_text += '"';
+    QByteArray escaped;
+    for (const char character : text.toUtf8())
+        if (NeedsEscape(character))
+            AppendEscaped(escaped, character);
+        else
+            escaped += character;
+    Append(QByteArray('"' + escaped + '"'));
 }
 
 } // namespace sysadmin::server

@@ -1,7 +1,7 @@
 #include "server/store/History.h"
 
 #include "server/store/Database.h"
-#include "server/store/FieldsText.h"
+#include "server/store/Engine.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -15,8 +15,13 @@ namespace sysadmin::server {
 namespace {
 
 bool HoldsNothing(const Column& column, const QVariant& value) {
-    const QString text = value.toString();
-    return text.isEmpty() || (column.type == ColumnType::Flag && text == u"N");
+    if (value.typeId() == QMetaType::LongLong)
+        return false;
+    const auto isNothing = [&](const QString& text) {
+        return text.isEmpty() || (column.type == ColumnType::Flag && text == u"N");
+    };
+    return value.typeId() == QMetaType::QString ? isNothing(*static_cast<const QString*>(value.constData()))
+                                                : isNothing(value.toString());
 }
 
 /// How `history_records` names what was done to a record.
@@ -135,9 +140,10 @@ const HistoryWriter::Fields& HistoryWriter::FieldsOf(const Table& table) {
     Fields fields;
     for (const Column& column : table.columns)
         if (!column.secret)
-            fields << &column;
-    std::sort(fields.begin(), fields.end(),
-              [](const Column* one, const Column* other) { return one->name < other->name; });
+            fields.append({&column, table.PlaceOf(column.name), FieldsText::KeyOf(column.name)});
+    std::sort(fields.begin(), fields.end(), [](const NotedColumn& one, const NotedColumn& other) {
+        return one.column->name < other.column->name;
+    });
     return *m_fields.insert(table.name, fields);
 }
 
@@ -159,13 +165,10 @@ HistoryWriter::Entry& HistoryWriter::Begin(const Table& table, qint64 id, const 
 
 void HistoryWriter::NoteAdded(const Table& table, qint64 id, const QVariantList& values) {
     const QVariant owner = table.owner.isEmpty() ? QVariant() : values[table.PlaceOf(table.owner)];
-    FieldsText fields;
-    for (const Column* column : FieldsOf(table)) {
-        const QVariant& value = values[column - table.columns.constData()];
-        if (!HoldsNothing(*column, value))
-            fields.Append(column->name, {}, value);
-    }
-    Begin(table, id, owner, Kind::Added).fields = fields.Take(); // its id was never given before
+    for (const NotedColumn& noted : FieldsOf(table))
+        if (const QVariant& value = values[noted.place]; !HoldsNothing(*noted.column, value))
+            m_text.Append(noted.key, {}, value);
+    Begin(table, id, owner, Kind::Added).fields = m_text.Take(); // its id was never given before
 }
 
 void HistoryWriter::NoteChanged(const Table& table, qint64 id, const Row& before, const Row& after) {
@@ -209,8 +212,7 @@ void HistoryWriter::NoteRemoved(const Table& table, qint64 id, const Row& before
 QByteArray HistoryWriter::Written(const Entry& entry) {
     if (!entry.fields.isEmpty())
         return entry.fields;
-    FieldsText fields;
-    for (const Column* column : FieldsOf(*m_tables.constFind(entry.record.table))) {
+    for (const auto& [column, place, key] : FieldsOf(*m_tables.constFind(entry.record.table))) {
         if (entry.kind == Kind::Changed && !entry.after.contains(column->name) &&
             !entry.before.contains(column->name))
             continue;
@@ -220,9 +222,9 @@ QByteArray HistoryWriter::Written(const Entry& entry) {
                               ? was != is
                               : !HoldsNothing(*column, was) || !HoldsNothing(*column, is);
         if (says)
-            fields.Append(column->name, was, is);
+            m_text.Append(key, was, is);
     }
-    return fields.Take();
+    return m_text.Take();
 }
 
 void HistoryWriter::Finish() {
@@ -240,7 +242,7 @@ void HistoryWriter::Finish() {
                                      << (entry.kind == Kind::Added     ? WasAdded
                                          : entry.kind == Kind::Removed ? WasRemoved
                                                                        : WasChanged)
-                                     << QString::fromUtf8(Written(entry));
+                                     << QVariant::fromValue(Utf8Text{Written(entry)});
                               entry.fields.clear();
                               entry.isWritten = true;
                           });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "server/store/FieldsText.h"
 #include "server/store/Records.h"
 
 namespace sysadmin::server {
@@ -52,7 +53,13 @@ private:
         QByteArray fields = {}; ///< the same as it is written, where that is known already
         bool isWritten = false;
     };
-    using Fields = QList<const Column*>; ///< those that are noted, by their names
+    /// A column that is noted.
+    struct NotedColumn {
+        const Column* column;
+        qsizetype place; ///< among the table's columns
+        QByteArray key;
+    };
+    using Fields = QList<NotedColumn>; ///< by their names
     const Fields& FieldsOf(const Table& table);
     /// The record's entry that is still to be written, if it has one.
     Entry* Waiting(const Table& table, qint64 id);
@@ -67,6 +74,7 @@ private:
     QList<Entry> m_entries;
     QHash<QPair<QString, qint64>, qsizetype> m_places; // of records in the entries
     QHash<QString, Fields> m_fields;
+    FieldsText m_text;
     QHash<QPair<QString, qint64>, RecordName> m_subjects; // of owners
 };
 

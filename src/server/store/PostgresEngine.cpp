@@ -53,7 +53,11 @@ public:
             // The driver takes a null text for NULL; here only an invalid value is. (A variant that holds a
             // null text is not null itself.)
             const bool isNull = values[i].typeId() == QMetaType::QString && values[i].toString().isNull();
-            m_query.bindValue(int(i), isNull ? QVariant(QString("")) : values[i]);
+            const bool isUtf8 = values[i].typeId() == qMetaTypeId<Utf8Text>();
+            m_query.bindValue(int(i), isNull ? QVariant(QString(""))
+                                      : isUtf8
+                                          ? QVariant(QString::fromUtf8(values[i].value<Utf8Text>().bytes))
+                                          : values[i]);
         }
         if (!m_query.exec())
             Throw(m_database, m_query.lastError());
@@ -75,10 +79,12 @@ public:
         return value.isNull() ? QVariant() : value;
     }
     QString Text(int column) const override { return Value(column).toString(); }
+    QByteArrayView Utf8(int column) const override { return m_utf8 = Text(column).toUtf8(); }
 
 private:
     QSqlDatabase m_database;
     QSqlQuery m_query;
+    mutable QByteArray m_utf8;
 };
 
 class PostgresConnection : public EngineConnection {

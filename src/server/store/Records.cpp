@@ -3,6 +3,9 @@
 #include "server/store/Database.h"
 #include "server/store/History.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace sysadmin::server {
 
 namespace {
@@ -13,11 +16,15 @@ QVariant Stored(const Column& column, const QVariant& value) {
     switch (column.type) {
     case ColumnType::Text:
     case ColumnType::Flag: {
+        if (value.typeId() == QMetaType::QString && !static_cast<const QString*>(value.constData())->isNull())
+            return value;
         const QString text = value.toString();
         return text.isNull() ? QString("") : text;
     }
     case ColumnType::Whole:
     case ColumnType::Reference: {
+        if (value.typeId() == QMetaType::LongLong)
+            return value;
         const bool empty = value.isNull() || value.toString().isEmpty();
         return empty ? QVariant() : QVariant(value.toLongLong());
     }
@@ -104,22 +111,21 @@ Records::Inserter::Inserter(Records& records, const QString& table, const QList<
 }
 
 qint64 Records::Inserter::Add(const QVariantList& values) {
-    QVariantList bound;
-    bound.reserve(values.size() + 1);
+    m_bound.clear();
     for (qsizetype i = 0; i < values.size(); ++i) {
         QVariant& value = m_row[m_columns[i] - m_table.columns.constData()];
         value = Stored(*m_columns[i], values[i]);
-        bound << value;
+        m_bound << value;
         if (!m_isUnique[i])
             continue;
         const QString folded = Fold(values[i].toString());
-        bound << (folded.isEmpty() ? QVariant() : QVariant(folded));
+        m_bound << (folded.isEmpty() ? QVariant() : QVariant(folded));
     }
-    const qint64 id = m_records.m_database.RunInsert(m_sql, bound);
+    const qint64 id = m_records.m_database.RunInsert(m_sql, m_bound);
     if (!m_records.m_history)
         return id;
     m_records.m_history->NoteAdded(m_table, id, m_row);
-    m_records.Enter(m_table, id);
+    m_records.EnterAdded(m_table, id);
     for (const Owner& owner : m_owners)
         if (const QVariant& its = m_row[owner.place]; !its.isNull())
             m_records.EnterOwner(*owner.table, its.toLongLong());
@@ -256,7 +262,16 @@ void Records::Finish() {
     if (!m_history)
         return;
     m_history->Finish();
-    Changes(m_database).Enter(m_changes, ChangeNumber(), {m_author->session, m_author->name, m_author->time});
+    QList<Changes::Added> together;
+    for (const QList<Changes::Added>& ofTable : std::exchange(m_added, {}))
+        for (const Changes::Added& added : ofTable)
+            if (added.last - added.first + 1 >= Changes::LeastTogether)
+                together << added;
+            else
+                for (qint64 id = added.first; id <= added.last; ++id)
+                    Enter(Named(added.table), id);
+    Changes(m_database)
+        .Enter(m_changes, ChangeNumber(), {m_author->session, m_author->name, m_author->time}, together);
     m_changes.clear();
     m_entered.clear();
     m_owners.clear();
@@ -302,7 +317,7 @@ void Records::EnterOwner(const Table& table, qint64 id) {
 }
 
 void Records::Enter(const Table& table, qint64 id, const std::optional<QString>& removedKey) {
-    if (table.IsPart())
+    if (table.IsPart() || (!removedKey && IsEnteredAsAdded(table, id)))
         return;
     const qint64 entered = table.IsSingle() ? 0 : id;
     const QPair<QString, qint64> record{table.name, entered};
@@ -313,6 +328,24 @@ void Records::Enter(const Table& table, qint64 id, const std::optional<QString>&
     } else if (removedKey) {
         m_changes[*place].removedKey = removedKey;
     }
+}
+
+void Records::EnterAdded(const Table& table, qint64 id) {
+    if (table.IsPart() || table.IsSingle()) {
+        Enter(table, id);
+        return;
+    }
+    QList<Changes::Added>& added = m_added[table.name];
+    if (!added.isEmpty() && added.last().last == id - 1)
+        added.last().last = id;
+    else
+        added.append({table.name, id, id});
+}
+
+bool Records::IsEnteredAsAdded(const Table& table, qint64 id) const {
+    const QList<Changes::Added> added = m_added.value(table.name);
+    return std::any_of(added.begin(), added.end(),
+                       [id](const Changes::Added& some) { return some.first <= id && id <= some.last; });
 }
 
 void Records::Touch(const QString& table, qint64 id) {

@@ -108,6 +108,7 @@ public:
         QList<bool> m_isUnique;
         QList<Owner> m_owners;
         QVariantList m_row; ///< the last one that was added, or what a row without any values holds
+        QVariantList m_bound;
         QString m_sql;
     };
 
@@ -118,6 +119,8 @@ private:
     void EnterChange(const Table& table, qint64 id, const Row& row, const Row& changed, bool removed);
     void EnterOwner(const Table& table, qint64 id);
     void Enter(const Table& table, qint64 id, const std::optional<QString>& removedKey = {});
+    void EnterAdded(const Table& table, qint64 id);
+    bool IsEnteredAsAdded(const Table& table, qint64 id) const;
 
     Database& m_database;
     const Tables& m_tables;
@@ -126,6 +129,7 @@ private:
     QHash<QString, std::shared_ptr<Inserter>> m_inserters; ///< the last one of each table
     QList<Changes::Entry> m_changes;                       ///< that are to be entered in the register
     QHash<QPair<QString, qint64>, qsizetype> m_entered;    ///< places of records among them
+    QHash<QString, QList<Changes::Added>> m_added;         ///< likewise to be entered, by table
     QSet<QPair<QString, qint64>> m_owners;                 ///< that were entered with their owners
     mutable QHash<QString, QString> m_finds;               ///< how a row is found, by table
 };

@@ -1,8 +1,13 @@
 #include "server/store/Database.h"
 #include "server/store/Engine.h"
 
+#include "wire/Utf8.h"
+
 #include <QStringEncoder>
 
+#include <array>
+#include <charconv>
+#include <limits>
 #include <sqlite3.h>
 
 namespace sysadmin::server {
@@ -100,11 +105,33 @@ public:
         }
     }
 
-private:
-    QString StoredText(int column) const {
-        const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(m_statement, column));
-        return QString::fromUtf8(text, sqlite3_column_bytes(m_statement, column));
+    QByteArrayView Utf8(int column) const override {
+        switch (sqlite3_column_type(m_statement, column)) {
+        case SQLITE_TEXT:
+            // What is no UTF-8, or would lose a byte order mark as a text, goes the way of `Text`.
+            if (const QByteArrayView text = StoredUtf8(column);
+                wire::IsAscii(text) || (text.isValidUtf8() && !text.startsWith("\xef\xbb\xbf")))
+                return text;
+            break;
+        case SQLITE_INTEGER: {
+            const auto written = std::to_chars(m_number.data(), m_number.data() + m_number.size(),
+                                               sqlite3_column_int64(m_statement, column));
+            return {m_number.data(), written.ptr - m_number.data()};
+        }
+        case SQLITE_NULL:
+            return {};
+        default:
+            break;
+        }
+        return m_utf8 = Text(column).toUtf8();
     }
+
+private:
+    QByteArrayView StoredUtf8(int column) const {
+        const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(m_statement, column));
+        return {text, sqlite3_column_bytes(m_statement, column)};
+    }
+    QString StoredText(int column) const { return QString::fromUtf8(StoredUtf8(column)); }
 
     void Step() {
         const int result = sqlite3_step(m_statement);
@@ -152,7 +179,9 @@ private:
                                      SQLITE_TRANSIENT);
         }
         default: {
-            const QByteArray text = value.toString().toUtf8();
+            const auto* utf8 =
+                type == qMetaTypeId<Utf8Text>() ? static_cast<const Utf8Text*>(value.constData()) : nullptr;
+            const QByteArray text = utf8 ? utf8->bytes : value.toString().toUtf8();
             return sqlite3_bind_text(m_statement, place, text.constData(), int(text.size()),
                                      SQLITE_TRANSIENT);
         }
@@ -163,7 +192,9 @@ private:
     sqlite3_stmt* m_statement = nullptr;
     bool m_hasRow = false;
     bool m_isAtFirst = false; ///< the row was read before it was asked for
-    QByteArray m_texts;
+    QByteArray m_texts;       ///< that are bound
+    mutable std::array<char, std::numeric_limits<qint64>::digits10 + 3> m_number; ///< the last one as a text
+    mutable QByteArray m_utf8;                                                    ///< likewise
     QStringEncoder m_encoder{QStringEncoder::Utf8};
 };
 

@@ -110,10 +110,11 @@ std::optional<qint64> FindGroup(Context& context, const wire::Fields& request) {
 bool CutBatch(ReplyFields& reply, qint64 first) {
     static const QSet<QString> markers{"1", "3", "3a", "3k", "5"};
     qint64 record = -1;
-    qsizetype begin = first > 0 ? reply.size() : 0; // what stands before the lists belongs to the first
-    qsizetype end = reply.size();
-    for (qsizetype i = 0; i < reply.size(); ++i) {
-        if (!markers.contains(reply[i].tag))
+    const wire::Fields all = reply.Decoded();
+    qsizetype begin = first > 0 ? all.size() : 0; // what stands before the lists belongs to the first
+    qsizetype end = all.size();
+    for (qsizetype i = 0; i < all.size(); ++i) {
+        if (!markers.contains(all[i].tag))
             continue;
         ++record;
         if (record == first && first > 0)
@@ -123,10 +124,10 @@ bool CutBatch(ReplyFields& reply, qint64 first) {
             break;
         }
     }
-    const bool more = end < reply.size();
-    reply.remove(end, reply.size() - end);
-    reply.remove(0, begin);
-    return more;
+    reply.Clear();
+    for (const wire::Field& field : all.sliced(begin, end - begin))
+        Put(reply, field.tag, field.value);
+    return end < all.size();
 }
 
 /// "GetAcqGp": goes out in batches. A group that others change between two of them is refused: the operator

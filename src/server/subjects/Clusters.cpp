@@ -71,7 +71,7 @@ Answer List(Context& context, const wire::Fields& request) {
         for (qsizetype i = 0; i < tags.size(); ++i)
             Put(answer.fields, tags[i], row.value(int(i)).toString());
     });
-    if (answer.fields.isEmpty())
+    if (answer.fields.IsEmpty())
         answer.status = status::NoClusterLocation;
     return answer;
 }

@@ -70,7 +70,7 @@ Answer Carry(Context& context, const StoredSession& session, const Inner& inner,
     Answer answer = rule->handler(context, inner.fields);
     context.prepared = nullptr;
     if (answer.status == status::NotFound)
-        answer.fields.clear();
+        answer.fields.Clear();
     view.ExplainMissing(answer);
     // One that has to wait for another system is saved by itself.
     return answer.status == status::Continues ? Answer{status::CommunicationsFailure} : answer;
@@ -86,8 +86,9 @@ Answer ChangeMany(Context& context, const wire::Fields& request) {
     const auto refuse = [&](qsizetype place, const Answer& answer) {
         Put(refused, many::Refused, QString::number(place));
         Put(refused, many::Why, QString::number(answer.status));
+        const wire::Fields fields = answer.fields.Decoded();
         for (const QString& tag : {QString("ChBy"), QString("ChAt")})
-            Put(refused, tag, wire::FirstValue(answer.fields, tag));
+            Put(refused, tag, wire::FirstValue(fields, tag));
     };
     for (qsizetype i = 0; i < all.size(); ++i) {
         try {
@@ -108,7 +109,7 @@ Answer ChangeMany(Context& context, const wire::Fields& request) {
             break; // nothing can be looked at in this transaction any more
         }
     }
-    if (!refused.isEmpty() || wire::FirstValue(request, many::OnlyTry) == u"Y")
+    if (!refused.IsEmpty() || wire::FirstValue(request, many::OnlyTry) == u"Y")
         return {many::NotDone, refused};
     Answer done;
     Put(done.fields, "Q", QString::number(all.size()));
