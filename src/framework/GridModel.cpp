@@ -65,7 +65,7 @@ bool GridModel::RemoveRow(const QString& key) {
     const int displayRow = ShownPlace(place);
     if (displayRow >= 0)
         Hide(displayRow);
-    m_places.Removed(place, key);
+    m_places.Removed(key);
     m_texts.Clear();
     m_rows.removeAt(place);
     m_order.Remove(place);

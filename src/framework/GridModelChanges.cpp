@@ -15,6 +15,13 @@ void GridModel::ReplaceRows(const QList<GridRow>& rows) {
         return;
     beginResetModel();
     m_texts.Clear();
+    // A row that changes its place comes before it goes or the other way; its key goes first.
+    for (const Change& change : *changes)
+        if (!change.comes)
+            m_places.Removed(change.key);
+    for (const Change& change : *changes)
+        if (change.comes)
+            m_places.Inserted(change.place, change.key);
     // The list stays the model's own: sharing the other one would make the next change copy all of it.
     const bool sameOrder = std::all_of(changes->begin(), changes->end(),
                                        [&](const Change& change) { return Apply(change, rows); });
@@ -60,7 +67,6 @@ bool GridModel::Apply(const Change& change, const QList<GridRow>& rows) {
     const int place = change.place;
     const auto before = [this](int a, int b) { return m_order.Before(a, b); };
     if (!change.comes) {
-        m_places.Removed(place, change.key);
         m_rows.removeAt(place);
         m_order.Remove(place);
         for (std::vector<int>* places : {&m_shown, &m_sorted}) {
@@ -71,7 +77,6 @@ bool GridModel::Apply(const Change& change, const QList<GridRow>& rows) {
         return true;
     }
     m_rows.insert(place, rows.at(place));
-    m_places.Inserted(place, change.key);
     if (!m_order.Insert(m_rows, place))
         return false;
     for (std::vector<int>* places : {&m_shown, &m_sorted})

@@ -42,11 +42,10 @@ void KeyPlaces::Inserted(int place, const QString& key) {
     }
     m_places.insert(key, place);
     ++m_count;
-    if (place + 1 < m_count)
-        Drift(1);
+    Drift(1);
 }
 
-void KeyPlaces::Removed(int place, const QString& key) {
+void KeyPlaces::Removed(const QString& key) {
     if (!IsMade())
         return;
     if (HasTwins()) {
@@ -55,8 +54,7 @@ void KeyPlaces::Removed(int place, const QString& key) {
     }
     m_places.remove(key);
     --m_count;
-    if (place < m_count)
-        Drift(1);
+    Drift(1);
 }
 
 void KeyPlaces::Arranged(const QList<GridRow>& rows, const std::vector<int>& order) {

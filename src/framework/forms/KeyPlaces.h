@@ -16,8 +16,8 @@ public:
     int Find(const QList<GridRow>& rows, const QString& key) const;
     /// A row with this key was put into this place.
     void Inserted(int place, const QString& key);
-    /// The row with this key was taken from this place.
-    void Removed(int place, const QString& key);
+    /// The row with this key was taken out.
+    void Removed(const QString& key);
     /// The list has another order: its first row stood in place `order[0]` until now, and so on.
     void Arranged(const QList<GridRow>& rows, const std::vector<int>& order);
     /// The list is another one.

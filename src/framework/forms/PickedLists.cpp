@@ -79,7 +79,7 @@ void PickedLists::Move(List& from, List& to, const QStringList& keys) {
             const int place = from.places.Find(from.rows, key);
             if (place < 0)
                 continue;
-            from.places.Removed(place, key);
+            from.places.Removed(key);
             to.places.Inserted(int(to.rows.size()), key);
             to.rows.append(from.rows.takeAt(place));
         }
@@ -181,7 +181,7 @@ void PickedLists::MoveSelected(const QString& key, qsizetype place) {
         return;
     const qsizetype to = std::clamp(place, qsizetype(0), m_selected.rows.size() - 1);
     m_selected.rows.move(from, to);
-    m_selected.places.Removed(from, key);
+    m_selected.places.Removed(key);
     m_selected.places.Inserted(int(to), key);
     m_selected.NoteChange();
 }
