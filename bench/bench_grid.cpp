@@ -1,4 +1,5 @@
-// A list of records into the grid until it is painted, and the same rows into a QTableWidget.
+// Lists in the grid until they are painted, and the same in a QTableView with a plain model behind a
+// QSortFilterProxyModel, or in a QTableWidget.
 #include "support/BenchLibrary.h"
 
 #include "framework/ListGrid.h"
@@ -6,9 +7,11 @@
 #include "framework/forms/ListFields.h"
 
 #include <QAbstractButton>
+#include <QAbstractTableModel>
 #include <QApplication>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QSortFilterProxyModel>
 #include <QTableWidget>
 
 #include <benchmark/benchmark.h>
@@ -23,16 +26,71 @@ const QList<GridColumn> Columns{{.caption = "Codes", .width = 80},
                                 {.caption = "Owning Library", .width = 216},
                                 {.caption = "Id", .hidden = true}};
 
+QStringList MakeCells(int i, int count) {
+    const QString id = QString::number(i);
+    return {"LOC" + QString::number(i * 7919LL % count), "Reading room " + id, "Library", id};
+}
+
 QList<GridRow> MakeRows(int count) {
     QList<GridRow> rows;
     rows.reserve(count);
-    for (int i = 0; i < count; ++i) {
-        const QString id = QString::number(i);
-        rows.append(
-            {id, {"LOC" + QString::number(i * 7919LL % count), "Reading room " + id, "Library", id}, {}});
-    }
+    for (int i = 0; i < count; ++i)
+        rows.append({QString::number(i), MakeCells(i, count), {}});
     return rows;
 }
+
+/// The reference: a model as one writes it, which a QSortFilterProxyModel sorts and filters.
+class PlainModel : public QAbstractTableModel {
+public:
+    void Fill(int count) {
+        beginResetModel();
+        m_rows.clear();
+        m_rows.reserve(count);
+        for (int i = 0; i < count; ++i)
+            m_rows.append(MakeCells(i, count));
+        endResetModel();
+    }
+    void Append(const QStringList& row) {
+        beginInsertRows({}, int(m_rows.size()), int(m_rows.size()));
+        m_rows.append(row);
+        endInsertRows();
+    }
+    QStringList Take(int row) {
+        beginRemoveRows({}, row, row);
+        QStringList taken = m_rows.takeAt(row);
+        endRemoveRows();
+        return taken;
+    }
+    int rowCount(const QModelIndex& parent = {}) const override {
+        return parent.isValid() ? 0 : int(m_rows.size());
+    }
+    int columnCount(const QModelIndex& parent = {}) const override {
+        return parent.isValid() ? 0 : int(Columns.size());
+    }
+    QVariant data(const QModelIndex& index, int role) const override {
+        return role == Qt::DisplayRole ? m_rows[index.row()][index.column()] : QVariant();
+    }
+
+private:
+    QList<QStringList> m_rows;
+};
+
+struct PlainView {
+    PlainView() {
+        proxy.setFilterKeyColumn(-1);
+        proxy.setFilterCaseSensitivity(Qt::CaseInsensitive);
+        proxy.setSortCaseSensitivity(Qt::CaseInsensitive);
+        proxy.setSourceModel(&model);
+        table.setModel(&proxy);
+        table.setColumnHidden(3, true);
+        table.verticalHeader()->hide();
+        table.setSelectionBehavior(QAbstractItemView::SelectRows);
+    }
+
+    PlainModel model;
+    QSortFilterProxyModel proxy;
+    QTableView table;
+};
 
 void Show(QWidget& widget) {
     widget.resize(WindowSize);
@@ -46,7 +104,8 @@ void Paint(QAbstractScrollArea& view) {
     view.viewport()->repaint();
 }
 
-void FillListGrid(benchmark::State& state) {
+// Rows that are there already, and are only shown.
+void ShowReadyRows(benchmark::State& state) {
     const QList<GridRow> rows = MakeRows(int(state.range(0)));
     ListGrid grid("vsf", Columns);
     Show(grid);
@@ -60,21 +119,55 @@ void FillListGrid(benchmark::State& state) {
     }
 }
 
-void FillTableWidget(benchmark::State& state) {
-    const QList<GridRow> rows = MakeRows(int(state.range(0)));
-    QTableWidget table(0, int(Columns.size()));
-    for (int column = 0; column < Columns.size(); ++column) {
-        table.setHorizontalHeaderItem(column, new QTableWidgetItem(Columns[column].caption));
-        table.setColumnHidden(column, Columns[column].hidden);
+// From here on rows are made on the clock, as are the items of the references. In a list that the operator
+// has sorted, each filling sorts, too.
+void FillGrid(benchmark::State& state, bool sorted) {
+    ListGrid grid("vsf", Columns);
+    if (sorted)
+        grid.sortByColumn(0, Qt::AscendingOrder);
+    Show(grid);
+    for (auto _ : state) {
+        grid.SetRows(MakeRows(int(state.range(0))));
+        Paint(grid);
+        state.PauseTiming();
+        grid.SetRows({});
+        Paint(grid);
+        state.ResumeTiming();
     }
+}
+
+void FillPlain(benchmark::State& state, bool sorted) {
+    PlainView view;
+    if (sorted)
+        view.proxy.sort(0);
+    Show(view.table);
+    for (auto _ : state) {
+        view.model.Fill(int(state.range(0)));
+        view.table.selectRow(0);
+        Paint(view.table);
+        state.PauseTiming();
+        view.model.Fill(0);
+        Paint(view.table);
+        state.ResumeTiming();
+    }
+}
+
+void FillTable(benchmark::State& state, bool sorted) {
+    const int count = int(state.range(0));
+    QTableWidget table(0, int(Columns.size()));
+    table.setColumnHidden(3, true);
     table.verticalHeader()->hide();
     table.setSelectionBehavior(QAbstractItemView::SelectRows);
     Show(table);
     for (auto _ : state) {
-        table.setRowCount(int(rows.size()));
-        for (int row = 0; row < rows.size(); ++row)
-            for (int column = 0; column < Columns.size(); ++column)
-                table.setItem(row, column, new QTableWidgetItem(rows[row].cells[column]));
+        table.setRowCount(count);
+        for (int row = 0; row < count; ++row) {
+            const QStringList cells = MakeCells(row, count);
+            for (int column = 0; column < cells.size(); ++column)
+                table.setItem(row, column, new QTableWidgetItem(cells[column]));
+        }
+        if (sorted)
+            table.sortItems(0);
         table.selectRow(0);
         Paint(table);
         state.PauseTiming();
@@ -84,41 +177,42 @@ void FillTableWidget(benchmark::State& state) {
     }
 }
 
-// In a list that the operator has sorted, each filling sorts, too.
-void FillSortedListGrid(benchmark::State& state) {
-    const QList<GridRow> rows = MakeRows(int(state.range(0)));
+// A click on a column of texts.
+void SortGridByText(benchmark::State& state) {
     ListGrid grid("vsf", Columns);
-    grid.sortByColumn(0, Qt::AscendingOrder);
     Show(grid);
+    grid.SetRows(MakeRows(int(state.range(0))));
     for (auto _ : state) {
-        grid.SetRows(rows);
+        grid.sortByColumn(0, Qt::AscendingOrder);
         Paint(grid);
-    }
-}
-
-void FillSortedTableWidget(benchmark::State& state) {
-    const QList<GridRow> rows = MakeRows(int(state.range(0)));
-    QTableWidget table(0, int(Columns.size()));
-    Show(table);
-    for (auto _ : state) {
-        table.setRowCount(int(rows.size()));
-        for (int row = 0; row < rows.size(); ++row)
-            for (int column = 0; column < Columns.size(); ++column)
-                table.setItem(row, column, new QTableWidgetItem(rows[row].cells[column]));
-        table.sortItems(0);
-        Paint(table);
         state.PauseTiming();
-        table.setRowCount(0);
+        grid.sortByColumn(-1, Qt::AscendingOrder);
         state.ResumeTiming();
     }
 }
 
-void Filter(benchmark::State& state, bool sorted) {
+void SortPlainByText(benchmark::State& state) {
+    PlainView view;
+    Show(view.table);
+    view.model.Fill(int(state.range(0)));
+    for (auto _ : state) {
+        view.proxy.sort(0);
+        Paint(view.table);
+        state.PauseTiming();
+        view.proxy.sort(-1);
+        state.ResumeTiming();
+    }
+}
+
+// One more letter in the filter box, in a list whose first letter was typed before.
+void FilterGrid(benchmark::State& state, bool sorted) {
     ListGrid grid("vsf", Columns);
     if (sorted)
         grid.sortByColumn(0, Qt::AscendingOrder);
     Show(grid);
     grid.SetRows(MakeRows(int(state.range(0))));
+    grid.FilterBox()->setText("room");
+    grid.FilterBox()->clear();
     for (auto _ : state) {
         grid.FilterBox()->setText("room 1");
         Paint(grid);
@@ -128,36 +222,58 @@ void Filter(benchmark::State& state, bool sorted) {
     }
 }
 
-// One more letter in the filter box.
-void FilterListGrid(benchmark::State& state) {
-    Filter(state, false);
+// The first letter since the rows came.
+void FilterGridFirst(benchmark::State& state) {
+    ListGrid grid("vsf", Columns);
+    grid.sortByColumn(0, Qt::AscendingOrder);
+    Show(grid);
+    const QList<GridRow> rows = MakeRows(int(state.range(0)));
+    for (auto _ : state) {
+        state.PauseTiming();
+        grid.SetRows(rows);
+        Paint(grid);
+        state.ResumeTiming();
+        grid.FilterBox()->setText("room 1");
+        Paint(grid);
+    }
 }
 
-// The same in a list that the operator has sorted.
-void FilterSortedListGrid(benchmark::State& state) {
-    Filter(state, true);
+void FilterPlain(benchmark::State& state, bool sorted) {
+    PlainView view;
+    if (sorted)
+        view.proxy.sort(0);
+    Show(view.table);
+    view.model.Fill(int(state.range(0)));
+    view.table.selectRow(0);
+    for (auto _ : state) {
+        view.proxy.setFilterFixedString("room 1");
+        Paint(view.table);
+        state.PauseTiming();
+        view.proxy.setFilterFixedString({});
+        state.ResumeTiming();
+    }
 }
 
 QList<GridRow> MakeDates(int count) {
     QList<GridRow> rows;
     for (int i = 0; i < count; ++i)
-        rows.append(
-            {QString::number(i),
-             {QLocale().toString(QDate(1990, 1, 1).addDays(i * 7919LL % 20000), QLocale::ShortFormat)},
-             {}});
+        rows.append({QString::number(i), {ShownDate(QDate(1990, 1, 1).addDays(i * 7919LL % 20000))}, {}});
     return rows;
 }
 
-// A click on a column of dates, as people here write them.
+// A click on a column of dates, as people here write them, until the grid is painted.
 void SortDates(benchmark::State& state) {
     const QLocale before;
     QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
-    GridModel model({{.caption = "Since"}});
-    model.SetRows(MakeDates(int(state.range(0))));
+    ListGrid grid("vsf", {{.caption = "Since"}});
+    Show(grid);
+    grid.SetRows(MakeDates(int(state.range(0))));
     for (auto _ : state) {
-        model.sort(0, Qt::AscendingOrder);
+        grid.sortByColumn(0, Qt::AscendingOrder);
+        Paint(grid);
         state.PauseTiming();
-        model.sort(-1);
+        grid.sortByColumn(-1, Qt::AscendingOrder);
+        Paint(grid);
         state.ResumeTiming();
     }
     QLocale::setDefault(before);
@@ -202,19 +318,46 @@ void MoveOneRow(benchmark::State& state) {
     }
 }
 
+// The reference: the same with plain models, each behind a proxy that sorts it.
+void MoveOneRowPlain(benchmark::State& state) {
+    PlainView from;
+    PlainView to;
+    for (PlainView* view : {&from, &to}) {
+        view->proxy.sort(0);
+        Show(view->table);
+        view->model.Fill(int(state.range(0)) / 2);
+    }
+    for (auto _ : state) {
+        const int row = from.proxy.rowCount() / 2;
+        to.model.Append(from.model.Take(from.proxy.mapToSource(from.proxy.index(row, 0)).row()));
+        from.table.selectRow(row);
+        Paint(from.table);
+        Paint(to.table);
+    }
+}
+
 void Sizes(benchmark::internal::Benchmark* benchmark) {
     benchmark->Arg(100)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 }
 
-BENCHMARK(FillListGrid)->Apply(Sizes);
-BENCHMARK(FillTableWidget)->Apply(Sizes);
-BENCHMARK(FillSortedListGrid)->Apply(Sizes);
-BENCHMARK(FillSortedTableWidget)->Apply(Sizes);
-BENCHMARK(FilterListGrid)->Apply(Sizes);
-BENCHMARK(FilterSortedListGrid)->Apply(Sizes);
+BENCHMARK(ShowReadyRows)->Apply(Sizes);
+BENCHMARK_CAPTURE(FillGrid, as_it_comes, false)->Apply(Sizes);
+BENCHMARK_CAPTURE(FillPlain, as_it_comes, false)->Apply(Sizes);
+BENCHMARK_CAPTURE(FillTable, as_it_comes, false)->Apply(Sizes);
+BENCHMARK_CAPTURE(FillGrid, sorted, true)->Apply(Sizes);
+BENCHMARK_CAPTURE(FillPlain, sorted, true)->Apply(Sizes);
+BENCHMARK_CAPTURE(FillTable, sorted, true)->Apply(Sizes);
+BENCHMARK(SortGridByText)->Apply(Sizes);
+BENCHMARK(SortPlainByText)->Apply(Sizes);
 BENCHMARK(SortDates)->Apply(Sizes);
 BENCHMARK(SortNumbers)->Apply(Sizes);
+BENCHMARK_CAPTURE(FilterGrid, as_it_comes, false)->Apply(Sizes);
+BENCHMARK_CAPTURE(FilterPlain, as_it_comes, false)->Apply(Sizes);
+BENCHMARK_CAPTURE(FilterGrid, sorted, true)->Apply(Sizes);
+BENCHMARK_CAPTURE(FilterPlain, sorted, true)->Apply(Sizes);
+BENCHMARK(FilterGridFirst)->Apply(Sizes);
 BENCHMARK(MoveOneRow)->Apply(Sizes);
+BENCHMARK(MoveOneRowPlain)->Apply(Sizes);
 
 } // namespace
 

@@ -19,7 +19,8 @@ void GridModel::SetCaption(int column, const QString& caption) {
 void GridModel::SetRows(const QList<GridRow>& rows) {
     beginResetModel();
     m_rows = rows;
-    m_places.clear();
+    m_places.Clear();
+    m_texts.Clear();
     m_sorted.clear();
     m_order.Build(m_rows);
     Arrange();
@@ -64,12 +65,13 @@ bool GridModel::RemoveRow(const QString& key) {
     const int displayRow = ShownPlace(place);
     if (displayRow >= 0)
         Hide(displayRow);
+    m_places.Removed(key);
+    m_texts.Clear();
     m_rows.removeAt(place);
     m_order.Remove(place);
     for (int& shown : m_shown)
         shown -= shown > place;
     m_sorted.clear();
-    m_places.clear();
     return true;
 }
 
@@ -77,15 +79,9 @@ void GridModel::SetFilter(const QString& text) {
     if (text == m_filter)
         return;
     beginResetModel();
-    // What holds a longer text holds the shorter one as well: only the rows that are shown come into
-    // question.
-    const bool narrows = !m_filter.isEmpty() && text.contains(m_filter, Qt::CaseInsensitive);
     m_filter = text;
     m_matcher.setPattern(text);
-    if (narrows)
-        std::erase_if(m_shown, [this](int place) { return !Passes(m_rows.at(place)); });
-    else
-        Arrange();
+    Arrange();
     endResetModel();
 }
 
@@ -117,16 +113,41 @@ QStringList GridModel::ShownKeys() const {
 }
 
 QStringList GridModel::SortedKeys() const {
-    if (m_shown.size() == size_t(m_rows.size()))
-        return ShownKeys();
-    std::vector<int> sorted(m_rows.size());
-    std::iota(sorted.begin(), sorted.end(), 0);
-    if (m_order.Column() >= 0)
-        std::sort(sorted.begin(), sorted.end(), [this](int a, int b) { return m_order.Before(a, b); });
     QStringList keys;
-    for (int place : sorted)
-        keys.append(m_rows[place].key);
+    keys.reserve(m_rows.size());
+    for (int place : SortedPlaces())
+        keys.append(m_rows.at(place).key);
     return keys;
+}
+
+std::vector<int> GridModel::SortedPlaces() const {
+    if (m_shown.size() == size_t(m_rows.size()))
+        return m_shown;
+    if (m_sorted.size() == size_t(m_rows.size()))
+        return m_sorted;
+    std::vector<int> sorted(size_t(m_rows.size()));
+    std::iota(sorted.begin(), sorted.end(), 0);
+    m_order.Sort(sorted);
+    return sorted;
+}
+
+std::vector<int> GridModel::DisplayRows(const std::vector<int>& places) const {
+    std::vector<bool> wanted(size_t(m_rows.size()));
+    for (const int place : places)
+        wanted[size_t(place)] = true;
+    std::vector<int> displayRows;
+    for (size_t i = 0; i < m_shown.size() && displayRows.size() < places.size(); ++i)
+        if (wanted[size_t(m_shown[i])])
+            displayRows.push_back(int(i));
+    return displayRows;
+}
+
+std::vector<int> GridModel::DisplayRowsOf(const QStringList& keys) const {
+    std::vector<int> places;
+    for (const QString& key : keys)
+        if (const int place = PlaceOf(key); place >= 0)
+            places.push_back(place);
+    return DisplayRows(places);
 }
 
 const CellEdit* GridModel::EditOf(const QModelIndex& index) const {
@@ -187,8 +208,8 @@ QVariant GridModel::headerData(int section, Qt::Orientation orientation, int rol
 }
 
 void GridModel::sort(int column, Qt::SortOrder order) {
-    m_order.Set(column < m_columns.size() ? column : -1, order);
-    m_order.Build(m_rows);
+    if (m_order.Set(column < m_columns.size() ? column : -1, order))
+        m_order.Build(m_rows);
     Rearrange();
 }
 
@@ -197,8 +218,7 @@ bool GridModel::Passes(const GridRow& row) const {
         return true;
     const qsizetype count = std::min(m_columns.size(), row.cells.size());
     for (qsizetype i = 0; i < count; ++i)
-        if (!m_columns[i].hidden && !m_columns[i].yesNo &&
-            m_matcher.indexIn(ShownText(m_columns[i], row.cells[i])) >= 0)
+        if (IsSearched(m_columns[i]) && m_matcher.indexIn(ShownText(m_columns[i], row.cells[i])) >= 0)
             return true;
     return false;
 }
@@ -207,19 +227,15 @@ void GridModel::Arrange() {
     if (m_sorted.size() != size_t(m_rows.size())) {
         m_sorted.resize(m_rows.size());
         std::iota(m_sorted.begin(), m_sorted.end(), 0);
-        if (m_order.Column() >= 0)
-            std::sort(m_sorted.begin(), m_sorted.end(),
-                      [this](int a, int b) { return m_order.Before(a, b); });
+        m_order.Sort(m_sorted);
     }
     if (m_filter.isEmpty()) {
         m_shown = m_sorted;
         return;
     }
-    // The rows are looked at as they lie in memory, which is quicker than in their order.
-    std::vector<bool> passes(size_t(m_rows.size()));
-    for (qsizetype place = 0; place < m_rows.size(); ++place)
-        passes[size_t(place)] =
-            Passes(m_rows.at(place)); // at(): they stay shared with whoever handed them over
+    if (!m_texts.IsMade())
+        m_texts.Make(m_columns, m_rows);
+    const std::vector<bool> passes = m_texts.RowsWith(m_filter);
     m_shown.clear();
     std::copy_if(m_sorted.begin(), m_sorted.end(), std::back_inserter(m_shown),
                  [&](int place) { return passes[size_t(place)]; });
@@ -229,10 +245,18 @@ void GridModel::Arrange() {
 void GridModel::Rearrange() {
     emit layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
     const std::vector<int> before = m_shown;
-    m_sorted.clear();
-    std::sort(m_shown.begin(), m_shown.end(), [this](int a, int b) { return m_order.Before(a, b); });
-    if (m_shown.size() == size_t(m_rows.size()))
-        m_sorted = m_shown;
+    m_sorted.resize(size_t(m_rows.size()));
+    std::iota(m_sorted.begin(), m_sorted.end(), 0);
+    m_order.Sort(m_sorted);
+    if (before.size() == m_sorted.size()) {
+        m_shown = m_sorted;
+    } else {
+        std::vector<bool> isShown(m_sorted.size());
+        for (const int place : before)
+            isShown[size_t(place)] = true;
+        std::copy_if(m_sorted.begin(), m_sorted.end(), m_shown.begin(),
+                     [&](int place) { return isShown[size_t(place)]; });
+    }
     const QModelIndexList kept = persistentIndexList();
     if (!kept.isEmpty()) {
         std::vector<int> displayRows(m_rows.size(), -1);
@@ -247,12 +271,7 @@ void GridModel::Rearrange() {
 }
 
 int GridModel::PlaceOf(const QString& key) const {
-    if (m_places.isEmpty() && !m_rows.isEmpty()) {
-        m_places.reserve(m_rows.size());
-        for (int i = int(m_rows.size()); i-- > 0;) // from the end: of equal keys the first row counts
-            m_places.insert(m_rows[i].key, i);
-    }
-    return m_places.value(key, -1);
+    return m_places.Find(m_rows, key);
 }
 
 int GridModel::ShownPlace(int place) const {
@@ -263,7 +282,8 @@ int GridModel::ShownPlace(int place) const {
 void GridModel::AppendRow(const GridRow& row) {
     const int place = int(m_rows.size());
     m_rows.append(row);
-    m_places.insert(row.key, place);
+    m_places.Inserted(place, row.key);
+    m_texts.Clear();
     if (!m_order.Update(m_rows, place))
         Rearrange();
     if (Passes(row))
@@ -272,7 +292,8 @@ void GridModel::AppendRow(const GridRow& row) {
 
 void GridModel::RewriteRow(int place, const GridRow& row) {
     if (m_rows.at(place).key != row.key)
-        m_places.clear();
+        m_places.Clear();
+    m_texts.Clear();
     m_rows[place] = row;
     const bool sameOrder = m_order.Update(m_rows, place);
     if (!sameOrder)

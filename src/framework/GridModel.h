@@ -1,6 +1,8 @@
 #pragma once
 
 #include "framework/GridOrder.h"
+#include "framework/RowTexts.h"
+#include "framework/forms/KeyPlaces.h"
 #include "framework/forms/RowsField.h"
 
 #include <QAbstractTableModel>
@@ -54,6 +56,14 @@ public:
     QStringList ShownKeys() const;
     /// The same of all rows, those that the filter hides too.
     QStringList SortedKeys() const;
+    /// Of all rows their places in `Rows()`, in display order.
+    std::vector<int> SortedPlaces() const;
+    /// The place in `Rows()` of the row that is shown here.
+    int PlaceAt(int displayRow) const { return m_shown[size_t(displayRow)]; }
+    /// Where the rows in these places of `Rows()` are shown now, ascending, as far as they are.
+    std::vector<int> DisplayRows(const std::vector<int>& places) const;
+    /// The same of the rows with these keys.
+    std::vector<int> DisplayRowsOf(const QStringList& keys) const;
 
     /// Columns whose cells the operator edits in place, while that is allowed. The model itself changes
     /// nothing: it tells, and whoever owns the rows hands them over anew.
@@ -108,7 +118,8 @@ private:
     QHash<int, CellEdit> m_edits;
     bool m_editable = false;
     bool m_ranked = false;
-    mutable QHash<QString, int> m_places; // key to place in m_rows, filled when first asked
+    KeyPlaces m_places; // in m_rows
+    RowTexts m_texts;   // what the filter looks at; made for the first filter, forgotten when rows change
 };
 
 } // namespace sysadmin

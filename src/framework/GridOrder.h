@@ -20,8 +20,9 @@ public:
 
     int Column() const { return m_column; }
     Qt::SortOrder Direction() const { return m_direction; }
-    /// Orders by the column from now on; -1: the order in which the rows came.
-    void Set(int column, Qt::SortOrder direction);
+    /// Orders by the column from now on; -1: the order in which the rows came. False when it is the same
+    /// column as before, so that all keys are there.
+    bool Set(int column, Qt::SortOrder direction);
 
     /// Computes the keys of all rows.
     void Build(const QList<GridRow>& rows);
@@ -33,17 +34,23 @@ public:
     void Remove(int place);
     /// Whether the row in place `a` stands before the one in place `b`.
     bool Before(int a, int b) const;
+    /// Brings places, which come in ascending order, into the order of their rows.
+    void Sort(std::vector<int>& places) const;
 
 private:
     enum class Kind { None, Number, Date, Text };
 
     bool ReadAll(const QList<GridRow>& rows, Kind kind);
     QString TextOf(const GridRow& row) const;
-    /// The value of a cell in a column of numbers or dates; none where it is neither blank nor one of these.
-    std::optional<double> ReadValue(const QString& cell) const;
+    /// The value of a cell in a column of numbers or dates, as a key; none where it is neither blank nor one
+    /// of these.
+    std::optional<quint64> ReadValue(const QString& cell) const;
     bool TellsKind(const QString& cell) const;
     int Count() const;
     int Compare(int a, int b) const;
+    void BuildTexts(const QList<GridRow>& rows);
+    quint64 GuessOf(const QString& text) const;
+    void SortByText(std::vector<int>& places) const;
 
     const QList<GridColumn>& m_columns;
     std::vector<MomentReader> m_dates; // the forms in which the column may hold dates
@@ -51,8 +58,11 @@ private:
     int m_column = -1;
     Qt::SortOrder m_direction = Qt::AscendingOrder;
     Kind m_kind = Kind::None;
-    std::vector<double> m_values;
+    std::vector<quint64> m_values;
     std::vector<QCollatorSortKey> m_texts;
+    // Sorting by these and seeing whether the texts are in order then is quicker than sorting texts.
+    std::vector<quint64> m_guesses;
+    qsizetype m_common = 0; // letters with which the texts begin, all the same
 };
 
 } // namespace sysadmin

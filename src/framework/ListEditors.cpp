@@ -151,8 +151,9 @@ public:
 protected:
     void ShowValue() override {
         if (m_changing)
-            m_mover->SelectedGrid().ReplaceRows(m_picked.Lists().Selected());
-        m_mover->Refresh();
+            m_mover->RefreshInPlace();
+        else
+            m_mover->Refresh();
         ShowSettings();
     }
     void Lock(bool usable, bool readOnly) override {

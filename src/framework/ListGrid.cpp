@@ -257,7 +257,7 @@ void ListGrid::ChangeInPlace(const Change& change) {
     change();
     updateGeometries();
     verticalScrollBar()->setValue(scrolled);
-    KeepSelection(keys);
+    SelectDisplayRowsOrFirst(m_model.DisplayRowsOf(keys));
     if (column >= 0 && currentIndex().isValid() && !m_edits.isEmpty())
         selectionModel()->setCurrentIndex(m_model.index(currentIndex().row(), column),
                                           QItemSelectionModel::NoUpdate);
@@ -320,23 +320,23 @@ bool ListGrid::SelectKey(const QString& key) {
 }
 
 void ListGrid::SelectKeys(const QStringList& keys) {
-    const QSet<QString> wanted(keys.begin(), keys.end());
-    const int last = m_model.columnCount() - 1;
-    QItemSelection selection;
-    int first = -1;
-    for (int row = 0; row < m_model.rowCount() && !wanted.isEmpty(); ++row) {
-        if (!wanted.contains(m_model.RowAt(row).key))
-            continue;
-        if (first < 0)
-            first = row;
-        const int from = row;
-        while (row + 1 < m_model.rowCount() && wanted.contains(m_model.RowAt(row + 1).key))
-            ++row;
-        selection.append(QItemSelectionRange(m_model.index(from, 0), m_model.index(row, last)));
-    }
+    SelectDisplayRows(m_model.DisplayRowsOf(keys));
+}
+
+// Ascending; none of them empties the selection.
+void ListGrid::SelectDisplayRows(const std::vector<int>& displayRows) {
+    const int first = displayRows.empty() ? -1 : displayRows.front();
     if (first < 0 || selectionMode() == SingleSelection) {
         SelectRow(first);
         return;
+    }
+    const int last = m_model.columnCount() - 1;
+    QItemSelection selection;
+    for (size_t i = 0; i < displayRows.size(); ++i) {
+        const int from = displayRows[i];
+        while (i + 1 < displayRows.size() && displayRows[i + 1] == displayRows[i] + 1)
+            ++i;
+        selection.append(QItemSelectionRange(m_model.index(from, 0), m_model.index(displayRows[i], last)));
     }
     const bool wasQuiet = m_quiet;
     m_quiet = true;
@@ -360,20 +360,22 @@ void ListGrid::SelectRow(int displayRow) {
         scrollTo(currentIndex());
 }
 
-// Selects what is still shown of these rows, or else the first row: Enter and the buttons then have their
-// record.
-void ListGrid::KeepSelection(const QStringList& keys) {
-    SelectKeys(keys);
-    if (SelectedPlaces().isEmpty() && m_model.rowCount() > 0)
+// Without any of its rows left, the first one is selected: Enter and the buttons then have their record.
+void ListGrid::SelectDisplayRowsOrFirst(const std::vector<int>& displayRows) {
+    if (displayRows.empty() && m_model.rowCount() > 0)
         SelectRow(0);
+    else
+        SelectDisplayRows(displayRows);
 }
 
 void ListGrid::ApplyFilter(const QString& text) {
     const bool wasQuiet = m_quiet;
     m_quiet = true;
-    const QStringList keys = SelectedKeys();
+    std::vector<int> places; // which stay, as the rows do
+    for (const int displayRow : SelectedPlaces())
+        places.push_back(m_model.PlaceAt(displayRow));
     m_model.SetFilter(text);
-    KeepSelection(keys);
+    SelectDisplayRowsOrFirst(m_model.DisplayRows(places));
     m_quiet = wasQuiet;
     if (!m_quiet)
         emit SelectionMoved();

@@ -127,7 +127,8 @@ private:
     void FitRowHeight();
     void ApplyFilter(const QString& text);
     void SelectRow(int displayRow);
-    void KeepSelection(const QStringList& keys);
+    void SelectDisplayRows(const std::vector<int>& displayRows);
+    void SelectDisplayRowsOrFirst(const std::vector<int>& displayRows);
     QList<int> SelectedPlaces() const;
     QList<int> VisibleColumns() const;
     QStringList Captions() const;

@@ -3,6 +3,8 @@
 #include <QDateTime>
 #include <QLocale>
 
+#include <chrono>
+
 namespace sysadmin {
 
 namespace {
@@ -98,11 +100,16 @@ std::optional<double> MomentReader::Read(QStringView text) const {
             value += FirstYearOfTwoDigits;
         moment.Of(part.what) = value;
     }
-    const QDate date(moment.year, moment.month, moment.day);
-    if (at != text.size() || !date.isValid() || moment.hour > 23 || moment.minute > 59 || moment.second > 59)
+    // The standard library's calendar is several times as quick as Qt's.
+    const std::chrono::year_month_day date(std::chrono::year(moment.year),
+                                           std::chrono::month(unsigned(moment.month)),
+                                           std::chrono::day(unsigned(moment.day)));
+    if (at != text.size() || moment.year == 0 || !date.ok() || moment.hour > 23 || moment.minute > 59 ||
+        moment.second > 59)
         return std::nullopt;
-    return double(date.toJulianDay()) * SecondsOfDay + (moment.hour * 60 + moment.minute) * 60 +
-           moment.second;
+    constexpr int JulianDayOf1970 = 2440588;
+    const int day = std::chrono::sys_days(date).time_since_epoch().count() + JulianDayOf1970;
+    return double(day) * SecondsOfDay + (moment.hour * 60 + moment.minute) * 60 + moment.second;
 }
 
 } // namespace sysadmin

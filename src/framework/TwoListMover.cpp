@@ -11,6 +11,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <utility>
 
 namespace sysadmin {
 
@@ -67,9 +68,7 @@ TwoListMover::TwoListMover(const PickedNames& names, const PickedLists& lists, O
             [this] { FollowOrder(*m_available, false); });
     connect(&m_selected->Model(), &GridModel::layoutChanged, this,
             [this] { FollowOrder(*m_selected, true); });
-    m_available->SetRows(m_lists.Available());
-    m_selected->SetRows(m_lists.Selected());
-    RefreshButtons();
+    Refresh();
 }
 
 QList<QWidget*> TwoListMover::FocusWidgets() const {
@@ -78,16 +77,26 @@ QList<QWidget*> TwoListMover::FocusWidgets() const {
 }
 
 void TwoListMover::Refresh() {
-    Show(*m_available, m_lists.Available());
-    Show(*m_selected, m_lists.Selected());
+    Show(*m_available, false);
+    Show(*m_selected, true);
     RefreshButtons();
 }
 
+void TwoListMover::RefreshInPlace() {
+    const bool wasMoving = std::exchange(m_isMoving, true);
+    Refresh();
+    m_isMoving = wasMoving;
+}
+
 // Rows that come from elsewhere belong to another record: a filter typed for the last one would hide them.
-void TwoListMover::Show(ListGrid& grid, const QList<GridRow>& rows) {
+void TwoListMover::Show(ListGrid& grid, bool selected) {
+    const quint64 revision = m_lists.Revision(selected);
+    if (std::exchange(m_shownRevisions[selected], revision) == revision)
+        return;
+    const QList<GridRow>& rows = selected ? m_lists.Selected() : m_lists.Available();
     if (m_isMoving)
         grid.ReplaceRows(rows);
-    else if (!rows.isSharedWith(grid.Model().Rows()))
+    else
         grid.SetRows(rows);
 }
 
@@ -179,8 +188,12 @@ void TwoListMover::FollowOrder(ListGrid& grid, bool selected) {
     if (m_isMoving || grid.Model().SortColumn() < 0)
         return;
     m_isMoving = true;
-    m_owner([&](PickedLists& lists) { lists.Arrange(grid.Model().SortedKeys(), selected); });
     Refresh();
+    if (const std::vector<int> order = grid.Model().SortedPlaces();
+        !std::is_sorted(order.begin(), order.end())) {
+        m_owner([&](PickedLists& lists) { lists.Arrange(order, selected); });
+        Refresh();
+    }
     m_isMoving = false;
 }
 

@@ -40,6 +40,8 @@ public:
     QList<QWidget*> FocusWidgets() const;
     /// Shows the lists as they are now. Lists that are still the same keep filter and selection.
     void Refresh();
+    /// The same for lists that are still the same record's: filter and selection stay in any case.
+    void RefreshInPlace();
     /// Display only: the lists can be looked through, nothing moves.
     void SetReadOnly(bool readOnly);
     void SetPrompter(Prompter& prompter);
@@ -62,7 +64,7 @@ private:
     ListGrid* MakeGrid(const QString& name, const QString& caption, const QList<GridColumn>& more);
     QPushButton* MakeButton(const QString& name, const QString& text, const QString& toolTip,
                             void (TwoListMover::*slot)());
-    void Show(ListGrid& grid, const QList<GridRow>& rows);
+    void Show(ListGrid& grid, bool selected);
     void Select();
     void SelectAll();
     void Discard();
@@ -83,6 +85,7 @@ private:
     QPushButton* m_discardAll = nullptr;
     bool m_readOnly = false;
     bool m_isMoving = false;
+    quint64 m_shownRevisions[2] = {}; // of the available list and the selected one
 };
 
 } // namespace sysadmin

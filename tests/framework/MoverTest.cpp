@@ -3,7 +3,11 @@
 #include "framework/forms/ListFields.h"
 #include "support/ControlTest.h"
 
+#include <QLineEdit>
+#include <QRandomGenerator>
 #include <QSignalSpy>
+
+#include <algorithm>
 
 namespace sysadmin {
 namespace {
@@ -87,6 +91,59 @@ TEST_F(MoverTest, ManyRowsMoveAtOnce) {
     EXPECT_EQ(Keys(lists.Available()), half);
     EXPECT_EQ(lists.Selected().size(), 10001);
     EXPECT_EQ(mover->AvailableGrid().SelectedKeys().size(), 10000);
+}
+
+// Lists, grids and what they know of their keys stay the same, whatever moves; a filter stays, too.
+TEST_F(MoverTest, StaysRightThroughRandomMoves) {
+    QRandomGenerator random(20261122);
+    QStringList keys;
+    for (int i = 0; i < 300; ++i)
+        keys.append("k" + QString::number(i));
+    QStringList all = keys;
+    std::sort(all.begin(), all.end());
+    lists.Load(Rows(keys), {});
+    mover->Refresh();
+    ListGrid* grids[] = {&mover->AvailableGrid(), &mover->SelectedGrid()};
+    const QString filter = "name k1";
+    grids[1]->FilterBox()->setText(filter);
+    grids[0]->sortByColumn(0, Qt::DescendingOrder);
+    for (int step = 0; step < 400; ++step) {
+        const int from = random.bounded(2);
+        const QStringList shown = grids[from]->Model().ShownKeys();
+        if (random.bounded(40) == 0)
+            grids[from]->sortByColumn(0, random.bounded(2) ? Qt::AscendingOrder : Qt::DescendingOrder);
+        if (shown.isEmpty())
+            continue;
+        QStringList moving;
+        const int count = random.bounded(30) == 0 ? 60 : 1 + random.bounded(2);
+        for (int i = 0; i < count; ++i)
+            moving.append(shown[random.bounded(int(shown.size()))]);
+        grids[from]->SelectKeys(moving);
+        Click(from == 0 ? "cmdSelect" : "cmdDiscard");
+
+        QStringList together = Keys(lists.Available()) + Keys(lists.Selected());
+        std::sort(together.begin(), together.end());
+        ASSERT_EQ(together, all) << "step " << step;
+        for (const bool selected : {false, true}) {
+            const QList<GridRow>& rows = selected ? lists.Selected() : lists.Available();
+            const GridModel& model = grids[selected]->Model();
+            ASSERT_EQ(model.Rows(), rows) << "step " << step;
+            GridModel rebuilt({{.caption = "Name"}});
+            rebuilt.SetRows(rows);
+            rebuilt.sort(model.SortColumn(), model.SortDirection());
+            rebuilt.SetFilter(model.Filter());
+            ASSERT_EQ(model.ShownKeys(), rebuilt.ShownKeys()) << "step " << step;
+            for (const QString& key : keys) {
+                const GridRow* row = model.FindRow(key);
+                ASSERT_EQ(row != nullptr, rebuilt.FindRow(key) != nullptr) << key.toStdString();
+                ASSERT_EQ(row ? row->key : key, key);
+            }
+        }
+    }
+    EXPECT_EQ(grids[1]->FilterBox()->text(), filter);
+    lists.Load(Rows({"a"}), Rows({"b"}));
+    mover->Refresh();
+    EXPECT_EQ(grids[1]->FilterBox()->text(), "") << "another record";
 }
 
 } // namespace

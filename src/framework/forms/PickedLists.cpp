@@ -4,10 +4,13 @@
 #include <QSet>
 
 #include <algorithm>
+#include <atomic>
 
 namespace sysadmin {
 
 namespace {
+
+constexpr qsizetype FewRows = 32; // move one by one; more are moved in one pass over each list
 
 void SetStates(QList<GridRow>& rows, QChar state) {
     for (GridRow& row : rows)
@@ -49,88 +52,166 @@ void MoveRows(QList<GridRow>& from, QList<GridRow>& to, const QStringList& keys)
 
 } // namespace
 
+void PickedLists::List::NoteChange() {
+    static std::atomic<quint64> last = 0;
+    revision = ++last;
+}
+
+void PickedLists::List::Replace(const QList<GridRow>& with) {
+    rows = with;
+    places.Clear();
+    NoteChange();
+}
+
 void PickedLists::Load(const QList<GridRow>& available, const QList<GridRow>& selected) {
-    m_available = available;
-    m_selected = selected;
+    m_available.Replace(available);
+    m_selected.Replace(selected);
     Accept();
 }
 
+void PickedLists::Move(List& from, List& to, const QStringList& keys) {
+    if (keys.size() > FewRows) {
+        MoveRows(from.rows, to.rows, keys);
+        from.places.Clear();
+        to.places.Clear();
+    } else {
+        for (const QString& key : keys) {
+            const int place = from.places.Find(from.rows, key);
+            if (place < 0)
+                continue;
+            from.places.Removed(key);
+            to.places.Inserted(int(to.rows.size()), key);
+            to.rows.append(from.rows.takeAt(place));
+        }
+    }
+    from.NoteChange();
+    to.NoteChange();
+}
+
 void PickedLists::MoveToSelected(const QStringList& keys) {
-    MoveRows(m_available, m_selected, keys);
+    Move(m_available, m_selected, keys);
 }
 
 void PickedLists::MoveToAvailable(const QStringList& keys) {
-    MoveRows(m_selected, m_available, keys);
+    Move(m_selected, m_available, keys);
+}
+
+void PickedLists::MoveAll(List& from, List& to) {
+    to.Replace(to.rows + from.rows);
+    from.Replace({});
 }
 
 void PickedLists::MoveAllToSelected() {
-    m_selected += m_available;
-    m_available.clear();
+    MoveAll(m_available, m_selected);
 }
 
 void PickedLists::MoveAllToAvailable() {
-    m_available += m_selected;
-    m_selected.clear();
+    MoveAll(m_selected, m_available);
 }
 
 QList<GridRow> PickedLists::Added() const {
-    return RowsInState(m_selected, LoadedAvailable);
+    return RowsInState(Selected(), LoadedAvailable);
 }
 
 QList<GridRow> PickedLists::Removed() const {
-    return RowsInState(m_available, LoadedSelected);
+    return RowsInState(Available(), LoadedSelected);
+}
+
+/// Gives the altered rows, one after the other, to a function that says whether it wants more.
+template <class Found>
+void PickedLists::FindAltered(const Found& found) const {
+    const QList<GridRow>& loaded = m_loadedSelected.rows;
+    const QList<GridRow>& rows = Selected();
+    qsizetype next = 0; // mostly the rows stand as they were loaded
+    for (qsizetype i = 0; i < rows.size(); ++i) {
+        const GridRow& row = rows.at(i);
+        if (next >= loaded.size() || loaded.at(next).key.constData() != row.key.constData()) {
+            const int place = m_loadedSelected.places.Find(loaded, row.key);
+            if (place < 0)
+                continue;
+            next = place;
+        }
+        const GridRow& before = loaded.at(next);
+        const bool isSame =
+            before.state == row.state && (before.cells.isSharedWith(row.cells) || before.cells == row.cells);
+        if ((!isSame || (m_ranked && next != i)) && !found(row))
+            return;
+        ++next;
+    }
 }
 
 QList<GridRow> PickedLists::Altered() const {
-    QHash<QString, qsizetype> loaded;
-    for (qsizetype i = 0; i < m_loadedSelected.size(); ++i)
-        loaded.insert(m_loadedSelected[i].key, i);
     QList<GridRow> altered;
-    for (qsizetype i = 0; i < m_selected.size(); ++i) {
-        const auto place = loaded.constFind(m_selected[i].key);
-        if (place != loaded.constEnd() &&
-            (m_loadedSelected[*place] != m_selected[i] || (m_ranked && *place != i)))
-            altered.append(m_selected[i]);
-    }
+    FindAltered([&](const GridRow& row) {
+        altered.append(row);
+        return true;
+    });
     return altered;
 }
 
 bool PickedLists::Changed() const {
-    return HasState(m_selected, LoadedAvailable) || HasState(m_available, LoadedSelected) ||
-           !Altered().isEmpty();
+    bool isAltered = HasState(Selected(), LoadedAvailable) || HasState(Available(), LoadedSelected);
+    if (!isAltered)
+        FindAltered([&](const GridRow&) { return !(isAltered = true); });
+    return isAltered;
 }
 
 void PickedLists::SetCells(const QStringList& keys, int column, const QString& value) {
     const QSet<QString> wanted(keys.begin(), keys.end());
-    for (QList<GridRow>* rows : {&m_available, &m_selected})
-        for (qsizetype i = 0; i < rows->size(); ++i) {
-            if (!wanted.contains(rows->at(i).key) || rows->at(i).cells.value(column) == value)
+    for (List* list : {&m_available, &m_selected}) {
+        bool isChanged = false;
+        for (qsizetype i = 0; i < list->rows.size(); ++i) {
+            const GridRow& row = list->rows.at(i);
+            if (!wanted.contains(row.key) || row.cells.value(column) == value)
                 continue;
-            QStringList& cells = (*rows)[i].cells;
+            QStringList& cells = list->rows[i].cells;
             while (cells.size() <= column)
                 cells.append(QString());
             cells[column] = value;
+            isChanged = true;
         }
+        if (isChanged)
+            list->NoteChange();
+    }
 }
 
 void PickedLists::MoveSelected(const QString& key, qsizetype place) {
-    for (qsizetype i = 0; i < m_selected.size(); ++i)
-        if (m_selected[i].key == key) {
-            m_selected.move(i, std::clamp(place, qsizetype(0), m_selected.size() - 1));
-            return;
-        }
+    const int from = m_selected.places.Find(m_selected.rows, key);
+    if (from < 0)
+        return;
+    const qsizetype to = std::clamp(place, qsizetype(0), m_selected.rows.size() - 1);
+    m_selected.rows.move(from, to);
+    m_selected.places.Removed(key);
+    m_selected.places.Inserted(int(to), key);
+    m_selected.NoteChange();
 }
 
 void PickedLists::Arrange(const QStringList& keys, bool selected) {
-    QList<GridRow> rest = selected ? m_selected : m_available;
+    List& list = selected ? m_selected : m_available;
+    QList<GridRow> rest = list.rows;
     QList<GridRow> arranged;
     MoveRows(rest, arranged, keys);
-    (selected ? m_selected : m_available) = arranged + rest;
+    list.Replace(arranged + rest);
+}
+
+void PickedLists::Arrange(const std::vector<int>& order, bool selected) {
+    if (std::is_sorted(order.begin(), order.end()))
+        return;
+    List& list = selected ? m_selected : m_available;
+    QList<GridRow> arranged;
+    arranged.reserve(list.rows.size());
+    for (const int place : order)
+        arranged.append(std::move(list.rows[place]));
+    list.rows = std::move(arranged);
+    list.places.Arranged(list.rows, order);
+    list.NoteChange();
 }
 
 void PickedLists::Accept() {
-    SetStates(m_available, LoadedAvailable);
-    SetStates(m_selected, LoadedSelected);
+    SetStates(m_available.rows, LoadedAvailable);
+    SetStates(m_selected.rows, LoadedSelected);
+    m_available.NoteChange();
+    m_selected.NoteChange();
     m_loadedAvailable = m_available;
     m_loadedSelected = m_selected;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "framework/forms/GridRow.h"
+#include "framework/forms/KeyPlaces.h"
 
 namespace sysadmin {
 
@@ -18,8 +18,10 @@ public:
 
     /// Takes what the server has; the rows' own states are replaced.
     void Load(const QList<GridRow>& available, const QList<GridRow>& selected);
-    const QList<GridRow>& Available() const { return m_available; }
-    const QList<GridRow>& Selected() const { return m_selected; }
+    const QList<GridRow>& Available() const { return m_available.rows; }
+    const QList<GridRow>& Selected() const { return m_selected.rows; }
+    /// Another number whenever the list may be another one; the same after a change was taken back.
+    quint64 Revision(bool selected) const { return (selected ? m_selected : m_available).revision; }
 
     /// Moves the available rows with these keys to the end of the selected ones, in the keys' order; keys
     /// that are not there are passed over.
@@ -44,6 +46,9 @@ public:
     void MoveSelected(const QString& key, qsizetype place);
     /// Brings the selected rows, or the available ones, into the order of the keys; others stay behind them.
     void Arrange(const QStringList& keys, bool selected);
+    /// The same by places: the row in place `order[0]` becomes the first one, and so on. Names each place
+    /// once.
+    void Arrange(const std::vector<int>& order, bool selected);
 
     /// The lists were saved: each row belongs where it is now.
     void Accept();
@@ -51,11 +56,23 @@ public:
     void Revert();
 
 private:
+    struct List {
+        QList<GridRow> rows{};
+        KeyPlaces places{};
+        quint64 revision = 0;
+        void NoteChange();
+        void Replace(const QList<GridRow>& with);
+    };
+    static void Move(List& from, List& to, const QStringList& keys);
+    static void MoveAll(List& from, List& to);
+    template <class Found>
+    void FindAltered(const Found& found) const;
+
     bool m_ranked = false;
-    QList<GridRow> m_available;
-    QList<GridRow> m_selected;
-    QList<GridRow> m_loadedAvailable;
-    QList<GridRow> m_loadedSelected;
+    List m_available;
+    List m_selected;
+    List m_loadedAvailable;
+    List m_loadedSelected;
 };
 
 } // namespace sysadmin
