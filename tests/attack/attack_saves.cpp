@@ -146,6 +146,6 @@ int main(int argc, char** argv) {
     BareEngine(library, seconds);
     const QStringList runs = options.value("clients").split(',');
     for (const QString& clients : runs)
-        Run(library, options.value("server"), qBound(1, clients.toInt(), 180),
+        Run(library, options.value("server"), qBound(1, clients.toInt(), 1000),
             qBound(0, options.value("readers").toInt(), 16), seconds);
 }
