@@ -12,6 +12,7 @@
 #include <QElapsedTimer>
 
 #include <barrier>
+#include <mutex>
 #include <thread>
 
 using namespace sysadmin;
@@ -79,12 +80,16 @@ void Run(const AttackLibrary& library, const QString& program, int writers, int 
     std::vector<Figures> saves{size_t(writers)};
     std::vector<Figures> lists{size_t(readers)};
     std::barrier begin(writers + readers);
+    std::mutex signingOn;
     std::vector<std::thread> threads;
     for (int i = 0; i < writers + readers; ++i)
         threads.emplace_back([&, i] {
+            // One after the other: the server keeps only so many connections on which nobody has signed on.
+            std::unique_lock turn(signingOn);
             RawPeer peer(server.Port());
             if (!peer.SignOn("SYSADMIN"))
                 qFatal("Sign-on failed.");
+            turn.unlock();
             quint64 number = 0;
             const auto send = [&](const QString& name, const wire::Fields& fields) {
                 const auto reply = peer.Ask(++number, name, fields);
@@ -147,5 +152,5 @@ int main(int argc, char** argv) {
     const QStringList runs = options.value("clients").split(',');
     for (const QString& clients : runs)
         Run(library, options.value("server"), qBound(1, clients.toInt(), 1000),
-            qBound(0, options.value("readers").toInt(), 16), seconds);
+            qBound(0, options.value("readers").toInt(), 1000), seconds);
 }
