@@ -1,7 +1,7 @@
 # shellcheck shell=bash disable=SC2034
 # What ./run and ./test have in common: installing the packages that are missing.
 
-BuildPackages=(g++ cmake ninja-build ccache pkg-config qt6-base-dev qt6-svg-dev libqt6sql6-psql libsqlite3-dev
+BuildPackages=(g++ cmake ninja-build ccache pkg-config qt6-base-dev qt6-svg-dev libpq-dev libsqlite3-dev
     libsodium-dev libssl-dev libyaz-dev fonts-dejavu-core)
 TestPackages=(libgtest-dev yaz libbenchmark-dev openssl postgresql xvfb x11-utils)
 

@@ -10,11 +10,13 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QProcess>
 
 #include <benchmark/benchmark.h>
 #include <malloc.h>
 
 #include <atomic>
+#include <cstdio>
 
 using namespace sysadmin;
 
@@ -152,29 +154,47 @@ qint64 ResidentBytes() {
     return file.open(QIODevice::ReadOnly) ? file.readAll().split(' ').value(1).toLongLong() * 4096 : 0;
 }
 
-/// Sessions that are signed on and idle: what one of them takes of memory, both ends of its connection
-/// together, beside a bare TLS connection.
-template <class Connect>
-void Hold(benchmark::State& state, const Connect& connect) {
+/// What this process takes of memory for each of many idle connections; their other ends are in a process of
+/// their own.
+void Hold(benchmark::State& state, quint16 port, const char* how) {
     for (auto _ : state) {
         const qint64 before = ResidentBytes();
-        std::vector<std::unique_ptr<TlsPeer>> peers;
-        for (int i = 0; i < int(state.range(0)); ++i)
-            peers.push_back(connect());
-        state.counters["KB_each"] = double(ResidentBytes() - before) / 1024 / double(peers.size());
+        QProcess peers;
+        peers.start(QCoreApplication::applicationFilePath(),
+                    {how, QString::number(port), QString::number(state.range(0))});
+        if (!peers.waitForReadyRead(300'000))
+            qFatal("The peers have not connected.");
+        state.counters["KB_each"] = double(ResidentBytes() - before) / 1024 / double(state.range(0));
+        peers.closeWriteChannel();
+        peers.waitForFinished();
     }
 }
 
+/// The other ends: connected, or signed on and with a first list, until the input ends.
+int BePeers(bool signOn, quint16 port, int count) {
+    std::vector<std::unique_ptr<TlsPeer>> peers;
+    for (int i = 0; i < count; ++i) {
+        peers.push_back(std::make_unique<TlsPeer>(port));
+        if (!signOn)
+            continue;
+        peers.back()->SignOn();
+        peers.back()->Ask(1, "LstVenTp");
+    }
+    std::puts("connected");
+    std::fflush(stdout);
+    return std::getchar() == EOF ? 0 : 1;
+}
+
 void HoldEcho(benchmark::State& state) {
-    Hold(state, [] { return std::make_unique<TlsPeer>(shared.echo->Port()); });
+    Hold(state, shared.echo->Port(), "--connected");
+}
+
+void HoldConnections(benchmark::State& state) {
+    Hold(state, shared.server->Port(), "--connected");
 }
 
 void HoldSessions(benchmark::State& state) {
-    Hold(state, [] {
-        auto peer = std::make_unique<TlsPeer>(shared.server->Port());
-        peer->SignOn();
-        return peer;
-    });
+    Hold(state, shared.server->Port(), "--signed-on");
 }
 
 using Function = void (*)(benchmark::State&);
@@ -205,8 +225,9 @@ void AddAll() {
     AddOfClients("List/PostgreSQL", List, Begin<BeginPostgres>);
     AddOfClients("Save/SQLite", Save, Begin<BeginSqlite>);
     AddOfClients("Save/PostgreSQL", Save, Begin<BeginPostgres>);
-    Add("HoldEcho", HoldEcho, BeginEcho)->Arg(500)->Iterations(1);
-    Add("HoldSessions", HoldSessions, Begin<BeginSqlite>)->Arg(500)->Iterations(1);
+    Add("HoldEcho", HoldEcho, BeginEcho)->Arg(1000)->Iterations(1);
+    Add("HoldConnections", HoldConnections, Begin<BeginSqlite>)->Arg(10'000)->Iterations(1);
+    Add("HoldSessions", HoldSessions, Begin<BeginSqlite>)->Arg(10'000)->Iterations(1);
 }
 
 } // namespace
@@ -214,6 +235,9 @@ void AddAll() {
 int main(int argc, char** argv) {
     const BenchEnvironment environment;
     QCoreApplication application(argc, argv);
+    const QStringList arguments = application.arguments();
+    if (arguments.size() == 4 && (arguments[1] == "--connected" || arguments[1] == "--signed-on"))
+        return BePeers(arguments[1] == "--signed-on", quint16(arguments[2].toUInt()), arguments[3].toInt());
     benchmark::Initialize(&argc, argv);
     AddAll();
     benchmark::RunSpecifiedBenchmarks();

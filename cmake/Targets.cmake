@@ -16,10 +16,10 @@ endif()
 # One precompiled header for code without widgets, one for code with them: all their users share the flags.
 file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/pch.cpp CONTENT "")
 add_library(sysadmin_pch_plain OBJECT ${CMAKE_BINARY_DIR}/pch.cpp)
-target_link_libraries(sysadmin_pch_plain PUBLIC sysadmin_options Qt6::Core Qt6::Network Qt6::Sql)
+target_link_libraries(sysadmin_pch_plain PUBLIC sysadmin_options Qt6::Core Qt6::Network)
 target_precompile_headers(sysadmin_pch_plain PRIVATE <QtCore> <functional> <memory> <optional> <vector>)
 add_library(sysadmin_pch_widgets OBJECT ${CMAKE_BINARY_DIR}/pch.cpp)
-target_link_libraries(sysadmin_pch_widgets PUBLIC sysadmin_options Qt6::Widgets Qt6::Network Qt6::Sql $<TARGET_NAME_IF_EXISTS:Qt6::Svg>)
+target_link_libraries(sysadmin_pch_widgets PUBLIC sysadmin_options Qt6::Widgets Qt6::Network $<TARGET_NAME_IF_EXISTS:Qt6::Svg>)
 target_precompile_headers(sysadmin_pch_widgets PRIVATE <QtCore> <QtWidgets> <functional> <memory> <optional> <vector>)
 
 # sysadmin_library(NAME [WIDGETS] [LINK target...]): the library of src/NAME, a '/' in NAME a '_' in its target's.

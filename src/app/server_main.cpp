@@ -73,22 +73,27 @@ int Serve(const ServerOptions& options) {
     limits.writers = connections / 3;
     limits.workers = connections - limits.writers;
     const auto databases = std::make_shared<Databases>(library);
-    Listener listener(
-        *identity,
-        [library, databases](const QString& peer) {
-            return std::make_unique<ServerConnection>(library, peer, databases);
-        },
-        limits);
-    if (!listener.listen(options.address, options.port))
+    std::unique_ptr<Listener> listener;
+    try {
+        listener = std::make_unique<Listener>(
+            *identity,
+            [library, databases](const QString& peer) {
+                return std::make_unique<ServerConnection>(library, peer, databases);
+            },
+            limits);
+    } catch (const std::exception& failure) {
+        return Fail(failure.what());
+    }
+    if (!listener->listen(options.address, options.port))
         return Fail("Cannot listen on " + options.address.toString() + ':' + QString::number(options.port) +
-                    ": " + listener.errorString() + '.');
+                    ": " + listener->errorString() + '.');
     std::optional<HistoryKeeper> keeper;
     if (options.historyKeep > 0)
         keeper.emplace(library, options.historyKeep);
     Print(stdout, "Certificate SHA-256 " + identity->Fingerprint());
     const bool isIPv6 = options.address.protocol() == QAbstractSocket::IPv6Protocol;
     const QString host = isIPv6 ? '[' + options.address.toString() + ']' : options.address.toString();
-    Print(stdout, "Listening on " + host + ':' + QString::number(listener.serverPort()));
+    Print(stdout, "Listening on " + host + ':' + QString::number(listener->serverPort()));
     return QCoreApplication::exec();
 }
 
@@ -112,7 +117,6 @@ int main(int argc, char** argv) {
 #endif
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName("sysadmin-server");
-    SilenceDatabaseDrivers();
     const QString directory =
         QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/sysadmin-server";
     const auto asked = ReadOptions(application.arguments().mid(1), directory);

@@ -2,7 +2,6 @@
 
 #include "server/PeerConnection.h"
 #include "server/SystemLimits.h"
-#include "wire/Tls.h"
 
 namespace sysadmin::server {
 
@@ -16,16 +15,12 @@ constexpr qint64 LongReplyBytes = 1024 * 1024;
 Listener::Listener(const ServerIdentity& identity, wire::EndpointFactory factory, const PeerLimits& limits,
                    QObject* parent)
     : QTcpServer(parent)
+    , m_context(identity)
     , m_factory(std::move(factory))
     , m_limits(limits)
     , m_workers(std::make_unique<WorkerPool>(limits.workers))
     , m_writers(std::make_unique<WorkerPool>(limits.writers)) {
     m_inbox->listener = this;
-    m_configuration = wire::TlsConfiguration();
-    m_configuration.setPeerVerifyMode(
-        QSslSocket::VerifyNone); // operators prove themselves by their passwords
-    m_configuration.setLocalCertificateChain(identity.chain);
-    m_configuration.setPrivateKey(identity.key);
     m_shares.OnGranted([this](quint64 number) {
         QMetaObject::invokeMethod(
             this, [this, number] { Guard(number, [&] { Granted(number); }); }, Qt::QueuedConnection);
@@ -47,14 +42,14 @@ Listener::~Listener() {
 void Listener::incomingConnection(qintptr handle) {
     MakeRoomForStranger();
     const quint64 number = ++m_lastNumber;
-    auto* connection = new PeerConnection(number, m_limits, m_shares, this);
+    auto* connection = new PeerConnection(number, m_limits, m_shares, m_watch, this);
     m_peers[number].connection = connection;
     connect(connection, &PeerConnection::Received, this,
             [this, number](const QByteArray& message, const QByteArray& request) {
                 Handle(number, message, request);
             });
     connect(connection, &PeerConnection::Finished, this, [this, number] { Remove(number); });
-    connection->Begin(handle, m_configuration);
+    Guard(number, [&] { connection->Begin(handle, m_context); });
 }
 
 void Listener::Guard(quint64 number, const std::function<void()>& work) {
@@ -87,16 +82,7 @@ void Listener::Handle(quint64 number, const QByteArray& message, const QByteArra
                            isLong = message.size() > MemoryShares::LargeBytes](const Outcome& outcome) {
             if (isLong || (outcome.reply && outcome.reply->size() > LongReplyBytes))
                 ReturnFreedMemory();
-            const std::scoped_lock lock(inbox->mutex);
-            Listener* const listener = inbox->listener;
-            if (!listener)
-                return;
-            QMetaObject::invokeMethod(
-                listener,
-                [listener, number, request, outcome] {
-                    listener->Guard(number, [&] { listener->Done(number, request, outcome); });
-                },
-                Qt::QueuedConnection);
+            inbox->Put({number, request, outcome});
         };
         if (*alive)
             Run(endpoint, std::exchange(message, {}), done);
@@ -116,6 +102,26 @@ void Listener::Run(const std::shared_ptr<wire::Endpoint>& endpoint, QByteArray m
         qWarning("A connection ends: %s", error.what());
         done({});
     }
+}
+
+void Listener::Inbox::Put(Letter letter) {
+    const std::scoped_lock lock(mutex);
+    if (!listener)
+        return;
+    letters.push_back(std::move(letter));
+    if (letters.size() == 1) // once for all that arrive until then
+        QMetaObject::invokeMethod(
+            listener, [to = listener] { to->TakeLetters(); }, Qt::QueuedConnection);
+}
+
+void Listener::TakeLetters() {
+    std::vector<Inbox::Letter> letters;
+    {
+        const std::scoped_lock lock(m_inbox->mutex);
+        letters = std::exchange(m_inbox->letters, {});
+    }
+    for (const Inbox::Letter& letter : letters)
+        Guard(letter.number, [&] { Done(letter.number, letter.request, letter.outcome); });
 }
 
 void Listener::Done(quint64 number, const QByteArray& request, const Outcome& outcome) {

@@ -2,11 +2,12 @@
 
 #include "server/Certificate.h"
 #include "server/MemoryShares.h"
+#include "server/SocketWatch.h"
+#include "server/TlsSocket.h"
 #include "server/WorkerPool.h"
 #include "wire/Endpoint.h"
 
 #include <QHash>
-#include <QSslConfiguration>
 #include <QTcpServer>
 
 #include <atomic>
@@ -46,6 +47,7 @@ class Listener : public QTcpServer {
     Q_OBJECT
 
 public:
+    /// Throws `std::runtime_error` when the identity cannot be used.
     Listener(const ServerIdentity& identity, wire::EndpointFactory factory, const PeerLimits& limits = {},
              QObject* parent = nullptr);
     /// Waits for the requests that are being handled, and ends all connections.
@@ -75,9 +77,17 @@ private:
     void Handle(quint64 number, const QByteArray& message, const QByteArray& request);
     /// Where what comes of messages arrives, from whatever thread, as long as the listener is there.
     struct Inbox {
+        struct Letter {
+            quint64 number = 0; ///< of the peer
+            QByteArray request;
+            Outcome outcome;
+        };
         std::mutex mutex;
         Listener* listener = nullptr;
+        std::vector<Letter> letters; ///< the listener has been woken for them
+        void Put(Letter letter);
     };
+    void TakeLetters();
     static void Run(const std::shared_ptr<wire::Endpoint>& endpoint, QByteArray message,
                     const std::function<void(Outcome)>& done);
     void Done(quint64 number, const QByteArray& request, const Outcome& outcome);
@@ -87,10 +97,11 @@ private:
     void MakeRoomForSession();
     void LimitUnsent(quint64 newest);
 
-    QSslConfiguration m_configuration;
+    TlsContext m_context;
     wire::EndpointFactory m_factory;
     PeerLimits m_limits;
     MemoryShares m_shares;
+    SocketWatch m_watch;
     std::map<quint64, Peer> m_peers;
     quint64 m_lastNumber = 0;
     int m_signedOn = 0; ///< how many of them are

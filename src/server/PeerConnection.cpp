@@ -1,6 +1,11 @@
 #include "server/PeerConnection.h"
 
+#include "server/SocketNews.h"
+#include "server/SocketWatch.h"
+
 #include <QHostAddress>
+
+#include <array>
 
 namespace sysadmin::server {
 
@@ -8,8 +13,10 @@ namespace {
 
 using Share = MemoryShares::Share;
 
-/// How much is read or written at a time.
-constexpr qint64 PieceBytes = 32 * 1024;
+/// How much is read at a time: what TLS sends in one piece.
+constexpr qint64 PieceBytes = 16 * 1024;
+/// How much is read or written before the others have their turn.
+constexpr qint64 TurnBytes = 16 * PieceBytes;
 
 QString AddressText(const QHostAddress& address) {
     // An IPv4 peer of a socket for both protocols comes in its IPv6 form.
@@ -21,11 +28,12 @@ QString AddressText(const QHostAddress& address) {
 } // namespace
 
 PeerConnection::PeerConnection(quint64 number, const PeerLimits& limits, MemoryShares& shares,
-                               QObject* parent)
+                               SocketWatch& watch, QObject* parent)
     : QObject(parent)
     , m_number(number)
     , m_limits(limits)
-    , m_shares(shares) {
+    , m_shares(shares)
+    , m_watch(watch) {
     m_patience.setSingleShot(true);
     m_signOnTime.setSingleShot(true);
     m_idle.start();
@@ -34,32 +42,21 @@ PeerConnection::PeerConnection(quint64 number, const PeerLimits& limits, MemoryS
 }
 
 PeerConnection::~PeerConnection() {
-    m_socket.disconnect(this);
+    if (m_socket)
+        m_watch.Remove(m_socket->Descriptor());
 }
 
-void PeerConnection::Begin(qintptr handle, const QSslConfiguration& configuration) {
-    if (!m_socket.setSocketDescriptor(handle)) {
-        Leave();
-        return;
-    }
-    m_address = AddressText(m_socket.peerAddress());
-    m_socket.setSslConfiguration(configuration);
-    m_socket.setSocketOption(QAbstractSocket::LowDelayOption, 1);
-    m_socket.setSocketOption(QAbstractSocket::KeepAliveOption, 1);
-    m_socket.setReadBufferSize(PieceBytes); // what is not read yet stays with the peer
-    connect(&m_socket, &QSslSocket::encrypted, this, [this] {
-        m_patience.stop();
-        Advance();
-    });
-    connect(&m_socket, &QSslSocket::readyRead, this, &PeerConnection::Advance);
-    connect(&m_socket, &QSslSocket::encryptedBytesWritten, this, [this] {
-        m_patience.stop(); // the peer takes what it gets
-        Advance();
-    });
-    connect(&m_socket, &QSslSocket::disconnected, this, &PeerConnection::Leave);
+void PeerConnection::Begin(qintptr handle, const TlsContext& context) {
+    m_socket = std::make_unique<TlsSocket>(handle, context);
+    m_address = AddressText(PeerAddressOf(handle));
     m_patience.start(m_limits.handshakeMilliseconds);
     m_signOnTime.start(m_limits.signOnMilliseconds);
-    m_socket.startServerEncryption();
+    m_watch.Add(handle, [this](bool isGone) {
+        m_mayRead = true;
+        Advance();
+        if (isGone)
+            Leave();
+    });
 }
 
 void PeerConnection::SetAccount(const QString& account, qint64 messageLimit) {
@@ -92,30 +89,45 @@ void PeerConnection::Reply(const QByteArray& reply) {
 }
 
 void PeerConnection::Advance() {
-    if (m_advancing) {
-        m_again = true; // a socket tells of its progress while it is being written to
-        return;
-    }
-    m_advancing = true;
     try {
-        do {
-            m_again = false;
-            if (!m_finished && m_state == State::Sending)
-                Send();
-            if (!m_finished && m_state == State::Receiving && m_socket.isEncrypted())
-                Receive();
-        } while (m_again && !m_finished);
-        if (!m_finished)
-            WatchTime();
+        Do();
     } catch (const std::exception& error) {
         qWarning("The connection from %s ends: %s", qPrintable(m_address), error.what());
         Leave();
     }
-    m_advancing = false;
+}
+
+void PeerConnection::Do() {
+    if (!m_finished && !m_socket->IsEncrypted())
+        Shake();
+    if (!m_finished && m_state == State::Sending)
+        Send();
+    if (!m_finished && m_state == State::Receiving && m_socket->IsEncrypted())
+        Receive();
+    if (!m_finished)
+        WatchTime();
+}
+
+bool PeerConnection::HasMoved(TlsSocket::Result result, bool toRead) {
+    if (result == TlsSocket::Result::Waiting) {
+        m_mayRead = m_mayRead && !toRead;
+        m_watch.Await(m_socket->Descriptor(), toRead, !toRead);
+    } else if (result == TlsSocket::Result::Gone) {
+        Leave();
+    }
+    return result == TlsSocket::Result::Done;
+}
+
+void PeerConnection::Shake() {
+    if (HasMoved(m_socket->Shake(), true)) {
+        m_patience.stop();
+        m_mayRead = true;
+    }
 }
 
 void PeerConnection::Receive() {
-    for (;;) {
+    std::array<char, PieceBytes> piece;
+    for (qint64 taken = 0;;) {
         const auto result = m_scanner.Scan(m_received);
         if (result == wire::FrameScanner::Result::Broken) {
             Leave();
@@ -136,10 +148,13 @@ void PeerConnection::Receive() {
         }
         if (result == wire::FrameScanner::Result::Complete)
             break;
-        const QByteArray piece = m_socket.read(PieceBytes);
-        if (piece.isEmpty())
+        if (taken >= TurnBytes)
+            m_watch.Again(m_socket->Descriptor());
+        qint64 count = 0;
+        if (taken >= TurnBytes || !m_mayRead || !HasMoved(m_socket->Read(piece, &count), true))
             return;
-        m_received += piece;
+        m_received.append(piece.data(), count);
+        taken += count;
     }
     const qint64 length = m_scanner.Length();
     const QByteArray request = m_scanner.Name(m_received).toByteArray();
@@ -151,35 +166,28 @@ void PeerConnection::Receive() {
 }
 
 void PeerConnection::Send() {
-    while (m_sent < m_reply.size() &&
-           m_socket.bytesToWrite() + m_socket.encryptedBytesToWrite() < PieceBytes) {
-        const qint64 written =
-            m_socket.write(m_reply.constData() + m_sent, qMin<qint64>(PieceBytes, m_reply.size() - m_sent));
-        if (written < 0) {
-            Leave();
+    for (qint64 given = 0; m_sent < m_reply.size();) {
+        if (given >= TurnBytes) {
+            m_watch.Again(m_socket->Descriptor());
             return;
         }
-        m_sent += written;
-        m_socket.flush();
-        if (m_finished)
+        qint64 count = 0;
+        if (!HasMoved(m_socket->Write(QByteArrayView(m_reply).sliced(m_sent), &count), false))
             return;
+        m_patience.stop(); // the peer takes what it gets
+        m_sent += count;
+        given += count;
     }
     // One request is answered before the next is looked at: a reply that the peer does not take holds up its
     // own requests only.
-    if (!IsSent())
-        return;
     m_reply = QByteArray();
     m_sent = 0;
     m_state = State::Receiving;
     m_patience.stop();
 }
 
-bool PeerConnection::IsSent() const {
-    return m_sent == m_reply.size() && m_socket.bytesToWrite() == 0 && m_socket.encryptedBytesToWrite() == 0;
-}
-
 void PeerConnection::WatchTime() {
-    if (!m_socket.isEncrypted())
+    if (!m_socket->IsEncrypted())
         return;
     const bool waitsForPeer = m_state == State::Receiving ? !m_received.isEmpty() : m_state != State::Handled;
     if (!waitsForPeer)
@@ -194,8 +202,9 @@ void PeerConnection::Leave() {
     m_finished = true;
     m_patience.stop();
     m_signOnTime.stop();
-    m_socket.disconnect(this);
-    m_socket.abort();
+    if (m_socket)
+        m_watch.Remove(m_socket->Descriptor());
+    m_socket.reset();
     emit Finished();
 }
 

@@ -2,13 +2,15 @@
 
 #include "server/Listener.h"
 #include "server/MemoryShares.h"
+#include "server/TlsSocket.h"
 #include "wire/Codec.h"
 
 #include <QElapsedTimer>
-#include <QSslSocket>
 #include <QTimer>
 
 namespace sysadmin::server {
+
+class SocketWatch;
 
 /// One client's socket: takes messages one at a time, has them handled, and sends the replies. Lives in the
 /// listener's thread and belongs to the listener; a message that is being handled knows nothing of it.
@@ -16,11 +18,12 @@ class PeerConnection : public QObject {
     Q_OBJECT
 
 public:
-    PeerConnection(quint64 number, const PeerLimits& limits, MemoryShares& shares, QObject* parent);
+    PeerConnection(quint64 number, const PeerLimits& limits, MemoryShares& shares, SocketWatch& watch,
+                   QObject* parent);
     ~PeerConnection() override;
 
     /// Begins with the handshake.
-    void Begin(qintptr handle, const QSslConfiguration& configuration);
+    void Begin(qintptr handle, const TlsContext& context);
     /// Whom the server has signed on here, and how long the next message may be.
     void SetAccount(const QString& account, qint64 messageLimit);
     /// The memory that a message waited for is there.
@@ -51,28 +54,31 @@ private:
 
     /// Does what can be done now. Whatever goes wrong costs this connection alone.
     void Advance();
+    void Do();
+    void Shake();
     void Receive();
     void Send();
-    bool IsSent() const;
+    /// Whether bytes moved; waits for the peer, or ends the connection, when not.
+    bool HasMoved(TlsSocket::Result result, bool toRead);
     void WatchTime();
 
     quint64 m_number;
     PeerLimits m_limits;
     MemoryShares& m_shares;
+    SocketWatch& m_watch;
     QString m_address;
     QString m_account;
-    QSslSocket m_socket;
+    std::unique_ptr<TlsSocket> m_socket; ///< until the end
+    bool m_mayRead = true;               ///< the socket was not found empty since there was news of it
     wire::FrameScanner m_scanner{wire::Limits::BeforeSignOn()};
     MemoryShares::Share m_share = MemoryShares::Share::Own; ///< asked for or lent
     State m_state = State::Receiving;
     QByteArray m_received;
     QByteArray m_reply;
-    qint64 m_sent = 0; ///< bytes of the reply handed to the socket
+    qint64 m_sent = 0; ///< bytes of the reply handed to the system
     QTimer m_patience; ///< for the handshake, then for what has begun to arrive or to be sent
     QTimer m_signOnTime;
     QElapsedTimer m_idle;
-    bool m_advancing = false;
-    bool m_again = false;
     bool m_finished = false;
 };
 

@@ -2,6 +2,8 @@
 
 #include "server/store/Database.h"
 
+#include <algorithm>
+
 namespace sysadmin::server {
 
 const QList<MasterRight>& MasterRights() {
@@ -42,8 +44,14 @@ Rights Rights::Of(Database& database, qint64 operatorRow) {
     Rights rights;
     if (const auto row = database.FirstRow(sql, {operatorRow}))
         for (qsizetype i = 0; i < row->size(); ++i)
-            rights.m_held.insert(MasterRights()[i].tag, (*row)[i].toString() == "Y");
+            rights.m_held |= quint64((*row)[i].toString() == "Y") << i;
     return rights;
+}
+
+bool Rights::Has(const QString& tag) const {
+    const QList<MasterRight>& all = MasterRights();
+    const auto right = std::find_if(all.begin(), all.end(), [&](const auto& one) { return one.tag == tag; });
+    return right != all.end() && (m_held >> (right - all.begin()) & 1);
 }
 
 bool Rights::MayEdit(Area area) const {

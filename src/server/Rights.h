@@ -2,7 +2,7 @@
 
 #include "wire/Area.h"
 
-#include <QHash>
+#include <QList>
 #include <QString>
 
 namespace sysadmin::server {
@@ -30,10 +30,10 @@ public:
     /// Who may edit may view too.
     bool MayView(Area area) const;
     /// A single right by its tag ("ChgPwd").
-    bool Has(const QString& tag) const { return m_held.value(tag); }
+    bool Has(const QString& tag) const;
 
 private:
-    QHash<QString, bool> m_held;
+    quint64 m_held = 0; ///< a bit for each of `MasterRights`; every session has these
 };
 
 } // namespace sysadmin::server

@@ -63,20 +63,21 @@ std::optional<qint64> SeenRecords::Known(const SessionStart& session, const QStr
                                          const QString& text, bool latest) {
     const QMutexLocker lock(&m_mutex);
     const Marks& marks = Of(session);
-    const auto known = marks.tables.constFind(table);
-    if (known == marks.tables.constEnd())
+    const auto found = marks.tables.find(table);
+    if (found == marks.tables.end())
         return marks.floor;
+    const TableMarks& known = found->second;
     std::optional<qint64> one;
-    if (const auto byId = known->byId.constFind(id); byId != known->byId.constEnd())
+    if (const auto byId = known.byId.constFind(id); byId != known.byId.constEnd())
         one = *byId;
-    else if (const auto byText = known->byText.constFind(text);
-             !text.isEmpty() && byText != known->byText.constEnd())
+    else if (const auto byText = known.byText.constFind(text);
+             !text.isEmpty() && byText != known.byText.constEnd())
         one = *byText;
     else
-        one = known->forgotten;
-    if (latest && one && known->list)
-        return qMax(*one, *known->list);
-    return one ? one : known->list ? known->list : marks.floor;
+        one = known.forgotten;
+    if (latest && one && known.list)
+        return qMax(*one, *known.list);
+    return one ? one : known.list ? known.list : marks.floor;
 }
 
 qint64 SeenRecords::Told(const SessionStart& session) {

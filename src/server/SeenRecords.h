@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <list>
+#include <map>
 #include <optional>
 
 namespace sysadmin::server {
@@ -51,7 +52,7 @@ private:
         qsizetype records = 0;       ///< how many marks of records there are
         std::optional<qint64> floor; ///< for whatever has no mark
         qint64 told = 0;
-        QHash<QString, TableMarks> tables;
+        std::map<QString, TableMarks> tables; // a few; a hash would take more
         std::list<qint64>::iterator place;
     };
 

@@ -89,8 +89,7 @@ std::optional<StoredSession> Sessions::Load(qint64 row, const QDateTime& now,
 bool Sessions::LoadOperator(StoredSession& session) const {
     const auto values = m_database.FirstRow(
         "SELECT o.id, o.operator_id, o.first_name, o.last_name, o.expired, o.restrict_change, s.peer, "
-        "s.nonce, "
-        "s.start_change FROM sessions s JOIN operators o ON o.id=s.operator_row WHERE s.id=?",
+        "s.nonce, s.start_change FROM sessions s JOIN operators o ON o.id=s.operator_row WHERE s.id=?",
         {session.row});
     if (!values)
         return false;
@@ -113,7 +112,7 @@ QByteArray Sessions::ReplyOf(qint64 row) const {
 
 void Sessions::Keep(qint64 row, quint64 number, const QByteArray& reply, const ListCursor& cursor,
                     const QDateTime& now) {
-    m_database.Run(
+    m_database.RunLater(
         "UPDATE sessions SET number=?, reply=?, cursor_request=?, cursor_after=?, used_at=? WHERE id=?",
         {qint64(number), reply, cursor.request, cursor.after, StoredTime(now), row});
 }

@@ -2,8 +2,6 @@
 
 #include "server/store/Engine.h"
 
-#include <QSqlDatabase>
-
 #include <openssl/crypto.h>
 #include <sodium.h>
 #include <yaz/yaz-version.h>
@@ -13,9 +11,8 @@ namespace sysadmin::server {
 QList<QPair<QString, QString>> StandsOn() {
     char yaz[64] = "";
     yaz_version(yaz, nullptr);
-    const QString driver = QString("Qt %1").arg(qVersion());
     return {{"SQLite", SqliteVersion()},
-            {"PostgreSQL driver", QSqlDatabase::isDriverAvailable("QPSQL") ? driver : QString("-")},
+            {"PostgreSQL client", PostgreSqlVersion()},
             {"libsodium", sodium_version_string()},
             {"OpenSSL", OpenSSL_version(OPENSSL_VERSION_STRING)},
             {"YAZ", yaz}};

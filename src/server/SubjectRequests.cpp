@@ -80,12 +80,17 @@ qint16 FindBroken(const Subject& subject, const Row& row) {
 }
 
 /// The refusal for the first unique text that another record has, or 0.
-qint16 FindDuplicate(Context& context, const Subject& subject, const Row& row, qint64 except) {
+/// Texts that the record held `before` are its own.
+qint16 FindDuplicate(Context& context, const Subject& subject, const Row& row, qint64 except,
+                     const Row& before = {}) {
     for (const SubjectField& field : subject.fields) {
-        if (field.duplicateStatus != 0 &&
-            context.records.IsTaken(subject.table, {field.column, field.uniqueWithin},
-                                    row.value(field.column).toString(), row.value(field.uniqueWithin),
-                                    except))
+        if (field.duplicateStatus == 0)
+            continue;
+        const bool isSame = except != 0 && row.value(field.column) == before.value(field.column) &&
+                            row.value(field.uniqueWithin) == before.value(field.uniqueWithin);
+        if (!isSame && context.records.IsTaken(subject.table, {field.column, field.uniqueWithin},
+                                               row.value(field.column).toString(),
+                                               row.value(field.uniqueWithin), except))
             return field.duplicateStatus;
     }
     return status::Ok;
@@ -93,6 +98,8 @@ qint16 FindDuplicate(Context& context, const Subject& subject, const Row& row, q
 
 qint16 FinishPut(Context& context, const Subject& subject, const wire::Fields& request, qint64 id,
                  bool added) {
+    if (subject.memberships.isEmpty() && subject.children.isEmpty() && !subject.afterPut)
+        return status::Ok;
     const Row record = *context.records.Find(subject.table, id);
     for (const Membership& membership : subject.memberships)
         if (membership.where.Holds(record)) {
@@ -156,7 +163,7 @@ Answer Update(Context& context, const Subject& subject, const wire::Fields& requ
         return {refused};
     if (const qint16 refused = FindBroken(subject, after))
         return {refused};
-    if (const qint16 refused = FindDuplicate(context, subject, after, *id))
+    if (const qint16 refused = FindDuplicate(context, subject, after, *id, before))
         return {refused};
     context.records.Update(subject.table, *id, after);
     return {FinishPut(context, subject, request, *id, false)};

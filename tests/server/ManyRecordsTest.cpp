@@ -89,6 +89,7 @@ TEST_P(StatementsTest, ManyRowsAreThoseThatWereGiven) {
         const auto insert = [&] {
             m_database->InsertMany("things", {"id", "word", "number", "bytes"}, count,
                                    [&](qsizetype row, QVariantList& values) { values << rows[row]; });
+            EXPECT_EQ(m_database->FirstValue("SELECT COUNT(*) FROM things").toInt(), count);
         };
         insert();
         QList<QVariantList> found;

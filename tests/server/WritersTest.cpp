@@ -266,6 +266,7 @@ TEST_P(WritersTest, WhoWaitsTooLongIsToldAndHasChangedNothing) {
     {
         const auto database = m_server->GetLibrary().Connect();
         const Transaction others(*database, Transaction::Mode::Write);
+        EXPECT_TRUE(database->FirstValue("SELECT MAX(id) FROM vendor_types").isValid());
         EXPECT_EQ(client.Send("AddVenTp", {{"Cd", "ZINE"}, {"Nm", "Zines"}}).status,
                   status::CommunicationsFailure);
     }

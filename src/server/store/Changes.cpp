@@ -46,36 +46,12 @@ void Changes::Prune() {
 
 /// Gives records that were added together, and that change now, rows of their own.
 void Changes::EnterOneByOne(const QList<Entry>& entries) {
-    struct Together {
-        qint64 first;
-        qint64 last;
-        QVariantList change;
-    };
-    QHash<QString, QList<Together>> known;
-    QList<std::pair<const Entry*, QVariantList>> alone;
-    for (const Entry& entry : entries) {
-        if (!known.contains(entry.table)) {
-            QList<Together>& all = known[entry.table];
-            m_database.Each(
-                "SELECT first_id, last_id, number, session, changed_by, changed_at FROM added_records "
-                "WHERE table_name=?",
-                {entry.table}, [&](const ResultRow& row) {
-                    all.append({row.value(0).toLongLong(),
-                                row.value(1).toLongLong(),
-                                {row.value(2), row.value(3), row.value(4), row.value(5)}});
-                });
-        }
-        for (const Together& some : std::as_const(known[entry.table]))
-            if (some.first <= entry.id && entry.id <= some.last)
-                alone.append({&entry, some.change});
-    }
-    m_database.InsertMany(
-        "record_changes", {"table_name", "record_id", "number", "session", "changed_by", "changed_at"},
-        alone.size(),
-        [&](qsizetype place, QVariantList& values) {
-            values << alone[place].first->table << alone[place].first->id << alone[place].second;
-        },
-        " ON CONFLICT (table_name, record_id) DO NOTHING");
+    static const QString alone =
+        "INSERT INTO record_changes (table_name, record_id, number, session, changed_by, changed_at) "
+        "SELECT table_name, ?, number, session, changed_by, changed_at FROM added_records "
+        "WHERE table_name=? AND first_id<=? AND last_id>=? ON CONFLICT (table_name, record_id) DO NOTHING";
+    for (const Entry& entry : entries)
+        m_database.RunLater(alone, {entry.id, entry.table, entry.id, entry.id});
 }
 
 void Changes::Enter(const QList<Entry>& entries, qint64 number, const Changer& changer,
@@ -113,15 +89,12 @@ void Changes::Enter(const QList<Entry>& entries, qint64 number, const Changer& c
 }
 
 std::optional<Change> Changes::ByOthers(const QString& table, qint64 id, qint64 session) const {
-    auto row = m_database.FirstRow(
-        "SELECT session, number, changed_by, changed_at, earlier_number, earlier_by, earlier_at "
-        "FROM record_changes WHERE table_name=? AND record_id=?",
-        {table, id});
-    if (!row)
-        row = m_database.FirstRow(
-            "SELECT session, number, changed_by, changed_at, 0, '', '' FROM added_records "
-            "WHERE table_name=? AND first_id<=? AND last_id>=?",
-            {table, id, id});
+    const auto row = m_database.FirstRow(
+        "SELECT session, number, changed_by, changed_at, earlier_number, earlier_by, earlier_at, 0 AS place "
+        "FROM record_changes WHERE table_name=? AND record_id=? "
+        "UNION ALL SELECT session, number, changed_by, changed_at, 0, '', '', 1 FROM added_records "
+        "WHERE table_name=? AND first_id<=? AND last_id>=? ORDER BY place",
+        {table, id, table, id, id});
     if (!row)
         return std::nullopt;
     const int first = (*row)[0].toLongLong() == session ? 4 : 1;

@@ -30,26 +30,12 @@ QByteArray Words(StoreError::Kind kind) {
     return "the database has refused the work";
 }
 
-QtMessageHandler otherMessages = nullptr;
-
-void PassOnOtherMessages(QtMsgType type, const QMessageLogContext& context, const QString& text) {
-    for (const char* driver : {"QSql", "QPSQL", "Unable to free statement"})
-        if (text.startsWith(QLatin1String(driver)))
-            return;
-    otherMessages(type, context, text);
-}
-
 } // namespace
 
 StoreError::StoreError(Kind kind, const QString& text, const QString& code)
     : m_kind(kind)
     , m_text(text)
     , m_what(code.isEmpty() ? text.toUtf8() : Words(kind) + " (" + code.toUtf8() + ')') {}
-
-void SilenceDatabaseDrivers() {
-    if (!otherMessages)
-        otherMessages = qInstallMessageHandler(PassOnOtherMessages);
-}
 
 QVariant ResultRow::value(int column) const {
     return m_statement.Value(column);
@@ -116,7 +102,8 @@ Database::Database(const StoreAddress& address, std::shared_ptr<WriterQueue> wri
         // its permissions.
         if (QFile file(address.file); !file.exists() && file.open(QIODevice::NewOnly))
             file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
-        m_connection = OpenSqlite(address, BusyMilliseconds);
+        m_connection = OpenSqlite(address);
+        m_connection->SetBusyWait(BusyMilliseconds);
         // With a log the disk is waited for after the writer's turn: see Commit.
         m_syncsLog =
             FirstValue("PRAGMA journal_mode=WAL").toString() == "wal" && LogSync::IsAvailable(address.engine);
@@ -156,7 +143,7 @@ void Database::WaitForDisk() {
 
 bool Database::TryImmediate() {
     try {
-        RunOnce("BEGIN IMMEDIATE");
+        m_connection->RunLater("BEGIN IMMEDIATE");
         return true;
     } catch (const StoreError& error) {
         if (error.GetKind() != StoreError::Kind::Transient)
@@ -175,6 +162,16 @@ int Database::Run(const QString& sql, const Values& values) {
     const Use statement(*this, sql);
     statement.Execute(values);
     return statement->CountTouched();
+}
+
+void Database::RunLater(const QString& sql, const Values& values) {
+    const Use statement(*this, sql);
+    statement.Check(values);
+    statement->ExecuteLater(values);
+}
+
+void Database::Settle() {
+    m_connection->Settle();
 }
 
 qint64 Database::RunInsert(const QString& sql, const Values& values) {
@@ -199,7 +196,8 @@ void Database::InsertMany(const QString& table, const QStringList& columns, qsiz
             values.clear();
             for (const qsizetype end = row + together; row < end; ++row)
                 fill(row, values);
-            statement.Execute(values);
+            statement.Check(values);
+            statement->ExecuteLater(values);
         }
     }
 }

@@ -65,10 +65,6 @@ private:
     const EngineStatement& m_statement;
 };
 
-/// Keeps the warnings of the database drivers out of the program's messages: they may quote statements and
-/// values, and what matters of them arrives as a `StoreError`.
-void SilenceDatabaseDrivers();
-
 /// One connection to a library's database, for use by one thread. Statements use "?" for their values, are
 /// portable between the engines, and stay prepared. Everything throws `StoreError`.
 class Database {
@@ -88,10 +84,15 @@ public:
 
     /// Carries out a statement; answers how many rows it touched.
     int Run(const QString& sql, const Values& values = {});
+    /// The same within a transaction, for who does not need the answer: the engine may carry it out together
+    /// with what is asked next, at the latest with the commit, which then throws what this would.
+    void RunLater(const QString& sql, const Values& values);
+    /// Throws what was put off would throw.
+    void Settle();
     /// Carries out an INSERT and answers the new row's id.
     qint64 RunInsert(const QString& sql, const Values& values);
-    /// Adds `count` rows of a table, of which `fill` says the values of the columns. `conflict` is what
-    /// follows the values.
+    /// Adds `count` rows of a table, later (see `RunLater`); `fill` says the values of the columns.
+    /// `conflict` is what follows the values.
     void InsertMany(const QString& table, const QStringList& columns, qsizetype count,
                     const std::function<void(qsizetype row, Values& values)>& fill,
                     const QString& conflict = {});
@@ -145,7 +146,8 @@ private:
 
 /// A transaction on a connection; rolled back unless committed. Those that write come one after the other,
 /// whatever the connection, the program or the machine they come from: what one of them has looked at stays
-/// as it is until it ends, so a rule may look first and write then. Those that read wait for nobody.
+/// as it is until it ends, so a rule may look first and write then. (With PostgreSQL its turn among other
+/// programs comes with its first statement.) Those that read wait for nobody.
 class Transaction {
 public:
     enum class Mode {

@@ -22,6 +22,9 @@ public:
 
     /// Carries it out with values for its "?": texts, `Utf8Text`s, numbers, bytes; an invalid one is NULL.
     virtual void Execute(const QVariantList& values) = 0;
+    /// The same for who does not need its result: the engine may carry it out together with what is asked
+    /// next, which then throws what this would.
+    virtual void ExecuteLater(const QVariantList& values) = 0;
     /// Goes to the next row of the result, at first to its first one; false when there is none.
     virtual bool Next() = 0;
     /// How many rows the last execution touched.
@@ -47,6 +50,15 @@ public:
     /// Carries out what needs neither values nor results, also what cannot be prepared; answers how many rows
     /// it touched.
     virtual int RunOnce(const QString& sql) = 0;
+    /// The same for who does not need the answer, and often: see `EngineStatement::ExecuteLater`.
+    virtual void RunLater(const QString& sql) = 0;
+    /// Carries out what was put off.
+    virtual void Settle() = 0;
+    /// How long the engine waits by itself for other connections, where it does.
+    virtual void SetBusyWait(int milliseconds) = 0;
+    virtual void Commit() = 0;
+    /// Undoes the transaction, with what was to be carried out later.
+    virtual void Rollback() = 0;
     /// Carries out a statement that adds a row, and answers its id.
     virtual qint64 Insert(EngineStatement& statement, const QVariantList& values) = 0;
     /// What an INSERT needs at its end for `Insert`.
@@ -55,14 +67,14 @@ public:
     virtual QStringList ColumnsOf(const QString& table) = 0;
 };
 
-/// Opens a library's file, which is made when it is missing. `busyMilliseconds` is how long the engine waits
-/// by itself for other connections.
-std::unique_ptr<EngineConnection> OpenSqlite(const StoreAddress& address, int busyMilliseconds);
+/// Opens a library's file, which is made when it is missing.
+std::unique_ptr<EngineConnection> OpenSqlite(const StoreAddress& address);
 /// Connects to a PostgreSQL server.
 std::unique_ptr<EngineConnection> OpenPostgreSql(const StoreAddress& address);
 
-/// The version of SQLite that is in use.
+/// The versions of the engines' libraries that are in use; "-" for one that is left out.
 QString SqliteVersion();
+QString PostgreSqlVersion();
 
 } // namespace sysadmin::server
 

@@ -247,7 +247,8 @@ void HistoryWriter::Finish() {
                               entry.isWritten = true;
                           });
     if (!waiting.isEmpty() && m_entries.size() > 1)
-        m_database.Run("UPDATE history_requests SET records=? WHERE id=?", {m_entries.size(), m_request});
+        m_database.RunLater("UPDATE history_requests SET records=? WHERE id=?",
+                            {m_entries.size(), m_request});
 }
 
 QList<RecordName> HistoryWriter::Changed() const {

@@ -1,127 +1,171 @@
 #include "server/store/Database.h"
 #include "server/store/Engine.h"
-
-#include <QSqlDatabase>
-#include <QSqlError>
-#include <QSqlQuery>
-#include <QSqlRecord>
-#include <QUuid>
+#include "server/store/PostgresLink.h"
 
 namespace sysadmin::server {
 
 namespace {
 
-StoreError::Kind KindOf(const QSqlError& error) {
-    using Kind = StoreError::Kind;
-    const QString state = error.nativeErrorCode();
-    if (state == "23505")
-        return Kind::Duplicate;
-    if (state == "23503")
-        return Kind::Referenced;
-    if (state == "40001" || state == "40P01")
-        return Kind::Transient;
-    if (state == "55P03")
-        return Kind::Busy;
-    // A server that went down in the middle of a statement leaves no state: whether it was a COMMIT that
-    // still happened is not known.
-    if (state.isEmpty() || error.type() == QSqlError::ConnectionError || state.startsWith("08") ||
-        state.startsWith("57P") || state == "25P03")
-        return Kind::Lost;
-    return Kind::Failure;
+/// The server's numbers for the types of its values.
+enum TypeNumber : Oid {
+    Bool = 16,
+    Bytes = 17,
+    Int8 = 20,
+    Int2 = 21,
+    Int4 = 23,
+    Id = 26,
+    Float4 = 700,
+    Float8 = 701,
+    Numeric = 1700
+};
+
+/// A statement with "$1", "$2", ... in the place of each "?".
+QByteArray Numbered(const QString& sql) {
+    QByteArray text;
+    int count = 0;
+    bool isQuoted = false;
+    for (const char character : sql.toUtf8()) {
+        isQuoted = isQuoted != (character == '\'');
+        if (character == '?' && !isQuoted)
+            text += '$' + QByteArray::number(++count);
+        else
+            text += character;
+    }
+    return text;
 }
 
-[[noreturn]] void Throw(const QSqlDatabase& database, const QSqlError& error) {
-    QString text = error.databaseText().trimmed();
-    if (text.isEmpty())
-        text = error.driverText().trimmed();
-    throw StoreError(database.isOpen() ? KindOf(error) : StoreError::Kind::Lost, text.section('\n', 0, 0),
-                     error.nativeErrorCode().isEmpty() ? QString("no number") : error.nativeErrorCode());
-}
+/// The server's statements that nobody uses any more; they go when the next one is prepared, in a transaction
+/// that has not failed.
+struct Statements {
+    PostgresLink link;
+    quint64 last = 0;
+    QList<QByteArray> unused;
+
+    explicit Statements(const StoreAddress& address)
+        : link(address) {}
+};
 
 class PostgresStatement : public EngineStatement {
 public:
-    PostgresStatement(const QSqlDatabase& database, const QString& sql)
-        : m_database(database)
-        , m_query(database) {
-        // Forward only, the driver would take single rows off the connection, which then serves nothing else.
-        if (!m_query.prepare(sql))
-            Throw(database, m_query.lastError());
+    PostgresStatement(std::shared_ptr<Statements> statements, const QString& sql)
+        : m_statements(std::move(statements))
+        , m_name('s' + QByteArray::number(++m_statements->last)) {
+        m_statements->link.Prepare(m_name, Numbered(sql));
+        for (const QByteArray& name : std::exchange(m_statements->unused, {}))
+            m_statements->link.Put("DEALLOCATE " + name);
     }
+    ~PostgresStatement() override { m_statements->unused.append(m_name); }
+    PostgresStatement(const PostgresStatement&) = delete;
+    PostgresStatement& operator=(const PostgresStatement&) = delete;
 
     void Execute(const QVariantList& values) override {
-        for (qsizetype i = 0; i < values.size(); ++i) {
-            // The driver takes a null text for NULL; here only an invalid value is. (A variant that holds a
-            // null text is not null itself.)
-            const bool isNull = values[i].typeId() == QMetaType::QString && values[i].toString().isNull();
-            const bool isUtf8 = values[i].typeId() == qMetaTypeId<Utf8Text>();
-            m_query.bindValue(int(i), isNull ? QVariant(QString(""))
-                                      : isUtf8
-                                          ? QVariant(QString::fromUtf8(values[i].value<Utf8Text>().bytes))
-                                          : values[i]);
-        }
-        if (!m_query.exec())
-            Throw(m_database, m_query.lastError());
+        ExecuteLater(values);
+        m_result = m_statements->link.Ask();
     }
 
-    bool Next() override {
-        const bool hasRow = m_query.next();
-        if (!hasRow && m_query.lastError().isValid())
-            Throw(m_database, m_query.lastError());
-        return hasRow;
+    void ExecuteLater(const QVariantList& values) override {
+        Finish();
+        m_statements->link.PutPrepared(m_name, values);
     }
 
-    int CountTouched() const override { return m_query.numRowsAffected(); }
-    void Finish() override { m_query.finish(); }
-    int CountColumns() const override { return m_query.record().count(); }
+    bool Next() override { return ++m_row < PQntuples(m_result.get()); }
+    int CountTouched() const override { return QByteArray(PQcmdTuples(m_result.get())).toInt(); }
+
+    void Finish() override {
+        m_result.reset();
+        m_row = -1;
+    }
+
+    int CountColumns() const override { return PQnfields(m_result.get()); }
 
     QVariant Value(int column) const override {
-        const QVariant value = m_query.value(column);
-        return value.isNull() ? QVariant() : value;
+        if (PQgetisnull(m_result.get(), m_row, column))
+            return {};
+        const QByteArrayView text = Bytes(column);
+        switch (PQftype(m_result.get(), column)) {
+        case TypeNumber::Int2:
+        case TypeNumber::Int4:
+        case TypeNumber::Int8:
+        case TypeNumber::Id:
+            return text.toLongLong();
+        case TypeNumber::Float4:
+        case TypeNumber::Float8:
+            return text.toDouble();
+        case TypeNumber::Numeric: { // what sums of whole numbers are
+            bool isWhole = false;
+            const qint64 whole = text.toLongLong(&isWhole);
+            return isWhole ? QVariant(whole) : QVariant(text.toDouble());
+        }
+        case TypeNumber::Bool:
+            return text == "t";
+        case TypeNumber::Bytes: // "\x" and two digits a byte
+            return QByteArray::fromHex(text.sliced(2).toByteArray());
+        default:
+            return QString::fromUtf8(text);
+        }
     }
-    QString Text(int column) const override { return Value(column).toString(); }
-    QByteArrayView Utf8(int column) const override { return m_utf8 = Text(column).toUtf8(); }
+
+    QString Text(int column) const override {
+        return IsWritten(column) ? QString::fromUtf8(Bytes(column)) : Value(column).toString();
+    }
+
+    QByteArrayView Utf8(int column) const override {
+        if (IsWritten(column)) // (what would lose a byte order mark as a text loses it here, too)
+            if (const QByteArrayView text = Bytes(column); !text.startsWith("\xef\xbb\xbf"))
+                return text;
+        return m_utf8 = Text(column).toUtf8();
+    }
 
 private:
-    QSqlDatabase m_database;
-    QSqlQuery m_query;
+    QByteArrayView Bytes(int column) const {
+        return {PQgetvalue(m_result.get(), m_row, column), PQgetlength(m_result.get(), m_row, column)};
+    }
+
+    /// Whether the server's text of a value is the text of it.
+    bool IsWritten(int column) const {
+        switch (PQftype(m_result.get(), column)) {
+        case TypeNumber::Bool:
+        case TypeNumber::Bytes:
+        case TypeNumber::Float4:
+        case TypeNumber::Float8:
+        case TypeNumber::Numeric:
+            return false;
+        default:
+            return !PQgetisnull(m_result.get(), m_row, column);
+        }
+    }
+
+    std::shared_ptr<Statements> m_statements;
+    QByteArray m_name;
+    PostgresResult m_result;
+    int m_row = -1;
     mutable QByteArray m_utf8;
 };
 
 class PostgresConnection : public EngineConnection {
 public:
     explicit PostgresConnection(const StoreAddress& address)
-        : m_name(QUuid::createUuid().toString(QUuid::WithoutBraces))
-        , m_database(QSqlDatabase::addDatabase("QPSQL", m_name)) {
-        m_database.setHostName(address.host);
-        m_database.setPort(address.port);
-        m_database.setDatabaseName(address.database);
-        m_database.setUserName(address.user);
-        m_database.setPassword(address.password);
-        m_database.setConnectOptions(address.options);
-        if (m_database.open())
-            return;
-        const QSqlError error = m_database.lastError();
-        const QSqlDatabase closed; // what is told of
-        Forget();
-        Throw(closed, error);
-    }
-    ~PostgresConnection() override {
-        m_database.close();
-        Forget();
-    }
-    PostgresConnection(const PostgresConnection&) = delete;
-    PostgresConnection& operator=(const PostgresConnection&) = delete;
+        : m_statements(std::make_shared<Statements>(address)) {}
 
     std::unique_ptr<EngineStatement> Prepare(const QString& sql) override {
-        return std::make_unique<PostgresStatement>(m_database, sql);
+        return std::make_unique<PostgresStatement>(m_statements, sql);
     }
 
     int RunOnce(const QString& sql) override {
-        QSqlQuery query(m_database);
-        if (!query.exec(sql))
-            Throw(m_database, query.lastError());
-        return query.numRowsAffected();
+        m_statements->link.Put(sql.toUtf8());
+        return QByteArray(PQcmdTuples(m_statements->link.Ask().get())).toInt();
     }
+
+    void RunLater(const QString& sql) override { m_statements->link.Put(sql.toUtf8()); }
+    void Settle() override { m_statements->link.Ask(); }
+    void SetBusyWait(int) override {}
+    void Commit() override {
+        m_statements->link.Put("COMMIT");
+        // A transaction in which something failed is undone by it, and nothing is refused.
+        if (qstrcmp(PQcmdStatus(m_statements->link.Ask().get()), "COMMIT") != 0)
+            throw StoreError(StoreError::Kind::Failure, "The transaction had failed.");
+    }
+    void Rollback() override { m_statements->link.PutRollback(); }
 
     qint64 Insert(EngineStatement& statement, const QVariantList& values) override {
         statement.Execute(values);
@@ -130,31 +174,40 @@ public:
 
     QString EndOfInsert() const override { return " RETURNING id"; }
 
-    QStringList TableNames() override { return m_database.tables(); }
-
+    QStringList TableNames() override {
+        return Names("SELECT relname FROM pg_class WHERE relkind IN ('r', 'p') AND pg_table_is_visible(oid) "
+                     "AND relnamespace<>'pg_catalog'::regnamespace",
+                     {});
+    }
     QStringList ColumnsOf(const QString& table) override {
-        const QSqlRecord record = m_database.record(table);
-        QStringList names;
-        for (int column = 0; column < record.count(); ++column)
-            names << record.fieldName(column);
-        return names;
+        return Names("SELECT attname FROM pg_attribute JOIN pg_class ON pg_class.oid=attrelid WHERE "
+                     "relname=? AND pg_table_is_visible(pg_class.oid) AND attnum>0 AND NOT attisdropped "
+                     "ORDER BY attnum",
+                     {table});
     }
 
 private:
-    /// Nobody may hold the database when its name is forgotten.
-    void Forget() {
-        m_database = QSqlDatabase();
-        QSqlDatabase::removeDatabase(m_name);
+    QStringList Names(const QString& sql, const QVariantList& values) {
+        PostgresStatement statement(m_statements, sql);
+        statement.Execute(values);
+        QStringList names;
+        while (statement.Next())
+            names << statement.Text(0);
+        return names;
     }
 
-    QString m_name;
-    QSqlDatabase m_database;
+    std::shared_ptr<Statements> m_statements;
 };
 
 } // namespace
 
 std::unique_ptr<EngineConnection> OpenPostgreSql(const StoreAddress& address) {
     return std::make_unique<PostgresConnection>(address);
+}
+
+QString PostgreSqlVersion() {
+    const int version = PQlibVersion();
+    return QString("%1.%2").arg(version / 10000).arg(version % 10000);
 }
 
 } // namespace sysadmin::server

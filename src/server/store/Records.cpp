@@ -159,7 +159,7 @@ void Records::Update(const QString& tableName, qint64 id, const Row& values, con
     QVariantList bound;
     Append(table, changed, names, bound);
     bound << id;
-    m_database.Run("UPDATE " + table.name + " SET " + names.join("=?, ") + "=? WHERE id=?", bound);
+    m_database.RunLater("UPDATE " + table.name + " SET " + names.join("=?, ") + "=? WHERE id=?", bound);
     if (m_history) {
         m_history->NoteChanged(table, id, replaced, changed);
         EnterChange(table, id, before, changed, false);
@@ -187,7 +187,7 @@ bool Records::Remove(const QString& tableName, qint64 id) {
             }
         }
     }
-    m_database.Run("DELETE FROM " + table.name + " WHERE id=?", {id});
+    m_database.RunLater("DELETE FROM " + table.name + " WHERE id=?", {id});
     if (m_history) {
         m_history->NoteRemoved(table, id, *before);
         EnterChange(table, id, *before, *before, true);

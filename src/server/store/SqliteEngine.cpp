@@ -9,6 +9,7 @@
 #include <charconv>
 #include <limits>
 #include <sqlite3.h>
+#include <unordered_map>
 
 namespace sysadmin::server {
 
@@ -54,6 +55,11 @@ public:
         Bind(values);
         Step();
         m_isAtFirst = m_hasRow;
+    }
+
+    void ExecuteLater(const QVariantList& values) override {
+        Execute(values);
+        Finish();
     }
 
     bool Next() override {
@@ -200,7 +206,7 @@ private:
 
 class SqliteConnection : public EngineConnection {
 public:
-    SqliteConnection(const QString& file, int busyMilliseconds) {
+    explicit SqliteConnection(const QString& file) {
         // Each connection is used by one thread at a time.
         const int opened =
             sqlite3_open_v2(file.toUtf8().constData(), &m_connection,
@@ -210,9 +216,11 @@ public:
             Throw(m_connection, false);
         }
         sqlite3_extended_result_codes(m_connection, 1);
-        sqlite3_busy_timeout(m_connection, busyMilliseconds);
     }
-    ~SqliteConnection() override { sqlite3_close_v2(m_connection); }
+    ~SqliteConnection() override {
+        m_repeated.clear();
+        sqlite3_close_v2(m_connection);
+    }
     SqliteConnection(const SqliteConnection&) = delete;
     SqliteConnection& operator=(const SqliteConnection&) = delete;
 
@@ -227,6 +235,18 @@ public:
             continue;
         return statement.CountTouched();
     }
+
+    void RunLater(const QString& sql) override {
+        auto& statement = m_repeated[sql];
+        if (!statement)
+            statement = std::make_unique<SqliteStatement>(m_connection, sql);
+        statement->ExecuteLater({});
+    }
+
+    void Settle() override {}
+    void SetBusyWait(int milliseconds) override { sqlite3_busy_timeout(m_connection, milliseconds); }
+    void Commit() override { RunLater("COMMIT"); }
+    void Rollback() override { RunLater("ROLLBACK"); }
 
     qint64 Insert(EngineStatement& statement, const QVariantList& values) override {
         statement.Execute(values);
@@ -253,12 +273,13 @@ private:
     }
 
     sqlite3* m_connection = nullptr;
+    std::unordered_map<QString, std::unique_ptr<SqliteStatement>> m_repeated; ///< by their texts
 };
 
 } // namespace
 
-std::unique_ptr<EngineConnection> OpenSqlite(const StoreAddress& address, int busyMilliseconds) {
-    return std::make_unique<SqliteConnection>(address.file, busyMilliseconds);
+std::unique_ptr<EngineConnection> OpenSqlite(const StoreAddress& address) {
+    return std::make_unique<SqliteConnection>(address.file);
 }
 
 QString SqliteVersion() {

@@ -26,8 +26,7 @@ std::optional<StoreAddress> StoreAddress::FromUrl(const QString& text, QString* 
         if (name == "host") { // the directory of a local socket does not fit into the host part
             continue;
         }
-        if ((name != "sslmode" && name != "sslrootcert" && name != "connect_timeout") ||
-            value.contains(';')) {
+        if (name != "sslmode" && name != "sslrootcert" && name != "connect_timeout") {
             *error = "The database option \"" + name +
                      "\" is not known; there are sslmode, sslrootcert and connect_timeout.";
             return std::nullopt;
@@ -50,7 +49,7 @@ std::optional<StoreAddress> StoreAddress::FromUrl(const QString& text, QString* 
     address.database = database;
     address.user = url.userName();
     address.password = url.password();
-    address.options = options.join(';');
+    address.options = options;
     return address;
 }
 

@@ -1,6 +1,8 @@
 #include "server/store/Database.h"
+#include "server/store/Engine.h"
 
 #include <QRandomGenerator>
+#include <QScopeGuard>
 #include <QThread>
 
 namespace sysadmin::server {
@@ -22,7 +24,7 @@ Transaction::Transaction(Database& database, Mode mode)
 
 void Transaction::BeginReading() {
     const bool sqlite = m_database.GetEngine() == StoreAddress::Engine::Sqlite;
-    m_database.RunOnce(sqlite ? "BEGIN" : "BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY");
+    m_database.m_connection->RunLater(sqlite ? "BEGIN" : "BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY");
 }
 
 void Transaction::BeginWriting(bool wait) {
@@ -39,10 +41,12 @@ void Transaction::BeginWriting(bool wait) {
     }
     // Each statement sees what was committed before it began, and so all that was before the lock. The disk
     // is waited for after the turn: see Commit.
-    m_database.RunOnce("BEGIN ISOLATION LEVEL READ COMMITTED; SET LOCAL synchronous_commit=off");
+    EngineConnection& connection = *m_database.m_connection;
+    connection.RunLater("BEGIN ISOLATION LEVEL READ COMMITTED");
+    connection.RunLater("SET LOCAL synchronous_commit=off");
     try {
         if (wait)
-            m_database.RunOnce(QString("SELECT pg_advisory_xact_lock(%1)").arg(WritersLock));
+            connection.RunLater(QString("SELECT pg_advisory_xact_lock(%1)").arg(WritersLock));
         else if (!m_database.FirstValue("SELECT pg_try_advisory_xact_lock(?)", {WritersLock}).toBool())
             throw StoreError(StoreError::Kind::Busy, "Somebody else is changing something.");
     } catch (...) {
@@ -54,26 +58,14 @@ void Transaction::BeginWriting(bool wait) {
 void Transaction::BeginImmediate(WriterQueue::Clock::time_point deadline) {
     // The engine's own waiting looks ten times a second, and would seldom find a moment between the changes
     // of a busy program.
-    m_database.RunOnce("PRAGMA busy_timeout=0");
-    std::exception_ptr refused;
-    try {
-        while (!m_database.TryImmediate()) {
-            if (WriterQueue::Clock::now() >= deadline)
-                throw StoreError(StoreError::Kind::Busy, "Changes of other programs take too long.");
-            QThread::usleep(500 + QRandomGenerator::global()->bounded(1500u));
-        }
-    } catch (...) {
-        refused = std::current_exception();
+    EngineConnection& connection = *m_database.m_connection;
+    connection.SetBusyWait(0);
+    const auto after = qScopeGuard([&] { connection.SetBusyWait(Database::BusyMilliseconds); });
+    while (!m_database.TryImmediate()) {
+        if (WriterQueue::Clock::now() >= deadline)
+            throw StoreError(StoreError::Kind::Busy, "Changes of other programs take too long.");
+        QThread::usleep(500 + QRandomGenerator::global()->bounded(1500u));
     }
-    try {
-        m_database.RunOnce("PRAGMA busy_timeout=" + QString::number(Database::BusyMilliseconds));
-    } catch (...) {
-        if (!refused)
-            Undo(); // nobody else would: the transaction has not come about
-        throw;
-    }
-    if (refused)
-        std::rethrow_exception(refused);
 }
 
 Transaction::~Transaction() {
@@ -83,7 +75,7 @@ Transaction::~Transaction() {
 
 void Transaction::Undo() {
     try {
-        m_database.RunOnce("ROLLBACK");
+        m_database.m_connection->Rollback();
     } catch (const std::exception&) {
         // The connection is gone, and the transaction with it. (Without memory it is not: then whoever sees
         // that closes the connection.)
@@ -91,13 +83,7 @@ void Transaction::Undo() {
 }
 
 void Transaction::Commit() {
-    try {
-        m_database.RunOnce("COMMIT");
-    } catch (const StoreError&) {
-        // PostgreSQL has undone the transaction by now, SQLite has it still open.
-        m_open = m_database.GetEngine() == StoreAddress::Engine::Sqlite;
-        throw;
-    }
+    m_database.m_connection->Commit();
     m_open = false;
     if (!m_turn)
         return;

@@ -97,6 +97,7 @@ Answer ChangeMany(Context& context, const wire::Fields& request) {
                 Carry(context, *session, all[i], isPrepared ? prepared->each[size_t(i)].get() : nullptr);
             if (answer.status != status::Ok)
                 refuse(i, answer);
+            context.database.Settle(); // what goes wrong is this one's
         } catch (const StoreError& error) {
             const bool isDuplicate = error.GetKind() == StoreError::Kind::Duplicate;
             if (error.GetKind() == StoreError::Kind::Unstorable) {
