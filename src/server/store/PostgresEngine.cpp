@@ -2,6 +2,8 @@
 #include "server/store/Engine.h"
 #include "server/store/PostgresLink.h"
 
+#include <unordered_map>
+
 namespace sysadmin::server {
 
 namespace {
@@ -156,11 +158,16 @@ public:
         return QByteArray(PQcmdTuples(m_statements->link.Ask().get())).toInt();
     }
 
-    void RunLater(const QString& sql) override { m_statements->link.Put(sql.toUtf8()); }
+    void RunLater(const QString& sql) override {
+        auto& statement = m_repeated[sql];
+        if (!statement)
+            statement = std::make_unique<PostgresStatement>(m_statements, sql);
+        statement->ExecuteLater({});
+    }
     void Settle() override { m_statements->link.Ask(); }
     void SetBusyWait(int) override {}
     void Commit() override {
-        m_statements->link.Put("COMMIT");
+        RunLater("COMMIT");
         // A transaction in which something failed is undone by it, and nothing is refused.
         if (qstrcmp(PQcmdStatus(m_statements->link.Ask().get()), "COMMIT") != 0)
             throw StoreError(StoreError::Kind::Failure, "The transaction had failed.");
@@ -197,6 +204,7 @@ private:
     }
 
     std::shared_ptr<Statements> m_statements;
+    std::unordered_map<QString, std::unique_ptr<PostgresStatement>> m_repeated; ///< by their texts
 };
 
 } // namespace

@@ -15,6 +15,9 @@ namespace {
 /// their way.
 constexpr size_t MostSent = 500;
 
+/// The name of the statement that undoes a transaction.
+constexpr const char* Rollback = "rollback";
+
 StoreError::Kind KindOf(const QByteArray& state) {
     using Kind = StoreError::Kind;
     if (state == "23505")
@@ -102,6 +105,12 @@ PostgresLink::PostgresLink(const StoreAddress& address) {
     // Notices may quote statements and values.
     PQsetNoticeReceiver(
         m_connection, [](void*, const PGresult*) {}, nullptr);
+    try {
+        Prepare(Rollback, "ROLLBACK");
+    } catch (...) {
+        Close();
+        throw;
+    }
 }
 
 PostgresLink::~PostgresLink() {
@@ -200,7 +209,7 @@ void PostgresLink::PutRollback() {
         sent.isHeard = false;
     if (!m_sent.empty() && !m_sent.back().isEnd)
         PutEnd();
-    Check(PQsendQueryParams(m_connection, "ROLLBACK", 0, nullptr, nullptr, nullptr, nullptr, 0));
+    Check(PQsendQueryPrepared(m_connection, Rollback, 0, nullptr, nullptr, nullptr, 0));
     m_sent.push_back({.isHeard = false});
     PutEnd();
     PQflush(m_connection);

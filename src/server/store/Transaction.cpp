@@ -43,11 +43,11 @@ void Transaction::BeginWriting(bool wait) {
     // is waited for after the turn: see Commit.
     EngineConnection& connection = *m_database.m_connection;
     connection.RunLater("BEGIN ISOLATION LEVEL READ COMMITTED");
-    connection.RunLater("SET LOCAL synchronous_commit=off");
+    static const QString begin = "SELECT set_config('synchronous_commit', 'off', true), ";
     try {
         if (wait)
-            connection.RunLater(QString("SELECT pg_advisory_xact_lock(%1)").arg(WritersLock));
-        else if (!m_database.FirstValue("SELECT pg_try_advisory_xact_lock(?)", {WritersLock}).toBool())
+            connection.RunLater(begin + QString("pg_advisory_xact_lock(%1)").arg(WritersLock));
+        else if (!m_database.FirstRow(begin + "pg_try_advisory_xact_lock(?)", {WritersLock})->at(1).toBool())
             throw StoreError(StoreError::Kind::Busy, "Somebody else is changing something.");
     } catch (...) {
         Undo();
