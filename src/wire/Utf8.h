@@ -7,19 +7,22 @@
 
 namespace sysadmin::wire {
 
-/// Whether a text holds ASCII only, as nearly all do. (Eight bytes at a time: texts are short and many.)
+/// Whether a text holds ASCII only, as nearly all do. (Eight bytes at a time: texts are short and many.
+/// Leaving at once keeps compilers from widening the loop, which short texts pay dearly for.)
 inline bool IsAscii(QByteArrayView text) {
+    constexpr quint64 highBits = 0x8080'8080'8080'8080;
     const char* at = text.data();
     qsizetype left = text.size();
-    quint64 all = 0;
     for (; left >= 8; at += 8, left -= 8) {
         quint64 some;
         std::memcpy(&some, at, 8);
-        all |= some;
+        if (some & highBits)
+            return false;
     }
     for (; left > 0; ++at, --left)
-        all |= quint64(uchar(*at));
-    return (all & 0x8080'8080'8080'8080) == 0;
+        if (uchar(*at) & 0x80)
+            return false;
+    return true;
 }
 
 inline bool IsAscii(QStringView text) {
