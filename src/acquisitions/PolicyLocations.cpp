@@ -50,10 +50,7 @@ QList<GridColumn> SelectedColumns() {
 }
 
 QStringList SettingTags() {
-    QStringList tags;
-    for (const GridColumn& column : AvailableColumns().mid(1))
-        tags.append(column.tag);
-    return tags;
+    return TagsOf(AvailableColumns().mid(1));
 }
 
 } // namespace

@@ -39,10 +39,7 @@ RowsSpec VendorRows() {
 }
 
 QList<GridRow> ReadVendors(const RequestChannel& channel) {
-    QStringList tags;
-    for (const GridColumn& column : VendorColumns())
-        tags.append(column.tag);
-    return ReadRows(channel, "5", {}, tags);
+    return ReadRows(channel, "5", {}, TagsOf(VendorColumns()));
 }
 
 /// Puts the rows that changed; those of a new group as new ones.

@@ -60,13 +60,10 @@ QString PolicyLocationsField::NameOf(const GridRow& row) const {
 }
 
 void PolicyLocationsField::Load(RequestChannel& channel) {
-    QStringList tags{"SN"};
-    for (const GridColumn& column : Behaviour().more)
-        tags.append(column.tag);
     QList<GridRow> available = ReadRows(channel, "AI", {}, {"AN"}, "SI");
     for (GridRow& row : available)
         row.cells += m_defaults + QStringList{row.cells.first()};
-    QList<GridRow> selected = ReadRows(channel, "SI", {}, tags, "AI");
+    QList<GridRow> selected = ReadRows(channel, "SI", {}, QStringList{"SN"} + TagsOf(Behaviour().more), "AI");
     for (GridRow& row : selected)
         row.cells[0] = Marked(NameOf(row), Setting(row, "CL") == u"Y", Setting(row, "PL") == u"Y");
     LoadLists(available, selected);

@@ -83,11 +83,7 @@ void MaintenanceScreen::PutCluster(const Table& table) {
 }
 
 GridRow MaintenanceScreen::ReadRow(const Table& table) {
-    GridRow row{App().channel.GetField(table.spec.recordTag), {}, {}};
-    row.cells.reserve(table.spec.columns.size());
-    for (const GridColumn& column : table.spec.columns)
-        row.cells.append(column.tag == table.spec.recordTag ? row.key : App().channel.GetField(column.tag));
-    return row;
+    return {App().channel.GetField(table.spec.recordTag), App().channel.GetFields(table.cellTags), {}};
 }
 
 bool MaintenanceScreen::FillForm(Table& table, const GridRow& row) {

@@ -54,6 +54,7 @@ protected:
 
     struct Table : TableDeclaration {
         FormView::SlotMaker makeSlot;
+        QStringList cellTags{}; ///< of the list's columns
         ListGrid* grid = nullptr;
         FormView* view = nullptr;
         QWidget* listPage = nullptr;

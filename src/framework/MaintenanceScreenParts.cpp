@@ -131,6 +131,7 @@ void MaintenanceScreen::AddTable(const TableSpec& spec, Form& form, const Layout
 void MaintenanceScreen::BuildTable(Table& table) {
     const TableSpec& own = table.spec;
     PrepareForm(*table.form);
+    table.cellTags = TagsOf(own.columns);
     table.listPage = new QWidget(m_listSide);
     auto* page = new QVBoxLayout(table.listPage);
     page->setContentsMargins({});

@@ -4,6 +4,7 @@
 #include "wire/EncodedFields.h"
 #include "wire/Utf8.h"
 
+#include <algorithm>
 #include <array>
 
 namespace sysadmin::wire {
@@ -13,6 +14,8 @@ namespace {
 /// From so many different tags on they are found by their hashes.
 constexpr qsizetype FewTags = 12;
 constexpr int NoTag = ReceivedFields::NoTag;
+/// Few enough that a text that outlives its list keeps little memory with it.
+constexpr qsizetype FieldsOfBlock = 512;
 
 /// Numbers the tags of a message, which must outlive this. A list repeats the same few in every record: most
 /// are found by a look at one place.
@@ -58,6 +61,14 @@ private:
     QHash<QByteArrayView, int> m_numbers;
     QStringList m_tags;
 };
+
+/// A part of a text, in the same piece of memory. A NUL has to follow it, as everywhere behind a text.
+QString PartOf(const QString& text, qsizetype begin, qsizetype size) {
+    QString::DataPointer part = text.data_ptr();
+    part.setBegin(part.data() + begin);
+    part.size = size;
+    return QString(std::move(part));
+}
 
 } // namespace
 
@@ -109,9 +120,29 @@ int ReceivedFields::FindTag(const QString& tag) const {
 }
 
 QString ReceivedFields::ValueAt(qsizetype field) const {
-    const Place& place = m_places[field];
-    const QByteArrayView bytes(m_message.constData() + place.begin, place.size);
-    return place.isAscii ? QString::fromLatin1(bytes) : FromUtf8(bytes);
+    const Place& place = m_places.at(field);
+    if (!place.isAscii || place.size == 0)
+        return FromUtf8(BytesAt(place));
+    if (m_blocks.isEmpty())
+        m_blocks.resize((Count() - 1) / FieldsOfBlock + 1);
+    const qsizetype number = field / FieldsOfBlock;
+    if (m_blocks.at(number).isNull())
+        m_blocks[number] = MakeBlock(number);
+    return PartOf(m_blocks.at(number), place.begin - m_places.at(number * FieldsOfBlock).begin, place.size);
+}
+
+/// All that stands in the message from the block's first value on to its last one. Behind a value there is
+/// the header of the next tag, which nobody needs as a text.
+QString ReceivedFields::MakeBlock(qsizetype block) const {
+    const qsizetype first = block * FieldsOfBlock;
+    const qsizetype last = std::min(first + FieldsOfBlock, Count()) - 1;
+    const quint32 begin = m_places.at(first).begin;
+    const quint32 end = m_places.at(last).begin + m_places.at(last).size;
+    QString text = QString::fromLatin1(m_message.constData() + begin, qsizetype(end - begin));
+    QChar* const letters = text.data();
+    for (qsizetype i = first; i < last; ++i)
+        letters[m_places.at(i).begin + m_places.at(i).size - begin] = QChar::Null;
+    return text;
 }
 
 Fields ReceivedFields::All() const {
@@ -120,6 +151,31 @@ Fields ReceivedFields::All() const {
     for (qsizetype i = 0; i < Count(); ++i)
         fields.append({m_tags[TagAt(i)], ValueAt(i)});
     return fields;
+}
+
+RecordReader::RecordReader(const ReceivedFields& fields, const QStringList& tags)
+    : m_tags(tags)
+    , m_placeOf(fields.CountTags(), -1) {
+    for (int i = 0; i < int(tags.size()); ++i) {
+        const int number = fields.FindTag(tags[i]);
+        if (number == NoTag)
+            continue;
+        if (m_placeOf[number] < 0)
+            m_placeOf[number] = i;
+        else
+            m_same.append({i, m_placeOf[number]});
+    }
+}
+
+QStringList RecordReader::Read(const ReceivedFields& fields, qsizetype begin, qsizetype end) const {
+    QStringList values(m_tags.size());
+    QString* const to = values.data();
+    for (qsizetype i = begin; i < end && !m_tags.isEmpty(); ++i)
+        if (const int place = m_placeOf.at(fields.TagAt(i)); place >= 0 && to[place].isNull())
+            to[place] = fields.ValueAt(i); // which is never null
+    for (const auto& [again, first] : m_same)
+        to[again] = to[first];
+    return values;
 }
 
 QString FirstValue(const ReceivedFields& fields, const QString& tag) {

@@ -12,6 +12,7 @@ qint16 RequestChannel::SendRequest(const QString& name) {
     Answer answer = Exchange(name, fields);
     m_busy = wasBusy;
     m_reply = std::move(answer.fields);
+    m_reader = {};
     m_places.fill(0, m_reply.CountTags());
     m_recordEnd = -1;
     if (!answer.changed.isEmpty() && m_changeObserver)
@@ -23,12 +24,16 @@ QString RequestChannel::GetField(const QString& tag) const {
     const int number = m_reply.FindTag(tag);
     if (number == wire::ReceivedFields::NoTag)
         return {};
-    const qsizetype begin = m_recordEnd < 0 ? 0 : m_recordBegin;
-    const qsizetype end = m_recordEnd < 0 ? m_reply.Count() : m_recordEnd;
-    for (qsizetype i = begin; i < end; ++i)
+    for (qsizetype i = ReadBegin(), end = ReadEnd(); i < end; ++i)
         if (m_reply.TagAt(i) == number)
             return m_reply.ValueAt(i);
     return {};
+}
+
+QStringList RequestChannel::GetFields(const QStringList& tags) const {
+    if (m_reader.Tags() != tags)
+        m_reader = {m_reply, tags};
+    return m_reader.Read(m_reply, ReadBegin(), ReadEnd());
 }
 
 bool RequestChannel::GetFlag(const QString& tag) const {

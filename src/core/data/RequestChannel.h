@@ -46,6 +46,10 @@ public:
     /// none. A missing tag is an empty text.
     QString GetField(const QString& tag) const;
 
+    /// The same of each of some tags, in their order. For lists: what is known of the tags is kept until
+    /// others are asked for.
+    QStringList GetFields(const QStringList& tags) const;
+
     /// True when the field is "Y".
     bool GetFlag(const QString& tag) const;
 
@@ -53,7 +57,9 @@ public:
     /// a place of its own; the first call finds the first record.
     bool NextRecord(const QString& tag);
 
-    /// The fields of the current reply, in order; all of them are made into texts for it.
+    /// The current reply as it has arrived.
+    const wire::ReceivedFields& Reply() const { return m_reply; }
+    /// Its fields, in order; all of them are made into texts for it.
     wire::Fields ReplyFields() const { return m_reply.All(); }
 
     /// Is told the words of the subjects ("VenTp") that other sessions changed, as replies bring them. It is
@@ -76,12 +82,17 @@ protected:
     virtual Answer Exchange(const QString& name, const wire::Fields& fields) = 0;
 
 private:
+    // Where among the fields reading begins and ends.
+    qsizetype ReadBegin() const { return m_recordEnd < 0 ? 0 : m_recordBegin; }
+    qsizetype ReadEnd() const { return m_recordEnd < 0 ? m_reply.Count() : m_recordEnd; }
+
     std::function<void(const QStringList&)> m_changeObserver;
     bool m_busy = false;
     wire::Fields m_pending;
     wire::Fields m_withEvery;
     wire::ReceivedFields m_reply;
-    QList<qsizetype> m_places; // where the next search for a tag begins, by the tag's number
+    mutable wire::RecordReader m_reader; // of the tags that were asked for last
+    QList<qsizetype> m_places;           // where the next search for a tag begins, by the tag's number
     qsizetype m_recordBegin = 0;
     qsizetype m_recordEnd = -1; // -1: no record under the cursor
 };

@@ -28,6 +28,14 @@ struct GridColumn {
     bool operator==(const GridColumn&) const = default;
 };
 
+/// The tags of columns' cells.
+inline QStringList TagsOf(const QList<GridColumn>& columns) {
+    QStringList tags;
+    for (const GridColumn& column : columns)
+        tags.append(column.tag);
+    return tags;
+}
+
 /// A cell of the column as text for people.
 inline QString ShownText(const GridColumn& column, const QString& cell) {
     for (const PickItem& item : column.items)
@@ -46,3 +54,5 @@ struct GridRow {
 };
 
 } // namespace sysadmin
+
+Q_DECLARE_TYPEINFO(sysadmin::GridRow, Q_RELOCATABLE_TYPE);

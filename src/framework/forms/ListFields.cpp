@@ -46,9 +46,7 @@ void PickedField::Load(RequestChannel& channel) {
     const PickedTags& tags = m_picked.tags;
     if (tags.availableId.isEmpty())
         return;
-    QStringList more;
-    for (const GridColumn& column : m_picked.more)
-        more.append(column.tag);
+    const QStringList more = TagsOf(m_picked.more);
     LoadLists(
         ReadRows(channel, tags.availableId, {}, QStringList{tags.availableName} + more, tags.selectedId),
         ReadRows(channel, tags.selectedId, {}, QStringList{tags.selectedName} + more, tags.availableId));

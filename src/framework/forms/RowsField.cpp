@@ -198,11 +198,8 @@ QString RowsField::Refusal(const GridRow& row, const GridRow* former) const {
 void RowsField::Load(RequestChannel& channel) {
     if (m_rowsSpec.marker.isEmpty())
         return;
-    QStringList tags;
-    for (const GridColumn& column : m_columns)
-        tags.append(column.tag);
-    tags += m_rowsSpec.moreTags;
-    QList<GridRow> rows = ReadRows(channel, m_rowsSpec.marker, m_rowsSpec.keyTag, tags);
+    QList<GridRow> rows =
+        ReadRows(channel, m_rowsSpec.marker, m_rowsSpec.keyTag, TagsOf(m_columns) + m_rowsSpec.moreTags);
     if (m_rowsSpec.belongs)
         rows.removeIf([this](const GridRow& row) { return !m_rowsSpec.belongs(row); });
     // Where the first cell stands for a key, rows may begin alike (two parts of one MARC field).
@@ -302,32 +299,22 @@ void RowsField::GiveDraft(const std::any& draft) {
 
 QList<GridRow> ReadRows(const RequestChannel& channel, const QString& marker, const QString& keyTag,
                         const QStringList& cellTags, const QString& otherMarker) {
+    const wire::ReceivedFields& reply = channel.Reply();
+    const int begins = reply.FindTag(marker);
+    const int ends = reply.FindTag(otherMarker);
+    const int keyed = keyTag.isEmpty() ? begins : reply.FindTag(keyTag);
+    const wire::RecordReader reader(reply, cellTags);
     QList<GridRow> rows;
-    bool isInRow = false;
-    bool hasKey = false;
-    QList<bool> filled;
-    for (const wire::Field& field : channel.ReplyFields()) {
-        if (field.tag == marker) {
-            rows.append({keyTag.isEmpty() ? field.value : QString(), {}, {}});
-            for (qsizetype i = 0; i < cellTags.size(); ++i)
-                rows.last().cells.append(QString());
-            hasKey = keyTag.isEmpty();
-            filled.fill(false, cellTags.size());
-            isInRow = true;
-        } else if (field.tag == otherMarker) {
-            isInRow = false;
-        }
-        if (!isInRow)
+    for (qsizetype next = 0; next < reply.Count();) {
+        const qsizetype begin = next++;
+        if (reply.TagAt(begin) != begins)
             continue;
-        if (!hasKey && field.tag == keyTag) {
-            rows.last().key = field.value;
-            hasKey = true;
-        }
-        for (qsizetype i = 0; i < cellTags.size(); ++i)
-            if (!filled[i] && field.tag == cellTags[i]) {
-                rows.last().cells[i] = field.value;
-                filled[i] = true;
-            }
+        while (next < reply.Count() && reply.TagAt(next) != begins && reply.TagAt(next) != ends)
+            ++next;
+        qsizetype key = begin;
+        while (key < next && reply.TagAt(key) != keyed)
+            ++key;
+        rows.append({key < next ? reply.ValueAt(key) : QString(), reader.Read(reply, begin, next), {}});
     }
     return rows;
 }
