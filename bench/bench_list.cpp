@@ -92,7 +92,7 @@ void RequestAndRows(benchmark::State& state) {
         channel.SendRequest("LstVenTp");
         QList<GridRow> rows;
         while (channel.NextRecord("Cd"))
-            rows.append({channel.GetField("Cd"), channel.GetFields(tags), {}});
+            rows.append({channel.GetField("Cd"), channel.GetRecord(tags), {}});
         if (rows.size() != state.range(0))
             state.SkipWithError("rows are missing");
     }

@@ -96,7 +96,7 @@ QStringList AcqLocationsField::DerivedCells(const GridRow& row, bool isSelected)
     const auto marked = [&](int cell, const char* mark) {
         return QString(isSelected && row.cells.value(cell) == u"Y" ? mark : "");
     };
-    QStringList cells = row.cells;
+    QStringList cells = row.cells.Texts();
     while (cells.size() <= InUseCell)
         cells.append(QString());
     cells[NameCell] = m_names.value(row.key) + marked(OrderCell, " (o)") + marked(ReceiveCell, " (r)");
@@ -110,7 +110,7 @@ void AcqLocationsField::FollowSettings() {
     QList<GridRow> other;
     const auto follow = [&](const QList<GridRow>& rows, bool isSelected) {
         for (const GridRow& row : rows)
-            if (const QStringList cells = DerivedCells(row, isSelected); cells != row.cells)
+            if (const QStringList cells = DerivedCells(row, isSelected); row.cells != cells)
                 other.append({row.key, cells, row.state});
     };
     follow(Lists().Available(), false);

@@ -39,9 +39,9 @@ struct PlaceForm : RowForm {
     }
     GridRow MakeRow(const GridRow* former, const QList<GridColumn>&) const override {
         GridRow row = former ? *former : GridRow();
-        row.cells.clear();
+        row.cells = {};
         for (const MarcPlaceField::Part part : Parts)
-            row.cells.append(place.Draft(part));
+            row.cells.Own().append(place.Draft(part));
         return row;
     }
     QString Refusal() override {

@@ -119,7 +119,8 @@ CallNumberForm::CallNumberForm()
                 PlaceColumns(), PlaceRows()) {
     vsfPlaces.Behaviour().check = [this](const GridRow& row, const GridRow* former) {
         for (const GridRow& other : vsfPlaces.Rows())
-            if (!(former && other.key == former->key) && other.cells.mid(0, Type) == row.cells.mid(0, Type))
+            if (!(former && other.key == former->key) &&
+                other.cells.Texts().mid(0, Type) == row.cells.Texts().mid(0, Type))
                 return tr("This place is in the list already.");
         return vsfPlaces.Rows().size() >= callnumbers::MostPlaces && !former
                    ? tr("There are no more than %1 places in a hierarchy.").arg(callnumbers::MostPlaces)

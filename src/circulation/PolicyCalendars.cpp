@@ -69,7 +69,7 @@ void PolicyCalendarsField::Load(RequestChannel& channel) {
     const auto read = [&](const QString& idTag, const QString& otherTag) {
         QList<GridRow> rows = ReadRows(channel, idTag, {}, {"CN", "SD", "ED"}, otherTag);
         for (GridRow& row : rows)
-            row.cells.append(StatusOf(row));
+            row.cells.Own().append(StatusOf(row));
         return rows;
     };
     LoadLists(read("ACI", "SCI"), read("SCI", "ACI"));

@@ -62,7 +62,7 @@ QString PolicyLocationsField::NameOf(const GridRow& row) const {
 void PolicyLocationsField::Load(RequestChannel& channel) {
     QList<GridRow> available = ReadRows(channel, "AI", {}, {"AN"}, "SI");
     for (GridRow& row : available)
-        row.cells += m_defaults + QStringList{row.cells.first()};
+        row.cells.Own() += m_defaults + QStringList{row.cells[0]};
     QList<GridRow> selected = ReadRows(channel, "SI", {}, QStringList{"SN"} + TagsOf(Behaviour().more), "AI");
     for (GridRow& row : selected)
         row.cells[0] = Marked(NameOf(row), Setting(row, "CL") == u"Y", Setting(row, "PL") == u"Y");

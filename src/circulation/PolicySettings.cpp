@@ -98,7 +98,7 @@ void SettingsRows::Begin(const QList<GridRow>& names) {
     const QStringList defaults = m_settings.Defaults();
     QList<GridRow> rows;
     for (const GridRow& row : names)
-        rows.append({row.key, row.cells + defaults, {}});
+        rows.append({row.key, row.cells.Texts() + defaults, {}});
     SetStoredRows(rows);
 }
 

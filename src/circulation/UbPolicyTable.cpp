@@ -34,10 +34,11 @@ GridRow ReadPolicyRow(RequestChannel& channel, const QString& key, const QString
     QStringList kept;
     for (const UbLimitSpec& limit : UbLimits()) {
         const QString most = channel.GetField(limit.most).trimmed();
-        row.cells << (channel.GetFlag(limit.applies) ? most : QString()) << channel.GetField(limit.blocks);
+        row.cells.Own() << (channel.GetFlag(limit.applies) ? most : QString())
+                        << channel.GetField(limit.blocks);
         kept << most;
     }
-    row.cells += kept;
+    row.cells.Own() += kept;
     return row;
 }
 

@@ -145,7 +145,7 @@ void frmClusterMaintenance::AfterSave(Table& table, const GridRow& row, bool) {
 }
 
 bool frmClusterMaintenance::ConfirmRowDelete(Table& table, const GridRow& row) {
-    if (!row.cells.mid(FirstInUseCell).contains("Y"))
+    if (!row.cells.Texts().mid(FirstInUseCell).contains("Y"))
         return MaintenanceScreen::ConfirmRowDelete(table, row);
     App().prompter.ShowBox(this, {.text = tr("Circ Cluster in use.  "), .title = tr("Cannot delete.")});
     return false;

@@ -103,7 +103,7 @@ void RowForm::TakeRow(const GridRow* row, const QList<GridColumn>& columns) {
 GridRow RowForm::MakeRow(const GridRow* former, const QList<GridColumn>& columns) const {
     GridRow row = former ? *former : GridRow();
     while (row.cells.size() < columns.size())
-        row.cells.append(QString());
+        row.cells.Own().append(QString());
     for (qsizetype i = 0; i < columns.size(); ++i)
         if (const auto* value = dynamic_cast<const ValueField*>(FindByTag(columns[i].tag)))
             row.cells[i] = value->Draft().trimmed();

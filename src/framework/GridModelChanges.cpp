@@ -41,7 +41,7 @@ std::optional<std::vector<GridModel::Change>> GridModel::ChangesTo(const QList<G
     constexpr size_t MostChanges = 16;
     const auto isSame = [](const GridRow& a, const GridRow& b) {
         return (a.key.constData() == b.key.constData() || a.key == b.key) && a.state == b.state &&
-               (a.cells.isSharedWith(b.cells) || a.cells == b.cells);
+               a.cells == b.cells;
     };
     std::vector<Change> changes;
     qsizetype before = 0;

@@ -31,12 +31,6 @@ std::optional<double> ReadNumber(const QString& cell) {
     return isNumber && std::isfinite(value) ? std::optional(value) : std::nullopt;
 }
 
-/// The row's cell in the column; blank where the row is shorter.
-const QString& CellOf(const GridRow& row, int column) {
-    static const QString none;
-    return column < row.cells.size() ? row.cells.at(column) : none;
-}
-
 bool IsBlank(const QString& cell) {
     return QStringView(cell).trimmed().isEmpty();
 }
@@ -120,7 +114,7 @@ bool GridOrder::ReadAll(const QList<GridRow>& rows, Kind kind) {
     m_values.reserve(size_t(rows.size()));
     bool any = false;
     for (const GridRow& row : rows) {
-        const std::optional<quint64> value = ReadValue(CellOf(row, m_column));
+        const std::optional<quint64> value = ReadValue(row.cells.value(m_column));
         if (!value)
             return false;
         any = any || *value != Blank;
@@ -130,7 +124,7 @@ bool GridOrder::ReadAll(const QList<GridRow>& rows, Kind kind) {
 }
 
 QString GridOrder::TextOf(const GridRow& row) const {
-    return ShownText(m_columns[m_column], CellOf(row, m_column));
+    return ShownText(m_columns[m_column], row.cells.value(m_column));
 }
 
 /// Whether the column stays of its kind with this cell.
@@ -143,7 +137,7 @@ bool GridOrder::Update(const QList<GridRow>& rows, int place) {
         return true;
     if (place == Count())
         return Insert(rows, place);
-    const QString cell = CellOf(rows[place], m_column);
+    const QString cell = rows[place].cells.value(m_column);
     if (!TellsKind(cell) || rows.size() == 1) {
         Build(rows);
         return false;
@@ -161,7 +155,7 @@ bool GridOrder::Update(const QList<GridRow>& rows, int place) {
 bool GridOrder::Insert(const QList<GridRow>& rows, int place) {
     if (m_kind == Kind::None)
         return true;
-    const QString cell = CellOf(rows[place], m_column);
+    const QString cell = rows[place].cells.value(m_column);
     if (!TellsKind(cell)) {
         Build(rows);
         return false;

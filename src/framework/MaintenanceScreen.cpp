@@ -83,7 +83,7 @@ void MaintenanceScreen::PutCluster(const Table& table) {
 }
 
 GridRow MaintenanceScreen::ReadRow(const Table& table) {
-    return {App().channel.GetField(table.spec.recordTag), App().channel.GetFields(table.cellTags), {}};
+    return {App().channel.GetField(table.spec.recordTag), App().channel.GetRecord(table.cellTags), {}};
 }
 
 bool MaintenanceScreen::FillForm(Table& table, const GridRow& row) {

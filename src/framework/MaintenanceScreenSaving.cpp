@@ -317,11 +317,12 @@ GridRow MaintenanceScreen::RowFromForm(const Table& table, const QString& key) c
     for (qsizetype i = 0; i < table.spec.columns.size(); ++i) {
         const GridColumn& column = table.spec.columns[i];
         if (const auto* value = dynamic_cast<ValueField*>(table.form->FindByColumn(column.tag)))
-            row.cells.append(value->IsBlank() ? QString() // not "(none)"
-                             : column.dateFormat.isEmpty() && column.items.isEmpty() ? value->DisplayText()
-                                                                                     : value->Draft());
+            row.cells.Own().append(value->IsBlank() ? QString() // not "(none)"
+                                   : column.dateFormat.isEmpty() && column.items.isEmpty()
+                                       ? value->DisplayText()
+                                       : value->Draft());
         else
-            row.cells.append(before && before->key == key ? before->cells.value(i) : QString());
+            row.cells.Own().append(before && before->key == key ? before->cells.value(i) : QString());
     }
     return row;
 }

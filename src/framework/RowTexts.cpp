@@ -40,7 +40,7 @@ void RowTexts::Make(const QList<GridColumn>& columns, const QList<GridRow>& rows
         m_starts.push_back(m_texts.size());
         for (qsizetype i = 0; i < std::min(columns.size(), row.cells.size()); ++i) {
             const GridColumn& column = columns.at(i);
-            const QString& cell = row.cells.at(i);
+            const QString cell = row.cells[i];
             if (!IsSearched(column) || cell.isEmpty())
                 continue;
             if (column.items.isEmpty() && column.dateFormat.isEmpty()) {

@@ -176,7 +176,7 @@ QString RowsEditor::Filled(const QString& question, const QString& key) const {
     QStringList cells;
     for (const GridRow& row : m_rows.ShownRows())
         if (row.key == key)
-            cells = row.cells;
+            cells = row.cells.Texts();
     QString filled;
     for (qsizetype i = 0; i < question.size(); ++i) {
         const int column = question[i] == u'%' && i + 1 < question.size() ? question[i + 1].digitValue() : -1;
@@ -224,7 +224,7 @@ void RowsEditor::EditCell(const QString& key, int column, const QString& value) 
         return;
     GridRow row = *former;
     while (row.cells.size() <= column)
-        row.cells.append(QString());
+        row.cells.Own().append(QString());
     row.cells[column] = value;
     QString refusal = CellProblem(m_rows.Behaviour().edits.value(column), value);
     if (refusal.isEmpty())

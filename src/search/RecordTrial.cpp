@@ -69,7 +69,7 @@ bool IsLeftOut(const headings::LeftOut& entry, const marc::Field& field) {
 QList<GridRow> LinksIn(const marc::Record& record, const QList<GridRow>& all) {
     QList<GridRow> rows;
     for (const GridRow& link : all) {
-        const QStringList& cells = link.cells;
+        const QStringList cells = link.cells.Texts();
         for (const marc::Field& field : record.fields) {
             if (!IsFieldOf(field.tag, cells[FieldTag]))
                 continue;

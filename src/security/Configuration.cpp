@@ -157,9 +157,8 @@ qint16 ConfigurationServer::Copy(const ConfigurationFiles& files, const QList<Co
     PutChosen(chosen);
     m_channel.PutField("H", digest);
     const qint16 result = m_channel.SendRequest("CpyCfg");
-    for (const wire::Field& field : m_channel.ReplyFields())
-        if (result == wire::status::Ok && field.tag == u"W")
-            words << field.value;
+    while (result == wire::status::Ok && m_channel.NextRecord("W"))
+        words << m_channel.GetField("W");
     return result;
 }
 

@@ -159,7 +159,7 @@ void frmSecurity_SecurityOptions::LoadLog() {
     const auto read = [&](RequestChannel& channel) {
         GridRow row{QString::number(rows.size()), {}, {}};
         for (const char* tag : LogTags)
-            row.cells.append(channel.GetField(tag));
+            row.cells.Own().append(channel.GetField(tag));
         rows.append(row);
     };
     const auto report = [this](qint16 result) {
@@ -187,7 +187,7 @@ void frmSecurity_SecurityOptions::ExportLog() {
         records.first().append(column.caption);
     const GridModel& model = findChild<ListGrid*>("vsfInvalidLogins")->Model();
     for (int row = 0; row < model.rowCount(); ++row)
-        records.append(model.RowAt(row).cells); // in the order in which the operator has sorted them
+        records.append(model.RowAt(row).cells.Texts()); // in the order in which the operator has sorted them
     if (const QString problem = WriteCsv(fileName, records, CsvQuotes::Always); !problem.isEmpty())
         Tell(tr("The file could not be written:") + "\r\n" + problem);
 }

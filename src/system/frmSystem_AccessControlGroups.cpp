@@ -45,7 +45,7 @@ RowAsker AskAddresses(const FormDialogSpec& spec, const IpDialogNames& names) {
             prompter, asked, names, [&](const QStringList& entry) { return check(rowOf(entry), former); },
             parent);
         if (former)
-            dialog.SetAddresses(former->cells);
+            dialog.SetAddresses(former->cells.Texts());
         if (!prompter.RunDialog(dialog))
             return {};
         return rowOf(dialog.Addresses());

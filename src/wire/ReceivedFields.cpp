@@ -108,6 +108,7 @@ bool ReceivedFields::Read(const QByteArray& message, qsizetype begin, qsizetype 
         m_places.append({quint32(value.data() - bytes), quint32(value.size()), isAscii, tag});
     }
     m_tags = tags.Tags();
+    m_blocks = std::make_shared<QStringList>(count / FieldsOfBlock + 1);
     if (m_tags.size() > FewTags)
         for (qsizetype number = 0; number < m_tags.size(); ++number)
             m_numbers.insert(m_tags[number], int(number));
@@ -123,12 +124,10 @@ QString ReceivedFields::ValueAt(qsizetype field) const {
     const Place& place = m_places.at(field);
     if (!place.isAscii || place.size == 0)
         return FromUtf8(BytesAt(place));
-    if (m_blocks.isEmpty())
-        m_blocks.resize((Count() - 1) / FieldsOfBlock + 1);
     const qsizetype number = field / FieldsOfBlock;
-    if (m_blocks.at(number).isNull())
-        m_blocks[number] = MakeBlock(number);
-    return PartOf(m_blocks.at(number), place.begin - m_places.at(number * FieldsOfBlock).begin, place.size);
+    if (m_blocks->at(number).isNull())
+        (*m_blocks)[number] = MakeBlock(number);
+    return PartOf(m_blocks->at(number), place.begin - m_places.at(number * FieldsOfBlock).begin, place.size);
 }
 
 /// All that stands in the message from the block's first value on to its last one. Behind a value there is
@@ -153,29 +152,19 @@ Fields ReceivedFields::All() const {
     return fields;
 }
 
-RecordReader::RecordReader(const ReceivedFields& fields, const QStringList& tags)
-    : m_tags(tags)
-    , m_placeOf(fields.CountTags(), -1) {
-    for (int i = 0; i < int(tags.size()); ++i) {
-        const int number = fields.FindTag(tags[i]);
-        if (number == NoTag)
-            continue;
-        if (m_placeOf[number] < 0)
-            m_placeOf[number] = i;
-        else
-            m_same.append({i, m_placeOf[number]});
-    }
+RecordTags::RecordTags(const ReceivedFields& fields, const QStringList& tags)
+    : fields(fields)
+    , tags(tags) {
+    for (const QString& tag : tags)
+        numbers.append(fields.FindTag(tag));
 }
 
-QStringList RecordReader::Read(const ReceivedFields& fields, qsizetype begin, qsizetype end) const {
-    QStringList values(m_tags.size());
-    QString* const to = values.data();
-    for (qsizetype i = begin; i < end && !m_tags.isEmpty(); ++i)
-        if (const int place = m_placeOf.at(fields.TagAt(i)); place >= 0 && to[place].isNull())
-            to[place] = fields.ValueAt(i); // which is never null
-    for (const auto& [again, first] : m_same)
-        to[again] = to[first];
-    return values;
+QString ReceivedRecord::Value(qsizetype place) const {
+    const int number = m_tags->numbers.at(place);
+    for (qsizetype i = m_begin; i < m_end && number != NoTag; ++i)
+        if (m_tags->fields.TagAt(i) == number)
+            return m_tags->fields.ValueAt(i);
+    return {};
 }
 
 QString FirstValue(const ReceivedFields& fields, const QString& tag) {

@@ -5,6 +5,8 @@
 #include <QByteArray>
 #include <QHash>
 
+#include <memory>
+
 namespace sysadmin::wire {
 
 class EncodedFields;
@@ -52,26 +54,45 @@ private:
 
     QByteArray m_message;
     QList<Place> m_places;
-    mutable QStringList m_blocks; ///< the texts of so many fields each, as far as they were asked for
+    /// The texts of so many fields each, as far as they were asked for.
+    std::shared_ptr<QStringList> m_blocks;
     QStringList m_tags;
     QHash<QString, int> m_numbers; ///< of the tags, where they are many
 };
 
-/// Reads the same tags of one record of a message after the other.
-class RecordReader {
-public:
-    RecordReader() = default;
-    RecordReader(const ReceivedFields& fields, const QStringList& tags);
+/// Of which tags records are read, one record of a message after the other.
+struct RecordTags {
+    RecordTags(const ReceivedFields& fields, const QStringList& tags);
 
-    const QStringList& Tags() const { return m_tags; }
-    /// The first value of each tag in the fields from `begin` up to `end` of the same message, in the tags'
-    /// order; an empty text where there is none.
-    QStringList Read(const ReceivedFields& fields, qsizetype begin, qsizetype end) const;
+    ReceivedFields fields;
+    QStringList tags;
+    QList<int> numbers; ///< of the tags; `NoTag` where no field has it
+};
+
+/// What a record of a message has under some tags. Its values stay in the message, which is kept for that,
+/// and become texts when they are asked for.
+class ReceivedRecord {
+public:
+    /// Of no record: it has no tags.
+    ReceivedRecord() = default;
+    /// The record has the fields from `begin` up to `end`.
+    ReceivedRecord(const std::shared_ptr<const RecordTags>& tags, qsizetype begin, qsizetype end)
+        : m_tags(tags)
+        , m_begin(quint32(begin))
+        , m_end(quint32(end)) {}
+
+    qsizetype Count() const { return m_tags ? m_tags->tags.size() : 0; }
+    /// The first value under the tag in this place among the tags; an empty text where there is none.
+    QString Value(qsizetype place) const;
+    /// Whether both are the same record of one message, read in one go.
+    bool IsSame(const ReceivedRecord& other) const {
+        return m_tags == other.m_tags && m_begin == other.m_begin;
+    }
 
 private:
-    QStringList m_tags;
-    QList<int> m_placeOf;              ///< among the tags, by the number of a tag; -1: not asked for
-    QList<std::pair<int, int>> m_same; ///< places of tags that are asked for again, and of the first ones
+    std::shared_ptr<const RecordTags> m_tags;
+    quint32 m_begin = 0;
+    quint32 m_end = 0;
 };
 
 /// The value of the first field with this tag, or an empty text.

@@ -33,6 +33,30 @@ TEST(ChannelCursor, WalksRecordsAndReadsInsideThem) {
     Walk(channel, {}, "Cd= Cd>=");
 }
 
+TEST(ChannelCursor, ARecordIsReadByItsTagsAndStaysReadable) {
+    ScriptedChannel channel;
+    Walk(channel, {{"Total", "2"}, {"Cd", "A"}, {"Nm", "Alpha"}, {"Cd", "B"}}, "");
+    const QStringList tags{"Nm", "Total"};
+    const auto read = [&](const QStringList& of) {
+        const wire::ReceivedRecord record = channel.GetRecord(of);
+        QStringList values;
+        for (qsizetype i = 0; i < record.Count(); ++i)
+            values.append(record.Value(i));
+        return values.join('|');
+    };
+    EXPECT_EQ(read(tags), "Alpha|2") << "of the whole reply";
+    channel.NextRecord("Cd");
+    const wire::ReceivedRecord first = channel.GetRecord(tags);
+    EXPECT_EQ(read(tags), "Alpha|");
+    channel.NextRecord("Cd");
+    EXPECT_EQ(read(tags), "|");
+    EXPECT_EQ(read({"Cd"}), "B") << "other tags";
+    EXPECT_EQ(read({}), "");
+    Walk(channel, {{"Nm", "Other"}}, "");
+    EXPECT_EQ(read(tags), "Other|") << "the same tags, another reply";
+    EXPECT_EQ(first.Value(0), "Alpha");
+}
+
 TEST(ChannelCursor, FieldsAreSentOnceAndAFlagIsACapitalY) {
     ScriptedChannel channel;
     channel.PutField("K", "1");

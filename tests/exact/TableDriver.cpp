@@ -62,7 +62,7 @@ void ScreenDriver::ExpectRows(const QString& what, const QStringList& wanted) {
     GridModel& model = Grid().Model();
     QStringList rows;
     for (int row = 0; row < model.rowCount(); ++row)
-        rows.append(model.Rows()[row].cells.join('|'));
+        rows.append(model.Rows()[row].cells.Texts().join('|'));
     // The model keeps its rows in the order in which they came; the shown order is that of the keys.
     QStringList shown;
     for (const QString& key : model.ShownKeys())

@@ -152,7 +152,7 @@ TEST_F(InstalledComponents, WhatIsWrongIsListedAndGoneOnWithOrNot) {
         EXPECT_EQ(model.headerData(1, Qt::Horizontal).toString(), "Error Condition");
         QStringList shown;
         for (const GridRow& row : model.Rows())
-            shown.append(row.cells.join('|'));
+            shown.append(row.cells.Texts().join('|'));
         EXPECT_EQ(shown, wrong);
     };
     prompter.ExpectDialogResult("frmVersionInfo", [&](QDialog& dialog) {

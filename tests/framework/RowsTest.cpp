@@ -77,6 +77,43 @@ struct ListForm : Form {
     RowsField vsfRules;
 };
 
+TEST(RowCellsTest, StayInTheReplyUntilTheyAreChanged) {
+    ScriptedChannel channel;
+    const wire::Fields fields{{"Before", "x"}, {"ID", "1"},    {"Nm", "one"},
+                              {"Nm", "again"}, {"ID", "2"},    {"Dy", "20"},
+                              {"Nm", "zwölf"}, {"Other", "3"}, {"Nm", "nobody's"}};
+    channel.Answer("Get", 0, fields);
+    channel.Answer("Get", 0, fields);
+    channel.SendRequest("Get");
+    // Of repeated tags the first value counts; what a record does not have is empty; a tag may be asked for
+    // twice.
+    const QStringList tags{"Nm", "Dy", "None", "Nm", {}};
+    const QList<QStringList> expected{{"one", "", "", "one", ""}, {"zwölf", "20", "", "zwölf", ""}};
+    QList<GridRow> rows = ReadRows(channel, "ID", {}, tags, "Other");
+    const QList<GridRow> before = rows;
+    channel.SendRequest("Get"); // the first reply is with the rows only
+    ASSERT_EQ(rows.size(), 2);
+    for (int i = 0; i < 2; ++i) {
+        const RowCells& cells = before[i].cells;
+        EXPECT_EQ(before[i].key, QString::number(i + 1));
+        EXPECT_EQ(cells.Texts(), expected[i]);
+        EXPECT_EQ(cells, RowCells(expected[i]));
+        EXPECT_EQ(cells.size(), tags.size());
+        EXPECT_EQ(cells[0], expected[i][0]);
+        EXPECT_EQ(cells.value(1), expected[i][1]);
+        EXPECT_EQ(cells.value(5) + cells.value(-1), "");
+    }
+    EXPECT_EQ(rows, before);
+    EXPECT_EQ(rows, ReadRows(channel, "ID", {}, tags, "Other")) << "of another reply";
+    EXPECT_FALSE(rows[0].cells == rows[1].cells);
+    EXPECT_FALSE(rows[0].cells == RowCells());
+    rows[1].cells[1] = "21";
+    rows[1].cells.Own().append("more");
+    EXPECT_EQ(rows[1].cells.Texts(), (QStringList{"zwölf", "21", "", "zwölf", "", "more"}));
+    EXPECT_EQ(before[1].cells.Texts(), expected[1]);
+    EXPECT_FALSE(rows[1].cells == before[1].cells);
+}
+
 TEST(RowsFieldTest, StatesAreComputedAndTravel) {
     ListForm form;
     EXPECT_EQ(form.Sent(), (QStringList{"1 one 10 U", "2 two 20 U", "3 three  U"}));

@@ -110,7 +110,10 @@ TEST(Codec, FieldsThatStayAsTheyCameAreFoundByTheirTags) {
     for (const int tags : {1, 3, 12, 13, 700}) {
         Fields fields;
         for (int i = 0; i < 2000; ++i)
-            fields.append({QString::number(i % tags), QString("書 %1").arg(i)});
+            fields.append({QString::number(i % tags), QString(i % 3 == 0   ? "書 %1"
+                                                              : i % 7 == 0 ? ""
+                                                                           : "Book %1")
+                                                          .arg(i)});
         const auto reply = ReadReply(Encode(Reply{1, 0, fields}));
         ASSERT_TRUE(reply);
         const ReceivedFields& received = reply->fields;
@@ -124,6 +127,33 @@ TEST(Codec, FieldsThatStayAsTheyCameAreFoundByTheirTags) {
         EXPECT_EQ(received.FindTag("-"), ReceivedFields::NoTag);
         EXPECT_EQ(FirstValue(received, "-"), "");
     }
+}
+
+TEST(Codec, TextsOfOneMessageShareMemoryAndNothingElse) {
+    const auto valueOf = [](int i) { return QString("Reading room %1").arg(i); };
+    QStringList texts;
+    {
+        Fields fields;
+        for (int i = 0; i < 2000; ++i)
+            fields.append({"Nm", valueOf(i)});
+        const auto reply = ReadReply(Encode(Reply{1, 0, fields}));
+        ASSERT_TRUE(reply);
+        const ReceivedFields copy = reply->fields;
+        EXPECT_TRUE(copy.ValueAt(4).isSharedWith(reply->fields.ValueAt(5)));
+        for (int i = 0; i < 2000; ++i)
+            texts.append(copy.ValueAt(i));
+    }
+    // The last two of their piece of memory, one of which is changed then.
+    QString first = texts[600];
+    QString second = texts[601];
+    texts.clear();
+    EXPECT_EQ(first.utf16()[first.size()], 0);
+    first += " and the one behind it, which is a long name";
+    EXPECT_EQ(first, valueOf(600) + " and the one behind it, which is a long name");
+    EXPECT_EQ(second, valueOf(601));
+    first.clear();
+    second.insert(0, "The ").append('.');
+    EXPECT_EQ(second, "The " + valueOf(601) + '.');
 }
 
 TEST(Codec, RefusesWhatIsNotAMessageOfItsKind) {

@@ -12,7 +12,7 @@ qint16 RequestChannel::SendRequest(const QString& name) {
     Answer answer = Exchange(name, fields);
     m_busy = wasBusy;
     m_reply = std::move(answer.fields);
-    m_reader = {};
+    m_recordTags.reset();
     m_places.fill(0, m_reply.CountTags());
     m_recordEnd = -1;
     if (!answer.changed.isEmpty() && m_changeObserver)
@@ -30,10 +30,10 @@ QString RequestChannel::GetField(const QString& tag) const {
     return {};
 }
 
-QStringList RequestChannel::GetFields(const QStringList& tags) const {
-    if (m_reader.Tags() != tags)
-        m_reader = {m_reply, tags};
-    return m_reader.Read(m_reply, ReadBegin(), ReadEnd());
+wire::ReceivedRecord RequestChannel::GetRecord(const QStringList& tags) const {
+    if (!m_recordTags || m_recordTags->tags != tags)
+        m_recordTags = std::make_shared<wire::RecordTags>(m_reply, tags);
+    return {m_recordTags, ReadBegin(), ReadEnd()};
 }
 
 bool RequestChannel::GetFlag(const QString& tag) const {

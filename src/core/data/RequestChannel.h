@@ -46,9 +46,9 @@ public:
     /// none. A missing tag is an empty text.
     QString GetField(const QString& tag) const;
 
-    /// The same of each of some tags, in their order. For lists: what is known of the tags is kept until
-    /// others are asked for.
-    QStringList GetFields(const QStringList& tags) const;
+    /// What the record under the cursor (or while there is none, the whole reply) has under these tags. For
+    /// lists: rows made of it stay in the reply's memory.
+    wire::ReceivedRecord GetRecord(const QStringList& tags) const;
 
     /// True when the field is "Y".
     bool GetFlag(const QString& tag) const;
@@ -91,8 +91,8 @@ private:
     wire::Fields m_pending;
     wire::Fields m_withEvery;
     wire::ReceivedFields m_reply;
-    mutable wire::RecordReader m_reader; // of the tags that were asked for last
-    QList<qsizetype> m_places;           // where the next search for a tag begins, by the tag's number
+    mutable std::shared_ptr<const wire::RecordTags> m_recordTags; // that were asked for last
+    QList<qsizetype> m_places; // where the next search for a tag begins, by the tag's number
     qsizetype m_recordBegin = 0;
     qsizetype m_recordEnd = -1; // -1: no record under the cursor
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/data/PickLists.h"
+#include "framework/forms/RowCells.h"
 #include "framework/forms/ShownDate.h"
 
 #include <QList>
@@ -48,7 +49,7 @@ inline QString ShownText(const GridColumn& column, const QString& cell) {
 /// row state ("A" loaded as available, "S" loaded as selected, or a digit that travels with the row).
 struct GridRow {
     QString key;
-    QStringList cells;
+    RowCells cells;
     QChar state;
     bool operator==(const GridRow&) const = default;
 };

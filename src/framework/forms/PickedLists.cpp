@@ -1,6 +1,5 @@
 #include "framework/forms/PickedLists.h"
 
-#include <QHash>
 #include <QSet>
 
 #include <algorithm>
@@ -9,8 +8,6 @@
 namespace sysadmin {
 
 namespace {
-
-constexpr qsizetype FewRows = 32; // move one by one; more are moved in one pass over each list
 
 void SetStates(QList<GridRow>& rows, QChar state) {
     for (GridRow& row : rows)
@@ -26,28 +23,6 @@ QList<GridRow> RowsInState(const QList<GridRow>& rows, QChar state) {
 
 bool HasState(const QList<GridRow>& rows, QChar state) {
     return std::any_of(rows.begin(), rows.end(), [=](const GridRow& row) { return row.state == state; });
-}
-
-// One pass over each list, however many rows move.
-void MoveRows(QList<GridRow>& from, QList<GridRow>& to, const QStringList& keys) {
-    QHash<QString, qsizetype> places;
-    places.reserve(from.size());
-    for (qsizetype i = 0; i < from.size(); ++i)
-        places.insert(from[i].key, i);
-    QList<bool> moved(from.size(), false);
-    to.reserve(to.size() + keys.size());
-    for (const QString& key : keys) {
-        const auto place = places.constFind(key);
-        if (place == places.constEnd() || moved[*place])
-            continue;
-        moved[*place] = true;
-        to.append(from[*place]);
-    }
-    QList<GridRow> left;
-    for (qsizetype i = 0; i < from.size(); ++i)
-        if (!moved[i])
-            left.append(std::move(from[i]));
-    from = std::move(left);
 }
 
 } // namespace
@@ -70,19 +45,28 @@ void PickedLists::Load(const QList<GridRow>& available, const QList<GridRow>& se
 }
 
 void PickedLists::Move(List& from, List& to, const QStringList& keys) {
-    if (keys.size() > FewRows) {
-        MoveRows(from.rows, to.rows, keys);
-        from.places.Clear();
-        to.places.Clear();
-    } else {
-        for (const QString& key : keys) {
-            const int place = from.places.Find(from.rows, key);
-            if (place < 0)
-                continue;
-            from.places.Removed(key);
-            to.places.Inserted(int(to.rows.size()), key);
-            to.rows.append(from.rows.takeAt(place));
-        }
+    std::vector<int> moved; // places, as they are before anything moves
+    std::vector<bool> moves(size_t(from.rows.size()));
+    for (const QString& key : keys) {
+        const int place = from.places.Find(from.rows, key);
+        if (place < 0 || moves[size_t(place)])
+            continue;
+        moves[size_t(place)] = true;
+        moved.push_back(place);
+    }
+    for (const int place : moved) {
+        const GridRow& row = from.rows.at(place);
+        from.places.Removed(row.key);
+        to.places.Inserted(int(to.rows.size()), row.key);
+        to.rows.append(row);
+    }
+    if (!moved.empty()) {
+        GridRow* const rows = from.rows.data();
+        qsizetype left = *std::min_element(moved.begin(), moved.end());
+        for (qsizetype i = left; i < from.rows.size(); ++i)
+            if (!moves[size_t(i)])
+                rows[left++] = std::move(rows[i]);
+        from.rows.resize(left);
     }
     from.NoteChange();
     to.NoteChange();
@@ -132,8 +116,7 @@ void PickedLists::FindAltered(const Found& found) const {
             next = place;
         }
         const GridRow& before = loaded.at(next);
-        const bool isSame =
-            before.state == row.state && (before.cells.isSharedWith(row.cells) || before.cells == row.cells);
+        const bool isSame = before.state == row.state && before.cells == row.cells;
         if ((!isSame || (m_ranked && next != i)) && !found(row))
             return;
         ++next;
@@ -164,7 +147,7 @@ void PickedLists::SetCells(const QStringList& keys, int column, const QString& v
             const GridRow& row = list->rows.at(i);
             if (!wanted.contains(row.key) || row.cells.value(column) == value)
                 continue;
-            QStringList& cells = list->rows[i].cells;
+            QStringList& cells = list->rows[i].cells.Own();
             while (cells.size() <= column)
                 cells.append(QString());
             cells[column] = value;
@@ -188,10 +171,10 @@ void PickedLists::MoveSelected(const QString& key, qsizetype place) {
 
 void PickedLists::Arrange(const QStringList& keys, bool selected) {
     List& list = selected ? m_selected : m_available;
-    QList<GridRow> rest = list.rows;
-    QList<GridRow> arranged;
-    MoveRows(rest, arranged, keys);
-    list.Replace(arranged + rest);
+    List rest = list;
+    List arranged;
+    Move(rest, arranged, keys);
+    list.Replace(arranged.rows + rest.rows);
 }
 
 void PickedLists::Arrange(const std::vector<int>& order, bool selected) {

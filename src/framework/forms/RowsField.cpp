@@ -120,7 +120,7 @@ void RowsField::SetCells(const QStringList& keys, int column, const QString& val
         const auto place = places.constFind(key);
         if (place == places.constEnd() || m_draft.at(*place).cells.value(column) == value)
             continue;
-        QStringList& cells = m_draft[*place].cells;
+        QStringList& cells = m_draft[*place].cells.Own();
         while (cells.size() <= column)
             cells.append(QString());
         cells[column] = value;
@@ -146,7 +146,7 @@ void RowsField::NumberAnew() {
         return;
     for (qsizetype i = 0; i < m_draft.size(); ++i)
         if (const QString rank = QString::number(i + 1); m_draft.at(i).cells.value(column) != rank) {
-            QStringList& cells = m_draft[i].cells;
+            QStringList& cells = m_draft[i].cells.Own();
             while (cells.size() <= column)
                 cells.append(QString());
             cells[column] = rank;
@@ -303,7 +303,7 @@ QList<GridRow> ReadRows(const RequestChannel& channel, const QString& marker, co
     const int begins = reply.FindTag(marker);
     const int ends = reply.FindTag(otherMarker);
     const int keyed = keyTag.isEmpty() ? begins : reply.FindTag(keyTag);
-    const wire::RecordReader reader(reply, cellTags);
+    const auto tags = std::make_shared<wire::RecordTags>(reply, cellTags);
     QList<GridRow> rows;
     for (qsizetype next = 0; next < reply.Count();) {
         const qsizetype begin = next++;
@@ -314,7 +314,8 @@ QList<GridRow> ReadRows(const RequestChannel& channel, const QString& marker, co
         qsizetype key = begin;
         while (key < next && reply.TagAt(key) != keyed)
             ++key;
-        rows.append({key < next ? reply.ValueAt(key) : QString(), reader.Read(reply, begin, next), {}});
+        rows.append(
+            {key < next ? reply.ValueAt(key) : QString(), wire::ReceivedRecord(tags, begin, next), {}});
     }
     return rows;
 }
