@@ -67,7 +67,7 @@ void ScreenDriver::ExpectRows(const QString& what, const QStringList& wanted) {
     QStringList shown;
     for (const QString& key : model.ShownKeys())
         if (const GridRow* row = model.FindRow(key))
-            shown.append(key + ": " + row->cells.join('|'));
+            shown.append(key + ": " + row->cells.Texts().join('|'));
     Expect("list " + what, shown.join("; "), wanted.join("; "));
 }
 
