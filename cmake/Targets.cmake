@@ -13,6 +13,9 @@ if(SYSADMIN_SANITIZE)
   target_link_options(sysadmin_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+set(CMAKE_UNITY_BUILD ${SYSADMIN_UNITY})
+set(CMAKE_UNITY_BUILD_BATCH_SIZE 0)
+
 # One precompiled header for code without widgets, one for code with them: all their users share the flags.
 file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/pch.cpp CONTENT "")
 add_library(sysadmin_pch_plain OBJECT ${CMAKE_BINARY_DIR}/pch.cpp)

@@ -2,20 +2,15 @@
 
 #include "callslips/CallNumberOrder.h"
 #include "core/data/RequestChannel.h"
+#include "core/data/Tr.h"
 #include "wire/DuplicateDetection.h"
 #include "wire/Status.h"
-
-#include <QCoreApplication>
 
 namespace sysadmin {
 
 namespace duplicates = wire::duplicates;
 
 namespace {
-
-QString Tr(const char* text) {
-    return QCoreApplication::translate("CallNumberSearch", text);
-}
 
 bool FitsIndicator(QChar is, const QString& wanted) {
     return wanted == duplicates::Any || QString(is == u' ' ? QChar(duplicates::Blank) : is) == wanted;

@@ -1,10 +1,9 @@
 #include "cataloging/DuplicateScore.h"
 
+#include "core/data/Tr.h"
 #include "wire/DuplicateDetection.h"
 #include "wire/ItemText.h"
 #include "wire/SearchIndexes.h"
-
-#include <QCoreApplication>
 
 #include <algorithm>
 
@@ -15,10 +14,6 @@ namespace handling = wire::duplicates::handling;
 namespace key = wire::indexes::key;
 
 namespace {
-
-QString tr(const char* text) {
-    return QCoreApplication::translate("DuplicateScore", text);
-}
 
 /// Letters and digits in small letters, everything else as one blank between them.
 QString Normalised(const QString& text) {
@@ -129,31 +124,31 @@ QStringList Kept(const DuplicateProfile& profile, const marc::Record& record) {
 }
 
 QString KeptInWords(const QStringList& tags, const QString& whose) {
-    return tags.isEmpty() ? tr("No field of %1 is kept: it has none of the merge fields.").arg(whose)
-                          : tr("Fields of %1 that are kept: %2.").arg(whose, tags.join(", "));
+    return tags.isEmpty() ? Tr("No field of %1 is kept: it has none of the merge fields.").arg(whose)
+                          : Tr("Fields of %1 that are kept: %2.").arg(whose, tags.join(", "));
 }
 
 QStringList OfDuplicate(const DuplicateProfile& profile, const DuplicateScore& score,
                         const marc::Record& incoming, const marc::Record& existing) {
     const bool isLower = score.incomingQuality > score.existingQuality;
-    const QString lower = tr("The incoming record stands lower in the quality hierarchy (place %1, the one "
+    const QString lower = Tr("The incoming record stands lower in the quality hierarchy (place %1, the one "
                              "that is there %2).")
                               .arg(score.incomingQuality)
                               .arg(score.existingQuality);
     if (profile.handling == handling::AddConditional)
-        return {tr("The incoming record is not added: it is there already.")};
+        return {Tr("The incoming record is not added: it is there already.")};
     if (profile.handling == handling::Replace)
-        return isLower ? QStringList{lower, tr("The record that is there stays.")}
-                       : QStringList{tr("The incoming record replaces the one that is there.")};
+        return isLower ? QStringList{lower, Tr("The record that is there stays.")}
+                       : QStringList{Tr("The incoming record replaces the one that is there.")};
     if (profile.handling == handling::Merge)
-        return {tr("The incoming record replaces the one that is there."),
-                KeptInWords(Kept(profile, existing), tr("the record that is there"))};
+        return {Tr("The incoming record replaces the one that is there."),
+                KeptInWords(Kept(profile, existing), Tr("the record that is there"))};
     if (profile.handling == handling::MergeBothWays)
-        return isLower ? QStringList{lower, tr("The record that is there stays."),
-                                     KeptInWords(Kept(profile, incoming), tr("the incoming record"))}
-                       : QStringList{tr("The incoming record replaces the one that is there."),
-                                     KeptInWords(Kept(profile, existing), tr("the record that is there"))};
-    return {tr("The incoming record is added, whatever it is a duplicate of.")};
+        return isLower ? QStringList{lower, Tr("The record that is there stays."),
+                                     KeptInWords(Kept(profile, incoming), Tr("the incoming record"))}
+                       : QStringList{Tr("The incoming record replaces the one that is there."),
+                                     KeptInWords(Kept(profile, existing), Tr("the record that is there"))};
+    return {Tr("The incoming record is added, whatever it is a duplicate of.")};
 }
 
 QStringList OutcomeOf(const DuplicateProfile& profile, const DuplicateScore& score,
@@ -161,22 +156,22 @@ QStringList OutcomeOf(const DuplicateProfile& profile, const DuplicateScore& sco
     QStringList sentences;
     if (score.verdict == DuplicateScore::Verdict::Duplicate) {
         sentences
-            << tr("Duplicate: %1 reaches the replace threshold of %2.").arg(score.sum).arg(*profile.replace);
+            << Tr("Duplicate: %1 reaches the replace threshold of %2.").arg(score.sum).arg(*profile.replace);
         return sentences << OfDuplicate(profile, score, incoming, existing);
     }
     if (score.verdict == DuplicateScore::Verdict::Possible)
-        sentences << tr("Possible duplicate: %1 reaches the warn threshold of %2.")
+        sentences << Tr("Possible duplicate: %1 reaches the warn threshold of %2.")
                          .arg(score.sum)
                          .arg(*profile.warn);
     else
-        sentences << tr("No duplicate: %1 reaches no threshold.").arg(score.sum);
+        sentences << Tr("No duplicate: %1 reaches no threshold.").arg(score.sum);
     if (!profile.replace)
-        sentences << tr("Without a replace threshold nothing counts as a duplicate.");
+        sentences << Tr("Without a replace threshold nothing counts as a duplicate.");
     const bool isDiscarded = profile.discardsUnmatched && profile.handling != handling::AddUnconditional;
-    sentences << (isDiscarded ? tr("The incoming record is discarded: it matches no record that is there.")
+    sentences << (isDiscarded ? Tr("The incoming record is discarded: it matches no record that is there.")
                   : score.verdict == DuplicateScore::Verdict::Possible
-                      ? tr("The incoming record is added, with a warning.")
-                      : tr("The incoming record is added."));
+                      ? Tr("The incoming record is added, with a warning.")
+                      : Tr("The incoming record is added."));
     return sentences;
 }
 

@@ -3,17 +3,12 @@
 #include "cataloging/DuplicateForm.h"
 #include "cataloging/DuplicateScore.h"
 #include "core/data/RequestChannel.h"
+#include "core/data/Tr.h"
 #include "wire/Status.h"
-
-#include <QCoreApplication>
 
 namespace sysadmin {
 
 namespace {
-
-QString Tr(const char* text) {
-    return QCoreApplication::translate("DuplicateSearch", text);
-}
 
 /// "Owls (score 150: ISBN, Title)".
 QString InWords(const QString& name, const DuplicateScore& score) {

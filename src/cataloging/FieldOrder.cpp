@@ -1,6 +1,7 @@
 #include "cataloging/FieldOrder.h"
 
 #include "core/data/RequestChannel.h"
+#include "marc/Record.h"
 #include "wire/FieldOrder.h"
 
 #include <QCoreApplication>
@@ -13,8 +14,7 @@ namespace fieldorder = wire::fieldorder;
 
 namespace {
 
-constexpr int TagLength = 3;
-constexpr int StoredLength = TagLength + 2;
+constexpr int StoredLength = marc::TagLength + 2;
 
 } // namespace
 
@@ -33,10 +33,10 @@ QString ShownParameter(const OrderingRule* rule, const QString& stored) {
     if (!rule || stored.size() != StoredLength)
         return stored;
     if (rule->IsSpecificField())
-        return stored.left(TagLength);
+        return stored.left(marc::TagLength);
     if (rule->IsIndicator1())
-        return stored.mid(TagLength, 1);
-    return rule->IsIndicator2() ? stored.mid(TagLength + 1, 1) : stored;
+        return stored.mid(marc::TagLength, 1);
+    return rule->IsIndicator2() ? stored.mid(marc::TagLength + 1, 1) : stored;
 }
 
 QString StoredParameter(const OrderingRule& rule, const QString& pattern, const QString& shown) {
@@ -69,12 +69,12 @@ int DigitsOf(FieldPattern::Kind kind) {
     case FieldPattern::Kind::TwoDigits:
         return 2;
     default:
-        return TagLength;
+        return marc::TagLength;
     }
 }
 
 bool FieldPattern::IsComplete() const {
-    return first.size() == DigitsOf(kind) && (kind != Kind::Range || last.size() == TagLength);
+    return first.size() == DigitsOf(kind) && (kind != Kind::Range || last.size() == marc::TagLength);
 }
 
 QString FieldPattern::Text() const {

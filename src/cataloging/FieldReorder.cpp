@@ -11,7 +11,6 @@ using fieldorder::Sorts;
 
 namespace {
 
-constexpr int TagLength = 3;
 const QString OtherWriting = "880";
 const QString NoField = "00"; ///< the occurrence of an 880 that belongs to no field
 
@@ -31,9 +30,9 @@ struct Link {
 
 std::optional<Link> LinkOf(const marc::Field& field) {
     const QString link = field.First('6');
-    if (link.size() < TagLength + 3 || link[TagLength] != '-')
+    if (link.size() < marc::TagLength + 3 || link[marc::TagLength] != '-')
         return std::nullopt;
-    return Link{link.left(TagLength), link.mid(TagLength + 1, 2)};
+    return Link{link.left(marc::TagLength), link.mid(marc::TagLength + 1, 2)};
 }
 
 /// The text of a field as people sort it.
@@ -56,7 +55,7 @@ bool HasIndicator(QChar indicator, QChar wanted) {
 bool IsWanted(const FieldOrderRule& rule, Sorts sorts, const Unit& unit) {
     const QString& parameter = rule.parameter;
     const auto isTag = [&] {
-        const QString tag = parameter.left(TagLength);
+        const QString tag = parameter.left(marc::TagLength);
         return tag == fieldorder::AnyTag || fieldorder::Takes(tag, unit.tag);
     };
     const auto at = [&](int place) { return place < parameter.size() ? parameter[place] : QChar(); };
@@ -64,9 +63,9 @@ bool IsWanted(const FieldOrderRule& rule, Sorts sorts, const Unit& unit) {
     case Sorts::Field:
         return isTag();
     case Sorts::Indicator1:
-        return isTag() && HasIndicator(unit.field->indicator1, at(TagLength));
+        return isTag() && HasIndicator(unit.field->indicator1, at(marc::TagLength));
     case Sorts::Indicator2:
-        return isTag() && HasIndicator(unit.field->indicator2, at(TagLength + 1));
+        return isTag() && HasIndicator(unit.field->indicator2, at(marc::TagLength + 1));
     case Sorts::Source:
         return unit.field->All('2').contains(parameter, Qt::CaseInsensitive);
     case Sorts::Contains:

@@ -9,6 +9,11 @@ namespace sysadmin {
 
 namespace bulkimport = wire::bulkimport;
 
+/// Stands where nothing is chosen.
+inline QString NoImportChoice() {
+    return Form::tr("(none)");
+}
+
 /// The named settings of one part of a bulk import rule, as pairs of tag and value: what a dialog of its own
 /// edits. It has no control on the screen.
 class ImportSettings : public Field {

@@ -1,18 +1,13 @@
 #pragma once
 
 #include "cataloging/ImportTrial.h"
-
-#include <QCoreApplication>
+#include "core/data/Tr.h"
 
 #include <optional>
 
 namespace sysadmin::importtrial {
 
 // What the files of the trial share.
-
-inline QString Tr(const char* text) {
-    return QCoreApplication::translate("ImportTrial", text);
-}
 
 /// Whether the field stands in the place: tag and indicators.
 bool FitsPlace(const marc::Field& field, const TriedPlace& place);

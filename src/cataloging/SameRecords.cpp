@@ -1,15 +1,12 @@
 #include "cataloging/SameRecords.h"
 
-#include <QCoreApplication>
+#include "core/data/Tr.h"
+
 #include <QRegularExpression>
 
 namespace sysadmin {
 
 namespace {
-
-QString Tr(const char* text) {
-    return QCoreApplication::translate("SameRecords", text);
-}
 
 /// An ISBN in its form of thirteen digits, without marks; empty for what is none.
 QString IsbnIn(const QString& text) {

@@ -4,8 +4,6 @@ namespace sysadmin {
 
 namespace {
 
-using importtrial::Tr;
-
 QString HoldingsInWords(const TriedHoldings& holdings) {
     QStringList words{holdings.location};
     if (!holdings.callNumber.isEmpty())

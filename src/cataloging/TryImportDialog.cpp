@@ -19,7 +19,7 @@ namespace sysadmin {
 
 namespace {
 
-constexpr int TryTopic = 50438;
+constexpr int ImportTryTopic = 50438;
 const QString Unreadable = "!"; // begins the keys of rows for records that could not be read
 
 /// Number, or nothing for none: what there is stands out.
@@ -46,7 +46,7 @@ TryImportDialog::TryImportDialog(Prompter& prompter, const ImportTrialRule& rule
     , m_library(library)
     , m_search(search) {
     setObjectName("frmCataloging_BulkImportTryIt");
-    setProperty(HelpContextProperty, TryTopic);
+    setProperty(HelpContextProperty, ImportTryTopic);
     setWindowTitle(tr("Try an Import"));
     resize(980, 680);
 

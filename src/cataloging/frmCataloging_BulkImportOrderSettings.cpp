@@ -76,10 +76,6 @@ const bulkimport::Setting& SettingOf(const QString& name) {
     qFatal("There is no setting of orders called %s", qUtf8Printable(name));
 }
 
-QString NoChoice() {
-    return Form::tr("(none)");
-}
-
 } // namespace
 
 /// Where a part of an order line is found, and what stands for it otherwise.
@@ -209,12 +205,12 @@ bool OrderSettingsForm::LoadChoices(Application& application, const QList<PickIt
     // The library's own currency stands there even where the acquisitions client has none.
     if (!base.isEmpty() && !currencies.contains(PickItem{base, base}))
         currencies.append({base, base});
-    cboOrderLocation.SetItems(WithNone(locations, NoChoice()));
-    cboOrderType.SetItems(WithNone(types, NoChoice()));
-    cboVendor.SetItems(WithNone(vendors, NoChoice()));
+    cboOrderLocation.SetItems(WithNone(locations, NoImportChoice()));
+    cboOrderType.SetItems(WithNone(types, NoImportChoice()));
+    cboVendor.SetItems(WithNone(vendors, NoImportChoice()));
     cboCurrency.SetItems(currencies);
     const auto offer = [this](const QString& tag, const QList<PickItem>& items) {
-        static_cast<ChoiceField&>(DefaultOf(tag)).SetItems(WithNone(items, NoChoice()));
+        static_cast<ChoiceField&>(DefaultOf(tag)).SetItems(WithNone(items, NoImportChoice()));
     };
     offer("OLIDEFID", lineTypes);
     offer(FundTag, funds);
@@ -251,7 +247,7 @@ void OrderSettingsForm::FollowVendor() {
     const bool keeps = std::any_of(accounts.begin(), accounts.end(), [this](const PickItem& account) {
         return account.id == cboAcctVendor.Draft();
     });
-    cboAcctVendor.SetItems(WithNone(accounts, NoChoice()));
+    cboAcctVendor.SetItems(WithNone(accounts, NoImportChoice()));
     if (!keeps && !cboAcctVendor.IsBlank())
         cboAcctVendor.SetDraft({});
 }

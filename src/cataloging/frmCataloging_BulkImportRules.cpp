@@ -1,6 +1,7 @@
 #include "cataloging/frmCataloging_BulkImportRules.h"
 
 #include "cataloging/DuplicateScreen.h"
+#include "cataloging/ImportSettings.h"
 #include "cataloging/TrialRule.h"
 #include "cataloging/TryImportDialog.h"
 #include "cataloging/frmCataloging_BulkImportCopyNumberingSettings.h"
@@ -20,10 +21,6 @@ namespace {
 
 const QString GetProfileCaption = "Edit Cataloging Authority Duplicate Detection";
 const QString ProfileCaption = "Load Cataloging Bib/Auth Duplicate Detection";
-
-QString NoChoice() {
-    return Form::tr("(none)");
-}
 
 } // namespace
 
@@ -122,10 +119,10 @@ void frmCataloging_BulkImportRules::LoadChoiceLists() {
           CollectItems(libraries, "DCI", "DCN"), CollectItems(hierarchies, "D1", "D2")});
     read("AvlLocations", "Load Locations", {CollectItems(locations, "D5", "D6")});
     read("GetItemTypes", "Load Item Types", {CollectItems(itemTypes, "D3", "D4")});
-    m_form.cboBibDupProfile.SetItems(WithNone(bibs, NoChoice()));
-    m_form.cboAuthDupProfile.SetItems(WithNone(authorities, NoChoice()));
-    m_form.cboOwningLibrary.SetItems(WithNone(libraries, NoChoice()));
-    m_form.vsfMapping.SetChoices(itemTypes, locations, WithNone(hierarchies, NoChoice()));
+    m_form.cboBibDupProfile.SetItems(WithNone(bibs, NoImportChoice()));
+    m_form.cboAuthDupProfile.SetItems(WithNone(authorities, NoImportChoice()));
+    m_form.cboOwningLibrary.SetItems(WithNone(libraries, NoImportChoice()));
+    m_form.vsfMapping.SetChoices(itemTypes, locations, WithNone(hierarchies, NoImportChoice()));
 }
 
 void frmCataloging_BulkImportRules::ReadRecord(Table& table) {

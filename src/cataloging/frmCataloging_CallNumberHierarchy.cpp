@@ -26,7 +26,7 @@ constexpr qint16 InImportRules = 71;
 /// Columns of the places.
 enum PlaceColumn { Tag, Indicator1, Indicator2, Subfields, Type };
 
-QList<GridColumn> PlaceColumns() {
+QList<GridColumn> CallNumberPlaceColumns() {
     return {
         {.caption = Form::tr("Field"), .width = 48, .tag = "HF"},
         {.caption = Form::tr("Ind1"), .width = 44, .tag = "HI1"},
@@ -43,7 +43,7 @@ QString UsualType(const QString& field) {
     return types.value(field);
 }
 
-struct PlaceForm : RowForm {
+struct CallNumberPlaceForm : RowForm {
     CheckedText txtField{
         *this,
         {.name = "txtField", .tag = "HF", .caption = tr("Field:"), .maxLength = 3, .required = true},
@@ -68,7 +68,7 @@ struct PlaceForm : RowForm {
                          .required = true,
                          .options = CallNumberTypeItems()}};
 
-    PlaceForm() {
+    CallNumberPlaceForm() {
         // A control field has neither indicators nor subfields.
         When([this] { return IsControl(); })
             .Disable(txtInd1, txtInd2, txtSubfields)
@@ -105,8 +105,8 @@ RowsSpec PlaceRows() {
                   .ask = AskInForm({.name = "frmCataloging_CallNumberPlace",
                                     .title = Form::tr("Call Number Place"),
                                     .helpContext = 50456},
-                                   PlaceColumns(), std::make_shared<PlaceForm>())};
-    const QList<GridColumn> columns = PlaceColumns();
+                                   CallNumberPlaceColumns(), std::make_shared<CallNumberPlaceForm>())};
+    const QList<GridColumn> columns = CallNumberPlaceColumns();
     for (qsizetype i = 0; i < columns.size(); ++i)
         rows.puts.append(PutCell(columns[i].tag, int(i)));
     return rows;
@@ -116,7 +116,7 @@ RowsSpec PlaceRows() {
 
 CallNumberForm::CallNumberForm()
     : vsfPlaces(*this, {.name = "vsfPlaces", .tag = "HF", .accessible = tr("Places of call numbers")},
-                PlaceColumns(), PlaceRows()) {
+                CallNumberPlaceColumns(), PlaceRows()) {
     vsfPlaces.Behaviour().check = [this](const GridRow& row, const GridRow* former) {
         for (const GridRow& other : vsfPlaces.Rows())
             if (!(former && other.key == former->key) &&

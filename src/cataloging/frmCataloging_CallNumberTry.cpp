@@ -14,14 +14,14 @@ namespace sysadmin {
 
 namespace {
 
-constexpr int HelpTopic = 50457;
+constexpr int CallNumberTryTopic = 50457;
 
-const char* const Example = "LDR    00000cam a2200000 i 4500\n"
-                            "001    100001\n"
-                            "050  4 $a QL696.S83 $b M37 2025\n"
-                            "082 04 $a 598.9/7 $2 23\n"
-                            "100 1  $a Marlowe, Ines, $e author.\n"
-                            "245 14 $a The owls of the northern marshes / $c Ines Marlowe.\n";
+const char* const ClassedRecord = "LDR    00000cam a2200000 i 4500\n"
+                                  "001    100001\n"
+                                  "050  4 $a QL696.S83 $b M37 2025\n"
+                                  "082 04 $a 598.9/7 $2 23\n"
+                                  "100 1  $a Marlowe, Ines, $e author.\n"
+                                  "245 14 $a The owls of the northern marshes / $c Ines Marlowe.\n";
 
 QString InWords(LookedPlace::Outcome outcome) {
     switch (outcome) {
@@ -43,7 +43,7 @@ frmCataloging_CallNumberTry::frmCataloging_CallNumberTry(const CallNumberHierarc
     setObjectName("frmCataloging_CallNumberTry");
     setWindowTitle(hierarchy.name.isEmpty() ? tr("Try the Call Number Hierarchy")
                                             : tr("Try %1").arg(hierarchy.name));
-    setProperty(HelpContextProperty, HelpTopic);
+    setProperty(HelpContextProperty, CallNumberTryTopic);
     auto* whole = new QVBoxLayout(this);
     m_record = new RecordEntry(prompter, this);
     whole->addWidget(m_record, 2);
@@ -75,7 +75,7 @@ frmCataloging_CallNumberTry::frmCataloging_CallNumberTry(const CallNumberHierarc
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(m_record, &RecordEntry::RecordChanged, this, &frmCataloging_CallNumberTry::Show);
     resize(980, 620);
-    m_record->SetText(QString::fromUtf8(Example));
+    m_record->SetText(QString::fromUtf8(ClassedRecord));
     m_record->setFocus();
 }
 

@@ -17,7 +17,7 @@ namespace sysadmin {
 
 namespace {
 
-constexpr int TryTopic = 50445;
+constexpr int DuplicateTryTopic = 50445;
 
 QString Threshold(const std::optional<int>& score) {
     return score ? QString::number(*score) : frmCataloging_DuplicateTry::tr("none");
@@ -31,7 +31,7 @@ frmCataloging_DuplicateTry::frmCataloging_DuplicateTry(Prompter& prompter, const
     , m_prompter(prompter)
     , m_profile(profile) {
     setObjectName("frmCataloging_DuplicateTry");
-    setProperty(HelpContextProperty, TryTopic);
+    setProperty(HelpContextProperty, DuplicateTryTopic);
     setWindowTitle(tr("Try %1").arg(name));
     resize(1000, 720);
     auto* whole = new QVBoxLayout(this);

@@ -21,7 +21,7 @@ namespace sysadmin {
 
 namespace {
 
-constexpr int HelpTopic = 50451;
+constexpr int FieldGroupsTopic = 50451;
 constexpr int FirstOfRange = 0;
 constexpr int LastOfRange = 1;
 
@@ -50,7 +50,7 @@ frmCataloging_MARCFieldGroups::frmCataloging_MARCFieldGroups(const OrderingRules
     , m_isReadOnly(isReadOnly) {
     setObjectName("frmCataloging_MARCFieldGroups");
     setWindowTitle(tr("MARC Field Groups and Sorting"));
-    setProperty(HelpContextProperty, HelpTopic);
+    setProperty(HelpContextProperty, FieldGroupsTopic);
     new QVBoxLayout(this);
     DrawPatterns();
     DrawRules();

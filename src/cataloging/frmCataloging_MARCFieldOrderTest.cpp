@@ -16,21 +16,22 @@ namespace sysadmin {
 
 namespace {
 
-constexpr int HelpTopic = 50453;
+constexpr int FieldOrderTestTopic = 50453;
 
 /// What the dialog begins with, so that there is something to see.
-const char* const Example = "LDR    00000cam a2200000 i 4500\n"
-                            "001    100001\n"
-                            "008    250310s2025    nyua     b    001 0 eng d\n"
-                            "700 1  $a Quist, Bram, $e illustrator.\n"
-                            "650  7 $a Owls. $2 fast\n"
-                            "650  0 $a Owls $z Northern marshes.\n"
-                            "504    $a Includes bibliographical references.\n"
-                            "500    $a Maps on lining papers.\n"
-                            "245 14 $6 880-01 $a The owls of the northern marshes / $c Ines Marlowe.\n"
-                            "100 1  $a Marlowe, Ines, $e author.\n"
-                            "020    $a 9780000000019\n"
-                            "880 14 $6 245-01/(N $a Совы северных болот.\n";
+const char* const UnorderedRecord =
+    "LDR    00000cam a2200000 i 4500\n"
+    "001    100001\n"
+    "008    250310s2025    nyua     b    001 0 eng d\n"
+    "700 1  $a Quist, Bram, $e illustrator.\n"
+    "650  7 $a Owls. $2 fast\n"
+    "650  0 $a Owls $z Northern marshes.\n"
+    "504    $a Includes bibliographical references.\n"
+    "500    $a Maps on lining papers.\n"
+    "245 14 $6 880-01 $a The owls of the northern marshes / $c Ines Marlowe.\n"
+    "100 1  $a Marlowe, Ines, $e author.\n"
+    "020    $a 9780000000019\n"
+    "880 14 $6 245-01/(N $a Совы северных болот.\n";
 
 } // namespace
 
@@ -42,7 +43,7 @@ frmCataloging_MARCFieldOrderTest::frmCataloging_MARCFieldOrderTest(const Orderin
     , m_configuration(configuration) {
     setObjectName("frmCataloging_MARCFieldOrderTest");
     setWindowTitle(tr("Try the Field Order"));
-    setProperty(HelpContextProperty, HelpTopic);
+    setProperty(HelpContextProperty, FieldOrderTestTopic);
     auto* whole = new QVBoxLayout(this);
     const auto label = [this](const QString& name, const QString& text) {
         auto* made = new QLabel(text, this);
@@ -81,7 +82,7 @@ frmCataloging_MARCFieldOrderTest::frmCataloging_MARCFieldOrderTest(const Orderin
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(m_entry, &RecordEntry::RecordChanged, this, &frmCataloging_MARCFieldOrderTest::ShowRecord);
     resize(980, 680);
-    m_entry->SetText(QString::fromUtf8(Example));
+    m_entry->SetText(QString::fromUtf8(UnorderedRecord));
     m_entry->setFocus();
 }
 

@@ -14,8 +14,7 @@ namespace sysadmin {
 
 namespace {
 
-constexpr int HelpTopic = 50452;
-constexpr int TagLength = 3;
+constexpr int FieldSortTopic = 50452;
 const QString IndicatorCharacters = R"([\x21-\x29\x2b-\x7e])"; ///< all but the blank and "*", which is "any"
 
 } // namespace
@@ -24,7 +23,7 @@ frmCataloging_MARCFieldSort::frmCataloging_MARCFieldSort(QWidget* parent)
     : QDialog(parent) {
     setObjectName("frmCataloging_MARCFieldSort");
     setWindowTitle(tr("MARC Field Sort Option Parameter"));
-    setProperty(HelpContextProperty, HelpTopic);
+    setProperty(HelpContextProperty, FieldSortTopic);
     lblParameter = new QLabel(this);
     lblParameter->setObjectName("lblParameter");
     txtParameter = new QLineEdit(this);
@@ -52,9 +51,9 @@ void frmCataloging_MARCFieldSort::Initialize(const OrderingRule& rule, const QSt
     QString characters;
     m_least = 1;
     if (rule.IsSpecificField()) {
-        txtParameter->setMaxLength(TagLength);
+        txtParameter->setMaxLength(marc::TagLength);
         characters = "[0-9]*";
-        m_least = TagLength;
+        m_least = marc::TagLength;
     } else if (rule.IsIndicator1() || rule.IsIndicator2()) {
         txtParameter->setMaxLength(1);
         txtParameter->setToolTip(tr("# stands for a blank indicator"));

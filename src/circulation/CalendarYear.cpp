@@ -17,29 +17,29 @@ constexpr int MonthsAcross = 4;
 constexpr int DaysOfWeek = 7;
 constexpr int WeeksOfMonth = 6;
 
-enum class Kind { Outside, Open, Closed, OtherHours, ClosedByException };
+enum class DayKind { Outside, Open, Closed, OtherHours, ClosedByException };
 
-Kind KindOf(const CalendarForm& form, QDate date) {
+DayKind KindOf(const CalendarForm& form, QDate date) {
     const std::optional<Hours> hours = form.HoursOn(date);
     if (!hours)
-        return Kind::Outside;
+        return DayKind::Outside;
     if (form.lists.ExceptionOn(date))
-        return hours->IsOpen() ? Kind::OtherHours : Kind::ClosedByException;
-    return hours->IsOpen() ? Kind::Open : Kind::Closed;
+        return hours->IsOpen() ? DayKind::OtherHours : DayKind::ClosedByException;
+    return hours->IsOpen() ? DayKind::Open : DayKind::Closed;
 }
 
-QColor Background(const QPalette& palette, Kind kind) {
+QColor Background(const QPalette& palette, DayKind kind) {
     const QColor base = palette.color(QPalette::Base);
     switch (kind) {
-    case Kind::Outside:
+    case DayKind::Outside:
         return palette.color(QPalette::Window);
-    case Kind::Open:
+    case DayKind::Open:
         return base;
-    case Kind::Closed:
+    case DayKind::Closed:
         return flat::Blend(palette.color(QPalette::Text), base, 0.16);
-    case Kind::OtherHours:
+    case DayKind::OtherHours:
         return flat::Blend(QColor(0x2f, 0x7d, 0xd1), base, 0.3);
-    case Kind::ClosedByException:
+    case DayKind::ClosedByException:
         return flat::Blend(QColor(0xc8, 0x4b, 0x31), base, 0.4);
     }
     return {};
@@ -169,13 +169,13 @@ void CalendarYear::PaintMonth(QPainter& painter, const Grid& grid, int month) co
 }
 
 void CalendarYear::PaintDay(QPainter& painter, const QRect& cell, QDate date) const {
-    const Kind kind = KindOf(m_form, date);
+    const DayKind kind = KindOf(m_form, date);
     const QRect inner = cell.adjusted(0, 0, -1, -1);
     painter.fillRect(inner, Background(palette(), kind));
     painter.setPen(
-        palette().color(kind == Kind::Outside ? QPalette::Disabled : QPalette::Active, QPalette::Text));
+        palette().color(kind == DayKind::Outside ? QPalette::Disabled : QPalette::Active, QPalette::Text));
     painter.drawText(inner, Qt::AlignCenter, QString::number(date.day()));
-    if (kind == Kind::ClosedByException) // not by colour alone
+    if (kind == DayKind::ClosedByException) // not by colour alone
         painter.drawLine(inner.bottomLeft(), inner.topRight());
     if (m_form.lists.IsTermEnd(date))
         painter.fillRect(QRect(inner.right() - 2, inner.top(), 3, inner.height()),
@@ -191,10 +191,10 @@ void CalendarYear::PaintDay(QPainter& painter, const QRect& cell, QDate date) co
 }
 
 void CalendarYear::PaintLegend(QPainter& painter, const Grid& grid) const {
-    const QList<QPair<Kind, QString>> kinds{{Kind::Open, tr("open")},
-                                            {Kind::Closed, tr("closed")},
-                                            {Kind::OtherHours, tr("other hours")},
-                                            {Kind::ClosedByException, tr("closed by exception")}};
+    const QList<QPair<DayKind, QString>> kinds{{DayKind::Open, tr("open")},
+                                               {DayKind::Closed, tr("closed")},
+                                               {DayKind::OtherHours, tr("other hours")},
+                                               {DayKind::ClosedByException, tr("closed by exception")}};
     const int top = grid.Height() - grid.line;
     int left = 0;
     const auto say = [&](const QString& text) {
@@ -208,7 +208,7 @@ void CalendarYear::PaintLegend(QPainter& painter, const Grid& grid) const {
         painter.fillRect(sample, Background(palette(), kind));
         painter.setPen(palette().color(QPalette::Mid));
         painter.drawRect(sample);
-        if (kind == Kind::ClosedByException)
+        if (kind == DayKind::ClosedByException)
             painter.drawLine(sample.bottomLeft(), sample.topRight());
         left += grid.day + 6;
         say(text);

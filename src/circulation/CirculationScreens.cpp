@@ -12,23 +12,18 @@
 #include "circulation/frmCirculation_UBPolicyDefinitions.h"
 #include "circulation/frmClusterMaintenance.h"
 #include "core/ScreenCatalogue.h"
+#include "core/data/Tr.h"
 #include "framework/PlainScreens.h"
 #include "wire/Counts.h"
-
-#include <QCoreApplication>
 
 namespace sysadmin {
 
 namespace {
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("Circulation", text);
-}
-
 /// The kinds of notes that staff write into patron records.
 PlainTable PatronNoteTypes() {
-    return {{"Circulation_PatronNoteTypes", 50505, tr("Circulation Patron Note Types"), Area::Circulation},
-            {.subject = tr("Patron Note Type"),
+    return {{"Circulation_PatronNoteTypes", 50505, Tr("Circulation Patron Note Types"), Area::Circulation},
+            {.subject = Tr("Patron Note Type"),
              .word = "PatNoteTp",
              .plural = "Patron Note Types",
              .wholeRows = true,
@@ -36,10 +31,10 @@ PlainTable PatronNoteTypes() {
              .putOrder = {"D"}},
             {Declare<TextField>({.name = "txtName",
                                  .tag = "D",
-                                 .caption = tr("Name:"),
+                                 .caption = Tr("Name:"),
                                  .maxLength = TextLength,
                                  .required = true,
-                                 .column = {tr("Names")},
+                                 .column = {Tr("Names")},
                                  .changedTag = "NNm"})}};
 }
 
@@ -49,25 +44,25 @@ PlainRecord Miscellaneous() {
         return Declare<FlagField>({.name = name, .tag = tag, .caption = caption});
     };
     return {
-        {"Circulation_Miscellaneous", 50516, tr("Circulation Miscellaneous"), Area::Circulation},
-        {.subject = tr("Circulation Miscellaneous"),
+        {"Circulation_Miscellaneous", 50516, Tr("Circulation Miscellaneous"), Area::Circulation},
+        {.subject = Tr("Circulation Miscellaneous"),
          .word = "CrMsc",
-         .frameNoun = tr("Circulation Miscellaneous"),
+         .frameNoun = Tr("Circulation Miscellaneous"),
          .loadCaption = "Load Circulation Miscellaneous - REQ_CIRC_MISC_GET",
          .saveCaption = "Save Circulation Miscellaneous"},
-        {flag("chkEmailFineNotice", "EF", tr("Email Fine/Fee Notice")),
-         flag("chkEmailFineStatement", "ES", tr("Email Statement of Fines/Fees")),
+        {flag("chkEmailFineNotice", "EF", Tr("Email Fine/Fee Notice")),
+         flag("chkEmailFineStatement", "ES", Tr("Email Statement of Fines/Fees")),
          Declare<NumberField>({.name = "txtShortLoanBuffer",
                                .tag = "TB",
-                               .caption = tr("Short Loan time buffer:"),
+                               .caption = Tr("Short Loan time buffer:"),
                                .required = true,
-                               .unit = tr("minutes"),
+                               .unit = Tr("minutes"),
                                .most = wire::MostCount}),
-         flag("chkUseDemerits", "UDem", tr("Use Demerits")),
-         flag("chkDisplayDemerits", "DDemDsp", tr("Display Demerits")),
-         flag("chkStopFines", "StopFF", tr("Stop Fines/Fees, Notices for Claims Returned Items")),
-         flag("chkDeletePatrons", "DelPatHistFines", tr("Allow Deletion of Patron With Historical Fines")),
-         flag("chkUBPickUps", "UBPG", tr("Allow UB Pick-Ups From Holding Library"))}};
+         flag("chkUseDemerits", "UDem", Tr("Use Demerits")),
+         flag("chkDisplayDemerits", "DDemDsp", Tr("Display Demerits")),
+         flag("chkStopFines", "StopFF", Tr("Stop Fines/Fees, Notices for Claims Returned Items")),
+         flag("chkDeletePatrons", "DelPatHistFines", Tr("Allow Deletion of Patron With Historical Fines")),
+         flag("chkUBPickUps", "UBPG", Tr("Allow UB Pick-Ups From Holding Library"))}};
 }
 
 } // namespace

@@ -14,7 +14,7 @@ namespace sysadmin {
 
 namespace {
 
-using Kind = LoanMark::Kind;
+using MarkKind = LoanMark::Kind;
 
 /// Pixels at least between two events: what lies closer is drawn apart.
 constexpr qreal LeastGap = 16;
@@ -39,7 +39,7 @@ QBrush Fill(const QPalette& palette, LoanSpan::Kind kind) {
 }
 
 /// A shape of its own for each kind of event.
-void PaintMark(QPainter& painter, const QPalette& palette, QPointF at, Kind kind) {
+void PaintMark(QPainter& painter, const QPalette& palette, QPointF at, MarkKind kind) {
     const qreal r = MarkSize / 2;
     painter.setPen(QPen(palette.color(QPalette::Text), 1.5));
     painter.setBrush(palette.color(QPalette::Text));
@@ -50,41 +50,41 @@ void PaintMark(QPainter& painter, const QPalette& palette, QPointF at, Kind kind
         painter.drawPolygon(shape);
     };
     switch (kind) {
-    case Kind::Lent:
+    case MarkKind::Lent:
         painter.drawEllipse(at, r, r);
         break;
-    case Kind::Renewed:
+    case MarkKind::Renewed:
         polygon({{-0.8, -1}, {1, 0}, {-0.8, 1}});
         break;
-    case Kind::NotRenewed:
+    case MarkKind::NotRenewed:
         painter.setBrush(palette.color(QPalette::Base));
         polygon({{-0.8, -1}, {1, 0}, {-0.8, 1}});
         break;
-    case Kind::Recalled:
+    case MarkKind::Recalled:
         polygon({{0.8, -1}, {-1, 0}, {0.8, 1}});
         break;
-    case Kind::Due:
+    case MarkKind::Due:
         painter.drawRect(QRectF(at.x() - r * 0.8, at.y() - r * 0.8, r * 1.6, r * 1.6));
         break;
-    case Kind::Notice:
+    case MarkKind::Notice:
         painter.setBrush(palette.color(QPalette::Base));
         painter.drawRect(QRectF(at.x() - r, at.y() - r * 0.7, r * 2, r * 1.4));
         painter.drawLine(at + QPointF(-r, -r * 0.7), at);
         painter.drawLine(at, at + QPointF(r, -r * 0.7));
         break;
-    case Kind::Most:
+    case MarkKind::Most:
         polygon({{0, -1}, {1, 0.8}, {-1, 0.8}});
         break;
-    case Kind::Lost:
+    case MarkKind::Lost:
         painter.setPen(QPen(palette.color(QPalette::Text), 2.5));
         painter.drawLine(at + QPointF(-r, -r), at + QPointF(r, r));
         painter.drawLine(at + QPointF(-r, r), at + QPointF(r, -r));
         break;
-    case Kind::Back:
+    case MarkKind::Back:
         painter.setBrush(palette.color(QPalette::Base));
         painter.drawEllipse(at, r, r);
         break;
-    case Kind::FreeAgain:
+    case MarkKind::FreeAgain:
         painter.setBrush(palette.color(QPalette::Base));
         polygon({{0, -1}, {1, 0}, {0, 1}, {-1, 0}});
         break;
@@ -187,7 +187,7 @@ LoanTimeline::Scale LoanTimeline::Measure() const {
 }
 
 QPointF LoanTimeline::PlaceOf(const Scale& scale, const LoanMark& mark) const {
-    const qreal top = mark.kind == Kind::Notice ? scale.notices : scale.loan;
+    const qreal top = mark.kind == MarkKind::Notice ? scale.notices : scale.loan;
     return {scale.At(mark.at), top + scale.line * 0.65};
 }
 
@@ -334,11 +334,11 @@ void LoanTimeline::PaintLegend(QPainter& painter, const Scale& scale) const {
         say(tr("closed day"), [&](QPointF at) {
             painter.fillRect(QRectF(at.x() - 5, at.y() - 2, 16, 4), palette().color(QPalette::Text));
         });
-    QList<Kind> kinds;
+    QList<MarkKind> kinds;
     for (const LoanMark& mark : m_answer.marks)
         if (!kinds.contains(mark.kind))
             kinds << mark.kind;
-    for (const Kind kind : kinds)
+    for (const MarkKind kind : kinds)
         say(LoanWord(kind), [&](QPointF at) { PaintMark(painter, palette(), at + QPointF(3, 0), kind); });
 }
 

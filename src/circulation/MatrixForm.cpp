@@ -1,6 +1,7 @@
 #include "circulation/MatrixForm.h"
 
 #include "core/Application.h"
+#include "core/data/Tr.h"
 #include "framework/forms/Rules.h"
 #include "wire/Counts.h"
 
@@ -12,14 +13,10 @@ namespace {
 
 const QString ShortLoanPage = "short";
 
-QString tr(const char* text) {
-    return Form::tr(text);
-}
-
 /// The units that are known by these letters, in this order.
 QList<PickItem> Units(const QString& letters) {
     static const QHash<QChar, QString> names{
-        {'D', tr("Day")}, {'H', tr("Hour")}, {'M', tr("Minute")}, {'I', tr("Indef")}, {'T', tr("Term")}};
+        {'D', Tr("Day")}, {'H', Tr("Hour")}, {'M', Tr("Minute")}, {'I', Tr("Indef")}, {'T', Tr("Term")}};
     QList<PickItem> units;
     for (const QChar letter : letters)
         units.append({letter, names[letter]});
@@ -30,8 +27,8 @@ FieldSpec Flag(const QString& name, const QString& tag, const QString& caption, 
     return {.name = name, .tag = tag, .caption = caption, .accessible = spoken};
 }
 
-FieldSpec Unit(const QString& name, const QString& tag, const QString& caption, const QString& letters,
-               const QString& spoken = {}) {
+FieldSpec UnitChoice(const QString& name, const QString& tag, const QString& caption, const QString& letters,
+                     const QString& spoken = {}) {
     return {.name = name,
             .tag = tag,
             .caption = caption,
@@ -47,7 +44,7 @@ FieldSpec Money(const QString& name, const QString& tag, const QString& caption)
 /// What the periods that are counted in the loan's unit are labelled with.
 QString LabelOf(const QString& loanUnit) {
     static const QHash<QString, QString> labels{
-        {"D", tr("Days")}, {"H", tr("Hours")}, {"M", tr("Minutes")}, {"T", tr("Days")}};
+        {"D", Tr("Days")}, {"H", Tr("Hours")}, {"M", Tr("Minutes")}, {"T", Tr("Days")}};
     return labels.value(loanUnit);
 }
 
@@ -86,7 +83,10 @@ QString LoanPeriodField::Problem() const {
                                      [](QChar c) { return (c >= u'0' && c <= u'9') || c == u'.'; });
     return isNumber && isPlain && value <= wire::MostCount
                ? QString()
-               : tr("\"%1\" must be a number from %2 to %3.").arg(PlainCaption()).arg(0).arg(wire::MostCount);
+               : Form::tr("\"%1\" must be a number from %2 to %3.")
+                     .arg(PlainCaption())
+                     .arg(0)
+                     .arg(wire::MostCount);
 }
 
 MatrixSettings AskMatrixSettings(Application& application) {
@@ -107,14 +107,14 @@ MatrixForm::MatrixForm(const Application& application, const MatrixSettings& set
                             .caption = tr("Loan Period:"),
                             .maxLength = 8,
                             .initial = "0"})
-    , cboLoanPeriod(*this, Unit("cboLoanPeriod", "LnI", {}, "DHMIT", tr("Loan Period Interval")))
+    , cboLoanPeriod(*this, UnitChoice("cboLoanPeriod", "LnI", {}, "DHMIT", tr("Loan Period Interval")))
     , txtGracePeriod(*this, "txtGracePeriod", "G", tr("Grace Period:"), tr("Days"))
     , txtFineRate(*this, Money("txtFineRate", "FR", tr("Fine Rate:")))
-    , cboFineInterval(*this, Unit("cboFineInterval", "FI", tr("Fine Interval:"), "DHM"))
+    , cboFineInterval(*this, UnitChoice("cboFineInterval", "FI", tr("Fine Interval:"), "DHM"))
     , txtMaxFine(*this, Money("txtMaxFine", "MF", tr("Max Fine Amount:")))
     , txtMaxRenewals(*this, "txtMaxRenewals", "MR", tr("Max # of Sequential Renewals:"))
     , txtRenewalPeriod(*this, "txtRenewalPeriod", "RPr", tr("Renewal Period:"))
-    , cboRenewalPeriod(*this, Unit("cboRenewalPeriod", "RI", {}, "DHMT", tr("Renewal Period Interval")))
+    , cboRenewalPeriod(*this, UnitChoice("cboRenewalPeriod", "RI", {}, "DHMT", tr("Renewal Period Interval")))
     , optRenewFrom(*this, {.name = "optRenewFrom",
                            .tag = "RF",
                            .caption = tr("Renew From:"),
@@ -125,7 +125,8 @@ MatrixForm::MatrixForm(const Application& application, const MatrixSettings& set
                          tr("Days"))
     , txtRecallGracePeriod(*this, "txtRecallGracePeriod", "RGP", tr("Recall Grace Period:"))
     , txtRecallFineRate(*this, Money("txtRecallFineRate", "RFR", tr("Recall Fine Rate:")))
-    , cboRecallFineInterval(*this, Unit("cboRecallFineInterval", "RFI", tr("Recall Fine Interval:"), "DHM"))
+    , cboRecallFineInterval(*this,
+                            UnitChoice("cboRecallFineInterval", "RFI", tr("Recall Fine Interval:"), "DHM"))
     , txtMaxRecallFine(*this, Money("txtMaxRecallFine", "MRF", tr("Max Fine for Recalls:")))
     , chkMaxItems(*this,
                   Flag("chkMaxItems", "MIBA", tr("Max Items Borrowed for this Patron Group && Item Type"),
@@ -135,7 +136,8 @@ MatrixForm::MatrixForm(const Application& application, const MatrixSettings& set
     , chkNextFixedDueTime(*this, Flag("chkNextFixedDueTime", "NO",
                                       tr("Always Calculate Due Date/Time to be Next Fixed Due Time")))
     , txtWarningPeriod(*this, "txtWarningPeriod", "WP", tr("Advanced Loan Warning Period:"))
-    , cboWarningPeriod(*this, Unit("cboWarningPeriod", "WI", {}, "DHM", tr("Advanced loan warning unit")))
+    , cboWarningPeriod(*this,
+                       UnitChoice("cboWarningPeriod", "WI", {}, "DHM", tr("Advanced loan warning unit")))
     , txtCourtesyInterval(*this, "txtCourtesyInterval", "CI", tr("Courtesy Notice Interval:"), tr("Days"))
     , txtMinLoanCourtesy(*this, "txtMinLoanCourtesy", "ML", tr("Minimum Loan for Courtesy:"), tr("Days"))
     , txtFirstOverdue(*this, "txtFirstOverdue", "FO", tr("First Overdue Interval:"), tr("Days"))
@@ -147,7 +149,7 @@ MatrixForm::MatrixForm(const Application& application, const MatrixSettings& set
     , txtRecallNoticeInterval(*this, "txtRecallNoticeInterval", "RN", tr("Overdue Recall Notice Interval:"),
                               tr("Days"))
     , txtHoldShelfLife(*this, "txtHoldShelfLife", "HS", tr("Hold Shelf Life:"))
-    , cboHoldShelfLife(*this, Unit("cboHoldShelfLife", "HSI", {}, "DHM", tr("Hold shelf life unit")))
+    , cboHoldShelfLife(*this, UnitChoice("cboHoldShelfLife", "HSI", {}, "DHM", tr("Hold shelf life unit")))
     , m_showsUb(settings.allowsUb) {
     txtMaxItems.Declaration().accessible = chkMaxItems.Spec().accessible;
     for (MoneyField* amount : {&txtFineRate, &txtMaxFine, &txtRecallFineRate, &txtMaxRecallFine})

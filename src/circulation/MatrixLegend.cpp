@@ -8,7 +8,7 @@ namespace sysadmin {
 
 namespace {
 
-constexpr int Gap = 6;
+constexpr int LegendGap = 6;
 
 } // namespace
 
@@ -32,10 +32,10 @@ void MatrixLegend::SetMeasure(MatrixMeasure measure, bool compares) {
 }
 
 int MatrixLegend::Arrange(int width, const std::function<void(int, const QRect&)>& paint) const {
-    const int line = fontMetrics().height() + Gap;
+    const int line = fontMetrics().height() + LegendGap;
     QPoint at(0, 0);
     for (int part = 0; part < m_parts.size(); ++part) {
-        const int wanted = line + Gap + fontMetrics().horizontalAdvance(m_parts[part]) + 3 * Gap;
+        const int wanted = line + LegendGap + fontMetrics().horizontalAdvance(m_parts[part]) + 3 * LegendGap;
         if (at.x() > 0 && at.x() + wanted > width)
             at = {0, at.y() + line};
         if (paint)
@@ -70,8 +70,8 @@ void MatrixLegend::paintEvent(QPaintEvent*) {
         painter.setPen(palette().color(QPalette::Dark));
         painter.drawRect(sample);
         painter.setPen(palette().color(QPalette::WindowText));
-        painter.drawText(place.adjusted(place.height() + Gap, 0, 0, 0), Qt::AlignVCenter | Qt::AlignLeft,
-                         m_parts[part]);
+        painter.drawText(place.adjusted(place.height() + LegendGap, 0, 0, 0),
+                         Qt::AlignVCenter | Qt::AlignLeft, m_parts[part]);
     });
 }
 

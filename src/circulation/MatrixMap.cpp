@@ -15,7 +15,7 @@ namespace {
 constexpr int LeastCellWidth = 9;
 constexpr int MostCellWidth = 44;
 constexpr int MostNameCharacters = 32;
-constexpr int Gap = 4;
+constexpr int NameGap = 4;
 
 /// How light a colour looks, from 0 to 255.
 int Lightness(const QColor& colour) {
@@ -100,7 +100,7 @@ void MatrixMap::Measure() {
         int width = 0;
         for (int i = 0; i < count; ++i)
             width = qMax(width, metrics.horizontalAdvance(name(i)));
-        return qMin(width, metrics.averageCharWidth() * MostNameCharacters) + 2 * Gap;
+        return qMin(width, metrics.averageCharWidth() * MostNameCharacters) + 2 * NameGap;
     };
     // Most of the room belongs to the cells.
     m_namesWidth = m_showsRowNames
@@ -239,8 +239,9 @@ void MatrixMap::PaintNames(QPainter& painter) const {
         painter.translate(strip.bottomLeft());
         painter.rotate(-90);
         painter.drawText(
-            QRect(Gap, 0, m_namesHeight - 2 * Gap, metrics.height()), Qt::AlignLeft | Qt::AlignVCenter,
-            metrics.elidedText(m_picture->ColumnName(column), Qt::ElideRight, m_namesHeight - 2 * Gap));
+            QRect(NameGap, 0, m_namesHeight - 2 * NameGap, metrics.height()),
+            Qt::AlignLeft | Qt::AlignVCenter,
+            metrics.elidedText(m_picture->ColumnName(column), Qt::ElideRight, m_namesHeight - 2 * NameGap));
         painter.restore();
     };
     for (int column = 0; column < m_picture->Columns(); column += step)
@@ -258,8 +259,9 @@ void MatrixMap::PaintNames(QPainter& painter) const {
         if (isLooked)
             painter.fillRect(name, palette().color(QPalette::Highlight));
         painter.setPen(isLooked ? palette().color(QPalette::HighlightedText) : plain);
-        painter.drawText(name.adjusted(Gap, 0, -Gap, 0), Qt::AlignLeft | Qt::AlignVCenter,
-                         metrics.elidedText(m_picture->RowName(row), Qt::ElideRight, m_namesWidth - 2 * Gap));
+        painter.drawText(
+            name.adjusted(NameGap, 0, -NameGap, 0), Qt::AlignLeft | Qt::AlignVCenter,
+            metrics.elidedText(m_picture->RowName(row), Qt::ElideRight, m_namesWidth - 2 * NameGap));
     }
     painter.restore();
 }

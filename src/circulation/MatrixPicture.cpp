@@ -2,6 +2,7 @@
 
 #include "circulation/MatrixDialog.h"
 #include "core/Application.h"
+#include "core/data/Tr.h"
 #include "loan/ReadPolicy.h"
 
 #include <QLocale>
@@ -13,10 +14,6 @@ namespace sysadmin {
 namespace {
 
 using loan::Unit;
-
-QString tr(const char* text) {
-    return Form::tr(text);
-}
 
 double Days(double period, Unit unit) {
     constexpr double Hours = 24;
@@ -33,15 +30,15 @@ QString UnitName(Unit unit, double count) {
     const bool one = count == 1;
     switch (unit) {
     case Unit::Minute:
-        return one ? tr("minute") : tr("minutes");
+        return one ? Tr("minute") : Tr("minutes");
     case Unit::Hour:
-        return one ? tr("hour") : tr("hours");
+        return one ? Tr("hour") : Tr("hours");
     case Unit::Day:
-        return one ? tr("day") : tr("days");
+        return one ? Tr("day") : Tr("days");
     case Unit::Term:
-        return one ? tr("term") : tr("terms");
+        return one ? Tr("term") : Tr("terms");
     case Unit::Indefinite:
-        return tr("without an end");
+        return Tr("without an end");
     }
     return {};
 }
@@ -181,17 +178,17 @@ std::optional<int> MatrixPicture::ClassOf(Cell cell, MatrixMeasure measure) cons
 QStringList MatrixPicture::Classes(MatrixMeasure measure, bool countsDemerits) {
     switch (measure) {
     case MatrixMeasure::LoanPeriod:
-        return {tr("to 6 hours"), tr("to a day"),     tr("to 7 days"), tr("to 14 days"),
-                tr("to 28 days"), tr("longer, term"), tr("no end")};
+        return {Tr("to 6 hours"), Tr("to a day"),     Tr("to 7 days"), Tr("to 14 days"),
+                Tr("to 28 days"), Tr("longer, term"), Tr("no end")};
     case MatrixMeasure::Fine:
-        return {countsDemerits ? tr("no demerits") : tr("no fine"),
-                tr("to 0.25 a day"),
-                tr("to 0.50"),
-                tr("to 1"),
-                tr("to 5"),
-                tr("more")};
+        return {countsDemerits ? Tr("no demerits") : Tr("no fine"),
+                Tr("to 0.25 a day"),
+                Tr("to 0.50"),
+                Tr("to 1"),
+                Tr("to 5"),
+                Tr("more")};
     case MatrixMeasure::Renewals:
-        return {tr("no renewal"), tr("1"), tr("2"), tr("3 to 5"), tr("more")};
+        return {Tr("no renewal"), Tr("1"), Tr("2"), Tr("3 to 5"), Tr("more")};
     }
     return {};
 }
@@ -225,13 +222,13 @@ QString MatrixPicture::ShortText(Cell cell, MatrixMeasure measure) const {
 
 QString MatrixPicture::FineInWords(const loan::Rule& rule) const {
     if (!rule.fineRate)
-        return m_usesDemerits ? tr("no demerits") : tr("no fine");
-    QString words = (m_usesDemerits ? tr("%1 demerits a %2") : tr("fine %1 a %2"))
+        return m_usesDemerits ? Tr("no demerits") : Tr("no fine");
+    QString words = (m_usesDemerits ? Tr("%1 demerits a %2") : Tr("fine %1 a %2"))
                         .arg(loan::AmountText(rule.fineRate, m_decimals), UnitName(rule.fineUnit, 1));
     if (rule.mostFine)
-        words += tr(", %1 at most").arg(loan::AmountText(*rule.mostFine, m_decimals));
+        words += Tr(", %1 at most").arg(loan::AmountText(*rule.mostFine, m_decimals));
     if (rule.grace)
-        words += tr(", after %1 of grace").arg(Period(rule.grace, rule.unit));
+        words += Tr(", after %1 of grace").arg(Period(rule.grace, rule.unit));
     return words;
 }
 
@@ -239,31 +236,31 @@ QString MatrixPicture::InWords(Cell cell) const {
     const QString name = EntryAt(cell).Name() + ": ";
     const Entry& entry = At(cell);
     if (entry.id.isEmpty())
-        return name + tr("no rule, so nothing can be lent.");
+        return name + Tr("no rule, so nothing can be lent.");
     const loan::Rule& rule = entry.rule;
     QStringList parts;
     if (!rule.mayCharge) {
-        parts << tr("not lent");
+        parts << Tr("not lent");
     } else {
-        parts << tr("lent for %1")
+        parts << Tr("lent for %1")
                      .arg(Period(rule.period, rule.unit))
-                     .replace(tr("for without"), tr("without"));
-        parts << (rule.mostRenewals ? tr("%1 renewals of %2")
+                     .replace(Tr("for without"), Tr("without"));
+        parts << (rule.mostRenewals ? Tr("%1 renewals of %2")
                                           .arg(rule.mostRenewals)
                                           .arg(Period(rule.renewalPeriod, rule.renewalUnit))
-                                    : tr("no renewal"));
+                                    : Tr("no renewal"));
         parts << FineInWords(rule);
     }
     QStringList requests;
     if (rule.allowsHolds)
-        requests << tr("holds");
+        requests << Tr("holds");
     if (rule.allowsRecalls)
-        requests << tr("recalls");
+        requests << Tr("recalls");
     if (rule.allowsCallSlips)
-        requests << tr("call slips");
-    parts << (requests.isEmpty() ? tr("no requests") : requests.join(", "));
+        requests << Tr("call slips");
+    parts << (requests.isEmpty() ? Tr("no requests") : requests.join(", "));
     if (IsShortLoan(cell.x()))
-        parts << tr("short loan");
+        parts << Tr("short loan");
     return name + parts.join("; ") + '.';
 }
 
@@ -271,11 +268,11 @@ QStringList MatrixPicture::Differences(Cell cell, const MatrixPicture& other) co
     const MatrixEntry here = EntryAt(cell);
     const Cell there = other.Find(here.patronGroup.toLongLong(), here.itemType.toLongLong());
     if (!other.Contains(there))
-        return {tr("Not in this group")};
+        return {Tr("Not in this group")};
     const Entry& mine = At(cell);
     const Entry& theirs = other.At(there);
     if (mine.id.isEmpty() != theirs.id.isEmpty())
-        return {mine.id.isEmpty() ? tr("Only there is a rule") : tr("Only here is a rule")};
+        return {mine.id.isEmpty() ? Tr("Only there is a rule") : Tr("Only here is a rule")};
     QStringList differences;
     for (qsizetype i = 0; i < mine.values.size(); ++i)
         if (mine.values[i].trimmed() != theirs.values.value(i).trimmed())

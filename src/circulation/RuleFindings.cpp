@@ -5,18 +5,14 @@
 #include "core/Application.h"
 #include "core/MainWindow.h"
 #include "core/Screen.h"
+#include "core/data/Tr.h"
 #include "wire/Status.h"
 
-#include <QCoreApplication>
 #include <QLocale>
 
 namespace sysadmin {
 
 namespace {
-
-QString Tr(const char* text) {
-    return QCoreApplication::translate("CirculationChecks", text);
-}
 
 /// Where it stands in the settings, unless it is about a pair of patron group and item type.
 RecordPlace PlaceOf(const RuleFinding& found) {

@@ -12,7 +12,7 @@ namespace sysadmin {
 
 namespace {
 
-constexpr int HelpTopic = 50515;
+constexpr int PoliciesTopic = 50515;
 
 /// Cells of a row: code, name and eligibility, two for each limit (blank: it does not apply), then what is
 /// not shown: the stored limit also where it does not apply.
@@ -217,7 +217,7 @@ bool EditAllUbPolicies(Application& application, QWidget* parent, bool readOnly,
         FormDialog dialog(application.prompter, table.GetForm(), table.Draw(),
                           {.name = "frmCirculation_UBPolicyTable",
                            .title = Form::tr("UB Policies of All Patron Groups"),
-                           .helpContext = HelpTopic,
+                           .helpContext = PoliciesTopic,
                            .readOnly = readOnly},
                           parent);
         dialog.resize(1100, 620);

@@ -36,7 +36,7 @@ namespace {
 
 const QString ScreenKey = "Tools_LoanTest";
 const QString PolicyKey = "Circulation_PolicyDefinitions";
-constexpr int HelpTopic = 50540;
+constexpr int LoanTestTopic = 50540;
 const QString PictureName = "picture";
 
 /// The entry of the id, or the first one.
@@ -323,7 +323,7 @@ void OpenLoanTest(Application& application, QWidget* parent, const LoanQuestion&
     if (auto* over = parent ? qobject_cast<QDialog*>(parent->window()) : nullptr) {
         QDialog dialog(over);
         dialog.setObjectName("dlgLoanTest");
-        dialog.setProperty(HelpContextProperty, HelpTopic);
+        dialog.setProperty(HelpContextProperty, LoanTestTopic);
         auto* test = new frmCirculation_LoanTest(application, &dialog);
         dialog.setWindowTitle(test->windowTitle());
         auto* whole = new QVBoxLayout(&dialog);

@@ -15,7 +15,7 @@ namespace status = wire::status;
 namespace {
 
 const QString RegularPage = "pagMatrix";
-const QString ShortLoanPage = "pagMatrixSL";
+const QString ShortLoanSlot = "pagMatrixSL";
 
 } // namespace
 
@@ -96,7 +96,7 @@ Layout frmCirculation_PolicyDef::DrawForm() {
                                               Button("cmdUnselectAllItems", tr("&Unselect All"),
                                                      [selectItems] { selectItems(false); })})}),
                m_form.SettingsPage(), Page(MatrixPages::Caption(MatrixKind::Regular), {Slot(RegularPage)}),
-               Page(MatrixPages::Caption(MatrixKind::ShortLoan), {Slot(ShortLoanPage)})})});
+               Page(MatrixPages::Caption(MatrixKind::ShortLoan), {Slot(ShortLoanSlot)})})});
 }
 
 QString frmCirculation_PolicyDef::ClusterId() const {

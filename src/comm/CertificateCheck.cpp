@@ -1,8 +1,8 @@
 #include "comm/CertificateCheck.h"
 
+#include "core/data/Tr.h"
 #include "wire/Tls.h"
 
-#include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QLocale>
 #include <QSslCertificate>
@@ -14,10 +14,6 @@
 namespace sysadmin {
 
 namespace {
-
-QString Tr(const char* text) {
-    return QCoreApplication::translate("CertificateCheck", text);
-}
 
 QString Day(const QDateTime& time) {
     return QLocale().toString(time.toLocalTime().date(), QLocale::LongFormat);

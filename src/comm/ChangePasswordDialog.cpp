@@ -19,7 +19,7 @@ namespace sysadmin {
 
 namespace {
 
-constexpr int DialogWidth = 560;
+constexpr int PasswordWidth = 560;
 constexpr int RulesLines = 10;
 
 } // namespace
@@ -85,7 +85,7 @@ ChangePasswordDialog::ChangePasswordDialog(const QString& reason, const QString&
     layout->addLayout(form);
     layout->addWidget(lblProblem);
     layout->addLayout(buttons);
-    FitHeight(*this, DialogWidth);
+    FitHeight(*this, PasswordWidth);
     // The rules are read when needed; the fields come first.
     setTabOrder(cmdCancel, txtPasswordScreen);
     txtOldPassword->setFocus();
@@ -146,7 +146,7 @@ void ChangePasswordDialog::ShowStatus(qint16 status) {
 
 void ChangePasswordDialog::ShowProblem(const QString& problem, QWidget* next) {
     lblProblem->SetProblem(problem);
-    FitHeight(*this, DialogWidth);
+    FitHeight(*this, PasswordWidth);
     next->setFocus();
 }
 

@@ -1,16 +1,13 @@
 #include "comm/CommandLine.h"
 
+#include "core/data/Tr.h"
+
 #include <QCommandLineParser>
-#include <QCoreApplication>
 #include <QStandardPaths>
 
 namespace sysadmin {
 
 namespace {
-
-QString Tr(const char* text) {
-    return QCoreApplication::translate("CommandLine", text);
-}
 
 constexpr char Server[] = "server";
 constexpr char Library[] = "library";

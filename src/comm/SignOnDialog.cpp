@@ -21,7 +21,7 @@ namespace sysadmin {
 
 namespace {
 
-constexpr int DialogWidth = 460;
+constexpr int SignOnWidth = 460;
 constexpr int WarningLinesAtMost = 7;
 constexpr int WarningMargin = 10;
 
@@ -206,7 +206,7 @@ void SignOnDialog::ShowChosenField() {
     const bool shared = cboLibrary->currentIndex() == SharedServer;
     m_form->setRowVisible(m_folderLine, !shared);
     m_form->setRowVisible(txtServer, shared);
-    FitHeight(*this, DialogWidth);
+    FitHeight(*this, SignOnWidth);
 }
 
 std::optional<ServerChoice> SignOnDialog::Choice() const {
@@ -255,7 +255,7 @@ void SignOnDialog::ShowGreeting(const Greeting& greeting) {
     txtWarning->setVisible(!greeting.warning.isEmpty());
     if (!greeting.warning.isEmpty()) {
         const int inner =
-            DialogWidth - layout()->contentsMargins().left() - layout()->contentsMargins().right();
+            SignOnWidth - layout()->contentsMargins().left() - layout()->contentsMargins().right();
         const QRect text = txtWarning->fontMetrics().boundingRect(
             QRect(0, 0, inner - 2 * WarningMargin, 10000), Qt::TextWordWrap, txtWarning->toPlainText());
         const int most = txtWarning->fontMetrics().lineSpacing() * WarningLinesAtMost;
@@ -269,7 +269,7 @@ void SignOnDialog::ShowGreeting(const Greeting& greeting) {
 void SignOnDialog::ShowProblem(const QString& problem) {
     lblProblem->SetProblem(problem);
     cmdAcceptCertificate->setVisible(!problem.isEmpty() && m_attempts.CertificateChanged());
-    FitHeight(*this, DialogWidth);
+    FitHeight(*this, SignOnWidth);
 }
 
 void SignOnDialog::accept() {

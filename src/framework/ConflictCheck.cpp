@@ -28,7 +28,7 @@ QList<Version> VersionOf(const Form& form) {
 }
 
 /// A field in words: whole when it is short, else what sets it apart from the one it is compared with.
-QString TextOf(const QStringList& words, const QStringList& stored) {
+QString ChangedEntries(const QStringList& words, const QStringList& stored) {
     if (words.size() <= EntriesInFull)
         return words.join('\n');
     const QSet<QString> before(stored.begin(), stored.end());
@@ -53,8 +53,9 @@ QList<Difference> Compare(const QList<Version>& stored, const QList<Version>& mi
     for (qsizetype i = 0; i < stored.size(); ++i) {
         const QStringList& before = stored[i].words;
         if (mine[i].words != theirs[i].words || before != theirs[i].words)
-            differences.append({stored[i].caption, TextOf(before, before), TextOf(mine[i].words, before),
-                                TextOf(theirs[i].words, before)});
+            differences.append({stored[i].caption, ChangedEntries(before, before),
+                                ChangedEntries(mine[i].words, before),
+                                ChangedEntries(theirs[i].words, before)});
     }
     return differences;
 }

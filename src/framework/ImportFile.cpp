@@ -1,5 +1,6 @@
 #include "framework/ImportFile.h"
 
+#include "core/data/Tr.h"
 #include "framework/Captions.h"
 
 #include <QComboBox>
@@ -16,10 +17,6 @@
 namespace sysadmin {
 
 namespace {
-
-QString Tr(const char* text) {
-    return frmImportColumns::tr(text);
-}
 
 /// What is the same of a heading and a caption.
 QString Folded(const QString& name) {
@@ -95,11 +92,11 @@ frmImportColumns::frmImportColumns(Prompter& prompter, const ImportPlan& plan, c
     , m_preview(std::move(preview)) {
     setObjectName("frmImportColumns");
     setProperty(HelpContextProperty, helpContext);
-    setWindowTitle(tr("Import %1").arg(QFileInfo(fileName).fileName()));
+    setWindowTitle(Tr("Import %1").arg(QFileInfo(fileName).fileName()));
     const auto& lines = plan.file.records;
-    auto* lblNote = new QLabel((lines.size() == 1 ? tr("The file has 1 record.")
-                                                  : tr("The file has %L1 records.").arg(lines.size())) +
-                                   ' ' + tr("Its columns go to these fields:"),
+    auto* lblNote = new QLabel((lines.size() == 1 ? Tr("The file has 1 record.")
+                                                  : Tr("The file has %L1 records.").arg(lines.size())) +
+                                   ' ' + Tr("Its columns go to these fields:"),
                                this);
     lblNote->setObjectName("lblNote");
     lblNote->setWordWrap(true);
@@ -119,7 +116,7 @@ frmImportColumns::frmImportColumns(Prompter& prompter, const ImportPlan& plan, c
         auto* box = new QComboBox(columns);
         box->setObjectName("cboColumn_" + QString::number(i));
         box->setAccessibleName(plan.file.headings[i]);
-        box->addItem(tr("(not imported)"), -1);
+        box->addItem(Tr("(not imported)"), -1);
         for (int place = 0; place < plan.targets.size(); ++place)
             box->addItem(plan.targets[place].caption, place);
         box->setCurrentIndex(box->findData(plan.columns.value(i, -1)));
@@ -148,16 +145,16 @@ frmImportColumns::frmImportColumns(Prompter& prompter, const ImportPlan& plan, c
 
     cboKey = new QComboBox(this);
     cboKey->setObjectName("cboKey");
-    auto* lblKey = new QLabel(tr("&Records are known by:"), this);
+    auto* lblKey = new QLabel(Tr("&Records are known by:"), this);
     lblKey->setObjectName("lblKey");
     lblKey->setBuddy(cboKey);
-    auto* lblKeyNote = new QLabel(tr("A record that the list has is changed; any other one is added."), this);
+    auto* lblKeyNote = new QLabel(Tr("A record that the list has is changed; any other one is added."), this);
     lblKeyNote->setWordWrap(true);
     auto* buttons = new QDialogButtonBox(this);
-    QPushButton* cmdPreview = buttons->addButton(tr("&Preview..."), QDialogButtonBox::AcceptRole);
+    QPushButton* cmdPreview = buttons->addButton(Tr("&Preview..."), QDialogButtonBox::AcceptRole);
     cmdPreview->setObjectName("cmdPreview");
     cmdPreview->setDefault(true);
-    buttons->addButton(tr("&Cancel"), QDialogButtonBox::RejectRole)->setObjectName("cmdCancel");
+    buttons->addButton(Tr("&Cancel"), QDialogButtonBox::RejectRole)->setObjectName("cmdCancel");
     auto* whole = new QVBoxLayout(this);
     whole->addWidget(lblNote);
     whole->addWidget(area, 1);
@@ -196,14 +193,14 @@ void frmImportColumns::accept() {
         const int place = box->currentData().toInt();
         if (place >= 0 && taken.contains(place)) {
             m_prompter.ShowBox(this,
-                               {.text = tr("Two columns go to \"%1\".").arg(m_plan.targets[place].caption)});
+                               {.text = Tr("Two columns go to \"%1\".").arg(m_plan.targets[place].caption)});
             return;
         }
         taken.insert(place);
         columns.append(place);
     }
     if (cboKey->currentIndex() < 0) {
-        m_prompter.ShowBox(this, {.text = tr("No column says which record a line is about: code or name.")});
+        m_prompter.ShowBox(this, {.text = Tr("No column says which record a line is about: code or name.")});
         return;
     }
     m_plan.columns = columns;

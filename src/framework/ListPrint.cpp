@@ -1,6 +1,7 @@
 #include "framework/ListPrint.h"
 
-#include <QCoreApplication>
+#include "core/data/Tr.h"
+
 #include <QDate>
 #include <QLocale>
 #include <QPagedPaintDevice>
@@ -12,10 +13,6 @@
 namespace sysadmin {
 
 namespace {
-
-QString Tr(const char* text) {
-    return QCoreApplication::translate("ListPrint", text);
-}
 
 /// A cell as it stands in its line.
 QString OneLine(QString cell) {

@@ -76,7 +76,7 @@ private:
     QList<std::pair<MarcPlaceField::Part, QLineEdit*>> m_boxes;
 };
 
-const EditorFor<MarcPlaceField, MarcPlaceEditor> editor;
+const EditorFor<MarcPlaceField, MarcPlaceEditor> placeEditor;
 
 } // namespace
 

@@ -14,7 +14,7 @@ namespace sysadmin {
 namespace {
 
 /// Of a list what the other one does not have; of one value that.
-QString TextOf(const QStringList& words, const QStringList& other) {
+QString DifferenceOf(const QStringList& words, const QStringList& other) {
     if (words.size() <= 1 && other.size() <= 1)
         return words.value(0);
     const QSet<QString> known(other.begin(), other.end());
@@ -124,8 +124,8 @@ std::optional<QList<FieldChange>> RecordHistory::ChangesOf(qsizetype entry) {
         const FieldState& was = (*before)[i];
         const FieldState& is = (*after)[i];
         if (was.words != is.words)
-            changes.append({i, was.caption.isEmpty() ? is.caption : was.caption, TextOf(was.words, is.words),
-                            TextOf(is.words, was.words)});
+            changes.append({i, was.caption.isEmpty() ? is.caption : was.caption,
+                            DifferenceOf(was.words, is.words), DifferenceOf(is.words, was.words)});
     }
     return changes;
 }

@@ -60,7 +60,7 @@ private:
     QToolButton* m_takeAway = nullptr;
 };
 
-const EditorFor<SecretField, SecretEditor> editor;
+const EditorFor<SecretField, SecretEditor> secretEditor;
 
 } // namespace
 

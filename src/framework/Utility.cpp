@@ -2,19 +2,11 @@
 
 #include "core/Application.h"
 #include "core/Prompter.h"
+#include "core/data/Tr.h"
 
-#include <QCoreApplication>
 #include <QWidget>
 
 namespace sysadmin {
-
-namespace {
-
-QString Tr(const char* text) {
-    return QCoreApplication::translate("Utility", text);
-}
-
-} // namespace
 
 bool ConfirmDelete(Application& application, QWidget* parent, const QString& subject,
                    const QString& itemText) {

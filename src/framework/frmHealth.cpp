@@ -18,7 +18,7 @@ namespace sysadmin {
 
 namespace {
 
-constexpr int HelpTopic = 50906;
+constexpr int HealthTopic = 50906;
 const QString ScreenKey = "Tools_Health";
 
 } // namespace
@@ -137,7 +137,7 @@ void frmHealth::Open() {
 void AddHealthScreen(ScreenCatalogue& catalogue, const QList<HealthCheck>& checks) {
     catalogue.Contribute(
         ScreenKey,
-        ScreenMaker{HelpTopic, false, [checks](Application& application, QWidget* parent) -> Screen* {
+        ScreenMaker{HealthTopic, false, [checks](Application& application, QWidget* parent) -> Screen* {
                         return new frmHealth(application, checks, parent);
                     }});
 }

@@ -32,7 +32,7 @@ struct HistoryFilterForm : Form {
 
 namespace {
 
-constexpr int HelpTopic = 50108;
+constexpr int HistoryTopic = 50108;
 constexpr qsizetype CaptionsInSummary = 4;
 
 } // namespace
@@ -51,7 +51,7 @@ frmHistory::frmHistory(Application& application, RecordHistory& history, QWidget
     , m_history(history)
     , m_filter(std::make_unique<HistoryFilterForm>()) {
     setObjectName("frmHistory");
-    setProperty(HelpContextProperty, HelpTopic);
+    setProperty(HelpContextProperty, HistoryTopic);
     setWindowTitle(tr("History of \"%1\"").arg(history.Record().name));
     m_filter->Clear();
     m_view = std::make_unique<FormView>(

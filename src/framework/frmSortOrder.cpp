@@ -20,7 +20,7 @@ namespace sysadmin {
 
 namespace {
 
-constexpr int LeastWidth = 360;
+constexpr int LeastDialogWidth = 360;
 constexpr int UsualHeight = 460;
 
 QList<GridColumn> ColumnsOf(const clsGrid& grid) {
@@ -121,7 +121,7 @@ frmSortOrder::frmSortOrder(Application& application, clsGrid& grid, QWidget* par
     AssignMnemonics(*this);
     const int room = style()->pixelMetric(QStyle::PM_ScrollBarExtent) + 60;
     const int wanted = grid.GridWidth > 0 ? grid.GridWidth : vsf->WidthOfContents();
-    resize(std::max(LeastWidth, wanted + room), UsualHeight);
+    resize(std::max(LeastDialogWidth, wanted + room), UsualHeight);
 
     connect(buttons, &QDialogButtonBox::accepted, this, &frmSortOrder::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &frmSortOrder::reject);

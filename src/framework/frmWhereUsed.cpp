@@ -2,6 +2,7 @@
 
 #include "core/Application.h"
 #include "core/MainWindow.h"
+#include "core/data/Tr.h"
 #include "framework/Captions.h"
 #include "framework/ListGrid.h"
 #include "framework/forms/ReadList.h"
@@ -18,7 +19,7 @@ namespace sysadmin {
 
 namespace {
 
-constexpr int HelpTopic = 50107;
+constexpr int WhereUsedTopic = 50107;
 
 /// A record that refers to the one in question.
 struct Use {
@@ -35,10 +36,6 @@ struct Uses {
     QStringList elsewhere; ///< in words: what other programs keep
     int hidden = 0;        ///< further ones that the operator may not see
 };
-
-QString Tr(const char* text) {
-    return QDialog::tr(text);
-}
 
 std::optional<Uses> ReadUses(Application& application, const UsedRecord& record) {
     Uses uses;
@@ -101,7 +98,7 @@ bool ShowWhereUsed(Application& application, QWidget* parent, const UsedRecord& 
         return false;
     QDialog dialog(parent);
     dialog.setObjectName("frmWhereUsed");
-    dialog.setProperty(HelpContextProperty, HelpTopic);
+    dialog.setProperty(HelpContextProperty, WhereUsedTopic);
     dialog.setWindowTitle(Tr("Where \"%1\" Is Used").arg(record.name));
     auto* grid = new ListGrid("vsfUses",
                               {{.caption = Tr("Setting"), .width = 260},

@@ -7,14 +7,6 @@
 
 namespace sysadmin::loan {
 
-namespace {
-
-struct Loan {
-    Q_DECLARE_TR_FUNCTIONS(Loan)
-};
-
-} // namespace
-
 QDate LibraryDate(const OpenHours& hours, Moment moment) {
     const auto day = hours.Around(moment);
     return day ? day->date : DateOf(moment);

@@ -2,9 +2,16 @@
 
 #include "loan/Loan.h"
 
+#include <QCoreApplication>
+
 #include <functional>
 
 namespace sysadmin::loan {
+
+/// What the reckoning says, for its translations.
+struct Loan {
+    Q_DECLARE_TR_FUNCTIONS(Loan)
+};
 
 /// Finds due dates by a rule of a policy group and says step by step how.
 class DueDate {

@@ -10,10 +10,6 @@ namespace sysadmin::loan {
 
 namespace {
 
-struct Loan {
-    Q_DECLARE_TR_FUNCTIONS(Loan)
-};
-
 /// How far the fine of an item is followed that never comes back and never counts as lost.
 constexpr Moment MostOverdue = 365 * MinutesOfDay;
 /// How many renewals are followed where it is always renewed.

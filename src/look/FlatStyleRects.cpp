@@ -62,7 +62,7 @@ QRect GroupBoxRect(const FlatStyle& style, const QStyleOptionGroupBox& box, QSty
     }
 }
 
-constexpr int TextMargin = 4;
+constexpr int EditMargin = 4;
 
 } // namespace
 
@@ -77,8 +77,8 @@ QRect FlatStyle::subControlRect(ComplexControl control, const QStyleOptionComple
     const QRect base = QProxyStyle::subControlRect(control, option, part, widget);
     const bool text = (control == CC_ComboBox && part == SC_ComboBoxEditField) ||
                       (control == CC_SpinBox && part == SC_SpinBoxEditField);
-    return text ? base.adjusted(option->direction == Qt::LeftToRight ? TextMargin : 0, 0,
-                                option->direction == Qt::LeftToRight ? 0 : -TextMargin, 0)
+    return text ? base.adjusted(option->direction == Qt::LeftToRight ? EditMargin : 0, 0,
+                                option->direction == Qt::LeftToRight ? 0 : -EditMargin, 0)
                 : base;
 }
 

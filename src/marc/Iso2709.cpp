@@ -16,13 +16,8 @@ namespace sysadmin::marc {
 
 namespace {
 
-struct Words {
-    Q_DECLARE_TR_FUNCTIONS(Marc)
-};
-
 constexpr char RecordEnd = '\x1d';
 constexpr char SubfieldMark = '\x1f';
-constexpr qsizetype Chunk = 64 * 1024;
 constexpr qsizetype LeastLength = 26; ///< a leader, an empty directory's end and the record's end
 constexpr int LengthDigits = 5;
 constexpr int EncodingPlace = 9;
@@ -145,7 +140,7 @@ public:
         qsizetype end = -1;
         while ((end = m_pending.indexOf(RecordEnd, searched)) < 0 && m_pending.size() < MostRecordBytes) {
             searched = m_pending.size();
-            const QByteArray bytes = m_device.read(Chunk);
+            const QByteArray bytes = m_device.read(BytesAtOnce);
             if (bytes.isEmpty())
                 break;
             m_pending += bytes;

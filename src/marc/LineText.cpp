@@ -9,13 +9,7 @@ namespace sysadmin::marc {
 
 namespace {
 
-struct Words {
-    Q_DECLARE_TR_FUNCTIONS(Marc)
-};
-
 constexpr qsizetype MostLineBytes = 1024 * 1024;
-constexpr int LeaderLength = 24;
-constexpr int TagLength = 3;
 
 /// The signs that stand for the mark of a subfield.
 bool IsMark(QChar letter) {

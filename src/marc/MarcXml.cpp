@@ -9,13 +9,6 @@ namespace sysadmin::marc {
 
 namespace {
 
-struct Words {
-    Q_DECLARE_TR_FUNCTIONS(Marc)
-};
-
-constexpr qsizetype Chunk = 64 * 1024;
-constexpr int LeaderLength = 24;
-
 /// An indicator or subfield code; none is a blank, more than one character is none.
 QChar OneCharacter(const QXmlStreamAttributes& attributes, const QString& name) {
     const QStringView value = attributes.value(name);
@@ -100,7 +93,7 @@ void ReadMarcXml(QIODevice& device, Collector& into) {
             sinceRecord = 0;
             break;
         case MarcXmlParser::Step::NeedMore: {
-            const QByteArray bytes = device.read(Chunk);
+            const QByteArray bytes = device.read(BytesAtOnce);
             if (bytes.isEmpty())
                 return into.IsFull() ? into.SayMore()
                                      : into.Refuse(where(), Words::tr("The XML ends too early."));

@@ -9,11 +9,6 @@ namespace sysadmin::marc {
 
 namespace {
 
-struct Words {
-    Q_DECLARE_TR_FUNCTIONS(Marc)
-};
-
-constexpr int LeaderLength = 24;
 constexpr qsizetype BytesLookedAt = 4096;
 
 bool IsTag(const QString& tag) {

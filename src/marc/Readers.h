@@ -2,8 +2,16 @@
 
 #include "marc/ReadRecords.h"
 
+#include <QCoreApplication>
+
 namespace sysadmin::marc {
 
+/// What the readers say, for its translations.
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(Marc)
+};
+
+inline constexpr qsizetype BytesAtOnce = 64 * 1024;           ///< that are read from a file
 inline constexpr qsizetype MostRecordBytes = 4 * 1024 * 1024; ///< that one record may take in a file
 
 /// Gathers what a reader finds.

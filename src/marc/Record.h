@@ -5,6 +5,9 @@
 
 namespace sysadmin::marc {
 
+inline constexpr int LeaderLength = 24;
+inline constexpr int TagLength = 3;
+
 struct Subfield {
     QChar code;
     QString value;

@@ -1,6 +1,7 @@
 #include "requests/RequestsScreens.h"
 
 #include "core/ScreenCatalogue.h"
+#include "core/data/Tr.h"
 #include "framework/PlainScreens.h"
 #include "requests/CallSlipScreens.h"
 #include "requests/frmOPAC_CircPolicies.h"
@@ -9,33 +10,27 @@
 #include "requests/frmOPAC_RequestForms.h"
 #include "requests/frmWS_SelfRegistration.h"
 
-#include <QCoreApplication>
-
 namespace sysadmin {
 
 namespace {
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("WebServices", text);
-}
-
 /// Which web services patrons may use to change their PIN and SMS number.
 PlainRecord Configuration() {
-    return {{"WS_Configuration", 50902, tr("Web Service Configuration"), Area::System},
-            {.subject = tr("Web Service Configuration"),
+    return {{"WS_Configuration", 50902, Tr("Web Service Configuration"), Area::System},
+            {.subject = Tr("Web Service Configuration"),
              .word = "ZebConfig",
-             .frameNoun = tr("Web Service Configuration"),
-             .loadFailure = tr("Unable to load web service configuration."),
-             .saveFailure = tr("Unable to save web service configuration.")},
+             .frameNoun = Tr("Web Service Configuration"),
+             .loadFailure = Tr("Unable to load web service configuration."),
+             .saveFailure = Tr("Unable to save web service configuration.")},
             {Declare<FlagField>(
-                 {.name = "chkChangeSMS", .tag = "US", .caption = tr("&Enable Change SMS Service")}),
+                 {.name = "chkChangeSMS", .tag = "US", .caption = Tr("&Enable Change SMS Service")}),
              Declare<FlagField>(
-                 {.name = "chkChangePIN", .tag = "UP", .caption = tr("Enable Change &PIN Service")}),
+                 {.name = "chkChangePIN", .tag = "UP", .caption = Tr("Enable Change &PIN Service")}),
              Declare<TextField>({.name = "txtDefaultPIN",
                                  .tag = "DP",
-                                 .caption = tr("&Default PIN:"),
+                                 .caption = Tr("&Default PIN:"),
                                  .maxLength = PinLength,
-                                 .toolTip = tr("The PIN of patrons who have none of their own")})}};
+                                 .toolTip = Tr("The PIN of patrons who have none of their own")})}};
 }
 
 /// An alert that patrons may get to see after logging in: its switch.
@@ -58,69 +53,69 @@ FieldDeclaration AlertText(const QString& role, const QString& tag, const QStrin
 /// The alerts that a patron gets to see after logging in.
 PlainRecord LoginSummary() {
     return {
-        {"WS_LoginSummary", 50900, tr("Patron Login Summary"), Area::System},
-        {.subject = tr("Patron Login Summary"),
+        {"WS_LoginSummary", 50900, Tr("Patron Login Summary"), Area::System},
+        {.subject = Tr("Patron Login Summary"),
          .word = "WSLoginSum",
-         .frameNoun = tr("Patron Login Summary"),
-         .loadFailure = tr("Unable to load login summary configuration."),
-         .saveFailure = tr("Unable to save login summary configuration."),
+         .frameNoun = Tr("Patron Login Summary"),
+         .loadFailure = Tr("Unable to load login summary configuration."),
+         .saveFailure = Tr("Unable to save login summary configuration."),
          .putOrder = {"LSE", "OA", "FA", "BA", "EA", "ED"}},
-        {Declare<FlagField>({.name = "chkWebService", .tag = "LSE", .caption = tr("Enable &Web Service?")}),
-         AlertSwitch("Overdue", "OA", tr("Patron has &overdue items")),
-         AlertText("Overdue", "OAT", tr("You have overdue materials at \\\\l."), tr("Overdue alert text")),
-         AlertSwitch("Fines", "FA", tr("Patron owes &fines/fees")),
-         AlertText("Fines", "FAT", tr("You have outstanding fines/fees at \\\\l."),
-                   tr("Fines/fees alert text")),
-         AlertSwitch("Blocks", "BA", tr("Patron has &blocks")),
-         AlertText("Blocks", "BAT", tr("You have circulation blocks at \\\\l."), tr("Blocks alert text")),
-         AlertSwitch("Expire", "EA", tr("Patron access will &expire")),
-         AlertText("Expire", "EAT", tr("Your account will expire on \\\\d, \\\\n days from today."),
-                   tr("Expiration alert text")),
+        {Declare<FlagField>({.name = "chkWebService", .tag = "LSE", .caption = Tr("Enable &Web Service?")}),
+         AlertSwitch("Overdue", "OA", Tr("Patron has &overdue items")),
+         AlertText("Overdue", "OAT", Tr("You have overdue materials at \\\\l."), Tr("Overdue alert text")),
+         AlertSwitch("Fines", "FA", Tr("Patron owes &fines/fees")),
+         AlertText("Fines", "FAT", Tr("You have outstanding fines/fees at \\\\l."),
+                   Tr("Fines/fees alert text")),
+         AlertSwitch("Blocks", "BA", Tr("Patron has &blocks")),
+         AlertText("Blocks", "BAT", Tr("You have circulation blocks at \\\\l."), Tr("Blocks alert text")),
+         AlertSwitch("Expire", "EA", Tr("Patron access will &expire")),
+         AlertText("Expire", "EAT", Tr("Your account will expire on \\\\d, \\\\n days from today."),
+                   Tr("Expiration alert text")),
          Declare<NumberField>({.name = "txtExpirationDays",
                                .tag = "ED",
-                               .caption = tr("Expiration Alert &Days:"),
+                               .caption = Tr("Expiration Alert &Days:"),
                                .initial = "30",
                                .enabledBy = "chkExpire",
                                .most = 9999})},
         Below({"chkWebService",
-               Frame("fraAlerts", tr("Alerts"),
+               Frame("fraAlerts", Tr("Alerts"),
                      {Beside({"chkOverdue", "txtOverdue"}), Beside({"chkFines", "txtFines"}),
                       Beside({"chkBlocks", "txtBlocks"}), Beside({"chkExpire", "txtExpire"}),
                       Beside({Note({}), "txtExpirationDays"}),
-                      Note(tr("In the alert texts \\\\l stands for the location, \\\\d for the expiration "
+                      Note(Tr("In the alert texts \\\\l stands for the location, \\\\d for the expiration "
                               "date and \\\\n for the number of days until then."))})})};
 }
 
 /// The public catalogue's remaining switches.
 PlainRecord CatalogueMiscellaneous() {
-    return {{"OPAC_Misc", 50202, tr("OPAC Miscellaneous"), Area::System},
-            {.subject = tr("OPAC Miscellaneous"),
+    return {{"OPAC_Misc", 50202, Tr("OPAC Miscellaneous"), Area::System},
+            {.subject = Tr("OPAC Miscellaneous"),
              .word = "OMsc",
              .plural = "OPAC Misc",
-             .frameNoun = tr("OPAC Miscellaneous"),
+             .frameNoun = Tr("OPAC Miscellaneous"),
              .saveCaption = "Load OPAC Misc"},
             {Declare<FlagField>(
-                 {.name = "chkItemRequired", .tag = "I", .caption = tr("Call Slip Item Required")}),
+                 {.name = "chkItemRequired", .tag = "I", .caption = Tr("Call Slip Item Required")}),
              Declare<LetterField>({.name = "optItemSort",
                                    .tag = "S",
-                                   .caption = tr("OPAC Item sort:"),
+                                   .caption = Tr("OPAC Item sort:"),
                                    .initial = "A",
-                                   .options = {{"A", tr("Ascending")}, {"D", tr("Descending")}}}),
+                                   .options = {{"A", Tr("Ascending")}, {"D", Tr("Descending")}}}),
              Declare<FlagField>(
-                 {.name = "chkOnShelfHolds", .tag = "H", .caption = tr("Allow On-shelf OPAC Holds")}),
+                 {.name = "chkOnShelfHolds", .tag = "H", .caption = Tr("Allow On-shelf OPAC Holds")}),
              Declare<NumberField>({.name = "txtBookingDays",
                                    .tag = "A",
-                                   .caption = tr("Set short loan advance booking days displayed:"),
-                                   .unit = tr("days"),
+                                   .caption = Tr("Set short loan advance booking days displayed:"),
+                                   .unit = Tr("days"),
                                    .most = 9999}),
              Declare<NumberField>({.name = "txtStatusDays",
                                    .tag = "SCR",
-                                   .caption = tr("Show no-fill statuses and copies received for:"),
-                                   .unit = tr("days"),
+                                   .caption = Tr("Show no-fill statuses and copies received for:"),
+                                   .unit = Tr("days"),
                                    .most = 9999}),
              Declare<FlagField>({.name = "chkCitationCallSlips",
                                  .tag = "ALLOWCSLPCITDB",
-                                 .caption = tr("Allow CallSlip requests when searching Citation "
+                                 .caption = Tr("Allow CallSlip requests when searching Citation "
                                                "Databases")})}};
 }
 

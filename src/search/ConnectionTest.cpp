@@ -2,17 +2,12 @@
 
 #include "core/data/RemoteOutcome.h"
 #include "core/data/RequestChannel.h"
+#include "core/data/Tr.h"
 #include "wire/Status.h"
-
-#include <QCoreApplication>
 
 namespace sysadmin {
 
 namespace {
-
-QString tr(const char* text) {
-    return QCoreApplication::translate("ConnectionTest", text);
-}
 
 /// Pairs of capital hexadecimal digits, as people compare fingerprints.
 QString Pairs(const QString& fingerprint) {
@@ -20,37 +15,37 @@ QString Pairs(const QString& fingerprint) {
 }
 
 QString WithDetail(const QString& sentence, const QString& detail) {
-    return detail.isEmpty() ? sentence : sentence + ' ' + tr("It says: %1").arg(detail);
+    return detail.isEmpty() ? sentence : sentence + ' ' + Tr("It says: %1").arg(detail);
 }
 
 } // namespace
 
 QString ConnectionResult::Sentence() const {
     if (outcome == u"connected")
-        return hits.isEmpty() ? tr("%1 accepts the connection.").arg(place)
-                              : tr("%1 accepts the connection and answers the search.").arg(place);
+        return hits.isEmpty() ? Tr("%1 accepts the connection.").arg(place)
+                              : Tr("%1 accepts the connection and answers the search.").arg(place);
     if (outcome == u"no-address")
-        return tr("No address and port are entered for this database.");
+        return Tr("No address and port are entered for this database.");
     if (const QString sentence = RemoteOutcome{outcome, detail, place, timeout}.Sentence();
         !sentence.isEmpty())
         return sentence;
     if (outcome == u"other-protocol")
-        return tr("What answers at %1 is not a server of this type.").arg(place);
+        return Tr("What answers at %1 is not a server of this type.").arg(place);
     if (outcome == u"sign-on-refused")
-        return tr("%1 refuses the user ID or the password.").arg(place);
+        return Tr("%1 refuses the user ID or the password.").arg(place);
     if (outcome == u"password-expired")
-        return tr("%1 wants the password of this user changed before anything else.").arg(place);
+        return Tr("%1 wants the password of this user changed before anything else.").arg(place);
     if (outcome == u"new-certificate")
-        return tr("The certificate of %1 has not been accepted yet. Nothing was sent to it.").arg(place);
+        return Tr("The certificate of %1 has not been accepted yet. Nothing was sent to it.").arg(place);
     if (outcome == u"other-certificate")
-        return tr("%1 shows another certificate than the one that was accepted. Nothing was sent to it.")
+        return Tr("%1 shows another certificate than the one that was accepted. Nothing was sent to it.")
             .arg(place);
     if (outcome == u"weak-certificate")
-        return tr("The key in the certificate of %1 is too weak. Nothing was sent to it.").arg(place);
+        return Tr("The key in the certificate of %1 is too weak. Nothing was sent to it.").arg(place);
     if (outcome == u"search-refused")
-        return WithDetail(tr("%1 was reached, but refused what was asked.").arg(place), detail);
+        return WithDetail(Tr("%1 was reached, but refused what was asked.").arg(place), detail);
     if (outcome == u"record-refused")
-        return WithDetail(tr("%1 answers the search, but sent no record that can be shown.").arg(place),
+        return WithDetail(Tr("%1 answers the search, but sent no record that can be shown.").arg(place),
                           detail);
     return outcome;
 }
@@ -58,14 +53,14 @@ QString ConnectionResult::Sentence() const {
 QString ConnectionResult::TrustQuestion() const {
     const QString first =
         outcome == u"new-certificate"
-            ? tr("This is the first connection to %1.").arg(place)
-            : tr("%1 shows another certificate than before. Either the server was set up anew, or something "
+            ? Tr("This is the first connection to %1.").arg(place)
+            : Tr("%1 shows another certificate than before. Either the server was set up anew, or something "
                  "else pretends to be it.")
                   .arg(place);
-    return first + "\r\n\r\n" + tr("The fingerprint of its certificate (SHA-256) is") + "\r\n\r\n" +
+    return first + "\r\n\r\n" + Tr("The fingerprint of its certificate (SHA-256) is") + "\r\n\r\n" +
            Pairs(fingerprint) + "\r\n\r\n" +
-           tr("The administrator of that server can tell whether that is right.") + "\r\n\r\n" +
-           tr("Do you trust this server, now and in future?");
+           Tr("The administrator of that server can tell whether that is right.") + "\r\n\r\n" +
+           Tr("Do you trust this server, now and in future?");
 }
 
 ConnectionResult ConnectionResult::Read(const RequestChannel& channel) {

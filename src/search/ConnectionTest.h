@@ -36,6 +36,10 @@ struct ConnectionResult {
 /// A test of a database's connection, which the server carries out while the program asks how far it is.
 class ConnectionTest {
 public:
+    static constexpr int PollPause = 150; ///< milliseconds between two questions how far it is
+    static constexpr size_t AtOnce = 4;   ///< databases that are called side by side when all are
+    static inline const QString UsualTerm = "history";
+
     ConnectionTest(RequestChannel& channel, const QString& code, const QString& searchCode = {},
                    const QString& term = {});
 

@@ -1,10 +1,9 @@
 #include "search/FieldWeightWords.h"
 
 #include "core/data/RequestChannel.h"
+#include "core/data/Tr.h"
 #include "framework/forms/ReadList.h"
 #include "search/IndexSentences.h"
-
-#include <QCoreApplication>
 
 #include <algorithm>
 
@@ -15,10 +14,6 @@ namespace weights = wire::weights;
 namespace {
 
 const QString AllFields = "*";
-
-QString tr(const char* text) {
-    return QCoreApplication::translate("FieldWeights", text);
-}
 
 } // namespace
 
@@ -66,10 +61,10 @@ int WeightOf(const GridRow& row) {
 
 QString InWords(const weights::Place& place) {
     if (place.field == AllFields && place.subfields.isEmpty())
-        return tr("all other fields");
+        return Tr("all other fields");
     const QString field = FieldInWords(place.field);
     return place.subfields.isEmpty() ? field
-                                     : tr("%1 of %2").arg(SubfieldsInWords(place.subfields, {}), field);
+                                     : Tr("%1 of %2").arg(SubfieldsInWords(place.subfields, {}), field);
 }
 
 bool Takes(const QList<weights::WordField>& fields, const weights::Place& place) {
@@ -89,8 +84,8 @@ QList<WeightShare> SharesOf(const QList<weights::WordField>& fields, const QList
         return !weights::Cover(places, field);
     });
     if (hasRest)
-        shares.append({.place = tr("fields without a weight"),
-                       .label = tr("without"),
+        shares.append({.place = Tr("fields without a weight"),
+                       .label = Tr("without"),
                        .weight = weights::UsualWeight,
                        .isRest = true});
     int sum = 0;
@@ -110,18 +105,18 @@ QString WeightsInWords(const QList<GridRow>& rows) {
 
 QStringList FindingsOf(const WeightedIndex& index) {
     if (index.weights.isEmpty())
-        return {tr("Nothing has a weight: words count the same wherever they stand.")};
+        return {Tr("Nothing has a weight: words count the same wherever they stand.")};
     QStringList findings;
     for (const GridRow& row : index.weights)
         if (!Takes(index.fields, PlaceOf(row)))
             findings.append(
-                tr("The weight of %1 has no effect: the index does not take it.").arg(InWords(PlaceOf(row))));
+                Tr("The weight of %1 has no effect: the index does not take it.").arg(InWords(PlaceOf(row))));
     const QList<WeightShare> shares = SharesOf(index.fields, index.weights);
     const bool areSame = std::all_of(shares.begin(), shares.end(), [&](const WeightShare& share) {
         return !share.isTaken || share.weight == shares.first().weight;
     });
     if (findings.isEmpty() && areSame)
-        findings.append(tr("All weights are the same: words count the same wherever they stand."));
+        findings.append(Tr("All weights are the same: words count the same wherever they stand."));
     return findings;
 }
 

@@ -1,9 +1,8 @@
 #include "search/HeadingFilterWords.h"
 
+#include "core/data/Tr.h"
 #include "search/IndexSentences.h"
 #include "wire/ItemText.h"
-
-#include <QCoreApplication>
 
 #include <algorithm>
 
@@ -17,15 +16,11 @@ namespace {
 constexpr QChar SubjectField = '6'; ///< begins the fields of subject headings: they name a vocabulary
 constexpr QChar AnyDigit = 'X';
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("HeadingFilter", text);
-}
-
 QString KindInWords(const QString& kind) {
     for (const headings::Kind& known : headings::Kinds())
         if (known.code == kind)
             return known.plural;
-    return tr("headings");
+    return Tr("headings");
 }
 
 QString NameOf(const QString& vocabulary) {
@@ -54,9 +49,9 @@ QString InWords(const headings::LeftOut& entry) {
     if (entry.vocabulary == headings::Any)
         return kind;
     if (entry.vocabulary != headings::NamedInSubfield)
-        return tr("%1 of %2 (second indicator %3)").arg(kind, NameOf(entry.vocabulary), entry.vocabulary);
-    return entry.source.isEmpty() ? tr("%1 of whatever vocabulary $2 names").arg(kind)
-                                  : tr("%1 of the vocabulary %2 ($2)").arg(kind, entry.source);
+        return Tr("%1 of %2 (second indicator %3)").arg(kind, NameOf(entry.vocabulary), entry.vocabulary);
+    return entry.source.isEmpty() ? Tr("%1 of whatever vocabulary $2 names").arg(kind)
+                                  : Tr("%1 of the vocabulary %2 ($2)").arg(kind, entry.source);
 }
 
 QString WhyWithoutEffect(const headings::LeftOut& entry, const QString& definition) {
@@ -65,18 +60,18 @@ QString WhyWithoutEffect(const headings::LeftOut& entry, const QString& definiti
     if (field.isEmpty())
         return {};
     if (!HoldsKind(field, entry.kind))
-        return tr("the index takes %1 only").arg(FieldInWords(field));
+        return Tr("the index takes %1 only").arg(FieldInWords(field));
     if (entry.vocabulary == headings::Any)
         return {};
     if (field.size() == 3 && field[0] != SubjectField)
-        return tr("only subject headings (fields 600 to 699) name a vocabulary, and the index takes %1")
+        return Tr("only subject headings (fields 600 to 699) name a vocabulary, and the index takes %1")
             .arg(FieldInWords(field));
     const QString included = items.Value(indexes::key::IncludeSecondIndicator);
     if (!included.isEmpty() && !included.contains(entry.vocabulary))
-        return tr("the index lets in the second indicator %1 only")
+        return Tr("the index lets in the second indicator %1 only")
             .arg(included.split(QString(), Qt::SkipEmptyParts).join(", "));
     if (items.Value(indexes::key::ExcludeSecondIndicator).contains(entry.vocabulary))
-        return tr("the index keeps out the second indicator %1 by itself").arg(entry.vocabulary);
+        return Tr("the index keeps out the second indicator %1 by itself").arg(entry.vocabulary);
     return {};
 }
 
@@ -85,7 +80,7 @@ QStringList LeftOutInWords(const QList<GridRow>& entries, const QString& definit
     for (const GridRow& row : entries) {
         const headings::LeftOut entry = LeftOutOf(row);
         const QString why = WhyWithoutEffect(entry, definition);
-        lines.append(why.isEmpty() ? InWords(entry) : tr("%1 (no effect: %2)").arg(InWords(entry), why));
+        lines.append(why.isEmpty() ? InWords(entry) : Tr("%1 (no effect: %2)").arg(InWords(entry), why));
     }
     return lines;
 }

@@ -52,7 +52,7 @@ FieldSpec Subfields(const QString& name, const QString& caption) {
     return {.name = name, .caption = caption, .maxLength = indexes::SubfieldsLength};
 }
 
-QString IndicatorProblem() {
+QString IndicatorsProblem() {
     return Form::tr("Indicators are digits and lower-case letters, each once; _ stands for a blank.");
 }
 
@@ -138,13 +138,13 @@ HeadingFields::HeadingFields(Form& form)
                   indexes::IsFieldPattern,
                   Form::tr("A field is three digits, such as 245; 24X and 6XX stand for several, * for all."))
     , txtInclude1(form, Indicator("txtInclude1", Form::tr("First indicator, include")),
-                  indexes::AreIndicators, IndicatorProblem())
+                  indexes::AreIndicators, IndicatorsProblem())
     , txtExclude1(form, Indicator("txtExclude1", Form::tr("First indicator, exclude")),
-                  indexes::AreIndicators, IndicatorProblem())
+                  indexes::AreIndicators, IndicatorsProblem())
     , txtInclude2(form, Indicator("txtInclude2", Form::tr("Second indicator, include")),
-                  indexes::AreIndicators, IndicatorProblem())
+                  indexes::AreIndicators, IndicatorsProblem())
     , txtExclude2(form, Indicator("txtExclude2", Form::tr("Second indicator, exclude")),
-                  indexes::AreIndicators, IndicatorProblem())
+                  indexes::AreIndicators, IndicatorsProblem())
     , txtIncludeSubfields(form, Subfields("txtIncludeSubfields", Form::tr("Include Subfields:")),
                           indexes::AreSubfields, SubfieldsProblem())
     , txtExcludeSubfields(form, Subfields("txtExcludeSubfields", Form::tr("Exclude Subfields:")),

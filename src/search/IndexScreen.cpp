@@ -12,7 +12,7 @@ using wire::indexes::Family;
 
 namespace {
 
-constexpr int MeaningLines = 5;
+constexpr int IndexMeaningLines = 5;
 
 } // namespace
 
@@ -89,7 +89,7 @@ IndexScreen::IndexScreen(Application& application, const IndexSpec& spec, QWidge
         ReloadOn({"KSrch", "MKSrch", "CSDef"}, [this] { LoadComponents(); });
     // A few lines where there is a list above, which has more to show.
     if (auto* meaning = findChild<QPlainTextEdit*>("txtMeaning"); !m_form.heading)
-        meaning->setMaximumHeight(MeaningLines * meaning->fontMetrics().lineSpacing());
+        meaning->setMaximumHeight(IndexMeaningLines * meaning->fontMetrics().lineSpacing());
     if (!isFixed)
         return;
     SetRights(false, application.profile.MayEdit(Area::System), false);

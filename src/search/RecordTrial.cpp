@@ -1,13 +1,12 @@
 #include "search/RecordTrial.h"
 
+#include "core/data/Tr.h"
 #include "marc/Record.h"
 #include "search/HeadingFilterWords.h"
 #include "search/RecordValues.h"
 #include "wire/BibLinks.h"
 #include "wire/ItemText.h"
 #include "wire/SearchIndexes.h"
-
-#include <QCoreApplication>
 
 #include <algorithm>
 
@@ -20,10 +19,6 @@ namespace links = wire::links;
 namespace {
 
 enum LinkCell { Caption, Direction, FieldTag, Indicator1, Indicator2, Subfield, IndexCode, Staff, Public };
-
-QString tr(const char* text) {
-    return QCoreApplication::translate("RecordTrial", text);
-}
 
 /// A blank indicator is written as a line in definitions.
 QString Mark(QChar indicator) {
@@ -106,7 +101,7 @@ QList<GridRow> HeadingsIn(const marc::Record& record, const QString& definition,
         rows.append(
             {QString::number(rows.size()),
              {ShownField(field), heading,
-              entry == leftOut.end() ? tr("Shown") : tr("Left out: %1").arg(InWords(LeftOutOf(*entry)))},
+              entry == leftOut.end() ? Tr("Shown") : Tr("Left out: %1").arg(InWords(LeftOutOf(*entry)))},
              {}});
     }
     return rows;

@@ -1,5 +1,6 @@
 #include "core/Application.h"
 #include "core/MainWindow.h"
+#include "core/data/Tr.h"
 #include "framework/WaitDialog.h"
 #include "framework/forms/ReadList.h"
 #include "search/ConnectionTest.h"
@@ -8,8 +9,6 @@
 #include "wire/SearchDatabases.h"
 #include "wire/Status.h"
 
-#include <QCoreApplication>
-
 #include <map>
 
 namespace sysadmin {
@@ -17,12 +16,6 @@ namespace sysadmin {
 namespace status = wire::status;
 
 namespace {
-
-constexpr size_t AtOnce = 4; // databases that are called
-
-QString Tr(const char* text) {
-    return QCoreApplication::translate("SearchChecks", text);
-}
 
 qint16 CheckWeights(Application& application, QList<HealthFinding>& found) {
     QHash<QString, WeightedIndex> indexes;
@@ -54,7 +47,7 @@ public:
 
     /// Goes on; true when all have answered or a request failed.
     bool Poll() {
-        while (m_running.size() < AtOnce && !m_waiting.isEmpty()) {
+        while (m_running.size() < ConnectionTest::AtOnce && !m_waiting.isEmpty()) {
             const QString code = m_waiting.takeFirst();
             m_running.try_emplace(code, m_channel, code);
         }

@@ -1,6 +1,7 @@
 #include "search/SearchScreens.h"
 
 #include "core/ScreenCatalogue.h"
+#include "core/data/Tr.h"
 #include "framework/PlainScreens.h"
 #include "search/IndexScreen.h"
 #include "search/frmSearch_BibDisplay.h"
@@ -11,20 +12,14 @@
 #include "search/frmSearch_HookToHolding.h"
 #include "search/frmSearch_SimultaneousSearch.h"
 
-#include <QCoreApplication>
-
 namespace sysadmin {
 
 namespace {
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("Search", text);
-}
-
 /// The words that title lists show for the kinds of bibliographic records.
 PlainTable MaterialTypes() {
-    return {{"Search_MaterialType", 50611, tr("Title List Material Type Display"), Area::System},
-            {.subject = tr("Material Type"),
+    return {{"Search_MaterialType", 50611, Tr("Title List Material Type Display"), Area::System},
+            {.subject = Tr("Material Type"),
              .word = "BF",
              .plural = "Search Material Type",
              .recordTag = "Cd",
@@ -33,17 +28,17 @@ PlainTable MaterialTypes() {
              .putOrder = {"Cd", "Nm"}},
             {Declare<TextField>({.name = "txtCode",
                                  .tag = "Cd",
-                                 .caption = tr("Material Type Code:"),
+                                 .caption = Tr("Material Type Code:"),
                                  .maxLength = MaterialCodeLength,
                                  .required = true,
-                                 .column = {tr("Codes"), 120},
+                                 .column = {Tr("Codes"), 120},
                                  .changedTag = "NCd"}),
              Declare<TextField>({.name = "txtName",
                                  .tag = "Nm",
-                                 .caption = tr("Material Type Name:"),
+                                 .caption = Tr("Material Type Name:"),
                                  .maxLength = TextLength,
                                  .required = true,
-                                 .column = {tr("Names")},
+                                 .column = {Tr("Names")},
                                  .changedTag = "NNm"})}};
 }
 

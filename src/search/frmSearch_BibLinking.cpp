@@ -41,12 +41,12 @@ QString DirectionInWords(const QString& direction) {
     return direction == links::direction::Later ? Form::tr("a later title") : Form::tr("a related title");
 }
 
-QString IndicatorProblem() {
+QString LinkIndicatorProblem() {
     return Form::tr("An indicator is a digit or a lower-case letter, _ for a blank, or * for any.");
 }
 
 /// A record with links; what it names is invented.
-const QString SampleRecord = R"(001    300417
+const QString RecordWithLinks = R"(001    300417
 022    $a 0000-0019
 245 00 $a Tides and harbours.
 773 0  $t Annals of the coast $w 035-1177 $x 0000-0027
@@ -102,9 +102,9 @@ BibLinkForm::BibLinkForm()
                 .toolTip = tr("Three digits; X at the end stands for any digit")},
                links::IsField, tr("A field is three digits, such as 780; 78X stands for 780 to 789."))
     , txtIndicator1(*this, Indicator("txtIndicator1", "I1", tr("First Indicator:")), wire::IsMarcMark,
-                    IndicatorProblem())
+                    LinkIndicatorProblem())
     , txtIndicator2(*this, Indicator("txtIndicator2", "I2", tr("Second Indicator:")), wire::IsMarcMark,
-                    IndicatorProblem())
+                    LinkIndicatorProblem())
     , txtSubfield(*this,
                   {.name = "txtSubfield",
                    .tag = "SF",
@@ -255,7 +255,7 @@ void frmSearch_BibLinking::Try() {
     frmSearch_TryRecord dialog(App().prompter,
                                {.title = tr("Try Bibliographic Links"),
                                 .helpContext = 50643,
-                                .sample = SampleRecord,
+                                .sample = RecordWithLinks,
                                 .listName = tr("Links"),
                                 .nothing = tr("The record has no links."),
                                 .foundWord = tr("Texts looked for: %1"),

@@ -13,7 +13,7 @@ namespace bib1 = wire::bib1;
 
 namespace {
 
-constexpr int CodeColumn = 0;
+constexpr int SearchCodeColumn = 0;
 
 /// The column of an attribute type in the grid, and the type.
 const QList<std::pair<int, bib1::Type>> TypeColumns{
@@ -105,7 +105,7 @@ QList<GridColumn> AttributeColumns() {
 
 RowsSpec AttributeRows() {
     RowsSpec spec{.marker = "ASC",
-                  .keyColumn = CodeColumn,
+                  .keyColumn = SearchCodeColumn,
                   .puts = {PutRank("AS")},
                   .add = {"cmdAdd", Form::tr("Add...")},
                   .modify = {"cmdModify", Form::tr("Modify...")},

@@ -15,7 +15,7 @@ namespace sysadmin {
 
 namespace {
 
-constexpr int TypeColumn = 2;
+constexpr int DatabaseTypeColumn = 2;
 constexpr int CachePage = 4;
 const QString RefreshCaption = "Refresh Cluster Cache";
 
@@ -75,13 +75,13 @@ frmSearch_DatabaseDefinition::frmSearch_DatabaseDefinition(Application& applicat
 
 GridRow frmSearch_DatabaseDefinition::ReadRow(const Table& table) {
     GridRow row = MaintenanceScreen::ReadRow(table);
-    row.cells[TypeColumn] = DatabaseTypeText(row.cells[TypeColumn]);
+    row.cells[DatabaseTypeColumn] = DatabaseTypeText(row.cells[DatabaseTypeColumn]);
     return row;
 }
 
 GridRow frmSearch_DatabaseDefinition::RowFromForm(const Table& table, const QString& key) const {
     GridRow row = MaintenanceScreen::RowFromForm(table, key);
-    row.cells[TypeColumn] = DatabaseTypeText(m_form.cboType.Draft());
+    row.cells[DatabaseTypeColumn] = DatabaseTypeText(m_form.cboType.Draft());
     return row;
 }
 

@@ -17,12 +17,7 @@
 
 namespace sysadmin {
 
-namespace {
-
-constexpr int PollPause = 150; // milliseconds
-const QString UsualTerm = "history";
-
-} // namespace
+namespace {} // namespace
 
 frmSearch_DatabaseTest::frmSearch_DatabaseTest(Application& application, const QString& code,
                                                const QString& name, const QList<PickItem>& searchCodes,
@@ -44,7 +39,7 @@ frmSearch_DatabaseTest::frmSearch_DatabaseTest(Application& application, const Q
         m_cboSearchCode->setObjectName("cboSearchCode");
         for (const PickItem& searchCode : searchCodes)
             m_cboSearchCode->addItem(searchCode.text, searchCode.id);
-        m_txtTerm = new QLineEdit(UsualTerm, this);
+        m_txtTerm = new QLineEdit(ConnectionTest::UsualTerm, this);
         m_txtTerm->setObjectName("txtTerm");
         m_txtTerm->setMaxLength(wire::databases::NameLength);
         entry->addRow(tr("Search Code:"), m_cboSearchCode);
@@ -126,7 +121,7 @@ void frmSearch_DatabaseTest::Poll() {
         return;
     const std::optional<ConnectionResult> result = m_test->Poll();
     if (m_test->IsRunning()) {
-        m_timer.start(PollPause);
+        m_timer.start(ConnectionTest::PollPause);
         return;
     }
     const qint16 status = m_test->Status();

@@ -15,10 +15,6 @@ namespace sysadmin {
 
 namespace {
 
-constexpr int PollPause = 150; // milliseconds
-constexpr size_t AtOnce = 4;
-const QString UsualTerm = "history";
-
 enum Column { CodeColumn, NameColumn, TypeColumn, StateColumn, HitsColumn, TimeColumn };
 
 } // namespace
@@ -32,7 +28,7 @@ frmSearch_DatabaseTestAll::frmSearch_DatabaseTestAll(Application& application,
     setProperty(HelpContextProperty, 50614);
     auto* whole = new QVBoxLayout(this);
     auto* entry = new QFormLayout;
-    m_txtTerm = new QLineEdit(UsualTerm, this);
+    m_txtTerm = new QLineEdit(ConnectionTest::UsualTerm, this);
     m_txtTerm->setObjectName("txtTerm");
     m_txtTerm->setMaxLength(wire::databases::NameLength);
     entry->addRow(tr("Search For:"), m_txtTerm);
@@ -109,7 +105,7 @@ void frmSearch_DatabaseTestAll::Begin() {
 }
 
 void frmSearch_DatabaseTestAll::Poll() {
-    while (m_running.size() < AtOnce && !m_waiting.isEmpty()) {
+    while (m_running.size() < ConnectionTest::AtOnce && !m_waiting.isEmpty()) {
         const QString code = m_waiting.takeFirst();
         // Without a search code the server takes the first one of the target.
         m_running.try_emplace(code, m_application.channel, code, "*", m_txtTerm->text().trimmed());
@@ -134,7 +130,7 @@ void frmSearch_DatabaseTestAll::Poll() {
         test = m_running.erase(test);
     }
     if (!m_running.empty() || !m_waiting.isEmpty())
-        m_timer.start(PollPause);
+        m_timer.start(ConnectionTest::PollPause);
     Refresh();
 }
 

@@ -24,10 +24,10 @@ namespace weights = wire::weights;
 
 namespace {
 
-constexpr int MeaningLines = 4;
-const QString NameColumn = "Name";
+constexpr int WeightMeaningLines = 4;
+const QString NamesTag = "Name";
 
-QList<GridColumn> Columns() {
+QList<GridColumn> WeightColumns() {
     return {{.caption = Form::tr("Field"), .width = 90, .tag = "WF"},
             {.caption = Form::tr("Subfields"), .width = 160, .tag = "WS"},
             {.caption = Form::tr("Weight"), .width = 90, .tag = "W"}};
@@ -73,7 +73,7 @@ RowsSpec WeightRows() {
             .remove = {"cmdRemove", Form::tr("Remove")},
             .ask = AskInForm(
                 {.name = "frmSearch_FieldWeight", .title = Form::tr("Field Weight"), .helpContext = 50652},
-                Columns(), std::make_shared<WeightForm>()),
+                WeightColumns(), std::make_shared<WeightForm>()),
             .several = true};
 }
 
@@ -95,7 +95,7 @@ QString SortedMarks(QString marks) {
 
 FieldWeightForm::FieldWeightForm()
     : vsfWeights(*this, {.name = "vsfWeights", .tag = "WF", .caption = tr("Weights:"), .required = true},
-                 Columns(), WeightRows()) {
+                 WeightColumns(), WeightRows()) {
     vsfWeights.Behaviour().check = [this](const GridRow& row, const GridRow* former) {
         return Refusal(row, former);
     };
@@ -186,7 +186,7 @@ frmSearch_FieldWeighting::frmSearch_FieldWeighting(Application& application, QWi
               .plural = "Search Field Weighting",
               .listAfterChange = true, // the list shows the index's name
               .columns = {{.caption = tr("Codes"), .width = 110, .tag = "Cd"},
-                          {.caption = tr("Names"), .tag = NameColumn}},
+                          {.caption = tr("Names"), .tag = NamesTag}},
               .recordTag = "Cd",
               .saveWords = {{wire::status::DuplicateCode,
                              {tr("This index has weights already.  Please edit those."),
@@ -197,7 +197,7 @@ frmSearch_FieldWeighting::frmSearch_FieldWeighting(Application& application, QWi
     AddListButton(cmdCheck);
     Finish();
     if (auto* meaning = findChild<QPlainTextEdit*>("txtMeaning"))
-        meaning->setMaximumHeight((MeaningLines + 1) * meaning->fontMetrics().lineSpacing());
+        meaning->setMaximumHeight((WeightMeaningLines + 1) * meaning->fontMetrics().lineSpacing());
     connect(cmdCheck, &QPushButton::clicked, this, &frmSearch_FieldWeighting::CheckWeights);
     connect(&m_form, &Form::Changed, this, &frmSearch_FieldWeighting::ShowShares);
     ReloadOn({"KSrch", "MKSrch"}, [this] {

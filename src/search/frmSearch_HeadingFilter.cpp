@@ -22,7 +22,7 @@ namespace headings = wire::headings;
 namespace {
 
 /// A record with headings of many kinds; what it names is invented.
-const QString SampleRecord = R"(100 1  $a Aldana, Ruth, $e author.
+const QString RecordWithHeadings = R"(100 1  $a Aldana, Ruth, $e author.
 130  0 $a Tide tables.
 245 14 $a The tide tables of the northern harbours.
 650  0 $a Tides $x History.
@@ -55,7 +55,7 @@ QList<PickItem> Vocabularies() {
     return items;
 }
 
-QList<GridColumn> Columns() {
+QList<GridColumn> LeftOutColumns() {
     return {{.caption = Form::tr("Kind of Heading"), .width = 170, .tag = "HK", .items = Kinds()},
             {.caption = Form::tr("Vocabulary"), .tag = "HV", .items = Vocabularies()},
             {.caption = Form::tr("Source ($2)"), .width = 90, .tag = "HS"}};
@@ -104,7 +104,7 @@ RowsSpec LeftOutRows() {
             .ask = AskInForm({.name = "frmSearch_HeadingLeftOut",
                               .title = Form::tr("Headings Left Out"),
                               .helpContext = 50632},
-                             Columns(), std::make_shared<LeftOutForm>()),
+                             LeftOutColumns(), std::make_shared<LeftOutForm>()),
             .several = true};
 }
 
@@ -112,7 +112,7 @@ RowsSpec LeftOutRows() {
 
 HeadingFilterForm::HeadingFilterForm()
     : vsfLeftOut(*this, {.name = "vsfLeftOut", .tag = "HK", .caption = tr("Left Out:"), .required = true},
-                 Columns(), LeftOutRows()) {
+                 LeftOutColumns(), LeftOutRows()) {
     vsfLeftOut.Behaviour().check = [this](const GridRow& row, const GridRow* former) {
         return Refusal(row, former);
     };
@@ -206,7 +206,7 @@ void frmSearch_HeadingFilter::Try() {
         App().prompter,
         {.title = tr("Try %1").arg(form.cboIndex.DisplayText()),
          .helpContext = 50633,
-         .sample = SampleRecord,
+         .sample = RecordWithHeadings,
          .listName = tr("Headings"),
          .nothing = tr("The index takes no heading from the record."),
          .foundWord = tr("Headings taken from the record: %1"),

@@ -21,9 +21,8 @@ namespace sysadmin {
 
 namespace {
 
-constexpr QChar DifferenceMark = u'\u2260';
 constexpr int MarkWidth = 36;
-constexpr int OtherColumn = 4;
+constexpr int OtherRecordColumn = 4;
 
 using Values = QHash<QPair<QString, QString>, QString>; // by section and id
 
@@ -95,7 +94,7 @@ CompareDialog::CompareDialog(const QString& caption, const PickItem& left, const
 }
 
 void CompareDialog::ReadOther() {
-    m_grid->Model().SetCaption(OtherColumn, m_other->currentText());
+    m_grid->Model().SetCaption(OtherRecordColumn, m_other->currentText());
     setWindowTitle(tr("Compare \"%1\" with \"%2\"").arg(m_leftItem.text, m_other->currentText()));
     m_right = m_describe(m_other->currentData().toString());
     ShowComparison();

@@ -13,6 +13,8 @@ class QLabel;
 
 namespace sysadmin {
 
+inline constexpr QChar DifferenceMark = u'\u2260'; ///< begins rows whose two sides differ
+
 class Application;
 class ListGrid;
 

@@ -1,6 +1,7 @@
 #include "security/CopyPreview.h"
 
 #include "core/Application.h"
+#include "core/data/Tr.h"
 #include "framework/Captions.h"
 #include "framework/ListGrid.h"
 #include "security/ConfigurationWords.h"
@@ -16,10 +17,6 @@ namespace sysadmin {
 namespace {
 
 constexpr int HelpTopic = 50904;
-
-QString Tr(const char* text) {
-    return QCoreApplication::translate("CopyPreview", text);
-}
 
 QString WordOf(QChar kind) {
     return kind == u'A' ? Tr("Add") : kind == u'C' ? Tr("Change") : Tr("Remove");

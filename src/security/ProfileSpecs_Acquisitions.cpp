@@ -1,16 +1,8 @@
 #include "security/ProfileSpec.h"
 
-#include <QCoreApplication>
+#include "core/data/Tr.h"
 
 namespace sysadmin {
-
-namespace {
-
-QString Tr(const char* text) {
-    return QCoreApplication::translate("ProfileSpec", text);
-}
-
-} // namespace
 
 ProfileSpec AcqSerialsProfileSpec() {
     return {.formName = "frmSecurity_AcqSerProfiles",

@@ -2,12 +2,11 @@
 
 #include "core/Navigation.h"
 #include "core/data/RequestChannel.h"
+#include "core/data/Tr.h"
 #include "framework/forms/ReadList.h"
 #include "security/ProfileForm.h"
 #include "security/RightSentences.h"
 #include "wire/Status.h"
-
-#include <QCoreApplication>
 
 #include <algorithm>
 
@@ -18,10 +17,6 @@ namespace status = wire::status;
 namespace {
 
 constexpr int MostPlaces = 2; // that are named
-
-QString Tr(const char* text) {
-    return QCoreApplication::translate("RightsHeld", text);
-}
 
 struct Module {
     ProfileSpec (*spec)();

@@ -5,6 +5,7 @@
 #include "framework/ListGrid.h"
 #include "framework/RowCount.h"
 #include "framework/Utility.h"
+#include "security/CompareDialog.h"
 #include "wire/Status.h"
 
 #include <QCheckBox>
@@ -24,10 +25,9 @@ namespace sysadmin {
 
 namespace {
 
-constexpr QChar DifferenceMark = u'\u2260';
 constexpr int MarkColumn = 0;
 constexpr int HeldColumn = 3;
-constexpr int OtherColumn = 4;
+constexpr int OtherOperatorColumn = 4;
 constexpr int RightsWidth = 520;
 constexpr int HoldersWidth = 420;
 
@@ -283,9 +283,9 @@ void frmSecurity_WhoMay::ShowOperator() {
     }
     chkOnlyDifferences->setEnabled(compares);
     vsfHeld->setColumnHidden(MarkColumn, !compares);
-    vsfHeld->setColumnHidden(OtherColumn, !compares);
+    vsfHeld->setColumnHidden(OtherOperatorColumn, !compares);
     vsfHeld->Model().SetCaption(HeldColumn, compares ? cboOperator->currentText() : tr("Through"));
-    vsfHeld->Model().SetCaption(OtherColumn, cboOther->currentText());
+    vsfHeld->Model().SetCaption(OtherOperatorColumn, cboOther->currentText());
     vsfHeld->ReplaceRows(rows);
     if (!vsfHeld->SelectedRow() && !rows.isEmpty())
         vsfHeld->SelectKey(vsfHeld->Model().ShownKeys().value(0));

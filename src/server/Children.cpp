@@ -10,11 +10,6 @@ namespace sysadmin::server {
 
 namespace {
 
-const QString Added = "1";
-const QString Changed = "2";
-const QString Removed = "3";
-const QString Unchanged = "4";
-
 QString MarkerOf(const Children& children) {
     return children.marker.isEmpty() ? children.fields.first().tag : children.marker;
 }
@@ -84,10 +79,11 @@ qint16 ApplyWhole(Context& context, const Children& children, qint64 owner, cons
     QList<Row> wanted;
     for (const SentRow& one : sent) {
         const QString state = one.State(children);
-        if (!children.state.isEmpty() && state != Added && state != Changed && state != Removed)
+        if (!children.state.isEmpty() && state != rowstate::Added && state != rowstate::Changed &&
+            state != rowstate::Removed)
             return status::ColumnError;
         Row row;
-        if (state == Removed)
+        if (state == rowstate::Removed)
             continue;
         if (const qint16 refused = ReadFields(context, children.fields, one.fields, true, row))
             return refused;
@@ -104,7 +100,7 @@ qint16 ApplyOne(Context& context, const Children& children, qint64 owner, const 
     const QString state = sent.State(children);
     Row row;
     *id = 0;
-    if (state == Added) {
+    if (state == rowstate::Added) {
         if (const qint16 refused = ReadFields(context, children.fields, sent.fields, true, row))
             return refused;
         if (children.most > 0 &&
@@ -114,19 +110,19 @@ qint16 ApplyOne(Context& context, const Children& children, qint64 owner, const 
         *id = context.records.Insert(children.table, row);
         return status::Ok;
     }
-    if (state != Changed && state != Removed && state != Unchanged)
+    if (state != rowstate::Changed && state != rowstate::Removed && state != rowstate::Unchanged)
         return status::ColumnError;
     bool isNumber = false;
     const qint64 there = wire::FirstValue(sent.fields, children.idTag).toLongLong(&isNumber);
     const auto before = isNumber ? context.records.Find(children.table, there) : std::nullopt;
     if (!before || before->value(children.owner).toLongLong() != owner)
         return status::NotFound;
-    if (state == Removed) {
+    if (state == rowstate::Removed) {
         context.records.Remove(children.table, there);
         return status::Ok;
     }
     *id = there;
-    if (state == Unchanged)
+    if (state == rowstate::Unchanged)
         return status::Ok;
     row = *before;
     if (const qint16 refused = ReadFields(context, children.fields, sent.fields, false, row))

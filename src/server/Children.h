@@ -6,6 +6,15 @@
 
 namespace sysadmin::server {
 
+/// What becomes of a row that a request carries: "3" it is removed, "4" left as it is, "1" and "2" it is to
+/// hold what the request says.
+namespace rowstate {
+inline const QString Added = "1";
+inline const QString Changed = "2";
+inline const QString Removed = "3";
+inline const QString Unchanged = "4";
+} // namespace rowstate
+
 class ReplyFields;
 struct Context;
 

@@ -6,7 +6,7 @@ namespace sysadmin::server {
 
 namespace {
 
-constexpr std::chrono::seconds Pause{10};
+constexpr std::chrono::seconds SameErrorPause{10};
 constexpr qsizetype MostKnown = 200; // failures carry what clients sent: their number has no end
 
 } // namespace
@@ -21,7 +21,7 @@ void ErrorLog::Write(const QString& failure) {
         const std::lock_guard lock(m_mutex);
         const Clock::time_point now = m_now();
         const auto known = m_known.find(failure);
-        if (known != m_known.end() && now - known->written < Pause) {
+        if (known != m_known.end() && now - known->written < SameErrorPause) {
             ++known->more;
             return;
         }

@@ -13,14 +13,14 @@ using namespace std::chrono_literals;
 
 constexpr int RecordsAtOnce = 500;
 constexpr int RequestsAtOnce = 100;
-constexpr auto Pause = 20ms; ///< for others, between two pieces
-const QString Removed = "history_removed";
+constexpr auto PieceSpacing = 20ms; ///< for others, between two pieces
+const QString RemovedSetting = "history_removed";
 const QString From = "history_from";
 
 } // namespace
 
 std::optional<HistoryBegin> ReadHistoryBegin(Database& database) {
-    const qint64 removed = ReadSetting(database, Removed).toLongLong();
+    const qint64 removed = ReadSetting(database, RemovedSetting).toLongLong();
     return removed > 0 ? std::optional(HistoryBegin{removed, ReadSetting(database, From)}) : std::nullopt;
 }
 
@@ -49,7 +49,7 @@ bool RemoveSomeHistory(Database& database, const QDateTime& before) {
         isMore = left <= 0 || requests.size() == RequestsAtOnce;
         if (removed == 0)
             return;
-        WriteSetting(database, Removed, QString::number(removed));
+        WriteSetting(database, RemovedSetting, QString::number(removed));
         WriteSetting(database, From, from);
     });
     return isMore;
@@ -82,7 +82,7 @@ void HistoryKeeper::Run(int days) {
             const auto database = m_library->Connect();
             const QDateTime before = m_library->Now().addDays(-days);
             while (RemoveSomeHistory(*database, before))
-                if (!WaitFor(Pause))
+                if (!WaitFor(PieceSpacing))
                     return;
         } catch (const std::exception& error) {
             m_library->Errors().Write(QString("Older entries of the history: ") + error.what());

@@ -46,8 +46,8 @@ const char HelpText[] = R"(sysadmin-server keeps a library's settings and serves
   --version               show the version
 )";
 
-constexpr int MostOfName = 100;
-constexpr int MostDays = 36'500;
+constexpr int MostOfLibraryName = 100;
+constexpr int MostHistoryDays = 36'500;
 const QStringList ColourNames{"red", "orange", "yellow", "green", "blue", "purple", "grey", "none"};
 
 bool IsColour(const QString& text) {
@@ -209,8 +209,9 @@ std::variant<ServerOptions, PrintAndExit> ReadOptions(const QStringList& argumen
             options.keyFile = value;
         else if (name == "--history-keep") {
             options.historyKeep = value.toInt();
-            if (options.historyKeep < 1 || options.historyKeep > MostDays)
-                return Bad(QString("--history-keep needs a number of days from 1 to %1.").arg(MostDays));
+            if (options.historyKeep < 1 || options.historyKeep > MostHistoryDays)
+                return Bad(
+                    QString("--history-keep needs a number of days from 1 to %1.").arg(MostHistoryDays));
         } else if (name == "--sessions") {
             options.sessions = value.toInt();
             if (options.sessions < 1 || options.sessions > 100'000)
@@ -221,8 +222,8 @@ std::variant<ServerOptions, PrintAndExit> ReadOptions(const QStringList& argumen
                 return Bad("--database-connections needs a number from 4 to 200.");
         } else if (name == "--name") {
             options.name = value.trimmed();
-            if (options.name.isEmpty() || options.name.size() > MostOfName)
-                return Bad(QString("--name needs 1 to %1 characters.").arg(MostOfName));
+            if (options.name.isEmpty() || options.name.size() > MostOfLibraryName)
+                return Bad(QString("--name needs 1 to %1 characters.").arg(MostOfLibraryName));
         } else if (name == "--colour") {
             options.colour = value.toLower();
             if (!IsColour(options.colour))

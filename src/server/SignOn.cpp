@@ -14,10 +14,6 @@ namespace sysadmin::server {
 
 namespace {
 
-QString Text(const Row& row, const char* column) {
-    return row.value(column).toString();
-}
-
 bool Verify(const Library& library, const QString& hash, const std::optional<Secret>& password) {
     library.HashingSlots().acquire();
     const QSemaphoreReleaser releaser(library.HashingSlots());
@@ -34,9 +30,9 @@ struct Expiry {
 
 Expiry ExpiryOf(const Row& row, const SecurityRules& rules, const QDateTime& now) {
     Expiry expiry;
-    expiry.mustChange = Text(row, "expired") == "Y";
-    const QDateTime changed = TimeFromStore(Text(row, "password_changed_at"));
-    if (expiry.mustChange || Text(row, "never_expires") == "Y" || rules.mostAgeDays <= 0 ||
+    expiry.mustChange = TextOf(row, "expired") == "Y";
+    const QDateTime changed = TimeFromStore(TextOf(row, "password_changed_at"));
+    if (expiry.mustChange || TextOf(row, "never_expires") == "Y" || rules.mostAgeDays <= 0 ||
         !changed.isValid())
         return expiry;
     const qint64 left = now.daysTo(changed.addDays(rules.mostAgeDays));
@@ -48,11 +44,11 @@ Expiry ExpiryOf(const Row& row, const SecurityRules& rules, const QDateTime& now
 }
 
 bool IsDisabled(const Row& row, const SecurityRules& rules, const QDateTime& now) {
-    const QDateTime reset = TimeFromStore(Text(row, "reset_at"));
+    const QDateTime reset = TimeFromStore(TextOf(row, "reset_at"));
     if (rules.firstUseDays > 0 && reset.isValid() && reset.addDays(rules.firstUseDays) < now)
         return true;
     // Somebody whose password has expired and who may not change it has no way in.
-    return Text(row, "restrict_change") == "Y" && ExpiryOf(row, rules, now).mustChange;
+    return TextOf(row, "restrict_change") == "Y" && ExpiryOf(row, rules, now).mustChange;
 }
 
 /// How long a lock that has no end of its own keeps the last one out who could end it.
@@ -70,7 +66,7 @@ bool MustBeLetIn(Database& database, const Row& row, const SecurityRules& rules,
         return true;
     if (SecurityHolderCanSignOn(database, rules, now, id))
         return false;
-    const QDateTime locked = TimeFromStore(Text(row, "locked_at"));
+    const QDateTime locked = TimeFromStore(TextOf(row, "locked_at"));
     return !locked.isValid() ||
            locked.addSecs(rules.lockedFor > 0 ? rules.lockedFor : LastHolderLockedFor) <= now;
 }
@@ -80,12 +76,12 @@ void LogAttempt(Database& database, const QString& typedId, const std::optional<
                 const QString& peer, const QDateTime& now) {
     constexpr int LongestKept = 64;
     const QString name =
-        row ? QString(Text(*row, "first_name") + ' ' + Text(*row, "last_name")).trimmed() : "";
+        row ? QString(TextOf(*row, "first_name") + ' ' + TextOf(*row, "last_name")).trimmed() : "";
     const qint64 id = database.RunInsert(
         "INSERT INTO invalid_sign_ons (typed_id, operator_name, at, failed_count, locked_at, peer) "
         "VALUES (?, ?, ?, ?, ?, ?)",
         {StorablePart(typedId.left(LongestKept)), name, StoredTime(now),
-         row ? row->value("failed_count").toLongLong() : 0, row ? Text(*row, "locked_at") : "", peer});
+         row ? row->value("failed_count").toLongLong() : 0, row ? TextOf(*row, "locked_at") : "", peer});
     // Whoever floods the log does not fill the disk with it.
     constexpr qint64 MostKept = 10000;
     database.Run("DELETE FROM invalid_sign_ons WHERE id<=?", {id - MostKept});
@@ -94,7 +90,7 @@ void LogAttempt(Database& database, const QString& typedId, const std::optional<
 } // namespace
 
 bool IsLocked(const Row& row, const SecurityRules& rules, const QDateTime& now) {
-    const QDateTime locked = TimeFromStore(Text(row, "locked_at"));
+    const QDateTime locked = TimeFromStore(TextOf(row, "locked_at"));
     return locked.isValid() && (rules.lockedFor == 0 || locked.addSecs(rules.lockedFor) > now);
 }
 
@@ -104,7 +100,7 @@ bool IsExpired(const Row& row, const SecurityRules& rules, const QDateTime& now)
 
 bool CanSignOn(const Row& row, const SecurityRules& rules, const QDateTime& now) {
     const bool lockedForGood = rules.lockedFor == 0 && IsLocked(row, rules, now);
-    return !lockedForGood && !IsDisabled(row, rules, now) && !Text(row, "password_hash").isEmpty();
+    return !lockedForGood && !IsDisabled(row, rules, now) && !TextOf(row, "password_hash").isEmpty();
 }
 
 void CountWrongPassword(Database& database, qint64 operatorRow, const SecurityRules& rules,
@@ -155,15 +151,16 @@ SignOnResult SignOn(Database& database, const Library& library, const wire::Fiel
 
     // The slow part runs outside the transaction: it would hold up everybody else.
     const auto looked = find();
-    const QString hash = looked && !Text(*looked, "password_hash").isEmpty() ? Text(*looked, "password_hash")
-                                                                             : library.DummyHash();
+    const QString hash = looked && !TextOf(*looked, "password_hash").isEmpty()
+                             ? TextOf(*looked, "password_hash")
+                             : library.DummyHash();
     const bool right = Verify(library, hash, password) && looked;
 
     RunInTransaction(database, [&] {
         result = {};
         const SecurityRules rules = ReadSecurityRules(database);
         const auto row = find();
-        const bool unchanged = row && Text(*row, "password_hash") == hash;
+        const bool unchanged = row && TextOf(*row, "password_hash") == hash;
         const auto isShutOut = [&] {
             const bool isPublished = library.ServesOthers() && !IsLocalPeer(peer) && IsPublished(*password);
             return isPublished || ((IsLocked(*row, rules, now) || IsDisabled(*row, rules, now)) &&
@@ -180,7 +177,7 @@ SignOnResult SignOn(Database& database, const Library& library, const wire::Fiel
             return;
         }
         Expiry expiry = ExpiryOf(*row, rules, now);
-        if (Text(*row, "restrict_change") == "Y")
+        if (TextOf(*row, "restrict_change") == "Y")
             expiry.mustChange = false; // is in nevertheless, and may not
         const QString token = RandomToken();
         result.operatorRow = row->value("id").toLongLong();
@@ -191,8 +188,8 @@ SignOnResult SignOn(Database& database, const Library& library, const wire::Fiel
             {StoredTime(now), result.operatorRow});
         ReplyFields& reply = result.answer.fields;
         Put(reply, "SID", token);
-        Put(reply, "OI", Text(*row, "operator_id"));
-        Put(reply, "ONM", QString(Text(*row, "first_name") + ' ' + Text(*row, "last_name")).trimmed());
+        Put(reply, "OI", TextOf(*row, "operator_id"));
+        Put(reply, "ONM", QString(TextOf(*row, "first_name") + ' ' + TextOf(*row, "last_name")).trimmed());
         Put(reply, "CHG", expiry.mustChange ? "Y" : "N");
         if (expiry.mustChange)
             Put(reply, "PDT", rules.rulesText); // until it is changed no request could ask for it
@@ -233,12 +230,12 @@ qint16 ChangeOwnPassword(Database& database, const Library& library, const Reque
         Records records(database, library.GetRegistry().GetTables(),
                         Author{requester.id, requester.peer, "ChgOwnPwd", StoredTime(library.Now())});
         const auto row = records.Find("operators", requester.row);
-        if (!row || !right || Text(*row, "password_hash") != hash) {
+        if (!row || !right || TextOf(*row, "password_hash") != hash) {
             CountWrongPassword(database, requester.row, rules, library.Now());
             refused = status::InvalidSignOn;
             return;
         }
-        refused = Text(*row, "restrict_change") == "Y" ? status::NotAuthorised
+        refused = TextOf(*row, "restrict_change") == "Y" ? status::NotAuthorised
                   : password ? CheckNewPassword(records, library, requester.row, *password, rules)
                              : status::ColumnError;
         if (refused != status::Ok)

@@ -1,6 +1,7 @@
 #include "system/SystemScreens.h"
 
 #include "core/ScreenCatalogue.h"
+#include "core/data/Tr.h"
 #include "framework/PlainScreens.h"
 #include "system/frmSystem_AccessControlGroups.h"
 #include "system/frmSystem_BaseCurrency.h"
@@ -12,36 +13,30 @@
 #include "system/frmTools_History.h"
 #include "wire/Status.h"
 
-#include <QCoreApplication>
-
 namespace sysadmin {
 
 namespace {
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("System", text);
-}
-
 /// What is counted, as it travels and as it is read.
 QList<PickItem> CategoryKinds() {
-    return {{"I", tr("Items")}, {"P", tr("Patrons")}};
+    return {{"I", Tr("Items")}, {"P", Tr("Patrons")}};
 }
 
 /// The locations that belong to a record, of those that could.
 FieldDeclaration PickedLocations() {
     return Declare<PickedField>({.name = "fraLocations", .tag = "SI"},
                                 PickedNames{.availableGrid = "vsfAvailableLocations",
-                                            .availableCaption = tr("Available Locations"),
+                                            .availableCaption = Tr("Available Locations"),
                                             .selectedGrid = "vsfSelectedLocations",
-                                            .selectedCaption = tr("Selected Locations")},
+                                            .selectedCaption = Tr("Selected Locations")},
                                 PickedSpec{.tags = {"AI", "AN", "SI", "SN", "LS"}});
 }
 
 /// A code table whose records also stand in pick-lists of other screens.
 PlainTable ItemTypes() {
-    return {{"System_ItemTypes", 50805, tr("System Item Types"), Area::System},
-            {.subject = tr("Item Type"),
-             .frameNoun = tr("Item Types"),
+    return {{"System_ItemTypes", 50805, Tr("System Item Types"), Area::System},
+            {.subject = Tr("Item Type"),
+             .frameNoun = Tr("Item Types"),
              .word = "ItmTp",
              .plural = "System Item Types",
              .editCaption = "Save System Item Types",
@@ -52,49 +47,49 @@ PlainTable ItemTypes() {
              .putOrder = {"Nm", "Cd", "Dsp"}},
             {Declare<TextField>({.name = "txtCode",
                                  .tag = "Cd",
-                                 .caption = tr("Code:"),
+                                 .caption = Tr("Code:"),
                                  .maxLength = CodeLength,
                                  .required = true,
-                                 .column = {tr("Codes"), 180}}),
+                                 .column = {Tr("Codes"), 180}}),
              Declare<TextField>({.name = "txtName",
                                  .tag = "Nm",
-                                 .caption = tr("Name:"),
+                                 .caption = Tr("Name:"),
                                  .maxLength = NameLength,
                                  .required = true,
-                                 .column = {tr("Names")},
+                                 .column = {Tr("Names")},
                                  .changedTag = "NNm"}),
              Declare<TextField>({.name = "txtDisplayName",
                                  .tag = "Dsp",
-                                 .caption = tr("Display Name:"),
+                                 .caption = Tr("Display Name:"),
                                  .maxLength = NameLength})}};
 }
 
 /// System-wide switches that belong to no other screen.
 PlainRecord Miscellaneous() {
-    return {{"System_Misc", 50808, tr("System Miscellaneous"), Area::System},
-            {.subject = tr("System Miscellaneous"),
+    return {{"System_Misc", 50808, Tr("System Miscellaneous"), Area::System},
+            {.subject = Tr("System Miscellaneous"),
              .word = "Msc",
              .plural = "System Miscellaneous",
-             .frameNoun = tr("System Miscellaneous"),
+             .frameNoun = Tr("System Miscellaneous"),
              .frameEnd = {}},
             {Declare<FlagField>(
-                 {.name = "chkCircHistory", .tag = "RP", .caption = tr("Retain Patron Id for Circ History")}),
+                 {.name = "chkCircHistory", .tag = "RP", .caption = Tr("Retain Patron Id for Circ History")}),
              Declare<FlagField>({.name = "chkMediaHistory",
                                  .tag = "MP",
-                                 .caption = tr("Retain Patron Id for Media Booking History")}),
+                                 .caption = Tr("Retain Patron Id for Media Booking History")}),
              Declare<FlagField>({.name = "chkDistHistory",
                                  .tag = "D",
-                                 .caption = tr("Retain Patron Id for Distribution History")}),
+                                 .caption = Tr("Retain Patron Id for Distribution History")}),
              Declare<FlagField>({.name = "chkDisplayHeadSubSep",
                                  .tag = "DSS",
-                                 .caption = tr("Display Headings Subfield Separators")})}};
+                                 .caption = Tr("Display Headings Subfield Separators")})}};
 }
 
 /// Location limit groups: named sets of locations.
 PlainTable LocationLimitGroups() {
-    return {{"System_LocLimitGroups", 50807, tr("System Location Limit Groups"), Area::System},
-            {.subject = tr("Location Limit Group"),
-             .frameIdle = tr("Location Limit Group"),
+    return {{"System_LocLimitGroups", 50807, Tr("System Location Limit Groups"), Area::System},
+            {.subject = Tr("Location Limit Group"),
+             .frameIdle = Tr("Location Limit Group"),
              .word = "Lmt",
              .plural = "System Location Limit Groups",
              .asksAvailable = true,
@@ -103,26 +98,26 @@ PlainTable LocationLimitGroups() {
              .putOrder = {"C", "N", "O", "SI"}},
             {Declare<TextField>({.name = "txtCode",
                                  .tag = "C",
-                                 .caption = tr("Code:"),
+                                 .caption = Tr("Code:"),
                                  .maxLength = CodeLength,
                                  .required = true,
-                                 .column = {tr("Codes"), 120}}),
+                                 .column = {Tr("Codes"), 120}}),
              Declare<TextField>({.name = "txtName",
                                  .tag = "N",
-                                 .caption = tr("Name:"),
+                                 .caption = Tr("Name:"),
                                  .maxLength = NameLength,
                                  .required = true,
-                                 .column = {tr("Names")}}),
-             Declare<FlagField>({.name = "chkCheck", .tag = "O", .caption = tr("Suppress in OPAC?")}),
+                                 .column = {Tr("Names")}}),
+             Declare<FlagField>({.name = "chkCheck", .tag = "O", .caption = Tr("Suppress in OPAC?")}),
              PickedLocations()},
-            Tabs("tabLocationLimitGroup", {Page(tr("N&ame"), {"txtCode", "txtName", "chkCheck"}),
-                                           Page(tr("&Locations"), {"fraLocations"})})};
+            Tabs("tabLocationLimitGroup", {Page(Tr("N&ame"), {"txtCode", "txtName", "chkCheck"}),
+                                           Page(Tr("&Locations"), {"fraLocations"})})};
 }
 
 /// Owning libraries with the locations that each of them owns.
 PlainTable OwningLibraries() {
-    return {{"System_OwningLibraries", 50809, tr("System Owning Libraries"), Area::System},
-            {.subject = tr("Owning Library"),
+    return {{"System_OwningLibraries", 50809, Tr("System Owning Libraries"), Area::System},
+            {.subject = Tr("Owning Library"),
              .word = "Lib",
              .plural = "System Owning Libraries",
              .asksAvailable = true,
@@ -133,51 +128,51 @@ PlainTable OwningLibraries() {
              .putOrder = {"LN", "DN", "NC", "SI"}},
             {Declare<TextField>({.name = "txtName",
                                  .tag = "LN",
-                                 .caption = tr("Library Name:"),
+                                 .caption = Tr("Library Name:"),
                                  .maxLength = NameLength,
                                  .required = true,
-                                 .column = {tr("Library Names")},
+                                 .column = {Tr("Library Names")},
                                  .changedTag = "NNm"}),
              Declare<TextField>({.name = "txtDisplayName",
                                  .tag = "DN",
-                                 .caption = tr("Display Name:"),
+                                 .caption = Tr("Display Name:"),
                                  .maxLength = NameLength}),
              Declare<TextField>(
-                 {.name = "txtCode", .tag = "NC", .caption = tr("NUC Code:"), .maxLength = CodeLength}),
+                 {.name = "txtCode", .tag = "NC", .caption = Tr("NUC Code:"), .maxLength = CodeLength}),
              PickedLocations()},
-            Tabs("tabOwningLibrary", {Page(tr("Li&brary"), {"txtName", "txtDisplayName", "txtCode"}),
-                                      Page(tr("&Locations"), {"fraLocations"})})};
+            Tabs("tabOwningLibrary", {Page(Tr("Li&brary"), {"txtName", "txtDisplayName", "txtCode"}),
+                                      Page(Tr("&Locations"), {"fraLocations"})})};
 }
 
 /// Categories under which items and patrons are counted.
 PlainTable StatisticalCategories() {
-    return {{"System_StatisticalCategories", 50817, tr("System Statistical Categories"), Area::System},
-            {.subject = tr("Statistical Category"),
+    return {{"System_StatisticalCategories", 50817, Tr("System Statistical Categories"), Area::System},
+            {.subject = Tr("Statistical Category"),
              .word = "StCat",
              .plural = "System Statistical Categories",
-             .columns = {{.caption = tr("Used For"), .width = 90, .tag = "T"},
-                         {.caption = tr("Codes"), .width = 120, .tag = "Cd"},
-                         {.caption = tr("Names"), .tag = "Nm"},
-                         {.caption = tr("In Use"), .width = 80, .tag = "U"}},
+             .columns = {{.caption = Tr("Used For"), .width = 90, .tag = "T"},
+                         {.caption = Tr("Codes"), .width = 120, .tag = "Cd"},
+                         {.caption = Tr("Names"), .tag = "Nm"},
+                         {.caption = Tr("In Use"), .width = 80, .tag = "U"}},
              .deleteWords = {{wire::status::InUse,
-                              {tr("This statistical category cannot be deleted because items or patrons have "
+                              {Tr("This statistical category cannot be deleted because items or patrons have "
                                   "it."),
-                               tr("Cannot Delete Statistical Category")}}}},
+                               Tr("Cannot Delete Statistical Category")}}}},
             {Declare<ChoiceField>({.name = "cboKind",
                                    .tag = "T",
-                                   .caption = tr("Used For:"),
+                                   .caption = Tr("Used For:"),
                                    .initial = "I",
-                                   .toolTip = tr("A category that is in use stays what it is used for."),
+                                   .toolTip = Tr("A category that is in use stays what it is used for."),
                                    .options = CategoryKinds()}),
              Declare<TextField>({.name = "txtCode",
                                  .tag = "Cd",
-                                 .caption = tr("Code:"),
+                                 .caption = Tr("Code:"),
                                  .maxLength = CodeLength,
                                  .required = true,
                                  .changedTag = "NCd"}),
              Declare<TextField>({.name = "txtName",
                                  .tag = "Nm",
-                                 .caption = tr("Name:"),
+                                 .caption = Tr("Name:"),
                                  .maxLength = NameLength,
                                  .required = true,
                                  .changedTag = "NNm"})}};

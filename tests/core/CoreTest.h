@@ -48,7 +48,7 @@ public:
 };
 
 /// The core with a scripted server and operator and an empty settings store.
-class CoreTest : public testing::Test {
+class CoreTest : public ::testing::Test {
 protected:
     CoreTest() { UserSettings().clear(); }
     ~CoreTest() override { UserSettings().clear(); }

@@ -13,9 +13,9 @@ namespace sysadmin::exact {
 namespace {
 
 /// The words of a line, taken one after the other.
-class Line {
+class LineReader {
 public:
-    explicit Line(const QString& text)
+    explicit LineReader(const QString& text)
         : m_text(text)
         , m_words(testing::SplitWords(text)) {}
     bool AtEnd() const { return m_words.isEmpty(); }
@@ -57,7 +57,7 @@ QList<Put> ReadPuts(const QStringList& words) {
     return puts;
 }
 
-Field ReadField(const QString& kind, Line& line) {
+Field ReadField(const QString& kind, LineReader& line) {
     static const QHash<QString, QString Field::*> texts{
         {"initial", &Field::initial}, {"unit", &Field::unit},     {"by", &Field::by},
         {"suffix", &Field::suffix},   {"format", &Field::format}, {"loads", &Field::loads},
@@ -119,7 +119,7 @@ Field ReadField(const QString& kind, Line& line) {
     return field;
 }
 
-void ReadTableLine(Table& table, const QString& word, Line& line) {
+void ReadTableLine(Table& table, const QString& word, LineReader& line) {
     const auto dash = [](const QString& text) { return text == u"-" ? QString() : text; };
     static const QStringList kinds{"text",  "flag",     "letter", "choice", "number",   "date",
                                    "lines", "interval", "picked", "other",  "password", "grid"};
@@ -250,7 +250,7 @@ QList<Screen> ReadTables(const QString& subsystem) {
     for (const QString& text : QString::fromUtf8(file.readAll()).split('\n')) {
         if (text.trimmed().isEmpty() || text.startsWith('#'))
             continue;
-        Line line(text.trimmed());
+        LineReader line(text.trimmed());
         const QString word = line.Take();
         if (word == u"screen") {
             Screen screen;

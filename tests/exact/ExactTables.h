@@ -6,6 +6,8 @@
 #include <QMap>
 #include <QStringList>
 
+#include <gtest/gtest.h>
+
 #include <functional>
 
 namespace sysadmin::exact {
@@ -135,5 +137,10 @@ const Screen& FindScreen(const QString& key);
 
 /// The value, as it travels, that a field has in record 1, 2 or 3 of the drivers.
 QString ValueOf(const Table& table, const Field& field, int record);
+
+/// The name of a test case that is known by a key.
+inline std::string NameOfKey(const ::testing::TestParamInfo<QString>& key) {
+    return key.param.toStdString();
+}
 
 } // namespace sysadmin::exact

@@ -33,7 +33,7 @@ void Mutator::Number(const QString& what, const std::function<void(int by)>& add
 
 namespace {
 
-void Words(Mutator& mutator, const QString& what, QHash<qint16, OwnWords>& words) {
+void MutateWords(Mutator& mutator, const QString& what, QHash<qint16, OwnWords>& words) {
     for (auto each = words.begin(); each != words.end(); ++each) {
         mutator.Text(what + " text", each->text);
         mutator.Text(what + " title", each->title);
@@ -159,7 +159,7 @@ void Fields(Mutator& mutator, Form& form) {
     }
 }
 
-void Table(Mutator& mutator, TableDeclaration& table, bool hasTabs) {
+void MutateTable(Mutator& mutator, TableDeclaration& table, bool hasTabs) {
     TableSpec& spec = table.spec;
     for (const auto& [name, text] :
          std::initializer_list<std::pair<const char*, QString*>>{{"subject", &spec.subject},
@@ -199,8 +199,8 @@ void Table(Mutator& mutator, TableDeclaration& table, bool hasTabs) {
     }
     for (QString& list : spec.pickLists)
         mutator.Text("pick-list", list);
-    Words(mutator, "delete words", spec.deleteWords);
-    Words(mutator, "save words", spec.saveWords);
+    MutateWords(mutator, "delete words", spec.deleteWords);
+    MutateWords(mutator, "save words", spec.saveWords);
     Fields(mutator, *table.form);
     Draw(mutator, table.layout);
     Puts(mutator, table.puts, true);
@@ -295,7 +295,7 @@ std::vector<Mutant> MutantsOf(ScreenDeclaration& screen, unsigned seed) {
         screen.area = screen.area == Area::Cataloging ? Area::System : Area::Cataloging;
     });
     for (TableDeclaration& table : screen.tables)
-        Table(mutator, table, screen.tables.size() > 1);
+        MutateTable(mutator, table, screen.tables.size() > 1);
     for (RecordDeclaration& record : screen.records)
         Record(mutator, record);
     return std::move(mutator.Mutants());

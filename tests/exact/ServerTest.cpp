@@ -20,7 +20,7 @@ TEST_P(ExactServer, AnswersAsTheRowsSay) {
     }
 }
 
-std::vector<QString> Keys() {
+std::vector<QString> SubjectKeys() {
     std::vector<QString> keys;
     for (const Screen& screen : AllScreens())
         if (screen.area != u"Cluster" && !screen.told) // stories tell of those
@@ -28,11 +28,7 @@ std::vector<QString> Keys() {
     return keys;
 }
 
-std::string NameOf(const ::testing::TestParamInfo<QString>& key) {
-    return key.param.toStdString();
-}
-
-INSTANTIATE_TEST_SUITE_P(All, ExactServer, ::testing::ValuesIn(Keys()), NameOf);
+INSTANTIATE_TEST_SUITE_P(All, ExactServer, ::testing::ValuesIn(SubjectKeys()), NameOfKey);
 
 } // namespace
 

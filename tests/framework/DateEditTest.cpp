@@ -14,7 +14,7 @@ struct PeriodForm : Form {
     DateField fpStart{*this, {.name = "fpStart", .tag = "StDt", .caption = "Start:"}};
 };
 
-class DateEditTest : public testing::Test {
+class DateEditTest : public ::testing::Test {
 protected:
     DateEditTest() {
         form.Clear();

@@ -17,7 +17,7 @@
 namespace sysadmin {
 namespace {
 
-class GridTest : public testing::Test {
+class GridTest : public ::testing::Test {
 protected:
     GridTest() {
         auto* layout = new QVBoxLayout(&window);

@@ -55,7 +55,7 @@ TEST(ImportFile, ColumnsFindTheirFields) {
     EXPECT_EQ(MatchColumns({"LocCd", "Location Code"}, targets), (QList<int>{0, -1}));
 }
 
-struct RuleForm : Form {
+struct ImportedRuleForm : Form {
     TextField txtCode{*this, {.name = "txtCode", .tag = "Cd", .caption = "&Code:", .required = true}};
     NumberField txtLimit{*this,
                          {.name = "txtLimit",
@@ -79,7 +79,7 @@ struct RuleForm : Form {
     MoneyField txtFee{*this, {.name = "txtFee", .tag = "Fe", .caption = "Fee:"}};
     MultiLineField txtNote{*this, {.name = "txtNote", .tag = "N", .caption = "Note:"}};
 
-    RuleForm() {
+    ImportedRuleForm() {
         cboKind.SetItems(
             {{"", "(none)"}, {"17", "Open Shelves"}, {"18", "12"}, {"x7", "Twin"}, {"x8", "Twin"}});
         txtLimit.EnableBy(chkLimit);
@@ -122,7 +122,7 @@ TEST(ManyFields, TextsAreEnteredAsAnOperatorWouldEnterThem) {
              {"txtCode", " AB ", "AB"},
              {"txtCode", "two\nlines", "", "\"Code\" takes one line."},
          }) {
-        RuleForm form;
+        ImportedRuleForm form;
         form.Clear();
         auto& field = static_cast<ValueField&>(*form.Find(entry.field));
         EXPECT_EQ(EnterText(field, entry.text), entry.problem) << entry.field << ' ' << entry.text;
@@ -131,7 +131,7 @@ TEST(ManyFields, TextsAreEnteredAsAnOperatorWouldEnterThem) {
 }
 
 TEST(ManyFields, WhatAFieldSaysChangesNothing) {
-    RuleForm form;
+    ImportedRuleForm form;
     const QHash<QString, QString> stored{
         {"txtCode", " kept  blanks "}, {"cboKind", "x8"}, {"txtTime", "0D"},    {"fpEnd", "11/21/2026"},
         {"txtFee", "1234.50"},         {"chkLimit", "?"}, {"txtFrom", "20:30"}, {"txtNote", "a\nb"}};
@@ -145,7 +145,7 @@ TEST(ManyFields, WhatAFieldSaysChangesNothing) {
 }
 
 TEST(ManyFields, WhatOthersDependOnIsEnteredFirst) {
-    RuleForm form;
+    ImportedRuleForm form;
     EXPECT_EQ(EnterDrafts({{&form.txtLimit, "007"}, {&form.chkLimit, "Y"}}), "");
     EXPECT_EQ(form.txtLimit.Draft(), "7");
     form.Clear();
@@ -161,7 +161,7 @@ TEST(ManyFields, WhatOthersDependOnIsEnteredFirst) {
 }
 
 TEST(ManyFields, TheFormOfSeveralHasItsOwnFieldsInTheSamePlaces) {
-    RuleForm form;
+    ImportedRuleForm form;
     CommonForm common({&form.chkLimit, &form.txtLimit, &form.cboKind, &form.txtNote});
     EXPECT_EQ(common.For(form.txtCode), nullptr);
     EXPECT_TRUE(common.For(form.txtLimit)->IsUsable()); // no rule of the form

@@ -14,7 +14,7 @@ namespace sysadmin {
 /// Works on the controls of screens and dialogs as an operator does, by their given names. A missing control
 /// fails the test at once by an exception; one that is hidden, disabled or read-only fails it, too. Without
 /// `parent` the window in front is meant.
-class ControlTest : public testing::Test {
+class ControlTest : public ::testing::Test {
 protected:
     template <class Widget>
     Widget& Get(QWidget& parent, const QString& name) {

@@ -1,6 +1,7 @@
 #include "core/data/Components.h"
 
 #include "core/data/FileVersions.h"
+#include "core/data/Tr.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -13,10 +14,6 @@ namespace {
 
 constexpr QChar Between = u'~';
 constexpr int FieldsOfEntry = 4;
-
-QString Tr(const char* text) {
-    return QCoreApplication::translate("Components", text);
-}
 
 /// Four numbers with points between them; none for anything else.
 std::optional<QVersionNumber> FourNumbers(const QString& text) {

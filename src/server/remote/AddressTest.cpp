@@ -14,7 +14,6 @@ namespace sysadmin::server {
 
 namespace {
 
-constexpr int Tick = 100; // milliseconds between looks at the patience
 constexpr int LongestDetail = 300;
 
 QNetworkRequest RequestOf(const AddressCall& call) {
@@ -91,7 +90,7 @@ RemoteResult Ask(const AddressCall& call, const Patience& patience) {
     QObject::connect(&tick, &QTimer::timeout, &loop, &QEventLoop::quit);
     QObject::connect(reply.get(), &QNetworkReply::metaDataChanged, &loop, &QEventLoop::quit);
     QObject::connect(reply.get(), &QNetworkReply::finished, &loop, &QEventLoop::quit);
-    tick.start(Tick);
+    tick.start(Patience::Tick);
     const auto code = [&] { return reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(); };
     while (code() == 0 && !reply->isFinished()) {
         if (patience.IsOver()) {

@@ -67,6 +67,8 @@ struct RemoteResult {
 
 /// How long one goes on: until a deadline, or until somebody says that it is enough.
 struct Patience {
+    static constexpr int Tick = 100; ///< milliseconds between looks whether it is over
+
     QDeadlineTimer deadline;
     const std::atomic_bool* cancelled = nullptr;
 

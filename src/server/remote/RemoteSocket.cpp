@@ -14,7 +14,6 @@ namespace sysadmin::server {
 namespace {
 
 constexpr qint64 ReadBufferSize = 64 * 1024; // what the system may hold for us besides
-constexpr int Tick = 100;                    // milliseconds between looks at the patience
 
 } // namespace
 
@@ -64,7 +63,7 @@ std::optional<QByteArray> RemoteSocket::Read(const Measure& measure, qint64 most
         const bool grown = m_received.size() > measured + measured / 4;
         if (m_received.size() > measured && (grown || nextLook.hasExpired() || m_failed)) {
             measured = m_received.size();
-            nextLook = QDeadlineTimer(Tick);
+            nextLook = QDeadlineTimer(Patience::Tick);
             length = measure(m_received);
         }
         return length != 0 || m_received.size() > most;
@@ -94,7 +93,7 @@ bool RemoteSocket::WaitUntil(const std::function<bool()>& done) {
     QEventLoop loop;
     QTimer tick;
     QObject::connect(&tick, &QTimer::timeout, &loop, &QEventLoop::quit);
-    tick.start(Tick);
+    tick.start(Patience::Tick);
     QObject::connect(m_socket.get(), &QSslSocket::connected, &loop, &QEventLoop::quit);
     QObject::connect(m_socket.get(), &QSslSocket::disconnected, &loop, &QEventLoop::quit);
     QObject::connect(m_socket.get(), &QSslSocket::readyRead, &loop, &QEventLoop::quit);

@@ -13,12 +13,12 @@ namespace sysadmin::server {
 
 namespace {
 
-constexpr qint64 MostBytes = 4 * 1024 * 1024; ///< of one reply
+constexpr qint64 MostReplyBytes = 4 * 1024 * 1024; ///< of one reply
 constexpr int KeyBytes = 32;
 constexpr qsizetype MostClusters = 1000;
 constexpr qsizetype MostGroups = 10'000;
 /// Names and versions of others are shown, and so bounded.
-constexpr qsizetype MostOfName = 200;
+constexpr qsizetype MostOfPeerName = 200;
 
 class Call {
 public:
@@ -42,7 +42,7 @@ public:
 private:
     bool Fail(Outcome outcome, const QString& detail = {}) {
         m_result.outcome = outcome;
-        m_result.detail = detail.left(MostOfName);
+        m_result.detail = detail.left(MostOfPeerName);
         return false;
     }
     bool FailBySocket() { return Fail(m_socket.Failure(), m_socket.Detail()); }
@@ -78,7 +78,7 @@ private:
                     }
                     return 0;
                 },
-                MostBytes);
+                MostReplyBytes);
         if (!bytes) {
             FailBySocket();
             return {};
@@ -99,8 +99,8 @@ private:
         const QString nonce = wire::FirstValue(hello->fields, "NC");
         if (hello->status != wire::status::Ok || key.size() != KeyBytes || nonce.isEmpty())
             return Fail(Outcome::OtherProtocol);
-        m_result.name = wire::FirstValue(hello->fields, "LIB").left(MostOfName);
-        m_result.version = wire::FirstValue(hello->fields, "VER").left(MostOfName);
+        m_result.name = wire::FirstValue(hello->fields, "LIB").left(MostOfPeerName);
+        m_result.version = wire::FirstValue(hello->fields, "VER").left(MostOfPeerName);
         QString password =
             m_call.password ? QString::fromUtf8(m_call.password->Data(), m_call.password->Size()) : QString();
         const QString sealed = Seal(password, key, wire::PasswordPurpose::SignOn, nonce);

@@ -17,8 +17,8 @@ namespace sysadmin::server {
 
 namespace {
 
-constexpr qint64 MostBytes = 1024 * 1024; ///< of one answer
-constexpr qsizetype MostText = 16 * 1024; ///< characters of a record that are shown
+constexpr qint64 MostAnswerBytes = 1024 * 1024; ///< of one answer
+constexpr qsizetype MostText = 16 * 1024;       ///< characters of a record that are shown
 constexpr Odr_int MessageSize = 256 * 1024;
 
 struct OdrDeleter {
@@ -26,7 +26,7 @@ struct OdrDeleter {
 };
 using OdrHolder = std::unique_ptr<std::remove_pointer_t<ODR>, OdrDeleter>;
 
-QString Text(const char* text) {
+QString ShownText(const char* text) {
     return text ? QString::fromUtf8(text).left(MostText) : QString();
 }
 
@@ -42,8 +42,8 @@ QString Shown(QString text) {
 }
 
 QString InWords(const Z_DefaultDiagFormat& diagnostic) {
-    const QString words = Text(diagbib1_str(diagnostic.condition ? int(*diagnostic.condition) : 0));
-    const QString more = Text(diagnostic.u.v2Addinfo); // the same place, whatever the version
+    const QString words = ShownText(diagbib1_str(diagnostic.condition ? int(*diagnostic.condition) : 0));
+    const QString more = ShownText(diagnostic.u.v2Addinfo); // the same place, whatever the version
     return more.isEmpty() ? words : words + ": " + more;
 }
 
@@ -145,7 +145,7 @@ private:
                         return -1;
                     return completeBER(received.constData(), int(received.size()));
                 },
-                MostBytes);
+                MostAnswerBytes);
         if (!answer) {
             Failed();
             return nullptr;
@@ -159,7 +159,7 @@ private:
             return nullptr;
         }
         if (apdu->which == Z_APDU_close) {
-            Fail(Outcome::Closed, Text(apdu->u.close->diagnosticInformation));
+            Fail(Outcome::Closed, ShownText(apdu->u.close->diagnosticInformation));
             return nullptr;
         }
         if (apdu->which != expected) {
@@ -198,8 +198,8 @@ private:
         if (!answer)
             return false;
         const Z_InitResponse& response = *answer->u.initResponse;
-        m_result.name = Shown(Text(response.implementationName));
-        m_result.version = Shown(Text(response.implementationVersion));
+        m_result.name = Shown(ShownText(response.implementationName));
+        m_result.version = Shown(ShownText(response.implementationVersion));
         return *response.result || Fail(Outcome::SignOnRefused);
     }
 

@@ -18,6 +18,11 @@ class HistoryWriter;
 /// The values of a row by column name.
 using Row = QVariantMap;
 
+/// A column of the row as text; empty when it has none.
+inline QString TextOf(const Row& row, const char* column) {
+    return row.value(column).toString();
+}
+
 /// Who changes something, for the history of changes.
 struct Author {
     QString operatorId;

@@ -15,7 +15,7 @@ namespace sysadmin::server {
 
 namespace {
 
-StoreError::Kind KindOf(int code) {
+StoreError::Kind SqliteKindOf(int code) {
     switch (code) {
     case SQLITE_CONSTRAINT_UNIQUE:
     case SQLITE_CONSTRAINT_PRIMARYKEY:
@@ -33,7 +33,7 @@ StoreError::Kind KindOf(int code) {
 
 [[noreturn]] void Throw(sqlite3* connection, bool isOpen = true) {
     const int code = sqlite3_extended_errcode(connection);
-    throw StoreError(isOpen ? KindOf(code) : StoreError::Kind::Lost,
+    throw StoreError(isOpen ? SqliteKindOf(code) : StoreError::Kind::Lost,
                      QString::fromUtf8(sqlite3_errmsg(connection)), QString::number(code));
 }
 

@@ -8,8 +8,6 @@ namespace fundcheck = wire::bulkimport::fundcheck;
 
 namespace {
 
-constexpr qint16 InvalidFund = 59;
-
 /// What a purchase order can have: types of orders and line items, currencies and the library's own one.
 Answer ListOrderChoices(Context& context, const wire::Fields&) {
     Answer answer;
@@ -101,7 +99,7 @@ Answer AnswerFundCheck(Context& context, const wire::Fields& request) {
     const QVariantList ledgers =
         context.database.FirstColumn("SELECT ledger_id FROM funds WHERE code=?", {fund});
     if (!fund.isEmpty() && ledgers.isEmpty())
-        return {InvalidFund};
+        return {status::InvalidFund};
     if ((ledger != 0 && !context.records.Find("ledgers", ledger)) ||
         (period != 0 && !context.records.Find("fiscal_periods", period)))
         return {status::NotFound};

@@ -16,16 +16,16 @@ namespace {
 
 constexpr qint64 MostDiscount = 100;
 constexpr int RecordsInReply = 250; ///< of the lists in one reply to "GetAcqGp"
-const QString Groups = "acquisitions_policy_groups";
-const QString Places = "acquisitions_policy_locations";
+const QString PolicyGroupsTable = "acquisitions_policy_groups";
+const QString PolicyPlacesTable = "acquisitions_policy_locations";
 /// SQL over a location `m`.
-const QString InLedger =
+const QString HasLedger =
     "CASE WHEN EXISTS (SELECT 1 FROM ledger_locations k WHERE k.location_id=m.id) THEN 'Y' ELSE 'N' END";
 
 const KeyedRows& PolicyPlaces() {
     using Field = SubjectField;
     static const KeyedRows rows{
-        .table = Places,
+        .table = PolicyPlacesTable,
         .owner = "group_id",
         .state = "3d",
         .keyTag = "3",
@@ -72,8 +72,8 @@ const KeyedRows& VendorPolicies() {
 }
 
 void PutFree(Context& context, ReplyFields& reply) {
-    context.database.Each("SELECT l.id, l.name FROM locations l WHERE NOT EXISTS (SELECT 1 FROM " + Places +
-                              " p WHERE p.location_id=l.id) ORDER BY l.id",
+    context.database.Each("SELECT l.id, l.name FROM locations l WHERE NOT EXISTS (SELECT 1 FROM " +
+                              PolicyPlacesTable + " p WHERE p.location_id=l.id) ORDER BY l.id",
                           {}, [&](const ResultRow& row) {
                               Put(reply, "1", row.value(0).toString());
                               Put(reply, "2", row.value(1).toString());
@@ -95,7 +95,7 @@ void PutChoices(Context& context, qint64 group, ReplyFields& reply) {
 }
 
 /// "ASAvail": what a new group may have.
-Answer ListAvailable(Context& context, const wire::Fields&) {
+Answer ListPolicyChoices(Context& context, const wire::Fields&) {
     Answer answer;
     PutFree(context, answer.fields);
     PutChoices(context, 0, answer.fields);
@@ -103,7 +103,7 @@ Answer ListAvailable(Context& context, const wire::Fields&) {
 }
 
 std::optional<qint64> FindGroup(Context& context, const wire::Fields& request) {
-    return KeyRecord(context, Groups, wire::FirstValue(request, "ID"));
+    return KeyRecord(context, PolicyGroupsTable, wire::FirstValue(request, "ID"));
 }
 
 /// Keeps so many records of the lists from this one on. Answers whether there are more behind them.
@@ -136,7 +136,7 @@ Answer ReadGroup(Context& context, const wire::Fields& request) {
     const auto id = FindGroup(context, request);
     if (!id)
         return {status::NotFound};
-    const auto changed = Changes(context.database).ByOthers(Groups, *id, 0);
+    const auto changed = Changes(context.database).ByOthers(PolicyGroupsTable, *id, 0);
     const QString group = QString("GetAcqGp/%1/").arg(*id);
     const QString cursor = group + QString::number(changed ? changed->number : 0);
     if (wire::FirstValue(request, "55") != u"Y" || !context.cursor.request.startsWith(group))
@@ -144,11 +144,11 @@ Answer ReadGroup(Context& context, const wire::Fields& request) {
     if (context.cursor.request != cursor)
         return {status::RecordChanged};
     Answer answer;
-    const Row stored = *context.records.Find(Groups, *id);
+    const Row stored = *context.records.Find(PolicyGroupsTable, *id);
     Put(answer.fields, "Nm", stored["name"].toString());
     Put(answer.fields, "SDI", stored["duplicate_profile_id"].toString());
     PutFree(context, answer.fields);
-    PutKeyedRows(context, PolicyPlaces(), *id, {{"3", "m.id"}, {"4", "m.name"}, {"IU", InLedger}},
+    PutKeyedRows(context, PolicyPlaces(), *id, {{"3", "m.id"}, {"4", "m.name"}, {"IU", HasLedger}},
                  "r.id IS NOT NULL", {}, answer.fields);
     PutChoices(context, *id, answer.fields);
     const bool more = CutBatch(answer.fields, context.cursor.after);
@@ -162,8 +162,8 @@ qint16 PutLocation(Context& context, qint64 group, const KeyedRow& sent) {
     const auto location = KeyRecord(context, "locations", sent.key);
     if (!location)
         return status::NotFound;
-    const auto place = context.records.IdWhere(Places, "location_id", *location);
-    Row row = place ? *context.records.Find(Places, *place) : Row();
+    const auto place = context.records.IdWhere(PolicyPlacesTable, "location_id", *location);
+    Row row = place ? *context.records.Find(PolicyPlacesTable, *place) : Row();
     if (place && row["group_id"].toLongLong() != group)
         return status::LocationInOtherGroup;
     if (const qint16 refused = ReadFields(context, PolicyPlaces().fields, sent.fields, !place, row))
@@ -171,25 +171,25 @@ qint16 PutLocation(Context& context, qint64 group, const KeyedRow& sent) {
     row.insert("group_id", group);
     row.insert("location_id", *location);
     if (place)
-        context.records.Update(Places, *place, row);
+        context.records.Update(PolicyPlacesTable, *place, row);
     else
-        context.records.Insert(Places, row);
+        context.records.Insert(PolicyPlacesTable, row);
     return status::Ok;
 }
 
 /// A location whose money stands in a ledger stays in its group.
 qint16 RemoveLocation(Context& context, qint64 group, const QString& key) {
-    const auto place = context.records.IdWhere(Places, "location_id", key.toLongLong());
-    if (!place || context.records.Find(Places, *place)->value("group_id").toLongLong() != group)
+    const auto place = context.records.IdWhere(PolicyPlacesTable, "location_id", key.toLongLong());
+    if (!place || context.records.Find(PolicyPlacesTable, *place)->value("group_id").toLongLong() != group)
         return status::Ok;
     if (context.records.IdWhere("ledger_locations", "location_id", key.toLongLong()))
         return status::InUse;
-    context.records.Remove(Places, *place);
+    context.records.Remove(PolicyPlacesTable, *place);
     return status::Ok;
 }
 
 /// "UpdAcqGpLoc": gives locations away, takes others in, changes what they do.
-Answer UpdateLocations(Context& context, const wire::Fields& request) {
+Answer UpdatePolicyLocations(Context& context, const wire::Fields& request) {
     const auto group = FindGroup(context, request);
     if (!group)
         return {status::NotFound};
@@ -211,7 +211,7 @@ Answer UpdateLocations(Context& context, const wire::Fields& request) {
 }
 
 /// Orders are compared with bibliographic records.
-qint16 CheckProfile(Context& context, const wire::Fields&, const Row&, Row& after) {
+qint16 CheckPolicyProfile(Context& context, const wire::Fields&, const Row&, Row& after) {
     const QVariant profile = after.value("duplicate_profile_id");
     if (profile.isNull())
         return status::Ok;
@@ -227,17 +227,17 @@ qint16 ApplyVendorPolicies(Context& context, const wire::Fields& request, qint64
 /// The rows of ledgers for the group's locations.
 QList<QVariant> SpentBy(Context& context, qint64 group) {
     return context.database.FirstColumn(
-        "SELECT k.id FROM ledger_locations k JOIN " + Places +
+        "SELECT k.id FROM ledger_locations k JOIN " + PolicyPlacesTable +
             " p ON p.location_id=k.location_id WHERE p.group_id=? ORDER BY k.id",
         {group});
 }
 
-qint16 CheckRemoval(Context& context, qint64 id, const Row&) {
+qint16 CheckPolicyRemoval(Context& context, qint64 id, const Row&) {
     return SpentBy(context, id).isEmpty() ? status::Ok : status::InUse;
 }
 
-void FindUses(Context& context, qint64 id, const Row&,
-              const std::function<void(const RecordName& user, const QString& column)>& tell) {
+void FindPolicyUses(Context& context, qint64 id, const Row&,
+                    const std::function<void(const RecordName& user, const QString& column)>& tell) {
     for (const QVariant& row : SpentBy(context, id))
         tell({"ledger_locations", row.toLongLong()}, "location_id");
 }
@@ -246,7 +246,7 @@ void FindUses(Context& context, qint64 id, const Row&,
 
 void RegisterAcquisitionsPolicies(Registry& registry) {
     registry.AddSubject({
-        .table = Groups,
+        .table = PolicyGroupsTable,
         .area = Area::Acquisitions,
         .requests = {.list = "LstAcqGp", .add = "AddAcqGp", .update = "UpdAcqGp", .remove = "DelAcqGp"},
         .fields =
@@ -254,15 +254,15 @@ void RegisterAcquisitionsPolicies(Registry& registry) {
              SubjectField::Text("Nm", "name", NameLength).Required().Unique(status::DuplicateName).InList()},
         .usedBy = {{"ledgers", "policy_group_id"}},
         .addReply = {"ID", "Nm"},
-        .checkPut = CheckProfile,
+        .checkPut = CheckPolicyProfile,
         .afterPut = ApplyVendorPolicies,
-        .checkRemove = CheckRemoval,
-        .findUses = FindUses,
+        .checkRemove = CheckPolicyRemoval,
+        .findUses = FindPolicyUses,
     });
     for (const KeyedRows* rows : {&PolicyPlaces(), &VendorPolicies()})
-        registry.AddTable(rows->StoredAs(Groups));
+        registry.AddTable(rows->StoredAs(PolicyGroupsTable));
     registry.AddTable(
-        {.name = Groups,
+        {.name = PolicyGroupsTable,
          .storedRules = {FindsNone(
              "SELECT g.id FROM acquisitions_policy_groups g JOIN duplicate_profiles d ON "
              "d.id=g.duplicate_profile_id WHERE d.record_type<>'B'",
@@ -270,10 +270,10 @@ void RegisterAcquisitionsPolicies(Registry& registry) {
     // How far the batches went is kept with the session.
     registry.AddRequest(
         {.name = "GetAcqGp", .area = Area::Acquisitions, .changes = true, .handler = ReadGroup});
-    registry.About("GetAcqGp", {Groups}, {"ID"});
-    registry.AddRead("ASAvail", Area::Acquisitions, ListAvailable);
-    registry.AddChange("UpdAcqGpLoc", Area::Acquisitions, UpdateLocations);
-    registry.About("UpdAcqGpLoc", {Groups}, {"ID"});
+    registry.About("GetAcqGp", {PolicyGroupsTable}, {"ID"});
+    registry.AddRead("ASAvail", Area::Acquisitions, ListPolicyChoices);
+    registry.AddChange("UpdAcqGpLoc", Area::Acquisitions, UpdatePolicyLocations);
+    registry.About("UpdAcqGpLoc", {PolicyGroupsTable}, {"ID"});
 }
 
 } // namespace sysadmin::server

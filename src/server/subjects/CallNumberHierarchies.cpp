@@ -20,7 +20,7 @@ constexpr qint16 InPolicyGroup = 70;
 constexpr qint16 InImportRules = 71; ///< where the default one may take its place
 constexpr qint16 NoReplacement = 73;
 const QString Hierarchies = "call_number_hierarchies";
-const QString Mappings = "import_mappings";
+const QString ImportMappings = "import_mappings";
 
 /// No place twice, and each with what its field can have.
 bool ArePlacesRight(const QList<Row>& rows) {
@@ -37,7 +37,7 @@ bool ArePlacesRight(const QList<Row>& rows) {
 }
 
 /// The best place first.
-Children Places() {
+Children HierarchyPlaces() {
     const auto indicator = [](const QString& tag, const QString& column) {
         return SubjectField::Text(tag, column, 1).Required().Checked(wire::IsMarcMark);
     };
@@ -55,12 +55,12 @@ Children Places() {
         .check = ArePlacesRight};
 }
 
-qint16 CheckRemoval(Context& context, qint64 id, const Row& hierarchy) {
+qint16 CheckHierarchyRemoval(Context& context, qint64 id, const Row& hierarchy) {
     if (const qint16 refused = CheckDefaultRemoval(context, Hierarchies, hierarchy))
         return refused;
     if (context.records.IdWhere("cataloging_policy_groups", "hierarchy_id", id))
         return InPolicyGroup;
-    if (!context.records.IdWhere(Mappings, "hierarchy_id", id))
+    if (!context.records.IdWhere(ImportMappings, "hierarchy_id", id))
         return status::Ok;
     const auto other = context.records.IdWhere(Hierarchies, "is_default", "Y");
     return other && *other != id ? InImportRules : NoReplacement;
@@ -69,22 +69,22 @@ qint16 CheckRemoval(Context& context, qint64 id, const Row& hierarchy) {
 /// Whether the default hierarchy has to take its place in import rules before it can be deleted.
 void AddUse(Context& context, qint64 id, ReplyFields& reply) {
     const Row hierarchy = *context.records.Find(Hierarchies, id);
-    Put(reply, "RP", CheckRemoval(context, id, hierarchy) == InImportRules ? "Y" : "N");
+    Put(reply, "RP", CheckHierarchyRemoval(context, id, hierarchy) == InImportRules ? "Y" : "N");
 }
 
 /// "RplCNH": import rules that name the hierarchy name the default one from now on. Refused where it could
 /// not be deleted after that.
-Answer Replace(Context& context, const wire::Fields& request) {
+Answer ReplaceInImportRules(Context& context, const wire::Fields& request) {
     const auto id = context.records.IdWhere(Hierarchies, "id", wire::FirstValue(request, "ID").toLongLong());
     if (!id)
         return {status::NotFound};
-    const qint16 refused = CheckRemoval(context, *id, *context.records.Find(Hierarchies, *id));
+    const qint16 refused = CheckHierarchyRemoval(context, *id, *context.records.Find(Hierarchies, *id));
     if (refused != InImportRules)
         return {refused};
     const qint64 standIn = *context.records.IdWhere(Hierarchies, "is_default", "Y");
     for (const QVariant& mapping :
-         context.database.FirstColumn("SELECT id FROM " + Mappings + " WHERE hierarchy_id=?", {*id}))
-        context.records.Update(Mappings, mapping.toLongLong(), {{"hierarchy_id", standIn}});
+         context.database.FirstColumn("SELECT id FROM " + ImportMappings + " WHERE hierarchy_id=?", {*id}))
+        context.records.Update(ImportMappings, mapping.toLongLong(), {{"hierarchy_id", standIn}});
     return {};
 }
 
@@ -101,8 +101,8 @@ void RegisterCallNumberHierarchies(Registry& registry) {
              SubjectField::Flag("DF", "is_default").InList()},
         .listArea = Area::AnyOperator,
         .usedBy = {{"cataloging_policy_groups", "hierarchy_id", InPolicyGroup},
-                   {Mappings, "hierarchy_id", InImportRules}},
-        .children = {Places()},
+                   {ImportMappings, "hierarchy_id", InImportRules}},
+        .children = {HierarchyPlaces()},
         .addReply = {"ID", "Nm"},
         .checkPut = [](Context& context, const wire::Fields&, const Row& before,
                        Row& after) { return KeepDefaultMark(context, Hierarchies, before, after); },
@@ -111,10 +111,10 @@ void RegisterCallNumberHierarchies(Registry& registry) {
                 MoveDefaultMark(context, Hierarchies, id);
                 return status::Ok;
             },
-        .checkRemove = CheckRemoval,
+        .checkRemove = CheckHierarchyRemoval,
         .addToGet = AddUse,
     });
-    registry.AddChange("RplCNH", Area::Cataloging, Replace);
+    registry.AddChange("RplCNH", Area::Cataloging, ReplaceInImportRules);
     registry.About("RplCNH", {Hierarchies}, {"ID"});
 }
 

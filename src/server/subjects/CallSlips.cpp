@@ -5,6 +5,7 @@
 #include "server/subjects/Ranks.h"
 #include "server/subjects/Registrations.h"
 #include "server/subjects/StoredRules.h"
+#include "server/subjects/circulation/KeyedRows.h"
 
 #include <QSet>
 
@@ -18,7 +19,7 @@ constexpr qint16 InCallSlip = 77;
 constexpr qint16 InArchivedCallSlip = 78;
 
 const QString Queues = "call_slip_queues";
-const QString Rules = "call_slip_rules";
+const QString SlipRules = "call_slip_rules";
 
 /// The library's other clients keep the call slips themselves.
 const QList<UsageKind>& CallSlipUsages() {
@@ -27,15 +28,11 @@ const QList<UsageKind>& CallSlipUsages() {
     return usages;
 }
 
-bool IsUnit(const QString& value) {
-    return value == "D" || value == "H" || value == "M";
-}
-
 bool IsProcessing(const QString& value) {
     return value == "C" || value == "H" || value == "T";
 }
 
-bool IsType(const QString& value) {
+bool IsCallNumberTypeOrNone(const QString& value) {
     return value.isEmpty() || callslips::IsCallNumberType(value);
 }
 
@@ -77,11 +74,11 @@ qint16 CheckRanges(const Row& rule) {
 
 /// The request that sets their order has tags of its own.
 Ranks RuleRanks() {
-    return {.table = Rules, .column = "rank", .idTag = {}, .rankTag = {}};
+    return {.table = SlipRules, .column = "rank", .idTag = {}, .rankTag = {}};
 }
 
 /// New rules are tried behind all others.
-qint16 CheckRule(Context& context, const wire::Fields&, const Row& before, Row& after) {
+qint16 CheckSlipRule(Context& context, const wire::Fields&, const Row& before, Row& after) {
     if (before.isEmpty())
         after.insert("rank", NextRank(context, RuleRanks()));
     return CheckRanges(after);
@@ -127,7 +124,7 @@ Answer OrderRules(Context& context, const wire::Fields& request) {
     for (qsizetype i = 0; i < formerRanks.size(); ++i) {
         const qint64 id = ids[formerRanks[i] - 1];
         if (moved.contains(formerRanks[i]))
-            context.records.Update(Rules, id, {{"rank", i + 1}});
+            context.records.Update(SlipRules, id, {{"rank", i + 1}});
         else if (formerRanks[i] != i + 1)
             context.database.Run("UPDATE call_slip_rules SET rank=? WHERE id=?", {i + 1, id});
     }
@@ -167,13 +164,13 @@ void RegisterQueues(Registry& registry) {
                 SubjectField::Flag("RR", "sets_circulation_review"),
                 SubjectField::Text("P", "processing", 1).Default("H").Checked(IsProcessing),
                 SubjectField::Whole("EP", "expire_period", 0, MostSlipPeriod),
-                SubjectField::Text("EI", "expire_unit", 1).Default("D").Checked(IsUnit),
+                SubjectField::Text("EI", "expire_unit", 1).Default("D").Checked(IsShortUnit),
                 SubjectField::Whole("AP", "archive_period", 0, MostSlipPeriod),
-                SubjectField::Text("AI", "archive_unit", 1).Default("D").Checked(IsUnit),
+                SubjectField::Text("AI", "archive_unit", 1).Default("D").Checked(IsShortUnit),
                 SubjectField::Reference("L", "location_id", "locations"),
                 SubjectField::Reference("I", "default_item_type_id", "item_types"),
             },
-        .usedBy = {{Rules, "queue_id", status::InUse}},
+        .usedBy = {{SlipRules, "queue_id", status::InUse}},
         .usages = CallSlipUsages(),
         .addReply = {"ID"},
         .order = {"code"},
@@ -188,7 +185,7 @@ void RegisterQueues(Registry& registry) {
 
 void RegisterRules(Registry& registry) {
     registry.AddSubject({
-        .table = Rules,
+        .table = SlipRules,
         .requests =
             {.list = "LstCSR", .get = "GetCSR", .add = "AddCSR", .update = "UpdCSR", .remove = "DelCSR"},
         .fields =
@@ -201,7 +198,7 @@ void RegisterRules(Registry& registry) {
                 Criterion("TI", "temporary_item_type_id", "item_types"),
                 Criterion("LI", "holdings_location_id", "locations"),
                 Criterion("GI", "queue_id", Queues).Required(),
-                SubjectField::Text("CT", "call_number_type", 1).Checked(IsType).InList(),
+                SubjectField::Text("CT", "call_number_type", 1).Checked(IsCallNumberTypeOrNone).InList(),
                 Bound("MND", "least_call_number"),
                 Bound("MXD", "end_call_number"),
                 SubjectField::Whole("YMN", "first_year", 0, MostSlipYear).InList(),
@@ -211,18 +208,18 @@ void RegisterRules(Registry& registry) {
         .key = "RR",
         .addReply = {"RR"},
         .order = {"rank"},
-        .checkPut = CheckRule,
+        .checkPut = CheckSlipRule,
         .checkRemove = RemoveRule,
     });
-    registry.AddTable({.name = Rules,
+    registry.AddTable({.name = SlipRules,
                        .indexed = {{"rank"}},
                        .ordered = true,
                        .rules = {{[](const Row& rule) { return CheckRanges(rule) == status::Ok; },
                                   "A range of call numbers or years is not in order."}},
-                       .storedRules = {PlacesInOrder(Rules, "rank")}});
+                       .storedRules = {PlacesInOrder(SlipRules, "rank")}});
     registry.AddTable({.name = Queues, .onlyOne = {"is_default"}});
     registry.AddChange("OrdCSR", Area::System, OrderRules);
-    registry.AboutSeveral("OrdCSR", Rules);
+    registry.AboutSeveral("OrdCSR", SlipRules);
     registry.AddRead("AvlCSR", Area::System, ListCallNumberTypes);
 }
 

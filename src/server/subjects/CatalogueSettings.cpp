@@ -1,11 +1,11 @@
 #include "server/store/Database.h"
 #include "server/subjects/Registrations.h"
+#include "wire/Counts.h"
 
 namespace sysadmin::server {
 
 namespace {
 
-constexpr int MostDays = 9999;
 constexpr qint16 UsedByCallSlips = 77;
 constexpr qint16 UsedByArchivedCallSlips = 78;
 
@@ -56,7 +56,7 @@ void RegisterCatalogueSettings(Registry& registry) {
             {
                 SubjectField::Reference("G", "default_group_id", "patron_groups", OnRemoval::Clear)
                     .Required(),
-                SubjectField::Whole("P", "purge_days", 0, MostDays),
+                SubjectField::Whole("P", "purge_days", 0, wire::MostCount),
             },
         .single = true,
     });
@@ -79,8 +79,8 @@ void RegisterCatalogueSettings(Registry& registry) {
                 SubjectField::Flag("I", "requires_call_slip_item"),
                 SubjectField::Text("S", "item_sort", 1).Checked(IsDirection).Default("A"),
                 SubjectField::Flag("H", "allows_on_shelf_holds"),
-                SubjectField::Whole("A", "booking_days", 0, MostDays),
-                SubjectField::Whole("SCR", "status_days", 0, MostDays),
+                SubjectField::Whole("A", "booking_days", 0, wire::MostCount),
+                SubjectField::Whole("SCR", "status_days", 0, wire::MostCount),
                 SubjectField::Flag("ALLOWCSLPCITDB", "allows_citation_call_slips"),
             },
         .single = true,

@@ -44,7 +44,7 @@ struct Called {
     }
 };
 
-std::optional<Called> FindDatabase(Database& database, const Library& library, const wire::Fields& request) {
+std::optional<Called> FindCalled(Database& database, const Library& library, const wire::Fields& request) {
     const Records records(database, library.GetRegistry().GetTables());
     std::optional<qint64> id;
     if (const auto code = Sent(request, "C"))
@@ -137,7 +137,7 @@ QString KeyOf(const Requester& requester, const char* what, const wire::Fields& 
 std::shared_ptr<Prepared> Follow(Database& database, const Library& library, const Requester& requester,
                                  const wire::Fields& request, const char* what,
                                  const std::function<RemoteJobs::Work(const Called&)>& workOf) {
-    const auto called = FindDatabase(database, library, request);
+    const auto called = FindCalled(database, library, request);
     if (!called)
         return nullptr;
     auto answer = std::make_shared<RemoteAnswer>();
@@ -148,8 +148,8 @@ std::shared_ptr<Prepared> Follow(Database& database, const Library& library, con
     return answer;
 }
 
-std::shared_ptr<Prepared> PrepareTest(Database& database, const Library& library, const Requester& requester,
-                                      const wire::Fields& request) {
+std::shared_ptr<Prepared> PrepareDatabaseTest(Database& database, const Library& library,
+                                              const Requester& requester, const wire::Fields& request) {
     return Follow(database, library, requester, request, "test",
                   [&](const Called& called) { return TestOf(database, called, request); });
 }
@@ -165,7 +165,7 @@ std::shared_ptr<Prepared> PrepareSave(Database& database, const Library& library
         return nullptr;
     const QString host = wire::FirstValue(request, "ADRS").trimmed();
     const QString port = wire::FirstValue(request, "PSYS").trimmed();
-    const auto before = FindDatabase(database, library, request);
+    const auto before = FindCalled(database, library, request);
     if (before && before->row["universal_borrowing"].toString() == u"Y" &&
         before->row["administration_address"].toString() == host &&
         before->row["administration_port"].toString() == port)
@@ -194,7 +194,7 @@ void PutOutcome(const RemoteAnswer& answer, ReplyFields& reply) {
     Put(reply, "FP", answer.result->fingerprint);
 }
 
-Answer Test(Context& context, const wire::Fields&) {
+Answer TestDatabase(Context& context, const wire::Fields&) {
     const auto* answer = dynamic_cast<const RemoteAnswer*>(context.prepared);
     if (!answer)
         return {status::NotFound};
@@ -314,8 +314,8 @@ void RegisterDatabaseConnections(Registry& registry) {
     registry.AddRequest({.name = "TstDB",
                          .area = Area::System,
                          .access = Access::Edit,
-                         .handler = Test,
-                         .prepare = PrepareTest});
+                         .handler = TestDatabase,
+                         .prepare = PrepareDatabaseTest});
     registry.AddRequest({.name = "RefreshClusterCache",
                          .area = Area::System,
                          .access = Access::View,

@@ -13,8 +13,8 @@ namespace duplicates = wire::duplicates;
 
 namespace {
 
-constexpr qint16 InCatalogingGroup = 67;
-constexpr qint16 InAcquisitionsGroup = 68;
+constexpr qint16 InCatalogingPolicy = 67;
+constexpr qint16 InAcquisitionsPolicy = 68;
 constexpr qint16 InImportRule = 69;
 const QString Profiles = "duplicate_profiles";
 
@@ -47,7 +47,7 @@ Answer AnswerHandling(Context& context, const wire::Fields& request) {
 }
 
 /// The indexes by which records can be compared: those that take one text from a place in the record.
-Answer ListIndexes(Context& context, const wire::Fields& request) {
+Answer ListMatchIndexes(Context& context, const wire::Fields& request) {
     if (!duplicates::IsRecordType(AskedType(request)))
         return {status::ColumnError};
     Answer answer;
@@ -68,7 +68,7 @@ void AddIndexes(Context& context, qint64 id, ReplyFields& reply) {
     });
 }
 
-qint16 CheckProfile(Context&, const wire::Fields&, const Row& before, Row& after) {
+qint16 CheckDuplicateProfile(Context&, const wire::Fields&, const Row& before, Row& after) {
     if (!before.isEmpty() && before["record_type"] != after["record_type"])
         return status::ColumnError;
     return status::Ok;
@@ -177,15 +177,15 @@ void RegisterDuplicateProfiles(Registry& registry) {
              SubjectField::Whole("R", "replace_score", 0, duplicates::MostScore),
              SubjectField::Flag("DDUM", "discards_unmatched")},
         .key = "DID",
-        .usedBy = {{"cataloging_policy_groups", "bib_profile_id", InCatalogingGroup},
-                   {"cataloging_policy_groups", "authority_profile_id", InCatalogingGroup},
-                   {"acquisitions_policy_groups", "duplicate_profile_id", InAcquisitionsGroup},
+        .usedBy = {{"cataloging_policy_groups", "bib_profile_id", InCatalogingPolicy},
+                   {"cataloging_policy_groups", "authority_profile_id", InCatalogingPolicy},
+                   {"acquisitions_policy_groups", "duplicate_profile_id", InAcquisitionsPolicy},
                    {"import_rules", "bib_profile_id", InImportRule},
                    {"import_rules", "authority_profile_id", InImportRule}},
         .children = {Indexes(), Qualities(), MergeFields()},
         .addReply = {"DID"},
         .rules = {{AreThresholdsInOrder, "The threshold for a warning is above the one for a replacement."}},
-        .checkPut = CheckProfile,
+        .checkPut = CheckDuplicateProfile,
         .afterPut = CheckIndexes,
         .addToGet = AddIndexes,
     });
@@ -201,7 +201,7 @@ void RegisterDuplicateProfiles(Registry& registry) {
                            "There is no heading index with this code.", {Profiles, "heading_indexes"})}});
     registry.AddRead("LstCatDp", Area::AnyOperator, ListProfiles);
     registry.About("LstCatDp", {Profiles});
-    registry.AddRead("AvlCatDp", Area::Cataloging, ListIndexes);
+    registry.AddRead("AvlCatDp", Area::Cataloging, ListMatchIndexes);
     registry.AddRead("GetDupHand", Area::AnyOperator, AnswerHandling);
 }
 

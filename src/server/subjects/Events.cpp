@@ -1,7 +1,6 @@
 #include "wire/Events.h"
+#include "server/DateTexts.h"
 #include "server/subjects/Registrations.h"
-
-#include <QTime>
 
 namespace sysadmin::server {
 
@@ -9,21 +8,13 @@ namespace events = wire::events;
 
 namespace {
 
-bool IsKind(const QString& value) {
+bool IsEventKind(const QString& value) {
     return value == events::kind::EachYear || value == events::kind::Weekday ||
            value == events::kind::FromEaster || value == events::kind::Once;
 }
 
-bool IsDate(const QString& value) {
-    return value.isEmpty() || QDate::fromString(value, events::DateFormat).isValid();
-}
-
-bool IsTime(const QString& value) {
-    return value.isEmpty() || QTime::fromString(value, "HH:mm").isValid();
-}
-
 /// There is a date of which the rule speaks, and an open day has hours.
-bool IsPossible(const Row& event) {
+bool IsPossibleEvent(const Row& event) {
     const auto number = [&](const char* column) { return event[column].toInt(); };
     const auto text = [&](const char* column) { return event[column].toString(); };
     const events::Rule rule{.kind = text("kind"),
@@ -50,7 +41,7 @@ void RegisterEvents(Registry& registry) {
                     .Required()
                     .Unique(status::DuplicateName)
                     .InList(),
-                SubjectField::Text("K", "kind", 1).Required().Checked(IsKind).InList(),
+                SubjectField::Text("K", "kind", 1).Required().Checked(IsEventKind).InList(),
                 SubjectField::Whole("M", "month", 1, 12).InList(),
                 SubjectField::Whole("Dy", "day", 1, 31).InList(),
                 SubjectField::Whole("Wk", "week", 1, events::LastWeek).InList(),
@@ -59,12 +50,12 @@ void RegisterEvents(Registry& registry) {
                     .InList(),
                 SubjectField::Text("Dt", "date", 8).Checked(IsDate).InList(),
                 SubjectField::Flag("O", "is_open").InList(),
-                SubjectField::Text("OTm", "open_time", 5).Checked(IsTime).InList(),
-                SubjectField::Text("CTm", "close_time", 5).Checked(IsTime).InList(),
+                SubjectField::Text("OTm", "open_time", 5).Checked(IsTimeOfDay).InList(),
+                SubjectField::Text("CTm", "close_time", 5).Checked(IsTimeOfDay).InList(),
             },
         .listArea = Area::AnyOperator,
         .addReply = {"ID"},
-        .rules = {{IsPossible, "There is no such day, or it is open without hours."}},
+        .rules = {{IsPossibleEvent, "There is no such day, or it is open without hours."}},
     });
 }
 

@@ -13,12 +13,12 @@ namespace {
 
 namespace fieldorder = wire::fieldorder;
 
-constexpr int Batch = 200;
+constexpr int OrderBatch = 200;
 const QString Configurations = "field_order_configurations";
-const QString Groups = "field_order_groups";
-const QString Rules = "field_order_rules";
+const QString OrderGroupsTable = "field_order_groups";
+const QString OrderRulesTable = "field_order_rules";
 
-const QList<SubjectField>& Fields() {
+const QList<SubjectField>& RuleFields() {
     static const QList<SubjectField> fields{
         SubjectField::Text("MFONAME", "name", fieldorder::NameLength)
             .Required()
@@ -49,7 +49,7 @@ Answer ListOptions(Context&, const wire::Fields&) {
 }
 
 void PutGroups(Context& context, qint64 id, ReplyFields& reply) {
-    context.database.Each("SELECT id, priority, pattern FROM " + Groups +
+    context.database.Each("SELECT id, priority, pattern FROM " + OrderGroupsTable +
                               " WHERE configuration_id=? ORDER BY priority",
                           {id}, [&](const ResultRow& row) {
                               Put(reply, "MFOGID", row.value(0).toString());
@@ -60,11 +60,11 @@ void PutGroups(Context& context, qint64 id, ReplyFields& reply) {
 
 Answer ReadRules(Context& context, const wire::Fields& request) {
     const auto group =
-        context.records.IdWhere(Groups, "id", wire::FirstValue(request, "MFOGID").toLongLong());
+        context.records.IdWhere(OrderGroupsTable, "id", wire::FirstValue(request, "MFOGID").toLongLong());
     if (!group)
         return {status::NotFound};
     Answer answer;
-    context.database.Each("SELECT sort_option, position, parameter FROM " + Rules +
+    context.database.Each("SELECT sort_option, position, parameter FROM " + OrderRulesTable +
                               " WHERE group_id=? ORDER BY position",
                           {*group}, [&](const ResultRow& row) {
                               Put(answer.fields, "MFORID", row.value(0).toString());
@@ -81,14 +81,14 @@ Answer StoreConfiguration(Context& context, const wire::Fields& request) {
     if (!isNew && stored == 0)
         return {status::NotFound};
     Row row = isNew ? Row() : *context.records.Find(Configurations, stored);
-    if (const qint16 refused = ReadFields(context, Fields(), request, isNew, row))
+    if (const qint16 refused = ReadFields(context, RuleFields(), request, isNew, row))
         return {refused};
     if (context.records.IsTaken(Configurations, {"name"}, row.value("name").toString(), {}, stored))
         return {status::DuplicateName};
     Answer answer;
     if (!isNew) {
         context.records.Update(Configurations, stored, row);
-        context.records.RemoveWhere(Groups, "configuration_id", stored);
+        context.records.RemoveWhere(OrderGroupsTable, "configuration_id", stored);
     } else {
         Put(answer.fields, "MFOCID", QString::number(context.records.Insert(Configurations, row)));
     }
@@ -120,7 +120,7 @@ Answer AddGroup(Context& context, const wire::Fields& request) {
     const auto configuration = Configuration(context, request);
     if (!configuration)
         return {status::NotFound};
-    const qint64 priority = context.records.Count(Groups, "configuration_id", *configuration) + 1;
+    const qint64 priority = context.records.Count(OrderGroupsTable, "configuration_id", *configuration) + 1;
     const QString pattern = wire::FirstValue(request, "MFOMAT");
     const QList<SentRule> rules = RulesIn(request);
     if (wire::FirstValue(request, "MFOGRP") != QString::number(priority) ||
@@ -128,7 +128,8 @@ Answer AddGroup(Context& context, const wire::Fields& request) {
         rules.size() > fieldorder::MostGroups)
         return {status::ColumnError};
     const qint64 group = context.records.Insert(
-        Groups, {{"configuration_id", *configuration}, {"priority", priority}, {"pattern", pattern}});
+        OrderGroupsTable,
+        {{"configuration_id", *configuration}, {"priority", priority}, {"pattern", pattern}});
     QSet<int> chosen;
     for (qsizetype i = 0; i < rules.size(); ++i) {
         const SentRule& rule = rules[i];
@@ -138,10 +139,10 @@ Answer AddGroup(Context& context, const wire::Fields& request) {
             !fieldorder::IsParameter(*option, pattern, rule.parameter))
             return {status::ColumnError};
         chosen.insert(option->id);
-        context.records.Insert(Rules, {{"group_id", group},
-                                       {"position", i + 1},
-                                       {"sort_option", option->id},
-                                       {"parameter", rule.parameter}});
+        context.records.Insert(OrderRulesTable, {{"group_id", group},
+                                                 {"position", i + 1},
+                                                 {"sort_option", option->id},
+                                                 {"parameter", rule.parameter}});
     }
     return {};
 }
@@ -164,15 +165,15 @@ void RegisterFieldOrders(Registry& registry) {
         .table = Configurations,
         .area = Area::Cataloging,
         .requests = {.list = "LstMarcFieldOrder", .get = "GetMarcFieldOrder", .remove = "DelMarcFieldOrder"},
-        .fields = Fields(),
+        .fields = RuleFields(),
         .key = "MFOCID",
-        .batch = Batch,
+        .batch = OrderBatch,
         .addToGet = PutGroups,
     });
-    Table groups = PartTable(Groups, "configuration_id", Configurations, "priority");
+    Table groups = PartTable(OrderGroupsTable, "configuration_id", Configurations, "priority");
     groups.columns << Column{.name = "pattern"};
     registry.AddTable(groups);
-    Table rules = PartTable(Rules, "group_id", Groups, "position");
+    Table rules = PartTable(OrderRulesTable, "group_id", OrderGroupsTable, "position");
     rules.columns << Column{.name = "sort_option", .type = ColumnType::Whole} << Column{.name = "parameter"};
     registry.AddTable(rules);
 
@@ -183,7 +184,7 @@ void RegisterFieldOrders(Registry& registry) {
     registry.About("AddMarcFieldOrderSortRule", {Configurations}, {"MFOCID"});
     registry.AddRead("GetMarcFieldOrderSortRule", Area::Cataloging, ReadRules);
     registry.AboutOwner("GetMarcFieldOrderSortRule", Configurations, "MFOGID",
-                        "SELECT configuration_id FROM " + Groups + " WHERE id=?", "rules");
+                        "SELECT configuration_id FROM " + OrderGroupsTable + " WHERE id=?", "rules");
 
     registry.AddSubject({
         .table = "field_order_service",

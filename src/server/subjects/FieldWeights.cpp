@@ -98,7 +98,7 @@ qint16 CheckWeights(Context& context, const wire::Fields&, qint64 id, bool) {
 }
 
 /// "AvlFldWt": the keyword indexes with the fields that they take and the weights that they have.
-Answer ListIndexes(Context& context, const wire::Fields&) {
+Answer ListWeightedIndexes(Context& context, const wire::Fields&) {
     Answer answer;
     for (const IndexFamily& family : KeywordFamilies())
         context.database.Each("SELECT id, code, name FROM " + family.table + " ORDER BY code", {},
@@ -140,7 +140,7 @@ void RegisterFieldWeights(Registry& registry) {
         .checkPut = CheckWeighting,
         .afterPut = CheckWeights,
     });
-    registry.AddRead("AvlFldWt", Area::System, ListIndexes);
+    registry.AddRead("AvlFldWt", Area::System, ListWeightedIndexes);
 }
 
 } // namespace sysadmin::server

@@ -56,7 +56,7 @@ qint16 CheckFilter(Context& context, const wire::Fields&, const Row& before, Row
 }
 
 /// "AvlHdFlt": the indexes that can have a filter.
-Answer ListIndexes(Context& context, const wire::Fields&) {
+Answer ListFilterableIndexes(Context& context, const wire::Fields&) {
     Answer answer;
     context.database.Each("SELECT code, name, definition FROM heading_indexes ORDER BY code", {},
                           [&](const ResultRow& row) {
@@ -94,7 +94,7 @@ void RegisterHeadingFilters(Registry& registry) {
         .checkPut = CheckFilter,
     });
     registry.AddTable({.name = Filters, .uniqueSets = {{"index_id"}}});
-    registry.AddRead("AvlHdFlt", Area::System, ListIndexes);
+    registry.AddRead("AvlHdFlt", Area::System, ListFilterableIndexes);
 }
 
 } // namespace sysadmin::server

@@ -82,7 +82,7 @@ bool ArePositionsInOrder(const wire::Fields& request) {
     });
 }
 
-qint16 StoreLists(Context& context, const wire::Fields& request, qint64 id, bool) {
+qint16 StoreSortLists(Context& context, const wire::Fields& request, qint64 id, bool) {
     const Row record = *context.records.Find("sort_groups", id);
     if (record["is_default"] == "Y")
         for (const QVariant& other :
@@ -131,7 +131,7 @@ void RegisterHoldingsSortGroups(Registry& registry) {
         .addReply = {"SGID"},
         .order = {"place"},
         .checkPut = CheckGroup,
-        .afterPut = StoreLists,
+        .afterPut = StoreSortLists,
         .checkRemove = RemoveGroup,
         .addToGet = [](Context& context, qint64 id, ReplyFields& reply) { PutLists(context, id, reply); },
     });

@@ -12,19 +12,12 @@ namespace import = wire::bulkimport;
 
 namespace {
 
-using Kind = import::Setting::Kind;
+using SettingKind = import::Setting::Kind;
 
 constexpr qint16 InvalidVendor = 58;
-constexpr qint16 InvalidFund = 59;
 const QString SettingsTable = "import_rule_settings";
 
-bool IsCharacterSet(const QString& value) {
-    bool isNumber = false;
-    const int id = value.toInt(&isNumber);
-    return value.trimmed().isEmpty() || (isNumber && id >= 0 && id <= CharacterSets().size());
-}
-
-template <Kind kind>
+template <SettingKind kind>
 bool IsValueOf(const QString& value) {
     return import::IsValue(kind, value);
 }
@@ -38,36 +31,36 @@ SubjectField FieldOf(const import::Setting& setting) {
         return SubjectField::Reference(setting.tag, column, table);
     };
     switch (setting.kind) {
-    case Kind::Field:
-        return text(IsValueOf<Kind::Field>);
-    case Kind::Subfield:
-        return text(IsValueOf<Kind::Subfield>);
-    case Kind::Indicator:
-        return text(IsValueOf<Kind::Indicator>);
-    case Kind::Flag:
-        return text(IsValueOf<Kind::Flag>);
-    case Kind::Count:
-        return text(IsValueOf<Kind::Count>);
-    case Kind::Amount:
-        return text(IsValueOf<Kind::Amount>);
-    case Kind::CopyMethod:
-        return text(IsValueOf<Kind::CopyMethod>);
-    case Kind::Vendor:
+    case SettingKind::Field:
+        return text(IsValueOf<SettingKind::Field>);
+    case SettingKind::Subfield:
+        return text(IsValueOf<SettingKind::Subfield>);
+    case SettingKind::Indicator:
+        return text(IsValueOf<SettingKind::Indicator>);
+    case SettingKind::Flag:
+        return text(IsValueOf<SettingKind::Flag>);
+    case SettingKind::Count:
+        return text(IsValueOf<SettingKind::Count>);
+    case SettingKind::Amount:
+        return text(IsValueOf<SettingKind::Amount>);
+    case SettingKind::CopyMethod:
+        return text(IsValueOf<SettingKind::CopyMethod>);
+    case SettingKind::Vendor:
         return reference("vendor_id", "vendors");
-    case Kind::VendorAccount:
+    case SettingKind::VendorAccount:
         return reference("vendor_account_id", "vendor_accounts");
-    case Kind::Location:
+    case SettingKind::Location:
         return reference("location_id", "locations");
-    case Kind::OrderType:
+    case SettingKind::OrderType:
         return reference("po_type_id", "po_types");
-    case Kind::LineItemType:
+    case SettingKind::LineItemType:
         return reference("line_item_type_id", "line_item_types");
-    case Kind::Ledger:
+    case SettingKind::Ledger:
         return reference("ledger_id", "ledgers");
-    case Kind::FiscalPeriod:
+    case SettingKind::FiscalPeriod:
         return reference("fiscal_period_id", "fiscal_periods");
     default:
-        return text(IsValueOf<Kind::Text>);
+        return text(IsValueOf<SettingKind::Text>);
     }
 }
 
@@ -82,7 +75,7 @@ const QList<StoredSetting>& StoredSettings() {
     static const QList<StoredSetting> settings = [] {
         QList<StoredSetting> all;
         for (const import::Setting& setting : import::Settings())
-            if (setting.kind != Kind::VendorCode)
+            if (setting.kind != SettingKind::VendorCode)
                 all.append({setting, FieldOf(setting)});
         return all;
     }();
@@ -90,7 +83,7 @@ const QList<StoredSetting>& StoredSettings() {
 }
 
 /// Whether a stored row is a setting with a value that it may have.
-bool IsPossible(const Row& row) {
+bool IsPossibleSetting(const Row& row) {
     const auto& all = StoredSettings();
     const auto stored = std::find_if(all.begin(), all.end(), [&](const StoredSetting& candidate) {
         return import::PartName(candidate.setting.part) == row["part"].toString() &&
@@ -117,7 +110,7 @@ Table SettingsTableOf() {
             table.columns.append(stored.field.StoredAs());
             table.columns.last().rule = {}; // settings that share a column have rules of their own
         }
-    table.rules = {{IsPossible, "There is no such setting, or it cannot hold this value."}};
+    table.rules = {{IsPossibleSetting, "There is no such setting, or it cannot hold this value."}};
     return table;
 }
 
@@ -147,13 +140,13 @@ void AddSettings(Context& context, qint64 rule, ReplyFields& reply) {
     QHash<QString, QVariant> values;
     for (const StoredSetting& stored : StoredSettings()) {
         values.insert(stored.setting.tag, rows.value(KeyOf(stored.setting)).value(stored.field.column));
-        if (stored.setting.kind == Kind::Vendor)
+        if (stored.setting.kind == SettingKind::Vendor)
             vendor = values.value(stored.setting.tag);
     }
     for (const import::Setting& setting : import::Settings())
         Put(reply, setting.tag,
-            setting.kind == Kind::VendorCode ? CodeOfVendor(context, vendor)
-                                             : values.value(setting.tag).toString());
+            setting.kind == SettingKind::VendorCode ? CodeOfVendor(context, vendor)
+                                                    : values.value(setting.tag).toString());
 }
 
 /// A vendor may be named by its code alone; where both are said they name the same one.
@@ -172,12 +165,12 @@ qint16 CheckSetting(Context& context, const StoredSetting& stored, const Row& be
                     const QVariant& vendor) {
     if (value == before.value(stored.field.column))
         return status::Ok;
-    if (stored.setting.kind == Kind::FundCode && !context.records.IdWhere("funds", "code", value))
-        return InvalidFund;
-    if (stored.setting.kind == Kind::Currency &&
+    if (stored.setting.kind == SettingKind::FundCode && !context.records.IdWhere("funds", "code", value))
+        return status::InvalidFund;
+    if (stored.setting.kind == SettingKind::Currency &&
         !context.records.IdOfText("currencies", "code", value.toString()))
         return status::ColumnError;
-    if (stored.setting.kind != Kind::VendorAccount)
+    if (stored.setting.kind != SettingKind::VendorAccount)
         return status::Ok;
     const auto account = context.records.Find("vendor_accounts", value.toLongLong());
     return account && account->value("vendor_id") == vendor ? status::Ok : status::ColumnError;
@@ -190,7 +183,7 @@ qint16 StoreSettings(Context& context, const wire::Fields& request, qint64 rule,
     for (const StoredSetting& stored : StoredSettings()) {
         const Row before = rows.value(KeyOf(stored.setting));
         std::optional<QString> sent = Sent(request, stored.setting.tag);
-        const auto code = stored.setting.kind == Kind::Vendor ? Sent(request, "OVCODE") : std::nullopt;
+        const auto code = stored.setting.kind == SettingKind::Vendor ? Sent(request, "OVCODE") : std::nullopt;
         if (code && !sent)
             sent = QString();
         QVariant value = before.value(stored.field.column);
@@ -200,7 +193,7 @@ qint16 StoreSettings(Context& context, const wire::Fields& request, qint64 rule,
                 return refused;
             value = row.value(stored.field.column);
         }
-        if (stored.setting.kind == Kind::Vendor) {
+        if (stored.setting.kind == SettingKind::Vendor) {
             if (const qint16 refused = SettleVendor(context, code.value_or(QString()), value))
                 return refused;
             vendor = value;
@@ -242,7 +235,7 @@ int ModeOf(const Row& row) {
     return import::ModeOf(flags);
 }
 
-void AddToRecord(Context& context, qint64 id, ReplyFields& reply) {
+void AddModeAndSettings(Context& context, qint64 id, ReplyFields& reply) {
     const int mode = ModeOf(*context.records.Find("import_rules", id));
     const bool hasMode = mode >= 0;
     Put(reply, "OSHOW", hasMode && import::LoadModes()[mode].createsOrders ? "-1" : "0");
@@ -250,7 +243,7 @@ void AddToRecord(Context& context, qint64 id, ReplyFields& reply) {
     AddSettings(context, id, reply);
 }
 
-qint16 CheckRule(Context& context, const wire::Fields&, const Row&, Row& after) {
+qint16 CheckImportRule(Context& context, const wire::Fields&, const Row&, Row& after) {
     if (ModeOf(after) < 0)
         return status::ColumnError;
     const QList<QPair<QString, QString>> profiles{{"bib_profile_id", "B"}, {"authority_profile_id", "A"}};
@@ -295,7 +288,7 @@ bool AreMappingsDifferent(const QList<Row>& rows) {
     return true;
 }
 
-Children Mappings() {
+Children RuleMappings() {
     return {.table = "import_mappings",
             .owner = "rule_id",
             .fields = {SubjectField::Text("DMI", "marc_item", import::ValueLength).Required(),
@@ -308,7 +301,7 @@ Children Mappings() {
             .check = AreMappingsDifferent};
 }
 
-QList<SubjectField> RuleFields() {
+QList<SubjectField> ImportRuleFields() {
     QList<SubjectField> fields{
         SubjectField::Text("BIC", "code", import::CodeLength)
             .Unique(status::DuplicateCode)
@@ -356,7 +349,7 @@ QList<SubjectField> RuleFields() {
 }
 
 /// What the rules choose from: profiles of each kind, owning libraries, call number hierarchies.
-Answer ListChoices(Context& context, const wire::Fields&) {
+Answer ListImportChoices(Context& context, const wire::Fields&) {
     Answer answer;
     const auto put = [&](const QString& sql, const QString& idTag, const QString& nameTag) {
         context.database.Each(sql, {}, [&](const ResultRow& row) {
@@ -379,14 +372,14 @@ void RegisterImportRules(Registry& registry) {
         .area = Area::Cataloging,
         .requests =
             {.list = "LstImp", .get = "GetImp", .add = "AddImp", .update = "UpdImp", .remove = "DelImp"},
-        .fields = RuleFields(),
+        .fields = ImportRuleFields(),
         .key = "BII",
         .children = {PlaceList("import_item_type_fields", "DI"), PlaceList("import_barcode_fields", "DB"),
-                     Mappings()},
+                     RuleMappings()},
         .addReply = {"BII"},
-        .checkPut = CheckRule,
+        .checkPut = CheckImportRule,
         .afterPut = StoreSettings,
-        .addToGet = AddToRecord,
+        .addToGet = AddModeAndSettings,
     });
     registry.AddTable(SettingsTableOf());
     registry.AddTable(
@@ -397,7 +390,7 @@ void RegisterImportRules(Registry& registry) {
                        "duplicate_profiles d WHERE (d.id=r.bib_profile_id AND d.record_type<>'B') "
                        "OR (d.id=r.authority_profile_id AND d.record_type<>'A'))",
                        "A duplicate profile is of the wrong type.", {"duplicate_profiles"})}});
-    registry.AddRead("AvlImp", Area::AnyOperator, ListChoices);
+    registry.AddRead("AvlImp", Area::AnyOperator, ListImportChoices);
     registry.AddList("AvlLocations", Area::AnyOperator,
                      {{"locations", {{"D5", "id"}, {"D6", "code"}}, {"code"}}});
     registry.AddList("GetItemTypes", Area::AnyOperator,

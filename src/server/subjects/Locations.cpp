@@ -6,7 +6,6 @@ namespace sysadmin::server {
 
 namespace {
 
-constexpr qint16 IsOpacDesk = 51;
 constexpr qint16 InAcquisitionsGroup = 23;
 constexpr qint16 InCatalogingGroup = 24;
 constexpr qint16 InCirculationGroup = 25;
@@ -49,17 +48,17 @@ const QList<UsageKind>& LocationUsages() {
 }
 
 /// The public catalogue's desk stays until another location is it; that is said before anything else.
-qint16 CheckRemoval(Context& context, qint64 id, const Row&) {
+qint16 CheckLocationRemoval(Context& context, qint64 id, const Row&) {
     const bool isDesk =
         context.database
             .FirstRow("SELECT 1 FROM circulation_policy_locations WHERE location_id=? AND is_opac_desk='Y'",
                       {id})
             .has_value();
-    return isDesk ? IsOpacDesk : status::Ok;
+    return isDesk ? status::IsOpacDesk : status::Ok;
 }
 
 /// The names of the policy groups.
-void AddToRecord(Context& context, qint64 id, ReplyFields& reply) {
+void AddGroupNames(Context& context, qint64 id, ReplyFields& reply) {
     const QList<QPair<QString, QString>> groups{
         {"CtGrp", "cataloging"}, {"ASGrp", "acquisitions"}, {"CrGrp", "circulation"}};
     for (const auto& [tag, kind] : groups)
@@ -109,8 +108,8 @@ void RegisterLocations(Registry& registry) {
         .children = {LocationAddresses()},
         .alsoListed = {{"phone_types", {{"PTps", "id"}, {"PDsc", "name"}}}},
         .addReply = {"ID", "Cd"},
-        .checkRemove = CheckRemoval,
-        .addToGet = AddToRecord,
+        .checkRemove = CheckLocationRemoval,
+        .addToGet = AddGroupNames,
     });
     registry.AddTable({.name = "phone_types",
                        .columns = {{.name = "name"}},

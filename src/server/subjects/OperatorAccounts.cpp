@@ -14,10 +14,6 @@ namespace {
 /// The system's own administrator, who is never deleted.
 const QString BuiltInOperator = "SYSADMIN";
 
-QString Text(const Row& row, const char* column) {
-    return row.value(column).toString();
-}
-
 QString Sent(const wire::Fields& request, const QString& tag) {
     return wire::FirstValue(request, tag).trimmed();
 }
@@ -95,16 +91,16 @@ Answer GetOperator(Context& context, const wire::Fields& request) {
     const Row& row = account->row;
     Answer answer;
     ReplyFields& reply = answer.fields;
-    Put(reply, "FNm", Text(row, "first_name"));
-    Put(reply, "LNm", Text(row, "last_name"));
-    Put(reply, "MI", Text(row, "middle_initial"));
-    Put(reply, "CrDt", AsUsDate(Text(row, "created_on")));
-    Put(reply, "MdDt", AsUsDate(Text(row, "modified_on")));
-    Put(reply, "MdOpr", Text(row, "modified_by"));
-    Put(reply, "Nexp", Text(row, "never_expires"));
+    Put(reply, "FNm", TextOf(row, "first_name"));
+    Put(reply, "LNm", TextOf(row, "last_name"));
+    Put(reply, "MI", TextOf(row, "middle_initial"));
+    Put(reply, "CrDt", AsUsDate(TextOf(row, "created_on")));
+    Put(reply, "MdDt", AsUsDate(TextOf(row, "modified_on")));
+    Put(reply, "MdOpr", TextOf(row, "modified_by"));
+    Put(reply, "Nexp", TextOf(row, "never_expires"));
     Put(reply, "Exp", IsExpired(row, rules, context.now) ? "Y" : "N");
     Put(reply, "Lock", IsLocked(row, rules, context.now) ? "Y" : "N");
-    Put(reply, "Rchg", Text(row, "restrict_change"));
+    Put(reply, "Rchg", TextOf(row, "restrict_change"));
     for (const QString& name : ProfilesOf(context, account->id))
         Put(reply, "Prof", name);
     return answer;
@@ -138,7 +134,7 @@ qint16 ReadAccount(const wire::Fields& request, Row& row) {
                 row.insert(column, field.value);
             }
     }
-    return Text(row, "last_name").trimmed().isEmpty() ? status::ColumnError : status::Ok;
+    return TextOf(row, "last_name").trimmed().isEmpty() ? status::ColumnError : status::Ok;
 }
 
 void Stamp(const Context& context, Row& row) {
@@ -186,7 +182,7 @@ qint16 TakePassword(Context& context, const wire::Fields& request, qint64 operat
 /// of an expired password go on as soon as it is changed.
 void EndStranded(Context& context, qint64 operatorRow) {
     const auto row = context.records.Find("operators", operatorRow);
-    if (row && Text(*row, "expired") == "Y" && Text(*row, "restrict_change") == "Y")
+    if (row && TextOf(*row, "expired") == "Y" && TextOf(*row, "restrict_change") == "Y")
         Sessions(context.database).EndAllOf(operatorRow);
 }
 
@@ -222,7 +218,7 @@ Answer UpdateOperator(Context& context, const wire::Fields& request) {
         return {status::NotFound};
     // The id is what other records know an operator by: it stays.
     if (const QString before = Sent(request, "PID");
-        !before.isEmpty() && Fold(before) != Fold(Text(account->row, "operator_id")))
+        !before.isEmpty() && Fold(before) != Fold(TextOf(account->row, "operator_id")))
         return {status::ColumnError};
     const bool hasPassword = !wire::FirstValue(request, "PW").isEmpty();
     if (hasPassword && !context.rights.Has("ChgPwd"))
@@ -253,7 +249,7 @@ Answer ExpireOperator(Context& context, const wire::Fields& request) {
     const auto account = FindAccount(context, request);
     if (!account)
         return {status::NotFound};
-    if (Text(account->row, "never_expires") == "Y")
+    if (TextOf(account->row, "never_expires") == "Y")
         return {status::ColumnError};
     Row row{{"expired", "Y"}};
     Stamp(context, row);
@@ -266,7 +262,7 @@ Answer RemoveOperator(Context& context, const wire::Fields& request) {
     const auto account = FindAccount(context, request);
     if (!account)
         return {status::NotFound};
-    if (Fold(Text(account->row, "operator_id")) == Fold(BuiltInOperator))
+    if (Fold(TextOf(account->row, "operator_id")) == Fold(BuiltInOperator))
         return {status::NotAuthorised};
     if (const qint16 refused = RefuseLastHolder(context, account->id))
         return {refused};
@@ -288,9 +284,9 @@ Answer GetLockout(Context& context, const wire::Fields& request) {
         return {status::NotFound};
     const bool locked = IsLocked(account->row, ReadSecurityRules(context.database), context.now);
     Answer answer;
-    Put(answer.fields, "LC", Text(account->row, "failed_count"));
-    Put(answer.fields, "LT", ShownTime(Text(account->row, "last_failure_at")));
-    Put(answer.fields, "IL", locked ? ShownTime(Text(account->row, "locked_at")) : QString());
+    Put(answer.fields, "LC", TextOf(account->row, "failed_count"));
+    Put(answer.fields, "LT", ShownTime(TextOf(account->row, "last_failure_at")));
+    Put(answer.fields, "IL", locked ? ShownTime(TextOf(account->row, "locked_at")) : QString());
     return answer;
 }
 

@@ -7,7 +7,7 @@ namespace sysadmin::server {
 namespace {
 
 constexpr int AttemptsInBatch = 500;
-constexpr int MostDays = 999;
+constexpr int MostPasswordDays = 999;
 
 Answer GetRulesText(Context& context, const wire::Fields&) {
     Answer answer;
@@ -59,7 +59,7 @@ Answer GetExpiry(Context& context, const wire::Fields&) {
 Answer UpdateExpiry(Context& context, const wire::Fields& request) {
     bool isNumber = false;
     const int days = wire::FirstValue(request, "ED").trimmed().toInt(&isNumber);
-    if (!isNumber || days < 0 || days > MostDays)
+    if (!isNumber || days < 0 || days > MostPasswordDays)
         return {status::ColumnError};
     const auto options = context.records.IdWhere("security_options", "only_one", "Y");
     if (!options)

@@ -1,3 +1,4 @@
+#include "server/DateTexts.h"
 #include "server/subjects/Registrations.h"
 
 #include <QRegularExpression>
@@ -8,10 +9,6 @@ namespace {
 
 constexpr int DateLength = 8;
 constexpr int OffsetLength = 5;
-
-bool IsDate(const QString& value) {
-    return value.isEmpty() || QDate::fromString(value, "yyyyMMdd").isValid();
-}
 
 /// A number of years, months or days.
 bool IsOffset(const QString& value) {

@@ -12,7 +12,7 @@ constexpr qint16 UsedByRemotePolicies = 96;
 constexpr qint16 UsedByTransactions = 102;
 constexpr qint16 UsedByMatrix = 103;
 
-SubjectField Limit(const QString& tag, const QString& column) {
+SubjectField CountLimit(const QString& tag, const QString& column) {
     return SubjectField::Whole(tag, column, 0, MostCount);
 }
 
@@ -24,7 +24,7 @@ const KeyedRows& ItemLimits() {
                                   .keyTag = "ITMTYPID",
                                   .keyColumn = "item_type_id",
                                   .keyTable = "item_types",
-                                  .fields = {Limit("PatChrgLmt", "charge_limit")}};
+                                  .fields = {CountLimit("PatChrgLmt", "charge_limit")}};
     return limits;
 }
 
@@ -100,12 +100,12 @@ void RegisterPatronGroups(Registry& registry) {
                 // Real libraries give several groups the same name.
                 SubjectField::Text("Nm", "name", NameLength).Required().InList(),
                 SubjectField::Text("Dsp", "display_name", NameLength),
-                Limit("MaxDem", "most_demerits"),
-                Limit("SusDays", "suspension_days"),
+                CountLimit("MaxDem", "most_demerits"),
+                CountLimit("SusDays", "suspension_days"),
                 SubjectField::Flag("DemAply", "demerits_apply"),
                 SubjectField::Flag("ChrgdStatDsply", "shows_charged_messages"),
                 SubjectField::Flag("PatChrgLmtAply", "limit_applies"),
-                Limit("PatChrgLmt", "charge_limit"),
+                CountLimit("PatChrgLmt", "charge_limit"),
             },
         .listArea = Area::AnyOperator,
         .usedBy = {{"circulation_matrix", "patron_group_id", UsedByMatrix},

@@ -47,8 +47,8 @@ RemoteJobs::Work TestOf(const Library& library, const Row& stored, const QUrl& u
     return [call](const Patience& patience) { return AskAddress(call, patience); };
 }
 
-std::shared_ptr<Prepared> PrepareTest(Database& database, const Library& library, const Requester& requester,
-                                      const wire::Fields& request) {
+std::shared_ptr<Prepared> PrepareToolkitTest(Database& database, const Library& library,
+                                             const Requester& requester, const wire::Fields& request) {
     const Row stored = StoredToolkit(database, library);
     const QUrl url(stored["address"].toString().trimmed(), QUrl::StrictMode);
     auto answer = std::make_shared<TestAnswer>();
@@ -61,7 +61,7 @@ std::shared_ptr<Prepared> PrepareTest(Database& database, const Library& library
 }
 
 /// "TstRdaTk": asks the stored address.
-Answer Test(Context& context, const wire::Fields&) {
+Answer TestToolkit(Context& context, const wire::Fields&) {
     const auto* answer = dynamic_cast<const TestAnswer*>(context.prepared);
     if (!answer || !answer->result)
         return {answer ? status::Continues : status::NotFound};
@@ -102,8 +102,8 @@ void RegisterRdaToolkit(Registry& registry) {
     registry.AddRequest({.name = "TstRdaTk",
                          .area = Area::Cataloging,
                          .access = Access::Edit,
-                         .handler = Test,
-                         .prepare = PrepareTest});
+                         .handler = TestToolkit,
+                         .prepare = PrepareToolkitTest});
 }
 
 } // namespace sysadmin::server

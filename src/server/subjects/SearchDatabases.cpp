@@ -17,7 +17,7 @@ namespace {
 
 constexpr qint16 RemoteUnreachable = 60;
 
-bool IsType(const QString& value) {
+bool IsDatabaseType(const QString& value) {
     return value == databases::SystemType || value == databases::TargetType;
 }
 
@@ -48,12 +48,6 @@ bool AreAttributesInOrder(const QList<Row>& rows) {
         codes.insert(code);
     }
     return true;
-}
-
-bool IsCharacterSet(const QString& value) {
-    bool valid = false;
-    const int id = value.toInt(&valid);
-    return value.trimmed().isEmpty() || (valid && id >= 0 && id <= CharacterSets().size());
 }
 
 /// The row's pairs of address and port, as they are compared.
@@ -168,7 +162,7 @@ Children Attributes() {
             .check = AreAttributesInOrder};
 }
 
-Answer ListAvailable(Context& context, const wire::Fields&) {
+Answer ListDatabaseChoices(Context& context, const wire::Fields&) {
     Answer answer;
     PutAvailable(context, AccessGroups(), std::nullopt, answer.fields);
     PutList(context, {"holdings_hooks", {{"DID", "id"}, {"DNm", "name"}}, {"name"}}, answer.fields);
@@ -220,6 +214,12 @@ const QList<DatabaseService>& DatabaseServices() {
     return services;
 }
 
+bool IsCharacterSet(const QString& value) {
+    bool valid = false;
+    const int id = value.toInt(&valid);
+    return value.trimmed().isEmpty() || (valid && id >= 0 && id <= CharacterSets().size());
+}
+
 const QList<CharacterSet>& CharacterSets() {
     static const QList<CharacterSet> sets{
         {"MARC-8", "MARC-8"},
@@ -263,7 +263,7 @@ void RegisterSearchDatabases(Registry& registry) {
                     .Unique(status::DuplicateCode)
                     .WriteOnly(),
                 SubjectField::Text("Nm", "name", databases::NameLength).Required().InList(),
-                SubjectField::Text("Pr", "type", 1).Required().Checked(IsType).InList(),
+                SubjectField::Text("Pr", "type", 1).Required().Checked(IsDatabaseType).InList(),
                 SubjectField::Flag("PU", "public_use"),
                 SubjectField::Flag("DBU", "universal_borrowing"),
                 SubjectField::Text("DBK", "key", databases::KeyLength),
@@ -291,7 +291,7 @@ void RegisterSearchDatabases(Registry& registry) {
         .addToGet = AddId,
     });
     AddCacheTables(registry);
-    registry.AddRead("AvlDB", Area::System, ListAvailable);
+    registry.AddRead("AvlDB", Area::System, ListDatabaseChoices);
     registry.AddRead("GETCHARSETS", Area::AnyOperator, ListCharacterSets);
 }
 

@@ -26,6 +26,8 @@ struct CharacterSet {
     QString converter; ///< as the converter of texts knows it
 };
 const QList<CharacterSet>& CharacterSets();
+/// The id of one, 0, or nothing.
+bool IsCharacterSet(const QString& value);
 
 /// Whether the settings server of a database that is to take part in universal borrowing can be reached:
 /// tried before the definition is saved.

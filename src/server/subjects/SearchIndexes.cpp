@@ -19,7 +19,7 @@ using indexes::Family;
 namespace {
 
 constexpr qint16 InCompositeIndex = 83;
-constexpr int Batch = 200;
+constexpr int IndexBatch = 200;
 
 const QString Composites = "composite_indexes";
 
@@ -93,7 +93,7 @@ qint16 CheckIndex(const IndexFamily& family, Context& context, const Row& before
     return status::Ok;
 }
 
-qint16 CheckRemoval(const IndexFamily& family, Context& context, const Row& index) {
+qint16 CheckIndexRemoval(const IndexFamily& family, Context& context, const Row& index) {
     const QString code = index["code"].toString();
     if (indexes::IsSystemCode(family.family, code))
         return status::SystemIndex;
@@ -110,8 +110,8 @@ qint16 CheckRemoval(const IndexFamily& family, Context& context, const Row& inde
 }
 
 /// Whoever names the index by its code.
-void FindUses(Context& context, qint64, const Row& index,
-              const std::function<void(const RecordName& user, const QString& column)>& tell) {
+void FindIndexUses(Context& context, qint64, const Row& index,
+                   const std::function<void(const RecordName& user, const QString& column)>& tell) {
     const QString code = index["code"].toString();
     EachComposite(context, code, [&](qint64 id, const QString&) { tell({Composites, id}, "definition"); });
     for (const IndexReference& reference : IndexReferences())
@@ -129,7 +129,7 @@ SubjectField SortKey(const QString& tag, const QString& column) {
     return SubjectField::Text(tag, column, 20).Default(indexes::NoSortKey).Checked(indexes::IsSortKey);
 }
 
-QList<SubjectField> Fields() {
+QList<SubjectField> IndexFields() {
     return QList<SubjectField>{
                SubjectField::Text("Cd", "code", indexes::CodeLength)
                    .Required()
@@ -247,16 +247,16 @@ void RegisterFamily(Registry& registry, const IndexFamily& family, const Request
         .table = family.table,
         .area = Area::System,
         .requests = requests,
-        .fields = Fields(),
+        .fields = IndexFields(),
         .key = "Cd",
         .originalKey = "FC",
         .children = children,
-        .batch = Batch,
+        .batch = IndexBatch,
         .checkPut = [&family](Context& context, const wire::Fields&, const Row& before,
                               Row& after) { return CheckIndex(family, context, before, after); },
         .checkRemove = [&family](Context& context, qint64,
-                                 const Row& index) { return CheckRemoval(family, context, index); },
-        .findUses = FindUses,
+                                 const Row& index) { return CheckIndexRemoval(family, context, index); },
+        .findUses = FindIndexUses,
         .addToGet = [&family](Context& context, qint64 id,
                               ReplyFields& reply) { AddUses(context, family, id, reply); },
     });

@@ -9,13 +9,13 @@ namespace sysadmin::server {
 
 namespace {
 
-bool IsTime(const QString& value) {
+bool IsDuration(const QString& value) {
     static const QRegularExpression form("^[MHD]\\d{1,6}\\z");
     return value.isEmpty() || form.match(value).hasMatch();
 }
 
 /// Two options of which one bounds the other.
-struct Bound {
+struct RuleBound {
     QString one;
     QString other;
     bool (*isBroken)(const Row& options);
@@ -26,9 +26,9 @@ qint64 Days(const Row& options, const char* column) {
     return options.value(column).toLongLong();
 }
 
-const QList<Bound>& Bounds() {
+const QList<RuleBound>& Bounds() {
     // 0 days of age: passwords never expire.
-    static const QList<Bound> bounds{
+    static const QList<RuleBound> bounds{
         {"least_length", "most_length",
          [](const Row& options) { return Days(options, "least_length") > Days(options, "most_length"); },
          "The least length is more than the most."},
@@ -51,7 +51,7 @@ const QList<Bound>& Bounds() {
 /// A change that breaks a bound is refused. One that was broken before keeps nobody from changing something
 /// else.
 qint16 CheckBounds(Context&, const wire::Fields&, const Row& before, Row& after) {
-    for (const Bound& bound : Bounds())
+    for (const RuleBound& bound : Bounds())
         if (bound.isBroken(after) && (before.value(bound.one) != after.value(bound.one) ||
                                       before.value(bound.other) != after.value(bound.other)))
             return status::ColumnError;
@@ -61,7 +61,7 @@ qint16 CheckBounds(Context&, const wire::Fields&, const Row& before, Row& after)
 /// The same for an import.
 QList<StoredRule> StoredBounds() {
     QList<StoredRule> rules;
-    for (const Bound& bound : Bounds())
+    for (const RuleBound& bound : Bounds())
         rules.append(
             {{},
              [&bound](Database& database) {
@@ -93,7 +93,7 @@ void RegisterSecurityOptions(Registry& registry) {
         .fields =
             {
                 Number("PMC", "previous_passwords", 24, "3"),
-                SubjectField::Text("PAM", "least_age", 7).Default("H0").Checked(IsTime),
+                SubjectField::Text("PAM", "least_age", 7).Default("H0").Checked(IsDuration),
                 Number("PAX", "most_age_days", 999, "0"),
                 Number("ERD", "reminder_days", 999, "0"),
                 SubjectField::Whole("PLM", "least_length", 8, 128).Required().Default("8"),
@@ -114,8 +114,8 @@ void RegisterSecurityOptions(Registry& registry) {
                 SubjectField::Text("PSC", "special_characters", NameLength).Default("!@#$%^&*?~\":;|=-.,"),
                 Number("PDD", "first_use_days", 999, "0"),
                 Number("LGA", "sign_on_attempts", 99, "5"),
-                SubjectField::Text("LKD", "locked_for", 7).Default("H24").Checked(IsTime),
-                SubjectField::Text("LKR", "attempts_forgotten", 7).Default("M10").Checked(IsTime),
+                SubjectField::Text("LKD", "locked_for", 7).Default("H24").Checked(IsDuration),
+                SubjectField::Text("LKR", "attempts_forgotten", 7).Default("M10").Checked(IsDuration),
                 SubjectField::Text("PDT", "rules_text", NoteLength),
                 SubjectField::Text("SWT", "warning_text", NoteLength),
                 SubjectField::Flag("LAT", "log_attempts", "Y"),

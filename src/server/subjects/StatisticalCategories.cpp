@@ -5,7 +5,7 @@ namespace sysadmin::server {
 
 namespace {
 
-bool IsKind(const QString& value) {
+bool IsCategoryKind(const QString& value) {
     return value == "I" || value == "P";
 }
 
@@ -32,7 +32,7 @@ void RegisterStatisticalCategories(Registry& registry) {
                      .remove = "DelStCat"},
         .fields =
             {
-                SubjectField::Text("T", "kind", 1).Default("I").Checked(IsKind).InList(),
+                SubjectField::Text("T", "kind", 1).Default("I").Checked(IsCategoryKind).InList(),
                 SubjectField::Text("Cd", "code", CodeLength)
                     .Required()
                     .Unique(status::DuplicateCode)

@@ -20,7 +20,7 @@ QList<UsedBy> Displays() {
     return uses;
 }
 
-bool IsKind(const QString& value) {
+bool IsListKind(const QString& value) {
     return value == titles::Staff || value == titles::PublicCatalogue;
 }
 
@@ -88,7 +88,7 @@ void RegisterTitleLists(Registry& registry) {
         .requests = {.list = "LstTtlLst", .get = "GetTtlLst", .update = "UpdTtlLst"},
         .fields = {SubjectField::Text("K", "kind", 1)
                        .Unique(status::DuplicateCode)
-                       .Checked(IsKind)
+                       .Checked(IsListKind)
                        .ReadOnly()
                        .InList()},
         .key = "K",

@@ -1,11 +1,10 @@
 #include "server/store/Database.h"
 #include "server/subjects/Registrations.h"
+#include "wire/Counts.h"
 
 namespace sysadmin::server {
 
 namespace {
-
-constexpr int MostDays = 9999;
 
 /// The fields of the registration form, by the names that the web service gives them. The last two are the
 /// identifier, of which there is the one that the configuration chooses.
@@ -109,7 +108,7 @@ void RegisterWebServices(Registry& registry) {
         .fields =
             {
                 SubjectField::Flag("SRE", "enabled"),
-                SubjectField::Whole("P", "purge_days", 0, MostDays),
+                SubjectField::Whole("P", "purge_days", 0, wire::MostCount),
                 SubjectField::Reference("G", "default_group_id", "patron_groups", OnRemoval::Clear)
                     .Required(),
                 SubjectField::Text("IDC", "identifier_type", NameLength).Required().Checked(IsIdentifierType),
@@ -139,7 +138,7 @@ void RegisterWebServices(Registry& registry) {
                 SubjectField::Flag("FA", "fines"),
                 SubjectField::Flag("BA", "blocks"),
                 SubjectField::Flag("EA", "expiration"),
-                SubjectField::Whole("ED", "expiration_days", 0, MostDays).Default("30"),
+                SubjectField::Whole("ED", "expiration_days", 0, wire::MostCount).Default("30"),
                 SubjectField::Text("OAT", "overdue_text", AlertLength)
                     .Default("You have overdue materials at \\\\l."),
                 SubjectField::Text("FAT", "fines_text", AlertLength)

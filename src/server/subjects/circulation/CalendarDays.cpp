@@ -1,7 +1,6 @@
 #include "server/subjects/circulation/CalendarDays.h"
 
-#include <QDate>
-#include <QTime>
+#include "server/DateTexts.h"
 
 namespace sysadmin::server {
 
@@ -9,13 +8,9 @@ namespace {
 
 constexpr int MinutesOfDay = 24 * 60;
 
-bool IsTime(const QString& value) {
-    return value.isEmpty() || (value.size() == 5 && QTime::fromString(value, "HH:mm").isValid());
-}
-
 DayFields MakeDay(const QString& column, const QStringList& tags) {
     const auto time = [&](int tag, const QString& what) {
-        return SubjectField::Text(tags[tag], column + what, 5).Checked(IsTime);
+        return SubjectField::Text(tags[tag], column + what, 5).Checked(IsTimeOfDay);
     };
     return {SubjectField::Flag(tags[0], column + "open"), time(1, "opens"), time(2, "closes"), time(3, "due"),
             time(4, "in_effect")};
@@ -38,10 +33,6 @@ bool IsOpen(const Row& row, const DayFields& day) {
 }
 
 } // namespace
-
-bool IsCalendarDate(const QString& value) {
-    return value.isEmpty() || (value.size() == 8 && QDate::fromString(value, "yyyyMMdd").isValid());
-}
 
 const QList<DayFields>& Weekdays() {
     static const QList<DayFields> days = [] {

@@ -22,9 +22,6 @@ const QList<DayFields>& Weekdays();
 /// The fields of an exception date besides the date.
 const DayFields& ExceptionDay();
 
-/// A date as it travels ("yyyyMMdd"), or nothing.
-bool IsCalendarDate(const QString& value);
-
 /// Whether a day's times are in order: an open day has an open and a close time, and overnight times lie
 /// between them. A time earlier than the open time counts on the next day. A closed day has no times.
 bool IsDayInOrder(const Row& row, const DayFields& day);

@@ -1,3 +1,4 @@
+#include "server/DateTexts.h"
 #include "server/SubjectRequests.h"
 #include "server/store/Database.h"
 #include "server/subjects/Registrations.h"
@@ -19,14 +20,12 @@ constexpr qint16 DateOutsideCalendar = 123;
 constexpr qint64 MostLeadDays = 366;
 
 const SubjectField& ExceptionDate() {
-    static const SubjectField field =
-        SubjectField::Text("ExDt", "date", 8).Required().Checked(IsCalendarDate);
+    static const SubjectField field = SubjectField::Text("ExDt", "date", 8).Required().Checked(IsDate);
     return field;
 }
 
 const SubjectField& TermEnd() {
-    static const SubjectField field =
-        SubjectField::Text("ETrm", "date", 8).Required().Checked(IsCalendarDate);
+    static const SubjectField field = SubjectField::Text("ETrm", "date", 8).Required().Checked(IsDate);
     return field;
 }
 
@@ -159,7 +158,7 @@ bool Carries(const wire::Fields& request, const QString& tag) {
 }
 
 /// "AddCal" and "UpdCal": terms are all that the request carries, exceptions too where it says "ExRq".
-qint16 StoreLists(Context& context, const wire::Fields& request, qint64 id, bool) {
+qint16 StoreCalendarLists(Context& context, const wire::Fields& request, qint64 id, bool) {
     Calendar calendar{*context.records.Find("calendars", id), {}, {}};
     if (Carries(request, "ExRq")) {
         if (const qint16 refused = ReadDates(context, Exceptions(), request, calendar.exceptions))
@@ -234,7 +233,7 @@ Answer RemoveSeveral(Context& context, const wire::Fields& request) {
 
 QList<SubjectField> DateFields() {
     const auto date = [](const QString& tag, const QString& column) {
-        return SubjectField::Text(tag, column, 8).Checked(IsCalendarDate);
+        return SubjectField::Text(tag, column, 8).Checked(IsDate);
     };
     return {date("StDt", "start_date").Required(), date("EDt", "end_date"), date("FDDt", "fixed_due_date")};
 }
@@ -292,7 +291,7 @@ void RegisterCalendars(Registry& registry) {
         .addReply = {"ID"},
         .within = ListFilter{"CID", "cluster_id"},
         .listFilters = {{"CID", "cluster_id"}},
-        .afterPut = StoreLists,
+        .afterPut = StoreCalendarLists,
         .addToGet = AddToCalendar,
     });
     for (const Dates* dates : {&Exceptions(), &Terms()}) {

@@ -107,7 +107,7 @@ void PutCalendars(Context& context, const QString& idTag, const QString& conditi
 }
 
 /// "CircAvail": what a new group may have.
-Answer ListAvailable(Context& context, const wire::Fields& request) {
+Answer ListGroupChoices(Context& context, const wire::Fields& request) {
     const auto cluster = KeyRecord(context, "clusters", wire::FirstValue(request, "CID"));
     if (!cluster)
         return {status::NotFound};
@@ -167,7 +167,7 @@ qint16 ApplyRows(Context& context, const wire::Fields& request, qint64 id, bool)
 }
 
 /// A group stays in its cluster.
-qint16 CheckRemoval(Context& context, qint64 id, const Row&) {
+qint16 CheckGroupRemoval(Context& context, qint64 id, const Row&) {
     if (context.database.FirstRow(
             "SELECT 1 FROM circulation_policy_locations WHERE group_id=? AND is_opac_desk='Y'", {id}))
         return HasOpacDesk;
@@ -248,12 +248,12 @@ void RegisterCirculationGroups(Registry& registry) {
         .within = ListFilter{"CID", "cluster_id"},
         .listFilters = {{"CID", "cluster_id"}},
         .afterPut = ApplyRows,
-        .checkRemove = CheckRemoval,
+        .checkRemove = CheckGroupRemoval,
         .addToGet = AddToGroup,
     });
     for (const KeyedRows* rows : {&PolicyCalendars(), &PatronRules(), &ItemSettings()})
         registry.AddTable(rows->StoredAs("circulation_policy_groups"));
-    registry.AddRead("CircAvail", Area::Circulation, ListAvailable);
+    registry.AddRead("CircAvail", Area::Circulation, ListGroupChoices);
     registry.AddRead("GetCrcPatronGp", Area::Circulation, ListPatronRules);
 }
 

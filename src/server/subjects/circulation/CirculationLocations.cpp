@@ -10,8 +10,7 @@ namespace sysadmin::server {
 
 namespace {
 
-constexpr qint16 IsOpacDesk = 51;
-const QString Places = "circulation_policy_locations";
+const QString GroupLocations = "circulation_policy_locations";
 
 bool IsDueDateSlip(const QString& value) {
     return value.size() == 1 && QString("AYN").contains(value);
@@ -44,7 +43,7 @@ const QList<SubjectField>& AlertFlags() {
 std::optional<qint64> PlaceOf(Context& context, const QString& location, const QString& cluster) {
     bool isNumber = false;
     const qint64 id = location.toLongLong(&isNumber);
-    const auto row = context.database.FirstRow("SELECT p.id, g.cluster_id FROM " + Places +
+    const auto row = context.database.FirstRow("SELECT p.id, g.cluster_id FROM " + GroupLocations +
                                                    " p JOIN circulation_policy_groups g ON g.id=p.group_id "
                                                    "WHERE p.location_id=?",
                                                {isNumber ? id : 0});
@@ -56,12 +55,12 @@ std::optional<qint64> PlaceOf(Context& context, const QString& location, const Q
 /// Takes the mark of the public catalogue's desk from the cluster's other locations.
 void MoveMark(Context& context, const NamedGroup& group, qint64 marked) {
     const auto others = context.database.FirstColumn(
-        "SELECT p.id FROM " + Places +
+        "SELECT p.id FROM " + GroupLocations +
             " p JOIN circulation_policy_groups g ON g.id=p.group_id WHERE g.cluster_id=? AND "
             "p.is_opac_desk='Y' AND p.id<>?",
         {group.cluster, marked});
     for (const QVariant& other : others)
-        context.records.Update(Places, other.toLongLong(), {{"is_opac_desk", "N"}});
+        context.records.Update(GroupLocations, other.toLongLong(), {{"is_opac_desk", "N"}});
     context.records.Touch("clusters", group.cluster);
 }
 
@@ -70,8 +69,8 @@ qint16 PutLocation(Context& context, const NamedGroup& group, const KeyedRow& se
     const auto location = KeyRecord(context, "locations", sent.key);
     if (!location)
         return status::NotFound;
-    const auto place = context.records.IdWhere(Places, "location_id", *location);
-    const Row before = place ? *context.records.Find(Places, *place) : Row();
+    const auto place = context.records.IdWhere(GroupLocations, "location_id", *location);
+    const Row before = place ? *context.records.Find(GroupLocations, *place) : Row();
     if (place && before["group_id"].toLongLong() != group.id)
         return status::LocationInOtherGroup;
     Row after = before;
@@ -82,16 +81,16 @@ qint16 PutLocation(Context& context, const NamedGroup& group, const KeyedRow& se
         return status::ColumnError;
     after.insert("group_id", group.id);
     after.insert("location_id", *location);
-    const qint64 id = place ? *place : context.records.Insert(Places, after);
+    const qint64 id = place ? *place : context.records.Insert(GroupLocations, after);
     if (place)
-        context.records.Update(Places, id, after);
+        context.records.Update(GroupLocations, id, after);
     if (isMarked != (before["is_opac_desk"].toString() == u"Y"))
         MoveMark(context, group, isMarked ? id : 0);
     return status::Ok;
 }
 
 /// "UpdCrcGpLoc": takes locations into a group, changes their settings, gives them away.
-Answer UpdateLocations(Context& context, const wire::Fields& request) {
+Answer UpdateGroupLocations(Context& context, const wire::Fields& request) {
     const auto group = FindPolicyGroup(context, request);
     if (!group)
         return {status::NotFound};
@@ -112,13 +111,13 @@ Answer UpdateLocations(Context& context, const wire::Fields& request) {
     for (const KeyedRow& row : *sent) {
         if (row.state != rowstate::Removed)
             continue;
-        const auto place = context.records.IdWhere(Places, "location_id", row.key.toLongLong());
-        const Row stored = place ? *context.records.Find(Places, *place) : Row();
+        const auto place = context.records.IdWhere(GroupLocations, "location_id", row.key.toLongLong());
+        const Row stored = place ? *context.records.Find(GroupLocations, *place) : Row();
         if (!place || stored["group_id"].toLongLong() != group->id)
             continue;
         if (stored["is_opac_desk"].toString() == u"Y")
-            return {IsOpacDesk};
-        context.records.Remove(Places, *place);
+            return {status::IsOpacDesk};
+        context.records.Remove(GroupLocations, *place);
     }
     return {};
 }
@@ -128,7 +127,7 @@ qint16 ReplaceAlerts(Context& context, qint64 place, const wire::Fields& block) 
     Row flags;
     if (const qint16 refused = ReadFields(context, AlertFlags(), block, true, flags))
         return refused;
-    context.records.Update(Places, place, flags);
+    context.records.Update(GroupLocations, place, flags);
     QList<Row> wanted;
     QList<wire::Fields> sent;
     for (const wire::Field& field : block) {
@@ -194,7 +193,7 @@ Answer ReadAlerts(Context& context, const wire::Fields& request) {
         return {status::NotFound};
     const auto place =
         PlaceOf(context, wire::FirstValue(request, "ALRTLOCID"), wire::FirstValue(request, "CID"));
-    const Row row = place ? *context.records.Find(Places, *place) : Row();
+    const Row row = place ? *context.records.Find(GroupLocations, *place) : Row();
     Answer answer;
     for (const SubjectField& flag : AlertFlags())
         Put(answer.fields, flag.tag, place ? row[flag.column].toString() : flag.fallback);
@@ -215,7 +214,7 @@ Answer ReadAlerts(Context& context, const wire::Fields& request) {
 const KeyedRows& PolicyLocations() {
     using Field = SubjectField;
     static const KeyedRows rows{
-        .table = Places,
+        .table = GroupLocations,
         .owner = "group_id",
         .state = "LS",
         .keyTag = "SI",
@@ -251,8 +250,8 @@ const KeyedRows& PolicyLocations() {
 }
 
 void PutPolicyLocations(Context& context, std::optional<qint64> group, ReplyFields& reply) {
-    context.database.Each("SELECT l.id, l.name FROM locations l WHERE NOT EXISTS (SELECT 1 FROM " + Places +
-                              " p WHERE p.location_id=l.id) ORDER BY l.id",
+    context.database.Each("SELECT l.id, l.name FROM locations l WHERE NOT EXISTS (SELECT 1 FROM " +
+                              GroupLocations + " p WHERE p.location_id=l.id) ORDER BY l.id",
                           {}, [&](const ResultRow& row) {
                               Put(reply, "AI", row.value(0).toString());
                               Put(reply, "AN", row.value(1).toString());
@@ -270,7 +269,7 @@ void RegisterCirculationLocations(Registry& registry) {
     Table alerts{.name = "circulation_location_alerts",
                  .columns = {{.name = "place_id",
                               .type = ColumnType::Reference,
-                              .target = Places,
+                              .target = GroupLocations,
                               .onRemoval = OnRemoval::RemoveToo}},
                  .uniqueSets = {{"place_id", "alert_id"}},
                  .owner = "place_id"};
@@ -281,13 +280,13 @@ void RegisterCirculationLocations(Registry& registry) {
                        .columns = {{.name = "type"}, {.name = "name"}},
                        .uniqueTexts = {{.column = "name"}},
                        .ordered = true});
-    registry.AddChange("UpdCrcGpLoc", Area::Circulation, UpdateLocations);
+    registry.AddChange("UpdCrcGpLoc", Area::Circulation, UpdateGroupLocations);
     registry.About("UpdCrcGpLoc", {"circulation_policy_groups"}, {"ID"});
     registry.AddChange("UpdCrcLocAlrts", Area::Circulation, UpdateAlerts);
     registry.AddRead("GetCrcLocAlrts", Area::Circulation, ReadAlerts);
     // Alerts are a part of the group in which their location is, read and written apart from its other
     // settings.
-    const QString groupOf = "SELECT group_id FROM " + Places + " WHERE location_id=?";
+    const QString groupOf = "SELECT group_id FROM " + GroupLocations + " WHERE location_id=?";
     registry.AboutOwner("UpdCrcLocAlrts", "circulation_policy_groups", "CLEANLOCID", groupOf, "alerts");
     registry.AboutOwner("GetCrcLocAlrts", "circulation_policy_groups", "ALRTLOCID", groupOf, "alerts");
     registry.AddList("GetCrcAlrt", Area::Circulation,

@@ -13,7 +13,7 @@ namespace {
 constexpr qint16 InTransactions = 92;
 const QString Matrix = "circulation_matrix";
 
-bool IsUnit(const QString& value) {
+bool IsLoanUnit(const QString& value) {
     return value.size() == 1 && QString("DHMIT").contains(value);
 }
 
@@ -22,10 +22,10 @@ bool IsPeriod(const QString& value) {
 }
 
 /// What an entry says, in the order in which requests carry it.
-const QList<SubjectField>& RuleFields() {
+const QList<SubjectField>& MatrixRuleFields() {
     using Field = SubjectField;
     const auto unit = [](const QString& tag, const QString& column) {
-        return Field::Text(tag, column, 1).Checked(IsUnit).Default("D");
+        return Field::Text(tag, column, 1).Checked(IsLoanUnit).Default("D");
     };
     const auto shortUnit = [](const QString& tag, const QString& column) {
         return Field::Text(tag, column, 1).Checked(IsShortUnit).Default("D");
@@ -165,7 +165,7 @@ Answer AddEntries(Context& context, const wire::Fields& request, bool overwrites
         return {status::NotFound};
     const auto selection = ReadSelection(request, "MS");
     Row rule;
-    if (!selection || ReadFields(context, RuleFields(), selection->fields, true, rule))
+    if (!selection || ReadFields(context, MatrixRuleFields(), selection->fields, true, rule))
         return {status::ColumnError};
     const QSet<qint64> shortLoans = ShortLoanTypes(context, group->id);
     const bool isShortLoan = shortLoans.contains(selection->items.first().pair.second);
@@ -212,7 +212,7 @@ Answer UpdateEntries(Context& context, const wire::Fields& request) {
         return {status::NotFound};
     const auto selection = ReadSelection(request, "MI");
     Row changes;
-    if (!selection || ReadFields(context, RuleFields(), selection->fields, false, changes))
+    if (!selection || ReadFields(context, MatrixRuleFields(), selection->fields, false, changes))
         return {status::ColumnError};
     const QSet<qint64> shortLoans = ShortLoanTypes(context, group->id);
     // What is checked and what is changed, of all entries with one statement.
@@ -268,7 +268,7 @@ Answer ListRules(Context& context, const wire::Fields& request) {
         return {status::NotFound};
     QStringList tags{"MI", "MP", "MII"};
     QStringList columns{"id", "patron_group_id", "item_type_id"};
-    for (const SubjectField& field : RuleFields()) {
+    for (const SubjectField& field : MatrixRuleFields()) {
         tags << field.tag;
         columns << field.column;
     }
@@ -284,7 +284,7 @@ Answer ListRules(Context& context, const wire::Fields& request) {
 }
 
 /// "LstMatSettings": what entries may be made for.
-Answer ListChoices(Context& context, const wire::Fields& request) {
+Answer ListMatrixChoices(Context& context, const wire::Fields& request) {
     const auto group = FindPolicyGroup(context, request);
     if (!group)
         return {status::NotFound};
@@ -356,7 +356,7 @@ void RegisterCirculationMatrix(Registry& registry) {
                     .WriteOnly(),
                 SubjectField::Reference("MP", "patron_group_id", "patron_groups").Required().WriteOnly(),
                 SubjectField::Reference("MII", "item_type_id", "item_types").Required().WriteOnly()} +
-            RuleFields(),
+            MatrixRuleFields(),
         .key = "MI",
         .usages = {{"circulation transactions", InTransactions}},
         .within = ListFilter{"ID", "group_id"},
@@ -377,7 +377,7 @@ void RegisterCirculationMatrix(Registry& registry) {
     registry.AddRead("LstMatPatronItem", Area::Circulation, ListEntries);
     registry.About("LstMatPatronItem", {Matrix}, {});
     registry.AddRead("LstMatRule", Area::Circulation, ListRules);
-    registry.AddRead("LstMatSettings", Area::Circulation, ListChoices);
+    registry.AddRead("LstMatSettings", Area::Circulation, ListMatrixChoices);
     registry.AddChange("AddMat", Area::Circulation, [](Context& context, const wire::Fields& request) {
         return AddEntries(context, request, false);
     });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "server/Children.h"
 #include "server/ReplyFields.h"
 #include "server/SubjectField.h"
 #include "wire/Counts.h"
@@ -7,15 +8,6 @@
 namespace sysadmin::server {
 
 struct Context;
-
-/// What becomes of a row that a request carries: "3" it is removed, "4" left as it is, "1" and "2" it is to
-/// hold what the request says.
-namespace rowstate {
-inline const QString Added = "1";
-inline const QString Changed = "2";
-inline const QString Removed = "3";
-inline const QString Unchanged = "4";
-} // namespace rowstate
 
 /// The rows of a record that are known by the record of another table: the settings of a policy group for
 /// each item type, its locations, its calendars. A record has one row for each of those at the most.

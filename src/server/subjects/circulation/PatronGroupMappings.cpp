@@ -13,7 +13,7 @@ namespace sysadmin::server {
 
 namespace {
 
-const QString Mappings = "patron_group_mappings";
+const QString GroupMappings = "patron_group_mappings";
 const QString NotMapped = "-1";
 
 /// A search database by its id.
@@ -25,7 +25,7 @@ struct SearchDatabase {
     QString GroupColumn() const { return isLocal ? "other_group_id" : "remote_group_id"; }
 };
 
-std::optional<SearchDatabase> FindDatabase(Context& context, const QString& id) {
+std::optional<SearchDatabase> FindSearchDatabase(Context& context, const QString& id) {
     const auto found = KeyRecord(context, "search_databases", id);
     if (!found)
         return std::nullopt;
@@ -50,7 +50,7 @@ Answer ListDatabases(Context& context, const wire::Fields&) {
 /// "LstRPatGp": what the cluster's groups are mapped to in the database, then the groups that it has.
 Answer ListRemoteGroups(Context& context, const wire::Fields& request) {
     const auto cluster = KeyRecord(context, "clusters", wire::FirstValue(request, "CID"));
-    const auto database = FindDatabase(context, wire::FirstValue(request, "SI"));
+    const auto database = FindSearchDatabase(context, wire::FirstValue(request, "SI"));
     if (!cluster || !database)
         return {status::NotFound};
     Answer answer;
@@ -107,7 +107,7 @@ bool IsThere(Context& context, const SearchDatabase& database, qint64 cluster, c
 /// "UpdMap": per group that it names what it is mapped to from now on.
 Answer UpdateMappings(Context& context, const wire::Fields& request) {
     const auto cluster = KeyRecord(context, "clusters", wire::FirstValue(request, "CID"));
-    const auto database = FindDatabase(context, wire::FirstValue(request, "DBI"));
+    const auto database = FindSearchDatabase(context, wire::FirstValue(request, "DBI"));
     if (!cluster || !database)
         return {status::NotFound};
     const QString remoteCluster = wire::FirstValue(request, "RCID");
@@ -137,7 +137,7 @@ Answer UpdateMappings(Context& context, const wire::Fields& request) {
             {database->id, *group});
         if (!isMapped && manual == u"N") {
             if (stored.isValid())
-                context.records.Remove(Mappings, stored.toLongLong());
+                context.records.Remove(GroupMappings, stored.toLongLong());
             continue;
         }
         Row mapping{{"database_id", database->id},
@@ -145,9 +145,9 @@ Answer UpdateMappings(Context& context, const wire::Fields& request) {
                     {"is_manual", manual},
                     {database->GroupColumn(), isMapped ? QVariant(target.toLongLong()) : QVariant()}};
         if (stored.isValid())
-            context.records.Update(Mappings, stored.toLongLong(), mapping);
+            context.records.Update(GroupMappings, stored.toLongLong(), mapping);
         else
-            context.records.Insert(Mappings, mapping);
+            context.records.Insert(GroupMappings, mapping);
     }
     return {};
 }
@@ -158,7 +158,7 @@ void RegisterPatronGroupMappings(Registry& registry) {
     const auto refersTo = [](const QString& column, const QString& table, OnRemoval onRemoval) {
         return Column{.name = column, .type = ColumnType::Reference, .target = table, .onRemoval = onRemoval};
     };
-    registry.AddTable({.name = Mappings,
+    registry.AddTable({.name = GroupMappings,
                        .columns = {refersTo("database_id", "search_databases", OnRemoval::RemoveToo),
                                    refersTo("patron_group_id", "patron_groups", OnRemoval::Refuse),
                                    // What the other library no longer has takes its mappings along.

@@ -12,7 +12,7 @@ namespace sysadmin::server {
 namespace {
 
 /// A limit: whether it applies, what it is, whether who reaches it may not borrow here either.
-struct Limit {
+struct BorrowingLimit {
     QString role; ///< in the names of its columns
     QString applies;
     QString most;
@@ -20,16 +20,16 @@ struct Limit {
     bool isMoney = false;
 };
 
-const QList<Limit>& Limits() {
-    static const QList<Limit> limits{{"balance", "UBFEE", "UBMOBAL", "UBFLBK", true},
-                                     {"items_borrowed", "UBMILMT", "UBILMT", "UBIBBK"},
-                                     {"overdue_items", "UBMODL", "UBODL", "UBOIBK"},
-                                     {"overdue_recalled_items", "UBMODRL", "UBODRL", "UBORIBK"},
-                                     {"self_shelf_returns", "UBMSSL", "UBSSL", "UBSSBK"},
-                                     {"claimed_returns", "UBMCRL", "UBCRL", "UBCLRBK"},
-                                     {"lost_items", "UBMLL", "UBLL", "UBLIBK"},
-                                     {"requests", "UBMR", "UBR", "UBRBK"},
-                                     {"demerits", "UBMaxDemLmt", "UBDemLmt", "UBDMBK"}};
+const QList<BorrowingLimit>& Limits() {
+    static const QList<BorrowingLimit> limits{{"balance", "UBFEE", "UBMOBAL", "UBFLBK", true},
+                                              {"items_borrowed", "UBMILMT", "UBILMT", "UBIBBK"},
+                                              {"overdue_items", "UBMODL", "UBODL", "UBOIBK"},
+                                              {"overdue_recalled_items", "UBMODRL", "UBODRL", "UBORIBK"},
+                                              {"self_shelf_returns", "UBMSSL", "UBSSL", "UBSSBK"},
+                                              {"claimed_returns", "UBMCRL", "UBCRL", "UBCLRBK"},
+                                              {"lost_items", "UBMLL", "UBLL", "UBLIBK"},
+                                              {"requests", "UBMR", "UBR", "UBRBK"},
+                                              {"demerits", "UBMaxDemLmt", "UBDemLmt", "UBDMBK"}};
     return limits;
 }
 
@@ -41,7 +41,7 @@ const OneEach& Policy() {
                      .keyTag = "UBPGID",
                      .fields = {},
                      .onRemoval = OnRemoval::Refuse};
-        for (const Limit& limit : Limits()) {
+        for (const BorrowingLimit& limit : Limits()) {
             const QString most = "most_" + limit.role;
             made.fields << SubjectField::Flag(limit.applies, limit.role + "_applies")
                         << (limit.isMoney ? Amount(limit.most, most)
@@ -98,7 +98,7 @@ Answer ListPolicies(Context& context, const wire::Fields& request) {
 qint16 Check(const wire::Fields& request, const Row& row) {
     if (wire::FirstValue(request, "UBE") == u"N")
         return status::ColumnError;
-    for (const Limit& limit : Limits())
+    for (const BorrowingLimit& limit : Limits())
         if (row[limit.role + "_applies"].toString() == u"Y" && row["most_" + limit.role].toString().isEmpty())
             return status::ColumnError;
     return status::Ok;
