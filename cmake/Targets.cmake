@@ -13,8 +13,12 @@ if(SYSADMIN_SANITIZE)
   target_link_options(sysadmin_options INTERFACE -fsanitize=address,undefined)
 endif()
 
-set(CMAKE_UNITY_BUILD ${SYSADMIN_UNITY})
-set(CMAKE_UNITY_BUILD_BATCH_SIZE 0)
+# Several files as one: each precompiled header is read once for all of them, as are the headers of the project. What a
+# file keeps to itself has a name that no other file of its target gives to something else.
+if(NOT WIN32) # macros of its headers would reach into other files
+  set(CMAKE_UNITY_BUILD ${SYSADMIN_UNITY})
+endif()
+set(CMAKE_UNITY_BUILD_BATCH_SIZE 20)
 
 # One precompiled header for code without widgets, one for code with them: all their users share the flags.
 file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/pch.cpp CONTENT "")
@@ -24,6 +28,14 @@ target_precompile_headers(sysadmin_pch_plain PRIVATE <QtCore> <functional> <memo
 add_library(sysadmin_pch_widgets OBJECT ${CMAKE_BINARY_DIR}/pch.cpp)
 target_link_libraries(sysadmin_pch_widgets PUBLIC sysadmin_options Qt6::Widgets Qt6::Network $<TARGET_NAME_IF_EXISTS:Qt6::Svg>)
 target_precompile_headers(sysadmin_pch_widgets PRIVATE <QtCore> <QtWidgets> <functional> <memory> <optional> <vector>)
+set_target_properties(sysadmin_pch_plain sysadmin_pch_widgets PROPERTIES AUTOMOC OFF)
+
+# What moc makes of a header is included by the source of the same name, which has parsed that header anyway; what the
+# target then still compiles for moc is empty and needs no precompiled header.
+function(sysadmin_moc_apart target)
+  set_source_files_properties(${CMAKE_CURRENT_BINARY_DIR}/${target}_autogen/mocs_compilation.cpp
+                              PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
+endfunction()
 
 # sysadmin_library(NAME [WIDGETS] [LINK target...]): the library of src/NAME, a '/' in NAME a '_' in its target's.
 # LINK names the folders below it; that is what keeps includes pointing downwards.
@@ -31,8 +43,9 @@ function(sysadmin_library folder)
   cmake_parse_arguments(arg "WIDGETS" "" "LINK" ${ARGN})
   string(REPLACE "/" "_" name ${folder})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp
-       ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.h ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.qrc)
+       ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.h)
   add_library(sysadmin_${name} STATIC ${sources})
+  sysadmin_moc_apart(sysadmin_${name})
   if(arg_WIDGETS)
     set(pch sysadmin_pch_widgets)
   else()
@@ -54,7 +67,9 @@ function(sysadmin_embed target prefix dir pattern)
   endforeach()
   set(qrc ${CMAKE_CURRENT_BINARY_DIR}/${target}_${prefix}.qrc)
   file(CONFIGURE OUTPUT ${qrc} CONTENT "<RCC><qresource prefix=\"/${prefix}\">\n${entries}</qresource></RCC>\n" @ONLY)
-  target_sources(${target} PRIVATE ${qrc})
+  qt_add_resources(compiled ${qrc} OPTIONS ${SYSADMIN_RCC_OPTIONS})
+  set_source_files_properties(${compiled} PROPERTIES SKIP_PRECOMPILE_HEADERS ON SKIP_UNITY_BUILD_INCLUSION ON)
+  target_sources(${target} PRIVATE ${compiled})
 endfunction()
 
 # sysadmin_test(NAME [TOGETHER pattern] [DISPLAY] LINK target...): the test program of tests/NAME, each of its cases a
@@ -68,6 +83,7 @@ function(sysadmin_test name)
     return()
   endif()
   add_executable(test_${name} ${sources})
+  sysadmin_moc_apart(test_${name})
   target_precompile_headers(test_${name} REUSE_FROM sysadmin_test_support)
   target_link_libraries(test_${name} PRIVATE sysadmin_test_support ${arg_LINK})
   set(everywhere "LC_ALL=C.UTF-8;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/leaks.supp")

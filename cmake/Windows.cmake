@@ -3,7 +3,7 @@
 set(SYSADMIN_WINDOWS_ICON "" CACHE FILEPATH "The programs' icon as an .ico file; packaging/windows/build makes it")
 enable_language(RC)
 # This system's rcc would pack resources in a way that the other's Qt is built without.
-set(CMAKE_AUTORCC_OPTIONS --no-zstd)
+set(SYSADMIN_RCC_OPTIONS --no-zstd)
 
 # sysadmin_windows_resources(TARGET DESCRIPTION)
 function(sysadmin_windows_resources target description)

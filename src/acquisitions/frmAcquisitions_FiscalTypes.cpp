@@ -22,3 +22,5 @@ std::optional<Form::Finding> FiscalPeriodForm::FormProblem() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmAcquisitions_FiscalTypes.cpp"

@@ -38,3 +38,5 @@ frmAcquisitions_FundTypes::frmAcquisitions_FundTypes(Application& application, Q
 }
 
 } // namespace sysadmin
+
+#include "moc_frmAcquisitions_FundTypes.cpp"

@@ -189,3 +189,5 @@ void frmAcquisitions_PolicyDefinitions::RefreshOwnControls() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmAcquisitions_PolicyDefinitions.cpp"

@@ -165,3 +165,5 @@ void Robot::SavePicture(const QString& name) {
 }
 
 } // namespace sysadmin
+
+#include "moc_Robot.cpp"

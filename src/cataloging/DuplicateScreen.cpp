@@ -96,3 +96,5 @@ void DuplicateScreen::Try() {
 }
 
 } // namespace sysadmin
+
+#include "moc_DuplicateScreen.cpp"

@@ -111,3 +111,5 @@ void RecordEntry::ShowRecord() {
 }
 
 } // namespace sysadmin
+
+#include "moc_RecordEntry.cpp"

@@ -222,3 +222,5 @@ void TryImportDialog::ShowRecord() {
 }
 
 } // namespace sysadmin
+
+#include "moc_TryImportDialog.cpp"

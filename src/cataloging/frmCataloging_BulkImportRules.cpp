@@ -273,3 +273,5 @@ void frmCataloging_BulkImportRules::TryIt() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmCataloging_BulkImportRules.cpp"

@@ -185,3 +185,5 @@ void frmCataloging_CallNumberHierarchy::TryIt() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmCataloging_CallNumberHierarchy.cpp"

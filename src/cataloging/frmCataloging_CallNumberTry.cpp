@@ -107,3 +107,5 @@ void frmCataloging_CallNumberTry::Show() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmCataloging_CallNumberTry.cpp"

@@ -145,3 +145,5 @@ void frmCataloging_DuplicateTry::Show(const DuplicateScore& score) {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmCataloging_DuplicateTry.cpp"

@@ -328,3 +328,5 @@ void frmCataloging_MARCFieldGroups::accept() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmCataloging_MARCFieldGroups.cpp"

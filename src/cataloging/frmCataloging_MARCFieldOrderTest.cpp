@@ -126,3 +126,5 @@ QString frmCataloging_MARCFieldOrderTest::RuleText(const PlacedField& field) con
 }
 
 } // namespace sysadmin
+
+#include "moc_frmCataloging_MARCFieldOrderTest.cpp"

@@ -146,3 +146,5 @@ void frmCataloging_MARCFieldOrderingRules::TryOrder() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmCataloging_MARCFieldOrderingRules.cpp"

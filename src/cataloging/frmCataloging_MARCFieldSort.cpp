@@ -1,6 +1,7 @@
 #include "cataloging/frmCataloging_MARCFieldSort.h"
 
 #include "core/Prompter.h"
+#include "marc/Record.h"
 #include "wire/FieldOrder.h"
 
 #include <QDialogButtonBox>
@@ -75,3 +76,5 @@ void frmCataloging_MARCFieldSort::TakeText(const QString& text) {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmCataloging_MARCFieldSort.cpp"

@@ -25,3 +25,5 @@ frmCataloging_Miscellaneous::frmCataloging_Miscellaneous(Application& applicatio
 }
 
 } // namespace sysadmin
+
+#include "moc_frmCataloging_Miscellaneous.cpp"

@@ -94,3 +94,5 @@ frmCataloging_PolicyDefinitions::frmCataloging_PolicyDefinitions(Application& ap
 }
 
 } // namespace sysadmin
+
+#include "moc_frmCataloging_PolicyDefinitions.cpp"

@@ -105,3 +105,5 @@ void frmCataloging_RDAToolkit::Test() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmCataloging_RDAToolkit.cpp"

@@ -268,3 +268,5 @@ void CalendarYear::mousePressEvent(QMouseEvent* event) {
 }
 
 } // namespace sysadmin
+
+#include "moc_CalendarYear.cpp"

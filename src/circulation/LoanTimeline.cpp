@@ -373,3 +373,5 @@ void LoanTimeline::mousePressEvent(QMouseEvent* event) {
 }
 
 } // namespace sysadmin
+
+#include "moc_LoanTimeline.cpp"

@@ -110,3 +110,5 @@ std::optional<MatrixChoices> ReadMatrixChoices(Application& application, const M
 }
 
 } // namespace sysadmin
+
+#include "moc_MatrixDialog.cpp"

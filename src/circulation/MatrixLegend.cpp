@@ -76,3 +76,5 @@ void MatrixLegend::paintEvent(QPaintEvent*) {
 }
 
 } // namespace sysadmin
+
+#include "moc_MatrixLegend.cpp"

@@ -196,3 +196,5 @@ void MatrixList::ShowMap() {
 }
 
 } // namespace sysadmin
+
+#include "moc_MatrixList.cpp"

@@ -394,3 +394,5 @@ void MatrixMap::changeEvent(QEvent* event) {
 }
 
 } // namespace sysadmin
+
+#include "moc_MatrixMap.cpp"

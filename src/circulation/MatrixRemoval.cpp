@@ -79,3 +79,5 @@ void frmCirculation_MatrixRemoval::Step() {
 }
 
 } // namespace sysadmin
+
+#include "moc_MatrixRemoval.cpp"

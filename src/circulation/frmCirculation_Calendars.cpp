@@ -178,3 +178,5 @@ void frmCirculation_Calendars::AskExceptionFor(QDate date) {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmCirculation_Calendars.cpp"

@@ -348,3 +348,5 @@ bool DependLoansOn(const QString& subject) {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmCirculation_LoanTest.cpp"

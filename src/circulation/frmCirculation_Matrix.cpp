@@ -69,3 +69,5 @@ bool MatrixPages::Load() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmCirculation_Matrix.cpp"

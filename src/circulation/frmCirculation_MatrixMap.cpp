@@ -273,3 +273,5 @@ void frmCirculation_MatrixMap::Reload() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmCirculation_MatrixMap.cpp"

@@ -108,3 +108,5 @@ void frmCirculation_PatronDefaultDates::AfterSave() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmCirculation_PatronDefaultDates.cpp"

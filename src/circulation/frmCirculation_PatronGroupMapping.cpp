@@ -299,3 +299,5 @@ QString frmCirculation_PatronGroupMapping::SelectedRemote() const {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmCirculation_PatronGroupMapping.cpp"

@@ -134,3 +134,5 @@ bool frmCirculation_PatronGroups::SendSteps(Table& table) {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmCirculation_PatronGroups.cpp"

@@ -350,3 +350,5 @@ void frmCirculation_PolicyDef::AskForSeveralItems() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmCirculation_PolicyDef.cpp"

@@ -193,3 +193,5 @@ bool ModifyMatrixEntries(Application& application, QWidget* parent, const Matrix
 }
 
 } // namespace sysadmin
+
+#include "moc_frmCirculation_PolicyMatrixRecordMultiple.cpp"

@@ -69,3 +69,5 @@ bool ModifyMatrixEntry(Application& application, QWidget* parent, const MatrixGr
 }
 
 } // namespace sysadmin
+
+#include "moc_frmCirculation_PolicyMatrixRecordSettings.cpp"

@@ -171,3 +171,5 @@ bool AddMatrixEntries(Application& application, QWidget* parent, const MatrixGro
 }
 
 } // namespace sysadmin
+
+#include "moc_frmCirculation_PolicyMatrixRecordSettingsCopy.cpp"

@@ -76,3 +76,5 @@ void frmCirculation_RequestConfig::PutKey() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmCirculation_RequestConfig.cpp"

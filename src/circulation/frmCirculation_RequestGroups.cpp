@@ -53,3 +53,5 @@ bool frmCirculation_RequestGroups::FillForm(Table& table, const GridRow& row) {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmCirculation_RequestGroups.cpp"

@@ -112,3 +112,5 @@ void frmCirculation_RuleCheck::RefreshButtons() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmCirculation_RuleCheck.cpp"

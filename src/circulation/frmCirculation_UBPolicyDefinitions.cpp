@@ -120,3 +120,5 @@ void frmCirculation_UBPolicyDefinitions::EditAll() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmCirculation_UBPolicyDefinitions.cpp"

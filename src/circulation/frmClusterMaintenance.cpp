@@ -162,3 +162,5 @@ QString frmClusterMaintenance::EditCaption(const Table& table, State state) cons
 }
 
 } // namespace sysadmin
+
+#include "moc_frmClusterMaintenance.cpp"

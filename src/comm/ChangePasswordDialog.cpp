@@ -151,3 +151,5 @@ void ChangePasswordDialog::ShowProblem(const QString& problem, QWidget* next) {
 }
 
 } // namespace sysadmin
+
+#include "moc_ChangePasswordDialog.cpp"

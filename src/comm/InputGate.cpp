@@ -69,3 +69,5 @@ bool InputGate::eventFilter(QObject* receiver, QEvent* event) {
 }
 
 } // namespace sysadmin
+
+#include "moc_InputGate.cpp"

@@ -56,3 +56,5 @@ LoginInformationDialog::LoginInformationDialog(const LoginInformation& informati
 }
 
 } // namespace sysadmin
+
+#include "moc_LoginInformationDialog.cpp"

@@ -47,3 +47,5 @@ void FitHeight(QWidget& dialog, int width) {
 }
 
 } // namespace sysadmin
+
+#include "moc_ProblemLabel.cpp"

@@ -319,3 +319,5 @@ void SignOnDialog::AcceptCertificate() {
 }
 
 } // namespace sysadmin
+
+#include "moc_SignOnDialog.cpp"

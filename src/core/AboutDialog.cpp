@@ -80,3 +80,5 @@ AboutDialog::AboutDialog(QWidget* parent, const std::function<void()>& showCompo
 }
 
 } // namespace sysadmin
+
+#include "moc_AboutDialog.cpp"

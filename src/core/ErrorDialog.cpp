@@ -113,3 +113,5 @@ void ErrorDialog::ShowDetails(bool shown) {
 }
 
 } // namespace sysadmin
+
+#include "moc_ErrorDialog.cpp"

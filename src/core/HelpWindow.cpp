@@ -150,3 +150,5 @@ void HelpWindow::ShowOver(QDialog& dialog, const ScreenCatalogue& catalogue, int
 }
 
 } // namespace sysadmin
+
+#include "moc_HelpWindow.cpp"

@@ -320,3 +320,5 @@ void MainWindow::KeepLayout() const {
 }
 
 } // namespace sysadmin
+
+#include "moc_MainWindow.cpp"

@@ -395,3 +395,5 @@ bool NavigationBar::eventFilter(QObject* watched, QEvent* event) {
 }
 
 } // namespace sysadmin
+
+#include "moc_NavigationBar.cpp"

@@ -142,3 +142,5 @@ void NavigationDelegate::PaintItem(QPainter* painter, const QStyleOptionViewItem
 }
 
 } // namespace sysadmin
+
+#include "moc_NavigationDelegate.cpp"

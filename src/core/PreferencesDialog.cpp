@@ -87,3 +87,5 @@ void PreferencesDialog::reject() {
 }
 
 } // namespace sysadmin
+
+#include "moc_PreferencesDialog.cpp"

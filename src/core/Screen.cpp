@@ -16,3 +16,5 @@ void Screen::closeEvent(QCloseEvent* event) {
 }
 
 } // namespace sysadmin
+
+#include "moc_Screen.cpp"

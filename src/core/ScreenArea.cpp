@@ -171,3 +171,5 @@ void ScreenArea::resizeEvent(QResizeEvent* event) {
 }
 
 } // namespace sysadmin
+
+#include "moc_ScreenArea.cpp"

@@ -77,3 +77,5 @@ void StatusPanels::ShowPlace(const QString& text, const QColor& colour) {
 }
 
 } // namespace sysadmin
+
+#include "moc_StatusPanels.cpp"

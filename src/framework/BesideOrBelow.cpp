@@ -36,3 +36,5 @@ void BesideOrBelow::resizeEvent(QResizeEvent* event) {
 }
 
 } // namespace sysadmin
+
+#include "moc_BesideOrBelow.cpp"

@@ -119,3 +119,5 @@ QPushButton* ConflictDialog::AddButton(const QString& name, const QString& capti
 }
 
 } // namespace sysadmin
+
+#include "moc_ConflictDialog.cpp"

@@ -103,3 +103,5 @@ void DateEdit::changeEvent(QEvent* event) {
 }
 
 } // namespace sysadmin
+
+#include "moc_DateEdit.cpp"

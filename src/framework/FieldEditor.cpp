@@ -246,3 +246,5 @@ std::unique_ptr<FieldEditor> MakeFieldEditor(Field& field, QWidget* parent) {
 }
 
 } // namespace sysadmin
+
+#include "moc_FieldEditor.cpp"

@@ -31,3 +31,5 @@ void FieldLabel::paintEvent(QPaintEvent* event) {
 }
 
 } // namespace sysadmin
+
+#include "moc_FieldLabel.cpp"

@@ -133,3 +133,5 @@ RowAsker AskInForm(const FormDialogSpec& spec, const QList<GridColumn>& columns,
 }
 
 } // namespace sysadmin
+
+#include "moc_FormDialog.cpp"

@@ -315,3 +315,5 @@ void FormScreen::keyPressEvent(QKeyEvent* event) {
 }
 
 } // namespace sysadmin
+
+#include "moc_FormScreen.cpp"

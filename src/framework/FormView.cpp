@@ -150,3 +150,5 @@ void FormView::RefreshPages() {
 }
 
 } // namespace sysadmin
+
+#include "moc_FormView.cpp"

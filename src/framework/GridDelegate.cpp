@@ -99,3 +99,5 @@ void GridDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelInd
 }
 
 } // namespace sysadmin
+
+#include "moc_GridDelegate.cpp"

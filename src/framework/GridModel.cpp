@@ -348,3 +348,5 @@ void GridModel::Settle(int displayRow) {
 }
 
 } // namespace sysadmin
+
+#include "moc_GridModel.cpp"

@@ -210,3 +210,5 @@ void frmImportColumns::accept() {
 }
 
 } // namespace sysadmin
+
+#include "moc_ImportFile.cpp"

@@ -427,3 +427,5 @@ void ListGrid::paintEvent(QPaintEvent* event) {
 }
 
 } // namespace sysadmin
+
+#include "moc_ListGrid.cpp"

@@ -384,3 +384,5 @@ bool MaintenanceScreen::MayClose() {
 }
 
 } // namespace sysadmin
+
+#include "moc_MaintenanceScreen.cpp"

@@ -253,3 +253,5 @@ void frmManyPreview::accept() {
 }
 
 } // namespace sysadmin
+
+#include "moc_ManyRecords.cpp"

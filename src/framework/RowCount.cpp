@@ -44,3 +44,5 @@ void AddListWithButtons(QVBoxLayout& layout, ListGrid& grid, const QList<QPushBu
 }
 
 } // namespace sysadmin
+
+#include "moc_RowCount.cpp"

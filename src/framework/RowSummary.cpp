@@ -89,3 +89,5 @@ void RowSummary::KeepContrast() {
 }
 
 } // namespace sysadmin
+
+#include "moc_RowSummary.cpp"

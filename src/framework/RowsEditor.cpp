@@ -236,3 +236,5 @@ void RowsEditor::EditCell(const QString& key, int column, const QString& value) 
 }
 
 } // namespace sysadmin
+
+#include "moc_RowsEditor.cpp"

@@ -264,3 +264,5 @@ bool SingleRecordScreen::MayClose() {
 }
 
 } // namespace sysadmin
+
+#include "moc_SingleRecordScreen.cpp"

@@ -48,3 +48,5 @@ bool SpokenPicture::eventFilter(QObject* watched, QEvent* event) {
 }
 
 } // namespace sysadmin
+
+#include "moc_SpokenPicture.cpp"

@@ -207,3 +207,5 @@ void TwoListMover::RefreshButtons() {
 }
 
 } // namespace sysadmin
+
+#include "moc_TwoListMover.cpp"

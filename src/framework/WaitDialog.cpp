@@ -59,3 +59,5 @@ std::optional<qint16> SendAndWait(Prompter& prompter, QWidget* parent, const QSt
 }
 
 } // namespace sysadmin
+
+#include "moc_WaitDialog.cpp"

@@ -86,3 +86,5 @@ void WrappingRow::Arrange() {
 }
 
 } // namespace sysadmin
+
+#include "moc_WrappingRow.cpp"

@@ -143,3 +143,5 @@ void AddHealthScreen(ScreenCatalogue& catalogue, const QList<HealthCheck>& check
 }
 
 } // namespace sysadmin
+
+#include "moc_frmHealth.cpp"

@@ -331,3 +331,5 @@ bool ShowRecordHistory(Application& application, QWidget* parent, const HistoryR
 }
 
 } // namespace sysadmin
+
+#include "moc_frmHistory.cpp"

@@ -63,3 +63,5 @@ QString frmSelectCluster::SelectedId() const {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmSelectCluster.cpp"

@@ -188,3 +188,5 @@ void frmSortOrder::accept() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmSortOrder.cpp"

@@ -103,3 +103,5 @@ bool PrepareComponents(const ComponentSetup& setup, Prompter& prompter) {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmVersionInfo.cpp"

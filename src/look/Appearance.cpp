@@ -11,6 +11,8 @@ namespace {
 
 // Whether the desktop was dark before the program put its own palette on.
 constexpr char DarkDesktopProperty[] = "darkDesktop";
+// Whether the palette that the program has put on is the dark one.
+constexpr char DarkProgramProperty[] = "darkProgram";
 
 // The few colours from which a palette is made.
 struct Colours {
@@ -113,6 +115,9 @@ void ApplyAppearance(QApplication& program, Appearance appearance) {
     }
     const bool darkDesktop = program.property(DarkDesktopProperty).toBool();
     const bool dark = appearance == Appearance::Dark || (appearance == Appearance::System && darkDesktop);
+    if (program.property(DarkProgramProperty) == QVariant(dark))
+        return; // a palette that is set goes to every widget, the same one too
+    program.setProperty(DarkProgramProperty, dark);
     const QPalette palette = dark ? DarkPalette() : LightPalette();
     program.setPalette(palette);
     QToolTip::setPalette(palette); // tool tips do not follow the program's palette by themselves

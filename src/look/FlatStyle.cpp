@@ -319,3 +319,5 @@ void FlatStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
 }
 
 } // namespace sysadmin
+
+#include "moc_FlatStyle.cpp"

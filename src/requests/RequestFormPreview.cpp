@@ -110,3 +110,5 @@ void RequestFormPreview::Draw() {
 }
 
 } // namespace sysadmin
+
+#include "moc_RequestFormPreview.cpp"

@@ -278,3 +278,5 @@ void TryRequestDialog::ShowLeftOver() {
 }
 
 } // namespace sysadmin
+
+#include "moc_TryRequestDialog.cpp"

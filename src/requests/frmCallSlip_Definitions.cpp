@@ -43,3 +43,5 @@ frmCallSlip_Definitions::frmCallSlip_Definitions(Application& application, QWidg
 }
 
 } // namespace sysadmin
+
+#include "moc_frmCallSlip_Definitions.cpp"

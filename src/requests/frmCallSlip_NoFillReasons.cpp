@@ -22,3 +22,5 @@ frmCallSlip_NoFillReasons::frmCallSlip_NoFillReasons(Application& application, Q
 }
 
 } // namespace sysadmin
+
+#include "moc_frmCallSlip_NoFillReasons.cpp"

@@ -295,3 +295,5 @@ void frmCallSlip_Rules::TryRequest() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmCallSlip_Rules.cpp"

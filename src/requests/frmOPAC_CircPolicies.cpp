@@ -35,3 +35,5 @@ bool frmOPAC_CircPolicies::CheckBeforeSave() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmOPAC_CircPolicies.cpp"

@@ -106,3 +106,5 @@ bool frmOPAC_HoldGroup::GoOnWithoutAvailable(Table& table, qint16 status) {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmOPAC_HoldGroup.cpp"

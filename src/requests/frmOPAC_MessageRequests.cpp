@@ -19,3 +19,5 @@ frmOPAC_MessageRequests::frmOPAC_MessageRequests(Application& application, QWidg
 }
 
 } // namespace sysadmin
+
+#include "moc_frmOPAC_MessageRequests.cpp"

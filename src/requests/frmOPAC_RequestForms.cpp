@@ -177,3 +177,5 @@ void frmOPAC_RequestForms::ShowPages() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmOPAC_RequestForms.cpp"

@@ -144,3 +144,5 @@ void frmWS_SelfRegistration::PutFields(RequestChannel& channel) const {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmWS_SelfRegistration.cpp"

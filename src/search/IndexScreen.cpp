@@ -134,3 +134,5 @@ bool IndexScreen::MayDeleteRow(const GridRow& row) const {
 }
 
 } // namespace sysadmin
+
+#include "moc_IndexScreen.cpp"

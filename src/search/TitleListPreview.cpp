@@ -92,3 +92,5 @@ void TitleListPreview::Draw() {
 }
 
 } // namespace sysadmin
+
+#include "moc_TitleListPreview.cpp"

@@ -173,3 +173,5 @@ void WeightShares::mousePressEvent(QMouseEvent* event) {
 }
 
 } // namespace sysadmin
+
+#include "moc_WeightShares.cpp"

@@ -194,3 +194,5 @@ void frmSearch_BibDisplay::RefreshOwnControls() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmSearch_BibDisplay.cpp"

@@ -272,3 +272,5 @@ void frmSearch_BibLinking::Try() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmSearch_BibLinking.cpp"

@@ -205,3 +205,5 @@ void frmSearch_DatabaseDefinition::TestAll() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmSearch_DatabaseDefinition.cpp"

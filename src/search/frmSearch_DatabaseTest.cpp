@@ -173,3 +173,5 @@ void frmSearch_DatabaseTest::SetRunning(bool running) {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmSearch_DatabaseTest.cpp"

@@ -173,3 +173,5 @@ void frmSearch_DatabaseTestAll::Refresh() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmSearch_DatabaseTestAll.cpp"

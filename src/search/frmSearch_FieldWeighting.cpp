@@ -291,3 +291,5 @@ void frmSearch_FieldWeighting::OpenIndex(const QString& code) {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmSearch_FieldWeighting.cpp"

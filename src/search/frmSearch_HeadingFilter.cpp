@@ -219,3 +219,5 @@ void frmSearch_HeadingFilter::Try() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmSearch_HeadingFilter.cpp"

@@ -63,3 +63,5 @@ void frmSearch_HookToHolding::LoadIndexes() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmSearch_HookToHolding.cpp"

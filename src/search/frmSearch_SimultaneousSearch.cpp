@@ -68,3 +68,5 @@ frmSearch_SimultaneousSearch::frmSearch_SimultaneousSearch(Application& applicat
 }
 
 } // namespace sysadmin
+
+#include "moc_frmSearch_SimultaneousSearch.cpp"

@@ -67,3 +67,5 @@ void frmSearch_TryRecord::Show() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmSearch_TryRecord.cpp"

@@ -177,3 +177,5 @@ void CompareSelected(Application& application, QWidget* parent, const QString& c
 }
 
 } // namespace sysadmin
+
+#include "moc_CompareDialog.cpp"

@@ -235,3 +235,5 @@ Qt::ItemFlags DifferenceModel::flags(const QModelIndex& index) const {
 }
 
 } // namespace sysadmin
+
+#include "moc_DifferenceModel.cpp"

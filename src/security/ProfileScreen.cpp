@@ -188,3 +188,5 @@ void ProfileScreen::Compare() {
 }
 
 } // namespace sysadmin
+
+#include "moc_ProfileScreen.cpp"

@@ -85,3 +85,5 @@ void frmSecurity_OperatorLockoutStatus::Unlock() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmSecurity_OperatorLockoutStatus.cpp"

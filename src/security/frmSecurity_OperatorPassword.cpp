@@ -128,3 +128,5 @@ void frmSecurity_OperatorPassword::RefreshButtons() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmSecurity_OperatorPassword.cpp"

@@ -324,3 +324,5 @@ void frmSecurity_OperatorProfiles::Compare() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmSecurity_OperatorProfiles.cpp"

@@ -46,3 +46,5 @@ void PasswordExpirationDialog::reject() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmSecurity_PasswordExpiration.cpp"

@@ -201,3 +201,5 @@ void frmSecurity_SecurityOptions::ShowExpiration() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmSecurity_SecurityOptions.cpp"

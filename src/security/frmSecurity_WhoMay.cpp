@@ -321,3 +321,5 @@ void frmSecurity_WhoMay::OnSubjectChanged(const QString& subject) {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmSecurity_WhoMay.cpp"

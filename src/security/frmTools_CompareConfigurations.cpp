@@ -328,3 +328,5 @@ void frmTools_CompareConfigurations::Copy() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmTools_CompareConfigurations.cpp"

@@ -221,3 +221,5 @@ void Listener::LimitUnsent(quint64 newest) {
 }
 
 } // namespace sysadmin::server
+
+#include "moc_Listener.cpp"

@@ -209,3 +209,5 @@ void PeerConnection::Leave() {
 }
 
 } // namespace sysadmin::server
+
+#include "moc_PeerConnection.cpp"

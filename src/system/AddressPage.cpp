@@ -130,3 +130,5 @@ QString AddressPage::TypeName(const QString& id) const {
 }
 
 } // namespace sysadmin
+
+#include "moc_AddressPage.cpp"

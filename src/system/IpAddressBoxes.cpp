@@ -153,3 +153,5 @@ bool IpAddressBoxes::eventFilter(QObject* watched, QEvent* event) {
 }
 
 } // namespace sysadmin
+
+#include "moc_IpAddressBoxes.cpp"

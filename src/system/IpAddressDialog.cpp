@@ -113,3 +113,5 @@ void IpAddressDialog::accept() {
 }
 
 } // namespace sysadmin
+
+#include "moc_IpAddressDialog.cpp"

@@ -186,3 +186,5 @@ GridRow frmSystem_AccessControlGroups::RowFromForm(const Table& table, const QSt
 }
 
 } // namespace sysadmin
+
+#include "moc_frmSystem_AccessControlGroups.cpp"

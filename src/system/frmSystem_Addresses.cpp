@@ -222,3 +222,5 @@ AddressPage* frmSystem_Addresses::PageOf(const QString& addressId) const {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmSystem_Addresses.cpp"

@@ -31,3 +31,5 @@ void frmSystem_BaseCurrency::AfterSave() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmSystem_BaseCurrency.cpp"

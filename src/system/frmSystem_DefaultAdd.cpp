@@ -27,3 +27,5 @@ frmSystem_DefaultAdd::frmSystem_DefaultAdd(Application& application, QWidget* pa
 }
 
 } // namespace sysadmin
+
+#include "moc_frmSystem_DefaultAdd.cpp"

@@ -197,3 +197,5 @@ void frmSystem_Events::ApplyToCalendars() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmSystem_Events.cpp"

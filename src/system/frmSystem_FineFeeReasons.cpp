@@ -87,3 +87,5 @@ QString frmSystem_FineFeeReasons::EditCaption(const Table& table, State state) c
 }
 
 } // namespace sysadmin
+
+#include "moc_frmSystem_FineFeeReasons.cpp"

@@ -97,3 +97,5 @@ void frmSystem_Locations::EditAddresses() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmSystem_Locations.cpp"

@@ -32,3 +32,5 @@ bool frmSystem_PrintLocations::PrepareNew(Table& table) {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmSystem_PrintLocations.cpp"

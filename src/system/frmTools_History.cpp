@@ -202,3 +202,5 @@ void frmTools_History::RefreshButtons() {
 }
 
 } // namespace sysadmin
+
+#include "moc_frmTools_History.cpp"

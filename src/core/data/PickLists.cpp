@@ -54,3 +54,5 @@ void PickLists::Remove(const QStringList& lists, const QString& id) {
 }
 
 } // namespace sysadmin
+
+#include "moc_PickLists.cpp"

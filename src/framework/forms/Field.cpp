@@ -274,3 +274,5 @@ QList<Form::Finding> Form::Problems() {
 }
 
 } // namespace sysadmin
+
+#include "moc_Field.cpp"

@@ -9,17 +9,17 @@ namespace sysadmin::server {
 namespace {
 
 /// The server's numbers for the types of its values.
-enum TypeNumber : Oid {
-    Bool = 16,
-    Bytes = 17,
-    Int8 = 20,
-    Int2 = 21,
-    Int4 = 23,
-    Id = 26,
-    Float4 = 700,
-    Float8 = 701,
-    Numeric = 1700
-};
+namespace valuetype {
+constexpr Oid Bool = 16;
+constexpr Oid Bytes = 17;
+constexpr Oid Int8 = 20;
+constexpr Oid Int2 = 21;
+constexpr Oid Int4 = 23;
+constexpr Oid Id = 26;
+constexpr Oid Float4 = 700;
+constexpr Oid Float8 = 701;
+constexpr Oid Numeric = 1700;
+} // namespace valuetype
 
 /// A statement with "$1", "$2", ... in the place of each "?".
 QByteArray Numbered(const QString& sql) {
@@ -85,22 +85,22 @@ public:
             return {};
         const QByteArrayView text = Bytes(column);
         switch (PQftype(m_result.get(), column)) {
-        case TypeNumber::Int2:
-        case TypeNumber::Int4:
-        case TypeNumber::Int8:
-        case TypeNumber::Id:
+        case valuetype::Int2:
+        case valuetype::Int4:
+        case valuetype::Int8:
+        case valuetype::Id:
             return text.toLongLong();
-        case TypeNumber::Float4:
-        case TypeNumber::Float8:
+        case valuetype::Float4:
+        case valuetype::Float8:
             return text.toDouble();
-        case TypeNumber::Numeric: { // what sums of whole numbers are
+        case valuetype::Numeric: { // what sums of whole numbers are
             bool isWhole = false;
             const qint64 whole = text.toLongLong(&isWhole);
             return isWhole ? QVariant(whole) : QVariant(text.toDouble());
         }
-        case TypeNumber::Bool:
+        case valuetype::Bool:
             return text == "t";
-        case TypeNumber::Bytes: // "\x" and two digits a byte
+        case valuetype::Bytes: // "\x" and two digits a byte
             return QByteArray::fromHex(text.sliced(2).toByteArray());
         default:
             return QString::fromUtf8(text);
@@ -126,11 +126,11 @@ private:
     /// Whether the server's text of a value is the text of it.
     bool IsWritten(int column) const {
         switch (PQftype(m_result.get(), column)) {
-        case TypeNumber::Bool:
-        case TypeNumber::Bytes:
-        case TypeNumber::Float4:
-        case TypeNumber::Float8:
-        case TypeNumber::Numeric:
+        case valuetype::Bool:
+        case valuetype::Bytes:
+        case valuetype::Float4:
+        case valuetype::Float8:
+        case valuetype::Numeric:
             return false;
         default:
             return !PQgetisnull(m_result.get(), m_row, column);

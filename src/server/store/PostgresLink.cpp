@@ -16,9 +16,9 @@ namespace {
 constexpr size_t MostSent = 500;
 
 /// The name of the statement that undoes a transaction.
-constexpr const char* Rollback = "rollback";
+constexpr const char* RollbackName = "rollback";
 
-StoreError::Kind KindOf(const QByteArray& state) {
+StoreError::Kind PostgresKindOf(const QByteArray& state) {
     using Kind = StoreError::Kind;
     if (state == "23505")
         return Kind::Duplicate;
@@ -42,20 +42,20 @@ QString FirstLine(const char* text) {
 StoreError ErrorOf(const PGresult* result) {
     const QByteArray state = PQresultErrorField(result, PG_DIAG_SQLSTATE);
     const char* primary = PQresultErrorField(result, PG_DIAG_MESSAGE_PRIMARY);
-    return {KindOf(state), FirstLine(primary ? primary : PQresultErrorMessage(result)),
+    return {PostgresKindOf(state), FirstLine(primary ? primary : PQresultErrorMessage(result)),
             state.isEmpty() ? QString("no number") : QString::fromLatin1(state)};
 }
 
 /// A value as the server reads it: bytes as they are, all else as a text that ends with a null.
-struct Written {
+struct Parameter {
     bool isNull = false;
     bool isBinary = false;
     qsizetype begin = 0;
     qsizetype length = 0;
 };
 
-Written Write(const QVariant& value, QByteArray& out) {
-    Written written{.begin = out.size()};
+Parameter WriteParameter(const QVariant& value, QByteArray& out) {
+    Parameter written{.begin = out.size()};
     const int type = value.typeId();
     if (type == QMetaType::QString)
         out += static_cast<const QString*>(value.constData())->toUtf8();
@@ -106,7 +106,7 @@ PostgresLink::PostgresLink(const StoreAddress& address) {
     PQsetNoticeReceiver(
         m_connection, [](void*, const PGresult*) {}, nullptr);
     try {
-        Prepare(Rollback, "ROLLBACK");
+        Prepare(RollbackName, "ROLLBACK");
     } catch (...) {
         Close();
         throw;
@@ -158,14 +158,14 @@ void PostgresLink::Put(const QByteArray& sql) {
 void PostgresLink::PutPrepared(const QByteArray& name, const QVariantList& values) {
     MakeRoom();
     m_values.resize(0);
-    std::vector<Written> written;
+    std::vector<Parameter> written;
     written.reserve(values.size());
     for (const QVariant& value : values)
-        written.push_back(Write(value, m_values));
+        written.push_back(WriteParameter(value, m_values));
     std::vector<const char*> places;
     std::vector<int> lengths;
     std::vector<int> formats;
-    for (const Written& value : written) {
+    for (const Parameter& value : written) {
         places.push_back(value.isNull ? nullptr : m_values.constData() + value.begin);
         lengths.push_back(int(value.length));
         formats.push_back(value.isBinary);
@@ -209,7 +209,7 @@ void PostgresLink::PutRollback() {
         sent.isHeard = false;
     if (!m_sent.empty() && !m_sent.back().isEnd)
         PutEnd();
-    Check(PQsendQueryPrepared(m_connection, Rollback, 0, nullptr, nullptr, nullptr, 0));
+    Check(PQsendQueryPrepared(m_connection, RollbackName, 0, nullptr, nullptr, nullptr, 0));
     m_sent.push_back({.isHeard = false});
     PutEnd();
     PQflush(m_connection);

@@ -1,0 +1,3 @@
+#include "core/data/Notices.h"
+
+#include "moc_Notices.cpp"
