@@ -17,7 +17,7 @@ struct CertificateEnd {
     void operator()(X509* certificate) const { X509_free(certificate); }
 };
 
-bool Use(SSL_CTX* context, const QSslCertificate& certificate, bool isOwn) {
+bool UseCertificate(SSL_CTX* context, const QSslCertificate& certificate, bool isOwn) {
     const QByteArray der = certificate.toDer();
     const auto* bytes = reinterpret_cast<const unsigned char*>(der.constData());
     const std::unique_ptr<X509, CertificateEnd> read(d2i_X509(nullptr, &bytes, long(der.size())));
@@ -27,7 +27,7 @@ bool Use(SSL_CTX* context, const QSslCertificate& certificate, bool isOwn) {
                   : int(SSL_CTX_add1_chain_cert(context, read.get()))) == 1;
 }
 
-bool Use(SSL_CTX* context, const QSslKey& key) {
+bool UseKey(SSL_CTX* context, const QSslKey& key) {
     const QByteArray der = key.toDer();
     const auto* bytes = reinterpret_cast<const unsigned char*>(der.constData());
     const std::unique_ptr<EVP_PKEY, void (*)(EVP_PKEY*)> read(
@@ -51,8 +51,8 @@ TlsContext::TlsContext(const ServerIdentity& identity)
                     SSL_CTX_set_min_proto_version(context, TLS1_2_VERSION) &&
                     SSL_CTX_set_cipher_list(context, wire::OlderCiphers) == 1;
     for (qsizetype i = 0; isUsable && i < identity.chain.size(); ++i)
-        isUsable = Use(context, identity.chain[i], i == 0);
-    isUsable = isUsable && Use(context, identity.key) && SSL_CTX_check_private_key(context) == 1;
+        isUsable = UseCertificate(context, identity.chain[i], i == 0);
+    isUsable = isUsable && UseKey(context, identity.key) && SSL_CTX_check_private_key(context) == 1;
     if (!isUsable) {
         ERR_clear_error();
         throw std::runtime_error("The server's certificate cannot be used.");
