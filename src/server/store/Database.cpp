@@ -58,9 +58,15 @@ int ResultRow::Count() const {
 class Database::Use {
 public:
     Use(Database& database, const QString& sql) {
-        if (database.m_prepared.size() >= MostKept && !database.m_prepared.contains(sql))
-            std::erase_if(database.m_prepared, [](const auto& kept) { return kept.second != nullptr; });
-        m_place = &database.m_prepared[sql];
+        // Many rows are written with the same text, and looking for a long one takes long.
+        auto& [latest, place] = database.m_latest;
+        if (!place || latest.constData() != sql.constData() || latest.size() != sql.size()) {
+            if (database.m_prepared.size() >= MostKept && !database.m_prepared.contains(sql))
+                std::erase_if(database.m_prepared, [](const auto& kept) { return kept.second != nullptr; });
+            latest = sql;
+            place = &database.m_prepared[sql];
+        }
+        m_place = place;
         m_statement = std::move(*m_place);
         if (!m_statement)
             m_statement = database.m_connection->Prepare(sql);

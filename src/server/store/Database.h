@@ -142,6 +142,8 @@ private:
     bool m_defersDisk = false; ///< and that is done by who uses this
     std::unique_ptr<EngineConnection> m_connection;
     Kept m_prepared; ///< by their texts; nothing in the place of one that is in use
+    /// The text that was used last, and the place that it has there.
+    std::pair<QString, std::unique_ptr<EngineStatement>*> m_latest;
 };
 
 /// A transaction on a connection; rolled back unless committed. Those that write come one after the other,

@@ -1,6 +1,8 @@
 #include "server/store/FieldsText.h"
 
 #include <algorithm>
+#include <charconv>
+#include <limits>
 #include <utility>
 
 namespace sysadmin::server {
@@ -55,8 +57,19 @@ void FieldsText::AppendValue(const QVariant& value) {
         Append("null");
     else if (value.typeId() == QMetaType::QString)
         AppendText(*static_cast<const QString*>(value.constData()));
+    else if (value.typeId() == QMetaType::LongLong)
+        AppendNumber(*static_cast<const qint64*>(value.constData()));
     else
         AppendText(value.toString());
+}
+
+void FieldsText::AppendNumber(qint64 number) {
+    constexpr qsizetype most = std::numeric_limits<qint64>::digits10 + 4; // a sign and quotes
+    char* const begin = Room(most);
+    *begin = '"';
+    char* end = std::to_chars(begin + 1, begin + most, number).ptr;
+    *end++ = '"';
+    m_size += end - begin;
 }
 
 void FieldsText::AppendText(const QString& text) {

@@ -23,6 +23,7 @@ private:
     void Append(QByteArrayView bytes);
     void AppendValue(const QVariant& value);
     void AppendText(const QString& text);
+    void AppendNumber(qint64 number);
 
     QByteArray m_text; ///< behind the first m_size bytes is room for more
     qsizetype m_size = 0;
