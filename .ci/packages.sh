@@ -3,7 +3,7 @@
 
 BuildPackages=(g++ cmake ninja-build ccache pkg-config qt6-base-dev qt6-svg-dev libpq-dev libsqlite3-dev
     libsodium-dev libssl-dev libyaz-dev fonts-dejavu-core)
-TestPackages=(libgtest-dev yaz libbenchmark-dev openssl postgresql xvfb x11-utils)
+TestPackages=(lld libgtest-dev yaz libbenchmark-dev openssl postgresql xvfb x11-utils)
 
 # RunAsRoot COMMAND...: directly or through sudo.
 RunAsRoot() {

@@ -236,6 +236,11 @@ QIcon FlatStyle::standardIcon(StandardPixmap picture, const QStyleOption* option
         return LoadIcon("Box_Information");
     case SP_MessageBoxQuestion:
         return LoadIcon("Box_Question");
+    // These two are needed at every start; the usual ones take all plugins for pictures to be loaded.
+    case SP_LineEditClearButton:
+        return LoadIcon("Clear");
+    case SP_ToolBarHorizontalExtensionButton:
+        return LoadIcon("More");
     default:
         return QProxyStyle::standardIcon(picture, option, widget);
     }

@@ -37,6 +37,11 @@ Library::~Library() = default;
 std::unique_ptr<Database> Library::Connect() const {
     if (m_file != FileIdentity() && IdentityOf(m_options.address.file) != m_file)
         throw StoreError(StoreError::Kind::Lost, FileIsGone(m_options.address.file));
+    {
+        const std::lock_guard lock(m_openedMutex);
+        if (m_opened)
+            return std::move(m_opened);
+    }
     return std::make_unique<Database>(m_options.address, m_writers, m_options.patience);
 }
 
@@ -54,7 +59,7 @@ std::shared_ptr<const Library> Library::Open(const LibraryOptions& options, QStr
     }
     const std::shared_ptr<Library> library(new Library(options));
     try {
-        const auto database = library->Connect();
+        auto database = library->Connect();
         if (const QString damage = CheckFile(*database, options.address); !damage.isEmpty()) {
             *error = "The library " + place + " is damaged: " + damage;
             return nullptr;
@@ -71,6 +76,9 @@ std::shared_ptr<const Library> Library::Open(const LibraryOptions& options, QStr
         }
         library->Fill(*database);
         library->m_file = IdentityOf(options.address.file);
+        // Those of PostgreSQL belong to their thread.
+        if (options.address.engine == StoreAddress::Engine::Sqlite)
+            library->m_opened = std::move(database);
     } catch (const StoreError& failure) {
         const bool damaged =
             failure.Text().contains("not a database") || failure.Text().contains("malformed");

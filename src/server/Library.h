@@ -15,6 +15,7 @@
 
 #include <functional>
 #include <memory>
+#include <mutex>
 
 namespace sysadmin::server {
 
@@ -98,6 +99,10 @@ private:
     QString m_dummyHash;
     QString m_firstPassword;
     bool m_sample = false;
+    /// The connection that opened the library, for who connects first: closing the only one empties the log,
+    /// and the next one begins with reading the schema.
+    mutable std::unique_ptr<Database> m_opened;
+    mutable std::mutex m_openedMutex;
     mutable QSemaphore m_hashingSlots{qBound(1, QThread::idealThreadCount() - 1, 4)};
     mutable SignOnThrottle m_throttle;
     mutable SeenRecords m_seen;
