@@ -76,9 +76,7 @@ std::shared_ptr<const Library> Library::Open(const LibraryOptions& options, QStr
         }
         library->Fill(*database);
         library->m_file = IdentityOf(options.address.file);
-        // Those of PostgreSQL belong to their thread.
-        if (options.address.engine == StoreAddress::Engine::Sqlite)
-            library->m_opened = std::move(database);
+        library->m_opened = std::move(database);
     } catch (const StoreError& failure) {
         const bool damaged =
             failure.Text().contains("not a database") || failure.Text().contains("malformed");
