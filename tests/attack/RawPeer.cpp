@@ -10,21 +10,21 @@ namespace sysadmin {
 
 namespace {
 
-constexpr int Patience = 20'000; // milliseconds
+constexpr int PeerPatience = 20'000; // milliseconds
 
 } // namespace
 
 RawPeer::RawPeer(quint16 port) {
     m_socket.setPeerVerifyMode(QSslSocket::VerifyNone);
     m_socket.connectToHostEncrypted("127.0.0.1", port);
-    m_socket.waitForEncrypted(Patience);
+    m_socket.waitForEncrypted(PeerPatience);
 }
 
 void RawPeer::Write(const QByteArray& bytes) {
     m_socket.write(bytes);
     // The server may have had enough already.
     while (m_socket.state() == QAbstractSocket::ConnectedState && m_socket.encryptedBytesToWrite() > 0 &&
-           m_socket.waitForBytesWritten(Patience)) {
+           m_socket.waitForBytesWritten(PeerPatience)) {
     }
 }
 
@@ -35,7 +35,7 @@ std::optional<wire::Reply> RawPeer::Read() {
         received += m_socket.readAll();
         if (scanner.Scan(received) == wire::FrameScanner::Result::Complete)
             return wire::DecodeReply(received);
-    } while (m_socket.waitForReadyRead(Patience));
+    } while (m_socket.waitForReadyRead(PeerPatience));
     return {};
 }
 
@@ -51,7 +51,7 @@ bool RawPeer::ReadAll(int replies) {
         }
         if (replies == 0)
             return true;
-        if (!m_socket.waitForReadyRead(Patience))
+        if (!m_socket.waitForReadyRead(PeerPatience))
             return false;
     }
 }

@@ -239,12 +239,18 @@ Database::Values Database::FirstColumn(const QString& sql, const Values& values)
     return column;
 }
 
-QStringList Database::TableNames() const {
-    return m_connection->TableNames();
+QStringList Database::TextsOf(const QString& sql, const Values& values) {
+    QStringList texts;
+    Each(sql, values, [&](const ResultRow& row) { texts << row.Text(0); });
+    return texts;
 }
 
-QStringList Database::ColumnsOf(const QString& table) const {
-    return m_connection->ColumnsOf(table);
+QStringList Database::TableNames() {
+    return TextsOf(m_connection->TableNamesQuery(), {});
+}
+
+QStringList Database::ColumnsOf(const QString& table) {
+    return TextsOf(m_connection->ColumnNamesQuery(), {table});
 }
 
 } // namespace sysadmin::server

@@ -116,9 +116,9 @@ public:
     /// The same, waiting. Throws `StoreError` when it cannot be brought there.
     void WaitForDisk();
 
-    QStringList TableNames() const;
-    bool HasTable(const QString& table) const { return TableNames().contains(table); }
-    QStringList ColumnsOf(const QString& table) const;
+    QStringList TableNames();
+    bool HasTable(const QString& table) { return TableNames().contains(table); }
+    QStringList ColumnsOf(const QString& table);
 
 private:
     friend class Transaction;
@@ -130,6 +130,7 @@ private:
     static constexpr size_t MostKept = 1000;
 
     int RunOnce(const QString& sql);
+    QStringList TextsOf(const QString& sql, const Values& values);
     bool TryImmediate();
     void CheckFile() const;
 

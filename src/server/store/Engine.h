@@ -63,8 +63,10 @@ public:
     virtual qint64 Insert(EngineStatement& statement, const QVariantList& values) = 0;
     /// What an INSERT needs at its end for `Insert`.
     virtual QString EndOfInsert() const = 0;
-    virtual QStringList TableNames() = 0;
-    virtual QStringList ColumnsOf(const QString& table) = 0;
+    /// What answers the names of all tables.
+    virtual QString TableNamesQuery() const = 0;
+    /// What answers the names of the columns of a table, which is its value, in their order.
+    virtual QString ColumnNamesQuery() const = 0;
 };
 
 /// Opens a library's file, which is made when it is missing.

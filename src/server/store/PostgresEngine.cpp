@@ -181,28 +181,16 @@ public:
 
     QString EndOfInsert() const override { return " RETURNING id"; }
 
-    QStringList TableNames() override {
-        return Names("SELECT relname FROM pg_class WHERE relkind IN ('r', 'p') AND pg_table_is_visible(oid) "
-                     "AND relnamespace<>'pg_catalog'::regnamespace",
-                     {});
+    QString TableNamesQuery() const override {
+        return "SELECT relname FROM pg_class WHERE relkind IN ('r', 'p') AND pg_table_is_visible(oid) "
+               "AND relnamespace<>'pg_catalog'::regnamespace";
     }
-    QStringList ColumnsOf(const QString& table) override {
-        return Names("SELECT attname FROM pg_attribute JOIN pg_class ON pg_class.oid=attrelid WHERE "
-                     "relname=? AND pg_table_is_visible(pg_class.oid) AND attnum>0 AND NOT attisdropped "
-                     "ORDER BY attnum",
-                     {table});
+    QString ColumnNamesQuery() const override {
+        return "SELECT attname FROM pg_attribute JOIN pg_class ON pg_class.oid=attrelid WHERE relname=? "
+               "AND pg_table_is_visible(pg_class.oid) AND attnum>0 AND NOT attisdropped ORDER BY attnum";
     }
 
 private:
-    QStringList Names(const QString& sql, const QVariantList& values) {
-        PostgresStatement statement(m_statements, sql);
-        statement.Execute(values);
-        QStringList names;
-        while (statement.Next())
-            names << statement.Text(0);
-        return names;
-    }
-
     std::shared_ptr<Statements> m_statements;
     std::unordered_map<QString, std::unique_ptr<PostgresStatement>> m_repeated; ///< by their texts
 };

@@ -255,23 +255,10 @@ public:
 
     QString EndOfInsert() const override { return {}; }
 
-    QStringList TableNames() override {
-        return Names("SELECT name FROM sqlite_master WHERE type='table'", {});
-    }
-    QStringList ColumnsOf(const QString& table) override {
-        return Names("SELECT name FROM pragma_table_info(?) ORDER BY cid", {table});
-    }
+    QString TableNamesQuery() const override { return "SELECT name FROM sqlite_master WHERE type='table'"; }
+    QString ColumnNamesQuery() const override { return "SELECT name FROM pragma_table_info(?) ORDER BY cid"; }
 
 private:
-    QStringList Names(const QString& sql, const QVariantList& values) {
-        SqliteStatement statement(m_connection, sql);
-        statement.Execute(values);
-        QStringList names;
-        while (statement.Next())
-            names << statement.Text(0);
-        return names;
-    }
-
     sqlite3* m_connection = nullptr;
     std::unordered_map<QString, std::unique_ptr<SqliteStatement>> m_repeated; ///< by their texts
 };
