@@ -11,6 +11,7 @@
 #include "wire/Codec.h"
 
 #include <QApplication>
+#include <QSslConfiguration>
 #include <QSslSocket>
 
 #include <benchmark/benchmark.h>

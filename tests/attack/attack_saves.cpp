@@ -148,7 +148,7 @@ int main(int argc, char** argv) {
     const AttackLibrary library(options.value("engine"));
     const double seconds = qBound(1.0, options.value("seconds").toDouble(), 600.0);
     library.Connect()->Run("INSERT INTO vendor_types (code, name) VALUES (?, ?)", {"ONE", "One"});
-    BareEngine(library, seconds);
+    BareEngine(library, qMin(seconds, 10.0));
     const QStringList runs = options.value("clients").split(',');
     for (const QString& clients : runs)
         Run(library, options.value("server"), qBound(1, clients.toInt(), 1000),
