@@ -147,7 +147,7 @@ std::optional<QByteArray> ServerConnection::HandleSessionRequest(const wire::Req
         if (result.sessionRow != 0)
             m_nonce.clear(); // it is the session's now
         m_session = result.sessionRow;
-        m_operator = wire::FirstValue(answer.fields.Decoded(), "OI");
+        m_operator = result.operatorId;
         if (IsSignedOn())
             m_library->Seen().Begin(m_session);
         m_epoch = 0;

@@ -180,15 +180,16 @@ SignOnResult SignOn(Database& database, const Library& library, const wire::Fiel
         if (TextOf(*row, "restrict_change") == "Y")
             expiry.mustChange = false; // is in nevertheless, and may not
         const QString token = RandomToken();
-        result.operatorRow = row->value("id").toLongLong();
-        result.sessionRow = Sessions(database).Start(token, nonce, result.operatorRow, peer,
-                                                     expiry.mustChange, now, library.MostSessions());
+        const qint64 operatorRow = row->value("id").toLongLong();
+        result.sessionRow = Sessions(database).Start(token, nonce, operatorRow, peer, expiry.mustChange, now,
+                                                     library.MostSessions());
         database.Run(
             "UPDATE operators SET failed_count=0, locked_at='', reset_at='', last_sign_on_at=? WHERE id=?",
-            {StoredTime(now), result.operatorRow});
+            {StoredTime(now), operatorRow});
         ReplyFields& reply = result.answer.fields;
         Put(reply, "SID", token);
-        Put(reply, "OI", TextOf(*row, "operator_id"));
+        result.operatorId = TextOf(*row, "operator_id");
+        Put(reply, "OI", result.operatorId);
         Put(reply, "ONM", QString(TextOf(*row, "first_name") + ' ' + TextOf(*row, "last_name")).trimmed());
         Put(reply, "CHG", expiry.mustChange ? "Y" : "N");
         if (expiry.mustChange)

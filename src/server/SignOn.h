@@ -8,7 +8,7 @@ namespace sysadmin::server {
 struct SignOnResult {
     Answer answer;
     qint64 sessionRow = 0;
-    qint64 operatorRow = 0;
+    QString operatorId = {}; ///< as the library writes it
 };
 
 /// Signs an operator on. A wrong id, a wrong password and an operator who may not sign on get the same answer
