@@ -5,6 +5,7 @@
 #include "app/Client.h"
 #include "comm/CommandLine.h"
 #include "core/MainWindow.h"
+#include "core/Screen.h"
 #include "look/Appearance.h"
 #include "server/Embedded.h"
 
@@ -82,9 +83,46 @@ void OpenLibraryOnly(benchmark::State& state) {
     Start(state, "library");
 }
 
+/// Opening and painting a screen while so many others are open.
+void OpenScreenBeside(benchmark::State& state) {
+    const BenchLibrary library;
+    CommandLine line;
+    line.library = library.Folder();
+    YesPrompter prompter;
+    Client client(prompter, line);
+    if (!client.Comm().SignOnDirectly("SYSADMIN", "sample-admin-1").isEmpty() ||
+        !client.Start({"--library", line.library})) {
+        state.SkipWithError("the program does not start");
+        return;
+    }
+    const QString key = "Acquisitions_VendorTypes";
+    MainWindow& window = *client.Window();
+    window.show();
+    int others = 0;
+    for (const ScreenEntry& entry : client.App().catalogue.Entries())
+        if (others < int(state.range(0)) && entry.key != key && entry.screen.make) {
+            window.OpenScreen(entry.key);
+            others += window.FindScreen(entry.key) != nullptr;
+        }
+    for (auto _ : state) {
+        window.OpenScreen(key);
+        QApplication::processEvents();
+        state.PauseTiming();
+        Screen* const screen = window.FindScreen(key);
+        if (!screen || others != state.range(0))
+            state.SkipWithError("a screen is missing");
+        else
+            screen->parentWidget()->close();
+        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QApplication::processEvents();
+        state.ResumeTiming();
+    }
+}
+
 BENCHMARK(StartProgram)->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(StartEmptyWindow)->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(OpenLibraryOnly)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(OpenScreenBeside)->Arg(0)->Arg(10)->Arg(50)->MeasureProcessCPUTime()->Unit(benchmark::kMillisecond);
 
 } // namespace
 
@@ -100,7 +138,7 @@ int main(int argc, char** argv) {
         return role == "program" ? BeProgram(QString::fromLocal8Bit(argv[3])) : BeEmptyWindow();
     }
     const BenchEnvironment environment;
-    QCoreApplication application(argc, argv);
+    const QApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
 }
