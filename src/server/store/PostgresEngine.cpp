@@ -36,12 +36,11 @@ QByteArray Numbered(const QString& sql) {
     return text;
 }
 
-/// The server's statements that nobody uses any more; they go when the next one is prepared, in a transaction
-/// that has not failed.
+/// A connection, and the statements that are prepared on it.
 struct Statements {
     PostgresLink link;
-    quint64 last = 0;
-    QList<QByteArray> unused;
+    quint64 last = 0;         ///< the number in the name of the newest one
+    QList<QByteArray> unused; ///< names; they go when the next one could be prepared, and nothing had failed
 
     explicit Statements(const StoreAddress& address)
         : link(address) {}
