@@ -90,22 +90,18 @@ void PeerConnection::Reply(const QByteArray& reply) {
 
 void PeerConnection::Advance() {
     try {
-        Do();
+        if (!m_finished && !m_socket->IsEncrypted())
+            Shake();
+        if (!m_finished && m_state == State::Sending)
+            Send();
+        if (!m_finished && m_state == State::Receiving && m_socket->IsEncrypted())
+            Receive();
+        if (!m_finished)
+            WatchTime();
     } catch (const std::exception& error) {
         qWarning("The connection from %s ends: %s", qPrintable(m_address), error.what());
         Leave();
     }
-}
-
-void PeerConnection::Do() {
-    if (!m_finished && !m_socket->IsEncrypted())
-        Shake();
-    if (!m_finished && m_state == State::Sending)
-        Send();
-    if (!m_finished && m_state == State::Receiving && m_socket->IsEncrypted())
-        Receive();
-    if (!m_finished)
-        WatchTime();
 }
 
 bool PeerConnection::HasMoved(TlsSocket::Result result, bool toRead) {

@@ -54,7 +54,6 @@ private:
 
     /// Does what can be done now. Whatever goes wrong costs this connection alone.
     void Advance();
-    void Do();
     void Shake();
     void Receive();
     void Send();
